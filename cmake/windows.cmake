@@ -1,0 +1,78 @@
+# The product and everything that runs on Windows (here: under Wine).
+enable_language(RC)
+
+target_compile_definitions(vhrt_options INTERFACE
+  UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN COBJMACROS_OFF WINVER=0x0A00 _WIN32_WINNT=0x0A00)
+if(CMAKE_BUILD_TYPE STREQUAL "Debug")
+  target_compile_definitions(vhrt_options INTERFACE _GLIBCXX_ASSERTIONS)
+  target_compile_options(vhrt_options INTERFACE -O1 -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+endif()
+
+# Static runtime: nothing is needed beside the binaries but Windows. Aligned sections in the file let the
+# loader map the DLL instead of copying it.
+add_link_options(-static -Wl,--file-alignment=4096 -Wl,--section-alignment=4096)
+if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
+  add_link_options(-s)
+endif()
+
+function(vhrt_sources result)
+  set(found)
+  foreach(folder IN LISTS ARGN)
+    file(GLOB in_folder CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${folder}/*.cpp)
+    list(APPEND found ${in_folder})
+  endforeach()
+  set(${result} ${found} PARENT_SCOPE)
+endfunction()
+
+# The library, as objects: the DLL and the tests of inner parts link the same ones.
+vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media skin dialogs runtime)
+list(FILTER library_sources EXCLUDE REGEX "/runtime/load\\.cpp$")
+add_library(vhrt_objects OBJECT ${library_sources})
+target_link_libraries(vhrt_objects PUBLIC vhrt_options)
+
+add_library(VHRT SHARED runtime/load.cpp exports/VHRT.def)
+target_link_libraries(VHRT PRIVATE vhrt_objects oleaut32)
+set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
+target_include_directories(VHRT INTERFACE ${CMAKE_SOURCE_DIR}/exports)
+
+# The embedded engine: for hosts and tests, never in the DLL.
+vhrt_sources(engine_sources engine)
+if(engine_sources)
+  add_library(vhengine STATIC ${engine_sources})
+  target_link_libraries(vhengine PUBLIC vhrt_options ole32 oleaut32 uuid shlwapi shell32 version)
+endif()
+
+function(vhrt_program name)
+  vhrt_sources(sources ${ARGN})
+  if(sources)
+    add_executable(${name} ${sources})
+    target_link_options(${name} PRIVATE -municode)
+    target_link_libraries(${name} PRIVATE VHRT vhengine vhrt_options ole32 oleaut32 uuid version shell32)
+  endif()
+endfunction()
+vhrt_program(vhhost host)
+vhrt_program(vhtool tools)
+
+# Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
+# belongs to one program; tests/support is shared.
+find_program(WINE_RUNNER NAMES wine-run PATHS ${CMAKE_SOURCE_DIR}/scripts NO_DEFAULT_PATH)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${WINE_RUNNER})
+function(vhrt_test_program name folder)
+  vhrt_sources(sources ${folder} tests/support)
+  if(sources)
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE ${ARGN} vhrt_options gtest gtest_main ole32 oleaut32 uuid version)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600)
+  endif()
+endfunction()
+vhrt_test_program(vhrt_export_tests tests/exports VHRT vhengine)
+vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects)
+vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
+vhrt_test_program(vhrt_format_tests tests/format)
+
+vhrt_sources(bench_sources bench)
+if(bench_sources)
+  add_executable(vhrt_bench ${bench_sources})
+  target_link_libraries(vhrt_bench PRIVATE vhrt_options ole32 oleaut32)
+endif()

@@ -1,0 +1,30 @@
+// Result forms that many families share.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace vh {
+
+// A text to a caller's buffer of `size` units. A text that does not fit is not written, and the result is
+// its length plus 1; a null buffer gives -1.
+inline int32_t CopyOut(std::wstring_view text, wchar_t* buffer, int32_t size)
+{
+    const auto length = static_cast<int32_t>(text.size());
+    if (length >= size)
+        return length + 1;
+    if (!buffer)
+        return -1;
+    std::memcpy(buffer, text.data(), text.size() * sizeof(wchar_t));
+    buffer[text.size()] = L'\0';
+    return 0;
+}
+
+// The same for a buffer whose size only the caller knows.
+inline int32_t CopyOutUnlimited(std::wstring_view text, wchar_t* buffer)
+{
+    return CopyOut(text, buffer, INT32_MAX);
+}
+
+} // namespace vh

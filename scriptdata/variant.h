@@ -1,0 +1,156 @@
+// One owned VARIANT, and arrays in it.
+#pragma once
+
+#include <oleauto.h>
+
+#include "bstr.h"
+#include "com_ptr.h"
+#include "exception.h"
+
+namespace vh {
+
+class variant {
+public:
+    variant() { VariantInit(&m_value); }
+    explicit variant(long number) : variant()
+    {
+        m_value.vt = VT_I4;
+        m_value.lVal = number;
+    }
+    explicit variant(bstr text) : variant()
+    {
+        m_value.vt = VT_BSTR;
+        m_value.bstrVal = text.detach();
+    }
+    explicit variant(bool truth) : variant()
+    {
+        m_value.vt = VT_BOOL;
+        m_value.boolVal = truth ? VARIANT_TRUE : VARIANT_FALSE;
+    }
+    explicit variant(std::wstring_view text) : variant(bstr(text)) {}
+    explicit variant(const wchar_t* text) : variant(bstr(text)) {}
+    variant(variant&& other) noexcept : m_value(other.m_value) { VariantInit(&other.m_value); }
+    variant(const variant& other) : variant() { ThrowIfFailed(VariantCopy(&m_value, &other.m_value)); }
+    variant& operator=(variant other) noexcept
+    {
+        std::swap(m_value, other.m_value);
+        return *this;
+    }
+    ~variant() { VariantClear(&m_value); }
+
+    VARTYPE type() const { return m_value.vt; }
+    VARIANT& get() { return m_value; }
+    const VARIANT& get() const { return m_value; }
+
+    // The address for an out argument; what was held is cleared first.
+    VARIANT* put()
+    {
+        VariantClear(&m_value);
+        return &m_value;
+    }
+    // Hands the value to a caller's variant, whose old content is not looked at.
+    void detach(VARIANT* target)
+    {
+        *target = m_value;
+        VariantInit(&m_value);
+    }
+
+    HRESULT change(VARTYPE wanted) { return VariantChangeType(&m_value, &m_value, 0, wanted); }
+
+    // The text of a VT_BSTR; empty for every other type.
+    std::wstring_view text() const
+    {
+        if (m_value.vt != VT_BSTR || !m_value.bstrVal)
+            return {};
+        return {m_value.bstrVal, SysStringLen(m_value.bstrVal)};
+    }
+
+private:
+    VARIANT m_value;
+};
+
+// One owned SAFEARRAY.
+class safe_array {
+public:
+    safe_array() = default;
+    explicit safe_array(SAFEARRAY* owned) : m_array(owned) {}
+    // Takes the array out of a variant; empty when it holds none.
+    explicit safe_array(variant& holder)
+    {
+        VARIANT& value = holder.get();
+        if ((value.vt & VT_ARRAY) && !(value.vt & VT_BYREF)) {
+            m_array = value.parray;
+            VariantInit(&value);
+        }
+    }
+    safe_array(safe_array&& other) noexcept : m_array(std::exchange(other.m_array, nullptr)) {}
+    safe_array& operator=(safe_array&& other) noexcept
+    {
+        std::swap(m_array, other.m_array);
+        return *this;
+    }
+    ~safe_array()
+    {
+        if (m_array)
+            SafeArrayDestroy(m_array);
+    }
+
+    SAFEARRAY* get() const { return m_array; }
+    SAFEARRAY** put()
+    {
+        destroy();
+        return &m_array;
+    }
+    [[nodiscard]] SAFEARRAY* detach() { return std::exchange(m_array, nullptr); }
+    explicit operator bool() const { return m_array != nullptr; }
+
+    // Bounds of the one dimension; an absent array has none.
+    long first() const
+    {
+        long bound = 0;
+        if (m_array && FAILED(SafeArrayGetLBound(m_array, 1, &bound)))
+            throw safe_array_exception(E_INVALIDARG);
+        return bound;
+    }
+    long last() const
+    {
+        long bound = -1;
+        if (m_array && FAILED(SafeArrayGetUBound(m_array, 1, &bound)))
+            throw safe_array_exception(E_INVALIDARG);
+        return bound;
+    }
+
+    // The element as a variant, for arrays of VARIANT, BSTR and plain numbers alike.
+    variant at(long index) const
+    {
+        VARTYPE type = VT_EMPTY;
+        check(SafeArrayGetVartype(m_array, &type));
+        variant element;
+        VARIANT& value = element.get();
+        if (type == VT_VARIANT) {
+            check(SafeArrayGetElement(m_array, &index, &value));
+        } else {
+            check(SafeArrayGetElement(m_array, &index, &value.llVal));
+            value.vt = type;
+        }
+        return element;
+    }
+
+    // Ends the array now; a failure is raised.
+    void destroy()
+    {
+        if (SAFEARRAY* array = std::exchange(m_array, nullptr))
+            check(SafeArrayDestroy(array));
+    }
+
+private:
+    static void check(HRESULT code)
+    {
+        if (FAILED(code))
+            throw safe_array_exception(code);
+    }
+
+    SAFEARRAY* m_array = nullptr;
+};
+
+} // namespace vh
