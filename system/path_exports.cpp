@@ -100,13 +100,13 @@ struct cracked_url {
     }
 
 private:
-    struct part {
+    struct component {
         stringx* text;
         LPWSTR URL_COMPONENTSW::*buffer;
         DWORD URL_COMPONENTSW::*length;
     };
 
-    std::array<part, 6> parts()
+    std::array<component, 6> parts()
     {
         using all = URL_COMPONENTSW;
         return {{{&scheme, &all::lpszScheme, &all::dwSchemeLength},
