@@ -71,8 +71,22 @@ vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 
+# Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
+vhrt_sources(floor_sources bench/floor)
+add_library(vhfloor SHARED ${floor_sources} bench/floor/vhfloor.def)
+target_link_libraries(vhfloor PRIVATE vhrt_options oleaut32)
+set_target_properties(vhfloor PROPERTIES PREFIX "")
+
+add_custom_command(OUTPUT library_size.h
+  COMMAND ${CMAKE_COMMAND} -DLIBRARY=$<TARGET_FILE:VHRT> -DOUTPUT=library_size.h
+          -P ${CMAKE_SOURCE_DIR}/cmake/library_size.cmake
+  DEPENDS VHRT ${CMAKE_SOURCE_DIR}/cmake/library_size.cmake)
+add_library(vhsize SHARED bench/size/size.cpp library_size.h)
+target_include_directories(vhsize PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+target_link_libraries(vhsize PRIVATE vhrt_options)
+set_target_properties(vhsize PROPERTIES PREFIX "")
+
 vhrt_sources(bench_sources bench)
-if(bench_sources)
-  add_executable(vhrt_bench ${bench_sources})
-  target_link_libraries(vhrt_bench PRIVATE vhrt_options ole32 oleaut32)
-endif()
+add_executable(vhrt_bench ${bench_sources})
+target_link_libraries(vhrt_bench PRIVATE vhrt_objects ole32 oleaut32)
+add_dependencies(vhrt_bench VHRT vhfloor vhsize)

@@ -24,6 +24,8 @@ public:
     }
 
     bool found() const { return m_slot != nullptr; }
+    // What stood there; null when the module does not import the function.
+    void* original() const { return m_original; }
 
 private:
     template <class Type>

@@ -1,0 +1,23 @@
+// The measured areas, each in a file of its own.
+#pragma once
+
+#include "harness.h"
+
+namespace bench {
+
+void Handles(suite& s);
+void NumberLists(suite& s);
+void TextLists(suite& s);
+void ListGrowth(suite& s);
+void Strings(suite& s);
+void TextRead(suite& s);
+void TextWrite(suite& s);
+void Trace(suite& s);
+void Md5(suite& s);
+void Disks(suite& s);
+void Media(suite& s);
+void Walk(suite& s);
+void ScriptMedia(suite& s);
+void Load(suite& s);
+
+} // namespace bench

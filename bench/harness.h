@@ -1,0 +1,80 @@
+// Alternating measurement of the library against a baseline in the same process.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// One side of a comparison. `run` does the given number of units and is timed; the hooks around it are not.
+struct work {
+    std::function<void(long)> run;
+    std::function<void()> before = {};
+    std::function<void()> after = {};
+    // Units of one run when the container's size matters; 0 lets the harness choose.
+    long units = 0;
+};
+
+// What one side cost in one round, per unit and in nanoseconds.
+struct quartiles {
+    double low = 0;
+    double median = 0;
+    double high = 0;
+};
+quartiles QuartilesOf(std::vector<double> values);
+
+enum class verdict { met, missed, no_goal, voided };
+
+class suite {
+public:
+    explicit suite(bool quick) : m_quick(quick) {}
+
+    // Opens an area: its first comparison is preceded by a control of the baseline against itself.
+    void Area(std::string name);
+
+    // Gates the median of the per-round ratios of time per unit; without a goal it only reports.
+    void Compare(const std::string& name, std::optional<double> goal, const work& subject, const work& baseline);
+    // Gates what the subject costs above the baseline, in nanoseconds per unit.
+    void Extra(const std::string& name, double limit, const work& subject, const work& baseline);
+    // Gates the growth from N to 10 N units at t(10 N) / t(N) <= 12: 1.2 per unit.
+    void Growth(const std::string& name, const work& large, const work& small) { Compare(name, 1.2, large, small); }
+    // Counts are free of noise and have to be exact, or at most the limit.
+    void Count(const std::string& name, long expected, long counted);
+    void AtMost(const std::string& name, long limit, long counted);
+
+    bool quick() const { return m_quick; }
+    // Prints the closing line. 0; 1 when a gate failed beyond the slack; 2 when a control voided its area.
+    int Finish() const;
+
+private:
+    struct rounds {
+        std::vector<double> subject;
+        std::vector<double> baseline;
+        std::vector<double> PerRound(bool as_ratio) const;
+    };
+    rounds Alternate(const work& subject, const work& baseline) const;
+    bool Control(const work& baseline);
+    void Report(const std::string& name, const std::string& unit, const quartiles& value, std::optional<double> goal,
+                const rounds& measured);
+    void CountRow(const std::string& name, long counted, const std::string& goal, bool met);
+
+    bool m_quick;
+    bool m_controlled = false;
+    bool m_void = false;
+    std::string m_area;
+    int m_met = 0;
+    int m_missed = 0;
+    int m_failed = 0;
+    int m_voided = 0;
+};
+
+// Keeps a result alive that nothing reads.
+template <class T>
+inline void Keep(const T& value)
+{
+    asm volatile("" : : "r,m"(value) : "memory");
+}
+
+} // namespace bench
