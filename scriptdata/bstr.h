@@ -4,6 +4,9 @@
 #include <string_view>
 #include <utility>
 
+#include <windows.h>
+
+#include <oaidl.h>
 #include <oleauto.h>
 
 #include "exception.h"
