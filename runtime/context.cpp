@@ -66,9 +66,12 @@ void WaitHandles::WaitForAll() const { WaitForMultipleObjects(m_count, m_handles
 ListHandle ListTable::Create(int32_t type)
 {
     switch (type) {
-    case -1: return m_lists.Add(std::make_unique<CNumList>());
-    case 0: return m_lists.Add(std::make_unique<CStringxList>());
-    default: return -1;
+    case -1:
+        return m_lists.Add(std::make_unique<CNumList>());
+    case 0:
+        return m_lists.Add(std::make_unique<CStringxList>());
+    default:
+        return -1;
     }
 }
 

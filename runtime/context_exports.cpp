@@ -10,15 +10,12 @@
 namespace {
 
 inline constinit vh::late_library ole32(L"ole32.dll");
-inline constinit vh::late_function<decltype(CoGetInterfaceAndReleaseStream)> unmarshal(
-    ole32, "CoGetInterfaceAndReleaseStream");
+inline constinit vh::late_function<decltype(CoGetInterfaceAndReleaseStream)>
+    unmarshal(ole32, "CoGetInterfaceAndReleaseStream");
 inline constinit vh::late_library user32(L"user32.dll");
 inline constinit vh::late_function<decltype(ShowWindow)> show_window(user32, "ShowWindow");
 
-void RestoreMainLog(ObjectContext& context)
-{
-    context.log = std::move(context.savedLog);
-}
+void RestoreMainLog(ObjectContext& context) { context.log = std::move(context.savedLog); }
 
 } // namespace
 
@@ -84,10 +81,14 @@ int64_t GetHandle(ObjectContext* context, int32_t selector)
 {
     const auto handle_of = [&](const ObjectContext& c) {
         switch (selector) {
-        case HandleMainWindow: return reinterpret_cast<int64_t>(c.MainWindow());
-        case HandleResourceModule: return reinterpret_cast<int64_t>(c.resourceModule);
-        case HandleUserModule: return reinterpret_cast<int64_t>(c.userModule);
-        default: return int64_t{0};
+        case HandleMainWindow:
+            return reinterpret_cast<int64_t>(c.MainWindow());
+        case HandleResourceModule:
+            return reinterpret_cast<int64_t>(c.resourceModule);
+        case HandleUserModule:
+            return reinterpret_cast<int64_t>(c.userModule);
+        default:
+            return int64_t{0};
         }
     };
     return vh::Framed(context, handle_of, 0);
