@@ -9,6 +9,7 @@
 
 #include "../../engine/engine.h"
 #include "../../engine/files.h"
+#include "../../scriptdata/com_object.h"
 
 namespace vh::engine::test {
 
@@ -27,9 +28,10 @@ inline bool Exists(const std::wstring& path) { return FactsOf(path).exists(); }
 inline void ListTree(const std::wstring& folder, const std::wstring& below, std::vector<std::wstring>& names)
 {
     for (const Entry& entry : ListFolder(folder)) {
-        names.push_back(JoinPath(below, entry.name));
+        const std::wstring name = JoinPath(below, entry.name);
+        names.push_back(name);
         if (entry.facts.folder())
-            ListTree(JoinPath(folder, entry.name), names.back(), names);
+            ListTree(JoinPath(folder, entry.name), name, names);
     }
 }
 inline std::vector<std::wstring> Tree(const std::wstring& folder)
