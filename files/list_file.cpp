@@ -25,7 +25,7 @@ int32_t CStringxList::ReadFromFile(const wchar_t* path)
         return failed;
     int32_t result = 0;
     for (stringx line; result == 0 && file.ReadLine(line) == 0;)
-        result = Add(line, ListAddAfter);
+        result = AddString(line.c_str(), ListAddAfter);
     file.Close();
     return result;
 }
@@ -34,8 +34,7 @@ int32_t CStringxList::WriteToFile(const wchar_t* path, int32_t flags)
 {
     path = path ? path : L"";
     const bool exists = GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
-    const bool wide =
-        (flags & ListWriteUnicode) != 0 || ((flags & ListWriteAnsi) == 0 && exists && ReadsAsWide(path));
+    const bool wide = (flags & ListWriteUnicode) != 0 || ((flags & ListWriteAnsi) == 0 && exists && ReadsAsWide(path));
 
     CVHTextFile file;
     if (wide)

@@ -2,6 +2,7 @@
 #include "concrete_media.h"
 #include "first_disk.h"
 #include "status_block.h"
+#include "walk.h"
 
 namespace {
 
@@ -35,19 +36,7 @@ CVHSecondaryFileMedia::CVHSecondaryFileMedia(text name, vh::com_ptr<ISetupData> 
 
 int32_t CVHSecondaryFileMedia::Reinstall()
 {
-    if (!m_collection)
-        return E_POINTER;
-    long count = 0;
-    if (const HRESULT code = m_collection->Count(&count); FAILED(code))
-        return code;
-    for (int32_t index = 1; index <= count; ++index) {
-        vh::com_ptr<ISetupComponent> item;
-        if (const HRESULT code = ItemAt(m_collection.get(), index, item); FAILED(code))
-            return code;
-        if (const HRESULT code = item->Reinstall(); FAILED(code))
-            return code;
-    }
-    return 0;
+    return vh::ForEachItem(m_collection.get(), 1, [](ISetupComponent* item) { return item->Reinstall(); });
 }
 
 int32_t CVHSecondaryFileMedia::MoveData(int32_t, ObjectContext* context)
@@ -55,36 +44,29 @@ int32_t CVHSecondaryFileMedia::MoveData(int32_t, ObjectContext* context)
     if (!context || !m_collection)
         return E_POINTER;
     Reinstall();
-    long count = 0;
-    if (const HRESULT code = m_collection->Count(&count); FAILED(code))
-        return code;
     // Item 1 is "Disk<1>" and is never moved.
-    if (count < 2)
-        return 0;
+    constexpr long first_moved = 2;
+    long count = 0;
+    if (const HRESULT code = m_collection->Count(&count); FAILED(code) || count < first_moved)
+        return FAILED(code) ? code : 0;
+
     uint64_t bytes = 0;
-    for (int32_t index = 2; index <= count; ++index) {
-        vh::com_ptr<ISetupComponent> item;
-        if (const HRESULT code = ItemAt(m_collection.get(), index, item); FAILED(code))
-            return code;
+    const HRESULT summed = vh::ForEachItem(m_collection.get(), first_moved, [&](ISetupComponent* item) {
         vh::com_ptr<ISetupCosts> costs;
-        if (const HRESULT code = item->GetCosts(costs.put()); FAILED(code))
-            return code;
         uint64_t own = 0;
-        if (const HRESULT code = vh::ReadTotal(costs.get(), own); FAILED(code))
-            return code;
+        HRESULT code = item->GetCosts(costs.put());
+        if (SUCCEEDED(code))
+            code = vh::ReadTotal(costs.get(), own);
         bytes += own;
-    }
+        return code;
+    });
+    if (FAILED(summed))
+        return summed;
     vh::com_ptr<IUnknown> progress;
     if (const HRESULT code = vh::StatusOf(*context).BeginTransfer(bytes, progress); FAILED(code))
         return code;
-    for (int32_t index = 2; index <= count; ++index) {
-        vh::com_ptr<ISetupComponent> item;
-        if (const HRESULT code = ItemAt(m_collection.get(), index, item); FAILED(code))
-            return code;
-        if (const HRESULT code = item->Move(progress.get()); FAILED(code))
-            return code;
-    }
-    return 0;
+    return vh::ForEachItem(m_collection.get(), first_moved,
+                           [&](ISetupComponent* item) { return item->Move(progress.get()); });
 }
 
 int32_t CVHSecondaryFileMedia::GetErrorObject(IUnknown** error)
@@ -94,51 +76,25 @@ int32_t CVHSecondaryFileMedia::GetErrorObject(IUnknown** error)
 
 int32_t CVHSecondaryFileMedia::SelectAll(bool flag)
 {
-    if (!m_collection)
-        return E_POINTER;
     const vh::first_disk_keeper<ISetupComponent, ISetupComponents> keeper(m_collection.get());
-    long count = 0;
-    if (const HRESULT code = m_collection->Count(&count); FAILED(code))
+    const HRESULT code =
+        vh::ForEachItem(m_collection.get(), 1, [&](ISetupComponent* item) { return item->SetSelected(flag ? 2 : 0); });
+    if (FAILED(code))
         return code;
-    for (int32_t index = 1; index <= count; ++index) {
-        vh::com_ptr<ISetupComponent> item;
-        if (const HRESULT code = ItemAt(m_collection.get(), index, item); FAILED(code))
-            return code;
-        if (const HRESULT code = item->SetSelected(flag ? 2 : 0); FAILED(code))
-            return code;
-    }
     keeper.Restore();
     return 0;
 }
 
 int32_t CVHSecondaryFileMedia::GetDriveCosts(text item, vh::drive_costs& map)
 {
-    const auto merge = [&](ISetupComponent* of) -> HRESULT {
+    const auto add = [&](ISetupComponent* of) -> HRESULT {
         vh::com_ptr<ISetupCosts> costs;
         const HRESULT code = of->GetCosts(costs.put());
         return FAILED(code) ? code : vh::MergeCosts(costs.get(), vh::merge::add, map);
     };
-    if (!item.empty()) {
-        vh::com_ptr<ISetupComponents> root;
-        if (const HRESULT code = GetRoot(root); FAILED(code))
-            return code;
-        stringx path;
-        vh::com_ptr<ISetupComponent> found;
-        if (!RootPath(vh::Concat(m_mediaName, L"\\", item), path) || FAILED(WalkRoot(root.get(), path, found)))
-            return vh::media_no_item;
-        return merge(found.get());
-    }
-    if (!m_collection)
-        return E_POINTER;
-    long count = 0;
-    if (const HRESULT code = m_collection->Count(&count); FAILED(code))
-        return code;
-    for (int32_t index = 1; index <= count; ++index) {
-        vh::com_ptr<ISetupComponent> child;
-        if (const HRESULT code = ItemAt(m_collection.get(), index, child); FAILED(code))
-            return code;
-        if (const HRESULT code = merge(child.get()); FAILED(code))
-            return code;
-    }
-    return 0;
+    if (item.empty())
+        return vh::ForEachItem(m_collection.get(), 1, add);
+    vh::com_ptr<ISetupComponent> found;
+    const HRESULT code = WalkToOwnItem(item, found);
+    return FAILED(code) ? code : add(found.get());
 }

@@ -191,9 +191,9 @@ int32_t CVHFileMedia::GetInfo(ObjectContext*, VHRTMediaInfo* record)
     Info* info = holder.get();
 
     HRESULT code = S_OK;
-    const auto field = [&](MediaText getter, auto& text) {
+    const auto field = [&](MediaText getter, auto& target) {
         if (SUCCEEDED(code))
-            code = ReadField(info, getter, text);
+            code = ReadField(info, getter, target);
     };
     field(&Info::GetText1, record->text1);
     field(&Info::GetText2, record->text2);

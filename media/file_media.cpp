@@ -5,6 +5,7 @@
 #include "../exports/vhrt/disks.h"
 #include "../scriptdata/results.h"
 #include "../system/path_text.h"
+#include "walk.h"
 
 namespace {
 
@@ -46,14 +47,6 @@ HRESULT MEDIA::FindChildren(text parent, Items*& found)
         found = node->children.get();
     }
     return found ? S_OK : E_POINTER;
-}
-
-MEDIA_TEMPLATE
-HRESULT MEDIA::ItemAt(Items* collection, int32_t index, vh::com_ptr<Item>& item)
-{
-    const vh::variant position(static_cast<long>(index));
-    const HRESULT code = collection->Item(position.get(), item.put());
-    return SUCCEEDED(code) && !item ? E_POINTER : vh::NoItemCode(code);
 }
 
 MEDIA_TEMPLATE
@@ -117,10 +110,18 @@ int32_t MEDIA::ReadExtraText(text item, int32_t code, stringx& value)
     vh::bstr read;
     HRESULT result = E_INVALIDARG;
     switch (code) {
-    case vh::attribute_text20: result = texts->GetText20(read.put()); break;
-    case vh::attribute_text21: result = texts->GetText21(read.put()); break;
-    case vh::attribute_text22: result = texts->GetText22(read.put()); break;
-    case vh::attribute_text23: result = texts->GetText23(read.put()); break;
+    case vh::attribute_text20:
+        result = texts->GetText20(read.put());
+        break;
+    case vh::attribute_text21:
+        result = texts->GetText21(read.put());
+        break;
+    case vh::attribute_text22:
+        result = texts->GetText22(read.put());
+        break;
+    case vh::attribute_text23:
+        result = texts->GetText23(read.put());
+        break;
     }
     if (FAILED(result))
         return result;
@@ -145,24 +146,38 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
     };
 
     switch (code) {
-    case vh::attribute_description: return as_lines(GetDescription(item, value));
-    case vh::attribute_long_text: return as_lines(ReadText(item, &Item::GetLongText, value));
-    case vh::attribute_visible: return as_truth(IsVisible(item, truth));
-    case vh::attribute_needs_validation: return as_truth(NeedsValidate(item, truth));
-    case vh::attribute_selected: return as_truth(IsSelected(item, truth));
+    case vh::attribute_description:
+        return as_lines(GetDescription(item, value));
+    case vh::attribute_long_text:
+        return as_lines(ReadText(item, &Item::GetLongText, value));
+    case vh::attribute_visible:
+        return as_truth(IsVisible(item, truth));
+    case vh::attribute_needs_validation:
+        return as_truth(NeedsValidate(item, truth));
+    case vh::attribute_selected:
+        return as_truth(IsSelected(item, truth));
     // Sizes have an operation of their own; this answer leaves the last error alone.
-    case vh::attribute_size: return -126;
-    case vh::attribute_misc_text: return as_lines(GetMiscText(item, value));
-    case vh::attribute_display_order: return GetDisplayOrder(item, *number);
-    case vh::attribute_display_name: return as_lines(GetDisplayName(item, value));
-    case vh::attribute_text16: return as_text(ReadText(item, &Item::GetText16, value));
-    case vh::attribute_text17: return as_text(ReadText(item, &Item::GetText17, value));
-    case vh::attribute_text18: return as_text(ReadText(item, &Item::GetText18, value));
-    case vh::attribute_text19: return as_text(ReadText(item, &Item::GetText19, value));
+    case vh::attribute_size:
+        return -126;
+    case vh::attribute_misc_text:
+        return as_lines(GetMiscText(item, value));
+    case vh::attribute_display_order:
+        return GetDisplayOrder(item, *number);
+    case vh::attribute_display_name:
+        return as_lines(GetDisplayName(item, value));
+    case vh::attribute_text16:
+        return as_text(ReadText(item, &Item::GetText16, value));
+    case vh::attribute_text17:
+        return as_text(ReadText(item, &Item::GetText17, value));
+    case vh::attribute_text18:
+        return as_text(ReadText(item, &Item::GetText18, value));
+    case vh::attribute_text19:
+        return as_text(ReadText(item, &Item::GetText19, value));
     case vh::attribute_text20:
     case vh::attribute_text21:
     case vh::attribute_text22:
-    case vh::attribute_text23: return as_text(ReadExtraText(item, code, value));
+    case vh::attribute_text23:
+        return as_text(ReadExtraText(item, code, value));
     case vh::attribute_status: {
         Item* found = nullptr;
         if (const HRESULT failed = FindItem(item, found); FAILED(failed))
@@ -180,7 +195,8 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
             *number = code == vh::attribute_flags ? flags : (flags >> 5) & 1;
         return result;
     }
-    default: return Fail(vh::media_bad_attribute);
+    default:
+        return Fail(vh::media_bad_attribute);
     }
 }
 
@@ -198,23 +214,34 @@ MEDIA_TEMPLATE
 int32_t MEDIA::SetData(text item, int32_t code, int32_t number, text value, ObjectContext* context)
 {
     switch (code) {
-    case vh::attribute_description: return WriteText(item, &Item::SetDescription, value);
-    case vh::attribute_long_text: return WriteText(item, &Item::SetLongText, value);
+    case vh::attribute_description:
+        return WriteText(item, &Item::SetDescription, value);
+    case vh::attribute_long_text:
+        return WriteText(item, &Item::SetLongText, value);
     case vh::attribute_visible: {
         Item* found = nullptr;
         if (const HRESULT failed = FindItem(item, found); FAILED(failed))
             return failed;
         return found->SetVisible(number == 1 ? 1 : 0);
     }
-    case vh::attribute_needs_validation: return Fail(vh::media_read_only_attribute);
-    case vh::attribute_selected: return SelectItem(item, number != 0, context);
-    case vh::attribute_size: return Fail(vh::media_not_supported);
-    case vh::attribute_misc_text: return WriteText(item, &Item::SetMiscText, value);
-    case vh::attribute_display_order: return WriteDisplayOrder(item, number);
-    case vh::attribute_display_name: return WriteText(item, &Item::SetDisplayName, value);
-    case vh::attribute_text17: return WriteText(item, &Item::SetText17, value);
-    case vh::attribute_text18: return WriteText(item, &Item::SetText18, value);
-    default: return Fail(vh::media_bad_attribute);
+    case vh::attribute_needs_validation:
+        return Fail(vh::media_read_only_attribute);
+    case vh::attribute_selected:
+        return SelectItem(item, number != 0, context);
+    case vh::attribute_size:
+        return Fail(vh::media_not_supported);
+    case vh::attribute_misc_text:
+        return WriteText(item, &Item::SetMiscText, value);
+    case vh::attribute_display_order:
+        return WriteDisplayOrder(item, number);
+    case vh::attribute_display_name:
+        return WriteText(item, &Item::SetDisplayName, value);
+    case vh::attribute_text17:
+        return WriteText(item, &Item::SetText17, value);
+    case vh::attribute_text18:
+        return WriteText(item, &Item::SetText18, value);
+    default:
+        return Fail(vh::media_bad_attribute);
     }
 }
 
@@ -255,17 +282,12 @@ int32_t MEDIA::GetChildCount(text parent, int32_t& count, int32_t mode)
     if (mode != 1)
         return 0;
     count = 0;
-    for (int32_t index = 1; index <= all; ++index) {
-        vh::com_ptr<Item> child;
-        if (const HRESULT code = ItemAt(children, index, child); FAILED(code))
-            return code;
+    return vh::ForEachItem(children, 1, [&](Item* child) {
         VARIANT_BOOL visible = VARIANT_FALSE;
-        if (const HRESULT code = child->GetVisible(&visible); FAILED(code))
-            return code;
-        if (visible)
-            ++count;
-    }
-    return 0;
+        const HRESULT code = child->GetVisible(&visible);
+        count += visible ? 1 : 0;
+        return code;
+    });
 }
 
 MEDIA_TEMPLATE
@@ -275,7 +297,7 @@ int32_t MEDIA::GetChild(text parent, int32_t index, stringx& name)
     if (const HRESULT code = FindChildren(parent, children); FAILED(code))
         return code;
     vh::com_ptr<Item> child;
-    if (const HRESULT code = ItemAt(children, index, child); FAILED(code))
+    if (const HRESULT code = vh::ItemAt(children, index, child); FAILED(code))
         return code;
     vh::bstr read;
     if (const HRESULT code = child->GetName(read.put()); FAILED(code))
@@ -317,19 +339,7 @@ int32_t MEDIA::GetTotalSize(text item, bool whole_tree, bool, int64_t& size, int
         return FAILED(code) ? code : add(found);
     }
 
-    if (!m_collection)
-        return E_POINTER;
-    long count = 0;
-    if (const HRESULT code = m_collection->Count(&count); FAILED(code))
-        return code;
-    for (int32_t index = 1; index <= count; ++index) {
-        vh::com_ptr<Item> child;
-        if (const HRESULT code = ItemAt(m_collection.get(), index, child); FAILED(code))
-            return code;
-        if (const HRESULT code = add(child.get()); FAILED(code))
-            return code;
-    }
-    return 0;
+    return vh::ForEachItem(m_collection.get(), 1, add);
 }
 
 MEDIA_TEMPLATE
@@ -402,7 +412,7 @@ MEDIA_TEMPLATE
 int32_t MEDIA::GetOrderBase()
 {
     vh::com_ptr<Item> second;
-    const HRESULT code = m_collection ? ItemAt(m_collection.get(), 2, second) : vh::media_no_item;
+    const HRESULT code = m_collection ? vh::ItemAt(m_collection.get(), 2, second) : HRESULT{vh::media_no_item};
     if (FAILED(code))
         return code;
     short order = 0;
@@ -463,20 +473,14 @@ int32_t MEDIA::SetupTypeEnum(std::vector<stringx>& names)
         return E_POINTER;
     if (const HRESULT code = m_data->GetSetupTypes(types.put()); FAILED(code) || !types)
         return FAILED(code) ? code : E_POINTER;
-    long count = 0;
-    if (const HRESULT code = types->Count(&count); FAILED(code))
-        return code;
-    for (long index = 1; index <= count; ++index) {
-        vh::com_ptr<ISetupType> type;
-        const vh::variant position(index);
-        if (const HRESULT code = types->Item(position.get(), type.put()); FAILED(code) || !type)
-            return FAILED(code) ? vh::NoItemCode(code, vh::media_no_setup_type) : E_POINTER;
+    const auto add = [&](ISetupType* type) {
         vh::bstr name;
-        if (const HRESULT code = type->GetName(name.put()); FAILED(code))
-            return code;
-        names.emplace_back(name.view());
-    }
-    return 0;
+        const HRESULT code = type->GetName(name.put());
+        if (SUCCEEDED(code))
+            names.emplace_back(name.view());
+        return code;
+    };
+    return vh::ForEachItem(types.get(), 1, add, vh::media_no_setup_type);
 }
 
 MEDIA_TEMPLATE
@@ -487,9 +491,7 @@ HRESULT MEDIA::FindSetupType(text type, vh::com_ptr<ISetupType>& found)
         return E_POINTER;
     if (const HRESULT code = m_data->GetSetupTypes(types.put()); FAILED(code) || !types)
         return FAILED(code) ? code : E_POINTER;
-    const vh::variant name(type);
-    const HRESULT code = types->Item(name.get(), found.put());
-    return SUCCEEDED(code) && !found ? E_POINTER : vh::NoItemCode(code, vh::media_no_setup_type);
+    return vh::ItemNamed(types.get(), type, found, vh::media_no_setup_type);
 }
 
 MEDIA_TEMPLATE
@@ -533,12 +535,9 @@ HRESULT MEDIA::WalkRoot(ISetupComponents* root, text path, vh::com_ptr<ISetupCom
     vh::com_ptr<ISetupComponents> collection(root);
     for (;;) {
         const vh::item_split split = vh::SplitItem(path);
-        const vh::variant name(split.head);
-        const HRESULT code = collection->Item(name.get(), found.put());
-        if (FAILED(code) || !found)
-            return FAILED(code) ? vh::NoItemCode(code) : E_POINTER;
-        if (split.tail.empty())
-            return S_OK;
+        const HRESULT code = vh::ItemNamed(collection.get(), split.head, found);
+        if (FAILED(code) || split.tail.empty())
+            return code;
         vh::com_ptr<ISetupComponents> children;
         const HRESULT read = found->GetChildren(children.put());
         if (FAILED(read) || !children)
@@ -586,29 +585,16 @@ int32_t MEDIA::Update()
     if (const HRESULT code = GetRoot(root); FAILED(code))
         return code;
     vh::com_ptr<ISetupComponent> own;
-    const vh::variant own_name(m_mediaName.view());
-    if (const HRESULT code = root->Item(own_name.get(), own.put()); FAILED(code) || !own)
-        return FAILED(code) ? vh::NoItemCode(code) : E_POINTER;
-    vh::com_ptr<ISetupComponents> children;
-    if (const HRESULT code = own->GetChildren(children.put()); FAILED(code) || !children)
-        return FAILED(code) ? code : E_POINTER;
-    long count = 0;
-    if (const HRESULT code = children->Count(&count); FAILED(code))
+    if (const HRESULT code = vh::ItemNamed(root.get(), m_mediaName, own); FAILED(code))
         return code;
-    for (long index = 1; index <= count; ++index) {
-        const vh::variant position(index);
-        vh::com_ptr<ISetupComponent> child;
-        if (const HRESULT code = children->Item(position.get(), child.put()); FAILED(code) || !child)
-            return FAILED(code) ? vh::NoItemCode(code) : E_POINTER;
+    vh::com_ptr<ISetupComponents> children;
+    if (const HRESULT code = own->GetChildren(children.put()); FAILED(code))
+        return code;
+    return vh::ForEachItem(children.get(), 1, [](ISetupComponent* child) {
         vh::bstr name;
-        if (const HRESULT code = child->GetName(name.put()); FAILED(code))
-            return code;
-        if (name.view() == vh::first_disk)
-            continue;
-        if (const HRESULT code = child->Reinstall(); FAILED(code))
-            return code;
-    }
-    return 0;
+        const HRESULT code = child->GetName(name.put());
+        return FAILED(code) || name.view() == vh::first_disk ? code : child->Reinstall();
+    });
 }
 
 MEDIA_TEMPLATE

@@ -74,10 +74,10 @@ protected:
     // Walks the data set's root to "head\tail", beside the cache.
     HRESULT WalkRoot(ISetupComponents* root, text path, vh::com_ptr<ISetupComponent>& found);
     HRESULT GetRoot(vh::com_ptr<ISetupComponents>& root);
+    // The item of this media in the data set, beside the cache.
+    HRESULT WalkToOwnItem(text item, vh::com_ptr<ISetupComponent>& found);
     // "<Data>\" in front of a path that does not start with a root item. False when it gets too long.
     static bool RootPath(text item, stringx& path);
-
-    static HRESULT ItemAt(Items* collection, int32_t index, vh::com_ptr<Item>& item);
 
     vh::com_ptr<ISetupData> m_data;
     vh::com_ptr<Items> m_collection;
@@ -89,7 +89,6 @@ private:
     int32_t ReadFlags(text item, int32_t& flags);
     int32_t ReadExtraText(text item, int32_t code, stringx& value);
     int32_t WriteDisplayOrder(text item, int32_t order);
-    HRESULT WalkToOwnItem(text item, vh::com_ptr<ISetupComponent>& found);
     HRESULT WalkToCostItem(text item, vh::com_ptr<ISetupComponent>& found);
     HRESULT FindSetupType(text type, vh::com_ptr<ISetupType>& found);
 

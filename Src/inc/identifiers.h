@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstddef>
+
 #include <windows.h>
+
+#include <oaidl.h>
 
 namespace vh {
 
