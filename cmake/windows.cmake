@@ -36,10 +36,12 @@ set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
 target_include_directories(VHRT INTERFACE ${CMAKE_SOURCE_DIR}/exports)
 
 # The embedded engine: for hosts and tests, never in the DLL.
+include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine)
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
-  target_link_libraries(vhengine PUBLIC vhrt_options ole32 oleaut32 uuid shlwapi shell32 version)
+  target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers
+    PUBLIC ole32 oleaut32 uuid shlwapi shell32 version)
 endif()
 
 function(vhrt_program name)
