@@ -12,6 +12,8 @@ namespace host {
 namespace {
 
 constexpr int32_t first_room = 512;
+// Some functions need a unit more than the size says.
+constexpr std::size_t spare_room = 2;
 // Room for texts whose function does not know the buffer's size.
 constexpr std::size_t blind_room = 32768;
 constexpr std::size_t element_room = 4096;
@@ -161,14 +163,19 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
         for (std::vector<wchar_t>& text : cell.texts)
             text.resize(element_room);
         break;
-    case Kind::Bytes:
+    case Kind::InOutBstr:
+        cell.value = vh::variant(ToText(*given).c_str());
+        break;
+    case Kind::Block:
         cell.bytes = BytesOf(*given);
         cell.size = static_cast<int32_t>(cell.bytes.size());
+        // Functions may touch the byte behind the block.
+        cell.bytes.push_back('\0');
         break;
     case Kind::Record: {
         const VARIANT& value = Plain(*given);
         IDispatch* object = value.vt == VT_DISPATCH ? value.pdispVal : nullptr;
-        cell.record = std::make_unique<RecordBlock>(RecordNamed(cell.argument->record), object);
+        cell.record = std::make_unique<RecordBlock>(RecordNamed(cell.argument->detail), object);
         break;
     }
     case Kind::OutText:
@@ -176,18 +183,19 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
         break;
     case Kind::BufferOf:
         cell.size = std::clamp(ToInt(*given), 0, most_room);
-        cell.text.resize(static_cast<std::size_t>(cell.size) + 1);
+        cell.text.resize(static_cast<std::size_t>(cell.size) + spare_room);
         break;
     case Kind::Buffer:
     case Kind::BufferInOut:
         cell.size = first_room;
-        cell.text.resize(first_room);
+        cell.text.resize(first_room + spare_room);
         break;
     case Kind::BytesInOut:
         cell.size = first_room;
-        cell.bytes.resize(first_room);
+        cell.bytes.resize(first_room + spare_room);
         break;
     case Kind::Null:
+    case Kind::SizeOf:
     case Kind::OutInt:
     case Kind::OutInt64:
     case Kind::OutVariant:
@@ -231,9 +239,14 @@ void CallFrame::Place()
         case Kind::OutInt64:
             put(SlotOf(&cell.number));
             break;
-        case Kind::Bytes:
+        case Kind::InOutBstr:
+            put(SlotOf(&cell.value.get().bstrVal));
+            break;
+        case Kind::Block:
             put(SlotOf(cell.bytes.data()));
-            put(static_cast<uint64_t>(cell.size));
+            break;
+        case Kind::SizeOf:
+            put(SizeOf(cell.argument->detail));
             break;
         case Kind::Buffer:
         case Kind::BufferOf:
@@ -255,6 +268,14 @@ void CallFrame::Place()
     }
 }
 
+uint64_t CallFrame::SizeOf(const std::string& name) const
+{
+    for (const Cell& cell : m_cells)
+        if (cell.argument->name == name)
+            return cell.argument->kind == Kind::Block ? static_cast<uint64_t>(cell.size) : cell.text.size();
+    throw std::logic_error("a size of an argument that is not there: " + name);
+}
+
 bool CallFrame::Grow(int64_t result)
 {
     bool grown = false;
@@ -262,7 +283,7 @@ bool CallFrame::Grow(int64_t result)
         const Kind kind = cell.argument->kind;
         if (kind == Kind::Buffer && result > cell.size && result <= most_room)
             cell.size = static_cast<int32_t>(result);
-        const auto wanted = static_cast<std::size_t>(std::clamp(cell.size, 0, most_room));
+        const auto wanted = static_cast<std::size_t>(std::clamp(cell.size, 0, most_room)) + spare_room;
         if ((kind == Kind::Buffer || kind == Kind::BufferInOut) && wanted > cell.text.size()) {
             cell.text.assign(wanted, L'\0');
             grown = true;
@@ -286,8 +307,10 @@ vh::variant CallFrame::Output(const Cell& cell) const
         return FromInt64(cell.number);
     case Kind::OutVariant:
         return cell.value;
-    case Kind::Bytes:
-        return CharactersOf(cell.bytes.data(), cell.bytes.size());
+    case Kind::InOutBstr:
+        return vh::variant(cell.value.text());
+    case Kind::Block:
+        return CharactersOf(cell.bytes.data(), static_cast<std::size_t>(cell.size));
     case Kind::BytesInOut: {
         const auto count = static_cast<std::size_t>(std::max(cell.size, 0));
         return CharactersOf(cell.bytes.data(), std::min(count, cell.bytes.size()));

@@ -46,6 +46,7 @@ private:
 
     void Prepare(Cell& cell, const CallSite& site, const VARIANT* given);
     void Place();
+    uint64_t SizeOf(const std::string& name) const;
     bool Grow(int64_t result);
     vh::variant Output(const Cell& cell) const;
     vh::variant Outcome(int64_t result) const;

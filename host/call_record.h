@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -13,22 +14,21 @@ namespace host {
 
 // How a field lies in its record.
 enum class FieldKind {
-    Short,
     Int,
-    Int64,
+    // A fixed array of numbers, which only comes back.
+    Ints,
     // A fixed array of 16-bit units inside the record.
     Chars,
     // A pointer to a text that the script gives, or null.
     Text,
-    // A pointer to a buffer of `units`, which comes back.
-    Room,
 };
 
 struct RecordField {
     const wchar_t* name;
     FieldKind kind;
     std::size_t offset;
-    std::size_t units;
+    // Numbers or units that lie in the record.
+    std::size_t count;
 };
 
 struct RecordInfo {
@@ -52,11 +52,11 @@ public:
 private:
     void Fill(const RecordField& field, const VARIANT& value);
     vh::variant Value(const RecordField& field) const;
-    wchar_t* Keep(std::wstring text);
 
     const RecordInfo* m_info;
     std::vector<std::byte> m_block;
-    std::vector<std::vector<wchar_t>> m_texts;
+    // A list, so that texts stay in their place.
+    std::list<std::wstring> m_texts;
 };
 
 } // namespace host

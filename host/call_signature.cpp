@@ -11,6 +11,7 @@ constexpr KindInfo kinds[] = {
     {Kind::Host, "host", 1, false, false},
     {Kind::Services, "services", 1, false, false},
     {Kind::Null, "null", 1, false, false},
+    {Kind::SizeOf, "size_of", 1, false, false},
     {Kind::Int, "int", 1, true, false},
     {Kind::Int64, "int64", 1, true, false},
     {Kind::Text, "text", 1, true, false},
@@ -20,8 +21,10 @@ constexpr KindInfo kinds[] = {
     {Kind::InOutInt, "inout_int", 1, true, true},
     {Kind::InOutInt64, "inout_int64", 1, true, true},
     {Kind::InOutText, "inout_text", 1, true, true},
-    // A pointer and its size in bytes.
-    {Kind::Bytes, "bytes", 2, true, true},
+    // A text that the function replaces by another one.
+    {Kind::InOutBstr, "inout_bstr", 1, true, true},
+    // Bytes that the function reads or writes in place.
+    {Kind::Block, "block", 1, true, true},
     {Kind::Record, "record", 1, true, true},
     {Kind::OutInt, "out_int", 1, false, true},
     {Kind::OutInt64, "out_int64", 1, false, true},
@@ -65,7 +68,7 @@ Result ParseResult(const CallRow& row)
     Reject(row, "unknown result " + std::string(word));
 }
 
-// "name:kind", "name:record Name", or a kind alone when the host gives the argument.
+// "name:kind", "name:record Layout", "size_of name", or a kind alone when the host gives the argument.
 Argument ParseArgument(const CallRow& row, std::string_view text)
 {
     Argument argument{};
@@ -74,7 +77,7 @@ Argument ParseArgument(const CallRow& row, std::string_view text)
     if (colon != std::string_view::npos)
         argument.name = Trimmed(text.substr(0, colon));
     if (const std::size_t space = word.find(' '); space != std::string_view::npos) {
-        argument.record = Trimmed(word.substr(space));
+        argument.detail = Trimmed(word.substr(space));
         word = word.substr(0, space);
     }
     for (const KindInfo& info : kinds) {
@@ -83,8 +86,8 @@ Argument ParseArgument(const CallRow& row, std::string_view text)
         argument.kind = info.kind;
         if (argument.name.empty() && (info.from_script || info.to_script))
             Reject(row, "an argument has no name: " + std::string(text));
-        if ((info.kind == Kind::Record) == argument.record.empty())
-            Reject(row, "a record's name goes with a record: " + std::string(text));
+        if ((info.kind == Kind::Record || info.kind == Kind::SizeOf) == argument.detail.empty())
+            Reject(row, "a second word goes with record and size_of: " + std::string(text));
         return argument;
     }
     Reject(row, "unknown kind " + std::string(word));

@@ -17,6 +17,8 @@ enum class Kind {
     Host,
     Services,
     Null,
+    // The size of another argument's buffer.
+    SizeOf,
     // Given by the script.
     Int,
     Int64,
@@ -28,7 +30,8 @@ enum class Kind {
     InOutInt,
     InOutInt64,
     InOutText,
-    Bytes,
+    InOutBstr,
+    Block,
     Record,
     // Handed back as a property of the result.
     OutInt,
@@ -58,8 +61,8 @@ const KindInfo& InfoOf(Kind kind);
 struct Argument {
     Kind kind;
     std::string name;
-    // The record's name, for arguments of kind Record.
-    std::string record;
+    // Of a Record its layout, of a SizeOf the argument that it measures.
+    std::string detail;
 };
 
 struct CallRow {

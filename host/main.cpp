@@ -1,0 +1,116 @@
+// vhhost.exe: runs a setup folder's script against VHRT.dll and the embedded engine.
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include <objbase.h>
+#include <windows.h>
+
+#include "console.h"
+#include "setup_run.h"
+#include "text.h"
+
+namespace {
+
+constexpr const char* description =
+    "Runs the setup in a folder that holds product.json, the payload and setup.js.";
+constexpr const char* footer = "Exit codes: 0 done, 1 the script or a transfer failed (rolled back), 2 wrong command\n"
+                               "line, 4 wrong setup folder, product file or payload, 6 stopped by the user (rolled\n"
+                               "back), 7 VHRT.dll can't be loaded, 8 the removal left something behind.";
+
+struct CommandLine {
+    std::string folder;
+    std::string target;
+    std::string trace;
+    std::string data;
+    std::vector<std::string> scripts;
+    std::vector<std::string> variables;
+    int language = 0;
+    bool silent = false;
+    bool uninstall = false;
+    bool show_log = false;
+};
+
+void Declare(CLI::App& app, CommandLine& line)
+{
+    app.allow_windows_style_options(false);
+    app.footer(footer);
+    app.add_option("FOLDER", line.folder, "The setup folder")->required();
+    app.add_flag("--silent", line.silent, "Ask nothing, show no progress");
+    app.add_option("--target", line.target, "Install to this folder")->type_name("DIR");
+    app.add_option("--trace", line.trace, "Write the library's trace to this file")->type_name("FILE");
+    app.add_option("--var", line.variables, "Set a variable; may be given again")
+        ->type_name("NAME=VALUE")
+        ->expected(1)
+        ->take_all();
+    app.add_flag("--uninstall", line.uninstall, "Remove what the setup installed");
+    app.add_option("--language", line.language, "Language identifier, such as 1031")->type_name("ID");
+    app.add_option("--script", line.scripts, "Run this file in place of the setup's script; may be given again")
+        ->type_name("FILE")
+        ->expected(1)
+        ->take_all();
+    app.add_option("--data", line.data, "Keep install logs in this folder")->type_name("DIR");
+    app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
+}
+
+std::wstring PathOf(const std::string& text) { return text.empty() ? std::wstring() : host::FullPath(host::Wide(text)); }
+
+host::RunOptions OptionsOf(const CommandLine& line)
+{
+    host::RunOptions options;
+    options.setup_folder = PathOf(line.folder);
+    options.target = PathOf(line.target);
+    options.trace_file = PathOf(line.trace);
+    options.data_folder = PathOf(line.data);
+    for (const std::string& script : line.scripts)
+        options.scripts.push_back(PathOf(script));
+    for (const std::string& variable : line.variables) {
+        const std::size_t equals = variable.find('=');
+        if (equals == 0 || equals == std::string::npos)
+            throw CLI::ValidationError("--var", "NAME=VALUE is wanted, not " + variable);
+        options.variables[host::Wide(variable.substr(0, equals))] = host::Wide(variable.substr(equals + 1));
+    }
+    options.language = line.language;
+    options.silent = line.silent;
+    options.show_log = line.show_log;
+    return options;
+}
+
+void SayAll(const std::string& text, void (*say)(std::wstring_view))
+{
+    std::wstring lines = host::Wide(text);
+    while (!lines.empty() && lines.back() == L'\n')
+        lines.pop_back();
+    say(lines);
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** words)
+{
+    CLI::App app(description, "vhhost");
+    CommandLine line;
+    Declare(app, line);
+    // The parser takes the last word first.
+    std::vector<std::string> arguments;
+    for (int i = count - 1; i > 0; --i)
+        arguments.push_back(host::Utf8(words[i]));
+    host::RunOptions options;
+    try {
+        app.parse(arguments);
+        options = OptionsOf(line);
+    } catch (const CLI::CallForHelp&) {
+        SayAll(app.help(), host::Say);
+        return host::exit_done;
+    } catch (const CLI::ParseError& error) {
+        host::Complain(L"vhhost: " + host::Wide(error.what()));
+        SayAll(app.help(), host::Complain);
+        return host::exit_usage;
+    }
+    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
+        return host::exit_library;
+    const host::ExitCode code = line.uninstall ? host::RemoveSetup(options) : host::RunSetup(options);
+    CoUninitialize();
+    return code;
+}
