@@ -30,7 +30,10 @@ public:
     explicit variant(std::wstring_view text) : variant(bstr(text)) {}
     explicit variant(const wchar_t* text) : variant(bstr(text)) {}
     variant(variant&& other) noexcept : m_value(other.m_value) { VariantInit(&other.m_value); }
-    variant(const variant& other) : variant() { ThrowIfFailed(VariantCopy(&m_value, &other.m_value)); }
+    variant(const variant& other) : variant()
+    {
+        ThrowIfFailed(VariantCopy(&m_value, const_cast<VARIANT*>(&other.m_value)));
+    }
     variant& operator=(variant other) noexcept
     {
         std::swap(m_value, other.m_value);

@@ -1,0 +1,42 @@
+/* VHRT: the run-time library of setup scripts. All exported functions, by family. */
+#pragma once
+
+#include "vhrt/types.h"
+
+#include "vhrt/bags.h"
+#include "vhrt/calls.h"
+#include "vhrt/component_view.h"
+#include "vhrt/components.h"
+#include "vhrt/context.h"
+#include "vhrt/dialog_messages.h"
+#include "vhrt/dialogs.h"
+#include "vhrt/disks.h"
+#include "vhrt/drivers.h"
+#include "vhrt/facts.h"
+#include "vhrt/file_copy.h"
+#include "vhrt/files.h"
+#include "vhrt/folders.h"
+#include "vhrt/language.h"
+#include "vhrt/lists.h"
+#include "vhrt/main_image.h"
+#include "vhrt/objects.h"
+#include "vhrt/paths.h"
+#include "vhrt/permissions.h"
+#include "vhrt/phases.h"
+#include "vhrt/printing.h"
+#include "vhrt/registry.h"
+#include "vhrt/scalars.h"
+#include "vhrt/services.h"
+#include "vhrt/state.h"
+#include "vhrt/status.h"
+#include "vhrt/text_sub.h"
+#include "vhrt/trace.h"
+#include "vhrt/transfer.h"
+#include "vhrt/tree_view.h"
+#include "vhrt/versions.h"
+#include "vhrt/web_disks.h"
+#include "vhrt/windows.h"
+
+#ifdef __cplusplus
+#include "vhrt/exceptions.h"
+#endif

@@ -1,0 +1,18 @@
+/* The picture in a dialog's image control, and the palette. */
+#pragma once
+
+#include "types.h"
+
+/* Kinds of _SetAltMainImage: a text; a text that starts with the path of a file; the text before; no picture. */
+enum { ImageText = 1, ImageFile = -2, ImagePrevious = -1, ImageNone = 0 };
+
+/* Sets the picture of all dialogs and of the status window. Result: 0; 0x80070004 when there is no such file; the
+   engine's failing code. */
+VHRT_FUNCTION(int32_t) _SetAltMainImage(ObjectContext* context, int32_t kind, const wchar_t* text);
+
+/* The same by file and scale in percent, at least 25; -1 means the picture before, 0 none. Result: also -2 for a
+   smaller scale. */
+VHRT_FUNCTION(int32_t) _SetAltMainImageEx(ObjectContext* context, int32_t scale, const wchar_t* path);
+
+/* Reads a palette file (RIFF); one that can't be used clears the palette. Result: 0. */
+VHRT_FUNCTION(int32_t) _SetPaletteFile(ObjectContext* context, const wchar_t* path);
