@@ -151,7 +151,7 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
         if (const auto elements = ArrayOf(*given))
             cell.value = SafeArrayOf(*elements);
         else
-            vh::ThrowIfFailed(VariantCopy(&cell.value.get(), &Plain(*given)));
+            cell.value = CopyOf(*given);
         break;
     case Kind::Texts:
         if (const auto elements = ArrayOf(*given))

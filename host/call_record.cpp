@@ -19,21 +19,21 @@ namespace {
 
 #define VH_FIELD(record, field, kind, unit)                                                                            \
     {                                                                                                                  \
-        L#field, FieldKind::kind, offsetof(record, field), sizeof(record::field) / sizeof(unit)                        \
+        L"" #field, FieldKind::kind, offsetof(record, field), sizeof(record::field) / sizeof(unit)                     \
     }
 
 constexpr RecordField disk_info[] = {
-    VH_FIELD(VHRTDiskInfo, path, Chars, wchar_t),        VH_FIELD(VHRTDiskInfo, request, Int, int32_t),
-    VH_FIELD(VHRTDiskInfo, clusterSize, Int, int32_t),   VH_FIELD(VHRTDiskInfo, totalHigh, Int, int32_t),
-    VH_FIELD(VHRTDiskInfo, totalLow, Int, int32_t),      VH_FIELD(VHRTDiskInfo, freeHigh, Int, int32_t),
-    VH_FIELD(VHRTDiskInfo, freeLow, Int, int32_t),       VH_FIELD(VHRTDiskInfo, driveType, Int, int32_t),
+    VH_FIELD(VHRTDiskInfo, path, Chars, wchar_t),      VH_FIELD(VHRTDiskInfo, request, Int, int32_t),
+    VH_FIELD(VHRTDiskInfo, clusterSize, Int, int32_t), VH_FIELD(VHRTDiskInfo, totalHigh, Int, int32_t),
+    VH_FIELD(VHRTDiskInfo, totalLow, Int, int32_t),    VH_FIELD(VHRTDiskInfo, freeHigh, Int, int32_t),
+    VH_FIELD(VHRTDiskInfo, freeLow, Int, int32_t),     VH_FIELD(VHRTDiskInfo, driveType, Int, int32_t),
     VH_FIELD(VHRTDiskInfo, result, Int, int32_t),
 };
 constexpr RecordField url_parts[] = {
-    VH_FIELD(VHRTUrlParts, scheme, Chars, wchar_t),   VH_FIELD(VHRTUrlParts, schemeType, Int, int32_t),
-    VH_FIELD(VHRTUrlParts, host, Chars, wchar_t),     VH_FIELD(VHRTUrlParts, port, Int, int32_t),
-    VH_FIELD(VHRTUrlParts, user, Chars, wchar_t),     VH_FIELD(VHRTUrlParts, password, Chars, wchar_t),
-    VH_FIELD(VHRTUrlParts, path, Chars, wchar_t),     VH_FIELD(VHRTUrlParts, extra, Chars, wchar_t),
+    VH_FIELD(VHRTUrlParts, scheme, Chars, wchar_t), VH_FIELD(VHRTUrlParts, schemeType, Int, int32_t),
+    VH_FIELD(VHRTUrlParts, host, Chars, wchar_t),   VH_FIELD(VHRTUrlParts, port, Int, int32_t),
+    VH_FIELD(VHRTUrlParts, user, Chars, wchar_t),   VH_FIELD(VHRTUrlParts, password, Chars, wchar_t),
+    VH_FIELD(VHRTUrlParts, path, Chars, wchar_t),   VH_FIELD(VHRTUrlParts, extra, Chars, wchar_t),
 };
 constexpr RecordField processor_info[] = {
     VH_FIELD(VHRTProcessorInfo, architecture, Int, int32_t),

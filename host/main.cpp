@@ -13,8 +13,7 @@
 
 namespace {
 
-constexpr const char* description =
-    "Runs the setup in a folder that holds product.json, the payload and setup.js.";
+constexpr const char* description = "Runs the setup in a folder that holds product.json, the payload and setup.js.";
 constexpr const char* footer = "Exit codes: 0 done, 1 the script or a transfer failed (rolled back), 2 wrong command\n"
                                "line, 4 wrong setup folder, product file or payload, 6 stopped by the user (rolled\n"
                                "back), 7 VHRT.dll can't be loaded, 8 the removal left something behind.";
@@ -54,7 +53,10 @@ void Declare(CLI::App& app, CommandLine& line)
     app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
 }
 
-std::wstring PathOf(const std::string& text) { return text.empty() ? std::wstring() : host::FullPath(host::Wide(text)); }
+std::wstring PathOf(const std::string& text)
+{
+    return text.empty() ? std::wstring() : host::FullPath(host::Wide(text));
+}
 
 host::RunOptions OptionsOf(const CommandLine& line)
 {

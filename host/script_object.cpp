@@ -36,8 +36,7 @@ std::optional<std::vector<vh::variant>> ArrayOf(const VARIANT& given)
     const VARIANT& value = Plain(given);
     std::vector<vh::variant> elements;
     if (value.vt & VT_ARRAY) {
-        vh::variant copy;
-        vh::ThrowIfFailed(VariantCopyInd(&copy.get(), &value));
+        vh::variant copy = CopyOf(value);
         const vh::safe_array array(copy);
         for (long i = array.first(); i <= array.last(); ++i)
             elements.push_back(array.at(i));

@@ -99,9 +99,9 @@ bool ScriptSite::Run(const std::vector<std::wstring>& files)
         m_sources.push_back(ReadTextFile(file));
 
     vh::com_ptr<IActiveScript> script;
-    Require(CoCreateInstance(jscript_class, nullptr, CLSCTX_INPROC_SERVER, vh::iid_of<IActiveScript>,
-                             script.put_void()),
-            "its creation");
+    Require(
+        CoCreateInstance(jscript_class, nullptr, CLSCTX_INPROC_SERVER, vh::iid_of<IActiveScript>, script.put_void()),
+        "its creation");
     const auto parser = script.query<IActiveScriptParse64>();
     Require(parser ? S_OK : E_NOINTERFACE, "its parser");
     Require(script->SetScriptSite(this), "its site");
@@ -155,8 +155,8 @@ HRESULT ScriptSite::OnScriptError(IActiveScriptError* error)
     m_failure.file = file < m_files.size() ? m_files[file] : std::wstring();
     m_failure.line = line;
     m_failure.column = static_cast<unsigned>(column + 1);
-    m_failure.text = description ? std::wstring(description.view())
-                                 : L"error " + Hex(static_cast<uint32_t>(exception.scode));
+    m_failure.text =
+        description ? std::wstring(description.view()) : L"error " + Hex(static_cast<uint32_t>(exception.scode));
     m_failure.source = file < m_sources.size() ? LineOf(m_sources[file], line) : std::wstring();
     return S_OK;
 }

@@ -30,6 +30,14 @@ int64_t FromText(const std::wstring& text)
     return number;
 }
 
+vh::variant Changed(const VARIANT& value, VARTYPE type, const wchar_t* complaint)
+{
+    vh::variant changed;
+    if (FAILED(VariantChangeTypeEx(&changed.get(), const_cast<VARIANT*>(&value), LOCALE_INVARIANT, 0, type)))
+        throw script_error(complaint);
+    return changed;
+}
+
 } // namespace
 
 script_error::script_error(const std::wstring& text) : std::runtime_error(Utf8(text)) {}
@@ -40,6 +48,13 @@ const VARIANT& Plain(const VARIANT& value)
     while (plain->vt == (VT_BYREF | VT_VARIANT))
         plain = plain->pvarVal;
     return *plain;
+}
+
+vh::variant CopyOf(const VARIANT& value)
+{
+    vh::variant copy;
+    vh::ThrowIfFailed(VariantCopyInd(&copy.get(), const_cast<VARIANT*>(&Plain(value))));
+    return copy;
 }
 
 bool IsAbsent(const VARIANT& value)
@@ -69,10 +84,7 @@ int64_t ToInt64(const VARIANT& given)
     default:
         break;
     }
-    vh::variant changed;
-    if (FAILED(VariantChangeType(&changed.get(), &value, 0, VT_R8)))
-        throw script_error(L"a number is wanted");
-    return FromDouble(changed.get().dblVal);
+    return FromDouble(Changed(value, VT_R8, L"a number is wanted").get().dblVal);
 }
 
 int32_t ToInt(const VARIANT& value) { return static_cast<int32_t>(static_cast<uint32_t>(ToInt64(value))); }
@@ -82,12 +94,9 @@ std::wstring ToText(const VARIANT& given)
     const VARIANT& value = Plain(given);
     if (IsAbsent(value))
         return {};
-    vh::variant changed;
     if (value.vt == VT_BOOL)
         return value.boolVal ? L"true" : L"false";
-    if (FAILED(VariantChangeTypeEx(&changed.get(), &value, LOCALE_INVARIANT, 0, VT_BSTR)))
-        throw script_error(L"a text is wanted");
-    return std::wstring(changed.text());
+    return std::wstring(Changed(value, VT_BSTR, L"a text is wanted").text());
 }
 
 vh::variant FromInt64(int64_t number)

@@ -18,6 +18,9 @@ public:
 // The value behind references, as scripts of some engines pass variables.
 const VARIANT& Plain(const VARIANT& value);
 
+// A copy that holds no reference to the caller's variables.
+vh::variant CopyOf(const VARIANT& value);
+
 // Truths are 1 and 0, an absent value is 0; a text is read as a decimal or 0x number. Numbers above 32 bits
 // wrap, so that 0x8004F084 is the code that it shows.
 int32_t ToInt(const VARIANT& value);

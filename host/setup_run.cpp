@@ -85,7 +85,7 @@ public:
     Context(const Library& library, const vh::engine::Engine& engine)
         : m_library(library), m_host(engine.Host()), m_services(engine.Services()),
           m_context(library.Entry<void*(ISetupHost*, IServiceProvider*)>("__CreateObjectContext")(m_host.get(),
-                                                                                                 m_services.get()))
+                                                                                                  m_services.get()))
     {
     }
     Context(const Context&) = delete;

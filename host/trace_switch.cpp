@@ -39,8 +39,8 @@ TraceSwitch::TraceSwitch(const std::wstring& file)
 {
     vh::unique_key key;
     DWORD disposition = 0;
-    auto code = static_cast<DWORD>(RegCreateKeyExW(HKEY_CURRENT_USER, switch_key, 0, nullptr, 0,
-                                                   KEY_READ | KEY_WRITE, nullptr, key.put(), &disposition));
+    auto code = static_cast<DWORD>(RegCreateKeyExW(HKEY_CURRENT_USER, switch_key, 0, nullptr, 0, KEY_READ | KEY_WRITE,
+                                                   nullptr, key.put(), &disposition));
     if (code == ERROR_SUCCESS) {
         m_had_key = disposition == REG_OPENED_EXISTING_KEY;
         m_former_file = ReadFile(key.get());

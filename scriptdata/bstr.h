@@ -4,6 +4,8 @@
 #include <string_view>
 #include <utility>
 
+#include <windows.h>
+
 #include <oleauto.h>
 
 #include "exception.h"

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <windows.h>
 
+#include <oaidl.h>
+
 namespace vh {
 
 namespace detail {
