@@ -1,4 +1,35 @@
 // Load and unload of the library.
+#include <new>
+
 #include <windows.h>
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID) { return TRUE; }
+#include "../diagnostics/trace.h"
+#include "../scriptdata/exception.h"
+
+namespace {
+
+void TraceLibrary(HMODULE library, const wchar_t* event)
+{
+    wchar_t path[MAX_PATH] = {};
+    if (vh::trace_enabled) {
+        GetModuleFileNameW(library, path, MAX_PATH);
+        path[MAX_PATH - 1] = L'\0';
+        vh::VHTracingInternal_TraceEx(L"VHSetupInit", event, L"Library=%s", path);
+    }
+}
+
+} // namespace
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID)
+{
+    if (reason == DLL_PROCESS_ATTACH) {
+        // Exhausted memory reaches the host under one type, whoever notices it.
+        std::set_new_handler(vh::ThrowOutOfMemory);
+        vh::TraceInitialize(library);
+        TraceLibrary(library, L"DLLProcessAttach");
+    } else if (reason == DLL_PROCESS_DETACH) {
+        TraceLibrary(library, L"DLLProcessDetach");
+        vh::TraceShutdown();
+    }
+    return TRUE;
+}

@@ -1,0 +1,89 @@
+// File copy and directories through the engine's service.
+#include "../exports/vhrt/file_copy.h"
+
+#include "../diagnostics/trace.h"
+#include "../media/drive_costs.h"
+#include "../runtime/context.h"
+#include "../runtime/frame.h"
+#include "../scriptdata/bstr.h"
+
+namespace {
+
+// Bits of the script that imply bits of the engine; the rest passes unread.
+constexpr uint32_t TranslateFlags(uint32_t flags)
+{
+    if (flags & 0x2) {
+        flags &= ~uint32_t{0x2};
+        if (flags & 0x200)
+            flags |= 0x100;
+        if (flags & 0x20)
+            flags |= 0x10;
+    }
+    if (flags & 0x2000)
+        flags |= 0x4000;
+    return flags;
+}
+
+HRESULT RunCopy(ObjectContext& context, const wchar_t* source, const wchar_t* target, uint32_t flags)
+{
+    vh::com_ptr<ISetupFileOps> operations;
+    if (const HRESULT code = context.Ask(operations); FAILED(code))
+        return code;
+    vh::com_ptr<ISetupCopyJob> job;
+    if (const HRESULT code =
+            operations->CreateCopyJob(vh::bstr(source).get(), vh::bstr(target).get(), flags, job.put());
+        FAILED(code))
+        return code;
+    vh::com_ptr<ISetupCopyTotals> totals;
+    unsigned long low = 0;
+    unsigned long high = 0;
+    if (const HRESULT code = job->GetTotals(totals.put()); FAILED(code))
+        return code;
+    if (const HRESULT code = totals->GetLow(&low); FAILED(code))
+        return code;
+    if (const HRESULT code = totals->GetHigh(&high); FAILED(code))
+        return code;
+    vh::com_ptr<IUnknown> sink;
+    if (!context.suite)
+        if (const HRESULT code = context.status.BeginTransfer(vh::Combine(low, high), sink); FAILED(code))
+            return code;
+    const HRESULT code = job->Run(context.log.get(), sink.get());
+    return FAILED(code) ? code : S_OK;
+}
+
+HRESULT MakeDirectory(ObjectContext& context, const wchar_t* path)
+{
+    vh::com_ptr<ISetupFileOps> operations;
+    if (const HRESULT code = context.Ask(operations); FAILED(code))
+        return code;
+    const HRESULT code = operations->MakeDirectory(vh::bstr(path ? path : L"").get(), context.log.get());
+    return FAILED(code) ? code : S_OK;
+}
+
+} // namespace
+
+int32_t _FileCopy(ObjectContext* context, const wchar_t* source, const wchar_t* target, int32_t flags)
+{
+    const vh::TracedCall call(L"XCopyFile", L"Source=%s\tTarget=%s\tFlags=0x%08lx", source, target,
+                              static_cast<long>(flags));
+    return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
+        const auto end = [&](int32_t code, uint32_t shown_flags) {
+            return call.End(code, L"Result=%s\t\tError=0x%08lx\t\tSource=%s\tTarget=%s\tFlags=0x%08lx",
+                            L"Result=%s\t\tSource=%s\tTarget=%s\tFlags=0x%08lx", source, target,
+                            static_cast<unsigned long>(shown_flags));
+        };
+        if (!c.services)
+            return end(-1, static_cast<uint32_t>(flags));
+        const uint32_t translated = TranslateFlags(static_cast<uint32_t>(flags));
+        return end(RunCopy(c, source, target, translated), translated);
+    });
+}
+
+int32_t _CreateDir(ObjectContext* context, const wchar_t* path)
+{
+    const vh::TracedCall call(L"CreateDir", L"Dir=%s", path);
+    return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
+        return call.End(c.services ? MakeDirectory(c, path) : -1, L"Result=%s\t\tError=0x%08lx\t\tDir=%s",
+                        L"Result=%s\t\tDir=%s", path);
+    });
+}

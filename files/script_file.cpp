@@ -1,0 +1,288 @@
+#include "script_file.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "../diagnostics/url.h"
+#include "text_lines.h"
+
+namespace {
+
+bool Writes(int32_t mode) { return mode == 1 || mode == 3 || mode == 5; }
+
+// The result of a read or write that raised: the code of a network failure, else -1.
+template <class Work>
+int32_t Caught(Work&& work)
+{
+    try {
+        return work();
+    } catch (const vh::internet_file_exception& failure) {
+        return static_cast<int32_t>(failure.code());
+    } catch (const vh::win32_exception&) {
+        return -1;
+    }
+}
+
+} // namespace
+
+int32_t CVHFile::CheckMode(std::wstring_view path, int32_t mode)
+{
+    if (mode < 1 || mode > 5)
+        return -1;
+    return Writes(mode) && vh::IsUrl(path) ? FileErrorUrlNotReadable : 0;
+}
+
+int32_t CVHFile::Open(const wchar_t* path, int32_t mode, bool create)
+{
+    path = path ? path : L"";
+    if (!create)
+        if (const int32_t refused = CheckMode(path, mode))
+            return refused;
+    const DWORD access = create || Writes(mode) ? GENERIC_READ | GENERIC_WRITE : GENERIC_READ;
+    const DWORD error = m_file.open(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, FILE_ATTRIBUTE_NORMAL,
+                                    create ? CREATE_ALWAYS : OPEN_EXISTING);
+    return error ? -1 : 0;
+}
+
+int32_t CVHFile::Close()
+{
+    try {
+        m_file.close();
+        return 0;
+    } catch (const std::exception&) {
+        return -1;
+    }
+}
+
+int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
+{
+    const int32_t result = CVHFile::Open(path, mode, create);
+    if (mode == 5)
+        m_markOnCreate = true;
+    if (result != 0)
+        return result;
+    try {
+        if (create && m_markOnCreate) {
+            // The position stays behind the mark, as it does behind one that was found.
+            m_file.write("\xFF\xFE", 2);
+            m_wide = true;
+        } else if (m_file.code_page() == 1200) {
+            m_file.seek(2, FILE_BEGIN);
+            m_wide = true;
+        }
+    } catch (const vh::win32_exception&) {
+        // What can't be looked at counts as narrow.
+    }
+    return 0;
+}
+
+bool CVHTextFile::TakeBuffer(std::size_t bytes)
+{
+    m_buffer.reset(new (std::nothrow) char[bytes + vh::text_line_end<wchar_t>::room]);
+    return m_buffer != nullptr;
+}
+
+void CVHTextFile::AppendLineEnd()
+{
+    if (m_wide)
+        std::memcpy(m_buffer.get() + m_dataSize, vh::text_line_end<wchar_t>::units, vh::text_line_end<wchar_t>::room);
+    else
+        std::memcpy(m_buffer.get() + m_dataSize, vh::text_line_end<char>::units, vh::text_line_end<char>::room);
+    m_cursor = m_buffer.get();
+}
+
+int32_t CVHTextFile::Fill()
+{
+    try {
+        DWORD high = 0;
+        const DWORD size = m_file.size(&high);
+        // Content is counted in 32 bits.
+        if (high || size > UINT32_MAX - vh::text_line_end<wchar_t>::room || !TakeBuffer(size))
+            return -1;
+        m_dataSize = m_file.read_bytes(m_buffer.get(), size);
+    } catch (const vh::internet_file_exception&) {
+        const int32_t result = FillFromStream();
+        if (result != 0)
+            return result;
+    } catch (const vh::win32_exception& failure) {
+        m_buffer.reset();
+        return static_cast<int32_t>(failure.code());
+    }
+    AppendLineEnd();
+    return 0;
+}
+
+// A stream that does not tell its length is read in blocks. Each block is widened as narrow text, and as many
+// bytes as came are taken of that wide text: a narrow stream so ends after its first unit.
+int32_t CVHTextFile::FillFromStream()
+{
+    constexpr DWORD block_size = 10240;
+    try {
+        stringx text;
+        stringx block_text;
+        std::string block(block_size, '\0');
+        uint32_t total = 0;
+        for (DWORD count = block_size; count == block_size;) {
+            count = m_file.read_bytes(block.data(), block_size);
+            if (count < 1)
+                break;
+            block_text.clear();
+            block_text.assign_narrow(block.data(), static_cast<int>(strnlen(block.data(), count)));
+            text += block_text;
+            total += count;
+        }
+        if (!TakeBuffer(total))
+            return -1;
+        const std::size_t present = std::min<std::size_t>(total, (text.size() + 1) * sizeof(wchar_t));
+        std::memset(m_buffer.get(), 0, total);
+        std::memcpy(m_buffer.get(), text.data(), present);
+        m_dataSize = total;
+        return 0;
+    } catch (const vh::win32_exception& failure) {
+        return static_cast<int32_t>(failure.code());
+    }
+}
+
+int32_t CVHTextFile::ReadLine(stringx& line)
+{
+    if (!m_pendingLine.empty() && &line != &m_pendingLine) {
+        line = m_pendingLine;
+        m_pendingLine.clear();
+        m_lineResult = 0;
+        return 0;
+    }
+    if (!m_buffer)
+        if (const int32_t result = Fill())
+            return result;
+
+    if (m_wide) {
+        std::wstring_view found;
+        if (!vh::TakeLine<wchar_t>(m_buffer.get(), m_dataSize, m_cursor, found))
+            return -1;
+        line = found;
+    } else {
+        std::string_view found;
+        if (!vh::TakeLine<char>(m_buffer.get(), m_dataSize, m_cursor, found))
+            return -1;
+        if (found.empty())
+            line.clear();
+        else
+            line.assign_narrow(found.data(), static_cast<int>(found.size()));
+    }
+    return 0;
+}
+
+int32_t CVHTextFile::GetLine(wchar_t* buffer, int32_t* size)
+{
+    if (!m_pendingValid) {
+        m_pendingLine.clear();
+        m_lineResult = ReadLine(m_pendingLine);
+        m_pendingValid = true;
+    }
+    if (!buffer) {
+        *size = static_cast<int32_t>(m_pendingLine.size());
+        return m_lineResult;
+    }
+    // A shorter line is padded with NULs up to the size; a line as long as the buffer has no terminator.
+    const std::size_t room = *size > 0 ? static_cast<std::size_t>(*size) : 0;
+    const std::size_t count = std::min(room, m_pendingLine.size());
+    std::memcpy(buffer, m_pendingLine.data(), count * sizeof(wchar_t));
+    std::fill(buffer + count, buffer + room, L'\0');
+    m_pendingLine.clear();
+    m_pendingValid = false;
+    return std::exchange(m_lineResult, 0);
+}
+
+int32_t CVHTextFile::WriteLine(std::wstring_view text)
+{
+    try {
+        m_output.clear();
+        if (m_wide) {
+            m_output.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
+            m_output.append(reinterpret_cast<const char*>(vh::text_line_end<wchar_t>::units), 4);
+        } else {
+            const bool ascii = std::ranges::all_of(text, [](wchar_t unit) { return unit && unit < 0x80; });
+            if (ascii)
+                for (const wchar_t unit : text)
+                    m_output += static_cast<char>(unit);
+            else
+                m_output += stringx(text).AsNarrow();
+            m_output += "\r\n";
+        }
+        m_file.seek(0, FILE_END);
+        const auto bytes = static_cast<DWORD>(m_output.size());
+        return m_file.write_bytes(m_output.data(), bytes) == bytes ? 0 : -1;
+    } catch (const vh::win32_exception&) {
+        return -1;
+    }
+}
+
+int32_t CVHBinaryFile::ReadBytes(uint8_t* buffer, uint32_t size, uint32_t offset, uint32_t count)
+{
+    if (offset >= size)
+        return -1;
+    return Caught([&] {
+        return static_cast<int32_t>(m_file.read_bytes(buffer + offset, std::min(size - offset, count)));
+    });
+}
+
+int32_t CVHBinaryFile::WriteBytes(const uint8_t* buffer, uint32_t size, uint32_t offset, uint32_t count)
+{
+    if (offset >= size)
+        return -1;
+    try {
+        return static_cast<int32_t>(m_file.write_bytes(buffer + offset, std::min(size - offset, count)));
+    } catch (const vh::win32_exception&) {
+        return -1;
+    }
+}
+
+int32_t CVHBinaryFile::SeekBytes(int32_t distance, int32_t origin)
+{
+    if (origin < 1 || origin > 3)
+        return -1;
+    return Caught([&] {
+        m_file.seek(distance, static_cast<DWORD>(origin - 1));
+        return 0;
+    });
+}
+
+CVHFileError& CVHFileError::Instance()
+{
+    static CVHFileError instance;
+    return instance;
+}
+
+int32_t FileTable::Open(const wchar_t* path, int32_t mode, bool create)
+{
+    if (const int32_t refused = CVHFile::CheckMode(path ? path : L"", mode))
+        return refused;
+    const auto handle = static_cast<int32_t>(m_counter++ * 463);
+    std::unique_ptr<CVHFile> file;
+    if (mode == 1 || mode == 4)
+        file = std::make_unique<CVHBinaryFile>();
+    else
+        file = std::make_unique<CVHTextFile>();
+    if (file->Open(path, mode, create) == -1)
+        return -1;
+    return m_files.try_emplace(handle, std::move(file)).second ? handle : -1;
+}
+
+int32_t FileTable::Close(int32_t handle)
+{
+    const auto found = m_files.find(handle);
+    if (found == m_files.end())
+        return FileErrorBadHandle;
+    // A file that can't be closed stays open for a retry.
+    if (found->second->Close() == -1)
+        return -1;
+    m_files.erase(found);
+    return 0;
+}
+
+CVHFile& FileTable::Find(int32_t handle)
+{
+    const auto found = m_files.find(handle);
+    return found == m_files.end() ? CVHFileError::Instance() : *found->second;
+}

@@ -1,0 +1,52 @@
+// Cuts lines out of a text file's content in memory. Platform-free; `Unit` is a byte or a 16-bit unit.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace vh {
+
+// The content ends with a line end of our own and a NUL, so that the last line needs none and no search
+// runs past the buffer.
+template <class Unit>
+struct text_line_end {
+    static constexpr Unit units[] = {Unit('\r'), Unit('\n'), Unit(0)};
+    // Bytes of it without the NUL.
+    static constexpr std::size_t bytes = 2 * sizeof(Unit);
+    static constexpr std::size_t room = sizeof(units);
+};
+
+template <class Unit>
+constexpr bool IsLineEnd(Unit unit)
+{
+    return unit == Unit('\r') || unit == Unit('\n');
+}
+
+// Takes the line at `cursor` and moves behind its line end; any pair of CR and LF counts as one. `size` is the
+// content in bytes, without what was appended. False at the end, at a NUL, which ends all reading, and for a
+// blank line whose line end is the very end of the content.
+template <class Unit>
+bool TakeLine(const char* buffer, std::size_t size, const char*& cursor, std::basic_string_view<Unit>& line)
+{
+    if (cursor >= buffer + size)
+        return false;
+    const Unit* start = reinterpret_cast<const Unit*>(cursor);
+    const Unit* end = start;
+    while (*end && !IsLineEnd(*end))
+        ++end;
+    if (!*end)
+        return false;
+
+    const auto line_end_at = reinterpret_cast<const char*>(end) - buffer;
+    if (end == start && line_end_at + static_cast<std::ptrdiff_t>(text_line_end<Unit>::bytes) >=
+                            static_cast<std::ptrdiff_t>(size))
+        return false;
+    line = {start, static_cast<std::size_t>(end - start)};
+    for (int i = 0; i < 2; ++i)
+        if (IsLineEnd(*end))
+            ++end;
+    cursor = reinterpret_cast<const char*>(end);
+    return true;
+}
+
+} // namespace vh

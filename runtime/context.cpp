@@ -1,0 +1,290 @@
+#include "context.h"
+
+#include <clocale>
+
+#include "../diagnostics/language.h"
+#include "../media/concrete_media.h"
+#include "../scriptdata/late_library.h"
+#include "../system/path_text.h"
+#include "facts.h"
+
+namespace {
+
+inline constinit vh::late_library user32(L"user32.dll");
+inline constinit vh::late_function<decltype(FindWindowW)> find_window(user32, "FindWindowW");
+inline constinit vh::late_library gdi32(L"gdi32.dll");
+inline constinit vh::late_function<decltype(DeleteObject)> delete_object(gdi32, "DeleteObject");
+
+// The window that stands for the setup inside a Windows Installer session.
+constexpr const wchar_t* installer_window_class = L"MsiDialogCloseClass";
+
+stringx ReadVariable(ISetupTextSub* store, std::wstring_view name)
+{
+    vh::bstr value;
+    if (store)
+        store->GetValue(vh::bstr(name).get(), value.put());
+    return stringx(value.view());
+}
+
+void WriteVariable(ISetupTextSub* store, std::wstring_view name, std::wstring_view value)
+{
+    if (store)
+        store->SetValue(vh::bstr(name).get(), vh::bstr(value).get());
+}
+
+void ProtectVariable(ISetupTextSubEx* store, std::wstring_view name, long protection)
+{
+    if (store)
+        store->Protect(vh::bstr(name).get(), protection);
+}
+
+} // namespace
+
+// What the data set may still change before it is written to the variables.
+struct ObjectContext::source_facts {
+    stringx directory;
+    stringx package_location;
+    bool set_source_dir = false;
+    bool has_package_location = false;
+    bool keep_package_location = false;
+};
+
+void GdiObjects::DeleteAll()
+{
+    for (; !m_objects.empty(); m_objects.pop_front())
+        delete_object(m_objects.front());
+}
+
+WaitHandles::~WaitHandles()
+{
+    for (const HANDLE handle : m_handles)
+        vh::unique_handle closing(handle);
+}
+
+void WaitHandles::WaitForAll() const { WaitForMultipleObjects(m_count, m_handles.data(), TRUE, INFINITE); }
+
+ListHandle ListTable::Create(int32_t type)
+{
+    switch (type) {
+    case -1: return m_lists.Add(std::make_unique<CNumList>());
+    case 0: return m_lists.Add(std::make_unique<CStringxList>());
+    default: return -1;
+    }
+}
+
+int32_t ListTable::Destroy(ListHandle* handle)
+{
+    if (!handle || !m_lists.Remove(*handle))
+        return ListErrorBadHandle;
+    *handle = 0;
+    return 0;
+}
+
+namespace vh {
+
+StatusBlock& StatusOf(ObjectContext& context) { return context.status; }
+bool IsSuite(const ObjectContext& context) { return context.suite; }
+
+} // namespace vh
+
+ObjectContext::source_facts ObjectContext::ReadSourceFacts()
+{
+    source_facts source;
+    if (!info)
+        return source;
+    source.directory = vh::PathFolder(vh::fact(info.get(), vh::fact_launching_file).text());
+    source.set_source_dir = vh::fact(info.get(), vh::fact_set_source_dir).truth();
+    source.has_package_location = vh::fact(info.get(), vh::fact_has_package_location).truth();
+    if (source.has_package_location)
+        source.package_location = vh::fact(info.get(), vh::fact_package_location).text();
+    source.keep_package_location = vh::fact(info.get(), vh::fact_keep_package_location).truth();
+    language = static_cast<uint16_t>(vh::fact(info.get(), vh::fact_language).number());
+    return source;
+}
+
+void ObjectContext::FillFromData(source_facts& source)
+{
+    const auto data = Ask<ISetupData>();
+    if (!data)
+        return;
+    const auto extended = data.query<ISetupDataEx>();
+    if (language)
+        vh::SetRuntimeLocaleFromLanguage(LC_ALL, language);
+    VARIANT_BOOL in_maintenance = VARIANT_FALSE;
+    data->GetMaintenance(&in_maintenance);
+    maintenance = in_maintenance == VARIANT_TRUE;
+    long flags = 0;
+    if (extended)
+        extended->GetFlags(&flags);
+    maintOption = (flags & 2) ? 4 : (flags & 8) ? 8 : 1;
+    vh::bstr text;
+    if (SUCCEEDED(data->GetProductGuid(0, text.put())))
+        productGuid = text.view();
+    if (extended && SUCCEEDED(extended->GetInstallGuid(text.put())))
+        installGuid = text.view();
+
+    media.Add(L"DATA", std::make_unique<CVHFileMedia>(host, data));
+    media.Add(L"VHSUPPORTFILES", std::make_unique<CVHSupportFilesMedia>(data));
+
+    if (source.directory.empty() && SUCCEEDED(data->GetSourcePath(text.put())))
+        source.directory = vh::PathFolder(text.view());
+    long enabled = 0;
+    if (extended && SUCCEEDED(extended->GetEnabledServices(&enabled)))
+        enabledServices = enabled;
+}
+
+void ObjectContext::WriteSourceVariables(const source_facts& source)
+{
+    if (source.set_source_dir) {
+        WriteVariable(textSubLocal.get(), L"SRCDIR", source.directory);
+        WriteVariable(textSubGlobal.get(), L"SRCDIR", source.directory);
+    }
+    const auto local = textSubLocal.query<ISetupTextSubEx>();
+    const auto global = textSubGlobal.query<ISetupTextSubEx>();
+    if (source.keep_package_location)
+        return;
+    constexpr std::wstring_view name = L"PACKAGE_LOCATION";
+    WriteVariable(textSubLocal.get(), name, source.package_location);
+    WriteVariable(textSubGlobal.get(), name, source.package_location);
+    ProtectVariable(local.get(), name, 1);
+    ProtectVariable(global.get(), name, 1);
+}
+
+void ObjectContext::AskForRegistry()
+{
+    Ask(registry);
+    if (const auto aware = registry.query<ISetupSiteAware>())
+        aware->SetSite(services.get());
+}
+
+void ObjectContext::AskForWindow()
+{
+    Ask(user);
+    if (!user || FAILED(user->GetWindow(window.put())))
+        return;
+    windowEx1 = vh::QueryUnknown(window.get(), vh::window_ex1_id);
+    windowEx2 = vh::QueryUnknown(windowEx1.get(), vh::window_ex2_id);
+}
+
+void ObjectContext::LoadModules()
+{
+    stringx resource_file;
+    stringx user_file;
+    if (textSubLocal) {
+        resource_file = ReadVariable(textSubLocal.get(), L"VHRES");
+        user_file = ReadVariable(textSubLocal.get(), L"VHUSER");
+    }
+    const auto resources = Ask<ISetupResources>();
+    const auto load = [&](const stringx& file) -> HMODULE {
+        if (file.empty())
+            return nullptr;
+        if (!resources)
+            return LoadLibraryW(file.c_str());
+        HMODULE loaded = nullptr;
+        return SUCCEEDED(resources->Load(file.AsBstr(), &loaded)) ? loaded : nullptr;
+    };
+    resourceModule = load(resource_file);
+    userModule = load(user_file);
+}
+
+void ObjectContext::ChooseSkin(std::wstring_view source_dir)
+{
+    const vh::fact name(info.get(), vh::fact_skin_file);
+    stringx skin(name.text());
+    const vh::fact session(info.get(), vh::fact_installer_session);
+    if (!skin.empty() && session.known && !session.truth()) {
+        stringx joined(source_dir);
+        vh::PathAppend(joined, skin.view());
+        skin = std::move(joined);
+    }
+    dialogs.SetSkin(skin);
+}
+
+void ObjectContext::Fill(ISetupHost* from_host, IServiceProvider* from_services)
+{
+    services.reset(from_services);
+    host.reset(from_host);
+    if (host)
+        host->GetObjects(objects.put());
+    status.services = services;
+
+    AskUnder(vh::local_text_service, textSubLocal);
+    AskUnder(vh::global_text_service, textSubGlobal);
+    Ask(strings);
+    Ask(info);
+    source_facts source = ReadSourceFacts();
+    FillFromData(source);
+    WriteSourceVariables(source);
+    AskForRegistry();
+    AskForWindow();
+    Ask(log);
+    Ask(reboot);
+
+    if (const auto directories = Ask<ISetupDirs>()) {
+        vh::bstr text;
+        if (SUCCEEDED(directories->GetSupportDir(text.put())))
+            supportDir = text.view();
+        if (SUCCEEDED(directories->GetContextGuid(text.put())))
+            contextGuid = text.view();
+    }
+    LoadModules();
+    engineDir = ReadVariable(textSubGlobal.get(), L"ENGINEDIR");
+    mainMarker = true;
+    ChooseSkin(source.directory);
+    driverPackages.Initialise(supportDir, services);
+    const vh::fact external(Ask<ISetupInfo>().get(), vh::fact_external_ui);
+    if (external.known)
+        externalUi = external.truth();
+}
+
+void ObjectContext::FillSuite(IServiceProvider* from_services, std::wstring_view directory)
+{
+    services.reset(from_services);
+    externalUi = true;
+    suite = true;
+    supportDir = directory;
+    engineDir = directory;
+    AskUnder(vh::global_text_service, textSubGlobal);
+    textSubLocal = textSubGlobal;
+    Ask(info);
+    Ask(strings);
+    AskForRegistry();
+
+    WriteVariable(textSubGlobal.get(), L"ENGINEDIR", engineDir);
+    WriteVariable(textSubGlobal.get(), L"ENGINECOMMONDIR", engineDir);
+    if (const auto protection = textSubGlobal.query<ISetupTextSubEx>()) {
+        constexpr std::wstring_view names[] = {L"SUPPORTDIR", L"SHAREDSUPPORTDIR"};
+        for (const std::wstring_view name : names)
+            ProtectVariable(protection.get(), name, 0);
+        for (const std::wstring_view name : names)
+            WriteVariable(textSubGlobal.get(), name, supportDir);
+        for (const std::wstring_view name : names)
+            ProtectVariable(protection.get(), name, -1);
+    }
+    status.services = services;
+    driverPackages.Initialise({}, services);
+}
+
+ObjectContext::~ObjectContext()
+{
+    gdiObjects.DeleteAll();
+    if (!resourceModule && !userModule)
+        return;
+    if (const auto resources = Ask<ISetupResources>()) {
+        long result = 0;
+        if (resourceModule)
+            resources->Free(resourceModule, &result);
+        if (userModule)
+            resources->Free(userModule, &result);
+    }
+}
+
+HWND ObjectContext::MainWindow() const
+{
+    HWND handle = nullptr;
+    if (window)
+        window->GetHandle(&handle);
+    if (!handle && vh::fact(info.get(), vh::fact_installer_session).truth())
+        handle = find_window(installer_window_class, nullptr);
+    return handle;
+}

@@ -1,0 +1,93 @@
+// Birth and end of contexts, the component log, and the handles that hosts ask for.
+#include "../exports/vhrt/context.h"
+
+#include <objbase.h>
+
+#include "../scriptdata/late_library.h"
+#include "context.h"
+#include "frame.h"
+
+namespace {
+
+inline constinit vh::late_library ole32(L"ole32.dll");
+inline constinit vh::late_function<decltype(CoGetInterfaceAndReleaseStream)> unmarshal(
+    ole32, "CoGetInterfaceAndReleaseStream");
+inline constinit vh::late_library user32(L"user32.dll");
+inline constinit vh::late_function<decltype(ShowWindow)> show_window(user32, "ShowWindow");
+
+void RestoreMainLog(ObjectContext& context)
+{
+    context.log = std::move(context.savedLog);
+}
+
+} // namespace
+
+ObjectContext* __CreateObjectContext(ISetupHost* host, IServiceProvider* services)
+{
+    auto context = std::make_unique<ObjectContext>();
+    context->Fill(host, services);
+    return context.release();
+}
+
+ObjectContext* __CreateObjectContextSuiteExt(IServiceProvider* services, const wchar_t* directory)
+{
+    if (!services)
+        return nullptr;
+    auto context = std::make_unique<ObjectContext>();
+    context->FillSuite(services, directory ? directory : L"");
+    return context.release();
+}
+
+void __ReleaseObjectContext(ObjectContext* context)
+{
+    if (!context->waitHandles.empty()) {
+        if (const HWND main = context->MainWindow())
+            show_window(main, SW_HIDE);
+        context->waitHandles.WaitForAll();
+    }
+    context->mainMarker = false;
+    delete context;
+}
+
+void __ReleaseObjectContextSuiteExt(ObjectContext* context) { delete context; }
+
+void __SetComponentLog(ObjectContext* context, IStream** stream)
+{
+    if (!context || !stream)
+        return;
+    vh::com_ptr<ISetupLog> component;
+    const HRESULT code = unmarshal(std::exchange(*stream, nullptr), ISetupLog::iid, component.put_void());
+    if (FAILED(code))
+        return;
+    context->savedLog = context->log;
+    context->log = component;
+    context->logEx = std::move(component);
+}
+
+void __RestoreMainLog(ObjectContext* context)
+{
+    if (context)
+        RestoreMainLog(*context);
+}
+
+void __RestoreMainLogEx(ObjectContext* context, int32_t flag)
+{
+    if (!context)
+        return;
+    RestoreMainLog(*context);
+    if (flag)
+        context->logEx.reset();
+}
+
+int64_t GetHandle(ObjectContext* context, int32_t selector)
+{
+    const auto handle_of = [&](const ObjectContext& c) {
+        switch (selector) {
+        case HandleMainWindow: return reinterpret_cast<int64_t>(c.MainWindow());
+        case HandleResourceModule: return reinterpret_cast<int64_t>(c.resourceModule);
+        case HandleUserModule: return reinterpret_cast<int64_t>(c.userModule);
+        default: return int64_t{0};
+        }
+    };
+    return vh::Framed(context, handle_of, 0);
+}

@@ -1,0 +1,77 @@
+// System functions that few calls need: bound by name on first use, so that loading this library does not load theirs.
+#pragma once
+
+#include <atomic>
+#include <windows.h>
+
+#include "exception.h"
+
+namespace vh {
+
+// A library of the system folder. It stays loaded, like one that is imported.
+class late_library {
+public:
+    // `name` must outlive the object.
+    constexpr explicit late_library(const wchar_t* name) : m_name(name) {}
+
+    // Null, with the thread's last error set, when library or function is missing.
+    FARPROC find(const char* function)
+    {
+        HMODULE module = m_module.load(std::memory_order_acquire);
+        if (!module) {
+            module = LoadLibraryExW(m_name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+            if (!module)
+                return nullptr;
+            // A second thread that comes here at the same time gets the same module.
+            m_module.store(module, std::memory_order_release);
+        }
+        return GetProcAddress(module, function);
+    }
+
+private:
+    const wchar_t* m_name;
+    std::atomic<HMODULE> m_module{nullptr};
+};
+
+// One function of such a library, called like the function itself:
+//     inline constinit late_library user32(L"user32.dll");
+//     inline constinit late_function<decltype(GetDC)> get_dc(user32, "GetDC");
+template <class Signature>
+class late_function {
+public:
+    using pointer = Signature*;
+
+    constexpr late_function(late_library& library, const char* name) : m_library(&library), m_name(name) {}
+
+    // Null when the system lacks it.
+    pointer get()
+    {
+        pointer found = m_found.load(std::memory_order_relaxed);
+        if (!found) {
+            found = reinterpret_cast<pointer>(reinterpret_cast<void*>(m_library->find(m_name)));
+            m_found.store(found, std::memory_order_relaxed);
+        }
+        return found;
+    }
+    explicit operator bool() { return get() != nullptr; }
+
+    // A function that the system lacks raises the error of the look-up.
+    template <class... Arguments>
+    auto operator()(Arguments... arguments)
+    {
+        const pointer function = get();
+        if (!function)
+            throw win32_exception(GetLastError());
+        return function(arguments...);
+    }
+
+    // For tests: calls go to `replacement`; null leads back to the system.
+    void replace(pointer replacement) { m_found.store(replacement, std::memory_order_relaxed); }
+
+private:
+    late_library* m_library;
+    const char* m_name;
+    std::atomic<pointer> m_found{nullptr};
+};
+
+} // namespace vh
