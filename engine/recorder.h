@@ -28,7 +28,9 @@ public:
     // Forgets lines, counts and failures.
     void Reset();
 
-    // Notes a call; a failure is what the call has to return.
+    // Whether anybody reads the text of a line.
+    bool NeedsText() const { return m_recording || !m_failures.empty(); }
+    // Notes a call; any other result than S_OK is what the call has to return.
     HRESULT Enter(std::wstring line);
 
 private:
