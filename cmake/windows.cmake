@@ -33,7 +33,7 @@ target_link_libraries(vhrt_objects PUBLIC vhrt_options)
 add_library(VHRT SHARED runtime/load.cpp exports/VHRT.def)
 target_link_libraries(VHRT PRIVATE vhrt_objects oleaut32)
 set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
-target_include_directories(VHRT INTERFACE ${CMAKE_SOURCE_DIR}/exports)
+target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/exports>)
 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)

@@ -1,13 +1,12 @@
 // vhhost.exe: runs a setup folder's script against VHRT.dll and the embedded engine.
+#include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <CLI/CLI.hpp>
 
 #include <objbase.h>
 #include <windows.h>
 
-#include "console.h"
+#include "command_line.h"
 #include "setup_run.h"
 #include "text.h"
 
@@ -33,7 +32,6 @@ struct CommandLine {
 
 void Declare(CLI::App& app, CommandLine& line)
 {
-    app.allow_windows_style_options(false);
     app.footer(footer);
     app.add_option("FOLDER", line.folder, "The setup folder")->required();
     app.add_flag("--silent", line.silent, "Ask nothing, show no progress");
@@ -53,38 +51,25 @@ void Declare(CLI::App& app, CommandLine& line)
     app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
 }
 
-std::wstring PathOf(const std::string& text)
-{
-    return text.empty() ? std::wstring() : host::FullPath(host::Wide(text));
-}
-
 host::RunOptions OptionsOf(const CommandLine& line)
 {
     host::RunOptions options;
-    options.setup_folder = PathOf(line.folder);
-    options.target = PathOf(line.target);
-    options.trace_file = PathOf(line.trace);
-    options.data_folder = PathOf(line.data);
+    options.setup_folder = host::PathOf(line.folder);
+    options.target = host::PathOf(line.target);
+    options.trace_file = host::PathOf(line.trace);
+    options.data_folder = host::PathOf(line.data);
     for (const std::string& script : line.scripts)
-        options.scripts.push_back(PathOf(script));
+        options.scripts.push_back(host::PathOf(script));
     for (const std::string& variable : line.variables) {
         const std::size_t equals = variable.find('=');
         if (equals == 0 || equals == std::string::npos)
-            throw CLI::ValidationError("--var", "NAME=VALUE is wanted, not " + variable);
+            throw std::invalid_argument("--var wants NAME=VALUE, not " + variable);
         options.variables[host::Wide(variable.substr(0, equals))] = host::Wide(variable.substr(equals + 1));
     }
     options.language = line.language;
     options.silent = line.silent;
     options.show_log = line.show_log;
     return options;
-}
-
-void SayAll(const std::string& text, void (*say)(std::wstring_view))
-{
-    std::wstring lines = host::Wide(text);
-    while (!lines.empty() && lines.back() == L'\n')
-        lines.pop_back();
-    say(lines);
 }
 
 } // namespace
@@ -94,20 +79,15 @@ int wmain(int count, wchar_t** words)
     CLI::App app(description, "vhhost");
     CommandLine line;
     Declare(app, line);
-    // The parser takes the last word first.
-    std::vector<std::string> arguments;
-    for (int i = count - 1; i > 0; --i)
-        arguments.push_back(host::Utf8(words[i]));
     host::RunOptions options;
     try {
-        app.parse(arguments);
+        if (!host::ParseCommandLine(app, count, words))
+            return host::exit_done;
         options = OptionsOf(line);
-    } catch (const CLI::CallForHelp&) {
-        SayAll(app.help(), host::Say);
-        return host::exit_done;
-    } catch (const CLI::ParseError& error) {
+    } catch (const std::invalid_argument& error) {
         host::Complain(L"vhhost: " + host::Wide(error.what()));
-        SayAll(app.help(), host::Complain);
+        return host::exit_usage;
+    } catch (const CLI::ParseError&) {
         return host::exit_usage;
     }
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
