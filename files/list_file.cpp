@@ -25,7 +25,7 @@ int32_t CStringxList::ReadFromFile(const wchar_t* path)
         return failed;
     int32_t result = 0;
     for (stringx line; result == 0 && file.ReadLine(line) == 0;)
-        result = Add(line, ListAddAfter);
+        result = AddString(line.c_str(), ListAddAfter);
     file.Close();
     return result;
 }

@@ -44,7 +44,7 @@ public:
     constexpr late_function(late_library& library, const char* name) : m_library(&library), m_name(name) {}
 
     // Null when the system lacks it.
-    pointer get()
+    pointer get() const
     {
         pointer found = m_found.load(std::memory_order_relaxed);
         if (!found) {
@@ -53,11 +53,11 @@ public:
         }
         return found;
     }
-    explicit operator bool() { return get() != nullptr; }
+    explicit operator bool() const { return get() != nullptr; }
 
     // A function that the system lacks raises the error of the look-up.
     template <class... Arguments>
-    auto operator()(Arguments... arguments)
+    auto operator()(Arguments... arguments) const
     {
         const pointer function = get();
         if (!function)
@@ -71,7 +71,7 @@ public:
 private:
     late_library* m_library;
     const char* m_name;
-    std::atomic<pointer> m_found{nullptr};
+    mutable std::atomic<pointer> m_found{nullptr};
 };
 
 } // namespace vh

@@ -1,0 +1,274 @@
+// Existence, disk sizes and signatures through the exports, with the system calls counted.
+#include <cstring>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/disks.h"
+#include "../support/import_patch.h"
+#include "../support/temp_folder.h"
+
+namespace {
+
+using vh::test::CallCounter;
+using vh::test::TempFolder;
+
+template <DWORD Error>
+DWORD AttributesFail(const wchar_t*)
+{
+    SetLastError(Error);
+    return INVALID_FILE_ATTRIBUTES;
+}
+
+TEST(Existence, TellsFilesFromDirectoriesInOppositeWays)
+{
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"\u00FCber.txt", "x");
+    EXPECT_EQ(_ExistsFile(file.c_str()), 1);
+    EXPECT_EQ(_ExistsDir(file.c_str()), -1);
+    EXPECT_EQ(_ExistsFile(folder.path().c_str()), 0);
+    EXPECT_EQ(_ExistsDir(folder.path().c_str()), 0);
+    for (const std::wstring& missing : {folder / L"missing", folder / L"missing\\deeper", std::wstring()}) {
+        EXPECT_EQ(_ExistsFile(missing.c_str()), 0);
+        EXPECT_EQ(_ExistsDir(missing.c_str()), -1);
+    }
+    EXPECT_EQ(_ExistsFile(nullptr), 0);
+    EXPECT_EQ(_ExistsDir(nullptr), -1);
+}
+
+TEST(Existence, CostsOneLookAtTheAttributes)
+{
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"a", "");
+    const CallCounter<decltype(GetFileAttributesW)> looks("GetFileAttributesW");
+    const CallCounter<decltype(FindFirstFileW)> searches("FindFirstFileW");
+    const CallCounter<decltype(CreateFileW)> opens("CreateFileW");
+    _ExistsFile(file.c_str());
+    _ExistsFile((folder / L"missing").c_str());
+    EXPECT_EQ(looks.calls(), 2);
+    EXPECT_EQ(searches.calls(), 0);
+    EXPECT_EQ(opens.calls(), 0);
+}
+
+TEST(Existence, OfWhatCantBeAskedIsReadFromItsFolder)
+{
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"locked", "");
+    const CallCounter<decltype(GetFileAttributesW)> denied("GetFileAttributesW", AttributesFail<ERROR_ACCESS_DENIED>);
+    ASSERT_TRUE(denied.found());
+    EXPECT_EQ(_ExistsFile(file.c_str()), 1);
+    EXPECT_EQ(_ExistsDir(file.c_str()), -1);
+    EXPECT_EQ(_ExistsDir(folder.path().c_str()), 0);
+    EXPECT_EQ(_ExistsFile((folder / L"missing").c_str()), 0);
+}
+
+TEST(Existence, ReportsOtherErrorsByTheirCode)
+{
+    const CallCounter<decltype(GetFileAttributesW)> fails("GetFileAttributesW",
+                                                          AttributesFail<ERROR_SHARING_VIOLATION>);
+    EXPECT_EQ(_ExistsFile(L"c:\\x"), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(_ExistsDir(L"c:\\x"), ERROR_SHARING_VIOLATION);
+    EXPECT_EQ(_ExistsDisk(L"c:\\x"), -1);
+}
+
+TEST(Existence, OfADiskIsThatOfItsRoot)
+{
+    EXPECT_EQ(_ExistsDisk(L"C:\\no such folder\\x"), 0);
+    EXPECT_EQ(_ExistsDisk(L"C:"), 0);
+    EXPECT_EQ(_ExistsDisk(L"Q:\\"), -1);
+    EXPECT_EQ(_ExistsDisk(L""), -1);
+    EXPECT_EQ(_ExistsDisk(nullptr), -1);
+    const CallCounter<decltype(GetFileAttributesW)> empty("GetFileAttributesW", AttributesFail<ERROR_NOT_READY>);
+    EXPECT_EQ(_ExistsDisk(L"D:\\x"), -2);
+    EXPECT_EQ(_ExistsFile(L"D:\\x"), ERROR_NOT_READY);
+}
+
+// A disk whose numbers the test sets, and what it was asked for.
+struct Disk {
+    static inline std::wstring root;
+    static inline uint64_t available = 0;
+    static inline uint64_t total = 0;
+
+    static BOOL Bytes(const wchar_t* path, ULARGE_INTEGER* caller, ULARGE_INTEGER* all, ULARGE_INTEGER* free)
+    {
+        root = path;
+        caller->QuadPart = available;
+        all->QuadPart = total;
+        free->QuadPart = 1;
+        return TRUE;
+    }
+    static BOOL Clusters(const wchar_t*, DWORD* sectors, DWORD* bytes, DWORD* free, DWORD* all)
+    {
+        *sectors = 8;
+        *bytes = 512;
+        *free = *all = 1;
+        return TRUE;
+    }
+
+    CallCounter<decltype(GetDiskFreeSpaceExW)> sizes{"GetDiskFreeSpaceExW", Bytes};
+    CallCounter<decltype(GetDiskFreeSpaceW)> clusters{"GetDiskFreeSpaceW", Clusters};
+    CallCounter<decltype(GetDriveTypeW)> types{"GetDriveTypeW"};
+};
+
+VHRTDiskInfo Request(const wchar_t* path, uint32_t request)
+{
+    VHRTDiskInfo info;
+    std::memset(&info, 0x55, sizeof(info));
+    wcscpy(info.path, path);
+    info.request = request;
+    return info;
+}
+
+constexpr int32_t untouched = 0x55555555;
+
+TEST(DiskInfo, FillsOnlyWhatIsRequestedAndAsksForNoMore)
+{
+    const Disk disk;
+    Disk::total = 0x123456789ABull;
+    Disk::available = 0x80000000ull;
+
+    VHRTDiskInfo info = Request(L"X:\\dir", DiskClusterSize | DiskTotalSize | DiskFreeSpace);
+    EXPECT_EQ(_GetDiskInfo(&info), 0);
+    EXPECT_EQ(Disk::root, L"X:\\");
+    EXPECT_EQ(info.clusterSize, 4096);
+    EXPECT_EQ(info.totalLow, 0x456789AB);
+    EXPECT_EQ(info.totalHigh, 0x246);
+    EXPECT_EQ(info.freeLow, 0);
+    EXPECT_EQ(info.freeHigh, 1);
+    EXPECT_EQ(info.driveType, untouched);
+    EXPECT_EQ(info.result, 0);
+    EXPECT_EQ(disk.types.calls(), 0);
+    EXPECT_EQ(disk.sizes.calls(), 1);
+    EXPECT_EQ(disk.clusters.calls(), 1);
+
+    info = Request(L"C:\\dir", DiskDriveType);
+    EXPECT_EQ(_GetDiskInfo(&info), 0);
+    EXPECT_EQ(info.driveType, DRIVE_FIXED);
+    EXPECT_EQ(info.totalLow, untouched);
+    EXPECT_EQ(info.result, untouched);
+    EXPECT_EQ(disk.sizes.calls(), 1);
+
+    info = Request(L"X:", DiskFreeSpace);
+    EXPECT_EQ(_GetDiskInfo(&info), 0);
+    EXPECT_EQ(info.freeHigh, 1);
+    EXPECT_EQ(info.totalHigh, untouched);
+    EXPECT_EQ(info.clusterSize, untouched);
+}
+
+TEST(DiskInfo, OfADiskThatIsNotThereWritesTheResultAlone)
+{
+    VHRTDiskInfo info = Request(L"Q:\\", DiskTotalSize | DiskDriveType);
+    EXPECT_EQ(_GetDiskInfo(&info), -1);
+    EXPECT_EQ(info.result, -1);
+    EXPECT_EQ(info.totalLow, untouched);
+    EXPECT_EQ(info.driveType, untouched);
+    info = Request(L"", DiskTotalSize);
+    EXPECT_EQ(_GetDiskInfo(&info), -1);
+    EXPECT_EQ(_GetDiskInfo(nullptr), -1);
+}
+
+TEST(DiskSpace, IsCappedAtThe31BitsOfAScriptNumber)
+{
+    const Disk disk;
+    Disk::available = 3ull << 30;
+    Disk::total = 0x7FFFFFFFull << 10;
+    struct row {
+        int32_t shift, which, low;
+    };
+    for (const row& expected : {row{0, 1, 0x7FFFFFFF}, row{10, 1, 3 << 20}, row{10, 0, 0x7FFFFFFF},
+                                row{1, 0, 0x7FFFFFFF}, row{30, 1, 3}, row{64, 1, 0}}) {
+        int32_t high = -1, low = -1;
+        EXPECT_EQ(_GetDiskSpaceEx(L"\\\\server\\share", &high, &low, expected.shift, expected.which), 0);
+        EXPECT_EQ(Disk::root, L"\\\\server\\share\\");
+        EXPECT_EQ(high, 0);
+        EXPECT_EQ(low, expected.low) << "shift " << expected.shift;
+    }
+    int32_t high = 5, low = 6;
+    EXPECT_EQ(_GetDiskSpaceEx(nullptr, &high, &low, 0, 0), -1);
+    EXPECT_EQ(high, 5);
+    EXPECT_EQ(low, 6);
+}
+
+TEST(DiskSpace, AsTextChoosesItsUnit)
+{
+    const Disk disk;
+    struct row {
+        uint64_t bytes;
+        int32_t keep, shift, shift_after;
+        const wchar_t* text;
+    };
+    const row rows[] = {
+        {3ull << 29, 0, 0, 30, L"1.50"},
+        {0x40000000, 0, 0, 30, L"1.00"},
+        {0x3FFFFFFF, 0, 0, 20, L"1024.00"},
+        {0x100000, 0, 0, 20, L"1.00"},
+        {0xFFFFF, 0, 0, 10, L"1024.00"},
+        {100, 0, 0, 10, L"0.10"},
+        {0, 0, 7, 10, L"0.00"},
+        {5ull << 40, 0, 0, 30, L"5120.00"},
+        {3ull << 29, 1, 20, 20, L"1536.00"},
+        {3ull << 29, 1, 10, 10, L"1572864.00"},
+    };
+    for (const row& expected : rows) {
+        Disk::available = expected.bytes;
+        wchar_t text[32] = L"";
+        int32_t shift = expected.shift;
+        EXPECT_EQ(_GetDiskSpaceExEx(L"X:\\", text, &shift, expected.keep, 1), 0);
+        EXPECT_STREQ(text, expected.text);
+        EXPECT_EQ(shift, expected.shift_after);
+    }
+}
+
+TEST(DiskSpace, OfARealDiskIsNotEmpty)
+{
+    int32_t high = -1, low = -1;
+    EXPECT_EQ(_GetDiskSpaceEx(L"C:\\", &high, &low, 20, 0), 0);
+    EXPECT_GT(low, 0);
+    wchar_t text[32] = L"kept";
+    int32_t shift = 3;
+    EXPECT_EQ(_GetDiskSpaceExEx(L"Q:\\", text, &shift, 0, 0), -1);
+    EXPECT_STREQ(text, L"kept");
+    EXPECT_EQ(shift, 3);
+}
+
+TEST(Signature, IsThatOfEveryByteOfTheFile)
+{
+    const TempFolder folder;
+    struct row {
+        std::string content;
+        const wchar_t* digest;
+    };
+    const row rows[] = {
+        {"", L"D41D8CD98F00B204E9800998ECF8427E"},
+        {"abc", L"900150983CD24FB0D6963F7D28E17F72"},
+        // A byte-order mark counts like any other bytes.
+        {"\xFF\xFE", L"F3B25701FE362EC84616A93A45CE9998"},
+        {std::string(1000000, 'a'), L"7707D6AE4E027C70EEA2A935C2296F21"},
+    };
+    for (const row& expected : rows) {
+        const std::wstring file = folder.Write(L"content", expected.content);
+        wchar_t text[33] = L"?";
+        EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, file.c_str(), text), 0);
+        EXPECT_STREQ(text, expected.digest);
+    }
+}
+
+TEST(Signature, ReadsBlocksOf16384Bytes)
+{
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"content", std::string(3 * 16384 + 1, 'x'));
+    wchar_t text[33];
+    const CallCounter<decltype(ReadFile)> reads("ReadFile");
+    EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, file.c_str(), text), 0);
+    // One for the mark, four with data, one that finds the end.
+    EXPECT_EQ(reads.calls(), 6);
+}
+
+TEST(Signature, OfAFileThatIsNotThereIsNoneAndNoFailure)
+{
+    wchar_t text[33] = L"D41D8CD98F00B204E9800998ECF8427E";
+    EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, L"C:\\no such file", text), 0);
+    EXPECT_NE(wcslen(text), 32u);
+}
+
+} // namespace

@@ -1,0 +1,89 @@
+// Size, time and cost of files through the exports.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/file_copy.h"
+#include "../../scriptdata/unique.h"
+#include "../support/temp_folder.h"
+
+namespace {
+
+using vh::test::TempFolder;
+
+TEST(InetFile, GivesTheLow32BitsOfALocalSize)
+{
+    const TempFolder folder;
+    uint32_t size = 1;
+    EXPECT_EQ(_GetInetFileSize(folder.Write(L"small", "12345").c_str(), &size), 0);
+    EXPECT_EQ(size, 5u);
+    EXPECT_EQ(_GetInetFileSize(folder.Write(L"empty", "").c_str(), &size), 0);
+    EXPECT_EQ(size, 0u);
+
+    const std::wstring large = folder.Write(L"large", "");
+    {
+        const vh::unique_file file(CreateFileW(large.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        LARGE_INTEGER end;
+        end.QuadPart = (5ll << 30) + 7;
+        ASSERT_TRUE(SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(file.get()));
+    }
+    EXPECT_EQ(_GetInetFileSize(large.c_str(), &size), 0);
+    EXPECT_EQ(size, 0x40000007u);
+}
+
+TEST(InetFile, GivesTheTimeOfTheLastWrite)
+{
+    const TempFolder folder;
+    const std::wstring path = folder.Write(L"dated", "x");
+    const FILETIME wanted{0x5A000000, 0x01D00000};
+    {
+        const vh::unique_file file(
+            CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &wanted));
+    }
+    FILETIME time{};
+    EXPECT_EQ(_GetInetFileTime(path.c_str(), &time), 0);
+    EXPECT_EQ(time.dwHighDateTime, wanted.dwHighDateTime);
+    EXPECT_EQ(time.dwLowDateTime, wanted.dwLowDateTime);
+}
+
+TEST(InetFile, ThatIsNotThereWritesNothing)
+{
+    for (const wchar_t* path : {L"C:\\no such file", L"", static_cast<const wchar_t*>(nullptr)}) {
+        uint32_t size = 77;
+        FILETIME time{78, 79};
+        EXPECT_EQ(_GetInetFileSize(path, &size), -1);
+        EXPECT_EQ(_GetInetFileTime(path, &time), -1);
+        EXPECT_EQ(size, 77u);
+        EXPECT_EQ(time.dwLowDateTime, 78u);
+    }
+}
+
+TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
+{
+    struct row {
+        int32_t high, low, cluster, high_sum, low_sum;
+    };
+    const row rows[] = {
+        {0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
+        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
+        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
+        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0},
+    };
+    for (const row& expected : rows) {
+        int32_t high = 0, low = 0;
+        EXPECT_EQ(_CalculateAndAddFileCost(expected.high, expected.low, expected.cluster, &high, &low), 0);
+        EXPECT_EQ(high, expected.high_sum);
+        EXPECT_EQ(low, expected.low_sum);
+    }
+}
+
+TEST(FileCost, AddsUpWithoutACarry)
+{
+    int32_t high = 10, low = 0x7FFFF000;
+    EXPECT_EQ(_CalculateAndAddFileCost(1, 1, 4096, &high, &low), 0);
+    EXPECT_EQ(high, 11);
+    EXPECT_EQ(static_cast<uint32_t>(low), 0x80000000u);
+}
+
+} // namespace

@@ -1,0 +1,145 @@
+// Parts of paths, their shortening and their syntax, on 16-bit units everywhere.
+#include "../../system/path_text.h"
+
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::string_view_literals;
+using view = std::u16string_view;
+
+TEST(PathText, TakesEveryPathApart)
+{
+    struct row {
+        view path, root, part, directory, file, name, extension;
+    };
+    const row rows[] = {
+        {u"", u"", u"", u"", u"", u"", u""},
+        {u"c:", u"c:", u"c:", u"", u"", u"", u""},
+        {u"c:\\", u"c:", u"c:\\", u"\\", u"", u"", u""},
+        {u"c:\\a\\b.txt", u"c:", u"c:\\a\\", u"\\a\\", u"b.txt", u"b", u"txt"},
+        {u"c:b.txt", u"c:", u"c:", u"", u"b.txt", u"b", u"txt"},
+        {u"c:a\\b", u"c:", u"c:a\\", u"a\\", u"b", u"b", u""},
+        {u"a\\b", u"", u"a\\", u"a\\", u"b", u"b", u""},
+        {u"b", u"", u"", u"", u"b", u"b", u""},
+        {u"\\b.c", u"", u"\\", u"\\", u"b.c", u"b", u"c"},
+        {u"\\\\server\\share\\a.txt", u"\\\\server\\share", u"\\\\server\\share\\", u"\\", u"a.txt", u"a", u"txt"},
+        {u"\\\\server\\share", u"\\\\server\\share", u"\\\\server\\share", u"", u"", u"", u""},
+        {u"\\\\server", u"\\\\server", u"\\\\server", u"", u"", u"", u""},
+        {u"\\\\server\\", u"\\\\server\\", u"\\\\server\\", u"", u"", u"", u""},
+        {u"\\\\", u"", u"\\\\", u"\\\\", u"", u"", u""},
+        {u"a.tar.gz", u"", u"", u"", u"a.tar.gz", u"a.tar", u"gz"},
+        {u"c:\\a.b\\c", u"c:", u"c:\\a.b\\", u"\\a.b\\", u"c", u"c", u""},
+        {u"c:\\a.", u"c:", u"c:\\", u"\\", u"a.", u"a", u""},
+        {u"c:\\.rc", u"c:", u"c:\\", u"\\", u".rc", u"", u"rc"},
+        {u"\\c:b.txt", u"", u"\\", u"\\", u"b.txt", u"b", u"txt"},
+        {u"x/y.z", u"", u"", u"", u"x/y.z", u"x/y", u"z"},
+        {u"c:\\\u00E4\\\u4E2D.\u6587", u"c:", u"c:\\\u00E4\\", u"\\\u00E4\\", u"\u4E2D.\u6587", u"\u4E2D", u"\u6587"},
+    };
+    for (const row& expected : rows) {
+        SCOPED_TRACE(::testing::PrintToString(expected.path));
+        EXPECT_EQ(vh::PathRoot(expected.path), expected.root);
+        EXPECT_EQ(vh::PathPart(expected.path), expected.part);
+        EXPECT_EQ(vh::PathDirectory(expected.path), expected.directory);
+        EXPECT_EQ(vh::PathFile(expected.path), expected.file);
+        EXPECT_EQ(vh::PathFileName(expected.path), expected.name);
+        EXPECT_EQ(vh::PathExtension(expected.path), expected.extension);
+    }
+}
+
+TEST(PathText, ReducesAPathToItsFolderOnlyBeyondTheRoot)
+{
+    EXPECT_EQ(vh::PathFolder(u"c:\\setup\\setup.exe"sv), u"c:\\setup\\");
+    EXPECT_EQ(vh::PathFolder(u"c:\\setup.exe"sv), u"c:\\");
+    EXPECT_EQ(vh::PathFolder(u"\\\\server\\share"sv), u"\\\\server\\share");
+    EXPECT_EQ(vh::PathFolder(u"setup.exe"sv), u"setup.exe");
+}
+
+TEST(PathText, ReplacesOrAddsAnExtension)
+{
+    EXPECT_EQ(vh::PathWithExtension(u"c:\\d.x\\data.cab"sv, u".hdr"), u"c:\\d.x\\data.hdr");
+    EXPECT_EQ(vh::PathWithExtension(u"c:\\d.x\\data"sv, u".hdr"), u"c:\\d.x\\data.hdr");
+    EXPECT_EQ(vh::PathWithExtension(u"a.b.c"sv, u".hdr"), u"a.b.hdr");
+    EXPECT_EQ(vh::PathWithExtension(u""sv, u".hdr"), u".hdr");
+}
+
+TEST(PathText, JoinsWithOneBackslash)
+{
+    struct row {
+        view path, name, joined;
+    };
+    for (const row& expected : {row{u"c:\\a", u"b", u"c:\\a\\b"}, row{u"c:\\a\\", u"b", u"c:\\a\\b"},
+                                row{u"", u"b", u"b"}, row{u"c:", u"", u"c:\\"}}) {
+        std::u16string path(expected.path);
+        vh::PathAppend(path, expected.name);
+        EXPECT_EQ(path, expected.joined);
+    }
+}
+
+TEST(PathText, ShortensFolderByFolderButNeverTheFile)
+{
+    const std::vector<std::vector<view>> chains = {
+        {u"C:\\aaa\\bbb\\ccc\\f.txt", u"C:\\...\\bbb\\ccc\\f.txt", u"C:\\...\\ccc\\f.txt", u"C:\\...\\f.txt"},
+        {u"C:\\a\\f", u"C:\\...\\f"},
+        {u"C:\\f.txt"},
+        {u"f.txt"},
+        {u"C:"},
+        {u"\\\\server\\share\\one\\two\\f", u"\\\\server\\share\\...\\two\\f", u"\\\\server\\share\\...\\f"},
+        {u"C:\\.git\\objects\\f", u"C:\\...\\f"},
+        {u"C:\\a\\b\\", u"C:\\...\\b\\", u"C:\\...\\"},
+        {u"C:\\\\x", u"C:\\...\\x"},
+        {u"a\\b\\c", u"a\\...\\c"},
+        {u"C:\\.."},
+    };
+    for (const auto& chain : chains) {
+        std::u16string path(chain.front());
+        for (std::size_t step = 1; step < chain.size(); ++step) {
+            EXPECT_TRUE(vh::ShortenPath(path));
+            EXPECT_EQ(path, chain[step]);
+        }
+        EXPECT_FALSE(vh::ShortenPath(path)) << ::testing::PrintToString(path);
+        EXPECT_EQ(path, chain.back());
+    }
+}
+
+TEST(PathText, AcceptsWhatCouldBeAPath)
+{
+    struct row {
+        view text;
+        bool valid;
+    };
+    const row rows[] = {
+        {u"", false},
+        {u"  \t", false},
+        {u"\"", false},
+        {u"\"\"", false},
+        {u"c:", true},
+        {u"C:\\a b\\c.txt", true},
+        {u"1:\\a", false},
+        {u"\u00E9:\\a", false},
+        {u":a", false},
+        {u"c::", false},
+        {u"c:\\a:b", false},
+        {u"\\\\server\\share", true},
+        {u"\"c:\\a b\"", true},
+        {u" \"c:\\a b\" ", false},
+        {u"\"c:\\a b", true},
+        {u"c:\\a b\"", true},
+        {u"\" c:\\a \"", true},
+        {u"a\"b", false},
+        {u"a*b", false},
+        {u"a/b", false},
+        {u"a<b", false},
+        {u"a>b", false},
+        {u"a?b", false},
+        {u"a|b", false},
+        {u"\u4E2D\u6587", true},
+        {u".", true},
+    };
+    for (const row& expected : rows)
+        EXPECT_EQ(vh::IsPathSyntax(expected.text), expected.valid) << ::testing::PrintToString(expected.text);
+}
+
+} // namespace

@@ -1,0 +1,60 @@
+// Functions bound late: found in the system folder, missed with an error, replaced by a test.
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/paths.h"
+#include "../../scriptdata/late_library.h"
+#include "../../system/late_wininet.h"
+
+namespace {
+
+vh::late_library version_library(L"version.dll");
+vh::late_library no_library(L"no-such-library.dll");
+
+TEST(LateFunction, IsFoundByNameOnFirstUse)
+{
+    vh::late_function<DWORD WINAPI(const wchar_t*, DWORD*)> size_of(version_library, "GetFileVersionInfoSizeW");
+    EXPECT_TRUE(size_of);
+    DWORD ignored = 0;
+    EXPECT_GT(size_of(L"kernel32.dll", &ignored), 0u);
+}
+
+template <class Function>
+DWORD ErrorOf(Function& function)
+{
+    try {
+        function();
+    } catch (const vh::win32_exception& failure) {
+        return failure.code();
+    }
+    return 0;
+}
+
+TEST(LateFunction, ThatIsMissingIsEmptyAndRaisesWhenCalled)
+{
+    vh::late_function<void()> missing(version_library, "NoSuchFunction");
+    EXPECT_FALSE(missing);
+    EXPECT_EQ(ErrorOf(missing), ERROR_PROC_NOT_FOUND);
+    vh::late_function<void()> homeless(no_library, "GetFileVersionInfoSizeW");
+    EXPECT_FALSE(homeless);
+    EXPECT_EQ(ErrorOf(homeless), ERROR_MOD_NOT_FOUND);
+}
+
+template <DWORD Error>
+BOOL WINAPI Refuse(const wchar_t*, wchar_t*, DWORD*, DWORD)
+{
+    SetLastError(Error);
+    return FALSE;
+}
+
+TEST(LateFunction, CanBeReplacedAndComesBack)
+{
+    auto& canonicalize = vh::late::internet_canonicalize_url;
+    canonicalize.replace(Refuse<ERROR_INTERNET_INVALID_URL>);
+    EXPECT_EQ(PathIsValidSyntax(L"http://host/"), 0);
+    canonicalize.replace(Refuse<ERROR_INTERNET_INTERNAL_ERROR>);
+    EXPECT_EQ(PathIsValidSyntax(L"http://host/"), ERROR_INTERNET_INTERNAL_ERROR);
+    canonicalize.replace(nullptr);
+    EXPECT_EQ(PathIsValidSyntax(L"http://host/"), 1);
+}
+
+} // namespace

@@ -1,0 +1,44 @@
+// A folder of its own for one test, removed with all that is in it.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <windows.h>
+
+namespace vh::test {
+
+class TempFolder {
+public:
+    TempFolder()
+    {
+        static int count = 0;
+        m_path = std::filesystem::temp_directory_path() /
+                 (L"vhrt test " + std::to_wstring(GetCurrentProcessId()) + L"." + std::to_wstring(++count));
+        std::filesystem::create_directories(m_path);
+    }
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+    ~TempFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
+    const std::filesystem::path& path() const { return m_path; }
+    std::wstring operator/(const std::wstring& name) const { return (m_path / name).wstring(); }
+
+    // Makes a file with the bytes and gives its path.
+    std::wstring Write(const std::wstring& name, std::string_view bytes) const
+    {
+        const std::filesystem::path file = m_path / name;
+        std::filesystem::create_directories(file.parent_path());
+        std::ofstream(file, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        return file.wstring();
+    }
+
+private:
+    std::filesystem::path m_path;
+};
+
+} // namespace vh::test
