@@ -76,7 +76,7 @@ constexpr CallRow rows[] = {
     {"_CoGetObject", "int", "name:text, progId:text, object:out_variant"},
     {"_CompareDWORD", "int", "first:int, second:int"},
     {"_ComponentAddItem", "int", "context, media:text, item:text, size:int, selected:int"},
-    {"_ComponentCompareSizeRequired", "int", "context, media:text, drive:buffer_inout"},
+    {"_ComponentCompareSizeRequired", "int", "context, media:text, drive:out_text, size:out_int"},
     {"_ComponentError", "int", "context, media:text, text:buffer, detail1:out_text, detail2:out_text, code:out_int"},
     {"_ComponentErrorInfo", "int", "context, error:out_variant, media:out_text"},
     {"_ComponentFileEnum", "int", "context, media:text, item:text, pattern:text, list:int64, flag:int"},

@@ -24,8 +24,6 @@ inline void SayLines(const std::string& text, void (*say)(std::wstring_view))
 // False when only help was asked for. A wrong command line is explained and thrown on as CLI::ParseError.
 inline bool ParseCommandLine(CLI::App& app, int count, wchar_t** words)
 {
-    // A leading slash begins a path here, not an option.
-    app.allow_windows_style_options(false);
     // The parser takes the last word first.
     std::vector<std::string> arguments;
     for (int i = count - 1; i > 0; --i)

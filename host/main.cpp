@@ -32,6 +32,8 @@ struct CommandLine {
 
 void Declare(CLI::App& app, CommandLine& line)
 {
+    // A leading slash begins a path here, not an option.
+    app.allow_windows_style_options(false);
     app.footer(footer);
     app.add_option("FOLDER", line.folder, "The setup folder")->required();
     app.add_flag("--silent", line.silent, "Ask nothing, show no progress");

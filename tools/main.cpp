@@ -60,6 +60,8 @@ int wmain(int count, wchar_t** words)
 {
     CLI::App app("Looks into trace files and libraries of VHRT.", "vhtool");
     app.require_subcommand(1);
+    // A leading slash begins a path here, not an option; subcommands take this over.
+    app.allow_windows_style_options(false);
     app.footer("Exit codes: 0 done, 1 damaged or different, 2 wrong command line, 4 a file can't be read or written.");
     CommandLine line;
     DeclareTrace(app, line);
