@@ -77,7 +77,8 @@ Core::Core(Options given) : options(std::move(given)), product(std::make_shared<
 {
     options.setupFolder = FullPath(options.setupFolder);
     if (!FactsOf(options.setupFolder).folder())
-        throw engine_error(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), options.setupFolder, L"there is no such setup folder");
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), options.setupFolder,
+                           L"there is no such setup folder");
     product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"));
     language = ChosenLanguage(*product->product, options.language);
     contextGuid = NewGuid();
@@ -171,12 +172,12 @@ std::wstring Core::DisplayText(std::wstring_view text) const
     });
 }
 
-void Core::Advance(const Progress& progress)
+void Core::Advance(const Progress& position)
 {
-    if (options.onProgress && !options.onProgress(progress))
+    if (options.onProgress && !options.onProgress(position))
         cancelled = true;
     if (cancelled)
-        throw engine_error(HRESULT_FROM_WIN32(ERROR_CANCELLED), progress.file, L"the transfer was cancelled");
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_CANCELLED), position.file, L"the transfer was cancelled");
 }
 
 } // namespace vh::engine

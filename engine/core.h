@@ -15,7 +15,7 @@ namespace vh::engine {
 // Where install logs go when the host names no folder.
 std::wstring DefaultDataDir();
 
-class Core {
+class Core : public std::enable_shared_from_this<Core> {
 public:
     explicit Core(Options given);
     ~Core();
@@ -23,7 +23,10 @@ public:
     Core& operator=(const Core&) = delete;
 
     void Report(Message message);
-    void Note(std::wstring file, std::wstring reason) { Report({Severity::note, std::move(file), std::move(reason), S_OK}); }
+    void Note(std::wstring file, std::wstring reason)
+    {
+        Report({Severity::note, std::move(file), std::move(reason), S_OK});
+    }
 
     // Variables of the local store win over global ones.
     std::wstring Substitute(std::wstring_view text, bool local = true) const;
@@ -32,7 +35,7 @@ public:
     // Text for people: variables and string ids in patterns.
     std::wstring DisplayText(std::wstring_view text) const;
     // Calls the progress callback; throws when it, or somebody else, wants to stop.
-    void Advance(const Progress& progress);
+    void Advance(const Progress& position);
 
     Options options;
     Recorder calls;
@@ -49,7 +52,10 @@ public:
     std::wstring contextGuid;
     bool registryTexts = true;
     long registryOptions = 0;
-    short stopAt = 0;
+    Progress progress;
+    std::wstring progressTitle;
+    com_ptr<IUnknown> progressBar;
+    std::vector<std::array<std::wstring, 3>> rebootTexts;
     // What the last failing engine call had to say.
     Message lastError;
     long nextCookie = 1;

@@ -6,9 +6,9 @@ namespace vh::engine {
 
 bool DataSet::Admits(const Audience& audience) const
 {
-    const bool language = audience.languages.empty() ||
-                          std::any_of(audience.languages.begin(), audience.languages.end(),
-                                      [&](WORD number) { return !languagesOut.contains(number); });
+    const bool language =
+        audience.languages.empty() || std::any_of(audience.languages.begin(), audience.languages.end(),
+                                                  [&](WORD number) { return !languagesOut.contains(number); });
     return language && (!audience.systems || (audience.systems & ~systemsOut));
 }
 

@@ -59,11 +59,11 @@ struct InstalledFile {
 
 enum class RemovalOutcome {
     removed,
-    restored,      // what stood there before the installation is back
-    absent,        // was gone already
-    kept_changed,  // the user changed it since
-    kept_not_empty,// a folder with other files in it
-    kept_permanent,// marked as not to be removed
+    restored,       // what stood there before the installation is back
+    absent,         // was gone already
+    kept_changed,   // the user changed it since
+    kept_not_empty, // a folder with other files in it
+    kept_permanent, // marked as not to be removed
     failed,
 };
 
@@ -90,6 +90,8 @@ public:
     // New references; a context keeps its own.
     com_ptr<ISetupHost> Host() const;
     com_ptr<IServiceProvider> Services() const;
+    // A new, empty bag; it may be marshalled to another thread.
+    com_ptr<ISetupPropertyBag> NewPropertyBag() const;
 
     // Calls so far, and calls to fail.
     Recorder& Calls() const;
@@ -98,7 +100,7 @@ public:
 
     // Everything reported so far, oldest first.
     const std::vector<Message>& Messages() const;
-    // Whether the callback or a text of the script asked to stop.
+    // Stops the transfer that runs, or the next one.
     void Cancel();
 
     // Keeps what this run did and drops the backups of replaced files. A run that did nothing leaves no log.

@@ -61,7 +61,8 @@ std::string ReadWhole(const std::wstring& path, uint64_t limit)
     if (!GetFileSizeEx(file.get(), &size))
         ThrowFileError(path, GetLastError());
     if (static_cast<uint64_t>(size.QuadPart) > limit)
-        throw engine_error(FromWin32(ERROR_FILE_TOO_LARGE), path, L"is larger than " + Number(static_cast<int64_t>(limit)) + L" bytes");
+        throw engine_error(FromWin32(ERROR_FILE_TOO_LARGE), path,
+                           L"is larger than " + Number(static_cast<int64_t>(limit)) + L" bytes");
     std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
     DWORD got = 0;
     if (!ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &got, nullptr))
@@ -70,7 +71,7 @@ std::string ReadWhole(const std::wstring& path, uint64_t limit)
     return content;
 }
 
-void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& made)
+void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making)
 {
     const FileFacts facts = FactsOf(path);
     if (facts.folder())
@@ -79,12 +80,11 @@ void MakeFolders(const std::wstring& path, const std::function<void(const std::w
         ThrowFileError(path, L"can't make the folder", ERROR_ALREADY_EXISTS);
     const std::wstring above = FolderOf(path);
     if (!above.empty() && above != DriveOf(path))
-        MakeFolders(above, made);
-    if (CreateDirectoryW(LongPath(path).c_str(), nullptr)) {
-        if (made)
-            made(path);
+        MakeFolders(above, making);
+    if (making)
+        making(path);
+    if (CreateDirectoryW(LongPath(path).c_str(), nullptr))
         return;
-    }
     if (const DWORD code = GetLastError(); code != ERROR_ALREADY_EXISTS)
         ThrowFileError(path, L"can't make the folder", code);
 }
@@ -136,7 +136,10 @@ std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view patt
     return entries;
 }
 
-void ThrowFileError(const std::wstring& file, DWORD code) { throw engine_error(FromWin32(code), file, SystemText(code)); }
+void ThrowFileError(const std::wstring& file, DWORD code)
+{
+    throw engine_error(FromWin32(code), file, SystemText(code));
+}
 
 void ThrowFileError(const std::wstring& file, const std::wstring& doing, DWORD code)
 {

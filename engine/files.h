@@ -31,8 +31,8 @@ std::wstring FileVersion(const std::wstring& path);
 // At most `limit` bytes; more are an error.
 std::string ReadWhole(const std::wstring& path, uint64_t limit);
 
-// Makes the folder and those above it; each one that was made goes to `made`, the outermost first.
-void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& made);
+// Makes the folder and those above it; each one goes to `making` before it is made, the outermost first.
+void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making);
 bool RemoveFile(const std::wstring& path);
 // Makes the files and folders that the copies and backups of a run leave behind go away; junctions are not followed.
 void RemoveTree(const std::wstring& path);

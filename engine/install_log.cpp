@@ -19,20 +19,21 @@ struct KindName {
     const char* name;
 };
 constexpr KindName kind_names[] = {
-    {LogKind::run, "run"},     {LogKind::commit, "commit"}, {LogKind::features, "features"}, {LogKind::folder, "folder"},
-    {LogKind::file, "file"},   {LogKind::key, "key"},       {LogKind::value, "value"},       {LogKind::set, "set"},
-    {LogKind::shell, "shell"}, {LogKind::texts, "texts"},   {LogKind::undone, "undone"},
+    {LogKind::run, "run"},       {LogKind::commit, "commit"}, {LogKind::features, "features"},
+    {LogKind::folder, "folder"}, {LogKind::file, "file"},     {LogKind::key, "key"},
+    {LogKind::value, "value"},   {LogKind::set, "set"},       {LogKind::shell, "shell"},
+    {LogKind::texts, "texts"},   {LogKind::undone, "undone"},
 };
 
 // The text fields of a record and their keys in the file.
 struct TextField {
     const char* key;
-    std::wstring LogRecord::* field;
+    std::wstring LogRecord::*field;
 };
 constexpr TextField text_fields[] = {
-    {"what", &LogRecord::what},       {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
-    {"temp", &LogRecord::temp},       {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
-    {"name", &LogRecord::name},       {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
+    {"what", &LogRecord::what}, {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
+    {"temp", &LogRecord::temp}, {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
+    {"name", &LogRecord::name}, {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
 };
 
 const char* NameOf(LogKind kind)
@@ -166,8 +167,8 @@ void InstallLog::Write(const LogRecord& record)
 {
     if (!m_writer) {
         MakeFolders(FolderOf(m_file), {});
-        m_writer.reset(CreateFileW(LongPath(m_file).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0,
-                                   nullptr));
+        m_writer.reset(
+            CreateFileW(LongPath(m_file).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr));
         if (!m_writer)
             ThrowFileError(m_file, L"can't write the install log", GetLastError());
         LARGE_INTEGER end{};

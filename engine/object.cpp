@@ -11,22 +11,52 @@ struct InterfaceName {
     const wchar_t* name;
 };
 
-#define VH_NAME(type) {iid_of<type>, L"" #type}
+#define VH_NAME(type)                                                                                                  \
+    {                                                                                                                  \
+        iid_of<type>, L"" #type                                                                                        \
+    }
 const InterfaceName interface_names[] = {
-    VH_NAME(IUnknown),           VH_NAME(IDispatch),           VH_NAME(IServiceProvider),
-    VH_NAME(ISetupTextSub),      VH_NAME(ISetupTextSubEx),     VH_NAME(ISetupStrings),
-    VH_NAME(ISetupInfo),         VH_NAME(ISetupLog),           VH_NAME(ISetupLogDB),
-    VH_NAME(ISetupRegistry),     VH_NAME(ISetupSiteAware),     VH_NAME(ISetupRegistryOptions),
-    VH_NAME(ISetupUser),         VH_NAME(ISetupReboot),        VH_NAME(ISetupDirs),
-    VH_NAME(ISetupResources),    VH_NAME(ISetupFileRegistrar), VH_NAME(ISetupMsiStringTable),
-    VH_NAME(ISetupFileOps),      VH_NAME(ISetupShell),         VH_NAME(ISetupData),
-    VH_NAME(ISetupDataEx),       VH_NAME(ISetupDataModes),     VH_NAME(ISetupDataValidation),
-    VH_NAME(ISetupMediaInfo),    VH_NAME(ISetupDataFactory),   VH_NAME(ISetupFeatureHost),
-    VH_NAME(ISetupFeatureCosts), VH_NAME(ISetupFeatureModes),  VH_NAME(ISetupItemFileQueries),
-    VH_NAME(ISetupItemFiles),    VH_NAME(ISetupItemTexts),     VH_NAME(ISetupItemUninstallCost),
-    VH_NAME(ISetupProgress),     VH_NAME(ISetupProgressOpen),  VH_NAME(ISetupProgressLink),
-    VH_NAME(ISetupProgressCost), VH_NAME(ISetupRebootPhase),   VH_NAME(ISetupProgramPhases),
-    VH_NAME(ISetupWizard),       VH_NAME(ISetupUninstallPhases),
+    VH_NAME(IUnknown),
+    VH_NAME(IDispatch),
+    VH_NAME(IServiceProvider),
+    VH_NAME(ISetupTextSub),
+    VH_NAME(ISetupTextSubEx),
+    VH_NAME(ISetupStrings),
+    VH_NAME(ISetupInfo),
+    VH_NAME(ISetupLog),
+    VH_NAME(ISetupLogDB),
+    VH_NAME(ISetupRegistry),
+    VH_NAME(ISetupSiteAware),
+    VH_NAME(ISetupRegistryOptions),
+    VH_NAME(ISetupUser),
+    VH_NAME(ISetupReboot),
+    VH_NAME(ISetupDirs),
+    VH_NAME(ISetupResources),
+    VH_NAME(ISetupFileRegistrar),
+    VH_NAME(ISetupMsiStringTable),
+    VH_NAME(ISetupFileOps),
+    VH_NAME(ISetupShell),
+    VH_NAME(ISetupData),
+    VH_NAME(ISetupDataEx),
+    VH_NAME(ISetupDataModes),
+    VH_NAME(ISetupDataValidation),
+    VH_NAME(ISetupMediaInfo),
+    VH_NAME(ISetupDataFactory),
+    VH_NAME(ISetupFeatureHost),
+    VH_NAME(ISetupFeatureCosts),
+    VH_NAME(ISetupFeatureModes),
+    VH_NAME(ISetupItemFileQueries),
+    VH_NAME(ISetupItemFiles),
+    VH_NAME(ISetupItemTexts),
+    VH_NAME(ISetupItemUninstallCost),
+    VH_NAME(ISetupProgress),
+    VH_NAME(ISetupProgressOpen),
+    VH_NAME(ISetupProgressLink),
+    VH_NAME(ISetupProgressCost),
+    VH_NAME(ISetupRebootPhase),
+    VH_NAME(ISetupProgramPhases),
+    VH_NAME(ISetupWizard),
+    VH_NAME(ISetupUninstallPhases),
 };
 #undef VH_NAME
 
@@ -61,7 +91,8 @@ HRESULT GiveTexts(SAFEARRAY** out, const std::vector<std::wstring>& texts)
     if (!array)
         return E_OUTOFMEMORY;
     for (long i = 0; i < static_cast<long>(texts.size()); ++i)
-        ThrowIfFailed(SafeArrayPutElement(array.get(), &i, bstr(std::wstring_view(texts[static_cast<std::size_t>(i)])).get()));
+        ThrowIfFailed(
+            SafeArrayPutElement(array.get(), &i, bstr(std::wstring_view(texts[static_cast<std::size_t>(i)])).get()));
     *out = array.detach();
     return S_OK;
 }

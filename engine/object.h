@@ -21,6 +21,7 @@ inline std::wstring ArgumentText(LONG64 number) { return Number(number); }
 inline std::wstring ArgumentText(long number) { return Number(number); }
 inline std::wstring ArgumentText(unsigned long number) { return Number(static_cast<int64_t>(number)); }
 inline std::wstring ArgumentText(short number) { return Number(number); }
+inline std::wstring ArgumentText(const Item& item) { return L"\"" + item.Path() + L"\""; }
 std::wstring ArgumentText(const VARIANT& value);
 // The name of an engine interface, or the identifier.
 std::wstring ArgumentText(const GUID& id);
@@ -29,7 +30,7 @@ template <class... Arguments>
 std::wstring CallText(const char* method, const Arguments&... arguments)
 {
     std::wstring line = ToWide(method) + L"(";
-    const char* separator = "";
+    [[maybe_unused]] const char* separator = "";
     ((line += ToWide(separator) + ArgumentText(arguments), separator = ", "), ...);
     return line + L")";
 }
@@ -67,10 +68,9 @@ private:
     HRESULT m_code;
 };
 
-// Interfaces that the engine's own objects use among each other; look-ups of them are not recorded.
-struct IEngineInternal : IUnknown {
-    static constexpr GUID iid = Guid("{0F8C2B52-6A0E-4C59-9B7E-3C8D4E2A7F11}");
-};
+// Interfaces that the engine's own objects use among each other have identifiers that begin like this one;
+// queries for them are no calls from outside and are not recorded.
+inline bool IsInternal(const GUID& id) { return id.Data1 == 0x76683031; }
 
 // Self may give the names that scripts use in `static constexpr dispatch_entry<Self> names[]`.
 template <class Self, class First, class... More>
@@ -78,9 +78,11 @@ class engine_object : public com_object<First, More...> {
     using base = com_object<First, More...>;
 
 public:
+    explicit engine_object(std::shared_ptr<Core> core) : m_core(std::move(core)) { ++m_core->live; }
+
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override
     {
-        if (id == iid_of<IUnknown> || id == iid_of<IEngineInternal>)
+        if (id == iid_of<IUnknown> || IsInternal(id))
             return base::QueryInterface(id, object);
         if (object)
             *object = nullptr;
@@ -113,7 +115,6 @@ public:
     }
 
 protected:
-    explicit engine_object(std::shared_ptr<Core> core) : m_core(std::move(core)) { ++m_core->live; }
     ~engine_object() override { --m_core->live; }
 
     template <class... Arguments>

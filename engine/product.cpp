@@ -10,10 +10,7 @@ Item* Item::Find(std::wstring_view child) const
     return nullptr;
 }
 
-std::wstring Item::Path() const
-{
-    return parent && parent->parent ? parent->Path() + L'\\' + name : name;
-}
+std::wstring Item::Path() const { return parent && parent->parent ? parent->Path() + L'\\' + name : name; }
 
 Item* Product::Feature(std::wstring_view path) const
 {

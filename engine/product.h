@@ -19,7 +19,7 @@ struct SystemName {
     uint64_t bit;
 };
 inline constexpr SystemName system_names[] = {
-    {L"windows-7", 0x01}, {L"windows-8", 0x02},  {L"windows-8.1", 0x04},
+    {L"windows-7", 0x01},  {L"windows-8", 0x02},  {L"windows-8.1", 0x04},
     {L"windows-10", 0x08}, {L"windows-11", 0x10}, {L"server", 0x20},
 };
 
@@ -104,7 +104,6 @@ struct Item {
     std::vector<std::unique_ptr<Item>> children;
 
     bool selected = true;
-    bool selectedAtStart = true;
     bool installed = false; // its files stand in the target and need no second move
     std::vector<ExtraCost> costs;
     uint64_t uninstallCost = 0;

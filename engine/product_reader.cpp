@@ -115,9 +115,10 @@ std::unique_ptr<Product> ProductReader::Read()
 {
     const nlohmann::json document = ParseJson(m_file);
     const JsonPlace root(document, m_file);
-    root.Keys({"format", "name", "version", "company", "guid", "installGuid", "languages", "strings", "target",
-               "payload", "script", "skin", "maintenanceOption", "enabledServices", "key", "variables", "features",
-               "setupTypes", "support", "registrySets", "shellObjects", "media"});
+    root.Keys({"format",  "name",      "version",  "company",    "guid",    "installGuid",       "languages",
+               "strings", "target",    "payload",  "script",     "skin",    "maintenanceOption", "enabledServices",
+               "key",     "variables", "features", "setupTypes", "support", "registrySets",      "shellObjects",
+               "media"});
     ReadHead(root);
     ReadStrings(root);
     root.At("features");
@@ -235,7 +236,7 @@ void ProductReader::ReadItem(const JsonPlace& at, Item& item, int level)
     });
     item.visible = at.Truth("visible", true);
     item.required = at.Truth("required", false);
-    item.selected = item.selectedAtStart = at.Truth("selected", true) || item.required;
+    item.selected = at.Truth("selected", true) || item.required;
     if (at.Has("target"))
         item.target = Pattern(at.At("target"));
     item.order = static_cast<short>(at.Number("order", item.order, 0, INT16_MAX));
@@ -294,7 +295,8 @@ void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
     if (pattern ? !entry.name.empty() || entry.size.has_value() : entry.recurse)
         at.Fail(pattern ? L"a pattern has no name and no size" : L"only a pattern can be recursive");
     const std::size_t before = group.files.size();
-    const std::wstring problem = FindPayload(m_product->payloadFolder, entry, before + most_files - m_files, group.files);
+    const std::wstring problem =
+        FindPayload(m_product->payloadFolder, entry, before + most_files - m_files, group.files);
     if (!problem.empty())
         at.Fail(problem);
     m_files += group.files.size() - before;
@@ -419,6 +421,7 @@ std::unique_ptr<Item> FirstDisk(Item& parent)
     auto disk = std::make_unique<Item>();
     disk->name = L"Disk<1>";
     disk->pseudo = true;
+    disk->visible = false;
     disk->parent = &parent;
     return disk;
 }

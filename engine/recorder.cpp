@@ -34,8 +34,8 @@ void Recorder::Reset()
 HRESULT Recorder::Enter(std::wstring line)
 {
     const bool failNow = ++m_calls == m_failAt;
-    const auto failure = std::find_if(m_failures.begin(), m_failures.end(),
-                                      [&](const Failure& f) { return line.starts_with(f.start); });
+    const auto failure =
+        std::find_if(m_failures.begin(), m_failures.end(), [&](const Failure& f) { return line.starts_with(f.start); });
     const HRESULT code = failNow ? m_failCode : failure != m_failures.end() ? failure->code : S_OK;
     if (m_recording)
         m_lines.push_back(std::move(line));
