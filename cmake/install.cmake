@@ -7,8 +7,11 @@ set(VHRT_HEADERS include)
 set_target_properties(VHRT PROPERTIES IMPORT_SUFFIX ".a")
 install(TARGETS VHRT EXPORT VHRTTargets RUNTIME DESTINATION bin ARCHIVE DESTINATION lib
   INCLUDES DESTINATION ${VHRT_HEADERS}/exports ${VHRT_HEADERS})
+# All that is installed, and no tests.
+add_custom_target(product DEPENDS VHRT)
 foreach(program vhres vhhost vhtool)
   if(TARGET ${program})
+    add_dependencies(product ${program})
     install(TARGETS ${program} RUNTIME DESTINATION bin)
   endif()
 endforeach()

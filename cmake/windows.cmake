@@ -51,7 +51,7 @@ add_library(vhhost_parts STATIC
   host/script_value.cpp host/text.cpp host/trace_switch.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/version.rc)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/version.rc)
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
 # The library is loaded at run time, so that the trace switch can be set before.

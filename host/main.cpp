@@ -28,6 +28,7 @@ struct CommandLine {
     bool silent = false;
     bool uninstall = false;
     bool show_log = false;
+    bool verify = false;
 };
 
 void Declare(CLI::App& app, CommandLine& line)
@@ -51,6 +52,7 @@ void Declare(CLI::App& app, CommandLine& line)
         ->take_all();
     app.add_option("--data", line.data, "Keep install logs in this folder")->type_name("DIR");
     app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
+    app.add_flag("--verify", line.verify, "Show at the end what is installed, each file compared with its source");
 }
 
 host::RunOptions OptionsOf(const CommandLine& line)
@@ -71,6 +73,7 @@ host::RunOptions OptionsOf(const CommandLine& line)
     options.language = line.language;
     options.silent = line.silent;
     options.show_log = line.show_log;
+    options.verify = line.verify;
     return options;
 }
 

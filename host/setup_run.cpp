@@ -7,6 +7,7 @@
 #include "console.h"
 #include "engine/engine.h"
 #include "host_object.h"
+#include "installed_tree.h"
 #include "library.h"
 #include "script_site.h"
 #include "text.h"
@@ -136,6 +137,22 @@ void ShowLog(const vh::engine::Engine& engine)
         Say(L"  " + line);
 }
 
+// The installed tree, the log and a closing line of counts, as far as they are wanted.
+ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options)
+{
+    TreeCounts counts;
+    if (options.verify)
+        counts = ShowInstalledTree(engine.TargetDir(), engine.Installed());
+    if (options.show_log)
+        ShowLog(engine);
+    if (options.verify)
+        Say(std::to_wstring(counts.files) + L" files with " + std::to_wstring(counts.bytes) + L" bytes, " +
+            std::to_wstring(counts.files - counts.different) + L" same as their source, " +
+            std::to_wstring(counts.different) + L" not, " + std::to_wstring(engine.LogLines().size()) +
+            L" log records");
+    return counts.different ? exit_failed : exit_done;
+}
+
 std::wstring NameOf(const vh::engine::Removal& removal)
 {
     using vh::engine::RemovalOutcome;
@@ -176,9 +193,7 @@ ExitCode RunIn(const RunOptions& options)
     }
     if (failure.empty() && !cancelled) {
         engine->Commit();
-        if (options.show_log)
-            ShowLog(*engine);
-        return exit_done;
+        return ShowOutcome(*engine, options);
     }
     Complain(L"error: " + (cancelled ? std::wstring(L"stopped by the user") : failure));
     const auto removals = engine->Rollback();

@@ -22,7 +22,10 @@ struct RunOptions {
     std::map<std::wstring, std::wstring> variables;
     int language = 0;
     bool silent = false;
+    // Show at the end what is recorded for removal.
     bool show_log = false;
+    // Show at the end what is installed, each file compared with its source.
+    bool verify = false;
 };
 
 // Runs the setup's script. A run that fails or is stopped leaves the target as it was.

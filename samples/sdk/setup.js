@@ -26,9 +26,10 @@ function Trace(step, details) {
     SetupTraceWrite("Script", step, String(details).replace(/%/g, "%%"));
 }
 
-function Text(name) {
+// A text of the string table in the run's language.
+function Text(name, otherwise) {
     var found = LoadString(name);
-    return found.result == 0 ? found.text : name;
+    return found.result == 0 ? found.text : otherwise;
 }
 
 // All elements of a text list as an array; the list is destroyed.
@@ -163,7 +164,7 @@ function SelectedFeatures() {
 // records it for removal.
 function WriteFeatureList(names) {
     var list = ListCreate(TEXTS);
-    ListAddString(list, Text("WELCOME"), AFTER);
+    ListAddString(list, Text("WELCOME", "Setup of the VHRT SDK"), AFTER);
     for (var i = 0; i < names.length; i++)
         Need(ListAddString(list, names[i] + "\t" + NameOf(names[i]), AFTER), "adding to a list");
     var draft = GetSupportDir().text + "\\features.txt";
@@ -174,9 +175,21 @@ function WriteFeatureList(names) {
     return count;
 }
 
+// What a later run needs goes to the install log with the local variables, and comes back from there.
+function SaveAndLoadTarget() {
+    var variables = GetTextSub(0).object;
+    var chosen = variables.Substitute("<TARGETDIR>");
+    variables.Value("SDKFOLDER") = chosen;
+    Need(ComponentSaveTarget("SDK"), "saving the target");
+    variables.Value("SDKFOLDER") = "lost";
+    Need(ComponentLoadTarget("SDK"), "loading the target");
+    if (variables.Value("SDKFOLDER") != TargetFolder)
+        throw new Error("The loaded target is " + variables.Value("SDKFOLDER") + ", not " + TargetFolder + ".");
+}
+
 function Install() {
     Trace("Start", "Target=" + TargetFolder);
-    Print(Text("WELCOME"));
+    Print(Text("WELCOME", "Setup of the VHRT SDK"));
     CheckMachine();
     ChooseSetupType();
     ChangeSelection();
@@ -191,13 +204,9 @@ function Install() {
 
     var names = SelectedFeatures();
     WriteFeatureList(names);
-    Need(ComponentSaveTarget("SDK"), "saving the target");
-    Need(ComponentLoadTarget("SDK"), "loading the target");
-    var target = TextSubSubstitute("<TARGETDIR>").text;
-    if (target != TargetFolder)
-        throw new Error("The loaded target is " + target + ", not " + TargetFolder + ".");
+    SaveAndLoadTarget();
     Trace("Done", "Features=" + names.length);
-    Print(Text("DONE"), " ", names.length, " features");
+    Print(Text("DONE", "The SDK is ready."), " ", names.length, " features");
 }
 
 Install();
