@@ -90,7 +90,9 @@ LogRecord FromLine(std::string_view text)
     record.ref = line.value("ref", 0L);
     for (const json& entry : line.value("list", json::array()))
         record.list.push_back(ToWide(entry.get<std::string>()));
-    for (const auto& [key, value] : line.value("texts", json::object()).items())
+    // Named, because the items of a temporary would outlive it.
+    const json texts = line.value("texts", json::object());
+    for (const auto& [key, value] : texts.items())
         record.texts[ToWide(key)] = ToWide(value.get<std::string>());
     return record;
 }

@@ -5,6 +5,8 @@
 #include <string>
 #include <windows.h>
 
+#include "text.h"
+
 namespace vh::engine {
 
 enum class Severity { note, warning, error };
@@ -26,16 +28,18 @@ struct Message {
 class engine_error : public std::exception {
 public:
     engine_error(HRESULT code, std::wstring file, std::wstring reason)
-        : m_message{Severity::error, std::move(file), std::move(reason), code}
+        : m_message{Severity::error, std::move(file), std::move(reason), code}, m_what(ToUtf8(m_message.Text()))
     {
     }
 
     const Message& message() const noexcept { return m_message; }
     HRESULT code() const noexcept { return m_message.code; }
-    const char* what() const noexcept override { return "setup engine failure"; }
+    // The same as UTF-8.
+    const char* what() const noexcept override { return m_what.c_str(); }
 
 private:
     Message m_message;
+    std::string m_what; // UTF-8
 };
 
 } // namespace vh::engine

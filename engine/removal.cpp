@@ -1,5 +1,6 @@
 #include "removal.h"
 
+#include <algorithm>
 #include <set>
 
 #include "registry_access.h"
@@ -131,6 +132,12 @@ bool IsUndoable(LogKind kind)
 // Says something about a run, but there is nothing to undo on the machine.
 bool IsStatement(LogKind kind) { return kind == LogKind::set || kind == LogKind::texts || kind == LogKind::features; }
 
+// A folder or key stays recorded while something in it waits for the next attempt.
+bool HoldsOne(const std::wstring& folder, const std::vector<std::wstring>& paths)
+{
+    return std::any_of(paths.begin(), paths.end(), [&](const std::wstring& path) { return LiesIn(path, folder); });
+}
+
 } // namespace
 
 std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const std::function<bool(const LogRecord&)>& wanted,
@@ -138,6 +145,7 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const std::function<
 {
     std::vector<Removal> results;
     std::set<std::wstring> seen;
+    std::vector<std::wstring> failed;
     const std::size_t count = log.Records().size();
     for (std::size_t i = count; i-- > 0;) {
         // A copy: marking adds records and may move them.
@@ -151,7 +159,9 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const std::function<
         }
         const bool first = seen.insert(Upper(record.what + L'\n' + record.name)).second;
         Removal result = UndoOne(record, how, !first);
-        if (result.outcome != RemovalOutcome::failed)
+        if (result.outcome == RemovalOutcome::failed)
+            failed.push_back(record.what);
+        else if (result.outcome != RemovalOutcome::kept_not_empty || !HoldsOne(record.what, failed))
             log.MarkUndone(record.id);
         // Of several records of one thing, people hear of the newest.
         if (first) {

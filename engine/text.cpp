@@ -34,8 +34,10 @@ std::wstring Upper(std::wstring_view text)
 
 bool SameText(std::wstring_view a, std::wstring_view b)
 {
-    return a.size() == b.size() && CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
-                                                        static_cast<int>(b.size()), TRUE) == CSTR_EQUAL;
+    if (a.size() != b.size() || a.empty())
+        return a.size() == b.size();
+    const int size = static_cast<int>(a.size());
+    return CompareStringOrdinal(a.data(), size, b.data(), size, TRUE) == CSTR_EQUAL;
 }
 
 bool MatchesPattern(std::wstring_view text, std::wstring_view pattern)
