@@ -24,6 +24,7 @@ void RestoreMainLog(ObjectContext& context)
 
 ObjectContext* __CreateObjectContext(ISetupHost* host, IServiceProvider* services)
 {
+    vh::KeepMemoryReserve();
     auto context = std::make_unique<ObjectContext>();
     context->Fill(host, services);
     return context.release();

@@ -6,6 +6,7 @@
 
 #include <windows.h>
 
+#include <oaidl.h>
 #include <oleauto.h>
 
 #include "exception.h"

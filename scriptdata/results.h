@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 
 namespace vh {
@@ -16,15 +15,12 @@ inline int32_t CopyOut(std::wstring_view text, wchar_t* buffer, int32_t size)
         return length + 1;
     if (!buffer)
         return -1;
-    std::memcpy(buffer, text.data(), text.size() * sizeof(wchar_t));
+    text.copy(buffer, text.size());
     buffer[text.size()] = L'\0';
     return 0;
 }
 
 // The same for a buffer whose size only the caller knows.
-inline int32_t CopyOutUnlimited(std::wstring_view text, wchar_t* buffer)
-{
-    return CopyOut(text, buffer, INT32_MAX);
-}
+inline int32_t CopyOutUnlimited(std::wstring_view text, wchar_t* buffer) { return CopyOut(text, buffer, INT32_MAX); }
 
 } // namespace vh

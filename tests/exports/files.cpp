@@ -1,0 +1,237 @@
+// Script files: how lines are cut, how the open decides, what bytes reach the disk.
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/files.h"
+#include "../support/bare_context.h"
+#include "../support/import_patch.h"
+#include "../support/temp_folder.h"
+
+using vh::test::BareContext;
+using vh::test::CallCounter;
+using vh::test::TempFolder;
+
+namespace {
+
+constexpr int32_t room = 512;
+
+std::vector<std::wstring> Lines(ObjectContext* context, const std::wstring& path, int32_t mode = FileReadText)
+{
+    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, 0));
+    std::vector<std::wstring> lines;
+    wchar_t buffer[room];
+    while (_GetLine(context, file, buffer, room) == 0)
+        lines.emplace_back(buffer);
+    EXPECT_EQ(_CloseFile(context, file), 0);
+    return lines;
+}
+
+std::string Widened(const std::string& narrow, bool mark = true)
+{
+    std::string wide = mark ? "\xFF\xFE" : "";
+    for (const char c : narrow)
+        wide += {c, '\0'};
+    return wide;
+}
+
+std::string BytesOf(const std::wstring& path)
+{
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(TextFile, CutsLinesAlikeInBothEncodings)
+{
+    using Expected = std::vector<std::wstring>;
+    const struct {
+        std::string text;
+        Expected lines;
+    } cases[] = {
+        {"", {}},
+        {"\r\n", {}},
+        {"\n", {}},
+        {"\n\n", {}},
+        {"a", {L"a"}},
+        {"a\r\n", {L"a"}},
+        {"a\n", {L"a"}},
+        {"a\r\n\r\n", {L"a"}},
+        {"a\r\n\r\nb", {L"a", L"", L"b"}},
+        {"a\r\n\r\n\r\n", {L"a", L""}},
+        {"a\n\nb", {L"a", L"b"}},
+        {"a\n\n\nb", {L"a", L"", L"b"}},
+        {"a\r\rb", {L"a", L"b"}},
+        {"a\n\rb", {L"a", L"b"}},
+        {"\r\na", {L"", L"a"}},
+        {"\r\n\r\n", {L""}},
+        {" \r\n\t", {L" ", L"\t"}},
+        {std::string("a\0b\r\nc", 6), {}},
+        {std::string("a\r\nb\0c\r\nd", 9), {L"a"}},
+    };
+    const TempFolder folder;
+    const BareContext context;
+    for (const auto& one : cases) {
+        const std::wstring narrow = folder.Write(L"narrow.txt", one.text);
+        const std::wstring wide = folder.Write(L"wide.txt", Widened(one.text));
+        EXPECT_EQ(Lines(context, narrow), one.lines) << testing::PrintToString(one.text);
+        EXPECT_EQ(Lines(context, wide), one.lines) << "wide " << testing::PrintToString(one.text);
+    }
+    EXPECT_EQ(Lines(context, folder.Write(L"u8.txt", "\xEF\xBB\xBF" "a")).size(), 1u) << "a UTF-8 mark is text";
+    EXPECT_EQ(Lines(context, folder.Write(L"mark.txt", "\xFF\xFE")), Expected{});
+}
+
+TEST(TextFile, ReadsItsWholeContentAtOnce)
+{
+    const TempFolder folder;
+    const BareContext context;
+    std::string text;
+    for (int i = 0; i < 5000; ++i)
+        text += "line number " + std::to_string(i) + "\r\n";
+    const std::wstring path = folder.Write(L"long.txt", text);
+    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    const CallCounter<decltype(ReadFile)> reads("ReadFile");
+    wchar_t buffer[room];
+    int lines = 0;
+    while (_GetLine(context, file, buffer, room) == 0)
+        ++lines;
+    EXPECT_EQ(lines, 5000);
+    EXPECT_EQ(reads.calls(), 1);
+    _CloseFile(context, file);
+}
+
+TEST(TextFile, PeeksAtTheSizeWithoutMoving)
+{
+    const TempFolder folder;
+    const BareContext context;
+    const std::wstring path = folder.Write(L"a.txt", "abcd\r\nxy");
+    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    int32_t size = -1;
+    for (int i = 0; i < 3; ++i) {
+        ASSERT_EQ(_GetLineSize(context, file, &size), 0);
+        ASSERT_EQ(size, 4);
+    }
+    wchar_t buffer[8] = L"#######";
+    ASSERT_EQ(_GetLine(context, file, buffer, 3), 0);
+    EXPECT_EQ(std::wstring(buffer, 4), L"abc#") << "cut without a terminator";
+    ASSERT_EQ(_GetLineSize(context, file, &size), 0);
+    EXPECT_EQ(size, 2);
+    ASSERT_EQ(_GetLine(context, file, buffer, 6), 0);
+    EXPECT_EQ(std::wstring(buffer, 7), std::wstring(L"xy\0\0\0\0#", 7)) << "padded up to the size";
+    EXPECT_EQ(_GetLineSize(context, file, &size), -1);
+    EXPECT_EQ(size, 0);
+    EXPECT_EQ(_GetLine(context, file, buffer, 6), -1);
+}
+
+TEST(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
+{
+    const TempFolder folder;
+    const BareContext context;
+    const auto write = [&](const std::wstring& path, int32_t mode, int32_t create) {
+        const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, create));
+        const CallCounter<decltype(WriteFile)> writes("WriteFile");
+        const CallCounter<decltype(SetFilePointer)> seeks("SetFilePointer");
+        EXPECT_EQ(_WriteLine(context, file, L"text"), 0);
+        EXPECT_EQ(writes.calls(), 1);
+        EXPECT_EQ(seeks.calls(), 1);
+        EXPECT_EQ(_WriteLine(context, file, nullptr), 0);
+        EXPECT_EQ(_CloseFile(context, file), 0);
+        return BytesOf(path);
+    };
+    const std::wstring path = folder / L"w.txt";
+    EXPECT_EQ(write(path, FileReadText, 1), "text\r\n\r\n");
+    EXPECT_EQ(write(path, FileAppendText, 0), "text\r\n\r\ntext\r\n\r\n");
+    EXPECT_EQ(write(path, FileAppendUnicodeText, 0), "text\r\n\r\ntext\r\n\r\ntext\r\n\r\n") << "narrow stays narrow";
+    EXPECT_EQ(write(path, FileAppendUnicodeText, 1), Widened("text\r\n\r\n"));
+    EXPECT_EQ(write(path, FileAppendText, 0), Widened("text\r\n\r\ntext\r\n\r\n"));
+    EXPECT_EQ(write(path, FileReadText, 1), "text\r\n\r\n") << "replaced";
+
+    folder.Write(L"r.txt", "x");
+    const auto file = static_cast<FileHandle>(_OpenFile(context, (folder / L"r.txt").c_str(), FileReadText, 0));
+    EXPECT_EQ(_WriteLine(context, file, L"no"), -1) << "opened for reading";
+}
+
+TEST(Files, NumberTheirHandlesAndCountFailedOpens)
+{
+    const TempFolder folder;
+    const BareContext context;
+    const std::wstring path = folder.Write(L"a", "a");
+    EXPECT_EQ(_OpenFile(context, path.c_str(), FileReadText, 0), 2778);
+    EXPECT_EQ(_OpenFile(context, (folder / L"absent").c_str(), FileReadText, 0), -1);
+    for (const int32_t mode : {0, 6, -1})
+        EXPECT_EQ(_OpenFile(context, path.c_str(), mode, 0), -1);
+    EXPECT_EQ(_OpenFile(context, path.c_str(), FileReadBytes, 0), 8 * 463) << "bad modes do not count";
+    for (const int32_t mode : {FileReadWriteBytes, FileAppendText, FileAppendUnicodeText})
+        for (const wchar_t* url : {L"HTTP://x/y", L"https://x", L"ftp://x"})
+            EXPECT_EQ(_OpenFile(context, url, mode, 0), -2) << mode;
+    EXPECT_EQ(_OpenFile(context, L"http://", FileAppendText, 0), -1) << "a prefix alone is no address";
+    EXPECT_EQ(_OpenFile(context, nullptr, FileReadText, 0), -1);
+}
+
+TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
+{
+    const TempFolder folder;
+    const BareContext context;
+    const std::wstring path = folder.Write(L"a", "abc");
+    const auto text = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    const auto bytes = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadBytes, 0));
+    wchar_t line[8];
+    uint8_t buffer[8];
+    int32_t size = 0;
+    EXPECT_EQ(_ReadBytes(context, text, buffer, 8, 0, 8), VHRT_WRONG_TYPE);
+    EXPECT_EQ(_WriteBytes(context, text, buffer, 8, 0, 8), VHRT_WRONG_TYPE);
+    EXPECT_EQ(_SeekBytes(context, text, 0, SeekFromStart), VHRT_WRONG_TYPE);
+    EXPECT_EQ(_GetLine(context, bytes, line, 8), VHRT_WRONG_TYPE);
+    EXPECT_EQ(_GetLineSize(context, bytes, &size), VHRT_WRONG_TYPE);
+    EXPECT_EQ(_WriteLine(context, bytes, L""), VHRT_WRONG_TYPE);
+    for (const FileHandle unknown : {0, -1, text + 1}) {
+        EXPECT_EQ(_GetLine(context, unknown, line, 8), VHRT_BAD_HANDLE);
+        EXPECT_EQ(_GetLineSize(context, unknown, &size), VHRT_BAD_HANDLE);
+        EXPECT_EQ(_WriteLine(context, unknown, L""), VHRT_BAD_HANDLE);
+        EXPECT_EQ(_ReadBytes(context, unknown, buffer, 8, 0, 8), VHRT_BAD_HANDLE);
+        EXPECT_EQ(_WriteBytes(context, unknown, buffer, 8, 0, 8), VHRT_BAD_HANDLE);
+        EXPECT_EQ(_SeekBytes(context, unknown, 0, 1), VHRT_BAD_HANDLE);
+        EXPECT_EQ(_CloseFile(context, unknown), VHRT_BAD_HANDLE);
+    }
+    EXPECT_EQ(_CloseFile(context, text), 0);
+    EXPECT_EQ(_CloseFile(context, text), VHRT_BAD_HANDLE);
+}
+
+TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)
+{
+    const TempFolder folder;
+    const BareContext context;
+    const std::wstring path = folder / L"b.bin";
+    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadWriteBytes, 1));
+    const char source[] = "0123456789";
+    EXPECT_EQ(_WriteBytes(context, file, source, 10, 2, 100), 8);
+    EXPECT_EQ(_WriteBytes(context, file, source, 10, 10, 1), -1);
+    EXPECT_EQ(_SeekBytes(context, file, 1, SeekFromStart), 0);
+    char buffer[8] = "#######";
+    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 3, 2), 2);
+    EXPECT_STREQ(buffer, "###34##");
+    EXPECT_EQ(_SeekBytes(context, file, -1, SeekFromCurrent), 0);
+    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 1), 1);
+    EXPECT_EQ(buffer[0], '4');
+    EXPECT_EQ(_SeekBytes(context, file, -2, SeekFromEnd), 0);
+    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 7), 2) << "no more is there";
+    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 7), 0);
+    for (const int32_t origin : {0, 4, -1})
+        EXPECT_EQ(_SeekBytes(context, file, 0, origin), -1);
+    EXPECT_EQ(_SeekBytes(context, file, -1, SeekFromStart), -1);
+    EXPECT_EQ(_ReadBytes(context, file, buffer, 0, 0, 1), -1);
+}
+
+TEST(Files, AreClosedWithTheirContext)
+{
+    const TempFolder folder;
+    const std::wstring path = folder.Write(L"open.txt", "x");
+    {
+        const BareContext context;
+        ASSERT_GT(_OpenFile(context, path.c_str(), FileReadWriteBytes, 0), 0);
+        EXPECT_FALSE(DeleteFileW(path.c_str()));
+    }
+    EXPECT_TRUE(DeleteFileW(path.c_str()));
+}
+
+} // namespace

@@ -1,0 +1,35 @@
+// A context without an engine: enough for what the library owns itself.
+#pragma once
+
+#include <string>
+
+#include "../../exports/vhrt/context.h"
+#include "../../exports/vhrt/lists.h"
+
+namespace vh::test {
+
+class BareContext {
+public:
+    BareContext() : m_context(__CreateObjectContext(nullptr, nullptr)) {}
+    BareContext(const BareContext&) = delete;
+    BareContext& operator=(const BareContext&) = delete;
+    ~BareContext() { __ReleaseObjectContext(m_context); }
+
+    operator ObjectContext*() const { return m_context; }
+
+private:
+    ObjectContext* m_context;
+};
+
+// The whole list as "a|b|c", read by first and next; the position ends on the last element.
+inline std::wstring ListText(ObjectContext* context, ListHandle list)
+{
+    std::wstring all;
+    wchar_t buffer[4096];
+    for (int64_t code = _ListGetFirstString(context, list, buffer, 4096); code == 0;
+         code = _ListGetNextString(context, list, buffer, 4096))
+        all += (all.empty() ? L"" : L"|") + std::wstring(buffer);
+    return all;
+}
+
+} // namespace vh::test
