@@ -11,8 +11,6 @@ namespace vh {
 template <class Unit>
 struct text_line_end {
     static constexpr Unit units[] = {Unit('\r'), Unit('\n'), Unit(0)};
-    // Bytes of it without the NUL.
-    static constexpr std::size_t bytes = 2 * sizeof(Unit);
     static constexpr std::size_t room = sizeof(units);
 };
 
@@ -37,15 +35,14 @@ bool TakeLine(const char* buffer, std::size_t size, const char*& cursor, std::ba
     if (!*end)
         return false;
 
-    const auto line_end_at = reinterpret_cast<const char*>(end) - buffer;
-    if (end == start && line_end_at + static_cast<std::ptrdiff_t>(text_line_end<Unit>::bytes) >=
-                            static_cast<std::ptrdiff_t>(size))
+    const Unit* after = end;
+    for (int i = 0; i < 2; ++i)
+        if (IsLineEnd(*after))
+            ++after;
+    if (end == start && reinterpret_cast<const char*>(after) >= buffer + size)
         return false;
     line = {start, static_cast<std::size_t>(end - start)};
-    for (int i = 0; i < 2; ++i)
-        if (IsLineEnd(*end))
-            ++end;
-    cursor = reinterpret_cast<const char*>(end);
+    cursor = reinterpret_cast<const char*>(after);
     return true;
 }
 

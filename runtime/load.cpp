@@ -25,6 +25,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID)
     if (reason == DLL_PROCESS_ATTACH) {
         // Exhausted memory reaches the host under one type, whoever notices it.
         std::set_new_handler(vh::ThrowOutOfMemory);
+        vh::KeepMemoryReserve();
         vh::TraceInitialize(library);
         TraceLibrary(library, L"DLLProcessAttach");
     } else if (reason == DLL_PROCESS_DETACH) {

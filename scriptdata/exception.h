@@ -1,7 +1,10 @@
 // The exceptions that name a system code; their text is looked up on first use and shared by copies.
 #pragma once
 
+#include <atomic>
+#include <cstdlib>
 #include <exception>
+
 #include <windows.h>
 
 namespace vh {
@@ -48,8 +51,7 @@ private:
     static block* lookup(DWORD code) noexcept
     {
         wchar_t* wide = nullptr;
-        const DWORD flags =
-            FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+        const DWORD flags = FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
         const DWORD length = FormatMessageW(flags, nullptr, code, 0, reinterpret_cast<wchar_t*>(&wide), 0, nullptr);
         const int narrow =
             length ? WideCharToMultiByte(CP_ACP, 0, wide, static_cast<int>(length), nullptr, 0, nullptr, nullptr) : 0;
@@ -102,12 +104,30 @@ public:
     using com_exception::com_exception;
 };
 
+// A block that is given back right before exhausted memory is raised. Without it the run-time would take the
+// exception's own memory from its emergency pool, which another module's run-time can't free when the host
+// catches it there.
+inline std::atomic<void*> memory_reserve{nullptr};
+
+inline void KeepMemoryReserve()
+{
+    constexpr std::size_t enough_for_an_exception = 4096;
+    if (!memory_reserve.load(std::memory_order_relaxed))
+        std::free(memory_reserve.exchange(std::malloc(enough_for_an_exception)));
+}
+
+[[noreturn]] inline void ThrowOutOfMemory()
+{
+    std::free(memory_reserve.exchange(nullptr));
+    throw com_exception(E_OUTOFMEMORY);
+}
+
 inline void ThrowIfFailed(HRESULT code)
 {
+    if (code == E_OUTOFMEMORY)
+        ThrowOutOfMemory();
     if (FAILED(code))
         throw com_exception(code);
 }
-
-[[noreturn]] inline void ThrowOutOfMemory() { throw com_exception(E_OUTOFMEMORY); }
 
 } // namespace vh

@@ -1,0 +1,183 @@
+#include "core.h"
+
+#include <array>
+
+#include <shlobj.h>
+
+namespace vh::engine {
+
+namespace {
+
+// Variables that stand for a folder of the system or the user.
+struct FolderVariable {
+    const wchar_t* name;
+    int folder;
+};
+constexpr FolderVariable folder_variables[] = {
+    {L"WINDIR", CSIDL_WINDOWS},
+    {L"SYSTEMDIR", CSIDL_SYSTEM},
+    {L"PROGRAMFILES", CSIDL_PROGRAM_FILES},
+    {L"COMMONFILES", CSIDL_PROGRAM_FILES_COMMON},
+    {L"APPDATA", CSIDL_APPDATA},
+    {L"LOCALAPPDATA", CSIDL_LOCAL_APPDATA},
+    {L"COMMONAPPDATA", CSIDL_COMMON_APPDATA},
+    {L"DESKTOP", CSIDL_DESKTOPDIRECTORY},
+    {L"PROGRAMS", CSIDL_PROGRAMS},
+    {L"PERSONAL", CSIDL_PERSONAL},
+};
+
+std::wstring SystemFolder(int folder)
+{
+    std::array<wchar_t, MAX_PATH> path{};
+    return SUCCEEDED(SHGetFolderPathW(nullptr, folder, nullptr, 0, path.data())) ? path.data() : L"";
+}
+
+std::wstring NewGuid()
+{
+    GUID id{};
+    ThrowIfFailed(CoCreateGuid(&id));
+    std::array<wchar_t, 39> text{};
+    StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
+    return text.data();
+}
+
+std::wstring TempFolder()
+{
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    const DWORD length = GetTempPathW(static_cast<DWORD>(path.size()), path.data());
+    return FullPath(std::wstring(path.data(), length));
+}
+
+WORD ChosenLanguage(const Product& product, int wanted)
+{
+    for (WORD language : product.languages)
+        if (language == wanted)
+            return language;
+    return product.languages.front();
+}
+
+// Puts the support files into their folder.
+void CopySupportFiles(const Product& product, const std::wstring& folder)
+{
+    for (const auto& item : product.support.children)
+        for (const FileGroup& group : item->groups)
+            for (const ProductFile& file : group.files) {
+                const std::wstring target = JoinPath(JoinPath(folder, group.target), file.path);
+                MakeFolders(FolderOf(target), {});
+                if (!CopyFileW(LongPath(file.source).c_str(), LongPath(target).c_str(), FALSE))
+                    ThrowFileError(file.source, L"can't copy the support file", GetLastError());
+            }
+}
+
+} // namespace
+
+std::wstring DefaultDataDir() { return JoinPath(SystemFolder(CSIDL_LOCAL_APPDATA), L"VHSetup"); }
+
+Core::Core(Options given) : options(std::move(given)), product(std::make_shared<DataSet>())
+{
+    options.setupFolder = FullPath(options.setupFolder);
+    if (!FactsOf(options.setupFolder).folder())
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), options.setupFolder,
+                           L"there is no such setup folder");
+    product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"));
+    language = ChosenLanguage(*product->product, options.language);
+    contextGuid = NewGuid();
+    if (options.dataDir.empty())
+        options.dataDir = DefaultDataDir();
+    log = std::make_unique<InstallLog>(
+        JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
+    supportDir = JoinPath(TempFolder(), L"VHSetup" + contextGuid);
+    MakeFolders(supportDir, {});
+    CopySupportFiles(*product->product, supportDir);
+    SetVariables();
+}
+
+Core::~Core()
+{
+    if (!supportDir.empty())
+        RemoveTree(supportDir);
+}
+
+void Core::SetVariables()
+{
+    const Product& product_ = *product->product;
+    for (const FolderVariable& variable : folder_variables)
+        globalTexts.Set(variable.name, SystemFolder(variable.folder));
+    globalTexts.Set(L"TEMPDIR", TempFolder());
+    globalTexts.Set(L"PRODUCT_NAME", product_.name);
+    globalTexts.Set(L"PRODUCT_VERSION", product_.version);
+    globalTexts.Set(L"PRODUCT_GUID", product_.guid);
+    globalTexts.Set(L"INSTALL_GUID", product_.installGuid);
+    globalTexts.Set(L"COMPANY_NAME", product_.company);
+    globalTexts.Set(L"LANGUAGE", Number(language));
+    globalTexts.Set(L"SRCDIR", options.setupFolder);
+    globalTexts.Set(L"ENGINEDIR", options.setupFolder);
+    globalTexts.Set(L"ENGINECOMMONDIR", options.setupFolder);
+    for (const wchar_t* name : {L"SUPPORTDIR", L"SHAREDSUPPORTDIR"}) {
+        globalTexts.Set(name, supportDir);
+        globalTexts.Protect(name, true);
+    }
+    for (const auto& [name, value] : product_.variables)
+        globalTexts.Set(name, value);
+    for (const auto& [name, value] : options.variables)
+        globalTexts.Set(name, value);
+    const std::wstring target =
+        options.targetDir.empty() ? Substitute(product_.target, false) : FullPath(options.targetDir);
+    if (!options.targetDir.empty() || !globalTexts.Find(L"TARGETDIR"))
+        globalTexts.Set(L"TARGETDIR", target);
+}
+
+void Core::Report(Message message)
+{
+    messages.push_back(message);
+    if (options.onMessage)
+        options.onMessage(message);
+}
+
+std::optional<std::wstring> Core::Variable(std::wstring_view name, bool local) const
+{
+    if (const std::wstring* value = local ? localTexts.Find(name) : nullptr)
+        return *value;
+    if (const std::wstring* value = globalTexts.Find(name))
+        return *value;
+    return std::nullopt;
+}
+
+std::wstring Core::Substitute(std::wstring_view text, bool local) const
+{
+    return SubstituteText(text, [&](std::wstring_view name) { return Variable(name, local); });
+}
+
+const std::wstring* Core::FindString(std::wstring_view id) const
+{
+    const Product& of = *product->product;
+    for (WORD number : {language, of.languages.front()}) {
+        const auto table = of.strings.find(number);
+        if (table == of.strings.end())
+            continue;
+        const auto found = table->second.find(Upper(id));
+        if (found != table->second.end())
+            return &found->second;
+    }
+    return nullptr;
+}
+
+std::wstring Core::DisplayText(std::wstring_view text) const
+{
+    return SubstituteText(text, [&](std::wstring_view name) -> std::optional<std::wstring> {
+        if (auto value = Variable(name, true))
+            return value;
+        const std::wstring* string = FindString(name);
+        return string ? std::optional(*string) : std::nullopt;
+    });
+}
+
+void Core::Advance(const Progress& position)
+{
+    if (options.onProgress && !options.onProgress(position))
+        cancelled = true;
+    if (cancelled)
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_CANCELLED), position.file, L"the transfer was cancelled");
+}
+
+} // namespace vh::engine

@@ -1,0 +1,68 @@
+// What all objects of one engine share.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <optional>
+
+#include "data_set.h"
+#include "engine.h"
+#include "install_log.h"
+#include "text_table.h"
+
+namespace vh::engine {
+
+// Where install logs go when the host names no folder.
+std::wstring DefaultDataDir();
+
+class Core : public std::enable_shared_from_this<Core> {
+public:
+    explicit Core(Options given);
+    ~Core();
+    Core(const Core&) = delete;
+    Core& operator=(const Core&) = delete;
+
+    void Report(Message message);
+    void Note(std::wstring file, std::wstring reason)
+    {
+        Report({Severity::note, std::move(file), std::move(reason), S_OK});
+    }
+
+    // Variables of the local store win over global ones.
+    std::wstring Substitute(std::wstring_view text, bool local = true) const;
+    // The string of the run's language, or of the default language.
+    const std::wstring* FindString(std::wstring_view id) const;
+    // Text for people: variables and string ids in patterns.
+    std::wstring DisplayText(std::wstring_view text) const;
+    // Calls the progress callback; throws when it, or somebody else, wants to stop.
+    void Advance(const Progress& position);
+
+    Options options;
+    Recorder calls;
+    std::atomic<long> live{0};
+    std::vector<Message> messages;
+    bool cancelled = false;
+
+    std::shared_ptr<DataSet> product;
+    WORD language = 0;
+    TextTable localTexts;
+    TextTable globalTexts;
+    std::unique_ptr<InstallLog> log;
+    std::wstring supportDir;
+    std::wstring contextGuid;
+    bool registryTexts = true;
+    long registryOptions = 0;
+    Progress progress;
+    std::wstring progressTitle;
+    com_ptr<IUnknown> progressBar;
+    std::vector<std::array<std::wstring, 3>> rebootTexts;
+    // What the last failing engine call had to say.
+    Message lastError;
+    long nextCookie = 1;
+
+private:
+    std::optional<std::wstring> Variable(std::wstring_view name, bool local) const;
+    void SetVariables();
+};
+
+} // namespace vh::engine

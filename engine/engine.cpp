@@ -1,0 +1,180 @@
+#include "engine.h"
+
+#include <algorithm>
+
+#include "core.h"
+#include "host.h"
+#include "removal.h"
+#include "services.h"
+#include "small_services.h"
+
+namespace vh::engine {
+
+namespace {
+
+// Undoes a run that never came to its end.
+void Recover(Core& core)
+{
+    const long run = core.log->UnfinishedRun();
+    if (!run)
+        return;
+    const auto results =
+        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.run == run; });
+    LogRecord end;
+    end.kind = LogKind::commit;
+    end.run = run;
+    core.log->Append(std::move(end));
+    core.Report({Severity::warning, core.log->File(),
+                 L"an unfinished installation was undone (" + Number(static_cast<int64_t>(results.size())) + L" steps)",
+                 S_OK});
+}
+
+// Selection and state as the last run left them.
+void TakeOver(Core& core)
+{
+    const LogRecord* selection = core.log->Newest(LogKind::features, {});
+    if (!core.log->AnythingStands() || !selection)
+        return;
+    core.product->maintenance = true;
+    std::set<std::wstring> selected;
+    for (const std::wstring& path : selection->list)
+        selected.insert(Upper(path));
+    for (const auto& child : core.product->product->data.children)
+        if (!child->pseudo)
+            ForEachItem(*child,
+                        [&](Item& item) { item.selected = item.installed = selected.contains(Upper(item.Path())); });
+}
+
+void RemoveBackups(const InstallLog& log, long run)
+{
+    for (const LogRecord& record : log.Records())
+        if (record.run == run && record.kind == LogKind::file && !record.backup.empty() && !log.Undone(record))
+            RemoveFile(record.backup);
+}
+
+} // namespace
+
+std::unique_ptr<Engine> Engine::Open(Options options)
+{
+    auto core = std::make_shared<Core>(std::move(options));
+    Recover(*core);
+    TakeOver(*core);
+    return std::unique_ptr<Engine>(new Engine(std::move(core)));
+}
+
+Engine::Engine(std::shared_ptr<Core> core) : m_core(std::move(core)) {}
+
+Engine::~Engine()
+{
+    try {
+        Rollback();
+    } catch (const engine_error& error) {
+        m_core->Report(error.message());
+    }
+    m_core->progressBar.reset();
+    m_core->log->Close();
+}
+
+com_ptr<ISetupHost> Engine::Host() const
+{
+    com_ptr<ISetupHost> host;
+    host.attach(make_object<HostObject>(m_core).detach());
+    return host;
+}
+
+com_ptr<IServiceProvider> Engine::Services() const
+{
+    com_ptr<IServiceProvider> services;
+    services.attach(make_object<ServicesObject>(m_core).detach());
+    return services;
+}
+
+com_ptr<ISetupPropertyBag> Engine::NewPropertyBag() const
+{
+    com_ptr<ISetupPropertyBag> bag;
+    bag.attach(make_object<PropertyBag>(m_core).detach());
+    return bag;
+}
+
+Recorder& Engine::Calls() const { return m_core->calls; }
+long Engine::LiveObjects() const { return m_core->live; }
+const std::vector<Message>& Engine::Messages() const { return m_core->messages; }
+void Engine::Cancel() { m_core->cancelled = true; }
+
+void Engine::Commit()
+{
+    InstallLog& log = *m_core->log;
+    const long run = log.CurrentRun();
+    if (!run)
+        return;
+    LogRecord selection;
+    selection.kind = LogKind::features;
+    for (const auto& child : m_core->product->product->data.children)
+        if (!child->pseudo)
+            ForEachItem(*child, [&](const Item& item) {
+                if (item.selected)
+                    selection.list.push_back(item.Path());
+            });
+    log.Append(std::move(selection));
+    LogRecord end;
+    end.kind = LogKind::commit;
+    log.Append(std::move(end));
+    RemoveBackups(log, run);
+    if (!log.AnythingStands() && !log.Newest(LogKind::texts, {}))
+        log.Delete();
+}
+
+std::vector<Removal> Engine::Rollback()
+{
+    InstallLog& log = *m_core->log;
+    const long run = log.CurrentRun();
+    if (!run)
+        return {};
+    auto results = UndoRecords(log, Undo::rollback, [&](const LogRecord& record) { return record.run == run; });
+    LogRecord end;
+    end.kind = LogKind::commit;
+    log.Append(std::move(end));
+    if (!log.AnythingStands())
+        log.Delete();
+    return results;
+}
+
+std::wstring Engine::ProductName() const { return m_core->product->product->name; }
+std::wstring Engine::ProductVersion() const { return m_core->product->product->version; }
+std::wstring Engine::ScriptFile() const
+{
+    return JoinPath(m_core->options.setupFolder, m_core->product->product->script);
+}
+
+std::wstring Engine::TargetDir() const
+{
+    const std::wstring* target = m_core->globalTexts.Find(L"TARGETDIR");
+    return target ? m_core->Substitute(*target) : std::wstring();
+}
+
+std::wstring Engine::LogFile() const { return m_core->log->File(); }
+bool Engine::Maintenance() const { return m_core->product->maintenance; }
+
+std::vector<InstalledFile> Engine::Installed() const
+{
+    std::vector<InstalledFile> files;
+    for (const LogRecord* record : m_core->log->Standing(LogKind::file))
+        files.push_back({record->what, record->source, record->feature});
+    return files;
+}
+
+std::vector<std::wstring> Engine::LogLines() const
+{
+    std::vector<std::wstring> lines;
+    for (const LogRecord& record : m_core->log->Records())
+        lines.push_back(InstallLog::Line(record));
+    return lines;
+}
+
+std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir)
+{
+    const auto product = ReadProduct(JoinPath(FullPath(setupFolder), L"product.json"));
+    return JoinPath(JoinPath(dataDir.empty() ? DefaultDataDir() : dataDir, product->installGuid), L"install.log");
+}
+
+} // namespace vh::engine

@@ -1,0 +1,138 @@
+// The embedded setup engine as a host or a test sees it: open a setup folder, hand its two interfaces to
+// __CreateObjectContext, run the script, then commit or roll back.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "../Src/inc/engine.h"
+#include "../scriptdata/variant.h"
+#include "messages.h"
+#include "recorder.h"
+
+namespace vh::engine {
+
+// How far a transfer has come. `file` is the target file in hand.
+struct Progress {
+    uint64_t done = 0;
+    uint64_t total = 0;
+    int percent = 0;
+    std::wstring file;
+};
+
+struct Options {
+    // Holds product.json, the payload and the script.
+    std::wstring setupFolder;
+    // Value of the variable TARGETDIR; empty takes the product file's target.
+    std::wstring targetDir;
+    // Holds one folder per install guid with the install log; empty takes "VHSetup" below the user's local
+    // application data.
+    std::wstring dataDir;
+    // Language identifier; 0 takes the product file's default. One that the product lacks falls back to it too.
+    int language = 0;
+    bool silent = false;
+    // The text of fact 12.
+    std::wstring commandLine;
+    // Set in the global text store after the product file's own variables.
+    std::vector<std::pair<std::wstring, std::wstring>> variables;
+    // Facts that win over what the engine works out, by number.
+    std::map<long, variant> facts;
+    // Main window handed out by ISetupUser; may be null.
+    HWND window = nullptr;
+    // Called during a transfer, on the script's thread; false cancels.
+    std::function<bool(const Progress&)> onProgress;
+    // Hears each message as it comes; Engine::Messages keeps them as well.
+    std::function<void(const Message&)> onMessage;
+};
+
+// One file that the product has put on this machine.
+struct InstalledFile {
+    std::wstring target;
+    std::wstring source;
+    std::wstring feature;
+};
+
+enum class RemovalOutcome {
+    removed,
+    restored,       // what stood there before the installation is back
+    absent,         // was gone already
+    kept_changed,   // the user changed it since
+    kept_not_empty, // a folder with other files in it
+    kept_permanent, // marked as not to be removed
+    failed,
+};
+
+struct Removal {
+    RemovalOutcome outcome;
+    // "file", "folder", "key", "value", "shell".
+    std::wstring kind;
+    // The path, or root\key[\value].
+    std::wstring what;
+    // Reason of a failure; empty otherwise.
+    std::wstring reason;
+};
+
+class Core;
+
+class Engine {
+public:
+    // Reads and checks the product file and the payload, undoes a run that was killed half way, and opens the
+    // install log. Throws engine_error, which names file and reason.
+    static std::unique_ptr<Engine> Open(Options options);
+    // Ends the run: neither committed nor rolled back, it is rolled back.
+    ~Engine();
+
+    // New references; a context keeps its own.
+    com_ptr<ISetupHost> Host() const;
+    com_ptr<IServiceProvider> Services() const;
+    // A new, empty bag; it may be marshalled to another thread.
+    com_ptr<ISetupPropertyBag> NewPropertyBag() const;
+
+    // Calls so far, and calls to fail.
+    Recorder& Calls() const;
+    // Engine objects that somebody still holds.
+    long LiveObjects() const;
+
+    // Everything reported so far, oldest first.
+    const std::vector<Message>& Messages() const;
+    // Stops the transfer that runs, or the next one.
+    void Cancel();
+
+    // Keeps what this run did and drops the backups of replaced files. A run that did nothing leaves no log.
+    void Commit();
+    // Undoes what this run did, newest first.
+    std::vector<Removal> Rollback();
+
+    std::wstring ProductName() const;
+    std::wstring ProductVersion() const;
+    // Full path of the script that the product file names.
+    std::wstring ScriptFile() const;
+    std::wstring TargetDir() const;
+    std::wstring LogFile() const;
+    // True when the product is installed already.
+    bool Maintenance() const;
+    // Files on the machine by the log, in the order of their installation.
+    std::vector<InstalledFile> Installed() const;
+    // The log's records as readable lines, oldest first.
+    std::vector<std::wstring> LogLines() const;
+
+private:
+    explicit Engine(std::shared_ptr<Core> core);
+
+    std::shared_ptr<Core> m_core;
+};
+
+// Where the install log of a setup folder lies. Throws engine_error for a broken product file.
+std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir = {});
+
+// Undoes all that an install log lists, newest first, and removes the log when nothing is left to do. Each
+// removal is noted in the log at once, so a killed removal goes on where it stopped. Throws engine_error when
+// the log is missing or damaged. `onRemoval` hears each result as it comes and may be empty.
+std::vector<Removal> Uninstall(const std::wstring& logFile, const std::function<void(const Removal&)>& onRemoval = {});
+
+} // namespace vh::engine

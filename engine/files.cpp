@@ -1,0 +1,149 @@
+#include "files.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace vh::engine {
+
+namespace {
+
+constexpr std::size_t plain_path_limit = 240;
+
+uint64_t Whole(DWORD high, DWORD low) { return static_cast<uint64_t>(high) << 32 | low; }
+
+FileFacts FactsFrom(DWORD attributes, DWORD sizeHigh, DWORD sizeLow, const FILETIME& written)
+{
+    return {attributes, Whole(sizeHigh, sizeLow), Whole(written.dwHighDateTime, written.dwLowDateTime)};
+}
+
+} // namespace
+
+std::wstring LongPath(const std::wstring& path)
+{
+    if (path.size() < plain_path_limit || path.starts_with(L"\\\\?\\"))
+        return path;
+    if (path.starts_with(L"\\\\"))
+        return L"\\\\?\\UNC" + path.substr(1);
+    return L"\\\\?\\" + path;
+}
+
+FileFacts FactsOf(const std::wstring& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(LongPath(path).c_str(), GetFileExInfoStandard, &data))
+        return {};
+    return FactsFrom(data.dwFileAttributes, data.nFileSizeHigh, data.nFileSizeLow, data.ftLastWriteTime);
+}
+
+std::wstring FileVersion(const std::wstring& path)
+{
+    DWORD unused = 0;
+    const DWORD size = GetFileVersionInfoSizeW(LongPath(path).c_str(), &unused);
+    if (!size)
+        return {};
+    const auto block = std::make_unique<std::byte[]>(size);
+    VS_FIXEDFILEINFO* info = nullptr;
+    UINT length = 0;
+    if (!GetFileVersionInfoW(LongPath(path).c_str(), 0, size, block.get()) ||
+        !VerQueryValueW(block.get(), L"\\", reinterpret_cast<void**>(&info), &length) || length < sizeof *info)
+        return {};
+    return Number(HIWORD(info->dwFileVersionMS)) + L'.' + Number(LOWORD(info->dwFileVersionMS)) + L'.' +
+           Number(HIWORD(info->dwFileVersionLS)) + L'.' + Number(LOWORD(info->dwFileVersionLS));
+}
+
+std::string ReadWhole(const std::wstring& path, uint64_t limit)
+{
+    const unique_file file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, 0, nullptr));
+    if (!file)
+        ThrowFileError(path, GetLastError());
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(file.get(), &size))
+        ThrowFileError(path, GetLastError());
+    if (static_cast<uint64_t>(size.QuadPart) > limit)
+        throw engine_error(FromWin32(ERROR_FILE_TOO_LARGE), path,
+                           L"is larger than " + Number(static_cast<int64_t>(limit)) + L" bytes");
+    std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
+    DWORD got = 0;
+    if (!ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &got, nullptr))
+        ThrowFileError(path, GetLastError());
+    content.resize(got);
+    return content;
+}
+
+void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making)
+{
+    const FileFacts facts = FactsOf(path);
+    if (facts.folder())
+        return;
+    if (facts.exists())
+        ThrowFileError(path, L"can't make the folder", ERROR_ALREADY_EXISTS);
+    const std::wstring above = FolderOf(path);
+    if (!above.empty() && above != DriveOf(path))
+        MakeFolders(above, making);
+    if (making)
+        making(path);
+    if (CreateDirectoryW(LongPath(path).c_str(), nullptr))
+        return;
+    if (const DWORD code = GetLastError(); code != ERROR_ALREADY_EXISTS)
+        ThrowFileError(path, L"can't make the folder", code);
+}
+
+bool RemoveFile(const std::wstring& path)
+{
+    const std::wstring name = LongPath(path);
+    if (DeleteFileW(name.c_str()))
+        return true;
+    if (GetLastError() != ERROR_ACCESS_DENIED)
+        return false;
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_READONLY)) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return false;
+    }
+    SetFileAttributesW(name.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+    return DeleteFileW(name.c_str()) != 0;
+}
+
+void RemoveTree(const std::wstring& path)
+{
+    for (const Entry& entry : ListFolder(path)) {
+        const std::wstring full = JoinPath(path, entry.name);
+        if (!entry.facts.folder())
+            RemoveFile(full);
+        else if (entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT)
+            RemoveDirectoryW(LongPath(full).c_str());
+        else
+            RemoveTree(full);
+    }
+    RemoveDirectoryW(LongPath(path).c_str());
+}
+
+std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view pattern)
+{
+    std::vector<Entry> entries;
+    WIN32_FIND_DATAW found{};
+    const unique_find search(FindFirstFileW(LongPath(JoinPath(folder, L"*")).c_str(), &found));
+    if (!search)
+        return entries;
+    do {
+        const std::wstring name = found.cFileName;
+        if (name != L"." && name != L".." && MatchesPattern(name, pattern))
+            entries.push_back({name, FactsFrom(found.dwFileAttributes, found.nFileSizeHigh, found.nFileSizeLow,
+                                               found.ftLastWriteTime)});
+    } while (FindNextFileW(search.get(), &found));
+    std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return entries;
+}
+
+void ThrowFileError(const std::wstring& file, DWORD code)
+{
+    throw engine_error(FromWin32(code), file, SystemText(code));
+}
+
+void ThrowFileError(const std::wstring& file, const std::wstring& doing, DWORD code)
+{
+    throw engine_error(FromWin32(code), file, doing + L": " + SystemText(code));
+}
+
+} // namespace vh::engine

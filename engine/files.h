@@ -1,0 +1,53 @@
+// The engine's dealings with the file system: wide paths of any length, reasons for every failure.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "../scriptdata/unique.h"
+#include "messages.h"
+#include "text.h"
+
+namespace vh::engine {
+
+// What a directory entry says about a file.
+struct FileFacts {
+    DWORD attributes = INVALID_FILE_ATTRIBUTES;
+    uint64_t size = 0;
+    uint64_t time = 0; // last write, as in a FILETIME
+
+    bool exists() const { return attributes != INVALID_FILE_ATTRIBUTES; }
+    bool folder() const { return exists() && (attributes & FILE_ATTRIBUTE_DIRECTORY); }
+    bool file() const { return exists() && !folder(); }
+};
+
+// The form that lifts the length limit of 260 characters; short paths stay as they are.
+std::wstring LongPath(const std::wstring& path);
+
+FileFacts FactsOf(const std::wstring& path);
+std::wstring FileVersion(const std::wstring& path);
+// At most `limit` bytes; more are an error.
+std::string ReadWhole(const std::wstring& path, uint64_t limit);
+
+// Makes the folder and those above it; each one goes to `making` before it is made, the outermost first.
+void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making);
+bool RemoveFile(const std::wstring& path);
+// Makes the files and folders that the copies and backups of a run leave behind go away; junctions are not followed.
+void RemoveTree(const std::wstring& path);
+
+struct Entry {
+    std::wstring name;
+    FileFacts facts;
+};
+// Entries of a folder that match a pattern, in order of their names; "." and ".." are left out. Empty when
+// there is no such folder.
+std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view pattern = L"*");
+
+// A value of GetLastError as an exception that names the file.
+[[noreturn]] void ThrowFileError(const std::wstring& file, DWORD code);
+// The same with the words of what was being done in front.
+[[noreturn]] void ThrowFileError(const std::wstring& file, const std::wstring& doing, DWORD code);
+
+} // namespace vh::engine

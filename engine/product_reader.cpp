@@ -1,0 +1,441 @@
+// From the JSON of a product file to a Product.
+#include <algorithm>
+#include <set>
+
+#include "json_reader.h"
+#include "payload.h"
+#include "product.h"
+
+namespace vh::engine {
+
+namespace {
+
+constexpr std::size_t most_features = 4096;
+constexpr std::size_t most_entries = 65536;
+constexpr std::size_t most_files = 262144;
+constexpr std::size_t most_of_a_kind = 1024;
+constexpr int most_levels = 16;
+
+class ProductReader {
+public:
+    explicit ProductReader(const std::wstring& file) : m_file(file) {}
+
+    std::unique_ptr<Product> Read();
+
+private:
+    void ReadHead(const JsonPlace& root);
+    void ReadStrings(const JsonPlace& root);
+    void ReadItem(const JsonPlace& at, Item& item, int level);
+    void ReadItems(const JsonPlace& at, Item& parent, int level);
+    FileGroup ReadGroup(const JsonPlace& at);
+    void ReadFile(const JsonPlace& at, FileGroup& group);
+    Audience ReadAudience(const JsonPlace& at);
+    void ReadSetupTypes(const JsonPlace& root);
+    void ReadRegistrySets(const JsonPlace& root);
+    RegistryValue ReadRegistryValue(const JsonPlace& at);
+    void ReadShellObjects(const JsonPlace& root);
+    void ReadMedia(const JsonPlace& root);
+    void ReadSupport(const JsonPlace& root);
+    std::wstring FeaturePath(const JsonPlace& at) const;
+    std::wstring Folder(const JsonPlace& at, const char* key) const;
+
+    const std::wstring& m_file;
+    std::unique_ptr<Product> m_product = std::make_unique<Product>();
+    std::size_t m_features = 0;
+    std::size_t m_entries = 0;
+    std::size_t m_files = 0;
+};
+
+std::wstring Identifier(const JsonPlace& at)
+{
+    const std::wstring text = at.Text(38);
+    GUID id{};
+    if (text.size() != 38 || FAILED(IIDFromString(text.c_str(), &id)))
+        at.Fail(L"must be an identifier in braces");
+    return Upper(text);
+}
+
+std::wstring Version(const JsonPlace& at)
+{
+    const std::wstring text = at.Text(64);
+    if (!IsVersion(text))
+        at.Fail(L"must be a version of up to four numbers with dots");
+    return text;
+}
+
+WORD Language(const JsonPlace& at) { return static_cast<WORD>(at.Number(1, 65535)); }
+
+// A name that stands in item paths and file paths.
+std::wstring PlainName(const JsonPlace& at)
+{
+    std::wstring name = at.Name();
+    if (name.find_first_of(L"\\<") != std::wstring::npos)
+        at.Fail(L"must not hold a backslash or '<'");
+    return name;
+}
+
+std::wstring Pattern(const JsonPlace& at)
+{
+    std::wstring text = at.Name(longest_path);
+    std::wstring slashes = text;
+    std::replace(slashes.begin(), slashes.end(), L'/', L'\\');
+    if ((L"\\" + slashes + L"\\").find(L"\\..\\") != std::wstring::npos)
+        at.Fail(L"must not hold \"..\"");
+    return text;
+}
+
+unsigned Flags(const JsonPlace& at, unsigned start)
+{
+    unsigned flags = start;
+    at.Each("flags", 16, [&](const JsonPlace& flag) {
+        const std::wstring name = flag.Text();
+        const auto* known = std::find_if(std::begin(file_flag_names), std::end(file_flag_names),
+                                         [&](const FileFlagName& entry) { return name == entry.name; });
+        if (known == std::end(file_flag_names))
+            flag.Fail(L"unknown flag \"" + name + L"\"");
+        flags |= known->flag;
+    });
+    return flags;
+}
+
+std::string Bytes(const JsonPlace& at)
+{
+    const std::wstring digits = at.Text();
+    std::string bytes;
+    for (std::size_t i = 0; i < digits.size(); i += 2) {
+        const std::wstring pair = digits.substr(i, 2);
+        if (pair.size() != 2 || pair.find_first_not_of(L"0123456789abcdefABCDEF") != std::wstring::npos)
+            at.Fail(L"must be pairs of hexadecimal digits");
+        bytes += static_cast<char>(wcstoul(pair.c_str(), nullptr, 16));
+    }
+    return bytes;
+}
+
+std::unique_ptr<Product> ProductReader::Read()
+{
+    const nlohmann::json document = ParseJson(m_file);
+    const JsonPlace root(document, m_file);
+    root.Keys({"format",  "name",      "version",  "company",    "guid",    "installGuid",       "languages",
+               "strings", "target",    "payload",  "script",     "skin",    "maintenanceOption", "enabledServices",
+               "key",     "variables", "features", "setupTypes", "support", "registrySets",      "shellObjects",
+               "media"});
+    ReadHead(root);
+    ReadStrings(root);
+    root.At("features");
+    ReadItems(root, m_product->data, 1);
+    ReadSupport(root);
+    ReadSetupTypes(root);
+    ReadRegistrySets(root);
+    ReadShellObjects(root);
+    ReadMedia(root);
+    return std::move(m_product);
+}
+
+void ProductReader::ReadHead(const JsonPlace& root)
+{
+    Product& product = *m_product;
+    root.At("format").Number(1, 1);
+    product.file = m_file;
+    product.name = PlainName(root.At("name"));
+    product.version = Version(root.At("version"));
+    product.company = root.Text("company");
+    product.guid = Identifier(root.At("guid"));
+    product.installGuid = root.Has("installGuid") ? Identifier(root.At("installGuid")) : product.guid;
+    product.payloadFolder = JoinPath(FolderOf(m_file), Folder(root, "payload"));
+    if (root.Has("target"))
+        product.target = Pattern(root.At("target"));
+    if (root.Has("script"))
+        product.script = Folder(root, "script");
+    product.skin = Folder(root, "skin");
+    product.maintenanceOption = static_cast<long>(root.Number("maintenanceOption", 1, 1, 8));
+    if (product.maintenanceOption != 1 && product.maintenanceOption != 4 && product.maintenanceOption != 8)
+        root.At("maintenanceOption").Fail(L"must be 1, 4 or 8");
+    product.enabledServices = static_cast<long>(root.Number("enabledServices", 0, INT32_MIN, INT32_MAX));
+    product.key = root.Text("key");
+    root.Members("variables", most_of_a_kind, [&](const std::string& name, const JsonPlace& value) {
+        if (name.empty() || name.find_first_of("<>") != std::string::npos)
+            value.Fail(L"a variable's name must not be empty or hold '<' or '>'");
+        product.variables.emplace_back(ToWide(name), value.Text());
+    });
+}
+
+void ProductReader::ReadStrings(const JsonPlace& root)
+{
+    std::vector<WORD> languages;
+    root.Each("languages", 256, [&](const JsonPlace& at) { languages.push_back(Language(at)); });
+    if (!languages.empty())
+        m_product->languages = languages;
+    root.Members("strings", 256, [&](const std::string& language, const JsonPlace& table) {
+        const auto number = static_cast<WORD>(atoi(language.c_str()));
+        const auto& known = m_product->languages;
+        if (std::to_string(number) != language || std::find(known.begin(), known.end(), number) == known.end())
+            table.Fail(L"is no language of the product");
+        root.At("strings").Members(language.c_str(), 65536, [&](const std::string& id, const JsonPlace& text) {
+            m_product->strings[number][Upper(ToWide(id))] = text.Text();
+        });
+    });
+}
+
+Audience ProductReader::ReadAudience(const JsonPlace& at)
+{
+    Audience audience;
+    at.Each("languages", 256, [&](const JsonPlace& language) { audience.languages.push_back(Language(language)); });
+    at.Each("systems", 64, [&](const JsonPlace& system) {
+        const std::wstring name = system.Text();
+        const auto* known = std::find_if(std::begin(system_names), std::end(system_names),
+                                         [&](const SystemName& entry) { return name == entry.name; });
+        if (known == std::end(system_names))
+            system.Fail(L"unknown system \"" + name + L"\"");
+        audience.systems |= known->bit;
+    });
+    return audience;
+}
+
+std::wstring ProductReader::Folder(const JsonPlace& at, const char* key) const
+{
+    if (!at.Has(key))
+        return {};
+    std::wstring path = at.At(key).Text(longest_path);
+    if (!path.empty() && !IsSafeRelativePath(path))
+        at.At(key).Fail(L"must be a relative path without \"..\"");
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
+}
+
+void ProductReader::ReadItems(const JsonPlace& at, Item& parent, int level)
+{
+    at.Each("features", most_features, [&](const JsonPlace& feature) {
+        if (level > most_levels)
+            feature.Fail(L"features are nested deeper than " + Number(most_levels) + L" levels");
+        if (++m_features > most_features)
+            feature.Fail(L"there are more than " + Number(most_features) + L" features");
+        auto item = std::make_unique<Item>();
+        item->parent = &parent;
+        item->order = static_cast<short>(std::min<std::size_t>(parent.children.size() + 1, INT16_MAX));
+        ReadItem(feature, *item, level);
+        if (parent.Find(item->name))
+            feature.Fail(L"a feature \"" + item->name + L"\" exists already");
+        parent.children.push_back(std::move(item));
+    });
+}
+
+void ProductReader::ReadItem(const JsonPlace& at, Item& item, int level)
+{
+    at.Keys({"name", "displayName", "description", "longText", "miscText", "texts", "visible", "required", "selected",
+             "target", "order", "flags", "status", "key", "languages", "systems", "files", "features"});
+    item.name = PlainName(at.At("name"));
+    item.displayName = at.Text("displayName");
+    item.description = at.Text("description");
+    item.longText = at.Text("longText");
+    item.miscText = at.Text("miscText");
+    at.Members("texts", item.texts.size(), [&](const std::string& number, const JsonPlace& text) {
+        const int n = atoi(number.c_str());
+        if (n < first_item_text || n > last_item_text)
+            text.Fail(L"only texts 16 to 23 exist");
+        item.texts[static_cast<std::size_t>(n - first_item_text)] = text.Text();
+    });
+    item.visible = at.Truth("visible", true);
+    item.required = at.Truth("required", false);
+    item.selected = at.Truth("selected", true) || item.required;
+    if (at.Has("target"))
+        item.target = Pattern(at.At("target"));
+    item.order = static_cast<short>(at.Number("order", item.order, 0, INT16_MAX));
+    item.flags = static_cast<long>(at.Number("flags", 0, INT32_MIN, INT32_MAX));
+    item.status = static_cast<long>(at.Number("status", 4, INT32_MIN, INT32_MAX));
+    item.key = at.Text("key");
+    item.audience = ReadAudience(at);
+    at.Each("files", most_of_a_kind, [&](const JsonPlace& group) {
+        FileGroup made = ReadGroup(group);
+        if (std::any_of(item.groups.begin(), item.groups.end(),
+                        [&](const FileGroup& other) { return SameText(other.name, made.name); }))
+            group.Fail(L"a file group \"" + made.name + L"\" exists already");
+        item.groups.push_back(std::move(made));
+    });
+    ReadItems(at, item, level + 1);
+}
+
+FileGroup ProductReader::ReadGroup(const JsonPlace& at)
+{
+    at.Keys({"name", "target", "languages", "systems", "flags", "files"});
+    FileGroup group;
+    group.name = PlainName(at.At("name"));
+    group.target = Folder(at, "target");
+    group.audience = ReadAudience(at);
+    group.flags = Flags(at, 0);
+    at.At("files");
+    at.Each("files", most_entries, [&](const JsonPlace& file) { ReadFile(file, group); });
+    return group;
+}
+
+void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
+{
+    if (++m_entries > most_entries)
+        at.Fail(L"there are more than " + Number(most_entries) + L" file entries");
+    FileEntry entry;
+    entry.flags = group.flags;
+    if (at.IsText()) {
+        entry.path = at.Name(longest_path);
+    } else {
+        at.Keys({"path", "recurse", "name", "target", "size", "version", "language", "flags"});
+        entry.path = at.At("path").Name(longest_path);
+        entry.recurse = at.Truth("recurse", false);
+        entry.name = Folder(at, "name");
+        entry.target = Folder(at, "target");
+        if (at.Has("size"))
+            entry.size = static_cast<uint64_t>(at.At("size").Number(0, INT64_MAX));
+        if (at.Has("version"))
+            entry.version = Version(at.At("version"));
+        if (at.Has("language"))
+            entry.language = Language(at.At("language"));
+        entry.flags = Flags(at, group.flags);
+    }
+    if (!IsSafeRelativePath(entry.path, true))
+        at.Fail(L"the path \"" + entry.path + L"\" must be relative, without \"..\"");
+    const bool pattern = entry.path.find_first_of(L"*?") != std::wstring::npos;
+    if (pattern ? !entry.name.empty() || entry.size.has_value() : entry.recurse)
+        at.Fail(pattern ? L"a pattern has no name and no size" : L"only a pattern can be recursive");
+    const std::size_t before = group.files.size();
+    const std::wstring problem =
+        FindPayload(m_product->payloadFolder, entry, before + most_files - m_files, group.files);
+    if (!problem.empty())
+        at.Fail(problem);
+    m_files += group.files.size() - before;
+}
+
+void ProductReader::ReadSupport(const JsonPlace& root)
+{
+    Item& support = m_product->support;
+    root.Each("support", most_of_a_kind, [&](const JsonPlace& at) {
+        auto item = std::make_unique<Item>();
+        item->parent = &support;
+        item->order = static_cast<short>(support.children.size() + 1);
+        item->groups.push_back(ReadGroup(at));
+        item->name = item->groups.front().name;
+        if (support.Find(item->name))
+            at.Fail(L"a support group \"" + item->name + L"\" exists already");
+        support.children.push_back(std::move(item));
+    });
+}
+
+void ProductReader::ReadSetupTypes(const JsonPlace& root)
+{
+    root.Each("setupTypes", most_of_a_kind, [&](const JsonPlace& at) {
+        at.Keys({"name", "displayName", "description", "features"});
+        SetupType type{at.At("name").Name(), at.Text("displayName"), at.Text("description"), {}};
+        if (std::any_of(m_product->setupTypes.begin(), m_product->setupTypes.end(),
+                        [&](const SetupType& other) { return SameText(other.name, type.name); }))
+            at.Fail(L"a setup type \"" + type.name + L"\" exists already");
+        at.At("features");
+        at.Each("features", most_features, [&](const JsonPlace& feature) {
+            type.features.push_back(feature.Text() == L"*" ? L"*" : FeaturePath(feature));
+        });
+        m_product->setupTypes.push_back(std::move(type));
+    });
+}
+
+std::wstring ProductReader::FeaturePath(const JsonPlace& at) const
+{
+    std::wstring path = at.Name(longest_path);
+    if (!m_product->Feature(path))
+        at.Fail(L"there is no feature \"" + path + L"\"");
+    return path;
+}
+
+void ProductReader::ReadRegistrySets(const JsonPlace& root)
+{
+    root.Each("registrySets", most_of_a_kind, [&](const JsonPlace& at) {
+        at.Keys({"name", "feature", "keys"});
+        RegistrySet set{at.At("name").Name(), at.Has("feature") ? FeaturePath(at.At("feature")) : L"", {}};
+        at.Each("keys", most_of_a_kind, [&](const JsonPlace& key) {
+            key.Keys({"root", "key", "values"});
+            RegistryKey made{key.At("root").Text(), key.At("key").Name(longest_path), {}};
+            if (made.root != L"HKCU" && made.root != L"HKLM" && made.root != L"HKCR")
+                key.At("root").Fail(L"must be HKCU, HKLM or HKCR");
+            key.Each("values", most_of_a_kind,
+                     [&](const JsonPlace& value) { made.values.push_back(ReadRegistryValue(value)); });
+            set.keys.push_back(std::move(made));
+        });
+        m_product->registrySets.push_back(std::move(set));
+    });
+}
+
+RegistryValue ProductReader::ReadRegistryValue(const JsonPlace& at)
+{
+    at.Keys({"name", "type", "data"});
+    RegistryValue value;
+    value.name = at.Text("name");
+    const std::wstring type = at.At("type").Text();
+    const JsonPlace data = at.At("data");
+    if (type == L"text" || type == L"expand") {
+        value.type = type == L"text" ? REG_SZ : REG_EXPAND_SZ;
+        value.text = data.Text();
+    } else if (type == L"number") {
+        value.type = REG_DWORD;
+        value.number = static_cast<DWORD>(data.Number(0, UINT32_MAX));
+    } else if (type == L"binary") {
+        value.type = REG_BINARY;
+        value.bytes = Bytes(data);
+    } else if (type == L"texts") {
+        value.type = REG_MULTI_SZ;
+        at.Each("data", most_of_a_kind, [&](const JsonPlace& line) { value.text += line.Name(longest_text) + L'\n'; });
+    } else {
+        at.At("type").Fail(L"must be text, expand, number, binary or texts");
+    }
+    return value;
+}
+
+void ProductReader::ReadShellObjects(const JsonPlace& root)
+{
+    root.Each("shellObjects", most_of_a_kind, [&](const JsonPlace& at) {
+        at.Keys({"name", "folder", "target", "arguments", "workingDir", "icon", "iconIndex", "feature"});
+        ShellObject object;
+        object.name = PlainName(at.At("name"));
+        object.folder = Folder(at, "folder");
+        object.target = Pattern(at.At("target"));
+        object.arguments = at.Text("arguments");
+        object.workingDir = at.Text("workingDir");
+        object.icon = at.Text("icon");
+        object.iconIndex = static_cast<long>(at.Number("iconIndex", 0, INT16_MIN, INT16_MAX));
+        object.feature = at.Has("feature") ? FeaturePath(at.At("feature")) : L"";
+        m_product->shellObjects.push_back(std::move(object));
+    });
+}
+
+void ProductReader::ReadMedia(const JsonPlace& root)
+{
+    if (!root.Has("media"))
+        return;
+    const JsonPlace media = root.At("media");
+    media.Keys({"texts", "number", "truths"});
+    MediaInfo& info = m_product->media;
+    info.number = static_cast<long>(media.Number("number", 0, INT32_MIN, INT32_MAX));
+    std::size_t i = 0;
+    // 255 characters fit the smallest field that texts are handed on in.
+    media.Each("texts", info.texts.size(), [&](const JsonPlace& text) { info.texts[i++] = text.Text(255); });
+    i = 0;
+    media.Each("truths", info.truths.size(), [&](const JsonPlace& truth) { info.truths[i++] = truth.Truth(); });
+}
+
+std::unique_ptr<Item> FirstDisk(Item& parent)
+{
+    auto disk = std::make_unique<Item>();
+    disk->name = L"Disk<1>";
+    disk->pseudo = true;
+    disk->visible = false;
+    disk->parent = &parent;
+    return disk;
+}
+
+} // namespace
+
+std::unique_ptr<Product> ReadProduct(const std::wstring& file)
+{
+    auto product = ProductReader(file).Read();
+    product->data.name = L"<Data>";
+    product->support.name = L"<Support>";
+    for (Item* root : {&product->data, &product->support})
+        root->children.insert(root->children.begin(), FirstDisk(*root));
+    return product;
+}
+
+} // namespace vh::engine

@@ -1,0 +1,174 @@
+#include "registry_access.h"
+
+#include <algorithm>
+
+namespace vh::engine {
+
+namespace {
+
+struct RootName {
+    const wchar_t* name;
+    HKEY root;
+};
+const RootName root_names[] = {
+    {L"HKCR", HKEY_CLASSES_ROOT}, {L"HKCU", HKEY_CURRENT_USER},   {L"HKLM", HKEY_LOCAL_MACHINE},
+    {L"HKU", HKEY_USERS},         {L"HKCC", HKEY_CURRENT_CONFIG},
+};
+constexpr std::wstring_view view32_mark = L"/32";
+
+[[noreturn]] void ThrowKeyError(const RegistryPlace& place, LSTATUS code)
+{
+    throw engine_error(FromWin32(static_cast<DWORD>(code)), place.Name(), SystemText(static_cast<DWORD>(code)));
+}
+
+bool KeyThere(const RegistryPlace& place) { return static_cast<bool>(OpenKey(place, KEY_QUERY_VALUE)); }
+
+} // namespace
+
+RegistryPlace PlaceOf(std::wstring_view name)
+{
+    const std::size_t slash = name.find(L'\\');
+    RegistryPlace place;
+    place.rootName = name.substr(0, slash);
+    place.key = slash == std::wstring_view::npos ? L"" : name.substr(slash + 1);
+    std::wstring_view root = place.rootName;
+    if (root.ends_with(view32_mark)) {
+        place.view = KEY_WOW64_32KEY;
+        root.remove_suffix(view32_mark.size());
+    }
+    const auto* known = std::find_if(std::begin(root_names), std::end(root_names),
+                                     [&](const RootName& entry) { return root == entry.name; });
+    if (known == std::end(root_names))
+        throw engine_error(E_INVALIDARG, std::wstring(name), L"there is no such registry root");
+    place.root = known->root;
+    return place;
+}
+
+RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32)
+{
+    RegistryPlace place;
+    // Predefined roots may arrive without their sign.
+    const LONG64 widened =
+        (root & ~0xFFFFFFFFLL) == 0 && (root & 0x80000000) ? static_cast<LONG64>(static_cast<int32_t>(root)) : root;
+    place.root = reinterpret_cast<HKEY>(widened);
+    place.key = key;
+    place.view = view32 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    for (const RootName& entry : root_names)
+        if (entry.root == place.root)
+            place.rootName = entry.name + std::wstring(view32 ? view32_mark : L"");
+    return place;
+}
+
+unique_key OpenKey(const RegistryPlace& place, REGSAM access)
+{
+    unique_key key;
+    RegOpenKeyExW(place.root, place.key.c_str(), 0, access | place.view, key.put());
+    return key;
+}
+
+std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name)
+{
+    const unique_key key = OpenKey(place, KEY_QUERY_VALUE);
+    if (!key)
+        return std::nullopt;
+    RawValue value;
+    DWORD size = 0;
+    LSTATUS code = RegQueryValueExW(key.get(), name.c_str(), nullptr, &value.type, nullptr, &size);
+    while (code == ERROR_SUCCESS || code == ERROR_MORE_DATA) {
+        value.bytes.resize(size);
+        code = RegQueryValueExW(key.get(), name.c_str(), nullptr, &value.type,
+                                reinterpret_cast<BYTE*>(value.bytes.data()), &size);
+        if (code == ERROR_SUCCESS) {
+            value.bytes.resize(size);
+            return value;
+        }
+    }
+    return std::nullopt;
+}
+
+void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+{
+    for (std::size_t end = 0; end != std::wstring::npos;) {
+        end = place.key.find(L'\\', end ? end + 1 : 0);
+        RegistryPlace part = place;
+        part.key = place.key.substr(0, end);
+        if (part.key.empty() || KeyThere(part))
+            continue;
+        if (log && !part.rootName.empty()) {
+            LogRecord record;
+            record.kind = LogKind::key;
+            record.what = part.Name();
+            record.feature = feature;
+            log->Append(std::move(record));
+        }
+        unique_key made;
+        std::wstring ownClass = keyClass;
+        const LSTATUS code =
+            RegCreateKeyExW(part.root, part.key.c_str(), 0, ownClass.empty() ? nullptr : ownClass.data(),
+                            REG_OPTION_NON_VOLATILE, KEY_WRITE | part.view, nullptr, made.put(), nullptr);
+        if (code != ERROR_SUCCESS)
+            ThrowKeyError(part, code);
+    }
+}
+
+void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+                const std::wstring& feature)
+{
+    MakeKey(log, place, {}, feature);
+    if (log && !place.rootName.empty()) {
+        LogRecord record;
+        record.kind = LogKind::value;
+        record.what = place.Name();
+        record.name = name;
+        record.feature = feature;
+        record.type = static_cast<long>(value.type);
+        record.data = ToHex(value.bytes);
+        if (const auto old = ReadValue(place, name)) {
+            record.oldType = static_cast<long>(old->type);
+            record.oldData = ToHex(old->bytes);
+        }
+        log->Append(std::move(record));
+    }
+    const unique_key key = OpenKey(place, KEY_SET_VALUE);
+    const LSTATUS code =
+        key ? RegSetValueExW(key.get(), name.c_str(), 0, value.type, reinterpret_cast<const BYTE*>(value.bytes.data()),
+                             static_cast<DWORD>(value.bytes.size()))
+            : static_cast<LSTATUS>(ERROR_ACCESS_DENIED);
+    if (code != ERROR_SUCCESS)
+        ThrowKeyError(place, code);
+}
+
+RawValue TextValue(DWORD type, std::wstring_view text)
+{
+    RawValue value{type, std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t))};
+    value.bytes.append(sizeof(wchar_t), '\0');
+    return value;
+}
+
+RawValue NumberValue(DWORD number)
+{
+    return {REG_DWORD, std::string(reinterpret_cast<const char*>(&number), sizeof number)};
+}
+
+std::wstring ToHex(std::string_view bytes)
+{
+    constexpr wchar_t digits[] = L"0123456789ABCDEF";
+    std::wstring text;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+std::string FromHex(std::wstring_view digits)
+{
+    const auto digit = [](wchar_t c) { return c <= L'9' ? c - L'0' : (c | 32) - L'a' + 10; };
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes += static_cast<char>(digit(digits[i]) << 4 | digit(digits[i + 1]));
+    return bytes;
+}
+
+} // namespace vh::engine

@@ -1,0 +1,44 @@
+// The registry under the names that the install log uses, "HKCU\Software\...", with and without a record.
+#pragma once
+
+#include <optional>
+
+#include "core.h"
+
+namespace vh::engine {
+
+struct RawValue {
+    DWORD type = REG_NONE;
+    std::string bytes;
+    bool operator==(const RawValue&) const = default;
+};
+
+// A root and a key below it. The 32-bit view of a root is named "HKLM/32" and so on.
+struct RegistryPlace {
+    HKEY root = nullptr;
+    REGSAM view = KEY_WOW64_64KEY;
+    std::wstring key;
+    std::wstring rootName; // empty for a remote root: that one is not logged
+
+    std::wstring Name() const { return rootName + L'\\' + key; }
+};
+
+// Throws for a root that does not exist.
+RegistryPlace PlaceOf(std::wstring_view name);
+RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32);
+
+unique_key OpenKey(const RegistryPlace& place, REGSAM access);
+std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name);
+// Makes keys that are missing. Each new key and the value are logged before they are made, unless `log` is null.
+void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature);
+void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+                const std::wstring& feature);
+
+// Text as the registry holds it, with its terminator.
+RawValue TextValue(DWORD type, std::wstring_view text);
+RawValue NumberValue(DWORD number);
+
+std::wstring ToHex(std::string_view bytes);
+std::string FromHex(std::wstring_view digits);
+
+} // namespace vh::engine

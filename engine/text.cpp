@@ -1,0 +1,198 @@
+#include "text.h"
+
+#include <array>
+
+namespace vh::engine {
+
+std::wstring ToWide(std::string_view utf8)
+{
+    const int size = static_cast<int>(utf8.size());
+    const int length = size ? MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0) : 0;
+    std::wstring wide(static_cast<std::size_t>(length), L'\0');
+    if (length)
+        MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), length);
+    return wide;
+}
+
+std::string ToUtf8(std::wstring_view text)
+{
+    const int size = static_cast<int>(text.size());
+    const int length = size ? WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr) : 0;
+    std::string utf8(static_cast<std::size_t>(length), '\0');
+    if (length)
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), length, nullptr, nullptr);
+    return utf8;
+}
+
+std::wstring Upper(std::wstring_view text)
+{
+    std::wstring upper(text);
+    if (!upper.empty())
+        CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
+    return upper;
+}
+
+bool SameText(std::wstring_view a, std::wstring_view b)
+{
+    if (a.size() != b.size() || a.empty())
+        return a.size() == b.size();
+    const int size = static_cast<int>(a.size());
+    return CompareStringOrdinal(a.data(), size, b.data(), size, TRUE) == CSTR_EQUAL;
+}
+
+bool MatchesPattern(std::wstring_view text, std::wstring_view pattern)
+{
+    if (pattern == L"*.*")
+        return true;
+    const std::wstring have = Upper(text);
+    const std::wstring want = Upper(pattern);
+    std::size_t i = 0, j = 0, star = std::wstring::npos, resume = 0;
+    while (i < have.size()) {
+        if (j < want.size() && want[j] == L'*') {
+            star = j++;
+            resume = i;
+        } else if (j < want.size() && (want[j] == L'?' || want[j] == have[i])) {
+            ++i;
+            ++j;
+        } else if (star != std::wstring::npos) {
+            j = star + 1;
+            i = ++resume;
+        } else {
+            return false;
+        }
+    }
+    return want.find_first_not_of(L'*', j) == std::wstring::npos;
+}
+
+std::wstring SystemText(DWORD code)
+{
+    std::array<wchar_t, 512> buffer{};
+    const DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS | FORMAT_MESSAGE_MAX_WIDTH_MASK;
+    const DWORD length =
+        FormatMessageW(flags, nullptr, code, 0, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr);
+    std::wstring text(buffer.data(), length);
+    while (!text.empty() && text.back() <= L' ')
+        text.pop_back();
+    return text.empty() ? L"error " + std::to_wstring(code) : text;
+}
+
+std::wstring JoinPath(std::wstring_view folder, std::wstring_view name)
+{
+    std::wstring path(folder);
+    if (name.empty())
+        return path;
+    if (!path.empty() && path.back() != L'\\' && path.back() != L'/')
+        path += L'\\';
+    return path.append(name);
+}
+
+std::wstring FolderOf(std::wstring_view path)
+{
+    const std::size_t slash = path.find_last_of(L"\\/");
+    return std::wstring(path.substr(0, slash == std::wstring_view::npos ? 0 : slash));
+}
+
+std::wstring FileNameOf(std::wstring_view path)
+{
+    const std::size_t slash = path.find_last_of(L"\\/");
+    return std::wstring(slash == std::wstring_view::npos ? path : path.substr(slash + 1));
+}
+
+std::wstring DriveOf(std::wstring_view path)
+{
+    if (path.size() >= 2 && path[1] == L':')
+        return Upper(path.substr(0, 2));
+    if (path.substr(0, 2) != L"\\\\")
+        return {};
+    const std::size_t share = path.find(L'\\', 2);
+    if (share == std::wstring_view::npos)
+        return std::wstring(path);
+    return std::wstring(path.substr(0, path.find(L'\\', share + 1)));
+}
+
+std::wstring FullPath(const std::wstring& path)
+{
+    if (path.empty())
+        return {};
+    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    if (!size)
+        return {};
+    std::wstring full(size, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), size, full.data(), nullptr));
+    while (full.size() > 3 && full.back() == L'\\')
+        full.pop_back();
+    return full;
+}
+
+bool LiesIn(std::wstring_view path, std::wstring_view folder)
+{
+    while (!folder.empty() && folder.back() == L'\\')
+        folder.remove_suffix(1);
+    return path.size() >= folder.size() && SameText(path.substr(0, folder.size()), folder) &&
+           (path.size() == folder.size() || path[folder.size()] == L'\\');
+}
+
+bool IsSafeRelativePath(std::wstring_view path, bool wildcardsInLastPart)
+{
+    while (true) {
+        const std::size_t slash = path.find_first_of(L"\\/");
+        const std::wstring_view part = path.substr(0, slash);
+        const bool last = slash == std::wstring_view::npos;
+        if (part.empty() || part.back() == L'.' || part.back() == L' ')
+            return false;
+        for (wchar_t c : part) {
+            const bool wildcard = c == L'*' || c == L'?';
+            if (c < L' ' || std::wstring_view(L":<>\"|").find(c) != std::wstring_view::npos ||
+                (wildcard && !(last && wildcardsInLastPart)))
+                return false;
+        }
+        if (last)
+            return true;
+        path.remove_prefix(slash + 1);
+    }
+}
+
+namespace {
+
+std::array<unsigned long, 4> VersionParts(std::wstring_view text)
+{
+    std::array<unsigned long, 4> parts{};
+    std::size_t part = 0;
+    for (wchar_t c : text) {
+        if (c == L'.' || c == L',') {
+            if (++part == parts.size())
+                break;
+        } else if (c >= L'0' && c <= L'9') {
+            parts[part] = parts[part] * 10 + static_cast<unsigned long>(c - L'0');
+        }
+    }
+    return parts;
+}
+
+} // namespace
+
+int CompareVersions(std::wstring_view a, std::wstring_view b)
+{
+    const auto left = VersionParts(a);
+    const auto right = VersionParts(b);
+    return left < right ? -1 : left > right ? 1 : 0;
+}
+
+bool IsVersion(std::wstring_view text)
+{
+    std::size_t dots = 0, digits = 0;
+    for (wchar_t c : text) {
+        if (c == L'.') {
+            if (!digits || ++dots > 3)
+                return false;
+            digits = 0;
+        } else if (c < L'0' || c > L'9' || ++digits > 9) {
+            return false;
+        }
+    }
+    return digits > 0;
+}
+
+std::wstring Number(int64_t value) { return std::to_wstring(value); }
+
+} // namespace vh::engine

@@ -1,0 +1,33 @@
+// Cuts arbitrary bytes into lines of both unit sizes.
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "../files/text_lines.h"
+
+namespace {
+
+template <class Unit>
+void Cut(const std::uint8_t* data, std::size_t size)
+{
+    const std::size_t room = vh::text_line_end<Unit>::room;
+    const std::unique_ptr<char[]> buffer(new char[size + room]);
+    if (size)
+        std::memcpy(buffer.get(), data, size);
+    std::memcpy(buffer.get() + size, vh::text_line_end<Unit>::units, room);
+    const char* cursor = buffer.get();
+    std::basic_string_view<Unit> line;
+    for (const char* before = cursor; vh::TakeLine<Unit>(buffer.get(), size, cursor, line); before = cursor)
+        if (cursor <= before)
+            std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Cut<char>(data, size);
+    Cut<char16_t>(data, size);
+    return 0;
+}

@@ -1,0 +1,347 @@
+#include "setup_folder.h"
+
+using namespace vh;
+using namespace vh::engine;
+using namespace vh::engine::test;
+
+namespace {
+
+constexpr HRESULT no_such_item = static_cast<HRESULT>(0x8004F069);
+
+uint64_t SizeOf(const com_ptr<ISetupFeature>& item, bool wholeTree)
+{
+    unsigned long low = 0, high = 0;
+    item->GetSize(wholeTree ? VARIANT_TRUE : VARIANT_FALSE, &low, &high);
+    return static_cast<uint64_t>(high) << 32 | low;
+}
+
+uint64_t TotalOf(const com_ptr<ISetupCosts>& costs)
+{
+    unsigned long low = 0, high = 0;
+    costs->GetTotalLow(&low);
+    costs->GetTotalHigh(&high);
+    return static_cast<uint64_t>(high) << 32 | low;
+}
+
+uint64_t SelectionCost(const Engine& engine)
+{
+    com_ptr<ISetupCosts> costs;
+    engine.Host().query<ISetupFeatureHost>()->GetCosts(costs.put());
+    return TotalOf(costs);
+}
+
+// One letter for each item: selected, partly, unselected.
+std::wstring State(const Engine& engine)
+{
+    std::wstring state;
+    for (auto path :
+         {std::initializer_list<const wchar_t*>{L"Core"}, {L"Tools"}, {L"Tools", L"Extra"}, {L"Tools", L"Help"}}) {
+        VARIANT_BOOL partly = VARIANT_FALSE;
+        Feature(engine, path)->GetPartlySelected(&partly);
+        state += partly ? L'p' : Selected(engine, path) ? L's' : L'-';
+    }
+    return state;
+}
+
+std::vector<std::wstring> TextsOf(variant& value)
+{
+    std::vector<std::wstring> texts;
+    const safe_array array(value);
+    for (long i = array.first(); i <= array.last(); ++i)
+        texts.emplace_back(array.at(i).text());
+    return texts;
+}
+
+class Ear final : public com_object<ISetupBasicFeatureStateEvents> {
+public:
+    explicit Ear(std::wstring& heard) : m_heard(heard) {}
+    HRESULT STDMETHODCALLTYPE OnStateChanged(LONG64 item, long selected, long locked) override
+    {
+        m_heard += std::to_wstring(item) + L":" + std::to_wstring(selected) + L":" + std::to_wstring(locked) + L" ";
+        return S_OK;
+    }
+
+private:
+    std::wstring& m_heard;
+};
+
+} // namespace
+
+TEST(Items, AreFoundByNameAndIndexWithTheFirstDiskInFront)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    com_ptr<ISetupFeatures> features;
+    engine->Host().query<ISetupFeatureHost>()->GetFeatures(features.put());
+    long count = 0;
+    features->Count(&count);
+    ASSERT_EQ(3, count);
+    const std::pair<variant, const wchar_t*> keys[] = {
+        {variant(1L), L"Disk<1>"}, {variant(2L), L"Core"}, {variant(L"TOOLS"), L"Tools"}};
+    for (const auto& [key, expected] : keys) {
+        com_ptr<ISetupFeature> item;
+        bstr name;
+        ASSERT_EQ(S_OK, features->Item(key.get(), item.put()));
+        item->GetName(name.put());
+        EXPECT_EQ(expected, name.view());
+    }
+    com_ptr<ISetupFeature> item;
+    for (const variant& key : {variant(0L), variant(4L), variant(L"Nobody"), variant()})
+        EXPECT_EQ(no_such_item, features->Item(key.get(), item.put()));
+}
+
+TEST(Items, ShowTheSameStateAsFeaturesAndAsComponents)
+{
+    SetupFolder folder;
+    MakeTree(folder, R"(, "support": [{"name": "License", "files": ["a.bin"]}])");
+    const auto engine = folder.Open();
+    com_ptr<ISetupComponents> root, children;
+    ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->GetRoot(root.put()));
+    const auto child = [](const com_ptr<ISetupComponents>& items, const wchar_t* name) {
+        com_ptr<ISetupComponent> item;
+        items->Item(variant(name).get(), item.put());
+        return item;
+    };
+    child(root, L"<Data>")->GetChildren(children.put());
+    Feature(*engine, {L"Tools"})->SetSelected(0);
+    short selected = -1;
+    child(children, L"Tools")->GetSelected(&selected);
+    EXPECT_EQ(0, selected);
+    child(root, L"<Support>")->GetChildren(children.put());
+    EXPECT_TRUE(child(children, L"License"));
+    bstr support;
+    ServiceOf<ISetupDirs>(*engine)->GetSupportDir(support.put());
+    EXPECT_EQ(10u, FactsOf(JoinPath(support.view(), L"a.bin")).size);
+}
+
+struct SelectionCase {
+    std::initializer_list<const wchar_t*> path;
+    short value;
+    HRESULT code;
+    const wchar_t* state;
+};
+
+TEST(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    ASSERT_EQ(L"ssss", State(*engine));
+    const SelectionCase steps[] = {
+        {{L"Core"}, 0, S_FALSE, L"ssss"}, {{L"Tools", L"Extra"}, 0, S_OK, L"sp-s"},
+        {{L"Tools"}, 0, S_OK, L"s---"},   {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
+        {{L"Tools"}, 2, S_OK, L"ssss"},
+    };
+    for (const SelectionCase& step : steps) {
+        EXPECT_EQ(step.code, Feature(*engine, step.path)->SetSelected(step.value));
+        EXPECT_EQ(step.state, State(*engine));
+    }
+    const auto features = engine->Host().query<ISetupFeatureHost>();
+    features->SelectAll(0);
+    EXPECT_EQ(L"s---", State(*engine));
+    features->SelectAll(2);
+    EXPECT_EQ(L"ssss", State(*engine));
+}
+
+TEST(Selection, OfARequiredChildHoldsTheItemsAbove)
+{
+    SetupFolder folder;
+    folder.Product(
+        R"("features": [{"name": "Top", "features": [{"name": "Must", "required": true}, {"name": "May"}]}])");
+    const auto engine = folder.Open();
+    EXPECT_EQ(S_FALSE, Feature(*engine, {L"Top"})->SetSelected(0));
+    EXPECT_EQ(2, Selected(*engine, {L"Top", L"May"}));
+    engine->Host().query<ISetupFeatureHost>()->SelectAll(0);
+    EXPECT_EQ(2, Selected(*engine, {L"Top"}));
+    EXPECT_EQ(2, Selected(*engine, {L"Top", L"Must"}));
+    EXPECT_EQ(0, Selected(*engine, {L"Top", L"May"}));
+}
+
+TEST(Selection, TellsSubscribedViewsUntilTheyLeave)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    std::wstring heard;
+    const auto ear = make_object<Ear>(heard);
+    long tools = 0, extra = 0;
+    ASSERT_EQ(S_OK, Feature(*engine, {L"Tools"})->Advise(ear.get(), 7, &tools));
+    ASSERT_EQ(S_OK, Feature(*engine, {L"Tools", L"Extra"})->Advise(ear.get(), 8, &extra));
+    Feature(*engine, {L"Tools"})->SetSelected(0);
+    Feature(*engine, {L"Tools"})->SetSelected(0);
+    ASSERT_EQ(S_OK, Feature(*engine, {L"Tools"})->Unadvise(tools));
+    EXPECT_EQ(E_INVALIDARG, Feature(*engine, {L"Tools"})->Unadvise(tools));
+    Feature(*engine, {L"Tools", L"Extra"})->SetSelected(2);
+    EXPECT_EQ(L"7:0:0 8:0:0 8:2:0 ", heard);
+}
+
+TEST(SetupTypes, SelectTheirFeaturesAndWhatLiesBelow)
+{
+    SetupFolder folder;
+    MakeTree(folder, R"(, "setupTypes": [
+        {"name": "Minimal", "displayName": "<PRODUCT_NAME> minimal", "features": []},
+        {"name": "Helpful", "features": ["Tools\\Help"]}, {"name": "Tools", "features": ["Tools"]}, {"name": "All", "features": ["*"]}])");
+    const auto engine = folder.Open();
+    com_ptr<ISetupTypes> types;
+    ServiceOf<ISetupData>(*engine)->GetSetupTypes(types.put());
+    long count = 0;
+    types->Count(&count);
+    EXPECT_EQ(4, count);
+    const std::pair<const wchar_t*, const wchar_t*> states[] = {
+        {L"Minimal", L"s---"}, {L"Helpful", L"sp-s"}, {L"Tools", L"ssss"}, {L"Helpful", L"sp-s"}, {L"All", L"ssss"}};
+    for (const auto& [name, state] : states) {
+        com_ptr<ISetupType> type;
+        ASSERT_EQ(S_OK, types->Item(variant(name).get(), type.put()));
+        ASSERT_EQ(S_OK, type->Activate());
+        EXPECT_EQ(state, State(*engine)) << ToUtf8(name);
+    }
+    com_ptr<ISetupType> type;
+    EXPECT_EQ(static_cast<HRESULT>(0x8004F003), types->Item(variant(L"None").get(), type.put()));
+    bstr text;
+    types->Item(variant(1L).get(), type.put());
+    type->GetDisplayText(text.put());
+    EXPECT_EQ(L"Probe minimal", text.view());
+}
+
+TEST(Costs, CountSelectedFilesPerDriveInPlainBytes)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    EXPECT_EQ(100u, SelectionCost(*engine));
+    EXPECT_EQ(20u, SizeOf(Feature(*engine, {L"Tools"}), false));
+    EXPECT_EQ(90u, SizeOf(Feature(*engine, {L"Tools"}), true));
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(0);
+    EXPECT_EQ(60u, SelectionCost(*engine));
+    const auto costsOf = [&](const wchar_t* name) {
+        com_ptr<ISetupCosts> costs;
+        EXPECT_EQ(S_OK, engine->Host().query<ISetupFeatureCosts>()->GetFeatureCosts(bstr(name).get(), costs.put()));
+        return costs;
+    };
+    EXPECT_EQ(50u, TotalOf(costsOf(L"Tools")));
+    EXPECT_EQ(40u, TotalOf(costsOf(L"Tools\\Help")));
+    com_ptr<ISetupCosts> none;
+    EXPECT_EQ(no_such_item, engine->Host().query<ISetupFeatureCosts>()->GetFeatureCosts(bstr(L"X").get(), none.put()));
+
+    // 2^31 + 1 on another drive.
+    Feature(*engine, {L"Core"}).query<ISetupItemFiles>()->AddCost(1, 1, bstr(L"q:\\data").get());
+    com_ptr<ISetupCosts> costs;
+    engine->Host().query<ISetupFeatureHost>()->GetCosts(costs.put());
+    variant drives;
+    costs->GetDrives(drives.put());
+    EXPECT_EQ((std::vector<std::wstring>{DriveOf(folder.Target()), L"Q:"}), TextsOf(drives));
+    unsigned long low = 0, high = 1;
+    costs->GetDriveLow(bstr(L"Q:").get(), &low);
+    costs->GetDriveHigh(bstr(L"Q:").get(), &high);
+    EXPECT_EQ(0x80000001u, low);
+    EXPECT_EQ(0u, high);
+    costs->GetDriveLow(bstr(L"R:").get(), &low);
+    EXPECT_EQ(0u, low);
+}
+
+TEST(Filters, TakeFeaturesOutAndLetThemBackIn)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto data = ServiceOf<ISetupData>(*engine);
+    const auto visible = [&] {
+        VARIANT_BOOL truth = VARIANT_FALSE;
+        Feature(*engine, {L"Tools", L"Help"})->GetVisible(&truth);
+        return truth == VARIANT_TRUE;
+    };
+    const auto numbers = [&](long kind) {
+        variant value;
+        data.query<ISetupDataModes>()->GetFilteringNumbers(kind, value.put());
+        const safe_array array(value);
+        return array.last() - array.first() + 1;
+    };
+    ASSERT_TRUE(visible());
+    ASSERT_EQ(S_OK, data->FilterLanguage(1031, VARIANT_FALSE));
+    EXPECT_FALSE(visible());
+    EXPECT_EQ(60u, SelectionCost(*engine));
+    EXPECT_EQ(1, numbers(0));
+    ASSERT_EQ(S_OK, data->FilterLanguage(1031, VARIANT_TRUE));
+    EXPECT_EQ(100u, SelectionCost(*engine));
+    ASSERT_EQ(S_OK, data.query<ISetupDataEx>()->FilterOS(1, 0, VARIANT_FALSE));
+    EXPECT_FALSE(visible());
+    EXPECT_EQ(5, numbers(1));
+    EXPECT_EQ(E_INVALIDARG, data->FilterLanguage(0, VARIANT_FALSE));
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin"}), Tree(folder.Target()));
+}
+
+TEST(FileQueries, NameGroupsFilesAndTheirFacts)
+{
+    SetupFolder folder;
+    folder.Payload(L"p\\one.txt", "abc");
+    folder.Payload(L"p\\sub\\two.txt", "");
+    folder.Product(R"("features": [{"name": "F", "languages": [1033], "systems": ["windows-10", "server"], "files": [
+        {"name": "docs", "target": "t", "flags": ["shared"], "files": [{"path": "p/*", "recurse": true, "version": "1.2.3.4"}]}]}])");
+    const auto engine = folder.Open();
+    const auto item = Feature(*engine, {L"F"});
+    const auto queries = item.query<ISetupItemFileQueries>();
+    variant value;
+    item.query<ISetupItemFiles>()->GetFiles(value.put());
+    EXPECT_EQ((std::vector<std::wstring>{L"docs\\one.txt", L"docs\\sub\\two.txt"}), TextsOf(value));
+    queries->EnumFiles(bstr(L"DOCS").get(), VARIANT_FALSE, value.put());
+    EXPECT_EQ((std::vector<std::wstring>{L"one.txt"}), TextsOf(value));
+    EXPECT_EQ(no_such_item, queries->EnumFiles(bstr(L"none").get(), VARIANT_TRUE, value.put()));
+
+    struct Info {
+        const wchar_t* file;
+        long code;
+        std::wstring text;
+    };
+    const Info infos[] = {
+        {L"one.txt", 1, L"3"},
+        {L"one.txt", 2, L"0"},
+        {L"one.txt", 6, L"1.2.3.4"},
+        {L"one.txt", 8, folder.Setup(L"p\\one.txt")},
+        {L"one.txt", 10, L"40"},
+        {L"", 14, L"2"},
+        {L"", 15, L"docs"},
+        {L"one.txt", 16, folder.Target(L"t")},
+        {L"", 18, L"3"},
+        {L"", 19, L"F"},
+        {L"", 21, L"-1"},
+        {L"", 22, L"0"},
+        {L"", 65536, L"01033"},
+        {L"", 131072, L"40"},
+        {L"sub\\two.txt", 16, folder.Target(L"t\\sub")},
+    };
+    for (const Info& info : infos) {
+        ASSERT_EQ(S_OK, queries->FileInfo(bstr(L"docs").get(), bstr(info.file).get(), info.code, value.put()))
+            << info.code;
+        ASSERT_EQ(S_OK, value.change(value.type() == VT_BOOL ? VT_I2 : VT_BSTR));
+        ASSERT_EQ(S_OK, value.change(VT_BSTR));
+        EXPECT_EQ(info.text, value.text()) << info.code;
+    }
+    queries->FileInfo(bstr(L"docs").get(), bstr(L"one.txt").get(), 11, value.put());
+    EXPECT_EQ(std::wstring(L"\x90\x01\x50\x98\x3c\xd2\x4f\xb0\xd6\x96\x3f\x7d\x28\xe1\x7f\x72"), value.text());
+    EXPECT_EQ(no_such_item, queries->FileInfo(bstr(L"docs").get(), bstr(L"three").get(), 1, value.put()));
+    EXPECT_EQ(E_INVALIDARG, queries->FileInfo(bstr(L"docs").get(), bstr(L"one.txt").get(), 99, value.put()));
+}
+
+TEST(HeaderFiles, OpenAsDataSetsWithMovesOfTheirOwn)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const std::string product = ReadWhole(folder.Setup(L"product.json"), 100000);
+    WriteText(folder.Setup(L"more.hdr"), product);
+    const auto engine = folder.Open();
+    com_ptr<ISetupData> data;
+    ASSERT_EQ(S_OK, ServiceOf<ISetupDataFactory>(*engine)->Open(bstr(L"more.hdr").get(), nullptr, data.put()));
+    com_ptr<ISetupComponents> items;
+    com_ptr<ISetupComponent> item;
+    data->GetRoot(items.put());
+    items->Item(variant(L"<Data>").get(), item.put());
+    item->GetChildren(items.put());
+    items->Item(variant(2L).get(), item.put());
+    ASSERT_EQ(S_OK, item->Move(nullptr));
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin"}), Tree(folder.Target()));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+              ServiceOf<ISetupDataFactory>(*engine)->Open(bstr(L"none.hdr").get(), nullptr, data.put()));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none.hdr"));
+}

@@ -1,0 +1,335 @@
+#include "../../engine/registry_object.h"
+#include "setup_folder.h"
+
+using namespace vh;
+using namespace vh::engine;
+using namespace vh::engine::test;
+
+namespace {
+
+const LONG64 current_user = static_cast<LONG64>(static_cast<int32_t>(0x80000001));
+
+// A key of the test's own; it goes with the test.
+class TestKey {
+public:
+    TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\VHEngineTest"); }
+    ~TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\VHEngineTest"); }
+
+    bool Exists() const
+    {
+        unique_key key;
+        return RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\VHEngineTest", 0, KEY_READ, key.put()) == ERROR_SUCCESS;
+    }
+    std::wstring Text(const wchar_t* name, const wchar_t* below = L"") const
+    {
+        wchar_t text[200] = {};
+        DWORD size = sizeof text;
+        RegGetValueW(HKEY_CURRENT_USER, (std::wstring(L"Software\\VHEngineTest") + below).c_str(), name, RRF_RT_REG_SZ,
+                     nullptr, text, &size);
+        return text;
+    }
+    void Write(const wchar_t* name, const wchar_t* text) const
+    {
+        RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest", name, REG_SZ, text,
+                        static_cast<DWORD>((wcslen(text) + 1) * sizeof(wchar_t)));
+    }
+};
+
+const char* const registry_product =
+    R"("features": [{"name": "On"}, {"name": "Off", "selected": false}], "registrySets": [
+    {"name": "Main", "keys": [{"root": "HKCU", "key": "Software\\VHEngineTest\\<PRODUCT_NAME>", "values": [
+        {"name": "Path", "type": "text", "data": "<TARGETDIR>\\x"}, {"name": "Count", "type": "number", "data": 4000000000},
+        {"name": "Blob", "type": "binary", "data": "00ff10"}, {"name": "List", "type": "texts", "data": ["one", "two"]}]}]},
+    {"name": "Left out", "feature": "Off", "keys": [{"root": "HKCU", "key": "Software\\VHEngineTest\\Off"}]},
+    {"name": "Value", "keys": [{"root": "HKCU", "key": "Software\\VHEngineTest", "values": [
+        {"name": "Mine", "type": "text", "data": "new"}]}]}])";
+
+} // namespace
+
+TEST(RegistrySets, AreWrittenForSelectedFeaturesAndRemovedByTheLog)
+{
+    const TestKey key;
+    key.Write(L"Mine", L"old");
+    SetupFolder folder;
+    folder.Product(registry_product);
+    auto engine = folder.Open();
+    const auto data = ServiceOf<ISetupData>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    ASSERT_EQ(S_OK, data->CreateRegistrySet(bstr(L"").get(), log.get())) << ToUtf8(LastReason(*engine));
+    EXPECT_EQ(E_INVALIDARG, data->CreateRegistrySet(bstr(L"None").get(), log.get()));
+    EXPECT_EQ(folder.Target(L"x"), key.Text(L"Path", L"\\Probe"));
+    EXPECT_EQ(L"new", key.Text(L"Mine"));
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    VARIANT_BOOL exists = VARIANT_TRUE;
+    registry->KeyExists(current_user, bstr(L"Software\\VHEngineTest\\Off").get(), &exists);
+    EXPECT_EQ(VARIANT_FALSE, exists);
+
+    long type = 0;
+    variant value;
+    const auto query = [&](const wchar_t* name) {
+        return registry->QueryValue(current_user, bstr(L"Software\\VHEngineTest\\Probe").get(), bstr(name).get(), &type,
+                                    value.put());
+    };
+    ASSERT_EQ(S_OK, query(L"List"));
+    EXPECT_EQ(std::wstring_view(L"one\0two\0", 8), value.text());
+    ASSERT_EQ(S_OK, query(L"Count"));
+    EXPECT_EQ(static_cast<long>(4000000000u), value.get().lVal);
+    ASSERT_EQ(S_OK, query(L"Blob"));
+    EXPECT_EQ(3u, SysStringByteLen(value.get().bstrVal));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), query(L"None"));
+
+    engine->Commit();
+    const std::wstring logFile = engine->LogFile();
+    engine.reset();
+    Uninstall(logFile);
+    EXPECT_EQ(L"old", key.Text(L"Mine"));
+    EXPECT_EQ(L"", key.Text(L"Path", L"\\Probe"));
+}
+
+TEST(Registry, WritesSubstitutesListsAndUndoesWithTheRun)
+{
+    const TestKey key;
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    const bstr name(L"Software\\VHEngineTest\\Sub");
+    ASSERT_EQ(S_OK, registry->CreateKey(current_user, name.get(), nullptr, VARIANT_FALSE, log.get()));
+    variant text(L"<PRODUCT_NAME>");
+    ASSERT_EQ(S_OK, registry->SetValue(current_user, name.get(), bstr(L"A").get(), REG_SZ, &text.get(), log.get()));
+    registry.query<ISetupSiteAware>()->EnableTextSubs(VARIANT_FALSE);
+    ASSERT_EQ(S_OK, registry->SetValue(0x80000001, name.get(), bstr(L"B").get(), REG_SZ, &text.get(), log.get()));
+    EXPECT_EQ(E_INVALIDARG, registry->SetValue(current_user, name.get(), bstr(L"C").get(), 11, &text.get(), log.get()));
+    EXPECT_EQ(L"Probe", key.Text(L"A", L"\\Sub"));
+    EXPECT_EQ(L"<PRODUCT_NAME>", key.Text(L"B", L"\\Sub"));
+    safe_array names;
+    ASSERT_EQ(S_OK, registry->EnumValues(current_user, name.get(), names.put()));
+    EXPECT_EQ(1, names.last());
+    ASSERT_EQ(S_OK, registry->DeleteValue(current_user, name.get(), bstr(L"B").get()));
+    ASSERT_EQ(S_OK, registry->EnumKeys(current_user, bstr(L"Software\\VHEngineTest").get(), names.put()));
+    EXPECT_EQ(L"Sub", names.at(0).text());
+    engine->Rollback();
+    EXPECT_FALSE(key.Exists());
+}
+
+struct CopyCase {
+    const wchar_t* source;
+    const wchar_t* target;
+    unsigned long flags;
+    const wchar_t* tree; // names with a semicolon after each
+};
+
+TEST(CopyJobs, TakeFilesWildcardsAndSubfolders)
+{
+    const CopyCase cases[] = {
+        {L"a.bin", L"x\\", 0, L"x;x\\a.bin;"},
+        {L"a.bin", L"renamed.bin", 0, L"renamed.bin;"},
+        {L"<SRCDIR>\\*.bin", L"all", 0, L"all;all\\a.bin;all\\b.bin;all\\c.bin;all\\d.bin;"},
+        {L"docs\\*.t?t", L"t", 0, L"t;t\\1.txt;"},
+        {L"docs\\*", L"t", 1, L"t;t\\1.txt;t\\deep;t\\deep\\\u00e4.txt;"},
+    };
+    for (const CopyCase& at : cases) {
+        SetupFolder folder;
+        MakeTree(folder);
+        folder.Payload(L"docs\\1.txt", "1");
+        folder.Payload(L"docs\\deep\\\u00e4.txt", "22");
+        const auto engine = folder.Open();
+        const auto files = ServiceOf<ISetupFileOps>(*engine);
+        com_ptr<ISetupCopyJob> job;
+        ASSERT_EQ(S_OK, files->CreateCopyJob(bstr(at.source).get(), bstr(at.target).get(), at.flags, job.put()))
+            << ToUtf8(at.source);
+        ASSERT_EQ(S_OK, job->Run(ServiceOf<ISetupLog>(*engine).get(), nullptr)) << ToUtf8(LastReason(*engine));
+        std::wstring tree;
+        for (const std::wstring& name : Tree(folder.Target()))
+            tree += name + L";";
+        EXPECT_EQ(at.tree, tree);
+        engine->Rollback();
+        EXPECT_FALSE(Exists(folder.Target()));
+    }
+}
+
+TEST(CopyJobs, ObeyTheirFlagsAndNameWhatIsMissing)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    WriteText(folder.Target(L"a.bin"), "present");
+    WriteText(folder.Target(L"b.bin"), "present");
+    SetFileAttributesW(folder.Target(L"b.bin").c_str(), FILE_ATTRIBUTE_READONLY);
+    const auto engine = folder.Open();
+    const auto files = ServiceOf<ISetupFileOps>(*engine);
+    const auto copy = [&](const wchar_t* source, unsigned long flags) {
+        com_ptr<ISetupCopyJob> job;
+        const HRESULT code = files->CreateCopyJob(bstr(source).get(), bstr(L"<TARGETDIR>\\").get(), flags, job.put());
+        return FAILED(code) ? code : job->Run(nullptr, nullptr);
+    };
+    EXPECT_EQ(S_OK, copy(L"a.bin", 0x4));
+    EXPECT_EQ("present", ReadWhole(folder.Target(L"a.bin"), 100));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), copy(L"b.bin", 0));
+    EXPECT_EQ(S_OK, copy(L"b.bin", 0x4000));
+    EXPECT_EQ(std::string(20, 'b'), ReadWhole(folder.Target(L"b.bin"), 100));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), copy(L"none*.bin", 0));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none*.bin"));
+    EXPECT_EQ(E_NOTIMPL, copy(L"http://localhost/x", 0));
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"b.bin"}), Tree(folder.Target()));
+}
+
+TEST(Directories, AreMadeWithTheirParentsAndRemovedByTheLog)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto files = ServiceOf<ISetupFileOps>(*engine);
+    ASSERT_EQ(S_OK, files->MakeDirectory(bstr(L"one\\two").get(), ServiceOf<ISetupLog>(*engine).get()));
+    ASSERT_EQ(S_OK, files->MakeDirectory(bstr(std::wstring_view(folder.Target(L"three"))).get(), nullptr));
+    ASSERT_EQ(S_OK, files->MakeDirectory(bstr(L"one\\two").get(), ServiceOf<ISetupLog>(*engine).get()));
+    engine->Rollback();
+    EXPECT_EQ((std::vector<std::wstring>{L"three"}), Tree(folder.Target()));
+    WriteText(folder.Target(L"file"), "");
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), files->MakeDirectory(bstr(L"file\\below").get(), nullptr));
+}
+
+TEST(Facts, AnswerByNumberAndGiveWayToTheHosts)
+{
+    SetupFolder folder;
+    folder.Product(R"("features": [], "languages": [1033, 1031], "skin": "blue.skin")");
+    Options options = folder.Given();
+    options.language = 1031;
+    options.silent = true;
+    options.commandLine = L"--silent x";
+    options.facts[44] = variant(L"C:\\pack");
+    const auto engine = Engine::Open(std::move(options));
+    const auto info = ServiceOf<ISetupInfo>(*engine);
+    const std::pair<long, std::wstring> facts[] = {
+        {2, folder.Setup(L"setup.js")},
+        {10, L"-1"},
+        {12, L"--silent x"},
+        {18, L"1031"},
+        {21, L"blue.skin"},
+        {35, L"0"},
+        {44, L"C:\\pack"},
+    };
+    for (const auto& [number, expected] : facts) {
+        variant value;
+        ASSERT_EQ(S_OK, info->GetFact(number, value.put())) << number;
+        if (value.type() == VT_BOOL)
+            value.change(VT_I2);
+        value.change(VT_BSTR);
+        EXPECT_EQ(expected, value.text()) << number;
+    }
+    variant value;
+    EXPECT_EQ(E_INVALIDARG, info->GetFact(1, value.put()));
+}
+
+TEST(Calls, AreRecordedCountedAndFailedOnDemand)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    Recorder& calls = engine->Calls();
+    calls.Record(true);
+    EXPECT_EQ(0, engine->LiveObjects());
+    {
+        const auto item = Feature(*engine, {L"Tools", L"Extra"});
+        item->SetSelected(0);
+        EXPECT_GT(engine->LiveObjects(), 0);
+        EXPECT_EQ(L"ISetupItem.SetSelected(\"Tools\\Extra\", 0)", calls.Lines().back());
+        EXPECT_EQ(1, calls.Count(L"ISetupFeatureHost.GetFeatures"));
+        calls.FailCall(2, E_FAIL);
+        EXPECT_EQ(S_OK, item->SetSelected(2));
+        EXPECT_EQ(E_FAIL, item->SetSelected(0));
+        EXPECT_EQ(S_OK, item->SetSelected(2));
+        calls.FailCall(L"ISetupItem.SetSelected(\"Tools\\Extra\"", E_ACCESSDENIED);
+        EXPECT_EQ(E_ACCESSDENIED, item->SetSelected(0));
+        EXPECT_EQ(2, Selected(*engine, {L"Tools", L"Extra"}));
+        calls.FailCall(L"IServiceProvider.QueryService(ISetupLog)", E_NOINTERFACE);
+        EXPECT_FALSE(ServiceOf<ISetupLog>(*engine));
+        EXPECT_TRUE(ServiceOf<ISetupLogDB>(*engine));
+        calls.FailCall(L"IUnknown.QueryInterface(ISetupFeatureHost)", E_NOINTERFACE);
+        EXPECT_FALSE(engine->Host().query<ISetupFeatureHost>());
+        calls.Reset();
+        EXPECT_EQ(S_OK, item->SetSelected(0));
+        EXPECT_EQ(1, calls.Calls());
+    }
+    EXPECT_EQ(0, engine->LiveObjects());
+}
+
+TEST(Scripts, DriveObjectsByName)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto invoke = [](const com_ptr<IDispatch>& object, const wchar_t* name, WORD flags,
+                           std::vector<variant> arguments) {
+        LPOLESTR text = const_cast<LPOLESTR>(name);
+        DISPID id = 0;
+        variant result;
+        if (FAILED(object->GetIDsOfNames(GUID_NULL, &text, 1, 0, &id)))
+            return std::wstring(L"no name");
+        DISPPARAMS parameters{};
+        parameters.rgvarg = arguments.empty() ? nullptr : &arguments.front().get();
+        parameters.cArgs = static_cast<UINT>(arguments.size());
+        object->Invoke(id, GUID_NULL, 0, flags, &parameters, result.put(), nullptr, nullptr);
+        if (result.type() == VT_DISPATCH)
+            return std::wstring(L"object");
+        result.change(VT_BSTR);
+        return std::wstring(result.text());
+    };
+    const auto texts = ServiceOf<ISetupTextSub>(*engine, local_text_service).query<IDispatch>();
+    invoke(texts, L"Value", DISPATCH_PROPERTYPUT, {variant(L"v"), variant(L"Mine")});
+    EXPECT_EQ(L"v", invoke(texts, L"value", DISPATCH_PROPERTYGET, {variant(L"MINE")}));
+    EXPECT_EQ(L"(v)", invoke(texts, L"Substitute", DISPATCH_METHOD, {variant(L"(<MINE>)")}));
+    EXPECT_EQ(L"no name", invoke(texts, L"Nothing", DISPATCH_METHOD, {}));
+    const auto item = Feature(*engine, {L"Tools"}).query<IDispatch>();
+    EXPECT_EQ(L"2", invoke(item, L"Selected", DISPATCH_PROPERTYGET, {}));
+    invoke(item, L"Selected", DISPATCH_PROPERTYPUT, {variant(0L)});
+    EXPECT_EQ(L"0", invoke(item, L"Selected", DISPATCH_PROPERTYGET, {}));
+    EXPECT_EQ(L"object", invoke(item, L"Children", DISPATCH_PROPERTYGET, {}));
+    EXPECT_EQ(L"object", invoke(engine->Host().query<IDispatch>(), L"Features", DISPATCH_PROPERTYGET, {}));
+    EXPECT_EQ(L"Probe",
+              invoke(ServiceOf<ISetupInfo>(*engine).query<IDispatch>(), L"ProductName", DISPATCH_PROPERTYGET, {}));
+}
+
+TEST(Errors, AreKeptForScriptsWithFileAndReason)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    RemoveFile(folder.Setup(L"a.bin"));
+    ASSERT_TRUE(FAILED(MoveAll(*engine)));
+    com_ptr<IUnknown> error;
+    ASSERT_EQ(S_OK, engine->Host().query<ISetupFeatureHost>()->GetErrorObject(error.put()));
+    const auto object = error.query<IDispatch>();
+    LPOLESTR name = const_cast<LPOLESTR>(L"File");
+    DISPID id = 0;
+    DISPPARAMS none{};
+    variant file;
+    ASSERT_EQ(S_OK, object->GetIDsOfNames(GUID_NULL, &name, 1, 0, &id));
+    ASSERT_EQ(S_OK, object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, file.put(), nullptr, nullptr));
+    EXPECT_EQ(folder.Setup(L"a.bin"), file.text());
+}
+
+TEST(PropertyBags, CrossThreadsAsThemselves)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)));
+    {
+        const auto engine = folder.Open();
+        const auto bag = engine->NewPropertyBag();
+        variant value(7L);
+        ASSERT_EQ(S_OK, bag->Write(bstr(L"number").get(), &value.get()));
+        com_ptr<IStream> stream;
+        ASSERT_EQ(S_OK, CoMarshalInterThreadInterfaceInStream(iid_of<ISetupPropertyBag>, bag.get(), stream.put()));
+        com_ptr<ISetupPropertyBag> back;
+        ASSERT_EQ(S_OK, CoGetInterfaceAndReleaseStream(stream.detach(), iid_of<ISetupPropertyBag>, back.put_void()));
+        ASSERT_EQ(S_OK, back->Read(bstr(L"NUMBER").get(), value.put()));
+        EXPECT_EQ(7, value.get().lVal);
+        EXPECT_EQ(E_INVALIDARG, back->Read(bstr(L"none").get(), value.put()));
+        const auto log = ServiceOf<ISetupLog>(*engine);
+        ASSERT_EQ(S_OK, CoMarshalInterThreadInterfaceInStream(iid_of<ISetupLog>, log.get(), stream.put()));
+        com_ptr<ISetupLog> sameLog;
+        EXPECT_EQ(S_OK, CoGetInterfaceAndReleaseStream(stream.detach(), iid_of<ISetupLog>, sameLog.put_void()));
+    }
+    CoUninitialize();
+}

@@ -1,0 +1,146 @@
+// A setup folder of the test's own, with an engine on it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <memory>
+#include <string>
+
+#include "../../engine/engine.h"
+#include "../../engine/files.h"
+#include "../../scriptdata/com_object.h"
+
+namespace vh::engine::test {
+
+inline void WriteText(const std::wstring& path, std::string_view content)
+{
+    MakeFolders(FolderOf(path), {});
+    const unique_file file(
+        CreateFileW(LongPath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD written = 0;
+    ASSERT_TRUE(file && WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr));
+}
+
+inline bool Exists(const std::wstring& path) { return FactsOf(path).exists(); }
+
+// Names of files and folders below, with backslashes, in order.
+inline void ListTree(const std::wstring& folder, const std::wstring& below, std::vector<std::wstring>& names)
+{
+    for (const Entry& entry : ListFolder(folder)) {
+        const std::wstring name = JoinPath(below, entry.name);
+        names.push_back(name);
+        if (entry.facts.folder())
+            ListTree(JoinPath(folder, entry.name), name, names);
+    }
+}
+inline std::vector<std::wstring> Tree(const std::wstring& folder)
+{
+    std::vector<std::wstring> names;
+    ListTree(folder, {}, names);
+    return names;
+}
+
+// Lives below the temporary folder and goes with the test.
+class SetupFolder {
+public:
+    SetupFolder()
+    {
+        wchar_t temp[MAX_PATH + 1] = {};
+        GetTempPathW(MAX_PATH, temp);
+        static int count = 0;
+        m_root = FullPath(std::wstring(temp)) + L"\\vhengine" + std::to_wstring(GetCurrentProcessId()) + L"_" +
+                 std::to_wstring(++count);
+        RemoveTree(m_root);
+        MakeFolders(Setup(), {});
+    }
+    ~SetupFolder() { RemoveTree(m_root); }
+    SetupFolder(const SetupFolder&) = delete;
+    SetupFolder& operator=(const SetupFolder&) = delete;
+
+    std::wstring Setup(const std::wstring& name = {}) const { return JoinPath(m_root + L"\\setup", name); }
+    std::wstring Target(const std::wstring& name = {}) const { return JoinPath(m_root + L"\\target", name); }
+    std::wstring Data() const { return m_root + L"\\data"; }
+
+    void Payload(const std::wstring& name, std::string_view content) const { WriteText(Setup(name), content); }
+    // `members` are the product file's members beside the fixed ones.
+    void Product(const std::string& members) const
+    {
+        WriteText(Setup(L"product.json"), R"({"format": 1, "name": "Probe", "version": "1.0",
+            "guid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}", )" +
+                                              members + "}");
+    }
+
+    Options Given() const
+    {
+        Options options;
+        options.setupFolder = Setup();
+        options.targetDir = Target();
+        options.dataDir = Data();
+        return options;
+    }
+    std::unique_ptr<Engine> Open() const { return Engine::Open(Given()); }
+
+private:
+    std::wstring m_root;
+};
+
+// Two levels, sizes 10, 20, 30 and 40, the second required.
+inline const char* const tree_features = R"("features": [
+    {"name": "Core", "required": true, "files": [{"name": "core", "files": ["a.bin"]}]},
+    {"name": "Tools", "files": [{"name": "tools", "target": "bin", "files": ["b.bin"]}], "features": [
+        {"name": "Extra", "files": [{"name": "extra", "files": ["c.bin"]}]},
+        {"name": "Help", "languages": [1031], "systems": ["windows-7"], "files": [{"name": "help", "files": ["d.bin"]}]}
+    ]}])";
+
+inline void MakeTree(const SetupFolder& folder, const std::string& more = {})
+{
+    folder.Payload(L"a.bin", std::string(10, 'a'));
+    folder.Payload(L"b.bin", std::string(20, 'b'));
+    folder.Payload(L"c.bin", std::string(30, 'c'));
+    folder.Payload(L"d.bin", std::string(40, 'd'));
+    folder.Product(R"("languages": [1033, 1031], )" + std::string(tree_features) + more);
+}
+
+inline HRESULT MoveAll(const Engine& engine) { return engine.Host().query<ISetupFeatureHost>()->Move(nullptr); }
+
+inline com_ptr<ISetupFeature> Feature(const Engine& engine, std::initializer_list<const wchar_t*> path)
+{
+    com_ptr<ISetupFeatures> features;
+    engine.Host().query<ISetupFeatureHost>()->GetFeatures(features.put());
+    com_ptr<ISetupFeature> item;
+    for (const wchar_t* name : path) {
+        if (item)
+            item->GetChildren(features.put());
+        const variant key(name);
+        if (FAILED(features->Item(key.get(), item.put())))
+            return {};
+    }
+    return item;
+}
+
+inline short Selected(const Engine& engine, std::initializer_list<const wchar_t*> path)
+{
+    short selected = -1;
+    if (const auto item = Feature(engine, path))
+        item->GetSelected(&selected);
+    return selected;
+}
+
+template <class Interface>
+com_ptr<Interface> ServiceOf(const Engine& engine, const GUID& service = null_service)
+{
+    com_ptr<Interface> found;
+    engine.Services()->QueryService(service, iid_of<Interface>, found.put_void());
+    return found;
+}
+
+inline std::wstring LastReason(const Engine& engine)
+{
+    for (auto message = engine.Messages().rbegin(); message != engine.Messages().rend(); ++message)
+        if (message->severity == Severity::error)
+            return message->Text();
+    return {};
+}
+
+} // namespace vh::engine::test

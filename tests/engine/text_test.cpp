@@ -1,0 +1,174 @@
+#include "../../engine/text_table.h"
+#include "setup_folder.h"
+
+using namespace vh;
+using namespace vh::engine;
+using namespace vh::engine::test;
+
+namespace {
+
+std::wstring Value(ISetupTextSub& store, const wchar_t* name)
+{
+    bstr value;
+    store.GetValue(bstr(name).get(), value.put());
+    return std::wstring(value.view());
+}
+
+std::wstring Substituted(ISetupTextSub& store, const wchar_t* text)
+{
+    BSTR held = SysAllocString(text);
+    store.Substitute(&held);
+    bstr result;
+    result.attach(held);
+    return std::wstring(result.view());
+}
+
+HRESULT Set(ISetupTextSub& store, const wchar_t* name, const wchar_t* value)
+{
+    return store.SetValue(bstr(name).get(), bstr(value).get());
+}
+
+} // namespace
+
+struct PatternCase {
+    const wchar_t* text;
+    const wchar_t* result;
+};
+
+TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
+{
+    const std::map<std::wstring, std::wstring> values{
+        {L"A", L"1"}, {L"B", L"<A>2"}, {L"KIND", L"A"}, {L"LOOP", L"x<LOOP>"}, {L"LEFT", L"<"}, {L"EMPTY", L""},
+    };
+    const auto lookup = [&](std::wstring_view name) -> std::optional<std::wstring> {
+        const auto found = values.find(Upper(name));
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    };
+    const PatternCase cases[] = {
+        {L"", L""},
+        {L"plain > text <", L"plain > text <"},
+        {L"<A>", L"1"},
+        {L"<a>-<B>", L"1-12"},
+        {L"<<KIND>>", L"1"},
+        {L"<C> and <A>", L"<C> and 1"},
+        {L"<C<A>>", L"<C1>"},
+        {L"a<EMPTY>b", L"ab"},
+        {L"a < b <A>", L"a < b 1"},
+        {L"<LEFT>A>", L"<A>"},
+    };
+    for (const PatternCase& at : cases)
+        EXPECT_EQ(at.result, SubstituteText(at.text, lookup)) << ToUtf8(at.text);
+    // A value that holds itself ends at the depth bound, and one that doubles can't grow without limit.
+    EXPECT_EQ(32u + 6u, SubstituteText(L"<LOOP>", lookup).size());
+    const auto doubling = [](std::wstring_view) { return std::optional<std::wstring>(L"<A><A>"); };
+    EXPECT_LT(SubstituteText(L"<A>", doubling).size(), 1'000'001u);
+}
+
+TEST(TextStores, LocalValuesWinAndGlobalOnesShowThrough)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto local = ServiceOf<ISetupTextSub>(*engine, local_text_service);
+    const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
+    EXPECT_EQ(folder.Target(), Value(*local.get(), L"TARGETDIR"));
+    EXPECT_EQ(S_OK, Set(*global.get(), L"Shade", L"global"));
+    EXPECT_EQ(L"global", Value(*local.get(), L"SHADE"));
+    EXPECT_EQ(S_OK, Set(*local.get(), L"shade", L"local"));
+    EXPECT_EQ(L"local Probe", Substituted(*local.get(), L"<Shade> <PRODUCT_NAME>"));
+    EXPECT_EQ(L"global <NOBODY>", Substituted(*global.get(), L"<Shade> <NOBODY>"));
+    bstr nothing;
+    EXPECT_EQ(S_FALSE, local->GetValue(bstr(L"NOBODY").get(), nothing.put()));
+    EXPECT_EQ(E_INVALIDARG, Set(*local.get(), L"", L"x"));
+}
+
+TEST(TextStores, ProtectedVariablesRefuseAndCanBeFreed)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
+    EXPECT_EQ(E_ACCESSDENIED, Set(*global.get(), L"SUPPORTDIR", L"C:\\"));
+    const auto protection = global.query<ISetupTextSubEx>();
+    ASSERT_EQ(S_OK, protection->Protect(bstr(L"SUPPORTDIR").get(), 0));
+    EXPECT_EQ(S_OK, Set(*global.get(), L"SUPPORTDIR", L"C:\\"));
+    ASSERT_EQ(S_OK, protection->Protect(bstr(L"SUPPORTDIR").get(), -1));
+    EXPECT_EQ(E_ACCESSDENIED, Set(*global.get(), L"SUPPORTDIR", L"D:\\"));
+}
+
+TEST(TextStores, TargetsAreSavedToTheLogAndLoadedByALaterRun)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    {
+        const auto local = ServiceOf<ISetupTextSub>(*engine, local_text_service);
+        const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
+        Set(*local.get(), L"MINE", L"l\u00f6cal \u65e5");
+        Set(*global.get(), L"OURS", L"global");
+        com_ptr<IUnknown> store;
+        ASSERT_EQ(S_OK, ServiceOf<ISetupLogDB>(*engine)->GetStore(store.put()));
+        ASSERT_EQ(S_OK, global->Save(bstr(L"dirsGlobal").get(), store.get()));
+        ASSERT_EQ(S_OK, local->Save(bstr(L"dirsLocal").get(), ServiceOf<ISetupLog>(*engine).get()));
+        EXPECT_EQ(E_INVALIDARG, local->Save(bstr(L"x").get(), nullptr));
+    }
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine.reset();
+    engine = folder.Open();
+    const auto local = ServiceOf<ISetupTextSub>(*engine, local_text_service);
+    const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
+    EXPECT_EQ(S_FALSE, local->Load(bstr(L"otherLocal").get(), ServiceOf<ISetupLog>(*engine).get()));
+    ASSERT_EQ(S_OK, local->Load(bstr(L"dirsLocal").get(), ServiceOf<ISetupLog>(*engine).get()));
+    ASSERT_EQ(S_OK, global->Load(bstr(L"dirsGlobal").get(), ServiceOf<ISetupLog>(*engine).get()));
+    EXPECT_EQ(L"l\u00f6cal \u65e5", Value(*local.get(), L"MINE"));
+    EXPECT_EQ(L"global", Value(*global.get(), L"OURS"));
+    long state = 0;
+    ServiceOf<ISetupData>(*engine).query<ISetupDataEx>()->GetTargetState(&state);
+    EXPECT_EQ(3, state);
+}
+
+TEST(Strings, FallBackToTheDefaultLanguageAndFillDisplayTexts)
+{
+    SetupFolder folder;
+    folder.Product(R"("languages": [1033, 1031],
+        "strings": {"1033": {"NAME": "Tools", "ONLY": "english"}, "1031": {"NAME": "Werkzeuge von <PRODUCT_NAME>"}},
+        "features": [{"name": "T", "displayName": "<NAME>", "description": "<ONLY> <NOWHERE>"}])");
+    Options options = folder.Given();
+    options.language = 1031;
+    const auto engine = Engine::Open(std::move(options));
+    const auto strings = ServiceOf<ISetupStrings>(*engine);
+    bstr text;
+    EXPECT_EQ(S_OK, strings->GetString(bstr(L"only").get(), text.put()));
+    EXPECT_EQ(L"english", text.view());
+    EXPECT_EQ(S_FALSE, strings->GetString(bstr(L"NOWHERE").get(), text.put()));
+    Feature(*engine, {L"T"})->GetDisplayName(text.put());
+    EXPECT_EQ(L"Werkzeuge von Probe", text.view());
+    Feature(*engine, {L"T"})->GetDescription(text.put());
+    EXPECT_EQ(L"english <NOWHERE>", text.view());
+}
+
+TEST(PathHelpers, KnowWhatLeavesAFolder)
+{
+    const std::pair<const wchar_t*, bool> relative[] = {
+        {L"a", true},      {L"a/b\\c.txt", true}, {L"\u65e5\\\u00e4", true}, {L"..", false},    {L"a/../b", false},
+        {L"a\\..", false}, {L"/a", false},        {L"\\\\s\\a", false},      {L"C:a", false},   {L"a:b", false},
+        {L"a//b", false},  {L"a/", false},        {L"a. ", false},           {L"a.\\b", false}, {L"*", false},
+        {L"a\tb", false},  {L"", false},
+    };
+    for (const auto& [path, safe] : relative)
+        EXPECT_EQ(safe, IsSafeRelativePath(path)) << ToUtf8(path);
+    EXPECT_TRUE(IsSafeRelativePath(L"a/*.t?t", true));
+    EXPECT_FALSE(IsSafeRelativePath(L"*/a", true));
+    EXPECT_TRUE(LiesIn(L"C:\\a\\b", L"c:\\A"));
+    EXPECT_FALSE(LiesIn(L"C:\\ab", L"C:\\a"));
+    EXPECT_EQ(L"\\\\server\\share", DriveOf(L"\\\\server\\share\\x"));
+    EXPECT_EQ(0, CompareVersions(L"1.2", L"1.2.0.0"));
+    EXPECT_GT(CompareVersions(L"1.10", L"1.9.9"), 0);
+    const std::pair<const wchar_t*, const wchar_t*> matches[] = {
+        {L"a.txt", L"*.TXT"}, {L"name", L"*.*"}, {L"abc", L"a?c"}, {L"aXbXc", L"a*b*c"}};
+    for (const auto& [name, pattern] : matches)
+        EXPECT_TRUE(MatchesPattern(name, pattern)) << ToUtf8(pattern);
+    EXPECT_FALSE(MatchesPattern(L"abcd", L"a?c"));
+    EXPECT_FALSE(MatchesPattern(L"", L"?"));
+}

@@ -1,0 +1,311 @@
+#include "setup_folder.h"
+
+using namespace vh;
+using namespace vh::engine;
+using namespace vh::engine::test;
+
+namespace {
+
+unique_file Hold(const std::wstring& path)
+{
+    return unique_file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+std::wstring Outcomes(const std::vector<Removal>& removals, RemovalOutcome wanted)
+{
+    std::wstring names;
+    for (const Removal& removal : removals)
+        if (removal.outcome == wanted)
+            names += FileNameOf(removal.what) + L" ";
+    return names;
+}
+
+} // namespace
+
+TEST(Transfer, PutsSelectedFilesIntoTheirFoldersWithTimeAndContent)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    ASSERT_EQ(S_FALSE, Feature(*engine, {L"Core"})->SetSelected(0));
+    ASSERT_EQ(S_OK, Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0));
+    ASSERT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}), Tree(folder.Target()));
+    EXPECT_EQ(std::string(20, 'b'), ReadWhole(folder.Target(L"bin\\b.bin"), 100));
+    EXPECT_EQ(FactsOf(folder.Setup(L"b.bin")).time, FactsOf(folder.Target(L"bin\\b.bin")).time);
+}
+
+TEST(Transfer, ReportsProgressUpToTheTotalAndNamesEachFile)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    Options options = folder.Given();
+    std::vector<Progress> seen;
+    options.onProgress = [&](const Progress& progress) { return seen.push_back(progress), true; };
+    const auto engine = Engine::Open(std::move(options));
+    com_ptr<IUnknown> sink;
+    ASSERT_EQ(S_OK, ServiceOf<ISetupProgress>(*engine)->BeginTransfer(100, 0, 0, sink.put()));
+    ASSERT_EQ(S_OK, engine->Host().query<ISetupFeatureHost>()->Move(sink.get()));
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(10u, seen.front().done);
+    EXPECT_EQ(folder.Target(L"a.bin"), seen.front().file);
+    EXPECT_EQ(100u, seen.back().done);
+    EXPECT_EQ(100, seen.back().percent);
+    short position = 0;
+    ServiceOf<ISetupProgress>(*engine)->ReadPosition(&position);
+    EXPECT_EQ(100, position);
+}
+
+TEST(Transfer, CancelTakesBackWhatWasWritten)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    Options options = folder.Given();
+    options.onProgress = [](const Progress& progress) { return progress.done < 30; };
+    const auto engine = Engine::Open(std::move(options));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_CANCELLED), MoveAll(*engine));
+    EXPECT_FALSE(Exists(folder.Target()));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"cancelled"));
+}
+
+// A target that can't be written fails the move with its name, and everything is as it was before.
+struct Obstacle {
+    const char* name;
+    HRESULT code;
+    std::function<unique_file(const SetupFolder&)> put;
+};
+
+class ObstacleTest : public testing::TestWithParam<Obstacle> {};
+
+TEST_P(ObstacleTest, RollsBackAndNamesTheFile)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    WriteText(folder.Target(L"a.bin"), "older");
+    const auto before = FactsOf(folder.Target(L"a.bin")).time;
+    auto engine = folder.Open();
+    const unique_file held = GetParam().put(folder);
+    const auto tree = Tree(folder.Target());
+    EXPECT_EQ(GetParam().code, MoveAll(*engine));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"c.bin")) << ToUtf8(LastReason(*engine));
+    EXPECT_EQ(tree, Tree(folder.Target()));
+    EXPECT_EQ("older", ReadWhole(folder.Target(L"a.bin"), 100));
+    EXPECT_EQ(before, FactsOf(folder.Target(L"a.bin")).time);
+    engine.reset();
+    EXPECT_EQ(tree, Tree(folder.Target()));
+    EXPECT_FALSE(Exists(folder.Data() + L"\\{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}\\install.log"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ObstacleTest,
+                         testing::Values(Obstacle{"LockedTarget", HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION),
+                                                  [](const SetupFolder& folder) {
+                                                      WriteText(folder.Target(L"c.bin"), "in use");
+                                                      return Hold(folder.Target(L"c.bin"));
+                                                  }},
+                                         Obstacle{"ReadOnlyTarget", HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED),
+                                                  [](const SetupFolder& folder) {
+                                                      WriteText(folder.Target(L"c.bin"), "fixed");
+                                                      SetFileAttributesW(folder.Target(L"c.bin").c_str(),
+                                                                         FILE_ATTRIBUTE_READONLY);
+                                                      return unique_file();
+                                                  }},
+                                         Obstacle{"FolderInPlace", HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS),
+                                                  [](const SetupFolder& folder) {
+                                                      MakeFolders(folder.Target(L"c.bin"), {});
+                                                      return unique_file();
+                                                  }},
+                                         Obstacle{"MissingPayload", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+                                                  [](const SetupFolder& folder) {
+                                                      RemoveFile(folder.Setup(L"c.bin"));
+                                                      return unique_file();
+                                                  }},
+                                         Obstacle{"ChangedPayload", HRESULT_FROM_WIN32(ERROR_FILE_INVALID),
+                                                  [](const SetupFolder& folder) {
+                                                      folder.Payload(L"c.bin", "shorter");
+                                                      return unique_file();
+                                                  }}),
+                         [](const auto& test) { return std::string(test.param.name); });
+
+TEST(Transfer, RefusesWhatDoesNotFitOnTheDrive)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    ASSERT_EQ(S_OK,
+              Feature(*engine, {L"Core"}).query<ISetupItemFiles>()->AddCost(0, 0x7FFFFFFF, bstr(L"<TARGETDIR>").get()));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), MoveAll(*engine));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"not enough space"));
+    EXPECT_FALSE(Exists(folder.Target()));
+}
+
+TEST(Transfer, LeavesEqualNewerAndProtectedFilesAlone)
+{
+    SetupFolder folder;
+    folder.Payload(L"keep.txt", "new");
+    folder.Payload(L"win.txt", "new");
+    WriteText(folder.Target(L"keep.txt"), "user's");
+    // A system library has a version resource, so a payload of version 0.1 is older.
+    wchar_t system[MAX_PATH] = {};
+    GetSystemDirectoryW(system, MAX_PATH);
+    CopyFileW(JoinPath(system, L"kernel32.dll").c_str(), folder.Target(L"win.txt").c_str(), FALSE);
+    const uint64_t size = FactsOf(folder.Target(L"win.txt")).size;
+    folder.Product(R"("features": [{"name": "F", "files": [{"name": "g", "files": [
+        {"path": "keep.txt", "flags": ["never-overwrite"]}, {"path": "win.txt", "version": "0.1"}]}]}])");
+    const auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    EXPECT_EQ("user's", ReadWhole(folder.Target(L"keep.txt"), 100));
+    EXPECT_EQ(size, FactsOf(folder.Target(L"win.txt")).size);
+    EXPECT_TRUE(engine->Installed().empty());
+}
+
+TEST(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames)
+{
+    SetupFolder folder;
+    std::wstring deep = L"tree";
+    for (int level = 0; level < 24; ++level)
+        deep += L"\\Ordner \u00e4\u00f6\u00fc " + std::to_wstring(level);
+    for (int i = 0; i < 2000; ++i)
+        folder.Payload(i % 10 ? L"tree\\\u65e5\u672c " + std::to_wstring(i) + L".txt"
+                              : deep + L"\\" + std::to_wstring(i) + L".txt",
+                       std::to_string(i));
+    folder.Product(
+        R"("features": [{"name": "Alles", "files": [{"name": "g", "files": [{"path": "tree/*", "recurse": true}]}]}])");
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
+    EXPECT_EQ(2000u, engine->Installed().size());
+    EXPECT_EQ(Tree(folder.Setup(L"tree")), Tree(folder.Target()));
+    engine->Commit();
+    const std::wstring log = engine->LogFile();
+    engine.reset();
+    const auto removed = Uninstall(log);
+    EXPECT_EQ(2000u + 25u, removed.size());
+    EXPECT_FALSE(Exists(folder.Target()));
+    EXPECT_FALSE(Exists(log));
+}
+
+TEST(Removal, TakesExactlyWhatWasInstalledAndLeavesTheUsersFiles)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    const std::wstring log = engine->LogFile();
+    engine.reset();
+    WriteText(folder.Target(L"bin\\mine.txt"), "mine");
+    WriteText(folder.Target(L"c.bin"), "changed by me");
+    const auto removals = Uninstall(log);
+    EXPECT_EQ((std::vector<std::wstring>{L"bin", L"bin\\mine.txt", L"c.bin"}), Tree(folder.Target()));
+    EXPECT_EQ(L"d.bin b.bin a.bin ", Outcomes(removals, RemovalOutcome::removed));
+    EXPECT_EQ(L"c.bin ", Outcomes(removals, RemovalOutcome::kept_changed));
+    EXPECT_EQ(L"bin target ", Outcomes(removals, RemovalOutcome::kept_not_empty));
+    EXPECT_THROW(Uninstall(log), engine_error);
+}
+
+TEST(Removal, ContinuesAfterAFailureAndAfterAKill)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    const std::wstring log = engine->LogFile();
+    engine.reset();
+    {
+        const unique_file held = Hold(folder.Target(L"b.bin"));
+        const unique_file heldInBin = Hold(folder.Target(L"bin\\b.bin"));
+        const auto first = Uninstall(log);
+        EXPECT_EQ(L"b.bin ", Outcomes(first, RemovalOutcome::failed).substr(0, 6));
+        EXPECT_TRUE(Exists(log));
+    }
+    // A record that a kill cut short is no damage.
+    const unique_file file(CreateFileW(log.c_str(), FILE_APPEND_DATA, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    DWORD written = 0;
+    WriteFile(file.get(), "{\"id\": 99", 9, &written, nullptr);
+    const_cast<unique_file&>(file).reset();
+    const auto second = Uninstall(log);
+    EXPECT_NE(std::wstring::npos, Outcomes(second, RemovalOutcome::removed).find(L"b.bin"));
+    EXPECT_FALSE(Exists(folder.Target()));
+    EXPECT_FALSE(Exists(log));
+}
+
+TEST(Removal, ANewStartUndoesARunThatNeverEnded)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    WriteText(folder.Target(L"a.bin"), "older");
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    const std::string log = ReadWhole(engine->LogFile(), 1 << 20);
+    const std::wstring logFile = engine->LogFile();
+    // What a killed process leaves: the log without an end, new files, and backups beside them.
+    std::vector<std::pair<std::wstring, std::string>> left;
+    for (const std::wstring& name : Tree(folder.Target()))
+        if (FactsOf(folder.Target(name)).file())
+            left.emplace_back(name, ReadWhole(folder.Target(name), 1000));
+    std::map<std::wstring, FILETIME> times;
+    for (const auto& [name, content] : left) {
+        const uint64_t time = FactsOf(folder.Target(name)).time;
+        times[name] = {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
+    }
+    engine.reset();
+    ASSERT_EQ((std::vector<std::wstring>{L"a.bin"}), Tree(folder.Target()));
+    RemoveFile(folder.Target(L"a.bin"));
+    for (const auto& [name, content] : left) {
+        WriteText(folder.Target(name), content);
+        const unique_file file(
+            CreateFileW(folder.Target(name).c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+        SetFileTime(file.get(), nullptr, nullptr, &times[name]);
+    }
+    WriteText(logFile, log);
+
+    engine = folder.Open();
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin"}), Tree(folder.Target()));
+    EXPECT_EQ("older", ReadWhole(folder.Target(L"a.bin"), 100));
+    EXPECT_FALSE(engine->Maintenance());
+    ASSERT_FALSE(engine->Messages().empty());
+    EXPECT_NE(std::wstring::npos, engine->Messages().front().reason.find(L"unfinished"));
+}
+
+TEST(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(0);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine = folder.Open();
+    EXPECT_TRUE(engine->Maintenance());
+    EXPECT_EQ(2, Selected(*engine, {L"Tools", L"Extra"}));
+    EXPECT_EQ(0, Selected(*engine, {L"Tools", L"Help"}));
+    Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(2);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}), Tree(folder.Target()));
+    engine = folder.Open();
+    ServiceOf<ISetupData>(*engine).query<ISetupDataEx>()->SetRemoveAllMode(VARIANT_TRUE);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    EXPECT_FALSE(Exists(folder.Target()));
+}
+
+TEST(Maintenance, ReinstallRepairsADamagedFile)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine = folder.Open();
+    WriteText(folder.Target(L"a.bin"), "damaged");
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    EXPECT_EQ("damaged", ReadWhole(folder.Target(L"a.bin"), 100));
+    const auto features = engine->Host().query<ISetupFeatureHost>();
+    ASSERT_EQ(S_OK, features->Reinstall(VARIANT_FALSE));
+    ASSERT_EQ(S_OK, features->Move(nullptr));
+    EXPECT_EQ(std::string(10, 'a'), ReadWhole(folder.Target(L"a.bin"), 100));
+    engine->Commit();
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
+}

@@ -1,0 +1,66 @@
+// Exhausted memory leaves the library as one exception type, which the host catches by that type.
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <oaidl.h>
+#include <oleauto.h>
+
+#include "../../exports/vhrt.h"
+#include "../../exports/vhrt/exceptions.h"
+#include "../support/bare_context.h"
+#include "../support/import_patch.h"
+
+using vh::test::BareContext;
+using vh::test::ImportPatch;
+
+namespace {
+
+BSTR WINAPI NoText(const OLECHAR*, UINT) { return nullptr; }
+
+// Small blocks are still there, as they are for the library's reserve.
+void* OnlySmallBlocks(size_t size) { return size < 512 ? std::malloc(size) : nullptr; }
+
+template <class Work>
+HRESULT CodeOf(Work&& work)
+{
+    try {
+        work();
+    } catch (const vh::com_exception& failure) {
+        return failure.code();
+    }
+    return S_OK;
+}
+
+TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
+{
+    const BareContext context;
+    const ListHandle texts = _ListCreate(context, ListTypeString);
+    const ListHandle numbers = _ListCreate(context, ListTypeNumber);
+    _ListAddString(context, texts, L"here before", ListAddAfter);
+    {
+        const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "SysAllocStringLen", reinterpret_cast<void*>(&NoText));
+        ASSERT_TRUE(none.found());
+        EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
+                  E_OUTOFMEMORY);
+        EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"short", ListAddAfter); }), S_OK);
+    }
+    {
+        const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "malloc", reinterpret_cast<void*>(&OnlySmallBlocks));
+        ASSERT_TRUE(none.found());
+        const HRESULT code = CodeOf([&] {
+            for (int i = 0; i < 1000; ++i)
+                _ListAddItem(context, numbers, i, ListAddAfter);
+        });
+        EXPECT_EQ(code, E_OUTOFMEMORY);
+        EXPECT_EQ(CodeOf([] { __CreateObjectContext(nullptr, nullptr); }), E_OUTOFMEMORY);
+    }
+    EXPECT_EQ(_ListCount(context, texts), 2);
+    EXPECT_EQ(_ListAddItem(context, numbers, 1, ListAddAfter), 0) << "usable again";
+    EXPECT_STRNE(vh::com_exception(E_OUTOFMEMORY).what(), "");
+    EXPECT_STREQ(vh::com_exception(S_OK).what(), "");
+}
+
+} // namespace

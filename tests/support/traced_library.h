@@ -1,0 +1,81 @@
+// A second copy of VHRT.dll, loaded while the trace switch is set: a trace of its own for one test.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "../../diagnostics/trace_record.h"
+#include "temp_folder.h"
+
+namespace vh::test {
+
+class TracedLibrary {
+public:
+    // The values of the switch; an empty path leaves "FileNamePath" out.
+    explicit TracedLibrary(const std::wstring& trace_path, bool on = true)
+    {
+        wchar_t own[MAX_PATH];
+        GetModuleFileNameW(GetModuleHandleW(L"VHRT.dll"), own, MAX_PATH);
+        static int count = 0;
+        const std::wstring copy = m_folder / (L"traced" + std::to_wstring(++count) + L".dll");
+        std::filesystem::copy_file(own, copy);
+        if (on) {
+            HKEY key = nullptr;
+            RegCreateKeyExW(HKEY_CURRENT_USER, L"VHlogit", 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
+            if (!trace_path.empty())
+                RegSetValueExW(key, L"FileNamePath", 0, REG_SZ, reinterpret_cast<const BYTE*>(trace_path.c_str()),
+                               static_cast<DWORD>((trace_path.size() + 1) * sizeof(wchar_t)));
+            RegCloseKey(key);
+        }
+        m_library = LoadLibraryW(copy.c_str());
+        RegDeleteTreeW(HKEY_CURRENT_USER, L"VHlogit");
+    }
+    TracedLibrary(const TracedLibrary&) = delete;
+    TracedLibrary& operator=(const TracedLibrary&) = delete;
+    ~TracedLibrary() { Unload(); }
+
+    void Unload()
+    {
+        if (m_library)
+            FreeLibrary(m_library);
+        m_library = nullptr;
+    }
+
+    HMODULE module() const { return m_library; }
+    template <class Function>
+    Function* Get(Function*, const char* name) const
+    {
+        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(m_library, name)));
+    }
+
+private:
+    TempFolder m_folder;
+    HMODULE m_library = nullptr;
+};
+
+// The text of a trace file; `records` counts its records. A damaged file ends the text with "<damaged>".
+inline std::string DecodedTrace(const std::wstring& path, int* records = nullptr)
+{
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    trace_reader reader(std::as_bytes(std::span(bytes)));
+    std::string text;
+    std::span<const std::byte> payload;
+    for (;;) {
+        const trace_status status = reader.next(payload);
+        if (status == trace_status::end)
+            return text;
+        if (status != trace_status::record)
+            return text + "<damaged>";
+        std::string part(reinterpret_cast<const char*>(payload.data()), payload.size());
+        TraceDescramble(std::as_writable_bytes(std::span(part)));
+        text += part;
+        if (records)
+            ++*records;
+    }
+}
+
+} // namespace vh::test
+
+// Gets an export of a library under its own name.
+#define VHRT_GET(library, name) (library).Get(&name, #name)
