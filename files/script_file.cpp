@@ -5,11 +5,25 @@
 #include <new>
 
 #include "../diagnostics/url.h"
+#include "../scriptdata/ascii.h"
 #include "text_lines.h"
 
 namespace {
 
 bool Writes(int32_t mode) { return mode == 1 || mode == 3 || mode == 5; }
+
+// A shorter line is padded with NULs up to the room; a line as long as the room has no terminator.
+void Pad(wchar_t* buffer, std::size_t count, std::size_t room)
+{
+    std::memset(buffer + count, 0, (room - count) * sizeof(wchar_t));
+}
+
+void Deliver(std::wstring_view line, wchar_t* buffer, std::size_t room)
+{
+    const std::size_t count = std::min(room, line.size());
+    line.copy(buffer, count);
+    Pad(buffer, count, room);
+}
 
 // The result of a read or write that raised: the code of a network failure, else -1.
 template <class Work>
@@ -144,6 +158,16 @@ int32_t CVHTextFile::FillFromStream()
     }
 }
 
+int32_t CVHTextFile::TakeLine(raw_line& line)
+{
+    if (!m_buffer)
+        if (const int32_t result = Fill())
+            return result;
+    const bool taken = m_wide ? vh::TakeLine<wchar_t>(m_buffer.get(), m_dataSize, m_cursor, line.wide)
+                              : vh::TakeLine<char>(m_buffer.get(), m_dataSize, m_cursor, line.narrow);
+    return taken ? 0 : -1;
+}
+
 int32_t CVHTextFile::ReadLine(stringx& line)
 {
     if (!m_pendingLine.empty() && &line != &m_pendingLine) {
@@ -152,46 +176,54 @@ int32_t CVHTextFile::ReadLine(stringx& line)
         m_lineResult = 0;
         return 0;
     }
-    if (!m_buffer)
-        if (const int32_t result = Fill())
-            return result;
-
-    if (m_wide) {
-        std::wstring_view found;
-        if (!vh::TakeLine<wchar_t>(m_buffer.get(), m_dataSize, m_cursor, found))
-            return -1;
-        line = found;
-    } else {
-        std::string_view found;
-        if (!vh::TakeLine<char>(m_buffer.get(), m_dataSize, m_cursor, found))
-            return -1;
-        if (found.empty())
-            line.clear();
-        else
-            line.assign_narrow(found.data(), static_cast<int>(found.size()));
-    }
+    raw_line found;
+    if (const int32_t result = TakeLine(found))
+        return result;
+    if (m_wide)
+        line = found.wide;
+    else if (found.narrow.empty())
+        line.clear();
+    else
+        line.assign_narrow(found.narrow.data(), static_cast<int>(found.narrow.size()));
     return 0;
 }
 
-int32_t CVHTextFile::GetLine(wchar_t* buffer, int32_t* size)
+int32_t CVHTextFile::GetLineSize(int32_t* size)
 {
     if (!m_pendingValid) {
         m_pendingLine.clear();
         m_lineResult = ReadLine(m_pendingLine);
         m_pendingValid = true;
     }
-    if (!buffer) {
-        *size = static_cast<int32_t>(m_pendingLine.size());
-        return m_lineResult;
-    }
-    // A shorter line is padded with NULs up to the size; a line as long as the buffer has no terminator.
+    *size = static_cast<int32_t>(m_pendingLine.size());
+    return m_lineResult;
+}
+
+int32_t CVHTextFile::GetLine(wchar_t* buffer, int32_t* size)
+{
+    if (!buffer)
+        return GetLineSize(size);
     const std::size_t room = *size > 0 ? static_cast<std::size_t>(*size) : 0;
-    const std::size_t count = std::min(room, m_pendingLine.size());
-    std::memcpy(buffer, m_pendingLine.data(), count * sizeof(wchar_t));
-    std::fill(buffer + count, buffer + room, L'\0');
-    m_pendingLine.clear();
-    m_pendingValid = false;
-    return std::exchange(m_lineResult, 0);
+    if (m_pendingValid) {
+        Deliver(m_pendingLine, buffer, room);
+        m_pendingLine.clear();
+        m_pendingValid = false;
+        return std::exchange(m_lineResult, 0);
+    }
+
+    // Most lines go from the content to the caller without a stop.
+    raw_line line;
+    const int32_t result = TakeLine(line);
+    if (!m_wide && vh::IsAscii(line.narrow)) {
+        const std::string_view part = line.narrow.substr(0, room);
+        vh::WidenAscii(part, buffer);
+        Pad(buffer, part.size(), room);
+    } else if (!m_wide) {
+        Deliver(stringx(line.narrow.data(), static_cast<int>(line.narrow.size())), buffer, room);
+    } else {
+        Deliver(line.wide, buffer, room);
+    }
+    return result;
 }
 
 int32_t CVHTextFile::WriteLine(std::wstring_view text)

@@ -50,6 +50,14 @@ public:
     void set_mark_on_create() { m_markOnCreate = true; }
 
 private:
+    // A line as it stands in the content; one of the two by the file's kind.
+    struct raw_line {
+        std::wstring_view wide;
+        std::string_view narrow;
+    };
+
+    int32_t TakeLine(raw_line& line);
+    int32_t GetLineSize(int32_t* size);
     int32_t Fill();
     int32_t FillFromStream();
     bool TakeBuffer(std::size_t bytes);

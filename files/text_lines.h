@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <type_traits>
 
 namespace vh {
 
@@ -20,6 +21,14 @@ constexpr bool IsLineEnd(Unit unit)
     return unit == Unit('\r') || unit == Unit('\n');
 }
 
+// What ends the search for a line's end: the line end itself, or a NUL. All of them are small, so that most
+// units take one comparison.
+template <class Unit>
+constexpr bool EndsSearch(Unit unit)
+{
+    return static_cast<std::make_unsigned_t<Unit>>(unit) <= Unit('\r') && (IsLineEnd(unit) || !unit);
+}
+
 // Takes the line at `cursor` and moves behind its line end; any pair of CR and LF counts as one. `size` is the
 // content in bytes, without what was appended. False at the end, at a NUL, which ends all reading, and for a
 // blank line whose line end is the very end of the content.
@@ -30,7 +39,7 @@ bool TakeLine(const char* buffer, std::size_t size, const char*& cursor, std::ba
         return false;
     const Unit* start = reinterpret_cast<const Unit*>(cursor);
     const Unit* end = start;
-    while (*end && !IsLineEnd(*end))
+    while (!EndsSearch(*end))
         ++end;
     if (!*end)
         return false;

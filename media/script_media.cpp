@@ -34,15 +34,8 @@ int32_t CVHScriptMedia::GetDescription(text item, stringx& value)
 
 int32_t CVHScriptMedia::GetDisplayName(text item, stringx& value)
 {
-    return WithItem(item, [&](tree& entry) {
-        if (!entry.data.displayName.empty()) {
-            value = entry.data.displayName;
-            return;
-        }
-        if (entry.data.name.empty())
-            entry.data.name = item;
-        value = vh::LastComponent(entry.path());
-    });
+    return WithItem(
+        item, [&](tree& entry) { value = entry.data.displayName.empty() ? entry.key() : entry.data.displayName; });
 }
 
 int32_t CVHScriptMedia::GetMiscText(text item, stringx& value)
@@ -220,11 +213,19 @@ int32_t CVHScriptMedia::SetData(text item, int32_t code, int32_t number, text va
     }
 }
 
-void CVHScriptMedia::Apply(tree& entry, bool selected)
+void CVHScriptMedia::SetSelected(tree& entry, bool selected)
 {
     if (entry.data.selected == selected)
         return;
     entry.data.selected = selected;
+    entry.parent()->data.selectedChildren += selected ? 1 : -1;
+}
+
+void CVHScriptMedia::Apply(tree& entry, bool selected)
+{
+    if (entry.data.selected == selected)
+        return;
+    SetSelected(entry, selected);
     if (entry.data.sink)
         entry.data.sink->OnStateChanged(entry.data.treeItem, selected ? 2 : 0, 0);
 }
@@ -236,10 +237,7 @@ void CVHScriptMedia::AdjustTopAncestor(text path, bool selected)
     tree* top = split.tail.empty() ? nullptr : m_root.Find(split.head);
     if (!top)
         return;
-    bool any = false;
-    for (std::size_t position = 0; position < top->size(); ++position)
-        any = any || top->at(position).data.selected;
-    if (any == selected)
+    if ((top->data.selectedChildren > 0) == selected)
         Apply(*top, selected);
 }
 
@@ -259,9 +257,8 @@ int32_t CVHScriptMedia::AddItem(text path, int32_t size, bool selected)
     if (m_root.Find(path))
         return Fail(vh::media_item_exists, path);
     tree& entry = m_root.Create(path);
-    entry.data.name = path;
     entry.data.size = size;
-    entry.data.selected = selected;
+    SetSelected(entry, selected);
     AdjustTopAncestor(path, selected);
     return 0;
 }

@@ -11,7 +11,6 @@
 namespace vh {
 
 struct ScriptComponent {
-    stringx name;
     stringx displayName;
     stringx description;
     stringx miscText;
@@ -21,33 +20,35 @@ struct ScriptComponent {
     bool selected = false;
     int64_t size = 0;
     int32_t displayOrder = 0;
+    // How many direct children are selected.
+    int32_t selectedChildren = 0;
     // The view that listens, and its cookie for the item.
     int64_t treeItem = 0;
     com_ptr<ISetupBasicFeatureStateEvents> sink;
 };
 
 // Children in order of insertion, found by key through an index. Nothing is ever removed, so positions and
-// addresses stay valid; growing moves pointers, never subtrees.
+// addresses stay valid; growing moves pointers, never subtrees. A tree without children is small.
 template <class T, wchar_t Separator>
 class tree {
 public:
+    tree() = default;
+    tree(tree* parent, std::wstring_view key) : m_parent(parent), m_key(key) {}
+
     T data;
 
-    const stringx& path() const { return m_path; }
-    std::size_t size() const { return m_items.size(); }
-    tree& at(std::size_t position) const { return *m_items[position]; }
-    // The last component of the path: the key in the parent.
-    std::wstring_view key() const { return std::wstring_view(m_path).substr(m_keyOffset); }
+    // The key in the parent, which is the last component of the path; the root has none.
+    const stringx& key() const { return m_key; }
+    tree* parent() const { return m_parent; }
+    std::size_t size() const { return m_children ? m_children->items.size() : 0; }
+    tree& at(std::size_t position) const { return *m_children->items[position]; }
 
     // Null when a component of the path is missing. Keys compare by unit.
     tree* Find(std::wstring_view wanted)
     {
         const split parts = Split(wanted);
-        const auto found = m_index.find(parts.head);
-        if (found == m_index.end())
-            return nullptr;
-        tree& entry = *m_items[found->second];
-        return parts.tail.empty() ? &entry : entry.Find(parts.tail);
+        tree* entry = FindChild(parts.head);
+        return !entry || parts.tail.empty() ? entry : entry->Find(parts.tail);
     }
 
     // The tree at the path; missing ancestors are made on the way.
@@ -63,9 +64,9 @@ public:
     template <class Visit>
     void ForEachBelow(Visit&& visit)
     {
-        for (const auto& item : m_items) {
-            visit(*item);
-            item->ForEachBelow(visit);
+        for (std::size_t position = 0; position < size(); ++position) {
+            visit(at(position));
+            at(position).ForEachBelow(visit);
         }
     }
 
@@ -74,31 +75,41 @@ private:
         std::wstring_view head;
         std::wstring_view tail;
     };
+    struct children {
+        std::vector<std::unique_ptr<tree>> items;
+        // The keys are the entries' own.
+        std::unordered_map<std::wstring_view, std::size_t> index;
+    };
+
     static split Split(std::wstring_view path)
     {
         const std::size_t at = path.find(Separator);
         return at == path.npos ? split{path, {}} : split{path.substr(0, at), path.substr(at + 1)};
     }
 
-    tree& GetOrCreate(std::wstring_view key)
+    tree* FindChild(std::wstring_view key) const
     {
-        if (const auto found = m_index.find(key); found != m_index.end())
-            return *m_items[found->second];
-        auto made = std::make_unique<tree>();
-        made->m_path = m_path.empty() ? stringx(key) : Concat(m_path, std::wstring_view(&separator, 1), key);
-        made->m_keyOffset = made->m_path.size() - key.size();
-        m_items.push_back(std::move(made));
-        // The key is a part of the entry's own path, which never changes or moves.
-        m_index.try_emplace(m_items.back()->key(), m_items.size() - 1);
-        return *m_items.back();
+        if (!m_children)
+            return nullptr;
+        const auto found = m_children->index.find(key);
+        return found == m_children->index.end() ? nullptr : m_children->items[found->second].get();
     }
 
-    static constexpr wchar_t separator = Separator;
+    tree& GetOrCreate(std::wstring_view key)
+    {
+        if (tree* found = FindChild(key))
+            return *found;
+        if (!m_children)
+            m_children = std::make_unique<children>();
+        auto& [items, index] = *m_children;
+        items.push_back(std::make_unique<tree>(this, key));
+        index.try_emplace(items.back()->m_key, items.size() - 1);
+        return *items.back();
+    }
 
-    std::vector<std::unique_ptr<tree>> m_items;
-    std::unordered_map<std::wstring_view, std::size_t> m_index;
-    stringx m_path;
-    std::size_t m_keyOffset = 0;
+    tree* m_parent = nullptr;
+    stringx m_key;
+    std::unique_ptr<children> m_children;
 };
 
 } // namespace vh
@@ -139,6 +150,7 @@ private:
     int32_t WithItem(text item, Use&& use);
     // The root for an empty name.
     tree* FindParent(text parent);
+    static void SetSelected(tree& entry, bool selected);
     static void Apply(tree& entry, bool selected);
     void AdjustTopAncestor(text path, bool selected);
 

@@ -11,7 +11,7 @@ int32_t CVHListImpl<T>::Add(Value&& value, int32_t mode)
         return -1;
     const bool behind = mode == ListAddAfter && !Empty();
     const iterator place = behind ? std::next(m_current) : m_current;
-    GoTo(list::insert(place, std::forward<Value>(value)), behind ? m_index + 1 : m_index);
+    GoTo(list::emplace(place, std::forward<Value>(value)), behind ? m_index + 1 : m_index);
     return 0;
 }
 
@@ -144,7 +144,7 @@ int32_t CNumList::GetNextItem(int32_t* value)
 
 int32_t CStringxList::GetType() { return ListTypeString; }
 
-int32_t CStringxList::AddString(const wchar_t* text, int32_t mode) { return Add(stringx(text), mode); }
+int32_t CStringxList::AddString(const wchar_t* text, int32_t mode) { return Add(text, mode); }
 
 int32_t CStringxList::SetCurrentString(const wchar_t* text)
 {

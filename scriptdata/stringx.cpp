@@ -5,6 +5,7 @@
 
 #include <oleauto.h>
 
+#include "ascii.h"
 #include "exception.h"
 #include "last_error.h"
 
@@ -31,18 +32,37 @@ void CopySwapped(char* target, const char* source, std::size_t bytes)
     }
 }
 
+constexpr std::size_t first_capacity(std::size_t units)
+{
+    return std::max<std::size_t>(units | text_storage::local_capacity, 10);
+}
+
 constexpr UINT utf16_little = 1200;
 constexpr UINT utf16_big = 1201;
 
 } // namespace
 
+// The long form of construction: one block, and one copy into it.
+void text_storage::start(const wchar_t* text, std::size_t count)
+{
+    if (count > max_length)
+        throw std::length_error("text too long");
+    keep_last_error keep;
+    const std::size_t room = first_capacity(count);
+    wchar_t* units = AllocateUnits(room);
+    std::memcpy(units, text, count * sizeof(wchar_t));
+    units[count] = L'\0';
+    m_heap.text = units;
+    m_heap.capacity = room | heap_mark;
+    m_size = count;
+}
+
 void text_storage::grow(std::size_t needed)
 {
     if (needed > max_length)
         throw std::length_error("text too long");
-    const std::size_t rounded = needed | local_capacity;
     const std::size_t old = capacity();
-    const std::size_t wanted = is_heap() ? std::max(rounded, old + old / 2) : std::max<std::size_t>(rounded, 10);
+    const std::size_t wanted = is_heap() ? std::max(needed | local_capacity, old + old / 2) : first_capacity(needed);
 
     keep_last_error keep;
     wchar_t* units = AllocateUnits(wanted);
@@ -131,14 +151,12 @@ bool text_storage::assign_narrow(const char* text, int length, UINT code_page)
     const std::size_t bytes = length < 0 ? std::strlen(text) : static_cast<std::size_t>(length);
     if (bytes == 0)
         return false;
-    // ASCII means the same in every narrow code page of the system, and most text is nothing else.
-    const bool ascii = std::all_of(text, text + bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    if (ascii) {
+    if (IsAscii({text, bytes})) {
         if (bytes > capacity()) {
             set_size(0);
             grow(bytes);
         }
-        std::copy(text, text + bytes, data());
+        WidenAscii({text, bytes}, data());
         set_size(bytes);
         return true;
     }

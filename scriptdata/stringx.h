@@ -2,6 +2,7 @@
 // narrow text or as a BSTR.
 #pragma once
 
+#include <algorithm>
 #include <compare>
 #include <cstring>
 #include <string>
@@ -29,6 +30,15 @@ public:
     static constexpr std::size_t max_length = 0x7FFFFFFFFFFFFFFE;
 
     text_storage() = default;
+    text_storage(const wchar_t* text, std::size_t count)
+    {
+        if (count <= local_capacity) {
+            std::copy_n(text, count, m_local);
+            m_size = count;
+        } else {
+            start(text, count);
+        }
+    }
     text_storage(const text_storage&) = delete;
     text_storage& operator=(const text_storage&) = delete;
     ~text_storage()
@@ -68,6 +78,7 @@ private:
         m_size = count;
         data()[count] = L'\0';
     }
+    void start(const wchar_t* text, std::size_t count);
     void grow(std::size_t needed);
     void release() noexcept;
     text_views& views() const;
@@ -94,12 +105,8 @@ public:
 
     _stringx() = default;
     // Null counts as empty.
-    _stringx(const wchar_t* text)
-    {
-        if (text)
-            m_text.assign(text, std::wcslen(text));
-    }
-    explicit _stringx(std::wstring_view text) { m_text.assign(text.data(), text.size()); }
+    _stringx(const wchar_t* text) : m_text(text, text ? std::wcslen(text) : 0) {}
+    explicit _stringx(std::wstring_view text) : m_text(text.data(), text.size()) {}
     // From narrow text in the system's code page, or another; a length of -1 means up to the NUL.
     explicit _stringx(const char* text, int length = -1, UINT code_page = CP_ACP)
     {
@@ -109,7 +116,7 @@ public:
     explicit _stringx(const _stringx<Other>& other) : _stringx(other.view())
     {
     }
-    _stringx(const _stringx& other) { m_text.assign(other.data(), other.size()); }
+    _stringx(const _stringx& other) : m_text(other.data(), other.size()) {}
     _stringx(_stringx&& other) noexcept { m_text.swap(other.m_text); }
 
     _stringx& operator=(const _stringx& other)
