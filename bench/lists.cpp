@@ -1,9 +1,11 @@
 // Lists: look-up by handle, append, next, find and growth.
 #include <algorithm>
+#include <cstring>
 #include <list>
 #include <memory>
 #include <random>
 
+#include "../scriptdata/bstr.h"
 #include "areas.h"
 #include "counting.h"
 #include "lists.h"
@@ -66,6 +68,26 @@ work AppendBare(Value value, long units)
             bare->emplace_back(value);
     }};
     made.before = [bare] { bare->clear(); };
+    made.after = made.before;
+    made.units = units;
+    return made;
+}
+
+// Only the blocks that texts of 20 units stand in: what a text can't cost less than.
+work KeepBstrs(long units)
+{
+    const auto kept = std::make_shared<std::vector<vh::bstr>>(static_cast<std::size_t>(units));
+    work made{[kept](long count) {
+        for (auto at = kept->begin(); count > 0; --count, ++at) {
+            constexpr UINT room = 24;
+            at->attach(SysAllocStringLen(nullptr, room));
+            std::memcpy(at->get(), twenty, sizeof(twenty));
+        }
+    }};
+    made.before = [kept] {
+        for (vh::bstr& text : *kept)
+            text.attach(nullptr);
+    };
     made.after = made.before;
     made.units = units;
     return made;
@@ -173,6 +195,7 @@ void TextLists(suite& s)
     const long n = s.quick() ? many / 100 : many / 10;
     s.Compare("append, 20 units, to list<wstring>", 0.8, AppendCold(Texts(Library()), n),
               AppendBare<std::wstring>(twenty, n));
+    s.Compare("the same, to bare BSTRs", {}, AppendCold(Texts(Library()), n), KeepBstrs(n));
     s.Compare("next, to an exported list<wstring>", 1.2, NextWalk(Texts(Library()), n), NextWalk(Texts(Floor()), n));
     s.Compare("find, to an exported list<wstring>", 1.1, FindLast(Texts(Library()), n), FindLast(Texts(Floor()), n));
 

@@ -13,6 +13,9 @@ int64_t SelectedBytesBelow(auto& tree)
     return bytes;
 }
 
+// For reading: an item without texts gets none.
+const vh::ScriptTexts& TextsOf(const auto& tree) { return tree.data.texts(); }
+
 } // namespace
 
 template <class Use>
@@ -29,18 +32,20 @@ CVHScriptMedia::tree* CVHScriptMedia::FindParent(text parent) { return parent.em
 
 int32_t CVHScriptMedia::GetDescription(text item, stringx& value)
 {
-    return WithItem(item, [&](tree& entry) { value = entry.data.description; });
+    return WithItem(item, [&](tree& entry) { value = TextsOf(entry).description; });
 }
 
 int32_t CVHScriptMedia::GetDisplayName(text item, stringx& value)
 {
-    return WithItem(
-        item, [&](tree& entry) { value = entry.data.displayName.empty() ? entry.key() : entry.data.displayName; });
+    return WithItem(item, [&](tree& entry) {
+        const stringx& own = TextsOf(entry).displayName;
+        value = own.empty() ? entry.key() : own;
+    });
 }
 
 int32_t CVHScriptMedia::GetMiscText(text item, stringx& value)
 {
-    return WithItem(item, [&](tree& entry) { value = entry.data.miscText; });
+    return WithItem(item, [&](tree& entry) { value = TextsOf(entry).miscText; });
 }
 
 int32_t CVHScriptMedia::IsSelected(text item, bool& truth)
@@ -131,10 +136,10 @@ int32_t CVHScriptMedia::GetCost(text item, text, uint64_t& bytes)
 
 int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer, int32_t length)
 {
-    const auto field = [&](stringx vh::ScriptComponent::*which, bool lines) {
+    const auto field = [&](stringx vh::ScriptTexts::*which, bool lines) {
         int32_t copied = 0;
         const int32_t found = WithItem(item, [&](tree& entry) {
-            const stringx& value = entry.data.*which;
+            const stringx& value = TextsOf(entry).*which;
             copied = vh::CopyOut(lines ? vh::ExpandLineEnds(value) : value, buffer, length);
         });
         return found == 0 ? copied : found;
@@ -142,13 +147,13 @@ int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_
 
     switch (code) {
     case vh::attribute_description:
-        return field(&vh::ScriptComponent::description, true);
+        return field(&vh::ScriptTexts::description, true);
     case vh::attribute_misc_text:
-        return field(&vh::ScriptComponent::miscText, true);
+        return field(&vh::ScriptTexts::miscText, true);
     case vh::attribute_text17:
-        return field(&vh::ScriptComponent::text17, false);
+        return field(&vh::ScriptTexts::text17, false);
     case vh::attribute_text18:
-        return field(&vh::ScriptComponent::text18, false);
+        return field(&vh::ScriptTexts::text18, false);
     case vh::attribute_display_name: {
         stringx value;
         const int32_t found = GetDisplayName(item, value);
@@ -180,21 +185,21 @@ int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_
 
 int32_t CVHScriptMedia::SetData(text item, int32_t code, int32_t number, text value, ObjectContext* context)
 {
-    const auto field = [&](stringx vh::ScriptComponent::*which) {
-        return WithItem(item, [&](tree& entry) { entry.data.*which = value; });
+    const auto field = [&](stringx vh::ScriptTexts::*which) {
+        return WithItem(item, [&](tree& entry) { entry.data.texts().*which = value; });
     };
 
     switch (code) {
     case vh::attribute_description:
-        return field(&vh::ScriptComponent::description);
+        return field(&vh::ScriptTexts::description);
     case vh::attribute_misc_text:
-        return field(&vh::ScriptComponent::miscText);
+        return field(&vh::ScriptTexts::miscText);
     case vh::attribute_display_name:
-        return field(&vh::ScriptComponent::displayName);
+        return field(&vh::ScriptTexts::displayName);
     case vh::attribute_text17:
-        return field(&vh::ScriptComponent::text17);
+        return field(&vh::ScriptTexts::text17);
     case vh::attribute_text18:
-        return field(&vh::ScriptComponent::text18);
+        return field(&vh::ScriptTexts::text18);
     case vh::attribute_visible:
         return WithItem(item, [&](tree& entry) { entry.data.visible = number == 1; });
     case vh::attribute_selected:

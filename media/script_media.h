@@ -1,8 +1,8 @@
 // A media that lives in the library alone: a tree of items that the script builds.
 #pragma once
 
+#include <deque>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "../scriptdata/com_ptr.h"
@@ -10,12 +10,29 @@
 
 namespace vh {
 
-struct ScriptComponent {
+// The texts that most items never get.
+struct ScriptTexts {
     stringx displayName;
     stringx description;
     stringx miscText;
     stringx text18;
     stringx text17;
+};
+
+class ScriptComponent {
+public:
+    const ScriptTexts& texts() const
+    {
+        static const ScriptTexts none;
+        return m_texts ? *m_texts : none;
+    }
+    ScriptTexts& texts()
+    {
+        if (!m_texts)
+            m_texts = std::make_unique<ScriptTexts>();
+        return *m_texts;
+    }
+
     bool visible = true;
     bool selected = false;
     int64_t size = 0;
@@ -25,15 +42,18 @@ struct ScriptComponent {
     // The view that listens, and its cookie for the item.
     int64_t treeItem = 0;
     com_ptr<ISetupBasicFeatureStateEvents> sink;
+
+private:
+    std::unique_ptr<ScriptTexts> m_texts;
 };
 
-// Children in order of insertion, found by key through an index. Nothing is ever removed, so positions and
-// addresses stay valid; growing moves pointers, never subtrees. A tree without children is small.
+// Children in order of insertion, found by key. Nothing is ever removed, so positions and addresses stay valid,
+// and growing never moves a subtree. A tree without children is small.
 template <class T, wchar_t Separator>
 class tree {
 public:
     tree() = default;
-    tree(tree* parent, std::wstring_view key) : m_parent(parent), m_key(key) {}
+    tree(tree* parent, std::wstring_view key, std::size_t hash) : m_parent(parent), m_key(key), m_hash(hash) {}
 
     T data;
 
@@ -41,7 +61,7 @@ public:
     const stringx& key() const { return m_key; }
     tree* parent() const { return m_parent; }
     std::size_t size() const { return m_children ? m_children->items.size() : 0; }
-    tree& at(std::size_t position) const { return *m_children->items[position]; }
+    tree& at(std::size_t position) const { return m_children->items[position]; }
 
     // Null when a component of the path is missing. Keys compare by unit.
     tree* Find(std::wstring_view wanted)
@@ -75,11 +95,7 @@ private:
         std::wstring_view head;
         std::wstring_view tail;
     };
-    struct children {
-        std::vector<std::unique_ptr<tree>> items;
-        // The keys are the entries' own.
-        std::unordered_map<std::wstring_view, std::size_t> index;
-    };
+    struct children;
 
     static split Split(std::wstring_view path)
     {
@@ -87,30 +103,66 @@ private:
         return at == path.npos ? split{path, {}} : split{path.substr(0, at), path.substr(at + 1)};
     }
 
-    tree* FindChild(std::wstring_view key) const
-    {
-        if (!m_children)
-            return nullptr;
-        const auto found = m_children->index.find(key);
-        return found == m_children->index.end() ? nullptr : m_children->items[found->second].get();
-    }
-
-    tree& GetOrCreate(std::wstring_view key)
-    {
-        if (tree* found = FindChild(key))
-            return *found;
-        if (!m_children)
-            m_children = std::make_unique<children>();
-        auto& [items, index] = *m_children;
-        items.push_back(std::make_unique<tree>(this, key));
-        index.try_emplace(items.back()->m_key, items.size() - 1);
-        return *items.back();
-    }
+    static std::size_t Hash(std::wstring_view key) { return std::hash<std::wstring_view>()(key); }
+    tree* FindChild(std::wstring_view key) const;
+    tree& GetOrCreate(std::wstring_view key);
 
     tree* m_parent = nullptr;
     stringx m_key;
+    std::size_t m_hash = 0;
     std::unique_ptr<children> m_children;
 };
+
+// Entries stand in blocks and never move. The slots are a hash of the keys with open addressing; an entry keeps
+// its hash, so that growing reads no key.
+template <class T, wchar_t Separator>
+struct tree<T, Separator>::children {
+    std::deque<tree> items;
+    std::vector<tree*> slots = std::vector<tree*>(8);
+
+    // The slot of the key, or the free one where it belongs.
+    tree*& SlotOf(std::wstring_view key, std::size_t hash)
+    {
+        return Probe(hash, [&](const tree& entry) { return entry.m_hash == hash && entry.m_key == key; });
+    }
+    void Grow()
+    {
+        slots.assign(slots.size() * 2, nullptr);
+        for (tree& entry : items)
+            Probe(entry.m_hash, [](const tree&) { return false; }) = &entry;
+    }
+
+private:
+    template <class Wanted>
+    tree*& Probe(std::size_t hash, Wanted&& wanted)
+    {
+        const std::size_t mask = slots.size() - 1;
+        std::size_t at = hash & mask;
+        while (slots[at] && !wanted(*slots[at]))
+            at = (at + 1) & mask;
+        return slots[at];
+    }
+};
+
+template <class T, wchar_t Separator>
+tree<T, Separator>* tree<T, Separator>::FindChild(std::wstring_view key) const
+{
+    return m_children ? m_children->SlotOf(key, Hash(key)) : nullptr;
+}
+
+template <class T, wchar_t Separator>
+tree<T, Separator>& tree<T, Separator>::GetOrCreate(std::wstring_view key)
+{
+    const std::size_t hash = Hash(key);
+    if (!m_children)
+        m_children = std::make_unique<children>();
+    if (tree* found = m_children->SlotOf(key, hash))
+        return *found;
+    auto& items = m_children->items;
+    if ((items.size() + 1) * 2 > m_children->slots.size())
+        m_children->Grow();
+    return *(m_children->SlotOf(key, hash) = &items.emplace_back(this, key, hash));
+}
 
 } // namespace vh
 
