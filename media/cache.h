@@ -65,7 +65,10 @@ public:
         if (FAILED(code))
             return code;
         made.item = std::move(item);
-        node = &m_nodes.try_emplace(stringx(path), std::move(made)).first->second;
+        auto known = m_nodes.find(path);
+        if (known == m_nodes.end())
+            known = m_nodes.emplace(path, std::move(made)).first;
+        node = &known->second;
         return S_OK;
     }
 

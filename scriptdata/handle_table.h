@@ -35,8 +35,8 @@ public:
 
     Object* Find(int64_t handle) const
     {
-        // Scripts use one list many times in a row.
-        if (m_last && handle == HandleOf(m_last))
+        // Scripts use one list many times in a row. No list and the handle 0 find nothing here, too.
+        if (handle == HandleOf(m_last)) [[likely]]
             return m_last;
         if (m_slots.empty() || handle == 0)
             return nullptr;
