@@ -88,18 +88,23 @@ public:
         else
             Keep(m_api.find_item(m_api.context, m_list, 6));
     }
-    // Of the library alone.
-    void Sweep(long count, bool ask)
+    // The rest is of the library alone.
+    void SetEachIndex(long count)
     {
         const auto set = BENCH_GET(m_side, _ListSetIndex);
-        const auto get = BENCH_GET(m_side, _ListGetIndex);
-        int32_t index = 0;
-        for (int32_t i = 0; i < count; ++i) {
+        for (int32_t i = 0; i < count; ++i)
             set(m_api.context, m_list, i);
-            if (ask)
-                get(m_api.context, m_list, &index);
+    }
+    // Walks by next and asks for the index at each element.
+    void AskEachIndex(long count)
+    {
+        const auto get = BENCH_GET(m_side, _ListGetIndex);
+        int32_t number = 0;
+        for (; count > 0; --count) {
+            get(m_api.context, m_list, &number);
+            m_api.next_item(m_api.context, m_list, &number);
         }
-        Keep(index);
+        Keep(number);
     }
     void Delete(long count)
     {
