@@ -33,7 +33,7 @@ target_link_libraries(vhrt_objects PUBLIC vhrt_options)
 add_library(VHRT SHARED runtime/load.cpp exports/VHRT.def)
 target_link_libraries(VHRT PRIVATE vhrt_objects oleaut32)
 set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
-target_include_directories(VHRT INTERFACE ${CMAKE_SOURCE_DIR}/exports)
+target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/exports>)
 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
@@ -44,16 +44,25 @@ if(engine_sources)
     PUBLIC ole32 oleaut32 uuid shlwapi shell32 version)
 endif()
 
-function(vhrt_program name)
-  vhrt_sources(sources ${ARGN})
-  if(sources)
-    add_executable(${name} ${sources})
-    target_link_options(${name} PRIVATE -municode)
-    target_link_libraries(${name} PRIVATE VHRT vhengine vhrt_options ole32 oleaut32 uuid version shell32)
-  endif()
-endfunction()
-vhrt_program(vhhost host)
-vhrt_program(vhtool tools)
+# Programs. What the host's script side is made of also serves the tests and the tool.
+add_library(vhhost_parts STATIC
+  host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
+  host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp)
+target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
+
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/version.rc)
+target_link_options(vhhost PRIVATE -municode)
+target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
+# The library is loaded at run time, so that the trace switch can be set before.
+add_dependencies(vhhost VHRT)
+
+vhrt_sources(tool_sources tools)
+if(tool_sources)
+  add_executable(vhtool ${tool_sources})
+  target_link_options(vhtool PRIVATE -municode)
+  target_link_libraries(vhtool PRIVATE vhhost_parts)
+endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
 # belongs to one program; tests/support is shared.
@@ -72,6 +81,8 @@ vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:v
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
+vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
+target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
 vhrt_sources(bench_sources bench)
 if(bench_sources)

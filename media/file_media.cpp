@@ -39,14 +39,16 @@ HRESULT MEDIA::FindItem(text item, Item*& found)
 MEDIA_TEMPLATE
 HRESULT MEDIA::FindChildren(text parent, Items*& found)
 {
-    found = m_collection.get();
-    if (!parent.empty()) {
-        Node* node = nullptr;
-        if (const HRESULT code = m_cache.Find(parent, node); FAILED(code))
-            return code;
-        found = node->children.get();
+    if (parent.empty()) {
+        found = m_collection.get();
+        return found ? S_OK : E_POINTER;
     }
-    return found ? S_OK : E_POINTER;
+    // An engine may give no collection for an item without children.
+    Node* node = nullptr;
+    if (const HRESULT code = m_cache.Find(parent, node); FAILED(code))
+        return Fail(code, parent);
+    found = node->children.get();
+    return S_OK;
 }
 
 MEDIA_TEMPLATE
@@ -276,9 +278,12 @@ int32_t MEDIA::GetChildCount(text parent, int32_t& count, int32_t mode)
     if (const HRESULT code = FindChildren(parent, children); FAILED(code))
         return code;
     long all = 0;
-    if (const HRESULT code = children->Count(&all); FAILED(code))
-        return code;
+    if (children)
+        if (const HRESULT code = children->Count(&all); FAILED(code))
+            return code;
     count = all;
+    if (all == 0)
+        return 0;
     if (mode != 1)
         return 0;
     count = 0;
@@ -297,6 +302,8 @@ int32_t MEDIA::GetChild(text parent, int32_t index, stringx& name)
     if (const HRESULT code = FindChildren(parent, children); FAILED(code))
         return code;
     vh::com_ptr<Item> child;
+    if (!children)
+        return Fail(vh::media_no_item, parent);
     if (const HRESULT code = vh::ItemAt(children, index, child); FAILED(code))
         return code;
     vh::bstr read;

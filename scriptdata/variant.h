@@ -1,6 +1,8 @@
 // One owned VARIANT, and arrays in it.
 #pragma once
 
+#include <windows.h>
+
 #include <oleauto.h>
 
 #include "bstr.h"

@@ -1,0 +1,35 @@
+# What a host's developer gets: programs, import library, headers, documents, samples, and a CMake package.
+include(CMakePackageConfigHelpers)
+
+# Headers keep their places to each other: the engine interfaces and the exceptions use the holders.
+set(VHRT_HEADERS include)
+
+set_target_properties(VHRT PROPERTIES IMPORT_SUFFIX ".a")
+install(TARGETS VHRT EXPORT VHRTTargets RUNTIME DESTINATION bin ARCHIVE DESTINATION lib
+  INCLUDES DESTINATION ${VHRT_HEADERS}/exports ${VHRT_HEADERS})
+# All that is installed, and no tests.
+add_custom_target(product DEPENDS VHRT)
+foreach(program vhres vhhost vhtool)
+  if(TARGET ${program})
+    add_dependencies(product ${program})
+    install(TARGETS ${program} RUNTIME DESTINATION bin)
+  endif()
+endforeach()
+install(FILES exports/VHRT.def DESTINATION lib)
+
+install(FILES exports/vhrt.h DESTINATION ${VHRT_HEADERS}/exports)
+install(DIRECTORY exports/vhrt DESTINATION ${VHRT_HEADERS}/exports FILES_MATCHING PATTERN *.h)
+install(DIRECTORY Src/inc DESTINATION ${VHRT_HEADERS}/Src FILES_MATCHING PATTERN *.h)
+install(FILES scriptdata/bstr.h scriptdata/com_object.h scriptdata/com_ptr.h scriptdata/exception.h
+  scriptdata/unique.h scriptdata/variant.h DESTINATION ${VHRT_HEADERS}/scriptdata)
+
+install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg)
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION docs)
+install(DIRECTORY samples DESTINATION .)
+
+install(EXPORT VHRTTargets NAMESPACE VHRT:: DESTINATION lib/cmake/VHRT)
+configure_package_config_file(cmake/VHRTConfig.cmake.in ${CMAKE_BINARY_DIR}/VHRTConfig.cmake
+  INSTALL_DESTINATION lib/cmake/VHRT)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/VHRTConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/VHRTConfig.cmake ${CMAKE_BINARY_DIR}/VHRTConfigVersion.cmake
+  DESTINATION lib/cmake/VHRT)

@@ -1,0 +1,95 @@
+// What the host knows of one exported function: its result and each argument's kind.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace host {
+
+// How an argument crosses between a script value and 64-bit argument slots.
+enum class Kind {
+    // Given by the host.
+    Context,
+    Host,
+    Services,
+    Null,
+    // The size of another argument's buffer.
+    SizeOf,
+    // Given by the script.
+    Int,
+    Int64,
+    Text,
+    Narrow,
+    Variant,
+    Texts,
+    // Given by the script and handed back as a property of the result.
+    InOutInt,
+    InOutInt64,
+    InOutText,
+    InOutBstr,
+    Block,
+    Record,
+    // Handed back as a property of the result.
+    OutInt,
+    OutInt64,
+    OutText,
+    OutVariant,
+    OutTexts,
+    Buffer,
+    BufferOf,
+    BufferInOut,
+    BytesInOut,
+};
+
+enum class Result { None, Int, Int64 };
+
+// One row per kind: its word in the call table, the slots that it fills, who gives it and who gets it.
+struct KindInfo {
+    Kind kind;
+    std::string_view word;
+    int slots;
+    bool from_script;
+    bool to_script;
+};
+
+const KindInfo& InfoOf(Kind kind);
+
+struct Argument {
+    Kind kind;
+    std::string name;
+    // Of a Record its layout, of a SizeOf the argument that it measures.
+    std::string detail;
+};
+
+struct CallRow {
+    const char* name;
+    const char* result;
+    const char* arguments;
+};
+
+struct Call {
+    std::string name;
+    Result result = Result::None;
+    std::vector<Argument> arguments;
+
+    // The name that scripts use: without leading underscores.
+    std::string_view ScriptName() const;
+    int Slots() const;
+    std::size_t ScriptArguments() const;
+    bool HasOutputs() const;
+};
+
+// No exported function takes more 64-bit arguments than this.
+constexpr int max_slots = 16;
+
+// All exported functions, in the order of their names.
+std::span<const CallRow> CallTable();
+
+// Throws std::invalid_argument that says what is wrong with the row.
+Call ParseCall(const CallRow& row);
+
+} // namespace host

@@ -1,0 +1,64 @@
+#include "console.h"
+
+#include <string>
+#include <windows.h>
+
+#include "text.h"
+
+namespace host {
+
+namespace {
+
+bool IsConsole(HANDLE handle)
+{
+    DWORD mode = 0;
+    return GetConsoleMode(handle, &mode) != FALSE;
+}
+
+void Write(HANDLE handle, std::wstring_view text)
+{
+    DWORD written = 0;
+    if (IsConsole(handle)) {
+        WriteConsoleW(handle, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+        return;
+    }
+    const std::string bytes = Utf8(text);
+    WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+}
+
+// Units of the status line that stands on the console now.
+std::size_t status_width = 0;
+
+void ClearStatus(HANDLE handle)
+{
+    if (status_width == 0)
+        return;
+    Write(handle, L"\r" + std::wstring(status_width, L' ') + L"\r");
+    status_width = 0;
+}
+
+void Line(DWORD stream, std::wstring_view line)
+{
+    const HANDLE handle = GetStdHandle(stream);
+    ClearStatus(GetStdHandle(STD_OUTPUT_HANDLE));
+    Write(handle, std::wstring(line) + L"\n");
+}
+
+} // namespace
+
+void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
+
+void Complain(std::wstring_view line) { Line(STD_ERROR_HANDLE, line); }
+
+void Status(std::wstring_view line)
+{
+    const HANDLE handle = GetStdHandle(STD_OUTPUT_HANDLE);
+    if (!IsConsole(handle))
+        return;
+    ClearStatus(handle);
+    const std::wstring_view shown = line.substr(0, 78);
+    Write(handle, shown);
+    status_width = shown.size();
+}
+
+} // namespace host

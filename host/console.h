@@ -1,0 +1,15 @@
+// Lines for people: to a console as UTF-16, to a file or pipe as UTF-8.
+#pragma once
+
+#include <string_view>
+
+namespace host {
+
+// One line on standard output.
+void Say(std::wstring_view line);
+// One line on standard error.
+void Complain(std::wstring_view line);
+// A line that replaces itself on a console, and is dropped elsewhere; an empty one clears it.
+void Status(std::wstring_view line);
+
+} // namespace host

@@ -1,0 +1,23 @@
+// How vhhost.exe ends. 3, 5 and 29 stay free: the system ends broken processes with them.
+#pragma once
+
+namespace host {
+
+enum ExitCode : int {
+    // The script ran to its end; what it did is committed.
+    exit_done = 0,
+    // The script failed, or a transfer did; the run is rolled back.
+    exit_failed = 1,
+    // The command line is wrong.
+    exit_usage = 2,
+    // The setup folder, its product file or its payload is wrong; nothing was touched.
+    exit_setup = 4,
+    // Stopped by the user; the run is rolled back.
+    exit_cancelled = 6,
+    // VHRT.dll can't be loaded.
+    exit_library = 7,
+    // The removal left something behind that could not be removed.
+    exit_removal = 8,
+};
+
+} // namespace host

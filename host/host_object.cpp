@@ -1,0 +1,139 @@
+#include "host_object.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "script_value.h"
+#include "text.h"
+
+namespace host {
+
+namespace {
+
+// Services stand behind the functions; the order is that of ServiceId.
+constexpr DISPID first_service = 10000;
+enum ServiceId : DISPID { Print = first_service, Arguments, SetupFolder, TargetFolder, Silent, Maintenance };
+constexpr const wchar_t* service_names[] = {L"Print",        L"Arguments", L"SetupFolder",
+                                            L"TargetFolder", L"Silent",    L"Maintenance"};
+
+void Explain(EXCEPINFO* exception, HRESULT code, const std::wstring& text)
+{
+    if (!exception)
+        return;
+    *exception = {};
+    exception->bstrSource = vh::bstr(L"VHRT").detach();
+    exception->bstrDescription = vh::bstr(text).detach();
+    exception->scode = code;
+}
+
+// Arguments arrive last first.
+std::vector<VARIANT> InOrder(const DISPPARAMS* parameters)
+{
+    std::vector<VARIANT> arguments;
+    if (parameters)
+        std::reverse_copy(parameters->rgvarg, parameters->rgvarg + parameters->cArgs, std::back_inserter(arguments));
+    return arguments;
+}
+
+} // namespace
+
+HostObject::HostObject(const Library& library, const CallSite& site, const HostServices& services,
+                       const std::atomic<bool>& cancelled)
+    : m_library(library), m_site(site), m_services(services), m_cancelled(cancelled)
+{
+    for (const CallRow& row : CallTable()) {
+        Function function{ParseCall(row)};
+        const std::string_view name = function.call.ScriptName();
+        function.moves_data = name == "ComponentMoveData" || name == "ComponentTransferData";
+        m_functions.push_back(std::move(function));
+        m_names.emplace(Wide(m_functions.back().call.ScriptName()), static_cast<DISPID>(m_functions.size()));
+    }
+    DISPID id = first_service;
+    for (const wchar_t* name : service_names)
+        m_names.emplace(name, id++);
+}
+
+HRESULT HostObject::GetTypeInfoCount(UINT* count)
+{
+    *count = 0;
+    return S_OK;
+}
+
+HRESULT HostObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids)
+{
+    std::fill_n(ids, count, DISPID_UNKNOWN);
+    const auto found = m_names.find(std::wstring_view(names[0]));
+    if (found == m_names.end() || count != 1)
+        return DISP_E_UNKNOWNNAME;
+    ids[0] = found->second;
+    return S_OK;
+}
+
+HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                           EXCEPINFO* exception, UINT*)
+{
+    if (!(flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)))
+        return DISP_E_MEMBERNOTFOUND;
+    try {
+        if (m_cancelled)
+            throw script_error(L"cancelled");
+        const std::vector<VARIANT> arguments = InOrder(parameters);
+        vh::variant value;
+        if (id >= 1 && static_cast<std::size_t>(id) <= m_functions.size()) {
+            if (!(flags & DISPATCH_METHOD))
+                return DISP_E_MEMBERNOTFOUND;
+            value = CallFunction(m_functions[static_cast<std::size_t>(id) - 1], arguments);
+        } else {
+            value = CallService(id, arguments);
+        }
+        if (result)
+            value.detach(result);
+        return S_OK;
+    } catch (const vh::com_exception& error) {
+        Explain(exception, error.code(), SystemText(static_cast<uint32_t>(error.code())));
+    } catch (const std::exception& error) {
+        Explain(exception, E_INVALIDARG, Wide(error.what()));
+    }
+    return DISP_E_EXCEPTION;
+}
+
+vh::variant HostObject::CallFunction(Function& function, std::span<const VARIANT> arguments)
+{
+    if (!function.entry)
+        function.entry = m_library.Entry(function.call.name.c_str());
+    vh::variant value = CallFrame(function.call, m_site, arguments).Run(function.entry);
+    if (function.moves_data)
+        m_last_transfer = ToInt(value.get());
+    return value;
+}
+
+vh::variant HostObject::CallService(DISPID id, std::span<const VARIANT> arguments) const
+{
+    switch (id) {
+    case Print: {
+        std::wstring line;
+        for (const VARIANT& argument : arguments)
+            line += ToText(argument);
+        m_services.print(line);
+        return {};
+    }
+    case Arguments: {
+        if (arguments.size() != 1)
+            throw script_error(L"Arguments(name) takes one name");
+        const auto found = m_services.arguments.find(ToText(arguments[0]));
+        return found == m_services.arguments.end() ? vh::variant() : vh::variant(found->second.c_str());
+    }
+    case SetupFolder:
+        return vh::variant(m_services.setup_folder.c_str());
+    case TargetFolder:
+        return vh::variant(m_services.target_folder.c_str());
+    case Silent:
+        return vh::variant(m_services.silent);
+    case Maintenance:
+        return vh::variant(m_services.maintenance);
+    default:
+        throw vh::com_exception(DISP_E_MEMBERNOTFOUND);
+    }
+}
+
+} // namespace host

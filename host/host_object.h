@@ -1,0 +1,61 @@
+// What a script sees: every exported function of the library by name, and a few services of the host.
+#pragma once
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "call_frame.h"
+#include "library.h"
+#include "scriptdata/com_object.h"
+
+namespace host {
+
+// Facts and services beside the library's functions.
+struct HostServices {
+    std::wstring setup_folder;
+    std::wstring target_folder;
+    bool silent = false;
+    bool maintenance = false;
+    // By --var; Arguments(name) in scripts.
+    std::map<std::wstring, std::wstring> arguments;
+    std::function<void(const std::wstring&)> print;
+};
+
+class HostObject : public vh::com_object<IDispatch> {
+public:
+    // The references have to outlive the object; `cancelled` makes every call fail.
+    HostObject(const Library& library, const CallSite& site, const HostServices& services,
+               const std::atomic<bool>& cancelled);
+
+    // Result of the latest transfer that the script asked for; 0 when there was none.
+    int32_t LastTransfer() const { return m_last_transfer; }
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                     EXCEPINFO* exception, UINT*) override;
+
+private:
+    struct Function {
+        Call call;
+        FARPROC entry = nullptr;
+        bool moves_data = false;
+    };
+
+    vh::variant CallFunction(Function& function, std::span<const VARIANT> arguments);
+    vh::variant CallService(DISPID id, std::span<const VARIANT> arguments) const;
+
+    const Library& m_library;
+    CallSite m_site;
+    const HostServices& m_services;
+    const std::atomic<bool>& m_cancelled;
+    std::vector<Function> m_functions;
+    std::map<std::wstring, DISPID, std::less<>> m_names;
+    int32_t m_last_transfer = 0;
+};
+
+} // namespace host

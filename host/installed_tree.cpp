@@ -1,0 +1,95 @@
+#include "installed_tree.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+#include "console.h"
+#include "scriptdata/unique.h"
+#include "text.h"
+
+namespace host {
+
+namespace {
+
+constexpr DWORD block_size = 1 << 18;
+
+vh::unique_file OpenForReading(const std::wstring& path)
+{
+    return vh::unique_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+}
+
+std::optional<uint64_t> SizeOf(const vh::unique_file& file)
+{
+    LARGE_INTEGER size{};
+    if (!file || !GetFileSizeEx(file.get(), &size))
+        return std::nullopt;
+    return static_cast<uint64_t>(size.QuadPart);
+}
+
+bool SameContent(const vh::unique_file& first, const vh::unique_file& second)
+{
+    std::vector<char> left(block_size);
+    std::vector<char> right(block_size);
+    for (;;) {
+        DWORD left_count = 0;
+        DWORD right_count = 0;
+        if (!ReadFile(first.get(), left.data(), block_size, &left_count, nullptr) ||
+            !ReadFile(second.get(), right.data(), block_size, &right_count, nullptr) || left_count != right_count ||
+            std::memcmp(left.data(), right.data(), left_count) != 0)
+            return false;
+        if (left_count == 0)
+            return true;
+    }
+}
+
+// Empty when the file equals its source.
+std::wstring Difference(const vh::engine::InstalledFile& file, uint64_t& size)
+{
+    const vh::unique_file target = OpenForReading(file.target);
+    const auto target_size = SizeOf(target);
+    if (!target_size)
+        return L"MISSING";
+    size = *target_size;
+    const vh::unique_file source = OpenForReading(file.source);
+    const auto source_size = SizeOf(source);
+    if (!source_size)
+        return L"source is gone";
+    return *source_size == *target_size && SameContent(source, target) ? L"" : L"DIFFERENT";
+}
+
+bool LiesUnder(const std::wstring& folder, const std::wstring& path)
+{
+    return path.size() > folder.size() && path[folder.size()] == L'\\' &&
+           CompareStringOrdinal(path.data(), static_cast<int>(folder.size()), folder.data(),
+                                static_cast<int>(folder.size()), TRUE) == CSTR_EQUAL;
+}
+
+std::wstring RightAligned(uint64_t number, std::size_t width)
+{
+    const std::wstring digits = std::to_wstring(number);
+    return std::wstring(digits.size() < width ? width - digits.size() : 0, L' ') + digits;
+}
+
+} // namespace
+
+TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files)
+{
+    std::vector<vh::engine::InstalledFile> sorted = files;
+    std::sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.target < b.target; });
+    TreeCounts counts;
+    Say(folder);
+    for (const vh::engine::InstalledFile& file : sorted) {
+        uint64_t size = 0;
+        const std::wstring difference = Difference(file, size);
+        const std::wstring shown = LiesUnder(folder, file.target) ? file.target.substr(folder.size() + 1) : file.target;
+        Say(RightAligned(size, 12) + (difference.empty() ? L"  same  " : L"  " + difference + L"  ") + shown);
+        ++counts.files;
+        counts.different += difference.empty() ? 0 : 1;
+        counts.bytes += size;
+    }
+    return counts;
+}
+
+} // namespace host

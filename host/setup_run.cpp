@@ -1,0 +1,243 @@
+#include "setup_run.h"
+
+#include <atomic>
+#include <optional>
+#include <utility>
+
+#include "console.h"
+#include "engine/engine.h"
+#include "host_object.h"
+#include "installed_tree.h"
+#include "library.h"
+#include "script_site.h"
+#include "text.h"
+#include "trace_switch.h"
+
+namespace host {
+
+namespace {
+
+std::atomic<bool> cancelled = false;
+
+BOOL WINAPI OnConsoleSignal(DWORD)
+{
+    cancelled = true;
+    return TRUE;
+}
+
+// Ctrl+C asks the run to stop; it does not end the process in the middle of a file.
+class StopSignal {
+public:
+    StopSignal() { SetConsoleCtrlHandler(OnConsoleSignal, TRUE); }
+    StopSignal(const StopSignal&) = delete;
+    StopSignal& operator=(const StopSignal&) = delete;
+    ~StopSignal() { SetConsoleCtrlHandler(OnConsoleSignal, FALSE); }
+};
+
+// The progress of a transfer: on a console in place, elsewhere a line for each tenth.
+class ProgressLine {
+public:
+    bool operator()(const vh::engine::Progress& progress)
+    {
+        const std::wstring percent = std::to_wstring(progress.percent) + L" %";
+        Status(percent + L"  " + progress.file);
+        if (progress.percent / 10 > m_tenth) {
+            m_tenth = progress.percent / 10;
+            Say(L"  moving data: " + percent);
+        }
+        if (progress.percent == 100)
+            Status({});
+        return !cancelled;
+    }
+
+private:
+    int m_tenth = 0;
+};
+
+void ShowMessage(const vh::engine::Message& message)
+{
+    using vh::engine::Severity;
+    if (message.severity == Severity::note)
+        return;
+    Complain((message.severity == Severity::error ? L"error: " : L"warning: ") + message.Text());
+}
+
+vh::engine::Options EngineOptions(const RunOptions& options)
+{
+    vh::engine::Options engine;
+    engine.setupFolder = options.setup_folder;
+    engine.targetDir = options.target;
+    engine.dataDir = options.data_folder;
+    engine.language = options.language;
+    engine.silent = options.silent;
+    engine.commandLine = GetCommandLineW();
+    engine.variables.assign(options.variables.begin(), options.variables.end());
+    engine.onMessage = ShowMessage;
+    if (options.silent)
+        engine.onProgress = [](const vh::engine::Progress&) { return !cancelled; };
+    else
+        engine.onProgress = ProgressLine();
+    return engine;
+}
+
+// The library's context for one script run.
+class Context {
+public:
+    Context(const Library& library, const vh::engine::Engine& engine)
+        : m_library(library), m_host(engine.Host()), m_services(engine.Services()),
+          m_context(library.Entry<void*(ISetupHost*, IServiceProvider*)>("__CreateObjectContext")(m_host.get(),
+                                                                                                  m_services.get()))
+    {
+    }
+    Context(const Context&) = delete;
+    Context& operator=(const Context&) = delete;
+    ~Context() { m_library.Entry<void(void*)>("__ReleaseObjectContext")(m_context); }
+
+    CallSite Site() const { return {m_context, m_host.get(), m_services.get()}; }
+
+private:
+    const Library& m_library;
+    vh::com_ptr<ISetupHost> m_host;
+    vh::com_ptr<IServiceProvider> m_services;
+    void* m_context;
+};
+
+// Empty when all went well.
+std::wstring RunScripts(const Library& library, const vh::engine::Engine& engine, const RunOptions& options)
+{
+    const Context context(library, engine);
+    HostServices services;
+    services.setup_folder = options.setup_folder;
+    services.target_folder = engine.TargetDir();
+    services.silent = options.silent;
+    services.maintenance = engine.Maintenance();
+    services.arguments = options.variables;
+    services.print = [](const std::wstring& line) { Say(line); };
+    const auto object = vh::make_object<HostObject>(library, context.Site(), services, cancelled);
+    const auto site = vh::make_object<ScriptSite>(object.get());
+    const std::vector<std::wstring> own{engine.ScriptFile()};
+    if (!site->Run(options.scripts.empty() ? own : options.scripts))
+        return site->Failure().Text();
+    if (object->LastTransfer() < 0)
+        return L"the data was not moved (result " + std::to_wstring(object->LastTransfer()) + L")";
+    return {};
+}
+
+void ShowRemovals(const std::vector<vh::engine::Removal>& removals)
+{
+    for (const vh::engine::Removal& removal : removals)
+        if (removal.outcome == vh::engine::RemovalOutcome::failed)
+            Complain(L"error: " + removal.what + L": " + removal.reason);
+}
+
+void ShowLog(const vh::engine::Engine& engine)
+{
+    Say(L"recorded for removal in " + engine.LogFile() + L":");
+    for (const std::wstring& line : engine.LogLines())
+        Say(L"  " + line);
+}
+
+// The installed tree, the log and a closing line of counts, as far as they are wanted.
+ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options)
+{
+    TreeCounts counts;
+    if (options.verify)
+        counts = ShowInstalledTree(engine.TargetDir(), engine.Installed());
+    if (options.show_log)
+        ShowLog(engine);
+    if (options.verify)
+        Say(std::to_wstring(counts.files) + L" files with " + std::to_wstring(counts.bytes) + L" bytes, " +
+            std::to_wstring(counts.files - counts.different) + L" same as their source, " +
+            std::to_wstring(counts.different) + L" not, " + std::to_wstring(engine.LogLines().size()) +
+            L" log records");
+    return counts.different ? exit_failed : exit_done;
+}
+
+std::wstring NameOf(const vh::engine::Removal& removal)
+{
+    using vh::engine::RemovalOutcome;
+    static constexpr std::pair<RemovalOutcome, const wchar_t*> words[] = {
+        {RemovalOutcome::removed, L"removed"},
+        {RemovalOutcome::restored, L"restored"},
+        {RemovalOutcome::absent, L"gone already"},
+        {RemovalOutcome::kept_changed, L"kept, changed since"},
+        {RemovalOutcome::kept_not_empty, L"kept, not empty"},
+        {RemovalOutcome::kept_permanent, L"kept, permanent"},
+        {RemovalOutcome::failed, L"FAILED"},
+    };
+    for (const auto& [outcome, word] : words)
+        if (outcome == removal.outcome)
+            return word;
+    return {};
+}
+
+// Engine and library end before the trace switch is put back.
+ExitCode RunIn(const RunOptions& options)
+{
+    const StopSignal signal;
+    auto engine = vh::engine::Engine::Open(EngineOptions(options));
+    Say(engine->ProductName() + L" " + engine->ProductVersion() + (engine->Maintenance() ? L", maintenance" : L"") +
+        L", target " + engine->TargetDir());
+
+    std::optional<TraceSwitch> trace;
+    if (!options.trace_file.empty())
+        trace.emplace(options.trace_file);
+    std::wstring failure;
+    try {
+        const Library library(Join(ProgramFolder(), L"VHRT.dll"));
+        failure = RunScripts(library, *engine, options);
+    } catch (const std::exception& error) {
+        Complain(L"error: " + Wide(error.what()));
+        ShowRemovals(engine->Rollback());
+        return exit_library;
+    }
+    if (failure.empty() && !cancelled) {
+        engine->Commit();
+        return ShowOutcome(*engine, options);
+    }
+    Complain(L"error: " + (cancelled ? std::wstring(L"stopped by the user") : failure));
+    const auto removals = engine->Rollback();
+    ShowRemovals(removals);
+    Complain(L"rolled back, " + std::to_wstring(removals.size()) + L" steps undone");
+    return cancelled ? exit_cancelled : exit_failed;
+}
+
+} // namespace
+
+ExitCode RunSetup(const RunOptions& options)
+{
+    try {
+        return RunIn(options);
+    } catch (const vh::engine::engine_error& error) {
+        Complain(L"error: " + error.message().Text());
+    } catch (const std::exception& error) {
+        Complain(L"error: " + Wide(error.what()));
+    }
+    return exit_setup;
+}
+
+ExitCode RemoveSetup(const RunOptions& options)
+{
+    try {
+        const std::wstring log = vh::engine::LogFileOf(options.setup_folder, options.data_folder);
+        Say(L"removing what " + log + L" lists, newest first");
+        std::map<std::wstring, int> counts;
+        const auto removals = vh::engine::Uninstall(log, [&](const vh::engine::Removal& removal) {
+            const std::wstring word = NameOf(removal);
+            ++counts[word];
+            if (!options.silent)
+                Say(L"  " + word + L": " + removal.kind + L" " + removal.what +
+                    (removal.reason.empty() ? L"" : L": " + removal.reason));
+        });
+        std::wstring summary = L"removal: " + std::to_wstring(removals.size()) + L" records";
+        for (const auto& [word, count] : counts)
+            summary += L", " + std::to_wstring(count) + L" " + word;
+        Say(summary);
+        return counts.contains(L"FAILED") ? exit_removal : exit_done;
+    } catch (const vh::engine::engine_error& error) {
+        Complain(L"error: " + error.message().Text());
+    }
+    return exit_setup;
+}
+
+} // namespace host

@@ -1,0 +1,37 @@
+// One run of a setup: engine, library, script, and the end of it all; or the removal of what is installed.
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "exit_codes.h"
+
+namespace host {
+
+struct RunOptions {
+    std::wstring setup_folder;
+    // Empty takes the product file's target.
+    std::wstring target;
+    // Empty leaves the trace as it is.
+    std::wstring trace_file;
+    // Where install logs lie; empty takes the user's local application data.
+    std::wstring data_folder;
+    // Run in this order in one global scope; empty takes the product's own script.
+    std::vector<std::wstring> scripts;
+    std::map<std::wstring, std::wstring> variables;
+    int language = 0;
+    bool silent = false;
+    // Show at the end what is recorded for removal.
+    bool show_log = false;
+    // Show at the end what is installed, each file compared with its source.
+    bool verify = false;
+};
+
+// Runs the setup's script. A run that fails or is stopped leaves the target as it was.
+ExitCode RunSetup(const RunOptions& options);
+
+// Removes what the setup's install log lists, newest first.
+ExitCode RemoveSetup(const RunOptions& options);
+
+} // namespace host

@@ -1,0 +1,71 @@
+#include "text.h"
+
+#include <windows.h>
+
+namespace host {
+
+std::string Utf8(std::wstring_view text)
+{
+    const int units = static_cast<int>(text.size());
+    const int bytes = WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<std::size_t>(bytes), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), units, result.data(), bytes, nullptr, nullptr);
+    return result;
+}
+
+std::wstring Wide(std::string_view text)
+{
+    const int bytes = static_cast<int>(text.size());
+    const int units = MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, nullptr, 0);
+    std::wstring result(static_cast<std::size_t>(units), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, text.data(), bytes, result.data(), units);
+    return result;
+}
+
+std::wstring Hex(uint32_t code)
+{
+    std::wstring digits(8, L'0');
+    for (std::size_t i = 8; i-- > 0; code >>= 4)
+        digits[i] = L"0123456789ABCDEF"[code & 15];
+    return L"0x" + digits;
+}
+
+std::wstring SystemText(uint32_t code)
+{
+    wchar_t text[512];
+    const DWORD flags = FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS;
+    DWORD length = FormatMessageW(flags, nullptr, code, 0, text, 512, nullptr);
+    while (length > 0 && (text[length - 1] == L'\r' || text[length - 1] == L'\n' || text[length - 1] == L'.'))
+        --length;
+    return length ? std::wstring(text, length) + L" (" + std::to_wstring(code) + L")" : L"error " + Hex(code);
+}
+
+std::wstring FullPath(const std::wstring& path)
+{
+    const DWORD needed = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+    if (needed == 0)
+        return path;
+    std::wstring full(needed, L'\0');
+    full.resize(GetFullPathNameW(path.c_str(), needed, full.data(), nullptr));
+    while (full.size() > 3 && full.back() == L'\\')
+        full.pop_back();
+    return full;
+}
+
+std::wstring Join(const std::wstring& folder, std::wstring_view name)
+{
+    std::wstring path = folder;
+    if (!path.empty() && path.back() != L'\\')
+        path += L'\\';
+    return path.append(name);
+}
+
+std::wstring ProgramFolder()
+{
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    const std::size_t slash = path.find_last_of(L'\\');
+    return slash == std::wstring::npos ? std::wstring(L".") : path.substr(0, slash);
+}
+
+} // namespace host

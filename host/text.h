@@ -1,0 +1,25 @@
+// Text between the host's three forms: UTF-16 inside, UTF-8 in files and on the console, numbers in messages.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace host {
+
+std::string Utf8(std::wstring_view text);
+// Bytes that are no UTF-8 become U+FFFD.
+std::wstring Wide(std::string_view text);
+
+// "0x8004F084"
+std::wstring Hex(uint32_t code);
+// The system's text for an error code without its line end, or the code when there is none.
+std::wstring SystemText(uint32_t code);
+
+// The absolute form of a path given by a person; "/x" is taken on the current drive.
+std::wstring FullPath(const std::wstring& path);
+std::wstring Join(const std::wstring& folder, std::wstring_view name);
+// The folder of this program, without a backslash at its end.
+std::wstring ProgramFolder();
+
+} // namespace host

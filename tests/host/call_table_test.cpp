@@ -1,0 +1,208 @@
+// The call table against the export table and the public headers.
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/call_record.h"
+#include "host/call_signature.h"
+
+namespace host {
+
+namespace {
+
+std::string ReadAll(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::vector<std::string> ExportNames()
+{
+    const std::string text = ReadAll(VHRT_SOURCE_DIR "/exports/VHRT.def");
+    const std::regex row(R"((\w+) @\d+)");
+    std::vector<std::string> names;
+    for (std::sregex_iterator match(text.begin(), text.end(), row), end; match != end; ++match)
+        names.push_back((*match)[1]);
+    return names;
+}
+
+struct Declaration {
+    std::string result;
+    // Types without names and blanks.
+    std::vector<std::string> types;
+};
+
+std::vector<std::string> TypesOf(const std::string& parameters)
+{
+    std::vector<std::string> types;
+    std::istringstream list(parameters);
+    std::string parameter;
+    while (std::getline(list, parameter, ',')) {
+        parameter = std::regex_replace(parameter, std::regex(R"(\s+)"), " ");
+        parameter = std::regex_replace(parameter, std::regex(R"(^ | ?\w+$)"), "");
+        if (!parameter.empty())
+            types.push_back(parameter);
+    }
+    return types;
+}
+
+std::map<std::string, Declaration> Declarations()
+{
+    std::map<std::string, Declaration> declarations;
+    const std::regex comment(R"(/\*[^*]*\*+(?:[^/*][^*]*\*+)*/)");
+    const std::regex function(R"(VHRT_FUNCTION\(([^)]*)\)\s*(\w+)\(([^)]*)\);)");
+    for (const auto& header : std::filesystem::directory_iterator(VHRT_SOURCE_DIR "/exports/vhrt")) {
+        const std::string text = std::regex_replace(ReadAll(header.path()), comment, "");
+        for (std::sregex_iterator match(text.begin(), text.end(), function), end; match != end; ++match)
+            declarations[(*match)[2]] = {(*match)[1], TypesOf((*match)[3])};
+    }
+    return declarations;
+}
+
+const std::string integer = "int16_t|u?int32_t|uint8_t|wchar_t|FileHandle";
+const std::string wide_integer = R"(int64_t|ListHandle|HWND|HANDLE|HMODULE|\w+\*)";
+
+// C types that fit the slots of each kind, in order.
+std::vector<std::string> TypesThatFit(Kind kind)
+{
+    switch (kind) {
+    case Kind::Context:
+        return {R"(ObjectContext\*)"};
+    case Kind::Host:
+        return {R"(ISetupHost\*)"};
+    case Kind::Services:
+        return {R"(IServiceProvider\*)"};
+    case Kind::Null:
+        return {R"(const void\*)"};
+    case Kind::SizeOf:
+    case Kind::Int:
+        return {integer};
+    case Kind::Int64:
+        return {wide_integer + R"(|const char\* const\*|char\*\*)"};
+    case Kind::Text:
+        return {R"(const wchar_t\*)"};
+    case Kind::Narrow:
+        return {R"(const char\*)"};
+    case Kind::Variant:
+        return {R"((const )?VARIANT\*)"};
+    case Kind::OutVariant:
+        return {R"(VARIANT\*)"};
+    case Kind::Texts:
+        return {R"(const wchar_t\* const\*)"};
+    case Kind::OutTexts:
+        return {R"(wchar_t\*\*)"};
+    case Kind::InOutInt:
+    case Kind::OutInt:
+        return {R"(u?int32_t\*)"};
+    case Kind::InOutInt64:
+    case Kind::OutInt64:
+        return {R"(int64_t\*|ListHandle\*|FILETIME\*|\w+\*\*)"};
+    case Kind::InOutText:
+        return {R"(wchar_t\*|void\*)"};
+    case Kind::OutText:
+        return {R"(wchar_t\*)"};
+    case Kind::InOutBstr:
+        return {R"(BSTR\*)"};
+    case Kind::Block:
+        return {R"((const )?void\*)"};
+    case Kind::Record:
+        return {R"(VHRT\w+\*|const INSTALLERINFO\*)"};
+    case Kind::Buffer:
+    case Kind::BufferOf:
+        return {R"(wchar_t\*)", "int32_t"};
+    case Kind::BufferInOut:
+        return {R"(wchar_t\*)", R"(u?int32_t\*)"};
+    case Kind::BytesInOut:
+        return {R"(void\*)", R"(int32_t\*)"};
+    }
+    return {};
+}
+
+std::string ResultThatFits(Result result)
+{
+    if (result == Result::None)
+        return "void";
+    return result == Result::Int ? "int32_t" : R"(int64_t|HANDLE|\w+\*+)";
+}
+
+} // namespace
+
+TEST(CallTable, HasEveryExportOnceAndNothingElse)
+{
+    std::vector<std::string> rows;
+    for (const CallRow& row : CallTable())
+        rows.emplace_back(row.name);
+    EXPECT_EQ(rows.size(), 294u);
+    EXPECT_EQ(rows, ExportNames());
+}
+
+TEST(CallTable, GivesEveryFunctionAScriptNameOfItsOwn)
+{
+    std::set<std::string> names;
+    for (const CallRow& row : CallTable())
+        EXPECT_TRUE(names.emplace(ParseCall(row).ScriptName()).second) << row.name;
+}
+
+TEST(CallTable, PassesTheTypesThatTheHeadersDeclare)
+{
+    const auto declarations = Declarations();
+    for (const CallRow& row : CallTable()) {
+        SCOPED_TRACE(row.name);
+        const Call call = ParseCall(row);
+        ASSERT_TRUE(declarations.contains(row.name));
+        const Declaration& declared = declarations.at(row.name);
+        EXPECT_TRUE(std::regex_match(declared.result, std::regex(ResultThatFits(call.result)))) << declared.result;
+        std::vector<std::string> fitting;
+        for (const Argument& argument : call.arguments)
+            for (const std::string& type : TypesThatFit(argument.kind))
+                fitting.push_back(type);
+        ASSERT_EQ(fitting.size(), declared.types.size());
+        for (std::size_t i = 0; i < fitting.size(); ++i)
+            EXPECT_TRUE(std::regex_match(declared.types[i], std::regex(fitting[i])))
+                << "argument " << i << ": " << declared.types[i];
+    }
+}
+
+TEST(CallTable, NamesOutputsApartAndReferencesThatExist)
+{
+    for (const CallRow& row : CallTable()) {
+        SCOPED_TRACE(row.name);
+        const Call call = ParseCall(row);
+        std::set<std::string> names{"result"};
+        for (const Argument& argument : call.arguments) {
+            EXPECT_TRUE(argument.name.empty() || names.insert(argument.name).second) << argument.name;
+            if (argument.kind == Kind::Record) {
+                EXPECT_NO_THROW(RecordNamed(argument.detail));
+            }
+        }
+        for (const Argument& argument : call.arguments)
+            EXPECT_TRUE(argument.kind != Kind::SizeOf || names.contains(argument.detail)) << argument.detail;
+    }
+}
+
+TEST(CallTable, RejectsRowsThatSayNothingCallable)
+{
+    const CallRow bad[] = {
+        {"F", "int", "context, list:handel"},
+        {"F", "long", ""},
+        {"F", "int", "int"},
+        {"F", "int", "info:record"},
+        {"F", "int", "list:int64 x"},
+        {"F", "int",
+         "a:buffer,a:buffer,a:buffer,a:buffer,a:buffer,a:buffer,"
+         "a:buffer,a:buffer,a:buffer"},
+    };
+    for (const CallRow& row : bad)
+        EXPECT_THROW(ParseCall(row), std::invalid_argument) << row.result << " " << row.arguments;
+}
+
+} // namespace host
