@@ -110,8 +110,8 @@ DWORD file::size(DWORD* high)
 FILETIME file::last_write_time()
 {
     FILETIME time{};
-    const bool done = is_url() ? m_shared->inet->last_write_time(&time)
-                               : GetFileTime(handle(), nullptr, nullptr, &time) != 0;
+    const bool done =
+        is_url() ? m_shared->inet->last_write_time(&time) : GetFileTime(handle(), nullptr, nullptr, &time) != 0;
     if (!done)
         fail();
     return time;

@@ -49,9 +49,9 @@ std::size_t FillPayload(std::wstring_view text)
 {
     char* bytes = reinterpret_cast<char*>(state->payload.data());
     const auto units = static_cast<int>(text.size());
-    int count = units ? WideCharToMultiByte(CP_THREAD_ACP, 0, text.data(), units, bytes, trace_record_limit, nullptr,
-                                            nullptr)
-                      : 0;
+    int count =
+        units ? WideCharToMultiByte(CP_THREAD_ACP, 0, text.data(), units, bytes, trace_record_limit, nullptr, nullptr)
+              : 0;
     if (count == 0 && units) {
         const stringx whole(text);
         const char* narrow = whole.AsNarrow();
@@ -98,8 +98,8 @@ void WriteLineV(const wchar_t* category, const wchar_t* subcategory, const wchar
 }
 
 // `name` says whose line was lost when something went wrong.
-void WriteLineGuarded(const wchar_t* name, const wchar_t* category, const wchar_t* subcategory,
-                      const wchar_t* format, va_list arguments) noexcept
+void WriteLineGuarded(const wchar_t* name, const wchar_t* category, const wchar_t* subcategory, const wchar_t* format,
+                      va_list arguments) noexcept
 {
     keep_last_error keep;
     try {
@@ -200,8 +200,10 @@ void TraceScriptLine(const wchar_t* category, const wchar_t* subcategory, const 
     if (!trace_enabled)
         return;
     // On this platform an argument list is its slots in a row; each conversion takes three at most.
-    std::vector<std::int64_t> zeros(1 + 3 * static_cast<std::size_t>(std::ranges::count(std::wstring_view(text), L'%')));
-    WriteLineGuarded(L"VHTracingInternal_TraceEx", category, subcategory, text, reinterpret_cast<va_list>(zeros.data()));
+    std::vector<std::int64_t> zeros(1 +
+                                    3 * static_cast<std::size_t>(std::ranges::count(std::wstring_view(text), L'%')));
+    WriteLineGuarded(L"VHTracingInternal_TraceEx", category, subcategory, text,
+                     reinterpret_cast<va_list>(zeros.data()));
 }
 
 void VHTracingInternal_Trace(const wchar_t* format, ...)

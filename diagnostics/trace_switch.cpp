@@ -41,8 +41,8 @@ stringx DesktopFolder()
     wchar_t folder[MAX_PATH];
     if (!shell)
         return {};
-    const auto get = reinterpret_cast<SHGetFolderPath>(
-        reinterpret_cast<void*>(GetProcAddress(shell.get(), "SHGetFolderPathW")));
+    const auto get =
+        reinterpret_cast<SHGetFolderPath>(reinterpret_cast<void*>(GetProcAddress(shell.get(), "SHGetFolderPathW")));
     if (!get || get(nullptr, desktop_directory, nullptr, 0, folder) != S_OK)
         return {};
     return Concat(folder, L"\\");

@@ -15,8 +15,8 @@ inline bool StartsWithI(std::wstring_view text, std::wstring_view prefix)
 // A scheme that scripts may read from, with something behind it.
 inline bool IsUrl(std::wstring_view path)
 {
-    for (std::wstring_view scheme : {std::wstring_view(L"http://"), std::wstring_view(L"ftp://"),
-                                     std::wstring_view(L"https://")})
+    for (std::wstring_view scheme :
+         {std::wstring_view(L"http://"), std::wstring_view(L"ftp://"), std::wstring_view(L"https://")})
         if (path.size() > scheme.size() && StartsWithI(path, scheme))
             return true;
     return false;

@@ -34,8 +34,7 @@ int32_t CStringxList::WriteToFile(const wchar_t* path, int32_t flags)
 {
     path = path ? path : L"";
     const bool exists = GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
-    const bool wide =
-        (flags & ListWriteUnicode) != 0 || ((flags & ListWriteAnsi) == 0 && exists && ReadsAsWide(path));
+    const bool wide = (flags & ListWriteUnicode) != 0 || ((flags & ListWriteAnsi) == 0 && exists && ReadsAsWide(path));
 
     CVHTextFile file;
     if (wide)

@@ -222,9 +222,8 @@ int32_t CVHBinaryFile::ReadBytes(uint8_t* buffer, uint32_t size, uint32_t offset
 {
     if (offset >= size)
         return -1;
-    return Caught([&] {
-        return static_cast<int32_t>(m_file.read_bytes(buffer + offset, std::min(size - offset, count)));
-    });
+    return Caught(
+        [&] { return static_cast<int32_t>(m_file.read_bytes(buffer + offset, std::min(size - offset, count))); });
 }
 
 int32_t CVHBinaryFile::WriteBytes(const uint8_t* buffer, uint32_t size, uint32_t offset, uint32_t count)

@@ -101,9 +101,8 @@ int32_t _ComponentSetupTypeEnum(ObjectContext* context, const wchar_t* media, Li
 int32_t _ComponentSetupTypeGetData(ObjectContext* context, const wchar_t* media, const wchar_t* setupType,
                                    int32_t attribute, int32_t* number, wchar_t* buffer, int32_t size)
 {
-    return OnMedia(context, media, [&](CVHRTMedia& m) {
-        return m.SetupTypeGetData(View(setupType), attribute, number, buffer, size);
-    });
+    return OnMedia(context, media,
+                   [&](CVHRTMedia& m) { return m.SetupTypeGetData(View(setupType), attribute, number, buffer, size); });
 }
 
 int32_t _ComponentSetupTypeSet(ObjectContext* context, const wchar_t* media, const wchar_t* setupType)
@@ -240,7 +239,6 @@ int32_t _MediaGetInfo(ObjectContext* context, const wchar_t* media, VHRTMediaInf
 
 int32_t _MediaGetFilteringInfo(ObjectContext* context, const wchar_t* media, int32_t kind, ListHandle list)
 {
-    return vh::Framed(context, [&](ObjectContext& c) {
-        return c.media.Find(View(media)).GetFilteringInfo(context, kind, &list);
-    });
+    return vh::Framed(
+        context, [&](ObjectContext& c) { return c.media.Find(View(media)).GetFilteringInfo(context, kind, &list); });
 }

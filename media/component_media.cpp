@@ -77,8 +77,8 @@ int32_t CVHSecondaryFileMedia::GetErrorObject(IUnknown** error)
 int32_t CVHSecondaryFileMedia::SelectAll(bool flag)
 {
     const vh::first_disk_keeper<ISetupComponent, ISetupComponents> keeper(m_collection.get());
-    const HRESULT code = vh::ForEachItem(m_collection.get(), 1,
-                                         [&](ISetupComponent* item) { return item->SetSelected(flag ? 2 : 0); });
+    const HRESULT code =
+        vh::ForEachItem(m_collection.get(), 1, [&](ISetupComponent* item) { return item->SetSelected(flag ? 2 : 0); });
     if (FAILED(code))
         return code;
     keeper.Restore();

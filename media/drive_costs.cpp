@@ -19,7 +19,8 @@ HRESULT MergeCosts(ISetupCosts* costs, merge how, drive_costs& map)
         const bstr name(drive.text());
         unsigned long low = 0;
         unsigned long high = 0;
-        if (FAILED(code = costs->GetDriveLow(name.get(), &low)) || FAILED(code = costs->GetDriveHigh(name.get(), &high)))
+        if (FAILED(code = costs->GetDriveLow(name.get(), &low)) ||
+            FAILED(code = costs->GetDriveHigh(name.get(), &high)))
             return code;
         uint64_t& bytes = map[stringx(name.view())];
         bytes = Combine(low, high) + (how == merge::add ? bytes : 0);

@@ -41,26 +41,38 @@ constexpr form FormOf(int32_t fact)
     case 13:
     case 14:
     case 18:
-    case 20: return form::positive;
-    case fact_date: return form::date;
-    case fact_time: return form::time;
-    case fact_number: return form::number;
+    case 20:
+        return form::positive;
+    case fact_date:
+        return form::date;
+    case fact_time:
+        return form::time;
+    case fact_number:
+        return form::number;
     case 6:
     case 7:
     case 8:
     case 15:
     case 16:
     case 17:
-    case 19: return form::text;
-    case fact_long_date: return form::long_date;
-    case fact_bits: return form::bits;
-    case fact_signature: return form::hexadecimal;
+    case 19:
+        return form::text;
+    case fact_long_date:
+        return form::long_date;
+    case fact_bits:
+        return form::bits;
+    case fact_signature:
+        return form::hexadecimal;
     case 21:
     case 22:
-    case 23: return form::truth;
-    case fact_language_list: return form::list;
-    case fact_language_bits: return form::text_bits;
-    default: return form::none;
+    case 23:
+        return form::truth;
+    case fact_language_list:
+        return form::list;
+    case fact_language_bits:
+        return form::text_bits;
+    default:
+        return form::none;
     }
 }
 
@@ -147,8 +159,12 @@ int32_t Deliver(ObjectContext* context, int32_t fact, vh::variant& value, int64_
     const auto as_text = [&] { return SUCCEEDED(value.change(VT_BSTR)) ? value.text() : std::wstring_view(); };
 
     switch (wanted) {
-    case form::positive: *number = as_number() & 0x7FFFFFFF; return 0;
-    case form::number: *number = as_number(); return 0;
+    case form::positive:
+        *number = as_number() & 0x7FFFFFFF;
+        return 0;
+    case form::number:
+        *number = as_number();
+        return 0;
     case form::date: {
         *number = as_number();
         const packed_time date{static_cast<uint32_t>(*number)};
@@ -167,13 +183,23 @@ int32_t Deliver(ObjectContext* context, int32_t fact, vh::variant& value, int64_
         PutFormatted(text, L"%.2d:%.2d", time.hour(), time.minute());
         return 0;
     }
-    case form::text: vh::CopyOutUnlimited(as_text(), text); return 0;
-    case form::truth: *number = value.get().boolVal == VARIANT_TRUE ? 1 : 0; return 0;
-    case form::bits: return AddBits(context, *number, as_bits());
-    case form::hexadecimal: vh::CopyOutUnlimited(Hexadecimal(as_text()), text); return 0;
-    case form::list: return AddGroups(context, *number, as_text());
-    case form::text_bits: return AddBits(context, *number, ParseNumber(std::wstring(as_text())));
-    case form::none: break;
+    case form::text:
+        vh::CopyOutUnlimited(as_text(), text);
+        return 0;
+    case form::truth:
+        *number = value.get().boolVal == VARIANT_TRUE ? 1 : 0;
+        return 0;
+    case form::bits:
+        return AddBits(context, *number, as_bits());
+    case form::hexadecimal:
+        vh::CopyOutUnlimited(Hexadecimal(as_text()), text);
+        return 0;
+    case form::list:
+        return AddGroups(context, *number, as_text());
+    case form::text_bits:
+        return AddBits(context, *number, ParseNumber(std::wstring(as_text())));
+    case form::none:
+        break;
     }
     return 0;
 }
@@ -187,8 +213,7 @@ int32_t AddMatches(ObjectContext* context, ListHandle list, vh::variant& holder,
     for (long index = names.first(); result == 0 && index <= last; ++index) {
         const vh::variant name = names.at(index);
         if (vh::MatchesFilePattern(name.text(), pattern, same))
-            result = static_cast<int32_t>(
-                _ListAddString(context, list, stringx(name.text()).c_str(), ListAddAfter));
+            result = static_cast<int32_t>(_ListAddString(context, list, stringx(name.text()).c_str(), ListAddAfter));
     }
     names.destroy();
     return result;
@@ -221,8 +246,7 @@ int32_t _ComponentFileInfo(ObjectContext* context, const wchar_t* media, const w
         if (split.tail.empty() && NeedsFile(fact))
             return -1;
         vh::variant value;
-        const int32_t code =
-            c.media.Find(View(media)).FileInfo(View(item), split.head, split.tail, fact, value.put());
+        const int32_t code = c.media.Find(View(media)).FileInfo(View(item), split.head, split.tail, fact, value.put());
         return code < 0 ? code : Deliver(context, fact, value, number, text);
     });
 }

@@ -39,14 +39,16 @@ HRESULT MEDIA::FindItem(text item, Item*& found)
 MEDIA_TEMPLATE
 HRESULT MEDIA::FindChildren(text parent, Items*& found)
 {
-    found = m_collection.get();
-    if (!parent.empty()) {
-        Node* node = nullptr;
-        if (const HRESULT code = m_cache.Find(parent, node); FAILED(code))
-            return code;
-        found = node->children.get();
+    if (parent.empty()) {
+        found = m_collection.get();
+        return found ? S_OK : E_POINTER;
     }
-    return found ? S_OK : E_POINTER;
+    // An engine may give no collection for an item without children.
+    Node* node = nullptr;
+    if (const HRESULT code = m_cache.Find(parent, node); FAILED(code))
+        return Fail(code, parent);
+    found = node->children.get();
+    return S_OK;
 }
 
 MEDIA_TEMPLATE
@@ -110,10 +112,18 @@ int32_t MEDIA::ReadExtraText(text item, int32_t code, stringx& value)
     vh::bstr read;
     HRESULT result = E_INVALIDARG;
     switch (code) {
-    case vh::attribute_text20: result = texts->GetText20(read.put()); break;
-    case vh::attribute_text21: result = texts->GetText21(read.put()); break;
-    case vh::attribute_text22: result = texts->GetText22(read.put()); break;
-    case vh::attribute_text23: result = texts->GetText23(read.put()); break;
+    case vh::attribute_text20:
+        result = texts->GetText20(read.put());
+        break;
+    case vh::attribute_text21:
+        result = texts->GetText21(read.put());
+        break;
+    case vh::attribute_text22:
+        result = texts->GetText22(read.put());
+        break;
+    case vh::attribute_text23:
+        result = texts->GetText23(read.put());
+        break;
     }
     if (FAILED(result))
         return result;
@@ -138,24 +148,38 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
     };
 
     switch (code) {
-    case vh::attribute_description: return as_lines(GetDescription(item, value));
-    case vh::attribute_long_text: return as_lines(ReadText(item, &Item::GetLongText, value));
-    case vh::attribute_visible: return as_truth(IsVisible(item, truth));
-    case vh::attribute_needs_validation: return as_truth(NeedsValidate(item, truth));
-    case vh::attribute_selected: return as_truth(IsSelected(item, truth));
+    case vh::attribute_description:
+        return as_lines(GetDescription(item, value));
+    case vh::attribute_long_text:
+        return as_lines(ReadText(item, &Item::GetLongText, value));
+    case vh::attribute_visible:
+        return as_truth(IsVisible(item, truth));
+    case vh::attribute_needs_validation:
+        return as_truth(NeedsValidate(item, truth));
+    case vh::attribute_selected:
+        return as_truth(IsSelected(item, truth));
     // Sizes have an operation of their own; this answer leaves the last error alone.
-    case vh::attribute_size: return -126;
-    case vh::attribute_misc_text: return as_lines(GetMiscText(item, value));
-    case vh::attribute_display_order: return GetDisplayOrder(item, *number);
-    case vh::attribute_display_name: return as_lines(GetDisplayName(item, value));
-    case vh::attribute_text16: return as_text(ReadText(item, &Item::GetText16, value));
-    case vh::attribute_text17: return as_text(ReadText(item, &Item::GetText17, value));
-    case vh::attribute_text18: return as_text(ReadText(item, &Item::GetText18, value));
-    case vh::attribute_text19: return as_text(ReadText(item, &Item::GetText19, value));
+    case vh::attribute_size:
+        return -126;
+    case vh::attribute_misc_text:
+        return as_lines(GetMiscText(item, value));
+    case vh::attribute_display_order:
+        return GetDisplayOrder(item, *number);
+    case vh::attribute_display_name:
+        return as_lines(GetDisplayName(item, value));
+    case vh::attribute_text16:
+        return as_text(ReadText(item, &Item::GetText16, value));
+    case vh::attribute_text17:
+        return as_text(ReadText(item, &Item::GetText17, value));
+    case vh::attribute_text18:
+        return as_text(ReadText(item, &Item::GetText18, value));
+    case vh::attribute_text19:
+        return as_text(ReadText(item, &Item::GetText19, value));
     case vh::attribute_text20:
     case vh::attribute_text21:
     case vh::attribute_text22:
-    case vh::attribute_text23: return as_text(ReadExtraText(item, code, value));
+    case vh::attribute_text23:
+        return as_text(ReadExtraText(item, code, value));
     case vh::attribute_status: {
         Item* found = nullptr;
         if (const HRESULT failed = FindItem(item, found); FAILED(failed))
@@ -173,7 +197,8 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
             *number = code == vh::attribute_flags ? flags : (flags >> 5) & 1;
         return result;
     }
-    default: return Fail(vh::media_bad_attribute);
+    default:
+        return Fail(vh::media_bad_attribute);
     }
 }
 
@@ -191,23 +216,34 @@ MEDIA_TEMPLATE
 int32_t MEDIA::SetData(text item, int32_t code, int32_t number, text value, ObjectContext* context)
 {
     switch (code) {
-    case vh::attribute_description: return WriteText(item, &Item::SetDescription, value);
-    case vh::attribute_long_text: return WriteText(item, &Item::SetLongText, value);
+    case vh::attribute_description:
+        return WriteText(item, &Item::SetDescription, value);
+    case vh::attribute_long_text:
+        return WriteText(item, &Item::SetLongText, value);
     case vh::attribute_visible: {
         Item* found = nullptr;
         if (const HRESULT failed = FindItem(item, found); FAILED(failed))
             return failed;
         return found->SetVisible(number == 1 ? 1 : 0);
     }
-    case vh::attribute_needs_validation: return Fail(vh::media_read_only_attribute);
-    case vh::attribute_selected: return SelectItem(item, number != 0, context);
-    case vh::attribute_size: return Fail(vh::media_not_supported);
-    case vh::attribute_misc_text: return WriteText(item, &Item::SetMiscText, value);
-    case vh::attribute_display_order: return WriteDisplayOrder(item, number);
-    case vh::attribute_display_name: return WriteText(item, &Item::SetDisplayName, value);
-    case vh::attribute_text17: return WriteText(item, &Item::SetText17, value);
-    case vh::attribute_text18: return WriteText(item, &Item::SetText18, value);
-    default: return Fail(vh::media_bad_attribute);
+    case vh::attribute_needs_validation:
+        return Fail(vh::media_read_only_attribute);
+    case vh::attribute_selected:
+        return SelectItem(item, number != 0, context);
+    case vh::attribute_size:
+        return Fail(vh::media_not_supported);
+    case vh::attribute_misc_text:
+        return WriteText(item, &Item::SetMiscText, value);
+    case vh::attribute_display_order:
+        return WriteDisplayOrder(item, number);
+    case vh::attribute_display_name:
+        return WriteText(item, &Item::SetDisplayName, value);
+    case vh::attribute_text17:
+        return WriteText(item, &Item::SetText17, value);
+    case vh::attribute_text18:
+        return WriteText(item, &Item::SetText18, value);
+    default:
+        return Fail(vh::media_bad_attribute);
     }
 }
 
@@ -242,9 +278,12 @@ int32_t MEDIA::GetChildCount(text parent, int32_t& count, int32_t mode)
     if (const HRESULT code = FindChildren(parent, children); FAILED(code))
         return code;
     long all = 0;
-    if (const HRESULT code = children->Count(&all); FAILED(code))
-        return code;
+    if (children)
+        if (const HRESULT code = children->Count(&all); FAILED(code))
+            return code;
     count = all;
+    if (all == 0)
+        return 0;
     if (mode != 1)
         return 0;
     count = 0;
@@ -263,6 +302,8 @@ int32_t MEDIA::GetChild(text parent, int32_t index, stringx& name)
     if (const HRESULT code = FindChildren(parent, children); FAILED(code))
         return code;
     vh::com_ptr<Item> child;
+    if (!children)
+        return Fail(vh::media_no_item, parent);
     if (const HRESULT code = vh::ItemAt(children, index, child); FAILED(code))
         return code;
     vh::bstr read;

@@ -104,9 +104,8 @@ int32_t CVHScriptMedia::GetChild(text parent, int32_t index, stringx& name)
 
 int32_t CVHScriptMedia::GetItemSize(text item, int32_t& size)
 {
-    return WithItem(item, [&](tree& entry) {
-        size = static_cast<int32_t>(std::min<int64_t>(entry.data.size, INT32_MAX));
-    });
+    return WithItem(item,
+                    [&](tree& entry) { size = static_cast<int32_t>(std::min<int64_t>(entry.data.size, INT32_MAX)); });
 }
 
 int32_t CVHScriptMedia::SetItemSize(text item, int32_t size)
@@ -149,18 +148,25 @@ int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_
     };
 
     switch (code) {
-    case vh::attribute_description: return field(&vh::ScriptComponent::description, true);
-    case vh::attribute_misc_text: return field(&vh::ScriptComponent::miscText, true);
-    case vh::attribute_text17: return field(&vh::ScriptComponent::text17, false);
-    case vh::attribute_text18: return field(&vh::ScriptComponent::text18, false);
+    case vh::attribute_description:
+        return field(&vh::ScriptComponent::description, true);
+    case vh::attribute_misc_text:
+        return field(&vh::ScriptComponent::miscText, true);
+    case vh::attribute_text17:
+        return field(&vh::ScriptComponent::text17, false);
+    case vh::attribute_text18:
+        return field(&vh::ScriptComponent::text18, false);
     case vh::attribute_display_name: {
         stringx value;
         const int32_t found = GetDisplayName(item, value);
         return found == 0 ? vh::CopyOut(vh::ExpandLineEnds(value), buffer, length) : found;
     }
-    case vh::attribute_visible: return WithItem(item, [&](tree& entry) { *number = entry.data.visible; });
-    case vh::attribute_selected: return WithItem(item, [&](tree& entry) { *number = entry.data.selected; });
-    case vh::attribute_display_order: return GetDisplayOrder(item, *number);
+    case vh::attribute_visible:
+        return WithItem(item, [&](tree& entry) { *number = entry.data.visible; });
+    case vh::attribute_selected:
+        return WithItem(item, [&](tree& entry) { *number = entry.data.selected; });
+    case vh::attribute_display_order:
+        return GetDisplayOrder(item, *number);
     case vh::attribute_size: {
         // Bytes: the shift of the total has no effect here.
         int64_t size = 0;
@@ -172,8 +178,10 @@ int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_
     case vh::attribute_long_text:
     case vh::attribute_status:
     case vh::attribute_needs_validation:
-    case vh::attribute_text16: return Fail(vh::media_not_in_script_media);
-    default: return Fail(vh::media_bad_attribute);
+    case vh::attribute_text16:
+        return Fail(vh::media_not_in_script_media);
+    default:
+        return Fail(vh::media_bad_attribute);
     }
 }
 
@@ -184,19 +192,31 @@ int32_t CVHScriptMedia::SetData(text item, int32_t code, int32_t number, text va
     };
 
     switch (code) {
-    case vh::attribute_description: return field(&vh::ScriptComponent::description);
-    case vh::attribute_misc_text: return field(&vh::ScriptComponent::miscText);
-    case vh::attribute_display_name: return field(&vh::ScriptComponent::displayName);
-    case vh::attribute_text17: return field(&vh::ScriptComponent::text17);
-    case vh::attribute_text18: return field(&vh::ScriptComponent::text18);
-    case vh::attribute_visible: return WithItem(item, [&](tree& entry) { entry.data.visible = number == 1; });
-    case vh::attribute_selected: return SelectItem(item, number != 0, context);
-    case vh::attribute_size: return SetItemSize(item, number);
-    case vh::attribute_display_order: return WithItem(item, [&](tree& entry) { entry.data.displayOrder = number; });
+    case vh::attribute_description:
+        return field(&vh::ScriptComponent::description);
+    case vh::attribute_misc_text:
+        return field(&vh::ScriptComponent::miscText);
+    case vh::attribute_display_name:
+        return field(&vh::ScriptComponent::displayName);
+    case vh::attribute_text17:
+        return field(&vh::ScriptComponent::text17);
+    case vh::attribute_text18:
+        return field(&vh::ScriptComponent::text18);
+    case vh::attribute_visible:
+        return WithItem(item, [&](tree& entry) { entry.data.visible = number == 1; });
+    case vh::attribute_selected:
+        return SelectItem(item, number != 0, context);
+    case vh::attribute_size:
+        return SetItemSize(item, number);
+    case vh::attribute_display_order:
+        return WithItem(item, [&](tree& entry) { entry.data.displayOrder = number; });
     case vh::attribute_long_text:
-    case vh::attribute_text16: return Fail(vh::media_not_in_script_media);
-    case vh::attribute_needs_validation: return Fail(vh::media_read_only_attribute);
-    default: return Fail(vh::media_bad_attribute);
+    case vh::attribute_text16:
+        return Fail(vh::media_not_in_script_media);
+    case vh::attribute_needs_validation:
+        return Fail(vh::media_read_only_attribute);
+    default:
+        return Fail(vh::media_bad_attribute);
     }
 }
 

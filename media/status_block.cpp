@@ -8,8 +8,7 @@ HRESULT StatusBlock::FetchProgress()
         return S_OK;
     if (!services)
         return E_POINTER;
-    const HRESULT code =
-        services->QueryService(null_service, ISetupProgress::iid, progress.put_void());
+    const HRESULT code = services->QueryService(null_service, ISetupProgress::iid, progress.put_void());
     return SUCCEEDED(code) && !progress ? E_NOINTERFACE : code;
 }
 

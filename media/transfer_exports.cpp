@@ -59,8 +59,8 @@ int32_t _CreateShellObjects(ObjectContext* context, const wchar_t* media)
 {
     const vh::TracedCall call(L"CreateShellObjects", L"");
     return vh::Mapped(context, [&](ObjectContext& c) {
-        return call.End(c.media.Find(View(media)).CreateShellObjects(c.log.get()),
-                        L"Result=%s\t\tError=0x%08lx\t", L"Result=%s\t");
+        return call.End(c.media.Find(View(media)).CreateShellObjects(c.log.get()), L"Result=%s\t\tError=0x%08lx\t",
+                        L"Result=%s\t");
     });
 }
 

@@ -4,16 +4,11 @@
 
 #include "../diagnostics/language.h"
 #include "../media/concrete_media.h"
-#include "../scriptdata/late_library.h"
+#include "../scriptdata/late_windows.h"
 #include "../system/path_text.h"
 #include "facts.h"
 
 namespace {
-
-inline constinit vh::late_library user32(L"user32.dll");
-inline constinit vh::late_function<decltype(FindWindowW)> find_window(user32, "FindWindowW");
-inline constinit vh::late_library gdi32(L"gdi32.dll");
-inline constinit vh::late_function<decltype(DeleteObject)> delete_object(gdi32, "DeleteObject");
 
 // The window that stands for the setup inside a Windows Installer session.
 constexpr const wchar_t* installer_window_class = L"MsiDialogCloseClass";
@@ -52,7 +47,7 @@ struct ObjectContext::source_facts {
 void GdiObjects::DeleteAll()
 {
     for (; !m_objects.empty(); m_objects.pop_front())
-        delete_object(m_objects.front());
+        vh::late::delete_object(m_objects.front());
 }
 
 WaitHandles::~WaitHandles()
@@ -66,9 +61,12 @@ void WaitHandles::WaitForAll() const { WaitForMultipleObjects(m_count, m_handles
 ListHandle ListTable::Create(int32_t type)
 {
     switch (type) {
-    case -1: return m_lists.Add(std::make_unique<CNumList>());
-    case 0: return m_lists.Add(std::make_unique<CStringxList>());
-    default: return -1;
+    case -1:
+        return m_lists.Add(std::make_unique<CNumList>());
+    case 0:
+        return m_lists.Add(std::make_unique<CStringxList>());
+    default:
+        return -1;
     }
 }
 
@@ -285,6 +283,6 @@ HWND ObjectContext::MainWindow() const
     if (window)
         window->GetHandle(&handle);
     if (!handle && vh::fact(info.get(), vh::fact_installer_session).truth())
-        handle = find_window(installer_window_class, nullptr);
+        handle = vh::late::find_window(installer_window_class, nullptr);
     return handle;
 }

@@ -1,24 +1,13 @@
 // Birth and end of contexts, the component log, and the handles that hosts ask for.
 #include "../exports/vhrt/context.h"
 
-#include <objbase.h>
-
-#include "../scriptdata/late_library.h"
+#include "../scriptdata/late_windows.h"
 #include "context.h"
 #include "frame.h"
 
 namespace {
 
-inline constinit vh::late_library ole32(L"ole32.dll");
-inline constinit vh::late_function<decltype(CoGetInterfaceAndReleaseStream)> unmarshal(
-    ole32, "CoGetInterfaceAndReleaseStream");
-inline constinit vh::late_library user32(L"user32.dll");
-inline constinit vh::late_function<decltype(ShowWindow)> show_window(user32, "ShowWindow");
-
-void RestoreMainLog(ObjectContext& context)
-{
-    context.log = std::move(context.savedLog);
-}
+void RestoreMainLog(ObjectContext& context) { context.log = std::move(context.savedLog); }
 
 } // namespace
 
@@ -43,7 +32,7 @@ void __ReleaseObjectContext(ObjectContext* context)
 {
     if (!context->waitHandles.empty()) {
         if (const HWND main = context->MainWindow())
-            show_window(main, SW_HIDE);
+            vh::late::show_window(main, SW_HIDE);
         context->waitHandles.WaitForAll();
     }
     context->mainMarker = false;
@@ -57,7 +46,8 @@ void __SetComponentLog(ObjectContext* context, IStream** stream)
     if (!context || !stream)
         return;
     vh::com_ptr<ISetupLog> component;
-    const HRESULT code = unmarshal(std::exchange(*stream, nullptr), ISetupLog::iid, component.put_void());
+    const HRESULT code = vh::late::get_interface_and_release_stream(std::exchange(*stream, nullptr), ISetupLog::iid,
+                                                                    component.put_void());
     if (FAILED(code))
         return;
     context->savedLog = context->log;
@@ -84,10 +74,14 @@ int64_t GetHandle(ObjectContext* context, int32_t selector)
 {
     const auto handle_of = [&](const ObjectContext& c) {
         switch (selector) {
-        case HandleMainWindow: return reinterpret_cast<int64_t>(c.MainWindow());
-        case HandleResourceModule: return reinterpret_cast<int64_t>(c.resourceModule);
-        case HandleUserModule: return reinterpret_cast<int64_t>(c.userModule);
-        default: return int64_t{0};
+        case HandleMainWindow:
+            return reinterpret_cast<int64_t>(c.MainWindow());
+        case HandleResourceModule:
+            return reinterpret_cast<int64_t>(c.resourceModule);
+        case HandleUserModule:
+            return reinterpret_cast<int64_t>(c.userModule);
+        default:
+            return int64_t{0};
         }
     };
     return vh::Framed(context, handle_of, 0);

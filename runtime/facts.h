@@ -38,10 +38,7 @@ struct fact {
     bool truth() const { return known && value.get().boolVal == VARIANT_TRUE; }
     bool is_text() const { return known && value.type() == VT_BSTR; }
     std::wstring_view text() const { return known ? value.text() : std::wstring_view(); }
-    long number()
-    {
-        return known && SUCCEEDED(value.change(VT_I4)) ? value.get().lVal : 0;
-    }
+    long number() { return known && SUCCEEDED(value.change(VT_I4)) ? value.get().lVal : 0; }
 
     variant value;
     bool known;

@@ -64,8 +64,7 @@ int32_t _OnUninstPriv(ObjectContext* context)
 
 int32_t _Rebooted(ObjectContext* context)
 {
-    return OnPhases<ISetupRebootPhase>(context,
-                                       [](ISetupRebootPhase& phase) { return FailureOnly(phase.Rebooted()); });
+    return OnPhases<ISetupRebootPhase>(context, [](ISetupRebootPhase& phase) { return FailureOnly(phase.Rebooted()); });
 }
 
 int32_t _ShowWizardPages(ObjectContext* context, int32_t value)
@@ -147,6 +146,5 @@ int32_t _GetObjectCount(ObjectContext* context, int32_t* count)
 
 int32_t __GetObjects(ObjectContext* context, VARIANT* object)
 {
-    return vh::Framed(context,
-                      [&](ObjectContext& c) { return vh::InterfaceResult(c.objects.get(), object, -1); });
+    return vh::Framed(context, [&](ObjectContext& c) { return vh::InterfaceResult(c.objects.get(), object, -1); });
 }

@@ -10,7 +10,7 @@
 namespace {
 
 template <class Interface>
-int32_t Give(ObjectContext* context, vh::com_ptr<Interface> ObjectContext::* field, VARIANT* object)
+int32_t Give(ObjectContext* context, vh::com_ptr<Interface> ObjectContext::*field, VARIANT* object)
 {
     return vh::Framed(context, [&](ObjectContext& c) { return vh::InterfaceResult((c.*field).get(), object); });
 }
@@ -25,7 +25,7 @@ int32_t GiveService(ObjectContext& context, VARIANT* object)
     return FAILED(code) ? code : vh::PutDispatch(service.get(), object);
 }
 
-int32_t CopyGuid(ObjectContext* context, stringx ObjectContext::* field, wchar_t* identifier)
+int32_t CopyGuid(ObjectContext* context, stringx ObjectContext::*field, wchar_t* identifier)
 {
     return vh::Framed(context, [&](ObjectContext& c) { return vh::CopyOutUnlimited(c.*field, identifier); });
 }

@@ -22,8 +22,7 @@ public:
         if (text && !m_text)
             ThrowOutOfMemory();
     }
-    explicit bstr(std::wstring_view text)
-        : m_text(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())))
+    explicit bstr(std::wstring_view text) : m_text(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())))
     {
         if (!m_text)
             ThrowOutOfMemory();

@@ -38,8 +38,10 @@ constexpr bool IsNumber(VARTYPE type)
     case VT_I8:
     case VT_UI8:
     case VT_INT:
-    case VT_UINT: return true;
-    default: return false;
+    case VT_UINT:
+        return true;
+    default:
+        return false;
     }
 }
 
@@ -142,11 +144,20 @@ int32_t _FloatingPointOperation(const wchar_t* first, const wchar_t* second, wch
     const double b = std::wcstod(second ? second : L"", nullptr);
     double value = 0;
     switch (operation) {
-    case L'*': value = a * b; break;
-    case L'+': value = a + b; break;
-    case L'-': value = a - b; break;
-    case L'/': value = a / b; break;
-    default: return E_INVALIDARG;
+    case L'*':
+        value = a * b;
+        break;
+    case L'+':
+        value = a + b;
+        break;
+    case L'-':
+        value = a - b;
+        break;
+    case L'/':
+        value = a / b;
+        break;
+    default:
+        return E_INVALIDARG;
     }
     std::array<wchar_t, longest_double> text;
     vh::FormatText(text.data(), text.size(), L"%.2f", value);

@@ -4,10 +4,10 @@
 #include <array>
 
 #include "../diagnostics/url.h"
+#include "../scriptdata/late_windows.h"
 #include "../scriptdata/results.h"
 #include "../scriptdata/stringx.h"
 #include "../scriptdata/unique.h"
-#include "late_drawing.h"
 #include "late_wininet.h"
 #include "path_text.h"
 

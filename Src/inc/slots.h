@@ -7,7 +7,8 @@ namespace vh {
 
 // Names an unnamed position as a type, so that every filler method is distinct.
 template <int Position>
-struct slot {};
+struct slot {
+};
 
 // A run of positions that nothing here names: they keep the layout and answer E_NOTIMPL.
 template <class Base, int First, int Last>

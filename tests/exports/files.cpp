@@ -77,7 +77,11 @@ TEST(TextFile, CutsLinesAlikeInBothEncodings)
         EXPECT_EQ(Lines(context, narrow), one.lines) << testing::PrintToString(one.text);
         EXPECT_EQ(Lines(context, wide), one.lines) << "wide " << testing::PrintToString(one.text);
     }
-    EXPECT_EQ(Lines(context, folder.Write(L"u8.txt", "\xEF\xBB\xBF" "a")).size(), 1u) << "a UTF-8 mark is text";
+    EXPECT_EQ(Lines(context, folder.Write(L"u8.txt", "\xEF\xBB\xBF"
+                                                     "a"))
+                  .size(),
+              1u)
+        << "a UTF-8 mark is text";
     EXPECT_EQ(Lines(context, folder.Write(L"mark.txt", "\xFF\xFE")), Expected{});
 }
 

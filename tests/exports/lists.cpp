@@ -59,10 +59,16 @@ struct Model {
         if (items.empty())
             return 1;
         switch (index) {
-        case ListIndexFirst: at = 0; return 0;
-        case ListIndexLast: at = count() - 1; return 0;
-        case ListIndexPrevious: return at == 0 ? -1 : (--at, 0);
-        case ListIndexNext: return Next();
+        case ListIndexFirst:
+            at = 0;
+            return 0;
+        case ListIndexLast:
+            at = count() - 1;
+            return 0;
+        case ListIndexPrevious:
+            return at == 0 ? -1 : (--at, 0);
+        case ListIndexNext:
+            return Next();
         }
         if (index < 0 || index >= count())
             return 1;
@@ -89,7 +95,9 @@ TEST(NumberList, AgreesWithAPlainModelOverRandomOperations)
             ASSERT_EQ(_ListAddItem(context, list, value, mode), model.Add(value, mode)) << step;
             break;
         }
-        case 3: ASSERT_EQ(_ListFindItem(context, list, value), model.Find(value)) << step; break;
+        case 3:
+            ASSERT_EQ(_ListFindItem(context, list, value), model.Find(value)) << step;
+            break;
         case 4: {
             const int32_t special[] = {ListIndexNext, ListIndexPrevious, ListIndexLast, ListIndexFirst, -1, -102};
             const int32_t index = pick(2) ? special[pick(6)] : pick(model.count() + 2);
@@ -107,7 +115,9 @@ TEST(NumberList, AgreesWithAPlainModelOverRandomOperations)
                 model = {};
             }
             break;
-        default: ASSERT_EQ(_ListDeleteItem(context, list), model.Delete()) << step; break;
+        default:
+            ASSERT_EQ(_ListDeleteItem(context, list), model.Delete()) << step;
+            break;
         }
         ASSERT_EQ(_ListCount(context, list), model.count()) << step;
         int32_t current = -7;
@@ -181,16 +191,22 @@ TEST(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
     int32_t number = 5;
     wchar_t text[8];
     const auto all = [&](ListHandle list) {
-        return std::vector<int64_t>{
-            _ListAddItem(context, list, 1, 0),          _ListCurrentItem(context, list, &number),
-            _ListSetCurrentItem(context, list, 1),      _ListDeleteItem(context, list),
-            _ListGetFirstItem(context, list, &number),  _ListGetNextItem(context, list, &number),
-            _ListFindItem(context, list, 1),            _ListAddString(context, list, L"", 0),
-            _ListCurrentString(context, list, text, 8), _ListSetCurrentString(context, list, L""),
-            _ListDeleteString(context, list),           _ListGetFirstString(context, list, text, 8),
-            _ListGetNextString(context, list, text, 8), _ListFindString(context, list, L""),
-            _ListReadFromFile(context, list, L"Z:\\no such file"),
-            _ListWriteToFile(context, list, L"Z:\\no such folder\\x", 0)};
+        return std::vector<int64_t>{_ListAddItem(context, list, 1, 0),
+                                    _ListCurrentItem(context, list, &number),
+                                    _ListSetCurrentItem(context, list, 1),
+                                    _ListDeleteItem(context, list),
+                                    _ListGetFirstItem(context, list, &number),
+                                    _ListGetNextItem(context, list, &number),
+                                    _ListFindItem(context, list, 1),
+                                    _ListAddString(context, list, L"", 0),
+                                    _ListCurrentString(context, list, text, 8),
+                                    _ListSetCurrentString(context, list, L""),
+                                    _ListDeleteString(context, list),
+                                    _ListGetFirstString(context, list, text, 8),
+                                    _ListGetNextString(context, list, text, 8),
+                                    _ListFindString(context, list, L""),
+                                    _ListReadFromFile(context, list, L"Z:\\no such file"),
+                                    _ListWriteToFile(context, list, L"Z:\\no such folder\\x", 0)};
     };
     const std::vector<int64_t> of_texts = all(texts);
     for (size_t i = 0; i < 7; ++i)
@@ -247,8 +263,12 @@ std::string BytesOf(const std::wstring& path)
 
 TEST(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
 {
-    const std::string wide_a("\xFF\xFE" "a\0\r\0\n\0", 8);
-    const std::string wide_new("\xFF\xFE" "n\0\r\0\n\0", 8);
+    const std::string wide_a("\xFF\xFE"
+                             "a\0\r\0\n\0",
+                             8);
+    const std::string wide_new("\xFF\xFE"
+                               "n\0\r\0\n\0",
+                               8);
     const struct {
         const char* what;
         std::optional<std::string> before;

@@ -15,13 +15,13 @@ TEST(Bytes, CopyFailsInTheOrderOfItsTests)
         uint32_t target_offset, target_size, source_offset, source_size, count;
         int32_t result;
     } cases[] = {
-        {0, 8, 0, 8, 8, 0},  {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
-        {0, 8, 0, 8, 0, 0},  {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0},
+        {0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
+        {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0},
     };
     for (const auto& one : cases) {
         char target[9] = "........";
-        EXPECT_EQ(_CopyBytes(target, one.target_offset, one.target_size, "abcdefgh", one.source_offset,
-                             one.source_size, one.count),
+        EXPECT_EQ(_CopyBytes(target, one.target_offset, one.target_size, "abcdefgh", one.source_offset, one.source_size,
+                             one.count),
                   one.result)
             << one.target_offset << " " << one.count;
         const bool copied = one.result == 0 && one.count;
@@ -68,8 +68,9 @@ TEST(Numbers, DivideAndCombineAsText)
         const wchar_t *a, *b;
         wchar_t operation;
         const wchar_t* text;
-    } operations[] = {{L"1.5", L"2", L'+', L"3.50"},    {L"1.5", L"2x", L'*', L"3.00"}, {L"1", L"3", L'/', L"0.33"},
-                      {L"", L"2", L'-', L"-2.00"},      {L"abc", L"1", L'+', L"1.00"},  {nullptr, L"1", L'+', L"1.00"},
+    } operations[] = {{L"1.5", L"2", L'+', L"3.50"},      {L"1.5", L"2x", L'*', L"3.00"},
+                      {L"1", L"3", L'/', L"0.33"},        {L"", L"2", L'-', L"-2.00"},
+                      {L"abc", L"1", L'+', L"1.00"},      {nullptr, L"1", L'+', L"1.00"},
                       {L"1e3", L"0.25", L'+', L"1000.25"}};
     for (const auto& one : operations) {
         EXPECT_EQ(_FloatingPointOperation(one.a, one.b, one.operation, text), 0);

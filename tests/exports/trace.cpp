@@ -69,9 +69,9 @@ TEST(Trace, CleansLineEndsOutOfDetails)
         const wchar_t* details;
         const char* line;
     } cases[] = {
-        {L"abc", "abc"},       {L"abc\r\n", "abc"},          {L"abc\n\n", "abc_"},       {L"a\r\nb\nc", "a_b_c"},
-        {L"a\rb", "a\rb"},     {L"a\r\n\r\n", "a_"},         {L"\n", ""},                {L"\r", ""},
-        {L"", ""},             {L"a|b\tc", "a|b\tc"},        {L"100%%", "100%"},         {L"%d of %d", "0 of 0"},
+        {L"abc", "abc"},     {L"abc\r\n", "abc"},   {L"abc\n\n", "abc_"}, {L"a\r\nb\nc", "a_b_c"},
+        {L"a\rb", "a\rb"},   {L"a\r\n\r\n", "a_"},  {L"\n", ""},          {L"\r", ""},
+        {L"", ""},           {L"a|b\tc", "a|b\tc"}, {L"100%%", "100%"},   {L"%d of %d", "0 of 0"},
         {L"%s.", "(null)."},
     };
     const TempFolder folder;
@@ -126,8 +126,8 @@ TEST(Trace, NamesItsFileAfterTheProcessOnTheDesktop)
 {
     wchar_t profile[MAX_PATH];
     ASSERT_NE(GetEnvironmentVariableW(L"USERPROFILE", profile, MAX_PATH), 0u);
-    const std::wstring file = std::wstring(profile) + L"\\Desktop\\setuptrace" +
-                              std::to_wstring(GetCurrentProcessId()) + L".bin";
+    const std::wstring file =
+        std::wstring(profile) + L"\\Desktop\\setuptrace" + std::to_wstring(GetCurrentProcessId()) + L".bin";
     DeleteFileW(file.c_str());
     {
         TracedLibrary library(L"");

@@ -10,10 +10,7 @@ namespace {
 
 bool Same(char16_t a, char16_t b) { return (a | 32) == (b | 32); }
 
-bool Fits(std::u16string_view name, std::u16string_view pattern)
-{
-    return vh::MatchesFilePattern(name, pattern, Same);
-}
+bool Fits(std::u16string_view name, std::u16string_view pattern) { return vh::MatchesFilePattern(name, pattern, Same); }
 
 bool Plain(std::u16string_view text, std::u16string_view pattern)
 {
@@ -21,7 +18,8 @@ bool Plain(std::u16string_view text, std::u16string_view pattern)
         return text.empty();
     if (pattern[0] == u'*')
         return Plain(text, pattern.substr(1)) || (!text.empty() && Plain(text.substr(1), pattern));
-    return !text.empty() && (pattern[0] == u'?' || Same(pattern[0], text[0])) && Plain(text.substr(1), pattern.substr(1));
+    return !text.empty() && (pattern[0] == u'?' || Same(pattern[0], text[0])) &&
+           Plain(text.substr(1), pattern.substr(1));
 }
 
 TEST(FilePattern, AgreesWithAPlainMatcher)
@@ -50,8 +48,8 @@ TEST(FilePattern, KnowsTheRulesForNames)
         {u"a.b", u"a", false},       {u"a", u"b.*", false},
     };
     for (const auto& one : cases)
-        EXPECT_EQ(Fits(one.name, one.pattern), one.fits)
-            << std::string(one.name.begin(), one.name.end()) << " " << std::string(one.pattern.begin(), one.pattern.end());
+        EXPECT_EQ(Fits(one.name, one.pattern), one.fits) << std::string(one.name.begin(), one.name.end()) << " "
+                                                         << std::string(one.pattern.begin(), one.pattern.end());
 }
 
 TEST(FilePattern, DoesNotExplodeOnManyStars)

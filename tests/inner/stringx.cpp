@@ -16,8 +16,8 @@ TEST(Stringx, GrowsByItsRule)
 {
     const struct {
         size_t first, then, capacity;
-    } cases[] = {{0, 0, 7}, {7, 7, 7}, {8, 8, 15}, {15, 15, 15}, {16, 16, 23}, {8, 16, 23}, {100, 101, 103},
-                 {103, 104, 154}, {3, 9, 15}};
+    } cases[] = {{0, 0, 7},   {7, 7, 7},       {8, 8, 15},      {15, 15, 15}, {16, 16, 23},
+                 {8, 16, 23}, {100, 101, 103}, {103, 104, 154}, {3, 9, 15}};
     for (const auto& one : cases) {
         stringx text(std::wstring(one.first, L'a'));
         text += std::wstring(one.then - one.first, L'b');
