@@ -98,6 +98,9 @@ endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
+  -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
 
 vhrt_sources(bench_sources bench)
 if(bench_sources)
