@@ -50,11 +50,11 @@ if(CMAKE_CROSSCOMPILING)
   set(CMAKE_CROSSCOMPILING_EMULATOR ${WINE_RUNNER})
 endif()
 
-# Programs. What the host's script side is made of also serves the tests and the tool.
+# Programs. What the host's script side is made of, and the tool's reader, also serve the tests.
 add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp)
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/version.rc)
@@ -64,6 +64,7 @@ target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
 add_dependencies(vhhost VHRT)
 
 vhrt_sources(tool_sources tools)
+list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
   target_link_options(vhtool PRIVATE -municode)
