@@ -18,6 +18,7 @@ void Recover(Core& core)
     const long run = core.log->UnfinishedRun();
     if (!run)
         return;
+    core.log->Claim();
     const auto results =
         UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.run == run; });
     LogRecord end;

@@ -47,7 +47,7 @@ struct ProductFile {
     uint64_t size = 0;
     uint64_t time = 0;
     DWORD attributes = 0;
-    std::wstring version;
+    std::wstring version; // as the product file gives it; empty leaves it to the file's version resource
     WORD language = 0;
     unsigned flags = 0;
 };

@@ -178,6 +178,7 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const std::function<
     if (!FactsOf(logFile).file())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile, L"there is no install log");
     InstallLog log(logFile);
+    log.Claim();
     if (const long unfinished = log.UnfinishedRun())
         UndoRecords(log, Undo::rollback, [&](const LogRecord& record) { return record.run == unfinished; });
     auto results = UndoRecords(

@@ -1,0 +1,80 @@
+# What vhhost.exe and vhtool.exe say and answer when something is wrong.
+# Variables: RUNNER, HOST, TOOL, SETUP (a good setup folder), WORK (a folder of the test's own).
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+set(checks 0)
+
+# expect(NAME CODE TEXT COMMAND...): runs it and checks exit code and output.
+function(expect name code text)
+  execute_process(COMMAND ${RUNNER} ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE out TIMEOUT 60)
+  if(NOT result STREQUAL code)
+    message(SEND_ERROR "${name}: exit code ${result} instead of ${code}\n${out}")
+  endif()
+  string(FIND "${out}" "${text}" found)
+  if(found EQUAL -1)
+    message(SEND_ERROR "${name}: no \"${text}\" in\n${out}")
+  endif()
+  math(EXPR checks "${checks} + 1")
+  set(checks ${checks} PARENT_SCOPE)
+endfunction()
+
+function(expect_file name wanted path)
+  if((wanted AND NOT EXISTS ${path}) OR (NOT wanted AND EXISTS ${path}))
+    message(SEND_ERROR "${name}: ${path}")
+  endif()
+endfunction()
+
+# vary(NAME): a copy of the good setup folder, to be spoilt.
+function(vary name)
+  file(COPY ${SETUP}/ DESTINATION ${WORK}/${name})
+endfunction()
+
+set(place --silent --data ${WORK}/log --target ${WORK}/target)
+
+expect("no folder" 2 "FOLDER is required" ${HOST})
+expect("unknown option" 2 "--nonsense" ${HOST} ${SETUP} --nonsense)
+expect("a variable without value" 2 "NAME=VALUE" ${HOST} ${SETUP} --var NAME)
+expect("help" 0 "Exit codes" ${HOST} --help)
+expect("no such folder" 4 "nowhere" ${HOST} ${WORK}/nowhere ${place})
+
+vary(broken)
+file(APPEND ${WORK}/broken/product.json "}")
+expect("broken product file" 4 "product.json" ${HOST} ${WORK}/broken ${place})
+vary(gone)
+file(REMOVE ${WORK}/gone/payload/readme.txt)
+expect("missing payload" 4 "readme.txt" ${HOST} ${WORK}/gone ${place})
+vary(short)
+file(WRITE ${WORK}/short/payload/readme.txt "short")
+expect("payload of another size" 4 "readme.txt" ${HOST} ${WORK}/short ${place})
+expect_file("nothing was touched" FALSE ${WORK}/target)
+
+file(WRITE ${WORK}/syntax.js "var a = 1;\nvar b = ;\n")
+expect("syntax error" 1 "syntax.js(2," ${HOST} ${SETUP} ${place} --script ${WORK}/syntax.js)
+file(WRITE ${WORK}/throws.js "ComponentMoveData(\"DATA\", 0);\n\nListCreate();\n")
+expect("runtime error" 1 "throws.js(3,1): ListCreate(type) was called with 0 arguments"
+  ${HOST} ${SETUP} ${place} --script ${WORK}/throws.js)
+expect_file("a failed script is rolled back" FALSE ${WORK}/target/readme.txt)
+file(WRITE ${WORK}/ignores.js "CreateDir(TargetFolder);\nvar file = OpenFile(TargetFolder + \"\\\\readme.txt\", 1, 1);\n"
+  "ComponentMoveData(\"DATA\", 0);\n")
+expect("a locked target file" 1 "readme.txt" ${HOST} ${SETUP} ${place} --script ${WORK}/ignores.js)
+expect_file("no other file stays" FALSE ${WORK}/target/Grüße.txt)
+expect("no such script" 7 "nothing.js" ${HOST} ${SETUP} ${place} --script ${WORK}/nothing.js)
+
+expect("install" 0 "0 not" ${HOST} ${SETUP} ${place} --verify --trace ${WORK}/run.trace)
+expect_file("installed" TRUE ${WORK}/target/readme.txt)
+expect("trace" 0 "FeatureMoveData|Result=Success" ${TOOL} trace decode ${WORK}/run.trace)
+file(SIZE ${WORK}/run.trace size)
+expect("follow" 0 "DLLProcessDetach" ${TOOL} trace follow ${WORK}/run.trace --for 1)
+execute_process(COMMAND ${CMAKE_COMMAND} -E copy ${WORK}/run.trace ${WORK}/cut.trace)
+file(APPEND ${WORK}/cut.trace "no")
+expect("a cut trace" 1 "at offset ${size}" ${TOOL} trace decode ${WORK}/cut.trace)
+expect("no trace" 4 "none.trace" ${TOOL} trace decode ${WORK}/none.trace)
+expect("exports" 0 "294 exports, 0 differences" ${TOOL} exports --def ${SOURCE}/exports/VHRT.def)
+expect("a library that is none" 4 "readme.txt" ${TOOL} exports ${SETUP}/payload/readme.txt)
+
+file(WRITE ${WORK}/target/mine.txt "mine")
+expect("removal" 0 "removed: file" ${HOST} ${SETUP} --data ${WORK}/log --uninstall)
+expect_file("removed" FALSE ${WORK}/target/readme.txt)
+expect_file("the user's file" TRUE ${WORK}/target/mine.txt)
+expect("nothing left to remove" 4 "install.log" ${HOST} ${SETUP} --data ${WORK}/log --uninstall)
+message("${checks} runs checked")
