@@ -117,8 +117,8 @@ int32_t _GetByte(const void* buffer, uint32_t size, uint32_t index, int32_t* val
     if (index > size)
         return index_beyond;
     // Widened with its sign.
-    const int32_t byte = static_cast<const uint8_t*>(buffer)[index];
-    *value = byte < 0x80 ? byte : byte - 0x100;
+    const int32_t unsigned_byte = static_cast<const uint8_t*>(buffer)[index];
+    *value = unsigned_byte < 0x80 ? unsigned_byte : unsigned_byte - 0x100;
     return 0;
 }
 
