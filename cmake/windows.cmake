@@ -35,6 +35,9 @@ target_link_libraries(VHRT PRIVATE vhrt_objects oleaut32)
 set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
 target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/exports>)
 
+include(cmake/version.cmake)
+vhrt_version(VHRT VHRT.dll VFT_DLL "Run-time library of setup scripts")
+
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine)
@@ -57,7 +60,8 @@ add_library(vhhost_parts STATIC
   host/script_value.cpp host/text.cpp host/trace_switch.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/version.rc)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
+vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
 # The library is loaded at run time, so that the trace switch can be set before.
@@ -67,6 +71,7 @@ vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts)
 endif()
