@@ -237,6 +237,27 @@ TEST(ComponentLog, ComesAndGoesOverTheMainLog)
     CoUninitialize();
 }
 
+TEST(Texts, ComeFromTheStringTableAndTheVariables)
+{
+    const Session session(R"(, "strings": {"1033": {"HELLO": "Good day"}}, "variables": {"WHO": "you"})");
+    wchar_t text[16] = L"";
+    EXPECT_EQ(__LoadString(session, L"HELLO", text, 9), 0);
+    EXPECT_STREQ(text, L"Good day");
+    EXPECT_EQ(__LoadString(session, L"HELLO", text, 8), 9);
+    EXPECT_EQ(__LoadString(session, L"ABSENT", text, 16), -1);
+    EXPECT_EQ(__LoadString(session, nullptr, text, 16), -1);
+    session.calls().FailCall(L"ISetupStrings.GetString", E_ABORT);
+    EXPECT_EQ(__LoadString(session, L"HELLO", text, 16), E_ABORT);
+    EXPECT_EQ(__LoadString(test::BareContext(), L"HELLO", text, 16), -1);
+
+    bstr pattern(L"for <WHO> and <NOBODY>");
+    BSTR raw = pattern.detach();
+    EXPECT_EQ(TextSubSubstitute(session, &raw), 0);
+    pattern.attach(raw);
+    EXPECT_EQ(pattern.view(), L"for you and <NOBODY>");
+    EXPECT_EQ(TextSubSubstitute(nullptr, &raw), -1);
+}
+
 TEST(Phases, ReachTheHostAndItsObjects)
 {
     Session session;
