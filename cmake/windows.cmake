@@ -95,11 +95,15 @@ vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
-foreach(script values lists_and_files features)
+set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
+add_test(NAME script_clean COMMAND ${CMAKE_COMMAND} -E rm -rf ${script_place})
+set_tests_properties(script_clean PROPERTIES FIXTURES_SETUP script_place)
+foreach(script values lists_and_files features actions)
   add_test(NAME script_${script} COMMAND vhhost ${CMAKE_SOURCE_DIR}/tests/host/setup --silent --var WHO=me
-    --data ${CMAKE_BINARY_DIR}/host_tests/${script}/log --target ${CMAKE_BINARY_DIR}/host_tests/${script}/target
+    --data ${script_place}/${script}/log --target ${script_place}/${script}/target
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/check.js
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/${script}.js)
+  set_tests_properties(script_${script} PROPERTIES FIXTURES_REQUIRED script_place)
 endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
