@@ -106,7 +106,6 @@ struct Item {
     bool selected = true;
     bool installed = false; // its files stand in the target and need no second move
     std::vector<ExtraCost> costs;
-    uint64_t uninstallCost = 0;
     std::map<long, Listener> listeners;
 
     Item* Find(std::wstring_view child) const;
