@@ -103,7 +103,7 @@ foreach(script values lists_and_files features actions)
     --data ${script_place}/${script}/log --target ${script_place}/${script}/target
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/check.js
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/${script}.js)
-  set_tests_properties(script_${script} PROPERTIES FIXTURES_REQUIRED script_place)
+  set_tests_properties(script_${script} PROPERTIES FIXTURES_REQUIRED script_place TIMEOUT 120)
 endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
