@@ -30,21 +30,13 @@ list(FILTER library_sources EXCLUDE REGEX "/runtime/load\\.cpp$")
 add_library(vhrt_objects OBJECT ${library_sources})
 target_link_libraries(vhrt_objects PUBLIC vhrt_options)
 
-# Gives a binary its version block; the project's version is the one source of it.
-function(vhrt_version target file_type file_name description)
-  set(VERSION_FILE_TYPE ${file_type})
-  set(VERSION_FILE_NAME ${file_name})
-  set(VERSION_DESCRIPTION ${description})
-  set(resource ${CMAKE_BINARY_DIR}/version/${target}.rc)
-  configure_file(${CMAKE_SOURCE_DIR}/cmake/version.rc.in ${resource} @ONLY)
-  target_sources(${target} PRIVATE ${resource})
-endfunction()
-
 add_library(VHRT SHARED runtime/load.cpp exports/VHRT.def)
-vhrt_version(VHRT VFT_DLL VHRT.dll "Run-time library for setup scripts")
 target_link_libraries(VHRT PRIVATE vhrt_objects oleaut32)
 set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
 target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/exports>)
+
+include(cmake/version.cmake)
+vhrt_version(VHRT VHRT.dll VFT_DLL "Run-time library of setup scripts")
 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
@@ -69,7 +61,7 @@ add_library(vhhost_parts STATIC
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
-vhrt_version(vhhost VFT_APP vhhost.exe "Runs setup scripts with VHRT")
+vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
 # The library is loaded at run time, so that the trace switch can be set before.
@@ -79,7 +71,7 @@ vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
-  vhrt_version(vhtool VFT_APP vhtool.exe "Traces and exports of VHRT")
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts)
 endif()
@@ -103,11 +95,15 @@ vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
-foreach(script values lists_and_files features)
+set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
+add_test(NAME script_clean COMMAND ${CMAKE_COMMAND} -E rm -rf ${script_place})
+set_tests_properties(script_clean PROPERTIES FIXTURES_SETUP script_place)
+foreach(script values lists_and_files features actions)
   add_test(NAME script_${script} COMMAND vhhost ${CMAKE_SOURCE_DIR}/tests/host/setup --silent --var WHO=me
-    --data ${CMAKE_BINARY_DIR}/host_tests/${script}/log --target ${CMAKE_BINARY_DIR}/host_tests/${script}/target
+    --data ${script_place}/${script}/log --target ${script_place}/${script}/target
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/check.js
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/${script}.js)
+  set_tests_properties(script_${script} PROPERTIES FIXTURES_REQUIRED script_place TIMEOUT 120)
 endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
