@@ -39,6 +39,9 @@ target_link_libraries(VHRT PRIVATE vhrt_objects oleaut32)
 set_target_properties(VHRT PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
 target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/exports>)
 
+include(cmake/version.cmake)
+vhrt_version(VHRT VHRT.dll VFT_DLL "Run-time library of setup scripts")
+
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine)
@@ -48,30 +51,37 @@ if(engine_sources)
     PUBLIC ole32 oleaut32 uuid shlwapi shell32 version)
 endif()
 
-# Programs. What the host's script side is made of also serves the tests and the tool.
+# How tests start what is built here.
+if(CMAKE_CROSSCOMPILING)
+  set(WINE_RUNNER ${CMAKE_SOURCE_DIR}/scripts/wine-run)
+  set(CMAKE_CROSSCOMPILING_EMULATOR ${WINE_RUNNER})
+endif()
+
+# Programs. What the host's script side is made of, and the tool's reader, also serve the tests.
 add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp)
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/version.rc)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
+vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
 # The library is loaded at run time, so that the trace switch can be set before.
 add_dependencies(vhhost VHRT)
 
 vhrt_sources(tool_sources tools)
+list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts)
 endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
 # belongs to one program; tests/support is shared.
-find_program(WINE_RUNNER NAMES wine-run PATHS ${CMAKE_SOURCE_DIR}/scripts NO_DEFAULT_PATH)
-set(CMAKE_CROSSCOMPILING_EMULATOR ${WINE_RUNNER})
 function(vhrt_test_program name folder)
   vhrt_sources(sources ${folder} tests/support)
   if(sources)
@@ -87,6 +97,24 @@ vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+
+# Scripts that check the exports from the inside of a setup, and runs that go wrong.
+set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
+add_test(NAME script_clean COMMAND ${CMAKE_COMMAND} -E rm -rf ${script_place})
+set_tests_properties(script_clean PROPERTIES FIXTURES_SETUP script_place)
+foreach(script values lists_and_files features actions)
+  add_test(NAME script_${script} COMMAND vhhost ${CMAKE_SOURCE_DIR}/tests/host/setup --silent --var WHO=me
+    --data ${script_place}/${script}/log --target ${script_place}/${script}/target
+    --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/check.js
+    --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/${script}.js)
+  set_tests_properties(script_${script} PROPERTIES FIXTURES_REQUIRED script_place TIMEOUT 120)
+endforeach()
+add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
+  -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
+  -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
 
 # Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
 vhrt_sources(floor_sources bench/floor)

@@ -44,13 +44,8 @@ void file::close()
 {
     if (!m_shared)
         return;
-    if (m_shared.use_count() == 1 && m_shared->handle) {
-        const HANDLE handle = m_shared->handle.release();
-        if (!CloseHandle(handle)) {
-            m_shared->handle.reset(handle);
-            fail();
-        }
-    }
+    if (m_shared.use_count() == 1 && m_shared->handle && !m_shared->handle.try_close())
+        fail();
     m_shared.reset();
 }
 

@@ -85,9 +85,6 @@ std::vector<FileToWrite> FilesFor(const std::wstring& source, const std::wstring
     }
     if (files.empty())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), source, L"there is no such file to copy");
-    for (FileToWrite& file : files)
-        if (flags & copy_by_version)
-            file.version = FileVersion(file.source);
     return files;
 }
 

@@ -20,8 +20,6 @@ struct DataSet {
     bool removeAllMode = false;
     bool reinstallMode = false;
     bool patchMode = false;
-    // Set by a key that was accepted.
-    bool validated = false;
 
     bool Admits(const Audience& audience) const;
     // Whether the item and those above it are for this run.

@@ -135,11 +135,11 @@ HRESULT Property(Object& object, const dispatch_call& call)
 {
     if (!call.put())
         return GetProperty<Getter>(object, call);
-    return [&]<class Class, class In>(HRESULT (STDMETHODCALLTYPE Class::*)(In)) {
+    return [&]<class Class, class In>(HRESULT (STDMETHODCALLTYPE Class::*setter)(In)) {
         if constexpr (std::is_same_v<In, BSTR>)
-            return (object.*Setter)(call.text(0).get());
+            return (object.*setter)(call.text(0).get());
         else
-            return (object.*Setter)(static_cast<In>(call.number(0)));
+            return (object.*setter)(static_cast<In>(call.number(0)));
     }(Setter);
 }
 

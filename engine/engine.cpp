@@ -12,12 +12,20 @@ namespace vh::engine {
 
 namespace {
 
+// A log that would undo nothing goes.
+void DropIfIdle(InstallLog& log)
+{
+    if (!log.AnythingStands())
+        log.Delete();
+}
+
 // Undoes a run that never came to its end.
 void Recover(Core& core)
 {
     const long run = core.log->UnfinishedRun();
     if (!run)
         return;
+    core.log->Claim();
     const auto results =
         UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.run == run; });
     LogRecord end;
@@ -27,22 +35,37 @@ void Recover(Core& core)
     core.Report({Severity::warning, core.log->File(),
                  L"an unfinished installation was undone (" + Number(static_cast<int64_t>(results.size())) + L" steps)",
                  S_OK});
+    DropIfIdle(*core.log);
 }
 
-// Selection and state as the last run left them.
+bool IsTargetGiven(const Options& options)
+{
+    return !options.targetDir.empty() ||
+           std::any_of(options.variables.begin(), options.variables.end(),
+                       [](const auto& variable) { return SameText(variable.first, L"TARGETDIR"); });
+}
+
+// Target, selection and state as the last run left them. With another target nothing is there yet.
 void TakeOver(Core& core)
 {
     const LogRecord* selection = core.log->Newest(LogKind::features, {});
     if (!core.log->AnythingStands() || !selection)
         return;
     core.product->maintenance = true;
+    const auto target = selection->texts.find(L"TARGETDIR");
+    if (!IsTargetGiven(core.options) && target != selection->texts.end())
+        core.globalTexts.Set(L"TARGETDIR", target->second);
+    const bool samePlace =
+        target == selection->texts.end() || SameText(target->second, core.Substitute(L"<TARGETDIR>"));
     std::set<std::wstring> selected;
     for (const std::wstring& path : selection->list)
         selected.insert(Upper(path));
     for (const auto& child : core.product->product->data.children)
         if (!child->pseudo)
-            ForEachItem(*child,
-                        [&](Item& item) { item.selected = item.installed = selected.contains(Upper(item.Path())); });
+            ForEachItem(*child, [&](Item& item) {
+                item.selected = selected.contains(Upper(item.Path()));
+                item.installed = item.selected && samePlace;
+            });
 }
 
 void RemoveBackups(const InstallLog& log, long run)
@@ -68,8 +91,8 @@ Engine::~Engine()
 {
     try {
         Rollback();
-    } catch (const engine_error& error) {
-        m_core->Report(error.message());
+    } catch (const std::exception& error) {
+        m_core->Report({Severity::error, {}, ToWide(error.what()), E_FAIL});
     }
     m_core->progressBar.reset();
     m_core->log->Close();
@@ -109,6 +132,7 @@ void Engine::Commit()
         return;
     LogRecord selection;
     selection.kind = LogKind::features;
+    selection.texts[L"TARGETDIR"] = TargetDir();
     for (const auto& child : m_core->product->product->data.children)
         if (!child->pseudo)
             ForEachItem(*child, [&](const Item& item) {
@@ -120,8 +144,8 @@ void Engine::Commit()
     end.kind = LogKind::commit;
     log.Append(std::move(end));
     RemoveBackups(log, run);
-    if (!log.AnythingStands() && !log.Newest(LogKind::texts, {}))
-        log.Delete();
+    if (m_core->product->maintenance || log.Standing(LogKind::texts).empty())
+        DropIfIdle(log);
 }
 
 std::vector<Removal> Engine::Rollback()
@@ -134,8 +158,7 @@ std::vector<Removal> Engine::Rollback()
     LogRecord end;
     end.kind = LogKind::commit;
     log.Append(std::move(end));
-    if (!log.AnythingStands())
-        log.Delete();
+    DropIfIdle(log);
     return results;
 }
 

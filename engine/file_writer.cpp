@@ -70,6 +70,16 @@ bool IsOurs(const Core& core, const std::wstring& target, const FileFacts& facts
     return record && record->size == facts.size && record->time == facts.time;
 }
 
+// Both have a version, and the present one is higher.
+bool IsNewer(const std::wstring& present, const FileToWrite& file)
+{
+    const std::wstring there = FileVersion(present);
+    if (there.empty())
+        return false;
+    const std::wstring given = file.version.empty() ? FileVersion(file.source) : file.version;
+    return !given.empty() && CompareVersions(there, given) > 0;
+}
+
 Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there)
 {
     if (there.folder())
@@ -79,8 +89,7 @@ Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there
         return Written::same;
     if (file.flags & file_never_overwrite)
         return Written::stays;
-    const std::wstring present = file.version.empty() ? L"" : FileVersion(file.target);
-    if (!present.empty() && CompareVersions(present, file.version) > 0 && !(file.flags & file_always_overwrite))
+    if (!(file.flags & file_always_overwrite) && IsNewer(file.target, file))
         return Written::newer_stays;
     if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !IsOurs(core, file.target, there))
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), file.target, L"the file is read-only");

@@ -165,19 +165,24 @@ long InstallLog::Append(LogRecord record)
     return m_records.back().id;
 }
 
+void InstallLog::Claim()
+{
+    if (m_writer)
+        return;
+    MakeFolders(FolderOf(m_file), {});
+    m_writer.reset(
+        CreateFileW(LongPath(m_file).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr));
+    if (!m_writer)
+        ThrowFileError(m_file, L"can't write the install log", GetLastError());
+    LARGE_INTEGER end{};
+    end.QuadPart = static_cast<LONGLONG>(m_wholeBytes);
+    if (!SetFilePointerEx(m_writer.get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(m_writer.get()))
+        ThrowFileError(m_file, L"can't write the install log", GetLastError());
+}
+
 void InstallLog::Write(const LogRecord& record)
 {
-    if (!m_writer) {
-        MakeFolders(FolderOf(m_file), {});
-        m_writer.reset(
-            CreateFileW(LongPath(m_file).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr));
-        if (!m_writer)
-            ThrowFileError(m_file, L"can't write the install log", GetLastError());
-        LARGE_INTEGER end{};
-        end.QuadPart = static_cast<LONGLONG>(m_wholeBytes);
-        if (!SetFilePointerEx(m_writer.get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(m_writer.get()))
-            ThrowFileError(m_file, L"can't write the install log", GetLastError());
-    }
+    Claim();
     const std::string line = ToLine(record);
     DWORD written = 0;
     if (!WriteFile(m_writer.get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr) ||

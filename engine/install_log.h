@@ -64,6 +64,8 @@ public:
     // The run that this object writes; 0 before its first record.
     long CurrentRun() const { return m_run; }
 
+    // Keeps other setups from writing; throws when another one does.
+    void Claim();
     // Numbers the record and writes it at once; the first record of a run is preceded by a run record.
     long Append(LogRecord record);
     void MarkUndone(long id);

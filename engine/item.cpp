@@ -256,10 +256,8 @@ HRESULT ItemObject<Kind>::AddCost(long low, long high, BSTR path)
 template <class Kind>
 HRESULT ItemObject<Kind>::AddUninstallCost(long low, long high)
 {
-    return Enter("ISetupItemUninstallCost.AddUninstallCost", low, high)([&] {
-        m_item.uninstallCost += FromHalves(low, high);
-        return S_OK;
-    });
+    // A removal announces no total, so there is nothing to add to.
+    return Enter("ISetupItemUninstallCost.AddUninstallCost", low, high)([] { return S_OK; });
 }
 
 template <class Kind>

@@ -68,6 +68,13 @@ std::wstring LanguagesOf(const Subject& about)
     return text;
 }
 
+std::wstring VersionOf(const Subject& about)
+{
+    if (!about.file)
+        return {};
+    return about.file->version.empty() ? FileVersion(about.file->source) : about.file->version;
+}
+
 std::wstring TargetFolder(const Subject& about)
 {
     return JoinPath(JoinPath(TargetOf(about.core, about.item), about.group.target),
@@ -96,7 +103,7 @@ const Info infos[] = {
     {3, Date},
     {4, [](const Subject& about) { return variant(static_cast<long>(PackedTime(about) & 0xFFFF)); }},
     {5, [](const Subject& about) { return variant(static_cast<long>(about.file ? about.file->attributes : 0)); }},
-    {6, [](const Subject& about) { return TextValue(about.file ? about.file->version : L""); }},
+    {6, [](const Subject& about) { return TextValue(VersionOf(about)); }},
     {7,
      [](const Subject& about) {
          return TextValue(about.file && about.file->language ? Number(about.file->language) : L"");

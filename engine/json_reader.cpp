@@ -26,7 +26,7 @@ void JsonPlace::Keys(std::initializer_list<const char*> known) const
     if (!m_value->is_object())
         Fail(L"must be an object");
     for (const auto& [key, value] : m_value->items())
-        if (std::none_of(known.begin(), known.end(), [&](const char* name) { return key == name; }))
+        if (std::none_of(known.begin(), known.end(), [&given = key](const char* name) { return given == name; }))
             Fail(L"unknown key " + Quoted(key));
 }
 
@@ -120,14 +120,14 @@ nlohmann::json ParseJson(const std::wstring& file)
     const std::string content = ReadWhole(file, largest_file);
     std::vector<std::set<std::string>> keys;
     const auto check = [&](int depth, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
-        using enum nlohmann::json::parse_event_t;
+        using kind = nlohmann::json::parse_event_t;
         if (depth > deepest)
             throw engine_error(E_INVALIDARG, file, L"is nested deeper than " + Number(deepest) + L" levels");
-        if (event == object_start)
+        if (event == kind::object_start)
             keys.emplace_back();
-        else if (event == object_end)
+        else if (event == kind::object_end)
             keys.pop_back();
-        else if (event == key && !keys.back().insert(parsed.get<std::string>()).second)
+        else if (event == kind::key && !keys.back().insert(parsed.get<std::string>()).second)
             throw engine_error(E_INVALIDARG, file, L"the key " + Quoted(parsed.get<std::string>()) + L" comes twice");
         return true;
     };

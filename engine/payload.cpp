@@ -20,7 +20,7 @@ ProductFile Made(const FileEntry& entry, const std::wstring& source, const std::
     file.size = facts.size;
     file.time = facts.time;
     file.attributes = facts.attributes;
-    file.version = entry.version.empty() ? FileVersion(source) : entry.version;
+    file.version = entry.version;
     file.language = entry.language;
     file.flags = entry.flags;
     return file;

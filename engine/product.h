@@ -47,7 +47,7 @@ struct ProductFile {
     uint64_t size = 0;
     uint64_t time = 0;
     DWORD attributes = 0;
-    std::wstring version;
+    std::wstring version; // as the product file gives it; empty leaves it to the file's version resource
     WORD language = 0;
     unsigned flags = 0;
 };
@@ -106,7 +106,6 @@ struct Item {
     bool selected = true;
     bool installed = false; // its files stand in the target and need no second move
     std::vector<ExtraCost> costs;
-    uint64_t uninstallCost = 0;
     std::map<long, Listener> listeners;
 
     Item* Find(std::wstring_view child) const;

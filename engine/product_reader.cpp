@@ -389,7 +389,9 @@ void ProductReader::ReadShellObjects(const JsonPlace& root)
     root.Each("shellObjects", most_of_a_kind, [&](const JsonPlace& at) {
         at.Keys({"name", "folder", "target", "arguments", "workingDir", "icon", "iconIndex", "feature"});
         ShellObject object;
-        object.name = PlainName(at.At("name"));
+        object.name = at.At("name").Name();
+        if (object.name.find_first_of(L"\\/") != std::wstring::npos)
+            at.At("name").Fail(L"must not hold a slash");
         object.folder = Folder(at, "folder");
         object.target = Pattern(at.At("target"));
         object.arguments = at.Text("arguments");

@@ -114,6 +114,9 @@ void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& ke
 void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
                 const std::wstring& feature)
 {
+    const auto old = ReadValue(place, name);
+    if (old == value)
+        return;
     MakeKey(log, place, {}, feature);
     if (log && !place.rootName.empty()) {
         LogRecord record;
@@ -123,7 +126,7 @@ void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring&
         record.feature = feature;
         record.type = static_cast<long>(value.type);
         record.data = ToHex(value.bytes);
-        if (const auto old = ReadValue(place, name)) {
+        if (old) {
             record.oldType = static_cast<long>(old->type);
             record.oldData = ToHex(old->bytes);
         }

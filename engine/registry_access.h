@@ -29,7 +29,8 @@ RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32);
 
 unique_key OpenKey(const RegistryPlace& place, REGSAM access);
 std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name);
-// Makes keys that are missing. Each new key and the value are logged before they are made, unless `log` is null.
+// Makes keys that are missing; a value that is there already is left alone. Each new key and the value are logged
+// before they are made, unless `log` is null.
 void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature);
 void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
                 const std::wstring& feature);

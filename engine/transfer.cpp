@@ -1,5 +1,7 @@
 #include "transfer.h"
 
+#include <set>
+
 #include "costs.h"
 #include "file_writer.h"
 #include "progress.h"
@@ -81,6 +83,34 @@ com_ptr<IEngineProgress> SinkFor(Core& core, const std::vector<Planned>& plan, I
     return sink;
 }
 
+// What unselected features may have left behind, and which files others need all the same.
+struct Leftovers {
+    std::set<std::wstring> features;
+    std::set<std::wstring> needed;
+};
+
+Leftovers FindLeftovers(const Core& core, const DataSet& data, const std::vector<Item*>& items)
+{
+    Leftovers found;
+    for (Item* top : items)
+        ForEachItem(*top, [&](const Item& item) {
+            if (!item.pseudo && !item.selected)
+                found.features.insert(Upper(item.Path()));
+        });
+    if (found.features.empty())
+        return found;
+    for (Item* top : items)
+        ForEachItem(*top, [&](const Item& item) {
+            if (item.pseudo || !item.selected || item.groups.empty() || !data.Admits(item))
+                return;
+            const std::wstring root = TargetOf(core, item);
+            data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
+                found.needed.insert(Upper(Plan(item, root, group, file).target));
+            });
+        });
+    return found;
+}
+
 } // namespace
 
 void Transfer(Core& core, DataSet& data, const std::vector<Item*>& items, IUnknown* progress)
@@ -107,14 +137,9 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
         items.push_back(child.get());
     Transfer(core, data, items, progress);
 
-    std::set<std::wstring> unselected;
-    for (Item* top : items)
-        ForEachItem(*top, [&](Item& item) {
-            if (!item.pseudo && !item.selected)
-                unselected.insert(Upper(item.Path()));
-        });
+    const Leftovers leftovers = FindLeftovers(core, data, items);
     const auto removed = UndoRecords(*core.log, Undo::removal, [&](const LogRecord& record) {
-        return !record.feature.empty() && unselected.contains(Upper(record.feature));
+        return leftovers.features.contains(Upper(record.feature)) && !leftovers.needed.contains(Upper(record.what));
     });
     for (const Removal& removal : removed)
         if (removal.outcome == RemovalOutcome::failed)

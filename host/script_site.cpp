@@ -141,6 +141,8 @@ HRESULT ScriptSite::OnScriptError(IActiveScriptError* error)
     m_failed = true;
     EXCEPINFO exception{};
     error->GetExceptionInfo(&exception);
+    if (exception.pfnDeferredFillIn)
+        exception.pfnDeferredFillIn(&exception);
     vh::bstr source;
     vh::bstr description;
     vh::bstr help;

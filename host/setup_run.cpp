@@ -41,10 +41,11 @@ public:
     {
         const std::wstring percent = std::to_wstring(progress.percent) + L" %";
         Status(percent + L"  " + progress.file);
-        if (progress.percent / 10 > m_tenth) {
-            m_tenth = progress.percent / 10;
+        const int tenth = progress.percent / 10;
+        if (tenth > m_tenth)
             Say(L"  moving data: " + percent);
-        }
+        // A further transfer begins below the last one's end.
+        m_tenth = tenth;
         if (progress.percent == 100)
             Status({});
         return !cancelled;

@@ -192,7 +192,7 @@ int32_t _ComponentError(ObjectContext* context, const wchar_t* media, wchar_t* b
 int32_t _ComponentErrorInfo(ObjectContext* context, VARIANT* error, wchar_t* media)
 {
     return vh::Mapped(context, [&](ObjectContext& c) -> int32_t {
-        if (const HRESULT code = VariantClear(error); FAILED(code))
+        if (const HRESULT code = vh::ClearResult(error); FAILED(code))
             return code;
         const stringx name = c.media.last_media();
         vh::CopyOutUnlimited(name, media);

@@ -1,9 +1,7 @@
 // An interface as the result of an export: a VARIANT of type VT_DISPATCH with one reference.
 #pragma once
 
-#include <oleauto.h>
-
-#include "../Src/inc/identifiers.h"
+#include "../scriptdata/variant.h"
 
 namespace vh {
 
@@ -18,7 +16,7 @@ inline HRESULT PutDispatch(IUnknown* object, VARIANT* result)
 // Clears the variant first; `missing` without an object.
 inline HRESULT InterfaceResult(IUnknown* object, VARIANT* result, HRESULT missing = E_FAIL)
 {
-    const HRESULT code = VariantClear(result);
+    const HRESULT code = ClearResult(result);
     if (FAILED(code))
         return code;
     return object ? PutDispatch(object, result) : missing;

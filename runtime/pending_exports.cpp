@@ -241,11 +241,9 @@ int32_t _InetGetNextDisk(ObjectContext*, const wchar_t*) { return 3; }
 void _InetEndofTransfer(ObjectContext*) {}
 int32_t _InetGetLastError(ObjectContext*) { return 0; }
 
-// Language and text substitution: no texts and no variables.
+// Language: no texts and no languages.
 int32_t LangLoadString(ObjectContext*, uint32_t, wchar_t*, int32_t) { return 0; }
-int32_t __LoadString(ObjectContext*, const wchar_t*, wchar_t*, int32_t) { return -1; }
 int32_t _IsLangSupported(int32_t, const wchar_t*) { return 0; }
-int64_t TextSubSubstitute(ObjectContext* context, BSTR*) { return Missing(context, general_failure); }
 
 // Object creation: no class can be made.
 int32_t _CreateObject(const wchar_t*, VARIANT*) { return general_failure; }

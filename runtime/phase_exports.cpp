@@ -117,7 +117,7 @@ int32_t _GetObject(ObjectContext* context, const wchar_t* name, VARIANT* object)
             return vh::InterfaceResult(c.host.get(), object, -1);
         if (!c.objects)
             return -1;
-        VariantClear(object);
+        vh::ClearResult(object);
         return ObjectAt(c.objects.get(), vh::variant(name), object);
     });
 }
@@ -129,7 +129,7 @@ int32_t _GetObjectByIndex(ObjectContext* context, int32_t index, VARIANT* object
             return vh::InterfaceResult(c.host.get(), object, -1);
         if (!c.objects)
             return -1;
-        VariantClear(object);
+        vh::ClearResult(object);
         return ObjectAt(c.objects.get(), vh::variant(static_cast<long>(index)), object);
     });
 }

@@ -18,7 +18,7 @@ int32_t Give(ObjectContext* context, vh::com_ptr<Interface> ObjectContext::*fiel
 template <class Service>
 int32_t GiveService(ObjectContext& context, VARIANT* object)
 {
-    if (const HRESULT code = VariantClear(object); FAILED(code))
+    if (const HRESULT code = vh::ClearResult(object); FAILED(code))
         return code;
     vh::com_ptr<Service> service;
     const HRESULT code = context.Ask(service);

@@ -31,6 +31,14 @@ public:
         if (old != Traits::none())
             Traits::close(old);
     }
+    // Ends the object now; one that refuses to end stays owned, and the answer is false.
+    bool try_close()
+    {
+        if (!Traits::close(m_value))
+            return false;
+        m_value = Traits::none();
+        return true;
+    }
     value_type* put()
     {
         reset();
@@ -44,7 +52,7 @@ private:
 struct file_traits {
     using value_type = HANDLE;
     static HANDLE none() { return INVALID_HANDLE_VALUE; }
-    static void close(HANDLE handle) { CloseHandle(handle); }
+    static bool close(HANDLE handle) { return CloseHandle(handle) != 0; }
 };
 
 struct find_traits {

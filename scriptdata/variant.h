@@ -74,6 +74,9 @@ private:
     VARIANT m_value;
 };
 
+// Clears a caller's variant before it takes a result.
+inline HRESULT ClearResult(VARIANT* result) { return VariantClear(result); }
+
 // One owned SAFEARRAY.
 class safe_array {
 public:

@@ -54,13 +54,20 @@ public:
         RemoveTree(m_root);
         MakeFolders(Setup(), {});
     }
-    ~SetupFolder() { RemoveTree(m_root); }
+    // A folder that another process made; it stays.
+    explicit SetupFolder(std::wstring root) : m_root(std::move(root)), m_stays(true) {}
+    ~SetupFolder()
+    {
+        if (!m_stays)
+            RemoveTree(m_root);
+    }
     SetupFolder(const SetupFolder&) = delete;
     SetupFolder& operator=(const SetupFolder&) = delete;
 
     std::wstring Setup(const std::wstring& name = {}) const { return JoinPath(m_root + L"\\setup", name); }
     std::wstring Target(const std::wstring& name = {}) const { return JoinPath(m_root + L"\\target", name); }
     std::wstring Data() const { return m_root + L"\\data"; }
+    const std::wstring& Root() const { return m_root; }
 
     void Payload(const std::wstring& name, std::string_view content) const { WriteText(Setup(name), content); }
     // `members` are the product file's members beside the fixed ones.
@@ -83,6 +90,7 @@ public:
 
 private:
     std::wstring m_root;
+    bool m_stays = false;
 };
 
 // Two levels, sizes 10, 20, 30 and 40, the second required.

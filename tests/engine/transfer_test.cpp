@@ -309,3 +309,21 @@ TEST(Maintenance, ReinstallRepairsADamagedFile)
     engine->Commit();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
 }
+
+TEST(Maintenance, LeavesAFileThatAnotherFeatureNeeds)
+{
+    SetupFolder folder;
+    folder.Payload(L"both.bin", "both");
+    folder.Payload(L"one.bin", "one");
+    folder.Product(R"("features": [{"name": "One", "files": [{"name": "g", "files": ["both.bin", "one.bin"]}]},
+        {"name": "Two", "files": [{"name": "g", "files": ["both.bin"]}]}])");
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine.reset();
+    engine = folder.Open();
+    Feature(*engine, {L"One"})->SetSelected(0);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    EXPECT_EQ((std::vector<std::wstring>{L"both.bin"}), Tree(folder.Target()));
+}

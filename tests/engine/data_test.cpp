@@ -1,0 +1,256 @@
+#include "setup_folder.h"
+
+using namespace vh;
+using namespace vh::engine;
+using namespace vh::engine::test;
+
+namespace {
+
+bool Truth(const auto& object, auto getter)
+{
+    VARIANT_BOOL truth = VARIANT_FALSE;
+    EXPECT_EQ(S_OK, (object.get()->*getter)(&truth));
+    return truth == VARIANT_TRUE;
+}
+
+std::wstring Text(const auto& object, auto getter)
+{
+    bstr text;
+    EXPECT_EQ(S_OK, (object.get()->*getter)(text.put()));
+    return std::wstring(text.view());
+}
+
+} // namespace
+
+TEST(DataSets, TellIdentifiersModesAndMediaInformation)
+{
+    SetupFolder folder;
+    folder.Product(R"("features": [], "installGuid": "{6f3c1c39-0c50-4c92-8b0d-5a1a4f3e1dff}", "maintenanceOption": 8,
+        "enabledServices": 5, "media": {"texts": ["first", "<PRODUCT_NAME>"], "number": 42, "truths": [false, true]})");
+    const auto engine = folder.Open();
+    const auto data = ServiceOf<ISetupData>(*engine);
+    const auto more = data.query<ISetupDataEx>();
+    const auto modes = data.query<ISetupDataModes>();
+    const auto media = data.query<ISetupMediaInfo>();
+    bstr guid;
+    data->GetProductGuid(0, guid.put());
+    EXPECT_EQ(L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}", guid.view());
+    EXPECT_EQ(L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1DFF}", Text(more, &ISetupDataEx::GetInstallGuid));
+    EXPECT_EQ(folder.Setup(L"product.json"), Text(data, &ISetupData::GetSourcePath));
+    long number = 0;
+    more->GetFlags(&number);
+    EXPECT_EQ(8, number);
+    more->GetEnabledServices(&number);
+    EXPECT_EQ(5, number);
+    EXPECT_FALSE(Truth(data, &ISetupData::GetMaintenance));
+    EXPECT_FALSE(Truth(more, &ISetupDataEx::GetUpdateMode));
+    more->SetUpdateMode(VARIANT_TRUE);
+    modes->SetReinstallMode(VARIANT_TRUE);
+    EXPECT_TRUE(Truth(more, &ISetupDataEx::GetUpdateMode));
+    EXPECT_TRUE(Truth(modes, &ISetupDataModes::GetReinstallMode));
+    EXPECT_FALSE(Truth(more, &ISetupDataEx::GetRemoveAllMode));
+    EXPECT_EQ(L"Probe", Text(media, &ISetupMediaInfo::GetText2));
+    EXPECT_EQ(L"", Text(media, &ISetupMediaInfo::GetText14));
+    media->GetNumber(&number);
+    EXPECT_EQ(42, number);
+    EXPECT_TRUE(Truth(media, &ISetupMediaInfo::GetTruth2));
+    EXPECT_FALSE(Truth(media, &ISetupMediaInfo::GetTruth5));
+}
+
+TEST(Validation, AcceptsTheKeyAndNothingElse)
+{
+    SetupFolder folder;
+    folder.Product(R"("key": "open", "features": [{"name": "Locked", "key": "sesame"}, {"name": "Free"}])");
+    const auto engine = folder.Open();
+    const auto data = ServiceOf<ISetupData>(*engine);
+    EXPECT_TRUE(Truth(data.query<ISetupDataValidation>(), &ISetupDataValidation::GetNeedsValidation));
+    EXPECT_EQ(S_OK, data->Validate(bstr(L"open").get()));
+    EXPECT_EQ(E_INVALIDARG, data->Validate(bstr(L"Open").get()));
+    const auto locked = Feature(*engine, {L"Locked"});
+    EXPECT_TRUE(Truth(locked, &ISetupFeature::GetNeedsValidation));
+    EXPECT_FALSE(Truth(Feature(*engine, {L"Free"}), &ISetupFeature::GetNeedsValidation));
+    EXPECT_EQ(E_INVALIDARG, locked->Validate(nullptr));
+    EXPECT_EQ(S_OK, locked->Validate(bstr(L"sesame").get()));
+}
+
+TEST(ItemTexts, AreReadAndWrittenEachInItsPlace)
+{
+    SetupFolder folder;
+    folder.Product(R"("features": [{"name": "F", "description": "d", "longText": "l", "miscText": "m",
+        "texts": {"16": "t16", "19": "t19", "20": "t20", "21": "t21", "22": "t22", "23": "t23"}}])");
+    const auto engine = folder.Open();
+    const auto item = Feature(*engine, {L"F"});
+    const auto texts = item.query<ISetupItemTexts>();
+    using Item = ISetupItem<ISetupFeatures>;
+    const std::pair<HRESULT (STDMETHODCALLTYPE Item::*)(BSTR*), const wchar_t*> fields[] = {
+        {&Item::GetDisplayName, L""}, {&Item::GetDescription, L"d"}, {&Item::GetLongText, L"l"},
+        {&Item::GetMiscText, L"m"},   {&Item::GetText16, L"t16"},    {&Item::GetText17, L""},
+        {&Item::GetText18, L""},      {&Item::GetText19, L"t19"},
+    };
+    for (const auto& [getter, expected] : fields)
+        EXPECT_EQ(expected, Text(item, getter));
+    EXPECT_EQ(L"t20", Text(texts, &ISetupItemTexts::GetText20));
+    EXPECT_EQ(L"t21", Text(texts, &ISetupItemTexts::GetText21));
+    EXPECT_EQ(L"t22", Text(texts, &ISetupItemTexts::GetText22));
+    EXPECT_EQ(L"t23", Text(texts, &ISetupItemTexts::GetText23));
+    const std::pair<HRESULT (STDMETHODCALLTYPE Item::*)(BSTR), HRESULT (STDMETHODCALLTYPE Item::*)(BSTR*)> pairs[] = {
+        {&Item::SetDisplayName, &Item::GetDisplayName}, {&Item::SetDescription, &Item::GetDescription},
+        {&Item::SetLongText, &Item::GetLongText},       {&Item::SetMiscText, &Item::GetMiscText},
+        {&Item::SetText17, &Item::GetText17},           {&Item::SetText18, &Item::GetText18},
+    };
+    int count = 0;
+    for (const auto& [setter, getter] : pairs)
+        (item.get()->*setter)(bstr(std::wstring_view(L"new " + std::to_wstring(count++))).get());
+    count = 0;
+    for (const auto& [setter, getter] : pairs)
+        EXPECT_EQ(L"new " + std::to_wstring(count++), Text(item, getter));
+    short order = 0;
+    item->GetDisplayOrder(&order);
+    EXPECT_EQ(1, order);
+    item->SetDisplayOrder(9);
+    item->GetDisplayOrder(&order);
+    EXPECT_EQ(9, order);
+    item->SetVisible(VARIANT_FALSE);
+    EXPECT_FALSE(Truth(item, &ISetupFeature::GetVisible));
+}
+
+TEST(RootQueries, FindGroupsOfAllFeatures)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto modes = ServiceOf<ISetupData>(*engine).query<ISetupDataModes>();
+    variant value;
+    ASSERT_EQ(S_OK, modes->GetRootFiles(value.put()));
+    const safe_array all(value);
+    EXPECT_EQ(3, all.last());
+    EXPECT_EQ(L"extra\\c.bin", all.at(2).text());
+    ASSERT_EQ(S_OK, modes->EnumRootFiles(bstr(L"help").get(), VARIANT_FALSE, value.put()));
+    EXPECT_EQ(L"d.bin", safe_array(value).at(0).text());
+    ASSERT_EQ(S_OK, modes->RootFileInfo(bstr(L"help").get(), bstr(L"d.bin").get(), 1, value.put()));
+    EXPECT_EQ(40, value.get().lVal);
+    EXPECT_EQ(static_cast<HRESULT>(0x8004F069), modes->RootFileInfo(bstr(L"none").get(), nullptr, 14, value.put()));
+    EXPECT_EQ(E_INVALIDARG, modes->GetFilteringNumbers(2, value.put()));
+}
+
+TEST(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine.reset();
+    Options options = folder.Given();
+    options.targetDir.clear();
+    engine = Engine::Open(options);
+    EXPECT_EQ(folder.Target(), engine->TargetDir());
+    engine.reset();
+    options.targetDir = folder.Target(L"elsewhere");
+    engine = Engine::Open(options);
+    EXPECT_TRUE(engine->Maintenance());
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    EXPECT_TRUE(Exists(folder.Target(L"elsewhere\\a.bin")));
+    const std::wstring log = engine->LogFile();
+    engine.reset();
+    Uninstall(log);
+    EXPECT_FALSE(Exists(folder.Target()));
+}
+
+TEST(Maintenance, CanForgetTheLogAndSelectWhatIsNew)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    Feature(*engine, {L"Tools"})->SetSelected(0);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine.reset();
+    engine = folder.Open();
+    const auto modes = engine->Host().query<ISetupFeatureModes>();
+    EXPECT_EQ(0, Selected(*engine, {L"Tools", L"Extra"}));
+    ASSERT_EQ(S_OK, modes->SelectNew(2));
+    EXPECT_EQ(2, Selected(*engine, {L"Tools", L"Extra"}));
+    ASSERT_EQ(S_OK, modes->SelectNew(0));
+    EXPECT_EQ(0, Selected(*engine, {L"Tools"}));
+    EXPECT_EQ(2, Selected(*engine, {L"Core"}));
+    ASSERT_EQ(S_OK, modes->RemoveAllInLogOnly(-1));
+    EXPECT_TRUE(engine->Installed().empty());
+    EXPECT_TRUE(Exists(folder.Target(L"a.bin")));
+}
+
+TEST(ShellObjects, AreRecordedForSelectedFeatures)
+{
+    SetupFolder folder;
+    folder.Product(R"("features": [{"name": "On"}, {"name": "Off", "selected": false}], "shellObjects": [
+        {"name": "Start <PRODUCT_NAME>", "folder": "Menu", "target": "<TARGETDIR>\\p.exe"},
+        {"name": "Hidden", "target": "<TARGETDIR>\\h.exe", "feature": "Off"}])");
+    const auto engine = folder.Open();
+    ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()));
+    std::wstring lines;
+    for (const std::wstring& line : engine->LogLines())
+        lines += line + L"\n";
+    EXPECT_NE(std::wstring::npos, lines.find(L"shell Menu\\Start Probe")) << ToUtf8(lines);
+    EXPECT_EQ(std::wstring::npos, lines.find(L"Hidden"));
+    const auto undone = engine->Rollback();
+    ASSERT_EQ(1u, undone.size());
+    EXPECT_EQ(L"shell", undone.front().kind);
+}
+
+TEST(Host, CountsItsObjectsAndAnswersThePhases)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto host = engine->Host();
+    com_ptr<ISetupObjects> objects;
+    ASSERT_EQ(S_OK, host->GetObjects(objects.put()));
+    long count = 0;
+    objects->Count(&count);
+    EXPECT_EQ(2, count);
+    com_ptr<IUnknown> object;
+    ASSERT_EQ(S_OK, objects->Item(variant(L"tools").get(), object.put()));
+    long pages = 0;
+    ASSERT_EQ(S_OK, object.query<ISetupWizard>()->ShowPages(12, &pages));
+    EXPECT_EQ(12, pages);
+    EXPECT_EQ(static_cast<HRESULT>(0x8004F069), objects->Item(variant(3L).get(), object.put()));
+    engine->Calls().Record(true);
+    EXPECT_EQ(S_OK, host->InitInstall());
+    EXPECT_EQ(S_OK, host.query<ISetupProgramPhases>()->Preprogram());
+    EXPECT_EQ(S_OK, host.query<ISetupRebootPhase>()->Rebooted());
+    EXPECT_EQ(S_OK, host.query<ISetupUninstallPhases>()->OnUninstall());
+    EXPECT_EQ(L"ISetupHost.InitInstall()", engine->Calls().Lines().front());
+    EXPECT_EQ(S_OK, ServiceOf<ISetupReboot>(*engine)->PutString(nullptr, bstr(L"two").get(), nullptr));
+    EXPECT_EQ(L"ISetupReboot.PutString(null, \"two\", null)", engine->Calls().Lines().back());
+}
+
+TEST(Resources, LoadFromTheSupportFolderAndSayWhatIsMissing)
+{
+    SetupFolder folder;
+    wchar_t system[MAX_PATH] = {};
+    GetSystemDirectoryW(system, MAX_PATH);
+    CopyFileW(JoinPath(system, L"version.dll").c_str(), folder.Setup(L"texts.dll").c_str(), FALSE);
+    folder.Product(
+        R"("features": [], "support": [{"name": "libraries", "files": [{"path": "texts.dll", "target": "sub"}]}])");
+    const auto engine = folder.Open();
+    const auto resources = ServiceOf<ISetupResources>(*engine);
+    HMODULE module = nullptr;
+    long result = 0;
+    ASSERT_EQ(S_OK, resources->Load(bstr(L"<SUPPORTDIR>\\sub\\texts.dll").get(), &module))
+        << ToUtf8(LastReason(*engine));
+    ASSERT_EQ(S_OK, resources->Free(module, &result));
+    EXPECT_TRUE(FAILED(resources->Load(bstr(L"none.dll").get(), &module)));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none.dll"));
+}
+
+TEST(SupportFolder, GoesWithTheEngine)
+{
+    SetupFolder folder;
+    MakeTree(folder, R"(, "support": [{"name": "s", "files": ["a.bin"]}])");
+    auto engine = folder.Open();
+    const std::wstring support = Text(ServiceOf<ISetupDirs>(*engine), &ISetupDirs::GetSupportDir);
+    EXPECT_TRUE(Exists(JoinPath(support, L"a.bin")));
+    engine.reset();
+    EXPECT_FALSE(Exists(support));
+}

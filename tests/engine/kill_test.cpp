@@ -1,0 +1,147 @@
+// Real processes that end in the middle: the test program runs itself and the child terminates at a step.
+#include "setup_folder.h"
+
+using namespace vh;
+using namespace vh::engine;
+using namespace vh::engine::test;
+
+namespace {
+
+constexpr DWORD killed_code = 77;
+
+std::wstring Environment(const wchar_t* name)
+{
+    wchar_t text[MAX_PATH] = {};
+    GetEnvironmentVariableW(name, text, MAX_PATH);
+    return text;
+}
+
+// Ends the process at the step that the parent asked for.
+void KillAtStep()
+{
+    static int step = 0;
+    if (++step == std::stoi(Environment(L"VH_KILL_STEP")))
+        TerminateProcess(GetCurrentProcess(), killed_code);
+}
+
+// True when the child got to the step and was ended there; false when it came to its own end.
+bool RunKilled(const SetupFolder& folder, const wchar_t* test, int step)
+{
+    SetEnvironmentVariableW(L"VH_KILL_FOLDER", folder.Root().c_str());
+    SetEnvironmentVariableW(L"VH_KILL_STEP", std::to_wstring(step).c_str());
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring command =
+        L"\"" + std::wstring(program) + L"\" --gtest_also_run_disabled_tests --gtest_brief=1 --gtest_filter=" + test;
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION made{};
+    if (!CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &made)) {
+        ADD_FAILURE() << "no child: " << GetLastError();
+        return false;
+    }
+    const unique_handle process(made.hProcess);
+    const unique_handle thread(made.hThread);
+    EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process.get(), 60'000));
+    DWORD code = 0;
+    GetExitCodeProcess(process.get(), &code);
+    EXPECT_TRUE(code == killed_code || code == 0) << code;
+    return code == killed_code;
+}
+
+} // namespace
+
+TEST(Child, DISABLED_Installs)
+{
+    Options options = SetupFolder(Environment(L"VH_KILL_FOLDER")).Given();
+    options.onProgress = [](const Progress&) { return KillAtStep(), true; };
+    const auto engine = Engine::Open(std::move(options));
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+}
+
+TEST(Child, DISABLED_Removes)
+{
+    const SetupFolder folder(Environment(L"VH_KILL_FOLDER"));
+    Uninstall(LogFileOf(folder.Setup(), folder.Data()), [](const Removal&) { KillAtStep(); });
+}
+
+TEST(Kill, DuringAnInstallationLeavesNoHalfFileAndTheNextStartCleansUp)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    WriteText(folder.Target(L"c.bin"), "older");
+    int step = 1;
+    for (; RunKilled(folder, L"Child.DISABLED_Installs", step); ++step) {
+        for (const auto& [name, size] :
+             {std::pair(L"a.bin", 10u), std::pair(L"bin\\b.bin", 20u), std::pair(L"d.bin", 40u)})
+            if (Exists(folder.Target(name))) {
+                EXPECT_EQ(size, FactsOf(folder.Target(name)).size);
+            }
+        if (step % 2)
+            continue;
+        // The child after this one cleans up by itself; here it is the parent.
+        const auto engine = folder.Open();
+        EXPECT_EQ((std::vector<std::wstring>{L"c.bin"}), Tree(folder.Target())) << step;
+        EXPECT_EQ("older", ReadWhole(folder.Target(L"c.bin"), 100));
+    }
+    EXPECT_GT(step, 4);
+    EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
+}
+
+TEST(Kill, DuringARemovalLetsTheNextOneGoOn)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    engine.reset();
+    std::size_t left = Tree(folder.Target()).size();
+    while (RunKilled(folder, L"Child.DISABLED_Removes", 1)) {
+        const std::size_t now = Tree(folder.Target()).size();
+        ASSERT_TRUE(now < left || now == 0);
+        left = now;
+        if (!Exists(LogFileOf(folder.Setup(), folder.Data())))
+            break;
+    }
+    EXPECT_FALSE(Exists(folder.Target()));
+}
+
+TEST(Log, BelongsToOneSetupAtATime)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    const auto first = folder.Open();
+    const auto second = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*first));
+    RemoveFile(folder.Target(L"a.bin"));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION), MoveAll(*second));
+    EXPECT_NE(std::wstring::npos, LastReason(*second).find(L"install.log"));
+    // A run that still goes on is not taken for a killed one.
+    const auto tree = Tree(folder.Target());
+    EXPECT_THROW(folder.Open(), engine_error);
+    EXPECT_THROW(Uninstall(first->LogFile()), engine_error);
+    EXPECT_EQ(tree, Tree(folder.Target()));
+}
+
+TEST(Log, ThatIsDamagedIsNamedWithItsLine)
+{
+    SetupFolder folder;
+    MakeTree(folder);
+    auto engine = folder.Open();
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    engine->Commit();
+    const std::wstring log = engine->LogFile();
+    engine.reset();
+    std::string content = ReadWhole(log, 100'000);
+    content.insert(content.find('\n') + 1, "nonsense\n");
+    WriteText(log, content);
+    try {
+        Uninstall(log);
+        ADD_FAILURE() << "a damaged log was taken";
+    } catch (const engine_error& error) {
+        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"install.log: line 2 is damaged"));
+    }
+    EXPECT_TRUE(Exists(folder.Target(L"a.bin")));
+}

@@ -1,0 +1,343 @@
+// How a context is filled, what a failing engine leaves of it, and how it ends.
+#include <gtest/gtest.h>
+
+#include <objbase.h>
+
+#include "../support/bare_context.h"
+#include "../support/session.h"
+
+using namespace vh;
+using vh::test::Session;
+
+namespace {
+
+std::wstring Variable(const engine::Engine& engine, const GUID& store, const wchar_t* name)
+{
+    bstr value;
+    engine::test::ServiceOf<ISetupTextSub>(engine, store)->GetValue(bstr(name).get(), value.put());
+    return std::wstring(value.view());
+}
+
+TEST(Context, AsksTheEngineInItsOrder)
+{
+    Session session(R"(, "variables": {"VHRES": "none.dll"})");
+    session.Create();
+    const wchar_t* const order[] = {
+        L"ISetupHost.GetObjects",
+        L"IServiceProvider.QueryService(local ISetupTextSub)",
+        L"IServiceProvider.QueryService(global ISetupTextSub)",
+        L"IServiceProvider.QueryService(ISetupStrings",
+        L"IServiceProvider.QueryService(ISetupInfo",
+        L"ISetupInfo.GetFact(2)",
+        L"ISetupInfo.GetFact(18)",
+        L"IServiceProvider.QueryService(ISetupData",
+        L"ISetupDataEx.GetFlags",
+        L"ISetupData.GetProductGuid(0)",
+        L"ISetupDataEx.GetInstallGuid",
+        L"ISetupFeatureHost.GetFeatures",
+        L"ISetupData.GetRoot",
+        L"ISetupDataEx.GetEnabledServices",
+        L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
+        L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
+        L"IServiceProvider.QueryService(ISetupRegistry",
+        L"ISetupSiteAware.SetSite",
+        L"IServiceProvider.QueryService(ISetupUser",
+        L"ISetupUser.GetWindow",
+        L"IServiceProvider.QueryService(ISetupLog",
+        L"IServiceProvider.QueryService(ISetupReboot",
+        L"IServiceProvider.QueryService(ISetupDirs",
+        L"ISetupDirs.GetSupportDir",
+        L"ISetupTextSub.GetValue(\"VHRES\")",
+        L"ISetupTextSub.GetValue(\"VHUSER\")",
+        L"IServiceProvider.QueryService(ISetupResources",
+        L"ISetupResources.Load(",
+        L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
+        L"ISetupInfo.GetFact(21)",
+        L"ISetupInfo.GetFact(43)",
+    };
+    const auto& lines = session.calls().Lines();
+    auto at = lines.begin();
+    for (const wchar_t* const wanted : order) {
+        at = std::find_if(at, lines.end(), [&](const std::wstring& line) { return line.starts_with(wanted); });
+        ASSERT_NE(at, lines.end()) << std::string(wanted, wanted + wcslen(wanted)) << " is missing or out of order";
+    }
+}
+
+TEST(Context, StaysUsableWhateverEngineCallFails)
+{
+    Session session;
+    session.calls().Reset();
+    session.Create();
+    const long calls = session.calls().Calls();
+    ASSERT_GT(calls, 40);
+    for (long n = 1; n <= calls; ++n) {
+        session.calls().Reset();
+        session.calls().FailCall(n, E_FAIL);
+        session.Create();
+        ASSERT_NE(static_cast<ObjectContext*>(session), nullptr) << n;
+        session.calls().Reset();
+        // Each answers by code, not by crash.
+        wchar_t text[300];
+        int32_t number = 0;
+        int32_t size = 0;
+        _ComponentGetData(session, L"DATA", L"Tools", 8, &number, text, 300);
+        _ComponentSelectItem(session, L"DATA", L"Tools", 1);
+        _ComponentGetTotalCost(session, L"DATA", L"C:\\", &number);
+        _ComponentCompareSizeRequired(session, L"DATA", text, &size);
+        const ListHandle list = _ListCreate(session, ListTypeString);
+        _ComponentListItems(session, L"VHSUPPORTFILES", L"", list);
+        EXPECT_EQ(_ListDestroy(session, const_cast<ListHandle*>(&list)), 0);
+        EXPECT_EQ(__GetProductGuid(session, text), 0);
+        EXPECT_EQ(_GetSupportDir(session, text, 300), 0);
+        variant object;
+        __GetInfo(session, object.put());
+        __GetTextSub(session, 0, object.put());
+        GetHandle(session, HandleMainWindow);
+    }
+}
+
+TEST(Context, ReadsItsFactsAndWritesItsVariables)
+{
+    Session session(
+        R"(, "maintenanceOption": 8, "enabledServices": 5, "installGuid": "{11111111-2222-3333-4444-555555555555}")");
+    wchar_t text[64];
+    int32_t number = 0;
+    EXPECT_EQ(__GetProductGuid(session, text), 0);
+    EXPECT_STREQ(text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
+    EXPECT_EQ(__GetInstallGuid(session, text), 0);
+    EXPECT_STREQ(text, L"{11111111-2222-3333-4444-555555555555}");
+    EXPECT_EQ(__GetMaintOption(session, &number), 0);
+    EXPECT_EQ(number, 8);
+    EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
+    EXPECT_EQ(number, 5);
+    EXPECT_EQ(__PutEnabledIServices(session, 9), 0);
+    EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
+    EXPECT_EQ(number, 9);
+    EXPECT_EQ(__GetMaintenanceMode(session, &number), 0);
+    EXPECT_EQ(number, 0);
+    EXPECT_EQ(_SetGlobalFlags(session, 0x55), 0);
+    EXPECT_EQ(_SetGlobalFlags(session, 1), 0x55);
+    EXPECT_EQ(_GetGlobalFlags(session), 1);
+    EXPECT_EQ(_GetSupportDir(session, text, 1), static_cast<int32_t>([&] {
+                  wchar_t whole[MAX_PATH];
+                  return _GetSupportDir(session, whole, MAX_PATH) == 0 ? wcslen(whole) + 1 : 0;
+              }()));
+}
+
+TEST(Context, TakesSourceAndPackageFromTheFacts)
+{
+    const struct {
+        bool set_source, has_package, keep_package;
+        const wchar_t *source, *package;
+    } cases[] = {
+        {true, true, false, L"C:\\from\\", L"C:\\package.zip"},
+        {true, false, false, L"C:\\from\\", L""},
+        {false, true, true, L"before", L"before"},
+    };
+    for (const auto& one : cases) {
+        engine::test::SetupFolder folder;
+        engine::test::MakeTree(folder);
+        engine::Options options = folder.Given();
+        options.variables = {{L"SRCDIR", L"before"}, {L"PACKAGE_LOCATION", L"before"}};
+        options.facts[2] = variant(L"C:\\from\\setup.exe");
+        options.facts[16] = variant(one.set_source);
+        options.facts[29] = variant(one.has_package);
+        options.facts[22] = variant(one.keep_package);
+        options.facts[44] = variant(L"C:\\package.zip");
+        Session session(std::move(options));
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"SRCDIR"), one.source);
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"PACKAGE_LOCATION"), one.package);
+        if (!one.keep_package) {
+            EXPECT_EQ(Variable(*session.engine, local_text_service, L"PACKAGE_LOCATION"), one.package);
+        }
+    }
+}
+
+TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
+{
+    Session session;
+    {
+        ObjectContext* suite = __CreateObjectContextSuiteExt(session.engine->Services().get(), L"C:\\suite");
+        wchar_t text[64];
+        EXPECT_EQ(_GetSupportDir(suite, text, 64), 0);
+        EXPECT_STREQ(text, L"C:\\suite");
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"ENGINECOMMONDIR"), L"C:\\suite");
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"SHAREDSUPPORTDIR"), L"C:\\suite");
+        EXPECT_EQ(_ComponentGetData(suite, L"DATA", L"Core", 8, nullptr, text, 64), -132);
+        EXPECT_EQ(_InitInstall(suite), E_POINTER);
+        variant log;
+        EXPECT_EQ(__GetLog(suite, log.put()), E_FAIL);
+        variant local;
+        EXPECT_EQ(__GetTextSub(suite, 0, local.put()), 0);
+        variant global;
+        EXPECT_EQ(__GetTextSub(suite, 5, global.put()), 0);
+        EXPECT_EQ(local.get().pdispVal, global.get().pdispVal);
+        const ListHandle list = _ListCreate(suite, ListTypeNumber);
+        EXPECT_EQ(_ListCount(suite, list), 0);
+        __ReleaseObjectContextSuiteExt(suite);
+    }
+    EXPECT_EQ(__CreateObjectContextSuiteExt(nullptr, L"x"), nullptr);
+    __ReleaseObjectContextSuiteExt(nullptr);
+    ObjectContext* empty = __CreateObjectContextSuiteExt(session.engine->Services().get(), nullptr);
+    wchar_t text[4] = L"x";
+    EXPECT_EQ(_GetSupportDir(empty, text, 4), 0);
+    EXPECT_STREQ(text, L"");
+    __ReleaseObjectContextSuiteExt(empty);
+}
+
+TEST(Context, GivesObjectsOnlyWhenItHasThem)
+{
+    Session session;
+    const test::BareContext bare;
+    using Getter = int32_t(__stdcall*)(ObjectContext*, VARIANT*);
+    for (const Getter get : {__GetInfo, __GetLog, __GetReboot, __GetUser, __GetLogDB, __GetProgress, __GetObjects}) {
+        variant object;
+        EXPECT_EQ(get(session, object.put()), 0);
+        EXPECT_EQ(object.type(), VT_DISPATCH);
+        EXPECT_NE(object.get().pdispVal, nullptr);
+        variant none;
+        EXPECT_LT(get(bare, none.put()), 0);
+        EXPECT_EQ(none.type(), VT_EMPTY);
+    }
+    variant component;
+    EXPECT_EQ(__GetLogEx(session, component.put()), E_FAIL);
+}
+
+TEST(ComponentLog, ComesAndGoesOverTheMainLog)
+{
+    ASSERT_GE(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), 0);
+    {
+        Session session;
+        const auto log_of = [&](auto get) {
+            variant object;
+            return get(session, object.put()) == 0 ? object.get().pdispVal : nullptr;
+        };
+        IDispatch* const main = log_of(__GetLog);
+        ASSERT_NE(main, nullptr);
+
+        IStream* stream = nullptr;
+        const auto own = engine::test::ServiceOf<ISetupLog>(*session.engine);
+        ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(ISetupLog::iid, own.get(), &stream), S_OK);
+        __SetComponentLog(session, &stream);
+        EXPECT_EQ(stream, nullptr);
+        EXPECT_NE(log_of(__GetLogEx), nullptr);
+        __RestoreMainLogEx(session, 0);
+        EXPECT_EQ(log_of(__GetLog), main);
+        EXPECT_NE(log_of(__GetLogEx), nullptr) << "flag 0 leaves the component log";
+        __RestoreMainLogEx(session, 1);
+        EXPECT_EQ(log_of(__GetLog), nullptr) << "nothing was kept a second time";
+        EXPECT_EQ(log_of(__GetLogEx), nullptr);
+
+        IStream* nothing = nullptr;
+        __SetComponentLog(session, &nothing);
+        EXPECT_EQ(log_of(__GetLogEx), nullptr);
+        __RestoreMainLog(nullptr);
+        __RestoreMainLogEx(nullptr, 1);
+    }
+    CoUninitialize();
+}
+
+TEST(Texts, ComeFromTheStringTableAndTheVariables)
+{
+    const Session session(R"(, "strings": {"1033": {"HELLO": "Good day"}}, "variables": {"WHO": "you"})");
+    wchar_t text[16] = L"";
+    EXPECT_EQ(__LoadString(session, L"HELLO", text, 9), 0);
+    EXPECT_STREQ(text, L"Good day");
+    EXPECT_EQ(__LoadString(session, L"HELLO", text, 8), 9);
+    EXPECT_EQ(__LoadString(session, L"ABSENT", text, 16), -1);
+    EXPECT_EQ(__LoadString(session, nullptr, text, 16), -1);
+    session.calls().FailCall(L"ISetupStrings.GetString", E_ABORT);
+    EXPECT_EQ(__LoadString(session, L"HELLO", text, 16), E_ABORT);
+    EXPECT_EQ(__LoadString(test::BareContext(), L"HELLO", text, 16), -1);
+
+    bstr pattern(L"for <WHO> and <NOBODY>");
+    BSTR raw = pattern.detach();
+    EXPECT_EQ(TextSubSubstitute(session, &raw), 0);
+    pattern.attach(raw);
+    EXPECT_EQ(pattern.view(), L"for you and <NOBODY>");
+    EXPECT_EQ(TextSubSubstitute(nullptr, &raw), -1);
+}
+
+TEST(Phases, ReachTheHostAndItsObjects)
+{
+    Session session;
+    const struct {
+        int32_t(__stdcall* call)(ObjectContext*);
+        const wchar_t* line;
+    } phases[] = {{_InitInstall, L"ISetupHost.InitInstall"},
+                  {_ExitInstall, L"ISetupHost.ExitInstall"},
+                  {_CCPSearch, L"ISetupHost.CCPSearch"},
+                  {_AppSearch, L"ISetupHost.AppSearch"},
+                  {_Preprogram, L"ISetupProgramPhases.Preprogram"},
+                  {_Postprogram, L"ISetupProgramPhases.Postprogram"},
+                  {_OnUninstPriv, L"ISetupUninstallPhases.OnUninstall"},
+                  {_Rebooted, L"ISetupRebootPhase.Rebooted"}};
+    for (const auto& phase : phases) {
+        EXPECT_GE(phase.call(session), 0);
+        EXPECT_EQ(session.CallsOf(phase.line), 1);
+        session.calls().FailCall(phase.line, E_ABORT);
+        EXPECT_EQ(phase.call(session), E_ABORT);
+        session.calls().FailCall(phase.line, S_OK);
+    }
+    EXPECT_EQ(_ShowObjWizardPages(nullptr, 12), 12);
+    EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
+    int32_t count = -1;
+    EXPECT_EQ(_GetObjectCount(session, &count), 0);
+    EXPECT_GE(count, 0);
+    variant host;
+    EXPECT_EQ(_GetObject(session, L"", host.put()), _GetObjectByIndex(session, 0, host.put()));
+    EXPECT_EQ(_RebootPutString(session, L"a", nullptr, L"c"), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupReboot.PutString(\"a\", null, \"c\")"), 1);
+}
+
+TEST(CommandLine, KeepsSilentModesAlsoWhenNothingIsAsked)
+{
+    engine::test::SetupFolder folder;
+    engine::test::MakeTree(folder);
+    engine::Options options = folder.Given();
+    options.silent = true;
+    options.commandLine = L"one two";
+    Session session(std::move(options));
+    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, 0),
+              0);
+    EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact("), 2) << "facts 10 and 36 alone";
+    int32_t flags[5] = {9, 9, 9, 9, 9};
+    wchar_t line[16];
+    EXPECT_EQ(__GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, line, 16),
+              0);
+    EXPECT_STREQ(line, L"one two");
+    EXPECT_EQ(flags[1], 1);
+    for (const int32_t flag : flags)
+        EXPECT_TRUE(flag == 0 || flag == 1);
+    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                  nullptr, nullptr, line, 7),
+              8);
+    session.calls().FailCall(L"ISetupInfo.GetFact(11)", E_FAIL);
+    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, &flags[3], nullptr, nullptr, nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, 0),
+              -1);
+}
+
+TEST(DataModes, AreReadAndSetInTheDataSet)
+{
+    Session session;
+    int32_t on = -1;
+    EXPECT_EQ(__GetUpdateMode(session, &on), 0);
+    EXPECT_EQ(on, 0);
+    EXPECT_EQ(__SetUpdateMode(session, 3), 0);
+    EXPECT_EQ(__GetUpdateMode(session, &on), 0);
+    EXPECT_EQ(on, 1);
+    EXPECT_EQ(__GetRemoveAllMode(session, &on), 0);
+    EXPECT_EQ(on, 0);
+    EXPECT_GE(__GetReinstallMode(session, &on), 0);
+    EXPECT_EQ(on, 0);
+    session.calls().FailCall(L"IServiceProvider.QueryService(ISetupData)", E_FAIL);
+    EXPECT_EQ(__GetUpdateMode(session, &on), -1);
+    EXPECT_EQ(__SetUpdateMode(session, 1), -1);
+    EXPECT_EQ(__GetRemoveAllMode(session, &on), -1);
+    EXPECT_EQ(__GetReinstallMode(session, &on), -1);
+}
+
+} // namespace

@@ -1,0 +1,330 @@
+// Media on engine data, through the component exports.
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+#include "../support/session.h"
+
+using namespace vh;
+using vh::test::NumberAttribute;
+using vh::test::Session;
+using vh::test::TextAttribute;
+
+namespace {
+
+constexpr const wchar_t* data = L"DATA";
+
+std::wstring Texts(ObjectContext* context, ListHandle list)
+{
+    std::wstring all;
+    wchar_t buffer[512];
+    for (int64_t code = _ListGetFirstString(context, list, buffer, 512); code == 0;
+         code = _ListGetNextString(context, list, buffer, 512))
+        all += (all.empty() ? L"" : L"|") + std::wstring(buffer);
+    ListHandle handle = list;
+    _ListDestroy(context, &handle);
+    return all;
+}
+
+std::wstring Items(ObjectContext* context, const wchar_t* media, const wchar_t* parent)
+{
+    const ListHandle list = _ListCreate(context, ListTypeString);
+    EXPECT_EQ(_ComponentListItems(context, media, parent, list), 0);
+    return Texts(context, list);
+}
+
+TEST(UnknownMedia, AnswersTheMixtureThatScriptsKnow)
+{
+    const Session session;
+    const wchar_t* const none = L"data";
+    int32_t number = 0;
+    wchar_t text[512];
+    int64_t wide = 0;
+    const ListHandle list = _ListCreate(session, ListTypeString);
+    EXPECT_EQ(_ComponentGetData(session, none, L"Core", 8, &number, text, 64), -132);
+    EXPECT_EQ(_ComponentSetData(session, none, L"Core", 0, 0, L""), -132);
+    EXPECT_EQ(_ComponentSelectItem(session, none, L"Core", 1), -132);
+    EXPECT_EQ(_ComponentIsItemSelected(session, none, L"Core"), -132);
+    EXPECT_EQ(_ComponentListItems(session, none, L"", list), -132);
+    EXPECT_EQ(_ComponentGetItemSize(session, none, L"Core", &number), -132);
+    EXPECT_EQ(number, -1);
+    EXPECT_EQ(_ComponentTotalSize(session, none, L"", 1, 1, 0), -132);
+    EXPECT_EQ(_ComponentGetCost(session, none, L"Core", L"C:\\", &number), -132);
+    EXPECT_EQ(_ComponentTransferData(session, none), -132);
+    EXPECT_EQ(_ComponentSetupTypeSet(session, none, L"x"), -132);
+    EXPECT_EQ(_ComponentFilterLanguage(session, none, 1033, 1), -132);
+    EXPECT_EQ(_CreateRegistrySet(session, none, L"x"), -132);
+    EXPECT_EQ(_ComponentMoveData(session, none, 0), -126);
+    EXPECT_EQ(_ComponentValidate(session, none, L"Core", L"k"), -126);
+    EXPECT_EQ(_ComponentFileEnum(session, none, L"Core", L"*", list, 0), -126);
+    EXPECT_EQ(_ComponentFileEnum(session, none, L"Core", L"a\\*", list, 0), -126);
+    EXPECT_EQ(_ComponentFileInfo(session, none, L"Core", L"", L"a\\b", 1, &wide, text), -126);
+    EXPECT_EQ(_FeatureAddCost(session, none, L"Core", L"C:\\", 1, 0), -1);
+    EXPECT_EQ(_MediaGetFilteringInfo(session, none, 0, list), static_cast<int32_t>(0x8004F084)) << "not mapped";
+
+    _ComponentGetData(session, L"lost", L"Core", 8, &number, text, 64);
+    variant error;
+    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), text), -132);
+    EXPECT_STREQ(text, L"lost");
+    wchar_t detail1[64] = L"x";
+    wchar_t detail2[64] = L"x";
+    EXPECT_EQ(_ComponentError(session, L"lost", text, 64, detail1, detail2, &number), 0);
+    EXPECT_EQ(number, -132);
+    EXPECT_STREQ(text, L"");
+    EXPECT_STREQ(detail1, L"");
+}
+
+TEST(FileMedia, ListsItemsWithoutTheFirstDisk)
+{
+    const Session session;
+    EXPECT_EQ(Items(session, data, L""), L"Core|Tools");
+    EXPECT_EQ(Items(session, data, L"Tools"), L"Tools\\Extra|Tools\\Help");
+    EXPECT_EQ(Items(session, data, L"Tools\\Extra"), L"");
+    EXPECT_EQ(NumberAttribute(session, data, L"Disk<1>", 8) >= 0, true) << "hidden, but there";
+    const ListHandle numbers = _ListCreate(session, ListTypeNumber);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", numbers), VHRT_WRONG_TYPE);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", 4711), VHRT_BAD_HANDLE);
+    EXPECT_EQ(_ComponentListItems(session, data, L"Nothing", numbers), -105);
+}
+
+TEST(FileMedia, AsksTheEngineOnceForEachPath)
+{
+    const Session session;
+    for (int i = 0; i < 5; ++i)
+        EXPECT_GE(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupItems.Item"), 2) << "one for each level";
+    EXPECT_EQ(session.CallsOf(L"ISetupItem.GetChildren"), 2);
+    // Other capitals are another path; a path that is not there is asked for anew.
+    for (int i = 0; i < 2; ++i) {
+        _ComponentIsItemSelected(session, data, L"TOOLS");
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Nothing"), -105);
+    }
+    EXPECT_EQ(session.CallsOf(L"ISetupItems.Item"), 2 + 1 + 2);
+}
+
+TEST(FileMedia, ReadsAndWritesAttributes)
+{
+    const Session session;
+    const struct {
+        int32_t code;
+        const wchar_t* method;
+        const wchar_t* shown;
+    } texts[] = {{0, L"SetDescription", L"one\r\ntwo"}, {1, L"SetLongText", L"one\r\ntwo"},
+                 {11, L"SetMiscText", L"one\r\ntwo"},   {15, L"SetDisplayName", L"one\r\ntwo"},
+                 {17, L"SetText17", L"one\\ntwo"},      {18, L"SetText18", L"one\\ntwo"}};
+    for (const auto& one : texts) {
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, L"one\\ntwo"), 0) << one.code;
+        EXPECT_EQ(session.CallsOf(std::wstring(L"ISetupItem.") + one.method), 1) << one.code;
+        EXPECT_EQ(TextAttribute(session, data, L"Core", one.code), one.shown) << one.code;
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, nullptr), 0);
+        EXPECT_EQ(TextAttribute(session, data, L"Core", one.code), one.code == 15 ? L"Core" : L"") << one.code;
+    }
+    for (const int32_t code : {16, 19, 20, 21, 22, 23})
+        EXPECT_EQ(TextAttribute(session, data, L"Core", code), L"") << code;
+
+    EXPECT_EQ(NumberAttribute(session, data, L"Core", 2), 1);
+    EXPECT_EQ(_ComponentSetData(session, data, L"Core", 2, 2, nullptr), 0) << "only 1 counts as true";
+    EXPECT_EQ(NumberAttribute(session, data, L"Core", 2), 0);
+    EXPECT_EQ(_ComponentSetData(session, data, L"Core", 2, 1, nullptr), 0);
+    EXPECT_EQ(NumberAttribute(session, data, L"Core", 2), 1);
+    EXPECT_EQ(NumberAttribute(session, data, L"Core", 5), 4);
+    EXPECT_EQ(NumberAttribute(session, data, L"Core", 6), 0);
+
+    const struct {
+        int32_t code, get, set;
+    } odd[] = {{10, -126, -126}, {3, -137, -137}, {4, -137, -137},  {7, -137, -137},  {5, 4, -137},
+               {6, 0, -140},     {9, -137, -137}, {12, -137, -137}, {25, -137, -137}, {-1, -137, -137}};
+    for (const auto& one : odd) {
+        EXPECT_EQ(NumberAttribute(session, data, L"Core", one.code), one.get) << one.code;
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, L""), one.set) << one.code;
+    }
+    EXPECT_EQ(NumberAttribute(session, data, L"Nothing", 8), -105);
+    EXPECT_EQ(NumberAttribute(session, data, L"Nothing\\Below", 8), -105);
+    EXPECT_EQ(NumberAttribute(session, data, L"", 8), -105);
+    wchar_t small[4];
+    _ComponentSetData(session, data, L"Core", 0, 0, L"four");
+    int32_t number = 0;
+    EXPECT_EQ(_ComponentGetData(session, data, L"Core", 0, &number, small, 4), 5);
+}
+
+TEST(FileMedia, ShiftsDisplayOrdersByTheBase)
+{
+    const Session session;
+    // The base is the order of the collection's second item, which stands behind the first disk.
+    const int32_t core = NumberAttribute(session, data, L"Core", 14);
+    const int32_t tools = NumberAttribute(session, data, L"Tools", 14);
+    EXPECT_EQ(core, 0);
+    EXPECT_GT(tools, core);
+    EXPECT_EQ(_ComponentSetData(session, data, L"Tools", 14, 40, nullptr), 0);
+    EXPECT_EQ(NumberAttribute(session, data, L"Tools", 14), 40);
+    EXPECT_EQ(_ComponentSetData(session, data, L"Tools", 14, -3, nullptr), 0);
+    EXPECT_EQ(NumberAttribute(session, data, L"Tools", 14), -3) << "negative orders are absolute";
+}
+
+TEST(FileMedia, SelectsItemsAndKeepsTheRequiredOnes)
+{
+    const Session session;
+    EXPECT_EQ(_ComponentSelectItem(session, data, L"Tools", 0), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), 0);
+    EXPECT_EQ(_ComponentSelectItem(session, data, L"Tools\\Extra", 7), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), 1);
+    EXPECT_EQ(_ComponentSelectItem(session, data, L"Core", 0), -103);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core"), 1);
+    EXPECT_EQ(_ComponentSelectItem(session, data, L"Core", 1), 0) << "a refusal to come is no failure";
+
+    const int32_t disk = NumberAttribute(session, data, L"Disk<1>", 8);
+    EXPECT_EQ(_ComponentSelectItem(session, data, L"", 0), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupFeatureHost.SelectAll(0)"), 1);
+    EXPECT_EQ(NumberAttribute(session, data, L"Disk<1>", 8), disk);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 0);
+    EXPECT_EQ(_ComponentSelectItem(session, data, L"", 1), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 1);
+    EXPECT_EQ(_ComponentSelectNew(session, data, 1), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupFeatureModes.SelectNew(2)"), 1);
+}
+
+TEST(FileMedia, AddsUpSizesAndCosts)
+{
+    const Session session;
+    int32_t size = 0;
+    EXPECT_EQ(_ComponentGetItemSize(session, data, L"Tools", &size), 0);
+    EXPECT_EQ(size, 20);
+    EXPECT_EQ(_ComponentTotalSize(session, data, L"Tools", 0, 0, 0), 20);
+    EXPECT_GE(_ComponentTotalSize(session, data, L"Tools", 1, 1, 10), 50) << "the shift has no effect";
+    EXPECT_GE(_ComponentTotalSize(session, data, L"", 1, 1, 0), 60);
+    EXPECT_EQ(_ComponentTotalSize(session, data, L"Nothing", 1, 1, 0), -105);
+
+    const std::wstring target = session.folder.Target();
+    int32_t cost = -1;
+    EXPECT_EQ(_ComponentGetTotalCost(session, data, target.c_str(), &cost), 0);
+    EXPECT_GE(cost, 1);
+    int32_t other = -1;
+    EXPECT_EQ(_ComponentGetTotalCost(session, data, L"Q:\\elsewhere", &other), 0);
+    EXPECT_EQ(other, 0);
+    EXPECT_EQ(_ComponentGetCost(session, data, L"Nothing", target.c_str(), &other), -105);
+    EXPECT_EQ(_ComponentGetCost(session, data, L"Core", nullptr, &other), -1);
+    int32_t high = -1;
+    int32_t low = -1;
+    EXPECT_EQ(_FeatureGetCost(session, data, L"Core", target.c_str(), &high, &low), 0);
+    EXPECT_EQ(high, 0);
+    EXPECT_GE(low, 10);
+
+    wchar_t drive[MAX_PATH] = L"kept";
+    EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), 0);
+    EXPECT_EQ(size, 0);
+    EXPECT_STREQ(drive, L"kept");
+    // Petabytes, as the engine's own cost of the product.
+    EXPECT_EQ(_FeatureAddCost(session, data, L"Core", target.c_str(), 0, 0x7FFFFF), 0);
+    EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), -108);
+    EXPECT_EQ(std::wstring(drive), target.substr(0, 2));
+    EXPECT_EQ(size, INT32_MAX);
+}
+
+TEST(FileMedia, KnowsSetupTypesByName)
+{
+    const Session session(R"(, "setupTypes": [
+        {"name": "Small", "displayName": "A small one", "description": "Core alone", "features": ["Core"]},
+        {"name": "All", "features": ["*"]}])");
+    const ListHandle list = _ListCreate(session, ListTypeString);
+    EXPECT_EQ(_ComponentSetupTypeEnum(session, data, list), 0);
+    EXPECT_EQ(Texts(session, list), L"Small|All");
+    wchar_t text[64];
+    int32_t number = 0;
+    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 1, &number, text, 64), 0);
+    EXPECT_STREQ(text, L"Core alone");
+    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 2, &number, text, 64), 0);
+    EXPECT_STREQ(text, L"A small one");
+    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"All", 2, &number, text, 64), 0);
+    EXPECT_STREQ(text, L"All") << "its own name stands in";
+    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 2, &number, text, 11), 12);
+    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 3, &number, text, 64), -5);
+    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"None", 1, &number, text, 64), -3);
+    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"None"), -3);
+    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"Small"), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 0);
+    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"All"), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 1);
+}
+
+TEST(FileMedia, ChecksKeys)
+{
+    engine::test::SetupFolder folder;
+    folder.Product(R"("key": "whole", "features": [{"name": "Locked", "key": "secret"}, {"name": "Open"}])");
+    const Session session(folder.Given());
+    EXPECT_EQ(NumberAttribute(session, data, L"Locked", 6), 1);
+    EXPECT_EQ(_ComponentValidate(session, data, L"Locked", L"secret"), 0);
+    EXPECT_EQ(_ComponentValidate(session, data, L"Locked", L"guess"), -139);
+    EXPECT_EQ(_ComponentValidate(session, data, L"Open", L"x"), -141);
+    EXPECT_EQ(_ComponentValidate(session, data, L"None", L"x"), -105);
+    EXPECT_EQ(_ComponentValidate(session, data, L"", L"whole"), 0);
+    EXPECT_EQ(_ComponentValidate(session, data, L"", nullptr), -139);
+}
+
+TEST(FileMedia, FiltersWithTheInvertedFlag)
+{
+    const Session session;
+    EXPECT_GE(_ComponentFilterLanguage(session, data, 1031, 1), 0);
+    EXPECT_GE(_ComponentFilterLanguage(session, data, 1033, 0), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupData.FilterLanguage(1031, 0)"), 1);
+    EXPECT_EQ(session.CallsOf(L"ISetupData.FilterLanguage(1033, -1)"), 1);
+    EXPECT_GE(_ComponentFilterOS(session, data, 1, 2, 5), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupDataEx.FilterOS(1, 2, 0)"), 1);
+}
+
+TEST(FileMedia, EnumeratesFilesByPattern)
+{
+    const Session session;
+    const ListHandle list = _ListCreate(session, ListTypeString);
+    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*.*", list, 0), 0);
+    const std::wstring all = Texts(session, list);
+    EXPECT_NE(all, L"");
+    const ListHandle none = _ListCreate(session, ListTypeString);
+    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*.none", none, 0), 0);
+    EXPECT_EQ(Texts(session, none), L"");
+    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
+    EXPECT_EQ(_ComponentFileEnum(session, data, L"No such", L"*", 99, 0), -105);
+}
+
+TEST(FileMedia, FailsEverywhereWithoutItsCollection)
+{
+    Session session;
+    session.calls().FailCall(L"ISetupFeatureHost.GetFeatures", E_FAIL);
+    session.Create();
+    session.calls().Reset();
+    int32_t number = 0;
+    const ListHandle list = _ListCreate(session, ListTypeString);
+    EXPECT_EQ(NumberAttribute(session, data, L"Core", 8), E_POINTER);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", list), E_POINTER);
+    EXPECT_EQ(_ComponentTotalSize(session, data, L"", 1, 1, 0), E_POINTER);
+    EXPECT_EQ(_ComponentGetItemSize(session, data, L"Core", &number), E_POINTER);
+}
+
+TEST(SupportMedia, MovesNothingAndTransfersNothing)
+{
+    const Session session;
+    EXPECT_EQ(_ComponentMoveData(session, L"VHSUPPORTFILES", 1), 0);
+    EXPECT_EQ(_ComponentTransferData(session, L"VHSUPPORTFILES"), -126);
+    EXPECT_EQ(_ComponentSelectItem(session, L"VHSUPPORTFILES", L"", 1), 0);
+    wchar_t text[64];
+    variant error;
+    int32_t number = 0;
+    _ComponentGetData(session, L"VHSUPPORTFILES", L"x", 8, &number, text, 64);
+    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), text), -118);
+}
+
+TEST(MediaInfo, FillsTheRecordOfTheScript)
+{
+    const Session session(
+        R"(, "media": {"texts": ["one", "two", "three"], "number": 77, "truths": [true, false, true]})");
+    VHRTMediaInfo info;
+    std::memset(&info, 0xEE, sizeof(info));
+    EXPECT_EQ(_MediaGetInfo(session, data, &info), 0);
+    EXPECT_EQ(info.number, 77);
+    EXPECT_STREQ(info.text1, L"one");
+    EXPECT_STREQ(info.text3, L"three");
+    EXPECT_STREQ(info.text14, L"");
+    EXPECT_EQ(info.truths[0] * 100 + info.truths[1] * 10 + info.truths[2], 101);
+    EXPECT_EQ(_MediaGetInfo(session, L"VHSUPPORTFILES", &info), static_cast<int32_t>(0x8004F07E)) << "not mapped";
+}
+
+} // namespace

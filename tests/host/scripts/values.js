@@ -1,0 +1,46 @@
+// Values on their way between scripts and exported functions.
+
+// A list handle is an address: it has to survive as a number of the script.
+var list = ListCreate(-1);
+Check("a handle works", ListAddItem(list, 7, 0), 0);
+Check("a handle is a number", typeof list, "number");
+var other = ListCreate(0);
+Check("a copy of a handle works", ListCount(eval(String(list))), 1);
+Check("a destroyed handle comes back as 0", ListDestroy(list).list, 0);
+Check("a destroyed handle is unknown", ListCount(list), -501);
+
+// Long texts: the host asks again with the room that the library wants.
+var long = new Array(3001).join("x");
+Check("a long text goes in", ListAddString(other, long, 0), 0);
+Check("a long text comes out", ListGetFirstString(other).text, long);
+Check("undefined is the empty text", ListAddString(other, undefined, 0), 0);
+Check("the empty text comes out", ListCurrentString(other).text, "");
+Check("characters outside ASCII", (ListSetCurrentString(other, "\u00e4\u20ac\ud83d\ude00"), ListCurrentString(other).text),
+      "\u00e4\u20ac\ud83d\ude00");
+
+// Bytes cross as texts with one character for each.
+var copy = CopyBytes(4, 1, "abc", 0, 3);
+Check("bytes are copied", copy.destination, "\0abc");
+Check("one byte is read", GetByte("a\u00ff", 1).value, -1);
+Check("one byte is written", SetByte("abc", 1, 0x78).bytes, "axc");
+Check("beyond the bytes", GetByte("abc", 4).result, -4);
+
+// Numbers above 31 bits are codes.
+Check("an unsigned code compares", CompareDWORD(0x80000000, 1), 1);
+Check("a negative number is the same code", CompareDWORD(-1, 0xffffffff), 0);
+
+// Arrays of the script become arrays of the library.
+Check("formatted", DoSprintf(100, "%d-%s-%d", [1, "two", 3]).text, "1-two-3");
+Check("too small a buffer", DoSprintf(4, "%d", [123456]).result, -5);
+Check("empty", IsEmpty(undefined), 1);
+Check("an object is no empty value", IsEmpty(7), 0);
+Check("an object", IsObject(GetInfo().object), 1);
+
+// Mistakes are errors of the script and name the argument.
+CheckThrows("too few arguments", function () { ListAddString(other); }, "ListAddString(list, text, mode) was called with 1");
+CheckThrows("a text for a number", function () { ListCreate("list"); }, "type: a number is wanted");
+CheckThrows("characters as bytes", function () { GetByte("\u0101", 0); }, "above 255");
+
+// JScript has a GetObject of its own; the library's is a member of VHRT.
+Check("the member", VHRT.GetObject("").result, 0);
+Done();

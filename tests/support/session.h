@@ -1,0 +1,86 @@
+// A context on the embedded engine: a product of the test's own, each engine call on record, and nothing left at
+// the end.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt.h"
+#include "../engine/setup_folder.h"
+
+namespace vh::test {
+
+class Session {
+public:
+    // `more` are further members of the product file beside the tree of MakeTree.
+    explicit Session(const std::string& more = {})
+    {
+        engine::test::MakeTree(folder, more);
+        Begin(folder.Given());
+    }
+    explicit Session(engine::Options options) { Begin(std::move(options)); }
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+    ~Session()
+    {
+        Release();
+        EXPECT_EQ(engine->LiveObjects(), m_before) << "engine objects are still held";
+    }
+
+    operator ObjectContext*() const { return m_context; }
+    engine::Recorder& calls() const { return engine->Calls(); }
+    long CallsOf(std::wstring_view start) const { return calls().Count(start); }
+
+    void Release()
+    {
+        if (m_context)
+            __ReleaseObjectContext(m_context);
+        m_context = nullptr;
+    }
+    // Makes the context anew, for tests that want to see or fail its making.
+    void Create()
+    {
+        Release();
+        const auto host = engine->Host();
+        const auto services = engine->Services();
+        m_context = __CreateObjectContext(host.get(), services.get());
+    }
+
+    engine::test::SetupFolder folder;
+    std::unique_ptr<engine::Engine> engine;
+
+private:
+    void Begin(engine::Options options)
+    {
+        engine = engine::Engine::Open(std::move(options));
+        m_before = engine->LiveObjects();
+        Create();
+        calls().Reset();
+        calls().Record(true);
+    }
+
+    ObjectContext* m_context = nullptr;
+    long m_before = 0;
+};
+
+// An attribute as text, or "<code>" for a failure.
+inline std::wstring TextAttribute(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t code)
+{
+    wchar_t buffer[512] = L"";
+    int32_t number = 0;
+    const int32_t result = _ComponentGetData(context, media, item, code, &number, buffer, 512);
+    return result == 0 ? buffer : L"<" + std::to_wstring(result) + L">";
+}
+
+// An attribute as number, or the failure.
+inline int32_t NumberAttribute(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t code)
+{
+    wchar_t buffer[512] = L"";
+    int32_t number = -9999;
+    const int32_t result = _ComponentGetData(context, media, item, code, &number, buffer, 512);
+    return result == 0 ? number : result;
+}
+
+} // namespace vh::test
