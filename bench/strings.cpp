@@ -1,7 +1,9 @@
 // The string type against std::wstring, and the allocations that it makes.
+#include <cstring>
 #include <memory>
 #include <string>
 
+#include "../scriptdata/bstr.h"
 #include "../scriptdata/stringx.h"
 #include "areas.h"
 #include "counting.h"
@@ -33,6 +35,21 @@ work Copy(const wchar_t* text)
     }};
 }
 
+// The block alone that a string of 20 units has to take: the limit of the comparison.
+work BareBstr()
+{
+    return {[](long count) {
+        constexpr UINT room = 24;
+        constexpr wchar_t text[] = L"twenty units of text";
+        for (; count > 0; --count) {
+            vh::bstr made;
+            made.attach(SysAllocStringLen(nullptr, room));
+            std::memcpy(made.get(), text, sizeof(text));
+            Keep(made.get());
+        }
+    }};
+}
+
 struct allocations {
     long bstrs;
     long blocks;
@@ -58,6 +75,8 @@ void Strings(suite& s)
     s.Compare("copy and destroy, 5 units", 2.0, Copy<stringx>(five), Copy<std::wstring>(five));
     s.Compare("make and destroy, 20 units", 1.0, Make<stringx>(twenty), Make<std::wstring>(twenty));
     s.Compare("copy and destroy, 20 units", 1.0, Copy<stringx>(twenty), Copy<std::wstring>(twenty));
+
+    s.Compare("for comparison: a bare BSTR, 20 units", {}, BareBstr(), Copy<std::wstring>(twenty));
 
     struct {
         const wchar_t* text;
