@@ -116,7 +116,8 @@ int32_t _GetByte(const void* buffer, uint32_t size, uint32_t index, int32_t* val
     // An index equal to the size is accepted.
     if (index > size)
         return index_beyond;
-    *value = static_cast<const int8_t*>(buffer)[index];
+    // A byte is read with its sign.
+    *value = static_cast<const int8_t*>(buffer)[index]; // NOLINT(bugprone-signed-char-misuse)
     return 0;
 }
 
