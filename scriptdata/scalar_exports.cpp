@@ -116,8 +116,9 @@ int32_t _GetByte(const void* buffer, uint32_t size, uint32_t index, int32_t* val
     // An index equal to the size is accepted.
     if (index > size)
         return index_beyond;
-    // A byte is read with its sign.
-    *value = static_cast<const int8_t*>(buffer)[index]; // NOLINT(bugprone-signed-char-misuse)
+    // Widened with its sign.
+    const int32_t unsigned_byte = static_cast<const uint8_t*>(buffer)[index];
+    *value = unsigned_byte < 0x80 ? unsigned_byte : unsigned_byte - 0x100;
     return 0;
 }
 

@@ -1,0 +1,64 @@
+// How a media fills a tree view through its seam.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "../../media/media_error.h"
+#include "../../media/script_media.h"
+
+namespace {
+
+// Notes each node as "depth label state children".
+class NotedTree final : public vh::tree_fill {
+public:
+    vh::tree_item Insert(vh::tree_item parent, const vh::tree_node& node) override
+    {
+        const int depth = parent ? m_depths[static_cast<size_t>(parent - 1)] + 1 : 0;
+        m_depths.push_back(depth);
+        text += std::wstring(static_cast<size_t>(depth), L'.') + std::wstring(node.label) +
+                (node.selected ? L"+" : L"-") + std::to_wstring(node.visible_children) + L" ";
+        return refuse ? 0 : static_cast<vh::tree_item>(m_depths.size());
+    }
+    void EnsureVisible(vh::tree_item item) override { shown.push_back(item); }
+    ISetupBasicFeatureStateEvents* Events() override { return nullptr; }
+
+    std::wstring text;
+    std::vector<vh::tree_item> shown;
+    bool refuse = false;
+
+private:
+    std::vector<int> m_depths;
+};
+
+TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
+{
+    CVHScriptMedia media;
+    media.AddItem(L"a", 1, true);
+    media.AddItem(L"a\\hidden", 1, true);
+    media.AddItem(L"a\\b", 1, false);
+    media.AddItem(L"a\\b\\c", 1, false);
+    media.AddItem(L"d", 1, false);
+    media.SetData(L"a\\hidden", vh::attribute_visible, 0, L"", nullptr);
+    media.SetData(L"d", vh::attribute_display_name, 0, L"The last", nullptr);
+    const struct {
+        int32_t depth;
+        const wchar_t* text;
+    } cases[] = {{0, L""},
+                 {1, L"-2 "},
+                 {2, L"-2 .a+1 .The last-0 "},
+                 {3, L"-2 .a+1 ..b-1 .The last-0 "},
+                 {9, L"-2 .a+1 ..b-1 ...c-0 .The last-0 "}};
+    for (const auto& one : cases) {
+        NotedTree tree;
+        EXPECT_EQ(media.AddTreeItem(tree, L"", 0, one.depth), 0);
+        EXPECT_EQ(tree.text, one.text) << one.depth;
+        EXPECT_EQ(tree.shown.size(), one.depth < 2 ? 0u : one.depth == 2 ? 1u : one.depth == 3 ? 2u : 3u);
+    }
+    NotedTree hidden;
+    EXPECT_EQ(media.AddTreeItem(hidden, L"a\\hidden", 0, 1), 0);
+    EXPECT_EQ(hidden.text, L"");
+    EXPECT_EQ(media.AddTreeItem(hidden, L"none", 0, 1), vh::media_no_item);
+    EXPECT_EQ(CVHRTMediaError::ErrorMedia().AddTreeItem(hidden, L"", 0, 1), vh::media_no_media);
+}
+
+} // namespace
