@@ -91,8 +91,8 @@ Engine::~Engine()
 {
     try {
         Rollback();
-    } catch (const engine_error& error) {
-        m_core->Report(error.message());
+    } catch (const std::exception& error) {
+        m_core->Report({Severity::error, {}, ToWide(error.what()), E_FAIL});
     }
     m_core->progressBar.reset();
     m_core->log->Close();

@@ -60,6 +60,9 @@ public:
             return error.code();
         } catch (const std::bad_alloc&) {
             return E_OUTOFMEMORY;
+        } catch (const std::exception& error) {
+            m_core.Report({Severity::error, {}, ToWide(error.what()), E_UNEXPECTED});
+            return E_UNEXPECTED;
         }
     }
 

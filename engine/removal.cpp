@@ -27,8 +27,10 @@ bool PutBackupBack(const LogRecord& record)
 
 Removal UndoFile(const LogRecord& record, Undo how, bool superseded)
 {
-    RemoveFile(record.temp);
-    if (how == Undo::removal)
+    // A temporary file is left by an unfinished run only, a backup also by one that ended a moment too early.
+    if (how == Undo::rollback)
+        RemoveFile(record.temp);
+    else if (!record.backup.empty())
         RemoveFile(record.backup);
     const FileFacts facts = FactsOf(record.what);
     const auto result = [&](RemovalOutcome outcome, std::wstring reason = {}) {
