@@ -237,6 +237,8 @@ ExitCode RemoveSetup(const RunOptions& options)
         return counts.contains(L"FAILED") ? exit_removal : exit_done;
     } catch (const vh::engine::engine_error& error) {
         Complain(L"error: " + error.message().Text());
+    } catch (const std::exception& error) {
+        Complain(L"error: " + Wide(error.what()));
     }
     return exit_setup;
 }
