@@ -146,7 +146,10 @@ ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options
         counts = ShowInstalledTree(engine.TargetDir(), engine.Installed());
     if (options.show_log)
         ShowLog(engine);
-    if (options.verify)
+    if (!options.verify)
+        Say(std::to_wstring(engine.Installed().size()) + L" files in place, " +
+            std::to_wstring(engine.LogLines().size()) + L" log records");
+    else
         Say(std::to_wstring(counts.files) + L" files with " + std::to_wstring(counts.bytes) + L" bytes, " +
             std::to_wstring(counts.files - counts.different) + L" same as their source, " +
             std::to_wstring(counts.different) + L" not, " + std::to_wstring(engine.LogLines().size()) +
@@ -237,6 +240,8 @@ ExitCode RemoveSetup(const RunOptions& options)
         return counts.contains(L"FAILED") ? exit_removal : exit_done;
     } catch (const vh::engine::engine_error& error) {
         Complain(L"error: " + error.message().Text());
+    } catch (const std::exception& error) {
+        Complain(L"error: " + Wide(error.what()));
     }
     return exit_setup;
 }

@@ -79,8 +79,9 @@ protected:
     // "<Data>\" in front of a path that does not start with a root item. False when it gets too long.
     static bool RootPath(text item, stringx& path);
 
-    vh::com_ptr<ISetupData> m_data;
+    // In this order: the data set is released before the collection.
     vh::com_ptr<Items> m_collection;
+    vh::com_ptr<ISetupData> m_data;
 
 private:
     int32_t ReadText(text item, Method<BSTR*> getter, stringx& value);
