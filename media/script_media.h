@@ -23,7 +23,7 @@ class ScriptComponent {
 public:
     const ScriptTexts& texts() const
     {
-        static const ScriptTexts none;
+        static const ScriptTexts none{};
         return m_texts ? *m_texts : none;
     }
     ScriptTexts& texts()
