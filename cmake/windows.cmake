@@ -31,7 +31,7 @@ add_library(vhrt_objects OBJECT ${library_sources})
 target_link_libraries(vhrt_objects PUBLIC vhrt_options)
 # The compiler would guess the null objects as the targets of virtual calls, which they hardly ever are.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(vhrt_objects PRIVATE -fno-devirtualize-speculatively)
+  target_compile_options(vhrt_objects PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-devirtualize-speculatively>)
 endif()
 
 add_library(VHRT SHARED runtime/load.cpp exports/VHRT.def)
