@@ -10,6 +10,8 @@
 namespace {
 
 constexpr VARIANT_BOOL Truth(bool truth) { return truth ? VARIANT_TRUE : VARIANT_FALSE; }
+// The status of an item whose engine says nothing else.
+constexpr long default_status = 4;
 // The script's flag minus 1 in 16 bits, as the engine's filters take it.
 constexpr VARIANT_BOOL Inverted(bool flag) { return static_cast<VARIANT_BOOL>(flag ? 0 : -1); }
 
@@ -23,17 +25,6 @@ void MEDIA::UseCollection(vh::com_ptr<Items> collection)
 {
     m_collection = std::move(collection);
     m_cache = Cache<Item, Items>(m_collection);
-}
-
-MEDIA_TEMPLATE
-HRESULT MEDIA::FindItem(text item, Item*& found)
-{
-    Node* node = nullptr;
-    const HRESULT code = m_cache.Find(item, node);
-    if (FAILED(code))
-        return Fail(code, item);
-    found = node->item.get();
-    return code;
 }
 
 MEDIA_TEMPLATE
@@ -52,83 +43,71 @@ HRESULT MEDIA::FindChildren(text parent, Items*& found)
 }
 
 MEDIA_TEMPLATE
+template <class Use>
+int32_t MEDIA::WithItem(text item, Use&& use)
+{
+    Node* node = nullptr;
+    const HRESULT code = m_cache.Find(item, node);
+    return FAILED(code) ? Fail(code, item) : use(*node->item.get());
+}
+
+MEDIA_TEMPLATE
 int32_t MEDIA::ReadText(text item, Method<BSTR*> getter, stringx& value)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
-        return code;
-    vh::bstr read;
-    const HRESULT code = (found->*getter)(read.put());
-    if (FAILED(code))
-        return code;
-    value = read.view();
-    return 0;
+    return WithItem(item, [&](Item& found) -> int32_t {
+        vh::bstr read;
+        const HRESULT code = (found.*getter)(read.put());
+        if (FAILED(code))
+            return code;
+        value = read.view();
+        return 0;
+    });
 }
 
 MEDIA_TEMPLATE
 int32_t MEDIA::WriteText(text item, Method<BSTR> setter, text value)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
-        return code;
-    return (found->*setter)(vh::bstr(value).get());
+    return WithItem(item, [&](Item& found) { return (found.*setter)(vh::bstr(value).get()); });
 }
 
 MEDIA_TEMPLATE
 int32_t MEDIA::ReadTruth(text item, Method<VARIANT_BOOL*> getter, bool& truth)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
-        return code;
-    VARIANT_BOOL read = Truth(truth);
-    const HRESULT code = (found->*getter)(&read);
-    if (FAILED(code))
-        return code;
-    truth = read != 0;
-    return 0;
+    return WithItem(item, [&](Item& found) -> int32_t {
+        VARIANT_BOOL read = Truth(truth);
+        const HRESULT code = (found.*getter)(&read);
+        if (FAILED(code))
+            return code;
+        truth = read != 0;
+        return 0;
+    });
 }
 
 MEDIA_TEMPLATE
-int32_t MEDIA::ReadFlags(text item, int32_t& flags)
+int32_t MEDIA::ReadNumber(text item, Method<long*> getter, long otherwise, int32_t& number)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
+    return WithItem(item, [&](Item& found) {
+        long read = otherwise;
+        const HRESULT code = (found.*getter)(&read);
+        number = read;
         return code;
-    long read = 0;
-    const HRESULT code = found->GetFlags(&read);
-    flags = read;
-    return code;
+    });
 }
 
 MEDIA_TEMPLATE
-int32_t MEDIA::ReadExtraText(text item, int32_t code, stringx& value)
+int32_t MEDIA::ReadExtraText(text item, ExtraText getter, stringx& value)
 {
-    Item* found = nullptr;
-    if (const HRESULT failed = FindItem(item, found); FAILED(failed))
-        return failed;
-    vh::com_ptr<ISetupItemTexts> texts;
-    if (const HRESULT failed = found->QueryInterface(ISetupItemTexts::iid, texts.put_void()); FAILED(failed))
-        return failed;
-    vh::bstr read;
-    HRESULT result = E_INVALIDARG;
-    switch (code) {
-    case vh::attribute_text20:
-        result = texts->GetText20(read.put());
-        break;
-    case vh::attribute_text21:
-        result = texts->GetText21(read.put());
-        break;
-    case vh::attribute_text22:
-        result = texts->GetText22(read.put());
-        break;
-    case vh::attribute_text23:
-        result = texts->GetText23(read.put());
-        break;
-    }
-    if (FAILED(result))
-        return result;
-    value = read.view();
-    return 0;
+    return WithItem(item, [&](Item& found) -> int32_t {
+        vh::com_ptr<ISetupItemTexts> texts;
+        if (const HRESULT code = found.QueryInterface(ISetupItemTexts::iid, texts.put_void()); FAILED(code))
+            return code;
+        vh::bstr read;
+        const HRESULT code = (texts.get()->*getter)(read.put());
+        if (FAILED(code))
+            return code;
+        value = read.view();
+        return 0;
+    });
 }
 
 MEDIA_TEMPLATE
@@ -136,7 +115,6 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
 {
     stringx value;
     bool truth = false;
-    int32_t result = 0;
     const auto as_text = [&](int32_t read) { return read < 0 ? read : vh::CopyOut(value, buffer, length); };
     const auto as_lines = [&](int32_t read) {
         return read < 0 ? read : vh::CopyOut(vh::ExpandLineEnds(value), buffer, length);
@@ -176,25 +154,22 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
     case vh::attribute_text19:
         return as_text(ReadText(item, &Item::GetText19, value));
     case vh::attribute_text20:
+        return as_text(ReadExtraText(item, &ISetupItemTexts::GetText20, value));
     case vh::attribute_text21:
+        return as_text(ReadExtraText(item, &ISetupItemTexts::GetText21, value));
     case vh::attribute_text22:
+        return as_text(ReadExtraText(item, &ISetupItemTexts::GetText22, value));
     case vh::attribute_text23:
-        return as_text(ReadExtraText(item, code, value));
-    case vh::attribute_status: {
-        Item* found = nullptr;
-        if (const HRESULT failed = FindItem(item, found); FAILED(failed))
-            return failed;
-        long status = 4;
-        result = found->GetStatus(&status);
-        *number = status;
-        return result;
-    }
-    case vh::attribute_flag_bit:
-    case vh::attribute_flags: {
+        return as_text(ReadExtraText(item, &ISetupItemTexts::GetText23, value));
+    case vh::attribute_status:
+        return ReadNumber(item, &Item::GetStatus, default_status, *number);
+    case vh::attribute_flags:
+        return ReadNumber(item, &Item::GetFlags, 0, *number);
+    case vh::attribute_flag_bit: {
         int32_t flags = 0;
-        result = ReadFlags(item, flags);
+        const int32_t result = ReadNumber(item, &Item::GetFlags, 0, flags);
         if (result >= 0)
-            *number = code == vh::attribute_flags ? flags : (flags >> 5) & 1;
+            *number = (flags >> 5) & 1;
         return result;
     }
     default:
@@ -205,11 +180,9 @@ int32_t MEDIA::GetData(text item, int32_t code, int32_t* number, wchar_t* buffer
 MEDIA_TEMPLATE
 int32_t MEDIA::WriteDisplayOrder(text item, int32_t order)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
-        return code;
     // Scripts count from the order base; negative orders are absolute.
-    return found->SetDisplayOrder(static_cast<short>(order < 0 ? order : order + m_orderBase));
+    const auto absolute = static_cast<short>(order < 0 ? order : order + m_orderBase);
+    return WithItem(item, [&](Item& found) { return found.SetDisplayOrder(absolute); });
 }
 
 MEDIA_TEMPLATE
@@ -220,12 +193,8 @@ int32_t MEDIA::SetData(text item, int32_t code, int32_t number, text value, Obje
         return WriteText(item, &Item::SetDescription, value);
     case vh::attribute_long_text:
         return WriteText(item, &Item::SetLongText, value);
-    case vh::attribute_visible: {
-        Item* found = nullptr;
-        if (const HRESULT failed = FindItem(item, found); FAILED(failed))
-            return failed;
-        return found->SetVisible(number == 1 ? 1 : 0);
-    }
+    case vh::attribute_visible:
+        return WithItem(item, [&](Item& found) { return found.SetVisible(number == 1 ? 1 : 0); });
     case vh::attribute_needs_validation:
         return Fail(vh::media_read_only_attribute);
     case vh::attribute_selected:
@@ -261,14 +230,13 @@ int32_t MEDIA::SelectItem(text item, bool truth, ObjectContext*)
 {
     if (item.empty())
         return SelectAll(truth);
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
+    return WithItem(item, [&](Item& found) -> int32_t {
+        const HRESULT code = found.SetSelected(truth ? 2 : 0);
+        // An item may refuse to go; one that refuses to come is no failure.
+        if (code == S_FALSE)
+            return truth ? 0 : Fail(vh::media_selection_refused, item);
         return code;
-    const HRESULT code = found->SetSelected(truth ? 2 : 0);
-    // An item may refuse to go; one that refuses to come is no failure.
-    if (code == S_FALSE)
-        return truth ? 0 : Fail(vh::media_selection_refused, item);
-    return code;
+    });
 }
 
 MEDIA_TEMPLATE
@@ -317,36 +285,31 @@ int32_t MEDIA::GetChild(text parent, int32_t index, stringx& name)
 MEDIA_TEMPLATE
 int32_t MEDIA::GetItemSize(text item, int32_t& size)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
+    return WithItem(item, [&](Item& found) {
+        unsigned long low = 0;
+        unsigned long high = 0;
+        const HRESULT code = found.GetSize(VARIANT_FALSE, &low, &high);
+        if (SUCCEEDED(code))
+            size = high || low > INT32_MAX ? INT32_MAX : static_cast<int32_t>(low);
         return code;
-    unsigned long low = 0;
-    unsigned long high = 0;
-    const HRESULT code = found->GetSize(VARIANT_FALSE, &low, &high);
-    if (SUCCEEDED(code))
-        size = high || low > INT32_MAX ? INT32_MAX : static_cast<int32_t>(low);
-    return code;
+    });
 }
 
 MEDIA_TEMPLATE
 int32_t MEDIA::GetTotalSize(text item, bool whole_tree, bool, int64_t& size, int32_t)
 {
-    const auto add = [&](Item* found) {
+    const auto add = [&](Item& found) {
         unsigned long low = 0;
         unsigned long high = 0;
-        const HRESULT code = found->GetSize(Truth(whole_tree), &low, &high);
+        const HRESULT code = found.GetSize(Truth(whole_tree), &low, &high);
         if (SUCCEEDED(code))
             size = static_cast<int64_t>(static_cast<uint64_t>(size) + vh::Combine(low, high));
         return code;
     };
     size = 0;
-    if (!item.empty()) {
-        Item* found = nullptr;
-        const HRESULT code = FindItem(item, found);
-        return FAILED(code) ? code : add(found);
-    }
-
-    return vh::ForEachItem(m_collection.get(), 1, add);
+    if (!item.empty())
+        return WithItem(item, add);
+    return vh::ForEachItem(m_collection.get(), 1, [&](Item* child) { return add(*child); });
 }
 
 MEDIA_TEMPLATE
@@ -385,34 +348,30 @@ int32_t MEDIA::CompareSizeRequired(wchar_t* drive, int32_t* size)
 MEDIA_TEMPLATE
 int32_t MEDIA::Advise(text item, ISetupBasicFeatureStateEvents* view, int64_t view_item, int32_t& cookie)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
+    return WithItem(item, [&](Item& found) {
+        long given = 0;
+        const HRESULT code = found.Advise(view, view_item, &given);
+        cookie = given;
         return code;
-    long given = 0;
-    const HRESULT code = found->Advise(view, view_item, &given);
-    cookie = given;
-    return code;
+    });
 }
 
 MEDIA_TEMPLATE
 int32_t MEDIA::Unadvise(text item, int32_t cookie)
 {
-    Item* found = nullptr;
-    const HRESULT code = FindItem(item, found);
-    return FAILED(code) ? code : found->Unadvise(cookie);
+    return WithItem(item, [&](Item& found) { return found.Unadvise(cookie); });
 }
 
 MEDIA_TEMPLATE
 int32_t MEDIA::GetDisplayOrder(text item, int32_t& order)
 {
-    Item* found = nullptr;
-    if (const HRESULT code = FindItem(item, found); FAILED(code))
+    return WithItem(item, [&](Item& found) {
+        short read = 0;
+        const HRESULT code = found.GetDisplayOrder(&read);
+        if (SUCCEEDED(code))
+            order = static_cast<short>(read < 0 ? read : read - m_orderBase);
         return code;
-    short read = 0;
-    const HRESULT code = found->GetDisplayOrder(&read);
-    if (SUCCEEDED(code))
-        order = static_cast<short>(read < 0 ? read : read - m_orderBase);
-    return code;
+    });
 }
 
 MEDIA_TEMPLATE
@@ -605,32 +564,35 @@ int32_t MEDIA::Update()
 }
 
 MEDIA_TEMPLATE
-int32_t MEDIA::FileEnum(text item, VARIANT* names)
+template <class Extension, class AtRoot, class OnItem>
+int32_t MEDIA::OnFiles(text item, AtRoot&& at_root, OnItem&& on_item)
 {
     if (item.empty()) {
         const auto modes = m_data.template query<ISetupDataModes>();
-        return modes ? modes->GetRootFiles(names) : E_FAIL;
+        return modes ? at_root(*modes.get()) : E_FAIL;
     }
     vh::com_ptr<ISetupComponent> found;
     if (const HRESULT code = WalkToOwnItem(item, found); FAILED(code))
         return code;
-    const auto files = found.query<ISetupItemFiles>();
-    return files ? files->GetFiles(names) : E_UNEXPECTED;
+    const auto extension = found.query<Extension>();
+    return extension ? on_item(*extension.get()) : E_UNEXPECTED;
+}
+
+MEDIA_TEMPLATE
+int32_t MEDIA::FileEnum(text item, VARIANT* names)
+{
+    return OnFiles<ISetupItemFiles>(
+        item, [&](ISetupDataModes& root) { return root.GetRootFiles(names); },
+        [&](ISetupItemFiles& files) { return files.GetFiles(names); });
 }
 
 MEDIA_TEMPLATE
 int32_t MEDIA::FileEnumIn(text item, text directory, bool flag, VARIANT* names)
 {
     const vh::bstr in(directory);
-    if (item.empty()) {
-        const auto modes = m_data.template query<ISetupDataModes>();
-        return modes ? modes->EnumRootFiles(in.get(), Truth(flag), names) : E_FAIL;
-    }
-    vh::com_ptr<ISetupComponent> found;
-    if (const HRESULT code = WalkToOwnItem(item, found); FAILED(code))
-        return code;
-    const auto queries = found.query<ISetupItemFileQueries>();
-    return queries ? queries->EnumFiles(in.get(), Truth(flag), names) : E_UNEXPECTED;
+    return OnFiles<ISetupItemFileQueries>(
+        item, [&](ISetupDataModes& root) { return root.EnumRootFiles(in.get(), Truth(flag), names); },
+        [&](ISetupItemFileQueries& files) { return files.EnumFiles(in.get(), Truth(flag), names); });
 }
 
 MEDIA_TEMPLATE
@@ -638,15 +600,9 @@ int32_t MEDIA::FileInfo(text item, text group, text file, int32_t code, VARIANT*
 {
     const vh::bstr in(group);
     const vh::bstr name(file);
-    if (item.empty()) {
-        const auto modes = m_data.template query<ISetupDataModes>();
-        return modes ? modes->RootFileInfo(in.get(), name.get(), code, value) : E_FAIL;
-    }
-    vh::com_ptr<ISetupComponent> found;
-    if (const HRESULT failed = WalkToOwnItem(item, found); FAILED(failed))
-        return failed;
-    const auto queries = found.query<ISetupItemFileQueries>();
-    return queries ? queries->FileInfo(in.get(), name.get(), code, value) : E_UNEXPECTED;
+    return OnFiles<ISetupItemFileQueries>(
+        item, [&](ISetupDataModes& root) { return root.RootFileInfo(in.get(), name.get(), code, value); },
+        [&](ISetupItemFileQueries& files) { return files.FileInfo(in.get(), name.get(), code, value); });
 }
 
 MEDIA_TEMPLATE

@@ -69,7 +69,6 @@ protected:
     // The order of the collection's second item; a failure's code is kept in its place.
     void ReadOrderBase() { m_orderBase = GetOrderBase(); }
 
-    HRESULT FindItem(text item, Item*& found);
     HRESULT FindChildren(text parent, Items*& found);
     // Walks the data set's root to "head\tail", beside the cache.
     HRESULT WalkRoot(ISetupComponents* root, text path, vh::com_ptr<ISetupComponent>& found);
@@ -84,11 +83,19 @@ protected:
     vh::com_ptr<ISetupData> m_data;
 
 private:
+    using ExtraText = HRESULT (STDMETHODCALLTYPE ISetupItemTexts::*)(BSTR*);
+
+    // Runs `use` on the item, or fails with the error set.
+    template <class Use>
+    int32_t WithItem(text item, Use&& use);
+    // Runs one of the two: at the root for an empty item, or on the item's own extension.
+    template <class Extension, class AtRoot, class OnItem>
+    int32_t OnFiles(text item, AtRoot&& at_root, OnItem&& on_item);
     int32_t ReadText(text item, Method<BSTR*> getter, stringx& value);
     int32_t WriteText(text item, Method<BSTR> setter, text value);
     int32_t ReadTruth(text item, Method<VARIANT_BOOL*> getter, bool& truth);
-    int32_t ReadFlags(text item, int32_t& flags);
-    int32_t ReadExtraText(text item, int32_t code, stringx& value);
+    int32_t ReadNumber(text item, Method<long*> getter, long otherwise, int32_t& number);
+    int32_t ReadExtraText(text item, ExtraText getter, stringx& value);
     int32_t WriteDisplayOrder(text item, int32_t order);
     HRESULT WalkToCostItem(text item, vh::com_ptr<ISetupComponent>& found);
     HRESULT FindSetupType(text type, vh::com_ptr<ISetupType>& found);
