@@ -13,34 +13,6 @@ constexpr int32_t Missing(const ObjectContext* context, int32_t answer = -1) { r
 
 } // namespace
 
-// Property bags: no bag arrives, so there is nothing to read or write.
-int32_t __VHRTGetPropertyBag(IStream** stream, ISetupPropertyBag** bag)
-{
-    if (!stream || !bag)
-        return E_POINTER;
-    *bag = nullptr;
-    return general_failure;
-}
-int32_t __VHRTReleasePropertyBag(ISetupPropertyBag*) { return 0; }
-int32_t ReadNumberProperty(ISetupPropertyBag*, const wchar_t*, int32_t*) { return general_failure; }
-int32_t ReadBoolProperty(ISetupPropertyBag*, const wchar_t*, int32_t*) { return general_failure; }
-int32_t _ReadStringProperty(ISetupPropertyBag*, const wchar_t*, wchar_t*, int32_t*) { return general_failure; }
-int32_t ReadArrayProperty(ISetupPropertyBag*, const wchar_t*, VARIANT* value)
-{
-    return value ? general_failure : E_POINTER;
-}
-int32_t WriteNumberProperty(ISetupPropertyBag*, const wchar_t*, int32_t) { return general_failure; }
-int32_t WriteBoolProperty(ISetupPropertyBag*, const wchar_t*, int32_t) { return general_failure; }
-int32_t WriteStringProperty(ISetupPropertyBag*, const wchar_t*, const wchar_t*) { return general_failure; }
-int32_t WriteArrayProperty(ISetupPropertyBag*, const wchar_t*, VARIANT*) { return general_failure; }
-
-// Script calls: no such library, no child process, a system without process lists.
-int32_t CallDLLFn(const wchar_t*, const char*, int32_t, void*, int32_t) { return -1; }
-int32_t _GetRunningChildProcess(int32_t) { return 0; }
-int32_t _GetRunningChildProcessEx(int32_t, HANDLE) { return 0; }
-HANDLE _GetRunningChildProcessEx2(int32_t, HANDLE, int32_t) { return nullptr; }
-int32_t _KillProcesses(const wchar_t* names) { return names && *names ? ERROR_CALL_NOT_IMPLEMENTED : 0; }
-
 // Dialogs: none can be defined, so none is known.
 int32_t _DefineDialog(ObjectContext*, const wchar_t*, HMODULE, const wchar_t*, int32_t, const wchar_t*, int32_t, HWND,
                       int32_t)
@@ -129,57 +101,7 @@ int32_t _SetAltMainImageEx(ObjectContext* context, int32_t, const wchar_t*)
 }
 int32_t _SetPaletteFile(ObjectContext* context, const wchar_t*) { return Missing(context, 0); }
 
-// Registry: the engine has no registry service.
-int64_t _RegConnectRegistry(ObjectContext*, int64_t, const wchar_t*) { return -1; }
-int64_t _RegDisConnectRegistry(ObjectContext* context) { return Missing(context, 0); }
-int64_t _RegIsRemoteRegConnected(ObjectContext*) { return 0; }
-int64_t _RegCreateKey(ObjectContext*, int64_t, const wchar_t*, const wchar_t*, int32_t) { return -1; }
-int64_t _RegDeleteKey(ObjectContext*, int64_t, const wchar_t*) { return -1; }
-int64_t _RegDeleteValue(ObjectContext*, int64_t, const wchar_t*, const wchar_t*) { return -1; }
-int64_t _RegExistsKey(ObjectContext*, int64_t, const wchar_t*) { return -1; }
-int64_t _RegEnum(ObjectContext*, int64_t, const wchar_t*, int32_t, ListHandle) { return -1; }
-int64_t _RegQueryKeyValue(ObjectContext*, int64_t, const wchar_t*, const wchar_t*, int32_t*, wchar_t*, int32_t*)
-{
-    return -1;
-}
-int64_t _RegQueryKeyBinaryValue(ObjectContext*, int64_t, const wchar_t*, const wchar_t*, void*, int32_t*) { return -1; }
-int64_t _RegSetKeyValue(ObjectContext*, int64_t, const wchar_t*, const wchar_t*, int32_t, const wchar_t*, int32_t)
-{
-    return -1;
-}
-int64_t _RegSetKeyBinaryValue(ObjectContext*, int64_t, const wchar_t*, const wchar_t*, const void*, int32_t)
-{
-    return -1;
-}
-int64_t _RegEnableTextSubs(ObjectContext*, uint8_t) { return -1; }
-int64_t _RegGetOptions(ObjectContext*, int32_t*) { return -1; }
-int64_t _RegSetOptions(ObjectContext*, int32_t) { return -1; }
-
-// Program folders and icons: the engine has no shell service.
-int32_t AddIcon(ObjectContext* context, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
-                int32_t, const wchar_t*, int32_t)
-{
-    return Missing(context, general_failure);
-}
-int32_t ReplaceIcon(ObjectContext* context, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*,
-                    const wchar_t*, const wchar_t*, int32_t, const wchar_t*, int32_t)
-{
-    return Missing(context, general_failure);
-}
-int32_t QueryIcon(ObjectContext* context, const wchar_t*, const wchar_t*, wchar_t*, int32_t, wchar_t*, wchar_t*,
-                  int32_t*, wchar_t*, int32_t*)
-{
-    return Missing(context, general_failure);
-}
-int32_t DeleteIcon(ObjectContext* context, const wchar_t*) { return Missing(context, general_failure); }
-int32_t CreateFolder(ObjectContext* context, const wchar_t*) { return Missing(context, general_failure); }
-int32_t DeleteFolder(ObjectContext* context, const wchar_t*) { return Missing(context, general_failure); }
-int32_t ShowFolder(ObjectContext* context, const wchar_t*, int32_t) { return Missing(context, general_failure); }
-int32_t EnumFoldersItems(ObjectContext* context, const wchar_t*, ListHandle, ListHandle)
-{
-    return Missing(context, general_failure);
-}
-int32_t _SetShortcutProperty(ObjectContext*, const wchar_t*, const wchar_t*, const wchar_t*) { return general_failure; }
+// Folder picker: it can't be shown.
 int32_t _BrowseForFolder(ObjectContext*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int32_t,
                          wchar_t*, int32_t, int32_t)
 {

@@ -1,6 +1,8 @@
 // One owned BSTR.
 #pragma once
 
+#include <cstddef>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -23,6 +25,13 @@ public:
             ThrowOutOfMemory();
     }
     explicit bstr(std::wstring_view text) : m_text(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())))
+    {
+        if (!m_text)
+            ThrowOutOfMemory();
+    }
+    // Bytes, by their number and not by units.
+    explicit bstr(std::span<const std::byte> bytes)
+        : m_text(SysAllocStringByteLen(reinterpret_cast<const char*>(bytes.data()), static_cast<UINT>(bytes.size())))
     {
         if (!m_text)
             ThrowOutOfMemory();

@@ -49,6 +49,12 @@ public:
             shared->AddRef();
         attach(shared);
     }
+    // Drops the reference and tells what the object answers; 0 when nothing is held.
+    unsigned long drop()
+    {
+        Interface* old = std::exchange(m_pointer, nullptr);
+        return old ? old->Release() : 0;
+    }
     // Gives the reference to the caller.
     [[nodiscard]] Interface* detach() { return std::exchange(m_pointer, nullptr); }
 

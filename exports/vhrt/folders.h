@@ -48,7 +48,7 @@ VHRT_FUNCTION(int32_t)
 EnumFoldersItems(ObjectContext* context, const wchar_t* folder, ListHandle items, ListHandle folders);
 
 /* Sets a shell property, "{format identifier}, number", of an existing shortcut. Result: 0x80070002 when there is
-   no such shortcut. The context is not tested. */
+   no such shortcut. */
 VHRT_FUNCTION(int32_t)
 _SetShortcutProperty(ObjectContext* context, const wchar_t* path, const wchar_t* key, const wchar_t* value);
 

@@ -12,7 +12,7 @@
 VHRT_FUNCTION(int64_t) _RegConnectRegistry(ObjectContext* context, int64_t root, const wchar_t* machine);
 VHRT_FUNCTION(int64_t) _RegDisConnectRegistry(ObjectContext* context);
 
-/* Result: 1 or 0. The context is not tested. */
+/* Result: 1 or 0; 0 without a context. */
 VHRT_FUNCTION(int64_t) _RegIsRemoteRegConnected(ObjectContext* context);
 
 /* `shared` marks the key as shared with other products. Traced as "RegDBCreateKeyEx". */

@@ -1,0 +1,22 @@
+// An array of texts that the engine gave, into a script's list.
+#pragma once
+
+#include "../exports/vhrt/lists.h"
+#include "../scriptdata/variant.h"
+#include "context.h"
+
+namespace vh {
+
+// Each text goes behind the current element. The list is looked up for every text, so a list that can't take it
+// matters only when there is one: then the answer is -1.
+inline int32_t AddTexts(ObjectContext& context, ListHandle list, const safe_array& texts)
+{
+    for (long i = texts.first(), last = texts.last(); i <= last; ++i) {
+        const variant text = texts.at(i);
+        if (context.lists.Find(list).AddString(stringx(text.text()).c_str(), ListAddAfter) < 0)
+            return -1;
+    }
+    return 0;
+}
+
+} // namespace vh

@@ -1,0 +1,194 @@
+// Calls out of the script: foreign functions, and processes of the test's own.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <tlhelp32.h>
+
+#include "../../exports/vhrt/calls.h"
+#include "../../scriptdata/unique.h"
+#include "../support/import_patch.h"
+#include "../support/traced_library.h"
+
+using vh::unique_handle;
+using vh::test::TempFolder;
+
+// What the tests call: this program is a library of its own.
+extern "C" {
+__declspec(dllexport) int32_t __stdcall VHTestSum(int32_t value, wchar_t* text, int32_t third)
+{
+    if (text)
+        text[0] = L'#';
+    return value + third;
+}
+// Takes more from the stack than belongs to it.
+__declspec(dllexport) __attribute__((naked)) int32_t VHTestUnbalanced() { __asm__("mov $42, %eax\n\tret $24"); }
+}
+
+namespace {
+
+std::wstring OwnPath()
+{
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return path;
+}
+
+TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
+{
+    const std::wstring self = OwnPath();
+    wchar_t text[] = L"abc";
+    EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", 40, text, 2), 42);
+    EXPECT_STREQ(text, L"#bc");
+    EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", -40, nullptr, 2), -38);
+    for (int32_t i = 0; i < 5; ++i)
+        EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestUnbalanced", i, text, 0), 42) << "the stack is put back";
+    EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestNone", 0, nullptr, 0), -1);
+    EXPECT_EQ(CallDLLFn(self.c_str(), nullptr, 0, nullptr, 0), -1);
+    EXPECT_EQ(CallDLLFn(L"C:\\no such library.dll", "f", 0, nullptr, 0), -1);
+    EXPECT_EQ(CallDLLFn(L"", "f", 0, nullptr, 0), -1);
+    EXPECT_EQ(CallDLLFn(nullptr, "f", 0, nullptr, 0), -1);
+}
+
+TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
+{
+    const TempFolder folder;
+    const std::wstring path = folder / L"t.bin";
+    {
+        const vh::test::TracedLibrary library(path);
+        const auto call = VHRT_GET(library, CallDLLFn);
+        const std::wstring self = OwnPath();
+        call(L"kernel32.dll", "GetCurrentProcessId", 0x1F, const_cast<wchar_t*>(L"text"), 1);
+        call(L"kernel32.dll", "NoSuchFunction", -1, nullptr, 1);
+        call(L"C:\\none.dll", "f", 0, nullptr, 0);
+    }
+    const std::string text = vh::test::DecodedTrace(path);
+    const std::string expected =
+        "VHFuncBegin|CallDllFx|Dll=kernel32.dll\tFunction=GetCurrentProcessId\tParam00=0x0000001f\tParam01=text\r\n"
+        "VHFuncEnd|CallDllFx|Result=Success\tDll=kernel32.dll\tFunction=GetCurrentProcessId\t"
+        "Param00=0x0000001f\tParam01=text\r\n"
+        "VHFuncBegin|CallDllFx|Dll=kernel32.dll\tFunction=NoSuchFunction\tParam00=0xffffffff\tParam01=\r\n"
+        "VHFuncEnd|CallDllFx|Result=Failure\t\tError=0xffffffff\tDll=kernel32.dll\tFunction=NoSuchFunction\t"
+        "Param00=0xffffffff\tParam01=\r\n"
+        "VHFuncBegin|CallDllFx|Dll=C:\\none.dll\tFunction=f\tParam00=0x00000000\tParam01=\r\n"
+        "VHFuncEnd|CallDllFx|Result=Failure\t\tError=0xffffffff\tDll=C:\\none.dll\tFunction=f\t"
+        "Param00=0x00000000\tParam01=\r\n";
+    const size_t begin = text.find("VHFuncBegin");
+    ASSERT_NE(begin, text.npos);
+    EXPECT_EQ(text.substr(begin, text.find("VHSetupInit", begin) - begin), expected);
+}
+
+// A process that waits until it is ended: the system's command processor under a name of the test's own.
+class WaitingProcess {
+public:
+    WaitingProcess(const TempFolder& folder, const std::wstring& name)
+    {
+        wchar_t system[MAX_PATH];
+        GetSystemDirectoryW(system, MAX_PATH);
+        const std::wstring path = folder / name;
+        CopyFileW((std::wstring(system) + L"\\cmd.exe").c_str(), path.c_str(), FALSE);
+        // Reads from a pipe into which nobody writes.
+        SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
+        HANDLE read = nullptr;
+        HANDLE write = nullptr;
+        CreatePipe(&read, &write, &inherited, 0);
+        m_input = unique_handle(read);
+        m_writer = unique_handle(write);
+        SetHandleInformation(write, HANDLE_FLAG_INHERIT, 0);
+        STARTUPINFOW start{};
+        start.cb = sizeof(start);
+        start.dwFlags = STARTF_USESTDHANDLES;
+        start.hStdInput = read;
+        PROCESS_INFORMATION made{};
+        std::wstring command = L"\"" + path + L"\" /k";
+        EXPECT_TRUE(CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
+                                   nullptr, &start, &made));
+        m_process = unique_handle(made.hProcess);
+        const unique_handle thread(made.hThread);
+        m_id = static_cast<int32_t>(made.dwProcessId);
+    }
+    ~WaitingProcess()
+    {
+        TerminateProcess(m_process.get(), 0);
+        WaitForSingleObject(m_process.get(), 10000);
+    }
+    WaitingProcess(const WaitingProcess&) = delete;
+    WaitingProcess& operator=(const WaitingProcess&) = delete;
+
+    int32_t id() const { return m_id; }
+    HANDLE handle() const { return m_process.get(); }
+    bool Runs() const { return WaitForSingleObject(m_process.get(), 0) == WAIT_TIMEOUT; }
+    DWORD ExitCode() const
+    {
+        DWORD code = 0;
+        WaitForSingleObject(m_process.get(), 10000);
+        GetExitCodeProcess(m_process.get(), &code);
+        return code;
+    }
+
+private:
+    unique_handle m_input;
+    unique_handle m_writer;
+    unique_handle m_process;
+    int32_t m_id = 0;
+};
+
+TEST(ChildSearch, FindsTheFirstChildAndOpensNoOther)
+{
+    const TempFolder folder;
+    const auto self = static_cast<int32_t>(GetCurrentProcessId());
+    EXPECT_EQ(_GetRunningChildProcess(self), 0);
+    const WaitingProcess skipped(folder, L"vhrt pstores.exe");
+    EXPECT_EQ(_GetRunningChildProcess(self), 0);
+    const WaitingProcess child(folder, L"vhrt child.exe");
+    vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
+    vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot");
+    EXPECT_EQ(_GetRunningChildProcess(self), child.id());
+    EXPECT_EQ(opened.calls(), 2) << "parent and child";
+    EXPECT_EQ(snapshots.calls(), 1);
+    EXPECT_EQ(_GetRunningChildProcessEx(self, GetCurrentProcess()), child.id());
+    EXPECT_EQ(opened.calls(), 3) << "the parent is open already";
+    EXPECT_EQ(_GetRunningChildProcess(child.id()), 0);
+    EXPECT_EQ(_GetRunningChildProcessEx2(child.id(), nullptr, 1), nullptr);
+    for (const int32_t descendants : {0, 1}) {
+        const unique_handle found(_GetRunningChildProcessEx2(self, nullptr, descendants));
+        ASSERT_TRUE(found);
+        EXPECT_EQ(static_cast<int32_t>(GetProcessId(found.get())), child.id());
+        DWORD flags = HANDLE_FLAG_INHERIT;
+        EXPECT_TRUE(GetHandleInformation(found.get(), &flags));
+        EXPECT_EQ(flags, 0u);
+    }
+}
+
+HANDLE WINAPI NoSnapshot(DWORD, DWORD)
+{
+    SetLastError(ERROR_NOT_SUPPORTED);
+    return INVALID_HANDLE_VALUE;
+}
+
+TEST(KillProcesses, EndsThoseOfTheNamesAndNoOther)
+{
+    const TempFolder folder;
+    const WaitingProcess first(folder, L"vhrt kill one.exe");
+    const WaitingProcess second(folder, L"vhrt kill two.exe");
+    const WaitingProcess third(folder, L"vhrt kill three.exe");
+    for (const wchar_t* names : {static_cast<const wchar_t*>(nullptr), L"", L";", L";;", L"vhrt kill", L"one.exe",
+                                 L"vhrt kill one", L"vhrt kill ?ne.exe", L"vhrt kill one.exe ", L"*"})
+        EXPECT_EQ(_KillProcesses(names), 0);
+    EXPECT_TRUE(first.Runs() && second.Runs() && third.Runs());
+    {
+        vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
+        EXPECT_EQ(_KillProcesses(L"vhrt no such.exe;VHRT Kill ONE.exe;vhrt kill two.exe"), 0);
+        EXPECT_EQ(opened.calls(), 2);
+    }
+    EXPECT_EQ(first.ExitCode(), 1067u);
+    EXPECT_EQ(second.ExitCode(), 1067u);
+    EXPECT_TRUE(third.Runs());
+    vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot", NoSnapshot);
+    EXPECT_EQ(_KillProcesses(L"vhrt kill three.exe"), ERROR_NOT_SUPPORTED);
+    EXPECT_EQ(_KillProcesses(L";"), 0) << "nothing to look for";
+    EXPECT_TRUE(third.Runs());
+    EXPECT_EQ(_GetRunningChildProcess(static_cast<int32_t>(GetCurrentProcessId())), 0);
+}
+
+} // namespace

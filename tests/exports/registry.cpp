@@ -1,0 +1,376 @@
+// The registry family on the embedded engine: what reaches it, what comes back, what the trace shows.
+#include <gtest/gtest.h>
+
+#include "../support/bare_context.h"
+#include "../support/session.h"
+#include "../support/traced_library.h"
+
+using namespace vh;
+using vh::test::Session;
+
+namespace {
+
+constexpr int64_t current_user = static_cast<int32_t>(0x80000001);
+constexpr int64_t local_machine = static_cast<int32_t>(0x80000002);
+constexpr int64_t not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+constexpr const wchar_t* base = L"Software\\VHRegistryTest";
+
+// A key of the test's own; it goes with the test.
+struct TestKey {
+    TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
+    ~TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
+};
+
+// A value as the registry holds it, read past the library: type and bytes.
+std::pair<DWORD, std::string> Raw(const wchar_t* name)
+{
+    char bytes[256];
+    DWORD size = sizeof(bytes);
+    DWORD type = 0;
+    if (RegGetValueW(HKEY_CURRENT_USER, base, name, RRF_RT_ANY | RRF_NOEXPAND, &type, bytes, &size) != ERROR_SUCCESS)
+        return {};
+    return {type, std::string(bytes, size)};
+}
+
+std::string Wide(std::wstring_view text)
+{
+    return std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
+}
+
+TEST(RegistryKeys, LoseOneLeadingBackslash)
+{
+    const TestKey cleared;
+    const Session session;
+    const struct {
+        const wchar_t* given;
+        const wchar_t* sent; // null: the engine is not asked
+    } cases[] = {{L"\\A\\B", L"A\\B"}, {L"A\\B", L"A\\B"}, {L"\\\\A", L"\\A"},
+                 {L"\\", L""},         {L"", nullptr},     {nullptr, nullptr}};
+    session.calls().FailCall(L"ISetupRegistry.", E_ABORT);
+    for (const auto& one : cases) {
+        const long before = session.calls().Calls();
+        int32_t type = 0, size = 0;
+        EXPECT_EQ(_RegCreateKey(session, current_user, one.given, L"c", 5), one.sent ? E_ABORT : -1);
+        EXPECT_EQ(_RegQueryKeyValue(session, current_user, one.given, L"n", &type, nullptr, &size),
+                  one.sent ? E_ABORT : -1);
+        EXPECT_EQ(session.calls().Calls() - before, one.sent ? 2 : 0);
+        if (one.sent) {
+            EXPECT_EQ(session.CallsOf(L"ISetupRegistry.CreateKey(-2147483647, \"" + std::wstring(one.sent) +
+                                      L"\", \"c\", -1)"),
+                      std::wstring(one.sent) == L"A\\B" && one.given[0] != L'\\' ? 2 : 1);
+        }
+    }
+    const ListHandle list = _ListCreate(session, ListTypeString);
+    EXPECT_EQ(_RegEnum(session, current_user, L"", RegEnumKeys, list), E_ABORT) << "listing a root needs no key";
+}
+
+TEST(RegistryValues, AreWrittenByTheirTypes)
+{
+    const TestKey cleared;
+    const Session session;
+    const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
+    texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
+    const std::wstring list(L"one\0two\0", 8);
+    const struct {
+        int32_t type;
+        const wchar_t* value;
+        int32_t size;
+        int64_t result;
+        std::string bytes;
+    } cases[] = {
+        {REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
+        {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
+        {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
+        {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
+        {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
+        {REG_MULTI_SZ, nullptr, 3, -1, ""},
+        {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
+        {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
+        {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
+        {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
+        {REG_BINARY, L"x", 1, -10, ""},
+        {REG_NONE, L"x", 1, -1, ""},
+        {11, L"x", 1, -1, ""},
+    };
+    for (const auto& one : cases) {
+        RegDeleteTreeW(HKEY_CURRENT_USER, base);
+        EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", one.type, one.value, one.size), one.result)
+            << one.type;
+        if (one.result == 0) {
+            EXPECT_EQ(Raw(L"V"), std::make_pair(static_cast<DWORD>(one.type), one.bytes)) << one.type;
+        } else {
+            EXPECT_EQ(Raw(L"V").second, "") << one.type;
+        }
+    }
+    EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, base, L"B", "\0\1\2", 3), 0);
+    EXPECT_EQ(Raw(L"B"), std::make_pair(DWORD{REG_BINARY}, std::string("\0\1\2", 3)));
+    EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, base, L"B", nullptr, 0), 0);
+    EXPECT_EQ(Raw(L"B"), std::make_pair(DWORD{REG_BINARY}, std::string()));
+    EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, base, L"B", "x", -1), -1);
+    EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, L"", L"B", "x", 1), -1);
+}
+
+TEST(RegistryTextSubs, ReachBothTheEngineAndNumbers)
+{
+    const TestKey cleared;
+    const Session session;
+    const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
+    texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
+    const auto write = [&](int32_t type) {
+        EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", type, L"<SEVEN>", 0), 0);
+        return Raw(L"V").second;
+    };
+    EXPECT_EQ(_RegEnableTextSubs(session, 0), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupSiteAware.EnableTextSubs(0)"), 1);
+    EXPECT_EQ(write(REG_SZ), Wide(std::wstring(L"<SEVEN>\0", 8)));
+    EXPECT_EQ(write(REG_DWORD), std::string(4, '\0'));
+    EXPECT_EQ(_RegEnableTextSubs(session, 1), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupSiteAware.EnableTextSubs(-1)"), 1);
+    EXPECT_EQ(write(REG_SZ), Wide(std::wstring(L"7\0", 2)));
+    EXPECT_EQ(write(REG_DWORD), std::string("\7\0\0\0", 4));
+    session.calls().FailCall(L"ISetupTextSub.Substitute", E_ABORT);
+    EXPECT_EQ(write(REG_DWORD), std::string(4, '\0')) << "the text stands as it came back";
+    session.calls().FailCall(L"ISetupTextSub.Substitute", S_OK);
+
+    session.calls().FailCall(L"IUnknown.QueryInterface(ISetupSiteAware)", E_NOINTERFACE);
+    EXPECT_EQ(_RegEnableTextSubs(session, 0), -1);
+    EXPECT_EQ(write(REG_DWORD), std::string(4, '\0')) << "the flag is kept all the same";
+    session.calls().FailCall(L"IUnknown.QueryInterface(ISetupRegistryOptions)", E_NOINTERFACE);
+    int32_t options = 0;
+    EXPECT_EQ(_RegGetOptions(session, &options), -1);
+    EXPECT_EQ(_RegSetOptions(session, 1), -1);
+}
+
+TEST(RegistryValues, ComeBackAsText)
+{
+    const TestKey cleared;
+    const Session session;
+    _RegSetKeyValue(session, current_user, base, L"text", REG_SZ, L"four", 0);
+    _RegSetKeyValue(session, current_user, base, L"none", REG_SZ, L"", 0);
+    _RegSetKeyValue(session, current_user, base, L"list", REG_MULTI_SZ, L"a\0b\0", 4);
+    _RegSetKeyValue(session, current_user, base, L"number", REG_DWORD, L"-12", 0);
+    _RegSetKeyBinaryValue(session, current_user, base, L"bytes", "\1\2\3", 3);
+    const struct {
+        const wchar_t* name;
+        int32_t size;
+        int64_t result;
+        int32_t size_back;
+        int32_t type;
+        std::wstring units;
+    } cases[] = {
+        {L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
+        {L"text", 4, -5, 5, REG_SZ, L"#######"},
+        {L"text", 0, -5, 5, REG_SZ, L"#######"},
+        {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
+        {L"none", 0, -5, 1, REG_SZ, L"#######"},
+        {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
+        {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
+        {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
+        {L"missing", 9, not_found, 9, -7, L"#######"},
+    };
+    for (const auto& one : cases) {
+        wchar_t buffer[] = L"#######";
+        int32_t type = -7, size = one.size;
+        EXPECT_EQ(_RegQueryKeyValue(session, current_user, base, one.name, &type, buffer, &size), one.result);
+        EXPECT_EQ(size, one.size_back);
+        EXPECT_EQ(type, one.type);
+        EXPECT_EQ(std::wstring(buffer, 7), one.units);
+    }
+    const struct {
+        const wchar_t* name;
+        int32_t size;
+        int64_t result;
+        int32_t size_back;
+        std::string bytes;
+    } binary[] = {
+        {L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
+        {L"bytes", 3, -5, 4, "#####"},
+        {L"text", 9, -1, 9, "#####"},
+        {L"number", 9, -1, 9, "#####"},
+        {L"missing", 9, not_found, 9, "#####"},
+    };
+    for (const auto& one : binary) {
+        char buffer[] = "#####";
+        int32_t size = one.size;
+        EXPECT_EQ(_RegQueryKeyBinaryValue(session, current_user, base, one.name, buffer, &size), one.result);
+        EXPECT_EQ(size, one.size_back);
+        EXPECT_EQ(std::string(buffer, 5), one.bytes);
+    }
+}
+
+TEST(RegistryKeys, AreFoundListedAndDeleted)
+{
+    const TestKey cleared;
+    const Session session;
+    const std::wstring sub = std::wstring(L"\\") + base + L"\\Sub";
+    EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
+    EXPECT_EQ(_RegDeleteKey(session, current_user, sub.c_str()), -1);
+    EXPECT_EQ(session.CallsOf(L"ISetupRegistry.DeleteKey"), 0);
+    EXPECT_EQ(_RegCreateKey(session, current_user, sub.c_str(), nullptr, 0), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupRegistry.CreateKey(-2147483647, \"Software\\VHRegistryTest\\Sub\", \"\", 0)"), 1);
+    EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 1);
+    _RegSetKeyValue(session, current_user, base, L"V", REG_SZ, L"", 0);
+    _RegSetKeyValue(session, current_user, base, L"W", REG_SZ, L"", 0);
+
+    const ListHandle list = _ListCreate(session, ListTypeString);
+    const ListHandle numbers = _ListCreate(session, ListTypeNumber);
+    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, list), 0);
+    EXPECT_EQ(test::ListText(session, list), L"Sub");
+    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumValues, list), 0);
+    EXPECT_EQ(test::ListText(session, list), L"Sub|V|W");
+    EXPECT_EQ(_RegEnum(session, current_user, base, 3, list), -1);
+    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, numbers), -1);
+    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, 12345), -1);
+    EXPECT_EQ(_RegEnum(session, current_user, sub.c_str(), RegEnumKeys, 12345), 0) << "nothing to add";
+    EXPECT_EQ(_RegEnum(session, current_user, (sub + L"\\none").c_str(), RegEnumKeys, list), not_found);
+
+    EXPECT_EQ(_RegDeleteValue(session, current_user, base, L"V"), 0);
+    EXPECT_EQ(_RegDeleteValue(session, current_user, base, L"V"), not_found);
+    EXPECT_EQ(_RegDeleteValue(session, current_user, (sub + L"\\none").c_str(), L"V"), -1);
+    EXPECT_EQ(_RegDeleteKey(session, current_user, sub.c_str()), 0);
+    EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
+    session.calls().FailCall(L"ISetupRegistry.KeyExists", E_ABORT);
+    EXPECT_EQ(_RegExistsKey(session, current_user, base), -1);
+    EXPECT_EQ(_RegDeleteKey(session, current_user, base), -1) << "a key that is not seen is not deleted";
+}
+
+TEST(RegistryWrites, AreUndoneWithTheRun)
+{
+    const TestKey cleared;
+    RegSetKeyValueW(HKEY_CURRENT_USER, base, L"Old", REG_SZ, L"before", 14);
+    const Session session;
+    EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"Old", REG_SZ, L"after", 0), 0);
+    EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, (std::wstring(base) + L"\\New").c_str(), L"B", "x", 1), 0);
+    session.engine->Rollback();
+    EXPECT_EQ(Raw(L"Old").second, Wide(std::wstring(L"before\0", 7)));
+    EXPECT_EQ(_RegExistsKey(session, current_user, (std::wstring(base) + L"\\New").c_str()), 0);
+}
+
+TEST(RegistryOptions, ChooseTheView)
+{
+    const TestKey cleared;
+    const Session session;
+    int32_t options = -7;
+    EXPECT_EQ(_RegGetOptions(session, &options), 0);
+    EXPECT_EQ(options, 0);
+    EXPECT_EQ(_RegSetOptions(session, 1), 0);
+    EXPECT_EQ(_RegGetOptions(session, &options), 0);
+    EXPECT_EQ(options, 1);
+    EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
+    EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);
+}
+
+TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
+{
+    const TestKey cleared;
+    const Session session;
+    EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
+    EXPECT_EQ(_RegDisConnectRegistry(session), 0);
+    for (const int64_t root : {current_user, int64_t{0x80000002},
+                               static_cast<int64_t>(static_cast<int32_t>(0x80000005)), int64_t{0}, int64_t{-1}})
+        EXPECT_EQ(_RegConnectRegistry(session, root, L""), -1) << root;
+    EXPECT_EQ(session.CallsOf(L"ISetupRegistry.Connect"), 0);
+    const struct {
+        HRESULT code;
+        int64_t result;
+    } failures[] = {
+        {HRESULT_FROM_WIN32(123), -3},
+        {HRESULT_FROM_WIN32(1009), -4},
+        {HRESULT_FROM_WIN32(1114), -2},
+        {HRESULT_FROM_WIN32(5), HRESULT_FROM_WIN32(5)},
+        {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)},
+    };
+    for (const auto& one : failures) {
+        session.calls().FailCall(L"ISetupRegistry.Connect", one.code);
+        EXPECT_EQ(_RegConnectRegistry(session, local_machine, L"\\\\there"), one.result);
+        EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
+    }
+    EXPECT_EQ(session.calls().Lines().back(), L"ISetupRegistry.Connect(-2147483646, \"\\\\there\")");
+    session.calls().FailCall(L"ISetupRegistry.Connect", S_OK);
+
+    ASSERT_EQ(_RegConnectRegistry(session, local_machine, nullptr), 0) << "this machine";
+    EXPECT_EQ(_RegIsRemoteRegConnected(session), 1);
+    EXPECT_EQ(_RegConnectRegistry(session, local_machine, L""), -6);
+    EXPECT_EQ(_RegExistsKey(session, current_user, L"Software"), 1);
+    EXPECT_EQ(session.CallsOf(L"ISetupRegistry.KeyExists(-2147483647"), 0) << "the given root is not used";
+    session.calls().FailCall(L"ISetupRegistry.Disconnect", E_ABORT);
+    EXPECT_EQ(_RegDisConnectRegistry(session), E_ABORT);
+    EXPECT_EQ(_RegIsRemoteRegConnected(session), 1);
+    session.calls().FailCall(L"ISetupRegistry.Disconnect", S_OK);
+    EXPECT_EQ(_RegDisConnectRegistry(session), 0);
+    EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
+    EXPECT_EQ(_RegIsRemoteRegConnected(nullptr), 0);
+}
+
+TEST(TracedRegistry, WritesBeginAndEndWithItsFields)
+{
+    const TestKey cleared;
+    const test::TempFolder folder;
+    const std::wstring path = folder / L"t.bin";
+    const test::TracedLibrary library(path);
+    engine::test::SetupFolder setup;
+    engine::test::MakeTree(setup);
+    const auto engine = setup.Open();
+    const auto host = engine->Host();
+    const auto services = engine->Services();
+    ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(host.get(), services.get());
+    const auto set = VHRT_GET(library, _RegSetKeyValue);
+    VHRT_GET(library, _RegCreateKey)(context, current_user, L"", L"c", 1);
+    VHRT_GET(library, _RegCreateKey)(context, current_user, L"\\Software\\VHRegistryTest", nullptr, 3);
+    set(context, current_user, base, L"N", 4, L"12", 9);
+    set(context, current_user, base, L"N", 3, L"b", 1);
+    set(context, current_user, base, L"N", 11, nullptr, 0);
+    set(context, current_user, L"", L"N", 1, L"x", 0);
+    VHRT_GET(library, _RegSetKeyBinaryValue)(context, current_user, base, L"B", "xyz", 3);
+    VHRT_GET(library, _RegDeleteValue)(context, current_user, base, L"N");
+    VHRT_GET(library, _RegDeleteValue)(context, current_user, nullptr, L"N");
+    VHRT_GET(library, _RegDeleteKey)(context, current_user, base);
+    VHRT_GET(library, _RegDeleteKey)(context, current_user, base);
+    VHRT_GET(library, _RegDeleteKey)(context, current_user, L"");
+    VHRT_GET(library, _RegDeleteKey)(nullptr, 1, L"k");
+    set(nullptr, 1, L"k", L"n", 3, L"v", 2);
+    VHRT_GET(library, __ReleaseObjectContext)(context);
+
+    const std::string text = test::DecodedTrace(path);
+    const std::string first = "VHFuncBegin|RegDB";
+    ASSERT_NE(text.find(first), text.npos);
+    const std::string key = "RootKey=-2147483647\tKey=Software\\VHRegistryTest";
+    const std::string failure = "Result=Failure\t\tError=0xffffffff\t";
+    std::string expected;
+    const auto record = [&](bool begin, const char* name, const std::string& details) {
+        expected += std::string(begin ? "VHFuncBegin|" : "VHFuncEnd|") + name + "|" + details + "\r\n";
+    };
+    const char* const set_name = "RegDBSetKeyValueEx";
+    const std::string created = "RootKey=-2147483647\tKey=\\Software\\VHRegistryTest\tClass=\tShared=3";
+    record(true, "RegDBCreateKeyEx", "RootKey=-2147483647\tKey=\tClass=c\tShared=1");
+    record(true, "RegDBCreateKeyEx", created);
+    record(false, "RegDBCreateKeyEx", "Result=Success\t\t" + created);
+    const std::string number = key + "\tValueName=N\tValueType=4\tValue=12\tValueSize=9";
+    record(true, set_name, number);
+    record(false, set_name, "Result=Success\t\t" + number);
+    const std::string binary = key + "\tValueName=N\tValueType=3\tValue=b\tValueSize=1";
+    record(true, set_name, binary);
+    record(false, set_name, "Result=Failure\t\tError=0xfffffff6\t" + binary);
+    const std::string unknown = key + "\tValueName=N\tValueType=11\tValue=\tValueSize=0";
+    record(true, set_name, unknown);
+    record(false, set_name, failure + unknown);
+    record(true, set_name, "RootKey=-2147483647\tKey=\tValueName=N\tValueType=1\tValue=x\tValueSize=0");
+    const std::string bytes = key + "\tValueName=B\tValueType=3\tValue=\tValueSize=3";
+    record(true, set_name, bytes);
+    record(false, set_name, "Result=Success\t\t" + bytes);
+    record(true, "RegDBDeleteValue", key + "\tValue=N");
+    record(false, "RegDBDeleteValue", "Result=Success\t\t" + key + "\tValue=N");
+    record(true, "RegDBDeleteValue", "RootKey=-2147483647\tKey=\tValue=N");
+    record(false, "RegDBDeleteValue", failure + "RootKey=-2147483647\tKey=\tValue=N");
+    record(true, "RegDBDeleteKey", key);
+    record(false, "RegDBDeleteKey", "Result=Success\t\t" + key);
+    record(true, "RegDBDeleteKey", key);
+    record(false, "RegDBDeleteKey", failure + key);
+    record(true, "RegDBDeleteKey", "RootKey=-2147483647\tKey=");
+    record(false, "RegDBDeleteKey", failure + "RootKey=-2147483647\tKey=");
+    record(true, "RegDBDeleteKey", "RootKey=1\tKey=k");
+    record(true, set_name, "RootKey=1\tKey=k\tValueName=n\tValueType=3\tValue=v\tValueSize=2");
+    EXPECT_EQ(text.substr(text.find(first)), expected);
+}
+
+} // namespace
