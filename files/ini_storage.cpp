@@ -1,0 +1,252 @@
+// INI documents on disk.
+#include <algorithm>
+#include <climits>
+
+#include "../diagnostics/file.h"
+#include "ini_file.h"
+#include "ini_text.h"
+
+namespace {
+
+constexpr UINT utf16_little = 1200;
+constexpr UINT utf16_big = 1201;
+constexpr UINT utf8 = CP_UTF8;
+
+struct mark {
+    UINT code_page;
+    std::string_view bytes;
+};
+
+constexpr mark marks[] = {{utf16_little, "\xFF\xFE"}, {utf16_big, "\xFE\xFF"}, {utf8, "\xEF\xBB\xBF"}};
+
+std::string_view MarkOf(UINT code_page)
+{
+    for (const mark& one : marks)
+        if (one.code_page == code_page)
+            return one.bytes;
+    return {};
+}
+
+std::string ReadAll(vh::file& file)
+{
+    // An address may not tell its length, and its reads end early.
+    constexpr DWORD block = 1 << 16;
+    std::size_t expected = 0;
+    if (!file.is_url()) {
+        DWORD high = 0;
+        expected = file.size(&high);
+        if (high || expected > INT_MAX)
+            throw vh::file_exception(ERROR_FILE_TOO_LARGE, file.name());
+    }
+    std::string bytes;
+    for (;;) {
+        const std::size_t had = bytes.size();
+        const std::size_t wanted = had < expected ? expected - had : block;
+        if (had + wanted > INT_MAX)
+            throw vh::file_exception(ERROR_FILE_TOO_LARGE, file.name());
+        bytes.resize(had + wanted);
+        const DWORD count = file.read_bytes(bytes.data() + had, static_cast<DWORD>(wanted));
+        bytes.resize(had + count);
+        if (count == 0 || (expected && bytes.size() >= expected))
+            return bytes;
+    }
+}
+
+// Text that is all ASCII means the same in the code pages that documents use most.
+bool IsPlain(UINT code_page, std::string_view bytes)
+{
+    return (code_page == CP_ACP || code_page == utf8) &&
+           std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+std::wstring Decoded(std::string_view bytes, UINT code_page)
+{
+    if (code_page == utf16_little || code_page == utf16_big)
+        return vh::UnitsOfUtf16<wchar_t>(std::as_bytes(std::span(bytes)), code_page == utf16_big);
+    if (bytes.empty() || IsPlain(code_page, bytes))
+        return std::wstring(bytes.begin(), bytes.end());
+    const int count = static_cast<int>(bytes.size());
+    const int units = MultiByteToWideChar(code_page, 0, bytes.data(), count, nullptr, 0);
+    if (units <= 0)
+        throw vh::win32_exception(GetLastError());
+    std::wstring text(static_cast<std::size_t>(units), L'\0');
+    MultiByteToWideChar(code_page, 0, bytes.data(), count, text.data(), units);
+    return text;
+}
+
+std::string Encoded(std::wstring_view text, UINT code_page)
+{
+    if (code_page == utf16_little || code_page == utf16_big) {
+        std::string bytes(text.size() * 2, '\0');
+        const int low = code_page == utf16_big;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            bytes[2 * i + static_cast<std::size_t>(low)] = static_cast<char>(text[i] & 0xFF);
+            bytes[2 * i + static_cast<std::size_t>(1 - low)] = static_cast<char>(text[i] >> 8);
+        }
+        return bytes;
+    }
+    if (text.empty())
+        return {};
+    if (text.size() > INT_MAX)
+        throw vh::win32_exception(ERROR_FILE_TOO_LARGE);
+    const int count = static_cast<int>(text.size());
+    const int room = WideCharToMultiByte(code_page, 0, text.data(), count, nullptr, 0, nullptr, nullptr);
+    if (room <= 0)
+        throw vh::win32_exception(GetLastError());
+    std::string bytes(static_cast<std::size_t>(room), '\0');
+    WideCharToMultiByte(code_page, 0, text.data(), count, bytes.data(), room, nullptr, nullptr);
+    return bytes;
+}
+
+// Each missing folder above the file; a failure shows when the file is made.
+void MakeFolderOf(std::wstring_view path)
+{
+    std::vector<stringx> missing;
+    for (std::size_t end = path.find_last_of(L"\\/"); end != path.npos && end > 0;
+         end = path.find_last_of(L"\\/", end - 1)) {
+        stringx folder(path.substr(0, end));
+        if (GetFileAttributesW(folder.c_str()) != INVALID_FILE_ATTRIBUTES)
+            break;
+        missing.push_back(std::move(folder));
+    }
+    for (; !missing.empty(); missing.pop_back())
+        CreateDirectoryW(missing.back().c_str(), nullptr);
+}
+
+// A new file beside the old one, which takes its place only when it is complete.
+void PutFile(const stringx& path, std::string_view mark_bytes, std::string_view bytes)
+{
+    stringx native = path;
+    std::replace(native.data(), native.data() + native.size(), L'/', L'\\');
+    const stringx temporary = vh::make_temp_name(native);
+    try {
+        vh::file file;
+        if (const DWORD error =
+                file.open(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, CREATE_ALWAYS))
+            throw vh::win32_exception(error);
+        for (std::string_view rest : {mark_bytes, bytes})
+            while (!rest.empty()) {
+                const auto wanted = static_cast<DWORD>(std::min<std::size_t>(rest.size(), 1 << 20));
+                const DWORD count = file.write_bytes(rest.data(), wanted);
+                if (count == 0)
+                    throw vh::win32_exception(ERROR_DISK_FULL);
+                rest.remove_prefix(count);
+            }
+        file.close();
+        if (!MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+            throw vh::win32_exception(GetLastError());
+    } catch (const vh::win32_exception&) {
+        DeleteFileW(temporary.c_str());
+        throw;
+    }
+}
+
+} // namespace
+
+bool inifilex::load(text path, text separator, bool keep_bare_keys)
+{
+    const stringx wanted(path);
+    clear();
+    assign(wanted, separator);
+    m_keep_bare_keys = keep_bare_keys;
+    m_last_error = NO_ERROR;
+    try {
+        return parse(read_text());
+    } catch (const vh::win32_exception& failure) {
+        m_last_error = failure.code();
+        return false;
+    }
+}
+
+std::wstring inifilex::read_text()
+{
+    vh::file file;
+    if (const DWORD error =
+            file.open(m_path.c_str(), GENERIC_READ, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
+        throw vh::win32_exception(error);
+    const bool marked = file.has_byte_order_mark();
+    // A mark says more than what was asked for.
+    const UINT code_page = marked || m_code_page == no_code_page ? file.code_page() : m_code_page;
+    const std::string bytes = ReadAll(file);
+    std::wstring content = Decoded(std::string_view(bytes).substr(marked ? MarkOf(code_page).size() : 0), code_page);
+    m_code_page = code_page;
+    m_byte_order_mark = marked;
+    return content;
+}
+
+bool inifilex::parse(text content)
+{
+    vh::ini_reader<wchar_t> reader(content, m_separator);
+    uint32_t current = 0;
+    for (;;) {
+        switch (reader.next()) {
+        case vh::ini_line::end:
+            m_dirty = false;
+            return true;
+        case vh::ini_line::section:
+            current = insert(reader.name());
+            break;
+        case vh::ini_line::entry: {
+            inifilesectionx& owner = at(current);
+            const uint32_t before = owner.size();
+            const uint32_t position = owner.insert(reader.name());
+            // The first of several keeps its value.
+            if (position == before)
+                owner.at(position).value = reader.value();
+            break;
+        }
+        case vh::ini_line::broken:
+            m_last_error = ERROR_INVALID_DATA;
+            return false;
+        }
+    }
+}
+
+bool inifilex::save(uint32_t flags, uint32_t code_page, bool mark) { return save_as(m_path, flags, code_page, mark); }
+
+bool inifilex::save_as(text path, uint32_t flags, uint32_t code_page, bool mark)
+{
+    if (flags & inifile_skip_empty && empty())
+        return true;
+    m_saving = true;
+    if (flags & inifile_set_encoding) {
+        m_code_page = code_page;
+        m_byte_order_mark = mark;
+    }
+    if (flags & inifile_sort)
+        sort_sections();
+    bool done = false;
+    if (!path.empty()) {
+        const stringx target(path);
+        m_path = target;
+        MakeFolderOf(target);
+        const UINT used = m_code_page == no_code_page ? CP_ACP : m_code_page;
+        try {
+            PutFile(target, m_byte_order_mark ? MarkOf(used) : std::string_view(), Encoded(made_text(), used));
+            m_last_error = NO_ERROR;
+            m_dirty = false;
+            done = true;
+        } catch (const vh::win32_exception& failure) {
+            m_last_error = failure.code();
+            m_error_path = target;
+        }
+    }
+    m_saving = false;
+    return done;
+}
+
+std::wstring inifilex::made_text() const
+{
+    std::wstring made;
+    const auto add = [&](auto... pieces) { ((made += text(pieces)), ...); };
+    for (const auto& [name, section] : *this) {
+        add(made.empty() ? L"" : L"\r\n", L"[", name.view(), L"]\r\n");
+        for (const auto& [key, entry] : section) {
+            add(key.view());
+            if (!m_keep_bare_keys || !entry.value.empty())
+                add(m_separator.view(), entry.value.view());
+            add(L"\r\n");
+        }
+    }
+    return made;
+}

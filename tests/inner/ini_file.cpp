@@ -1,0 +1,312 @@
+// INI documents: what is read, kept, changed and written back.
+#include <algorithm>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include "../../files/ini_file.h"
+#include "../../scriptdata/unique.h"
+#include "../support/temp_folder.h"
+
+using vh::test::TempFolder;
+
+namespace {
+
+std::string BytesOf(const std::wstring& path)
+{
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::wstring Joined(const inifilex::names& names)
+{
+    std::wstring all;
+    for (const stringx& name : names)
+        all += (all.empty() ? L"" : L"|") + std::wstring(name.view());
+    return all;
+}
+
+std::wstring Sections(const inifilex& document)
+{
+    inifilex::names names;
+    document.get_section_names(names);
+    return Joined(names);
+}
+
+std::wstring Keys(const inifilex& document, std::wstring_view section)
+{
+    inifilex::names names;
+    document.get_entry_names(section, names);
+    return Joined(names);
+}
+
+struct Loaded {
+    explicit Loaded(std::string_view bytes, std::wstring_view separator = L"=", bool keep_bare_keys = false)
+        : path(folder.Write(L"t.ini", bytes))
+    {
+        read = document.load(path, separator, keep_bare_keys);
+    }
+    std::string Saved(uint32_t flags = 0, uint32_t code_page = 0, bool mark = false)
+    {
+        EXPECT_TRUE(document.save(flags, code_page, mark)) << document.get_last_error();
+        return BytesOf(path);
+    }
+
+    TempFolder folder;
+    std::wstring path;
+    inifilex document;
+    bool read;
+};
+
+TEST(IniFile, ComesBackAsItsRulesSay)
+{
+    const struct {
+        const char* given;
+        const wchar_t* separator;
+        bool keep_bare_keys;
+        const char* saved;
+    } cases[] = {
+        {"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
+        {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
+        {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
+        {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
+        {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
+        // Only one unit of a longer separator is stepped over, so the rest doubles.
+        {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
+        {"", L"=", false, ""},
+    };
+    for (const auto& one : cases) {
+        Loaded file(one.given, one.separator, one.keep_bare_keys);
+        EXPECT_TRUE(file.read);
+        EXPECT_FALSE(file.document.is_dirty());
+        EXPECT_EQ(file.Saved(), one.saved) << one.given;
+    }
+}
+
+TEST(IniFile, KeepsItsEncoding)
+{
+    using namespace std::string_literals;
+    const struct {
+        std::string bytes;
+        bool marked;
+    } cases[] = {
+        {"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
+        {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
+        {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
+        {"[a]\r\nk=v\r\n"s, false},
+    };
+    for (const auto& one : cases) {
+        Loaded file(one.bytes);
+        EXPECT_TRUE(file.read);
+        EXPECT_EQ(Keys(file.document, file.document.key_at(0)), L"k");
+        EXPECT_EQ(file.Saved(), one.bytes);
+        EXPECT_EQ(file.Saved(inifile_set_encoding, 65001, false).substr(0, 1), "[");
+    }
+    // A code page that was set reads what has no mark, but not what has one.
+    TempFolder folder;
+    inifilex document;
+    document.set_code_page(1252);
+    ASSERT_TRUE(document.load(folder.Write(L"a.ini", "[s]\nk=\x80"), L"=", false));
+    EXPECT_EQ(document.get_string(L"s", L"k", L"").view(), L"\u20AC");
+    ASSERT_TRUE(document.load(folder.Write(L"b.ini", "\xEF\xBB\xBF[s]\nk=\xE2\x82\xAC"), L"=", false));
+    EXPECT_EQ(document.get_string(L"s", L"k", L"").view(), L"\u20AC");
+}
+
+TEST(IniFile, EndsItsLoadAtABadLine)
+{
+    Loaded file("[a]\nx=1\n[b\ny=2");
+    EXPECT_FALSE(file.read);
+    EXPECT_EQ(file.document.get_last_error(), ERROR_INVALID_DATA + 0u);
+    EXPECT_EQ(Sections(file.document), L"a");
+    EXPECT_FALSE(file.document.load(file.folder / L"missing", L"=", false));
+    EXPECT_EQ(file.document.get_last_error(), ERROR_FILE_NOT_FOUND + 0u);
+    EXPECT_TRUE(file.document.empty());
+}
+
+TEST(IniFile, ReadsNumbersAndTruths)
+{
+    Loaded file("[s]\na=0x1F\nb=0X1F\nc=12x\nd= -7\ne=\nf=x\ng=0xFFFFFFFF\ny1=yes\ny2=Y\ny3=TRUE\ny4=1\nn=no way");
+    const inifilex& document = file.document;
+    const struct {
+        const wchar_t* key;
+        int32_t number;
+    } numbers[] = {{L"a", 31}, {L"b", 0}, {L"c", 12}, {L"d", -7}, {L"e", 99}, {L"f", 0}, {L"g", -1}, {L"none", 99}};
+    for (const auto& one : numbers)
+        EXPECT_EQ(document.get_number(L"S", one.key, 99), one.number) << one.key;
+    for (const wchar_t* key : {L"y1", L"y2", L"y3", L"y4"})
+        EXPECT_TRUE(document.get_boolean(L"s", key, false)) << key;
+    EXPECT_FALSE(document.get_boolean(L"s", L"n", true));
+    EXPECT_TRUE(document.get_boolean(L"s", L"e", true));
+    EXPECT_TRUE(document.get_boolean(L"none", L"e", true));
+    EXPECT_EQ(document.get_string(L"s", L"e", L"fallback").view(), L"");
+    EXPECT_EQ(Sections(document), L"s") << "asking makes nothing";
+}
+
+TEST(IniFile, GivesNumberedValues)
+{
+    const struct {
+        const char* text;
+        const wchar_t* format;
+        const wchar_t* values;
+    } cases[] = {
+        {"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},   {"[s]\nk0=a\nk2=b", L"k%d", L"a"}, {"[s]\nk2=b", L"k%d", L""},
+        {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"}, {"[t]\nk0=a", L"k%d", L""},
+    };
+    for (const auto& one : cases) {
+        Loaded file(one.text);
+        inifilex::names values;
+        file.document.get_numbered_values(L"s", values, one.format);
+        EXPECT_EQ(Joined(values), one.values) << one.text;
+    }
+    Loaded same("[s]\nk=a\nl=b");
+    inifilex::names values;
+    same.document.get_numbered_values(L"s", values, L"k");
+    EXPECT_LE(values.size(), 3u) << "a format without a number must end";
+}
+
+TEST(IniFile, RenamesMovesRemovesAndSorts)
+{
+    Loaded file("[p1]\nc=1\nB=2\na=3\n[q]\n[P2]\n[r1]");
+    inifilex& document = file.document;
+    EXPECT_TRUE(document.rename_section(L"nowhere", L"nowhere"));
+    EXPECT_FALSE(document.rename_section(L"q", L"R1"));
+    EXPECT_FALSE(document.rename_section(L"z", L"new"));
+    EXPECT_FALSE(document.is_dirty());
+    EXPECT_FALSE(document.move_entry(L"p1", L"c", L"zz"));
+    EXPECT_TRUE(document.is_dirty());
+    EXPECT_TRUE(document.move_entry(L"p1", L"C", L"b"));
+    EXPECT_EQ(Keys(document, L"p1"), L"B|c|a");
+    EXPECT_TRUE(document.move_entry(L"p1", L"a", L"b"));
+    EXPECT_EQ(Keys(document, L"p1"), L"B|a|c");
+    EXPECT_EQ(document.get_string(L"p1", L"A", L"").view(), L"3");
+    EXPECT_TRUE(document.rename_entry(L"p1", L"b", L"zeta"));
+    EXPECT_FALSE(document.rename_entry(L"p1", L"a", L"C"));
+    document.sort_entries_of(L"p1");
+    EXPECT_EQ(Keys(document, L"p1"), L"a|c|zeta");
+    EXPECT_EQ(document.get_string(L"p1", L"zeta", L"").view(), L"2");
+    // "p1" gives way to the "r1" that is there.
+    document.rename_sections(L"p", L"r");
+    EXPECT_EQ(Sections(document), L"p1|q|r2|r1");
+    document.sort_sections();
+    EXPECT_EQ(Sections(document), L"p1|q|r1|r2");
+    inifilex::names found;
+    EXPECT_EQ(document.find_sections(found, L"R"), 2u);
+    document.set_dirty(false);
+    document.remove_sections(L"R");
+    EXPECT_TRUE(document.is_dirty());
+    EXPECT_EQ(Sections(document), L"p1|q");
+    EXPECT_TRUE(document.has_section(L"Q"));
+    EXPECT_TRUE(document.clear_section(L"p1"));
+    EXPECT_TRUE(document.has_section(L"p1"));
+    EXPECT_FALSE(document.remove_entry(L"p1", L"a"));
+    EXPECT_TRUE(document.remove_section(L"p1"));
+    EXPECT_FALSE(document.remove_section(L"p1"));
+    document.set_dirty(false);
+    document.clear();
+    EXPECT_FALSE(document.is_dirty());
+}
+
+TEST(IniFile, TakesSectionsOfOthers)
+{
+    Loaded first("[s]\nk=old\n");
+    Loaded second("[s]\nk=new\nl=more\n[t]\nx=1");
+    first.document.merge_file(second.document, L"my", L"%s.%s");
+    EXPECT_EQ(Sections(first.document), L"s|my.s|my.t");
+    first.document.set_section(L"S", *second.document.find(L"s"));
+    EXPECT_EQ(first.Saved(), "[s]\r\nk=new\r\nl=more\r\n\r\n[my.s]\r\nk=new\r\nl=more\r\n\r\n[my.t]\r\nx=1\r\n");
+    first.document.set_number(L"n", L"v", -5);
+    first.document.set_boolean(L"n", L"b", true);
+    EXPECT_EQ(first.document.get_string(L"n", L"v", L"").view(), L"-5");
+    EXPECT_EQ(first.document.get_string(L"n", L"b", L"").view(), L"Yes");
+}
+
+TEST(IniFile, FindsEachNameAfterAnyChange)
+{
+    // A plain list with the same operations is the measure.
+    std::mt19937 random(29);
+    vh::vector_map_i<int, stringxi> map;
+    std::vector<std::pair<std::wstring, int>> plain;
+    const auto place = [&](const std::wstring& key) {
+        return std::ranges::find(plain, key, &std::pair<std::wstring, int>::first);
+    };
+    for (int round = 0; round < 20000; ++round) {
+        const std::wstring key = L"Key" + std::to_wstring(random() % 60);
+        std::wstring asked = key;
+        if (random() % 2)
+            asked[0] = L'k';
+        const auto here = place(key);
+        switch (random() % 6) {
+        case 0:
+        case 1:
+            map.insert(asked == key ? asked : key, round);
+            if (here == plain.end())
+                plain.emplace_back(key, round);
+            break;
+        case 2:
+            if (here != plain.end()) {
+                map.erase_at(map.position_of(asked));
+                plain.erase(here);
+            }
+            break;
+        case 3: {
+            const std::wstring other = L"Key" + std::to_wstring(random() % 60);
+            if (here != plain.end() && place(other) == plain.end()) {
+                map.rename_at(map.position_of(asked), other);
+                here->first = other;
+            }
+            break;
+        }
+        case 4:
+            if (round % 50 == 0) {
+                map.sort();
+                std::ranges::sort(plain);
+            }
+            break;
+        default:
+            break;
+        }
+        ASSERT_EQ(map.size(), plain.size());
+        for (uint32_t i = 0; i < map.size(); ++i)
+            ASSERT_EQ(map.position_of(plain[i].first), i) << round;
+    }
+}
+
+TEST(IniFile, SavesAsTheFlagsSay)
+{
+    Loaded file("[b]\ny=1\nx=2\n[a]\n");
+    EXPECT_EQ(file.Saved(inifile_sort), "[a]\r\n\r\n[b]\r\ny=1\r\nx=2\r\n");
+    inifilex empty;
+    EXPECT_TRUE(empty.save_as(file.path, inifile_skip_empty, 0, false));
+    EXPECT_FALSE(BytesOf(file.path).empty());
+    EXPECT_TRUE(empty.save_as(file.path, 0, 0, false));
+    EXPECT_TRUE(BytesOf(file.path).empty());
+    EXPECT_FALSE(empty.save_as(L"", 0, 0, false));
+    const std::wstring deep = file.folder / L"one\\two/three.ini";
+    EXPECT_TRUE(file.document.save_as(deep, 0, 0, false));
+    EXPECT_FALSE(BytesOf(deep).empty());
+    EXPECT_EQ(file.document.get_path().view(), deep);
+}
+
+TEST(IniFile, LeavesTheOldFileWhenASaveFails)
+{
+    Loaded file("[a]\nx=1\n");
+    const std::string old = BytesOf(file.path);
+    file.document.set_string(L"a", L"x", L"2");
+    const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(file.folder.path()), {}); };
+    {
+        const vh::unique_file lock(CreateFileW(file.path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                               FILE_ATTRIBUTE_NORMAL, nullptr));
+        EXPECT_FALSE(file.document.save(0, 0, false));
+        EXPECT_NE(file.document.get_last_error(), 0u);
+        EXPECT_EQ(file.document.get_error_path().view(), file.path);
+        EXPECT_TRUE(file.document.is_dirty());
+        EXPECT_EQ(entries(), 1) << "the half-made file is gone";
+    }
+    EXPECT_FALSE(file.document.save(inifile_set_encoding, 54321, false)) << "no such code page";
+    EXPECT_EQ(BytesOf(file.path), old);
+    EXPECT_EQ(entries(), 1);
+    EXPECT_TRUE(file.document.save(inifile_set_encoding, 0, false));
+    EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=2\r\n");
+}
+
+} // namespace
