@@ -44,6 +44,7 @@ const stringx* inifilex::find_value(text section, text key) const
 void inifilex::set_section(text name, const inifilesectionx& section)
 {
     // A copy, in case it is a section of this document, which may move when one is created.
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const inifilesectionx given = section;
     this->section(name);
     for (const auto& [key, entry] : given)
@@ -54,6 +55,7 @@ void inifilex::merge_file(const inifilex& other, text prefix, text format)
 {
     const stringx prefix_text(prefix);
     if (&other == this) {
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the walk would meet what it adds.
         const inifilex copy = other;
         merge_file(copy, prefix, format);
         return;
