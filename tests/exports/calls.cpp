@@ -79,6 +79,7 @@ TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
 }
 
 // A process that waits until it is ended: the system's command processor under a name of the test's own.
+// It has no console, which would be a process below it.
 class WaitingProcess {
 public:
     WaitingProcess(const TempFolder& folder, const std::wstring& name)
@@ -101,7 +102,7 @@ public:
         start.hStdInput = read;
         PROCESS_INFORMATION made{};
         std::wstring command = L"\"" + path + L"\" /k";
-        EXPECT_TRUE(CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
+        EXPECT_TRUE(CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, TRUE, DETACHED_PROCESS, nullptr,
                                    nullptr, &start, &made));
         m_process = unique_handle(made.hProcess);
         const unique_handle thread(made.hThread);
