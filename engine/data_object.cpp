@@ -150,7 +150,7 @@ HRESULT DataObject::CreateRegistrySet(BSTR name, ISetupLog* log)
 HRESULT DataObject::CreateShellObjects(ISetupLog* log)
 {
     return Call("ISetupData.CreateShellObjects")([&] {
-        RecordShellObjects(core(), product(), log ? core().log.get() : nullptr);
+        MakeShellObjects(core(), product(), log ? core().log.get() : nullptr);
         return S_OK;
     });
 }

@@ -71,7 +71,7 @@ void TakeOver(Core& core)
 void RemoveBackups(const InstallLog& log, long run)
 {
     for (const LogRecord& record : log.Records())
-        if (record.run == run && record.kind == LogKind::file && !record.backup.empty() && !log.Undone(record))
+        if (record.run == run && IsFile(record.kind) && !record.backup.empty() && !log.Undone(record))
             RemoveFile(record.backup);
 }
 

@@ -64,9 +64,9 @@ void Rename(const std::wstring& from, const std::wstring& to, const std::wstring
         ThrowFileError(about, doing, GetLastError());
 }
 
-bool IsOurs(const Core& core, const std::wstring& target, const FileFacts& facts)
+bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
 {
-    const LogRecord* record = core.log->Newest(LogKind::file, target);
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
     return record && record->size == facts.size && record->time == facts.time;
 }
 
@@ -91,7 +91,7 @@ Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there
         return Written::stays;
     if (!(file.flags & file_always_overwrite) && IsNewer(file.target, file))
         return Written::newer_stays;
-    if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !IsOurs(core, file.target, there))
+    if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !IsOurs(core, file, there))
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), file.target, L"the file is read-only");
     return Written::written;
 }
@@ -121,7 +121,7 @@ Written WriteFileSafely(Core& core, const FileToWrite& file, bool logged, const 
     });
 
     LogRecord record;
-    record.kind = LogKind::file;
+    record.kind = file.kind;
     record.what = file.target;
     record.feature = file.feature;
     record.source = file.source;

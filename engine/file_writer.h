@@ -16,6 +16,7 @@ struct FileToWrite {
     std::wstring version;
     std::wstring feature;
     unsigned flags = 0;
+    LogKind kind = LogKind::file;
 };
 
 enum class Written { written, same, newer_stays, stays };

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "registry_access.h"
+#include "shell_service.h"
 
 namespace vh::engine {
 
@@ -70,17 +71,19 @@ void ApplyRegistrySets(Core& core, const Product& product, std::wstring_view nam
         throw engine_error(E_INVALIDARG, std::wstring(name), L"there is no such registry set");
 }
 
-void RecordShellObjects(Core& core, const Product& product, InstallLog* log)
+void MakeShellObjects(Core& core, const Product& product, InstallLog* log)
 {
     for (const ShellObject& object : product.shellObjects) {
-        if (!IsWanted(product, object.feature) || !log)
+        if (!IsWanted(product, object.feature))
             continue;
-        LogRecord record;
-        record.kind = LogKind::shell;
-        record.what = JoinPath(object.folder, core.DisplayText(object.name));
-        record.source = core.Substitute(object.target);
-        record.feature = object.feature;
-        log->Append(std::move(record));
+        ShellLink link;
+        link.target = core.Substitute(object.target);
+        link.arguments = core.Substitute(object.arguments);
+        link.workingDir = core.Substitute(object.workingDir);
+        link.iconFile = core.Substitute(object.icon.empty() ? object.target : object.icon);
+        link.iconIndex = object.iconIndex;
+        SaveShortcut(core, link, ShortcutPath(core, JoinPath(object.folder, core.DisplayText(object.name))),
+                     object.feature, log);
     }
 }
 

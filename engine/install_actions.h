@@ -8,7 +8,7 @@ namespace vh::engine {
 // Writes the sets of that name, or all for an empty name, as far as their features are selected. Throws
 // engine_error when there is no such set or a value can't be written.
 void ApplyRegistrySets(Core& core, const Product& product, std::wstring_view name, InstallLog* log);
-// Notes the shell objects of selected features in the log.
-void RecordShellObjects(Core& core, const Product& product, InstallLog* log);
+// Makes the shortcuts of selected features.
+void MakeShellObjects(Core& core, const Product& product, InstallLog* log);
 
 } // namespace vh::engine

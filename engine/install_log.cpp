@@ -49,7 +49,7 @@ std::string ToLine(const LogRecord& record)
     for (const TextField& field : text_fields)
         if (!(record.*field.field).empty())
             line[field.key] = ToUtf8(record.*field.field);
-    if (record.kind == LogKind::file) {
+    if (IsFile(record.kind)) {
         line["size"] = record.size;
         line["time"] = record.time;
     }
@@ -242,7 +242,7 @@ std::wstring InstallLog::Line(const LogRecord& record)
         line += L" " + record.what;
     if (!record.name.empty())
         line += L" [" + record.name + L"]";
-    if (record.kind == LogKind::file)
+    if (IsFile(record.kind))
         line += L" (" + Number(static_cast<int64_t>(record.size)) + L" bytes)";
     if (!record.feature.empty())
         line += L" of " + record.feature;

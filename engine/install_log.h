@@ -19,16 +19,19 @@ enum class LogKind {
     key,      // a registry key was made
     value,    // a registry value was written; `old` is what it was
     set,      // a registry set was applied
-    shell,    // a shell object
+    shell,    // a shortcut, written like a file
     texts,    // saved targets: `texts`
     undone,   // the record `ref` was undone
 };
+
+// Kinds that stand for a file on the machine.
+constexpr bool IsFile(LogKind kind) { return kind == LogKind::file || kind == LogKind::shell; }
 
 struct LogRecord {
     LogKind kind = LogKind::run;
     long id = 0;
     long run = 0;
-    // Path of a file or folder; root\key of the registry; name of a set, a shell object or saved texts.
+    // Path of a file, shortcut or folder; root\key of the registry; name of a set or saved texts.
     std::wstring what;
     std::wstring feature;
     std::wstring source;

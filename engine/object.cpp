@@ -36,6 +36,7 @@ const InterfaceName interface_names[] = {
     VH_NAME(ISetupMsiStringTable),
     VH_NAME(ISetupFileOps),
     VH_NAME(ISetupShell),
+    VH_NAME(ISetupShortcutProperties),
     VH_NAME(ISetupData),
     VH_NAME(ISetupDataEx),
     VH_NAME(ISetupDataModes),

@@ -34,7 +34,7 @@ Removal UndoFile(const LogRecord& record, Undo how, bool superseded)
         RemoveFile(record.backup);
     const FileFacts facts = FactsOf(record.what);
     const auto result = [&](RemovalOutcome outcome, std::wstring reason = {}) {
-        return Result(outcome, L"file", record.what, std::move(reason));
+        return Result(outcome, record.kind == LogKind::shell ? L"shell" : L"file", record.what, std::move(reason));
     };
     if (!facts.exists())
         return result(PutBackupBack(record) ? RemovalOutcome::restored : RemovalOutcome::absent);
@@ -110,6 +110,7 @@ Removal UndoOne(const LogRecord& record, Undo how, bool superseded)
     try {
         switch (record.kind) {
         case LogKind::file:
+        case LogKind::shell:
             return UndoFile(record, how, superseded);
         case LogKind::folder:
             return UndoFolder(record);
@@ -118,7 +119,7 @@ Removal UndoOne(const LogRecord& record, Undo how, bool superseded)
         case LogKind::key:
             return UndoKey(record);
         default:
-            return Result(RemovalOutcome::removed, L"shell", record.what);
+            return Result(RemovalOutcome::absent, L"", record.what);
         }
     } catch (const engine_error& error) {
         return Result(RemovalOutcome::failed, L"", record.what, error.message().reason);

@@ -8,6 +8,7 @@
 #include "log_object.h"
 #include "progress.h"
 #include "registry_object.h"
+#include "shell_service.h"
 #include "small_services.h"
 #include "text_store.h"
 
@@ -56,6 +57,7 @@ const Service services[] = {
     Plain<ISetupStrings, StringsObject>(),
     Plain<ISetupInfo, FactsObject>(),
     Plain<ISetupRegistry, RegistryObject>(),
+    Plain<ISetupShell, ShellService>(),
     Plain<ISetupUser, UserObject>(),
     Plain<ISetupLog, LogObject>(),
     Plain<ISetupLogDB, LogDatabase>(),

@@ -1,3 +1,4 @@
+#include "../../engine/shell_link.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -180,22 +181,50 @@ TEST(Maintenance, CanForgetTheLogAndSelectWhatIsNew)
     EXPECT_TRUE(Exists(folder.Target(L"a.bin")));
 }
 
-TEST(ShellObjects, AreRecordedForSelectedFeatures)
+TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
 {
     SetupFolder folder;
     folder.Product(R"("features": [{"name": "On"}, {"name": "Off", "selected": false}], "shellObjects": [
-        {"name": "Start <PRODUCT_NAME>", "folder": "Menu", "target": "<TARGETDIR>\\p.exe"},
+        {"name": "Start <PRODUCT_NAME>", "folder": "Menu", "target": "<TARGETDIR>\\p.exe", "arguments": "/a"},
         {"name": "Hidden", "target": "<TARGETDIR>\\h.exe", "feature": "Off"}])");
-    const auto engine = folder.Open();
+    Options options = folder.Given();
+    const std::wstring programs = folder.Root() + L"\\programs";
+    options.variables.emplace_back(L"PROGRAMS", programs);
+    const auto engine = Engine::Open(options);
     ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()));
-    std::wstring lines;
-    for (const std::wstring& line : engine->LogLines())
-        lines += line + L"\n";
-    EXPECT_NE(std::wstring::npos, lines.find(L"shell Menu\\Start Probe")) << ToUtf8(lines);
-    EXPECT_EQ(std::wstring::npos, lines.find(L"Hidden"));
+    EXPECT_EQ((std::vector<std::wstring>{L"Menu", L"Menu\\Start Probe.lnk"}), Tree(programs));
+    const ShellLink link = ReadShellLink(programs + L"\\Menu\\Start Probe.lnk");
+    EXPECT_EQ(folder.Target(L"p.exe"), link.target);
+    EXPECT_EQ(L"/a", link.arguments);
+    EXPECT_TRUE(engine->Installed().empty()) << "a shortcut is no file of the payload";
     const auto undone = engine->Rollback();
-    ASSERT_EQ(1u, undone.size());
+    ASSERT_FALSE(undone.empty());
     EXPECT_EQ(L"shell", undone.front().kind);
+    EXPECT_EQ(RemovalOutcome::removed, undone.front().outcome);
+    EXPECT_FALSE(Exists(programs));
+}
+
+TEST(ShellLinks, SpellTheirKeysInOneWay)
+{
+    const struct {
+        const wchar_t* given;
+        WORD key;
+        const wchar_t* spelled;
+    } keys[] = {
+        {L"", 0, L"None"},
+        {L"none", 0, L"None"},
+        {L"alt+CTRL+f5", 0x0674, L"Ctrl+Alt+F5"},
+        {L"Shift+A", 0x0141, L"Shift+A"},
+        {L"9", 0x0039, L"9"},
+        {L"F24", 0x0087, L"F24"},
+        {L"Ctrl+PgUp", 0x0221, L"Ctrl+PgUp"},
+    };
+    for (const auto& one : keys) {
+        EXPECT_EQ(one.key, HotKeyOf(one.given)) << ToUtf8(one.given);
+        EXPECT_EQ(one.spelled, HotKeyText(one.key));
+    }
+    for (const wchar_t* bad : {L"F25", L"Ctrl", L"Ctrl+", L"A+Ctrl", L"A+B", L"Nothing", L"+"})
+        EXPECT_THROW(HotKeyOf(bad), engine_error) << ToUtf8(bad);
 }
 
 TEST(Host, CountsItsObjectsAndAnswersThePhases)

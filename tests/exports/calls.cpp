@@ -1,4 +1,6 @@
 // Calls out of the script: foreign functions, and processes of the test's own.
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include <windows.h>
@@ -78,31 +80,31 @@ TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
     EXPECT_EQ(text.substr(begin, text.find("VHSetupInit", begin) - begin), expected);
 }
 
-// A process that waits until it is ended: the system's command processor under a name of the test's own.
+// A process that never begins to run: the system's command processor under a name of the test's own, below a
+// process that the test chooses.
 class WaitingProcess {
 public:
-    WaitingProcess(const TempFolder& folder, const std::wstring& name)
+    WaitingProcess(const TempFolder& folder, const std::wstring& name, HANDLE parent = GetCurrentProcess())
     {
         wchar_t system[MAX_PATH];
         GetSystemDirectoryW(system, MAX_PATH);
         const std::wstring path = folder / name;
         CopyFileW((std::wstring(system) + L"\\cmd.exe").c_str(), path.c_str(), FALSE);
-        // Reads from a pipe into which nobody writes.
-        SECURITY_ATTRIBUTES inherited{sizeof(inherited), nullptr, TRUE};
-        HANDLE read = nullptr;
-        HANDLE write = nullptr;
-        CreatePipe(&read, &write, &inherited, 0);
-        m_input = unique_handle(read);
-        m_writer = unique_handle(write);
-        SetHandleInformation(write, HANDLE_FLAG_INHERIT, 0);
-        STARTUPINFOW start{};
-        start.cb = sizeof(start);
-        start.dwFlags = STARTF_USESTDHANDLES;
-        start.hStdInput = read;
+        SIZE_T size = 0;
+        InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
+        std::vector<char> space(size);
+        STARTUPINFOEXW start{};
+        start.StartupInfo.cb = sizeof(start);
+        start.lpAttributeList = reinterpret_cast<LPPROC_THREAD_ATTRIBUTE_LIST>(space.data());
+        EXPECT_TRUE(InitializeProcThreadAttributeList(start.lpAttributeList, 1, 0, &size));
+        EXPECT_TRUE(UpdateProcThreadAttribute(start.lpAttributeList, 0, PROC_THREAD_ATTRIBUTE_PARENT_PROCESS, &parent,
+                                              sizeof(parent), nullptr, nullptr));
         PROCESS_INFORMATION made{};
-        std::wstring command = L"\"" + path + L"\" /k";
-        EXPECT_TRUE(CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, TRUE, CREATE_NO_WINDOW, nullptr,
-                                   nullptr, &start, &made));
+        std::wstring command = L"\"" + path + L"\"";
+        EXPECT_TRUE(CreateProcessW(path.c_str(), command.data(), nullptr, nullptr, FALSE,
+                                   CREATE_SUSPENDED | DETACHED_PROCESS | EXTENDED_STARTUPINFO_PRESENT, nullptr, nullptr,
+                                   &start.StartupInfo, &made));
+        DeleteProcThreadAttributeList(start.lpAttributeList);
         m_process = unique_handle(made.hProcess);
         const unique_handle thread(made.hThread);
         m_id = static_cast<int32_t>(made.dwProcessId);
@@ -127,37 +129,46 @@ public:
     }
 
 private:
-    unique_handle m_input;
-    unique_handle m_writer;
     unique_handle m_process;
     int32_t m_id = 0;
 };
 
+// The whole family is the test's own: Windows and Wine start helpers below a test program at any time.
 TEST(ChildSearch, FindsTheFirstChildAndOpensNoOther)
 {
     const TempFolder folder;
-    const auto self = static_cast<int32_t>(GetCurrentProcessId());
-    EXPECT_EQ(_GetRunningChildProcess(self), 0);
-    const WaitingProcess skipped(folder, L"vhrt pstores.exe");
-    EXPECT_EQ(_GetRunningChildProcess(self), 0);
-    const WaitingProcess child(folder, L"vhrt child.exe");
+    const WaitingProcess parent(folder, L"vhrt parent.exe");
+    EXPECT_EQ(_GetRunningChildProcess(parent.id()), 0);
+    const WaitingProcess skipped(folder, L"vhrt pstores.exe", parent.handle());
+    EXPECT_EQ(_GetRunningChildProcess(parent.id()), 0);
+    const WaitingProcess child(folder, L"vhrt child.exe", parent.handle());
     vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
     vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot");
-    EXPECT_EQ(_GetRunningChildProcess(self), child.id());
+    EXPECT_EQ(_GetRunningChildProcess(parent.id()), child.id());
     EXPECT_EQ(opened.calls(), 2) << "parent and child";
     EXPECT_EQ(snapshots.calls(), 1);
-    EXPECT_EQ(_GetRunningChildProcessEx(self, GetCurrentProcess()), child.id());
+    EXPECT_EQ(_GetRunningChildProcessEx(parent.id(), parent.handle()), child.id());
     EXPECT_EQ(opened.calls(), 3) << "the parent is open already";
     EXPECT_EQ(_GetRunningChildProcess(child.id()), 0);
     EXPECT_EQ(_GetRunningChildProcessEx2(child.id(), nullptr, 1), nullptr);
-    for (const int32_t descendants : {0, 1}) {
-        const unique_handle found(_GetRunningChildProcessEx2(self, nullptr, descendants));
-        ASSERT_TRUE(found);
-        EXPECT_EQ(static_cast<int32_t>(GetProcessId(found.get())), child.id());
-        DWORD flags = HANDLE_FLAG_INHERIT;
-        EXPECT_TRUE(GetHandleInformation(found.get(), &flags));
-        EXPECT_EQ(flags, 0u);
-    }
+    const unique_handle found(_GetRunningChildProcessEx2(parent.id(), nullptr, 0));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(static_cast<int32_t>(GetProcessId(found.get())), child.id());
+    DWORD flags = HANDLE_FLAG_INHERIT;
+    EXPECT_TRUE(GetHandleInformation(found.get(), &flags));
+    EXPECT_EQ(flags, 0u);
+}
+
+TEST(ChildSearch, GoesDeeperOnDemand)
+{
+    const TempFolder folder;
+    const WaitingProcess parent(folder, L"vhrt parent.exe");
+    const WaitingProcess between(folder, L"vhrt pstores.exe", parent.handle());
+    const WaitingProcess grandchild(folder, L"vhrt grandchild.exe", between.handle());
+    EXPECT_EQ(_GetRunningChildProcessEx2(parent.id(), nullptr, 0), nullptr);
+    const unique_handle found(_GetRunningChildProcessEx2(parent.id(), parent.handle(), 1));
+    ASSERT_TRUE(found);
+    EXPECT_EQ(static_cast<int32_t>(GetProcessId(found.get())), grandchild.id());
 }
 
 HANDLE WINAPI NoSnapshot(DWORD, DWORD)
@@ -188,7 +199,7 @@ TEST(KillProcesses, EndsThoseOfTheNamesAndNoOther)
     EXPECT_EQ(_KillProcesses(L"vhrt kill three.exe"), ERROR_NOT_SUPPORTED);
     EXPECT_EQ(_KillProcesses(L";"), 0) << "nothing to look for";
     EXPECT_TRUE(third.Runs());
-    EXPECT_EQ(_GetRunningChildProcess(static_cast<int32_t>(GetCurrentProcessId())), 0);
+    EXPECT_EQ(_GetRunningChildProcess(static_cast<int32_t>(GetCurrentProcessId())), 0) << "no list, no child";
 }
 
 } // namespace

@@ -1,0 +1,318 @@
+// Program folders and shortcuts: what reaches the engine's shell service, and the real files that it makes.
+#include <gtest/gtest.h>
+
+#include "../../engine/shell_link.h"
+#include "../support/bare_context.h"
+#include "../support/session.h"
+#include "../support/traced_library.h"
+
+using namespace vh;
+using vh::test::Session;
+
+namespace {
+
+// A session whose program folders lie in a folder of the test's own.
+class Folders : public testing::Test {
+protected:
+    Folders()
+    {
+        engine::test::MakeTree(m_folder);
+        programs = m_folder.Root() + L"\\programs";
+        session = std::make_unique<Session>(Given());
+    }
+    engine::Options Given() const
+    {
+        engine::Options options = m_folder.Given();
+        options.variables.emplace_back(L"PROGRAMS", programs);
+        options.silent = true;
+        return options;
+    }
+    int32_t Add(const wchar_t* item, const wchar_t* command, int32_t flags = 0) const
+    {
+        return AddIcon(*session, L"Group\\", item, command, L"C:\\work", L"", 0, L"", flags);
+    }
+    std::wstring File(const wchar_t* item) const { return programs + L"\\Group\\" + item + L".lnk"; }
+    const std::vector<std::wstring>& Lines() const { return session->calls().Lines(); }
+    bool Called(const std::wstring& line) const
+    {
+        return std::find(Lines().begin(), Lines().end(), line) != Lines().end();
+    }
+
+    std::wstring programs;
+    std::unique_ptr<Session> session;
+
+private:
+    engine::test::SetupFolder m_folder;
+};
+
+TEST_F(Folders, SplitCommandLines)
+{
+    const struct {
+        const wchar_t* line;
+        const wchar_t* target;
+        const wchar_t* arguments;
+    } cases[] = {
+        {L"C:\\a.exe", L"C:\\a.exe", L""},
+        {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
+        {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
+        {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
+        {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
+        {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
+        {L" a b", L"", L"a b"},
+        {L"\"\"a\"\" b", L"\"a\"", L"b"},
+        {L"\"", L"", L""},
+        {L"", L"", L""},
+    };
+    session->calls().FailCall(L"ISetupShortcut.SetWorkingDir", E_ABORT);
+    for (const auto& one : cases) {
+        session->calls().Reset();
+        session->calls().FailCall(L"ISetupShortcut.SetWorkingDir", E_ABORT);
+        EXPECT_EQ(Add(L"I", one.line), E_ABORT);
+        EXPECT_TRUE(Called(L"ISetupShortcut.SetTarget(\"" + std::wstring(one.target) + L"\")"));
+        EXPECT_TRUE(Called(L"ISetupShortcut.SetArguments(\"" + std::wstring(one.arguments) + L"\")"));
+    }
+}
+
+TEST_F(Folders, GetRealShortcuts)
+{
+    EXPECT_EQ(AddIcon(*session, L"Group\\", L"First", L"\"C:\\my app\\a.exe\" /x", L"C:\\work", L"C:\\i.ico", 3,
+                      L"Ctrl+Alt+F5", 0),
+              0);
+    const engine::ShellLink link = engine::ReadShellLink(File(L"First"));
+    EXPECT_EQ(link.target, L"C:\\my app\\a.exe");
+    EXPECT_EQ(link.arguments, L"/x");
+    EXPECT_EQ(link.workingDir, L"C:\\work");
+    EXPECT_EQ(link.iconFile, L"C:\\i.ico");
+    EXPECT_EQ(link.iconIndex, 3);
+    EXPECT_EQ(link.hotKey, L"Ctrl+Alt+F5");
+    EXPECT_EQ(AddIcon(*session, L"Group\\", L"First", L"x", L"", L"", 0, L"", 0), -1) << "it is there already";
+    EXPECT_EQ(engine::ReadShellLink(File(L"First")).arguments, L"/x");
+    EXPECT_EQ(Add(L"First", L"C:\\b.exe", IconReplace), 0);
+    EXPECT_EQ(engine::ReadShellLink(File(L"First")).target, L"C:\\b.exe");
+    EXPECT_EQ(engine::ReadShellLink(File(L"First")).iconFile, L"C:\\b.exe") << "an icon comes from the target";
+    EXPECT_TRUE(Called(L"ISetupShortcut.SetHotKey(\"None\")"));
+
+    wchar_t command[32] = L"", directory[1024], icon[1024], key[1024];
+    int32_t index = -7, flags = -7;
+    Add(L"Second", L"\"C:\\my app\\a.exe\" /x y");
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), 0);
+    EXPECT_STREQ(command, L"\"C:\\my app\\a.exe\" /x y");
+    EXPECT_STREQ(directory, L"C:\\work");
+    EXPECT_STREQ(icon, L"C:\\my app\\a.exe");
+    EXPECT_STREQ(key, L"None");
+    EXPECT_EQ(index, 0);
+    EXPECT_EQ(flags, IconNormal);
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 22, directory, icon, &index, key, &flags), 23);
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Third", command, 32, directory, icon, &index, key, &flags),
+              HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"", command, 32, directory, icon, &index, key, &flags), -1);
+}
+
+TEST_F(Folders, TakeFlagsInTheirOrder)
+{
+    const struct {
+        int32_t flags;
+        int command; // 0: none is set
+        const wchar_t* properties;
+    } cases[] = {
+        {0, 0, L""},       {1, 7, L""},       {4, 1, L""},        {5, 7, L""},
+        {9, 3, L""},       {8, 3, L""},       {13, 3, L""},       {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
+        {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "},
+    };
+    for (const auto& one : cases) {
+        session->calls().Reset();
+        EXPECT_EQ(Add(L"Flags", L"C:\\a.exe", one.flags | IconReplace), 0) << one.flags;
+        EXPECT_EQ(session->CallsOf(L"ISetupShortcut.SetShowCommand"), one.command ? 1 : 0) << one.flags;
+        if (one.command) {
+            EXPECT_TRUE(Called(L"ISetupShortcut.SetShowCommand(" + std::to_wstring(one.command) + L")")) << one.flags;
+        }
+        std::wstring set;
+        const std::wstring start = L"ISetupShortcutProperties.SetProperty(\"{9F4C2855-9F79-4B39-A8D0-E1D42DE1D5F3}, ";
+        for (std::wstring line : Lines()) {
+            if (!line.starts_with(start))
+                continue;
+            line = line.substr(start.size());
+            set += line.substr(0, line.find(L'"')) + L"=" + line.substr(line.find(L", \"") + 3);
+            set.replace(set.size() - 2, 2, L" ");
+        }
+        EXPECT_EQ(set, one.properties) << one.flags;
+    }
+    session->calls().FailCall(L"IUnknown.QueryInterface(ISetupShortcutProperties)", E_NOINTERFACE);
+    EXPECT_EQ(Add(L"Plain", L"C:\\a.exe", IconNoPin), 0) << "properties are no condition";
+}
+
+TEST_F(Folders, StopAtTheFirstFailingStep)
+{
+    for (const wchar_t* step : {L"IServiceProvider.QueryService(ISetupShell)", L"ISetupShell.ItemExists",
+                                L"ISetupShell.NewItem", L"ISetupShortcut.SetTarget", L"ISetupShortcut.SetArguments",
+                                L"ISetupShortcut.SetWorkingDir", L"ISetupShortcut.SetHotKey", L"ISetupShortcut.SetIcon",
+                                L"ISetupShortcut.SetShowCommand", L"ISetupShortcut.Save"}) {
+        session->calls().FailCall(step, E_ABORT);
+        EXPECT_EQ(Add(L"None", L"C:\\a.exe", IconNormal), E_ABORT);
+        EXPECT_EQ(ReplaceIcon(*session, L"Group\\", L"None", L"New", L"a", L"", L"", 0, L"", IconNormal), E_ABORT);
+        EXPECT_EQ(session->CallsOf(L"ISetupShortcut.Save"), std::wstring(step) == L"ISetupShortcut.Save" ? 2 : 0);
+        EXPECT_EQ(session->CallsOf(L"ISetupShell.RemoveItem"), 0);
+        session->calls().FailCall(step, S_OK);
+    }
+    EXPECT_EQ(AddIcon(*session, L"", L"I", L"a", L"", L"", 0, L"", 0), -1);
+    EXPECT_EQ(AddIcon(*session, L"F\\", nullptr, L"a", L"", L"", 0, L"", 0), -1);
+    EXPECT_EQ(AddIcon(*session, L"Group\\", L"Bad key", L"a", L"", L"", 0, L"Ctrl+Nothing", 0), E_INVALIDARG);
+    EXPECT_FALSE(engine::test::Exists(programs));
+}
+
+TEST_F(Folders, ReplaceShortcutsAlsoUnderANewName)
+{
+    const auto replace = [&](const wchar_t* item, const wchar_t* name, const wchar_t* command) {
+        return ReplaceIcon(*session, L"Group\\", item, name, command, L"", L"", 0, L"", IconNoPin);
+    };
+    EXPECT_EQ(replace(L"One", L"", L"C:\\1.exe"), 0) << "it need not be there";
+    EXPECT_EQ(replace(L"One", nullptr, L"C:\\2.exe"), 0);
+    EXPECT_EQ(engine::ReadShellLink(File(L"One")).target, L"C:\\2.exe");
+    EXPECT_EQ(replace(L"One", L"Two", L"C:\\3.exe"), 0);
+    EXPECT_FALSE(engine::test::Exists(File(L"One")));
+    EXPECT_EQ(engine::ReadShellLink(File(L"Two")).target, L"C:\\3.exe");
+    EXPECT_EQ(replace(L"Two", L"TWO", L"C:\\4.exe"), 0);
+    EXPECT_EQ(engine::ReadShellLink(File(L"Two")).target, L"C:\\4.exe");
+    EXPECT_EQ(session->CallsOf(L"ISetupShortcutProperties.SetProperty"), 0);
+}
+
+TEST_F(Folders, AreMadeListedAndRemoved)
+{
+    EXPECT_EQ(CreateFolder(*session, L"Group\\Sub\\"), 0);
+    EXPECT_EQ(CreateFolder(*session, L""), -1);
+    EXPECT_EQ(Add(L"B", L"C:\\b.exe"), 0);
+    EXPECT_EQ(Add(L"A", L"C:\\a.exe"), 0);
+    engine::test::WriteText(programs + L"\\Group\\readme.txt", "x");
+    const ListHandle items = _ListCreate(*session, ListTypeString);
+    const ListHandle folders = _ListCreate(*session, ListTypeString);
+    EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, folders), 0);
+    EXPECT_EQ(test::ListText(*session, items), L"A|B");
+    EXPECT_EQ(test::ListText(*session, folders), L"Sub");
+    EXPECT_EQ(EnumFoldersItems(*session, L"Group", 12345, folders), -1);
+    EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, 12345), -1);
+    EXPECT_EQ(EnumFoldersItems(*session, L"", items, folders), -1);
+    EXPECT_EQ(EnumFoldersItems(*session, L"Group\\Sub", 12345, 12345), 0) << "nothing to add";
+    EXPECT_EQ(EnumFoldersItems(*session, L"None", items, folders), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+
+    EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_DIR_NOT_EMPTY));
+    EXPECT_TRUE(engine::test::Exists(File(L"A"))) << "a folder that can't go keeps its shortcuts";
+    EXPECT_EQ(DeleteIcon(*session, L"Group\\A"), 0);
+    EXPECT_EQ(DeleteIcon(*session, L"Group\\A"), -1);
+    EXPECT_EQ(DeleteIcon(*session, L""), -1);
+    EXPECT_EQ(DeleteFolder(*session, L"Group\\Sub"), 0);
+    engine::RemoveFile(programs + L"\\Group\\readme.txt");
+    EXPECT_EQ(DeleteFolder(*session, L"Group"), 0);
+    EXPECT_FALSE(engine::test::Exists(programs + L"\\Group"));
+    EXPECT_EQ(ShowFolder(*session, L"Group", 1), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    CreateFolder(*session, L"Group");
+    EXPECT_EQ(ShowFolder(*session, L"Group", 5), 0);
+    EXPECT_TRUE(Called(L"ISetupShell.OpenFolderWindow(\"Group\", 5)"));
+}
+
+TEST_F(Folders, TakeShellPropertiesOfTheirShortcuts)
+{
+    const wchar_t* const app_id = L"{9F4C2855-9F79-4B39-A8D0-E1D42DE1D5F3}, 5";
+    Add(L"P", L"C:\\p.exe /keep");
+    EXPECT_EQ(_SetShortcutProperty(*session, L"Group\\P", app_id, L"Sample.App"), 0);
+    // Wine takes shell properties and forgets them, so the calls are looked at.
+    const std::vector<std::wstring> last(Lines().end() - 3, Lines().end());
+    EXPECT_EQ(last, (std::vector<std::wstring>{
+                        L"ISetupShortcutProperties.SetProperty(\"" + std::wstring(app_id) + L"\", \"Sample.App\")",
+                        L"ISetupShortcutProperties.SaveAs(0, \"Group\\P\")", L"ISetupShortcutProperties.Commit()"}));
+    EXPECT_EQ(engine::ReadShellLink(File(L"P")).arguments, L"/keep");
+    EXPECT_EQ(_SetShortcutProperty(*session, L"Group\\Q", app_id, L"x"), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(_SetShortcutProperty(*session, L"", app_id, L"x"), -1);
+    EXPECT_EQ(_SetShortcutProperty(*session, L"Group\\P", L"no key", L"x"), E_INVALIDARG);
+    for (const wchar_t* step :
+         {L"ISetupShell.ItemExists", L"ISetupShell.OpenItem", L"ISetupShortcutProperties.SetProperty",
+          L"ISetupShortcutProperties.SaveAs", L"ISetupShortcutProperties.Commit"}) {
+        session->calls().FailCall(step, E_ABORT);
+        EXPECT_EQ(_SetShortcutProperty(*session, L"Group\\P", app_id, L"Other"), E_ABORT);
+        session->calls().FailCall(step, S_OK);
+    }
+    session->calls().FailCall(L"IUnknown.QueryInterface(ISetupShortcutProperties)", E_FAIL);
+    EXPECT_EQ(_SetShortcutProperty(*session, L"Group\\P", app_id, L"Other"), E_NOINTERFACE);
+    EXPECT_EQ(_SetShortcutProperty(nullptr, L"Group\\P", app_id, L"x"), -1);
+}
+
+TEST_F(Folders, GoWithTheRunAndGiveBackWhatWasThere)
+{
+    engine::ShellLink own;
+    own.target = L"C:\\own.exe";
+    engine::MakeFolders(programs + L"\\Group", {});
+    engine::WriteShellLink(own, File(L"Own"));
+    EXPECT_EQ(Add(L"Own", L"C:\\new.exe", IconReplace), 0);
+    EXPECT_EQ(AddIcon(*session, L"Other\\", L"New", L"C:\\new.exe", L"", L"", 0, L"", 0), 0);
+    session->engine->Rollback();
+    EXPECT_EQ(engine::ReadShellLink(File(L"Own")).target, L"C:\\own.exe");
+    EXPECT_EQ(engine::test::Tree(programs), (std::vector<std::wstring>{L"Group", L"Group\\Own.lnk"}));
+
+    EXPECT_EQ(AddIcon(*session, L"Other\\", L"New", L"C:\\new.exe", L"", L"", 0, L"", 0), 0);
+    session->engine->Commit();
+    EXPECT_TRUE(engine::test::Exists(programs + L"\\Other\\New.lnk"));
+    const std::wstring log = session->engine->LogFile();
+    session.reset();
+    engine::Uninstall(log);
+    EXPECT_EQ(engine::test::Tree(programs), (std::vector<std::wstring>{L"Group", L"Group\\Own.lnk"}));
+}
+
+TEST_F(Folders, TraceTheirChanges)
+{
+    const test::TempFolder folder;
+    const std::wstring path = folder / L"t.bin";
+    session.reset();
+    {
+        const test::TracedLibrary library(path);
+        const auto engine = engine::Engine::Open(Given());
+        const auto host = engine->Host();
+        const auto services = engine->Services();
+        ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(host.get(), services.get());
+        VHRT_GET(library, AddIcon)(context, L"G\\", L"I", L"a b", L"w", L"f", 1, L"F2", 4);
+        VHRT_GET(library, AddIcon)(context, L"G\\", L"", L"a", L"", L"", 0, nullptr, 0);
+        VHRT_GET(library, ReplaceIcon)(context, L"G\\", L"I", L"J", L"c", L"w", L"f", 2, L"", 0);
+        VHRT_GET(library, ReplaceIcon)(context, L"", L"I", L"", L"c", L"w", L"f", 2, L"", 0);
+        VHRT_GET(library, DeleteIcon)(context, L"G\\J");
+        VHRT_GET(library, DeleteIcon)(context, L"G\\J");
+        VHRT_GET(library, DeleteIcon)(context, nullptr);
+        VHRT_GET(library, CreateFolder)(context, L"F");
+        VHRT_GET(library, DeleteFolder)(context, L"F");
+        VHRT_GET(library, DeleteFolder)(context, L"F");
+        VHRT_GET(library, CreateFolder)(nullptr, L"N");
+        VHRT_GET(library, __ReleaseObjectContext)(context);
+    }
+    const std::string text = test::DecodedTrace(path);
+    const std::string first = "VHFuncBegin|AddFolderIcon";
+    ASSERT_NE(text.find(first), text.npos);
+    const size_t begin = text.find(first);
+    EXPECT_EQ(text.substr(begin, text.find("VHSetupInit", begin) - begin),
+              "VHFuncBegin|AddFolderIcon|ProgramFolder=G\\\tItemName=I\tCommandLine= a b\tWorkingDir=w\tIconFile=f\t"
+              "IconIndex=1\tShortcutKey=F2\tFlags=4\r\n"
+              "VHFuncEnd|AddFolderIcon|Result=Success\t\tProgramFolder=G\\\tItemName=I\tCommandLine= a b\t"
+              "WorkingDir=w\tIconFile=f\tIconIndex=1\tShortcutKey=F2\tFlags=4\r\n"
+              "VHFuncBegin|AddFolderIcon|ProgramFolder=G\\\tItemName=\tCommandLine= a\tWorkingDir=\tIconFile=\t"
+              "IconIndex=0\tShortcutKey=\tFlags=0\r\n"
+              "VHFuncEnd|AddFolderIcon|Result=Failure\t\tError=0xffffffff\t\tProgramFolder=G\\\tItemName=\t"
+              "CommandLine= a\tWorkingDir=\tIconFile=\tIconIndex=0\tShortcutKey=\tFlags=0\r\n"
+              "VHFuncBegin|ReplaceFolderIcon|ProgramFolder=G\\\tItemName=I\tNewItemName=J\tCommandLine=c\t"
+              "WorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
+              "VHFuncEnd|ReplaceFolderIcon|Result=Success\t\tProgramFolder=G\\\tItemName=I\tNewItemName=J\t"
+              "CommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
+              "VHFuncBegin|ReplaceFolderIcon|ProgramFolder=\tItemName=I\tNewItemName=\tCommandLine=c\t"
+              "WorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
+              "VHFuncEnd|ReplaceFolderIcon|Result=Failure\t\tError=0xffffffff\tProgramFolder=\tItemName=I\t"
+              "NewItemName=\tCommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
+              "VHFuncBegin|DeleteFolderIcon|Icon=G\\J\r\n"
+              "VHFuncEnd|DeleteFolderIcon|Result=Success\t\tIcon=G\\J\r\n"
+              "VHFuncBegin|DeleteFolderIcon|Icon=G\\J\r\n"
+              "VHFuncBegin|DeleteFolderIcon|Icon=\r\n"
+              "VHFuncEnd|DeleteFolderIcon|Result=Failure\t\tError=0xffffffff\tIcon=\r\n"
+              "VHFuncBegin|CreateProgramFolder|Folder=F\r\n"
+              "VHFuncEnd|CreateProgramFolder|Result=Success\t\tFolder=F\r\n"
+              "VHFuncBegin|DeleteProgramFolder|Folder=F\r\n"
+              "VHFuncEnd|DeleteProgramFolder|Result=Success\t\tFolder=F\r\n"
+              "VHFuncBegin|DeleteProgramFolder|Folder=F\r\n"
+              "VHFuncEnd|DeleteProgramFolder|Result=Failure\t\tError=0x80070002\tFolder=F\r\n"
+              "VHFuncBegin|CreateProgramFolder|Folder=N\r\n");
+}
+
+} // namespace
