@@ -76,7 +76,7 @@ void MakeShellObjects(Core& core, const Product& product, InstallLog* log)
     for (const ShellObject& object : product.shellObjects) {
         if (!IsWanted(product, object.feature))
             continue;
-        ShellLink link;
+        LinkData link;
         link.target = core.Substitute(object.target);
         link.arguments = core.Substitute(object.arguments);
         link.workingDir = core.Substitute(object.workingDir);

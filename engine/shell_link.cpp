@@ -126,7 +126,7 @@ private:
     PROPVARIANT m_value;
 };
 
-void WriteProperties(const com_ptr<IShellLinkW>& link, const ShellLink& given)
+void WriteProperties(const com_ptr<IShellLinkW>& link, const LinkData& given)
 {
     if (given.properties.empty())
         return;
@@ -186,14 +186,16 @@ std::wstring HotKeyText(WORD key)
     return text + static_cast<wchar_t>(code);
 }
 
-ShellLink ReadShellLink(const std::wstring& file)
+LinkData ReadShellLink(const std::wstring& file)
 {
     const ComApartment com;
     const auto link = LoadLink(file);
     std::wstring buffer(text_size, L'\0');
     const auto size = static_cast<int>(buffer.size());
-    const auto text = [&](HRESULT code) { return SUCCEEDED(code) ? std::wstring(buffer.c_str()) : std::wstring(); };
-    ShellLink read;
+    const auto text = [&](HRESULT code) {
+        return SUCCEEDED(code) ? buffer.substr(0, buffer.find(L'\0')) : std::wstring();
+    };
+    LinkData read;
     read.target = text(link->GetPath(buffer.data(), size, nullptr, SLGP_RAWPATH));
     read.arguments = text(link->GetArguments(buffer.data(), size));
     read.workingDir = text(link->GetWorkingDirectory(buffer.data(), size));
@@ -209,7 +211,7 @@ ShellLink ReadShellLink(const std::wstring& file)
     return read;
 }
 
-void WriteShellLink(const ShellLink& given, const std::wstring& file)
+void WriteShellLink(const LinkData& given, const std::wstring& file)
 {
     const ComApartment com;
     // What the record does not know of an existing shortcut stays.

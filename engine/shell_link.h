@@ -9,7 +9,7 @@
 
 namespace vh::engine {
 
-struct ShellLink {
+struct LinkData {
     std::wstring target;
     std::wstring arguments;
     std::wstring workingDir;
@@ -23,9 +23,9 @@ struct ShellLink {
 };
 
 // Throws for a file that is no shortcut.
-ShellLink ReadShellLink(const std::wstring& file);
+LinkData ReadShellLink(const std::wstring& file);
 // Writes the file anew, or over the properties of one that is there. Throws what the shell answers.
-void WriteShellLink(const ShellLink& link, const std::wstring& file);
+void WriteShellLink(const LinkData& link, const std::wstring& file);
 
 // A key and its modifiers in the shell's form: low byte the key, high byte shift 1, control 2, alt 4. 0 for
 // "None"; a text that names no key throws.

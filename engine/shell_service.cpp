@@ -74,7 +74,7 @@ std::wstring ShortcutPath(const Core& core, std::wstring_view name)
     return IsShortcut(path) ? path : path + std::wstring(extension);
 }
 
-void SaveShortcut(Core& core, const ShellLink& link, const std::wstring& path, const std::wstring& feature, bool logged)
+void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool logged)
 {
     const DraftFile draft(core);
     // What a shortcut holds beyond the record stays with it.
@@ -102,7 +102,7 @@ void SaveShortcut(Core& core, const ShellLink& link, const std::wstring& path, c
 HRESULT ShellService::NewItem(ISetupShortcut** shortcut)
 {
     return Call("ISetupShell.NewItem")(
-        [&] { return GiveObject(shortcut, make_object<ShortcutObject>(shared_core(), ShellLink{})); });
+        [&] { return GiveObject(shortcut, make_object<ShortcutObject>(shared_core(), LinkData{})); });
 }
 
 HRESULT ShellService::OpenItem(BSTR path, ISetupShortcut** shortcut)

@@ -11,8 +11,7 @@ std::wstring ShellFolderPath(const Core& core, std::wstring_view name);
 // The same for a shortcut, whose extension may be left out.
 std::wstring ShortcutPath(const Core& core, std::wstring_view name);
 // Puts the shortcut under its path. What it replaces comes back when the run is undone, unless nothing is logged.
-void SaveShortcut(Core& core, const ShellLink& link, const std::wstring& path, const std::wstring& feature,
-                  bool logged);
+void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool logged);
 
 class ShellService final : public engine_object<ShellService, ISetupShell> {
 public:
@@ -34,7 +33,7 @@ public:
 // A shortcut in the hand of a script; nothing is written before it is saved.
 class ShortcutObject final : public engine_object<ShortcutObject, ISetupShortcut, ISetupShortcutProperties> {
 public:
-    ShortcutObject(std::shared_ptr<Core> core, ShellLink link) : engine_object(std::move(core)), m_link(std::move(link))
+    ShortcutObject(std::shared_ptr<Core> core, LinkData link) : engine_object(std::move(core)), m_link(std::move(link))
     {
     }
 
@@ -57,7 +56,7 @@ public:
     HRESULT STDMETHODCALLTYPE Commit(VARIANT_BOOL* done) override;
 
 private:
-    ShellLink m_link;
+    LinkData m_link;
     std::wstring m_path;
 };
 

@@ -193,7 +193,7 @@ TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
     const auto engine = Engine::Open(options);
     ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()));
     EXPECT_EQ((std::vector<std::wstring>{L"Menu", L"Menu\\Start Probe.lnk"}), Tree(programs));
-    const ShellLink link = ReadShellLink(programs + L"\\Menu\\Start Probe.lnk");
+    const LinkData link = ReadShellLink(programs + L"\\Menu\\Start Probe.lnk");
     EXPECT_EQ(folder.Target(L"p.exe"), link.target);
     EXPECT_EQ(L"/a", link.arguments);
     EXPECT_TRUE(engine->Installed().empty()) << "a shortcut is no file of the payload";

@@ -78,7 +78,7 @@ TEST_F(Folders, GetRealShortcuts)
     EXPECT_EQ(AddIcon(*session, L"Group\\", L"First", L"\"C:\\my app\\a.exe\" /x", L"C:\\work", L"C:\\i.ico", 3,
                       L"Ctrl+Alt+F5", 0),
               0);
-    const engine::ShellLink link = engine::ReadShellLink(File(L"First"));
+    const engine::LinkData link = engine::ReadShellLink(File(L"First"));
     EXPECT_EQ(link.target, L"C:\\my app\\a.exe");
     EXPECT_EQ(link.arguments, L"/x");
     EXPECT_EQ(link.workingDir, L"C:\\work");
@@ -237,7 +237,7 @@ TEST_F(Folders, TakeShellPropertiesOfTheirShortcuts)
 
 TEST_F(Folders, GoWithTheRunAndGiveBackWhatWasThere)
 {
-    engine::ShellLink own;
+    engine::LinkData own;
     own.target = L"C:\\own.exe";
     engine::MakeFolders(programs + L"\\Group", {});
     engine::WriteShellLink(own, File(L"Own"));
