@@ -163,10 +163,6 @@ int32_t _InetGetNextDisk(ObjectContext*, const wchar_t*) { return 3; }
 void _InetEndofTransfer(ObjectContext*) {}
 int32_t _InetGetLastError(ObjectContext*) { return 0; }
 
-// Language: no texts and no languages.
-int32_t LangLoadString(ObjectContext*, uint32_t, wchar_t*, int32_t) { return 0; }
-int32_t _IsLangSupported(int32_t, const wchar_t*) { return 0; }
-
 // Object creation: no class can be made.
 int32_t _CreateObject(const wchar_t*, VARIANT*) { return general_failure; }
 int32_t _CoGetObject(const wchar_t*, const wchar_t*, VARIANT* object)

@@ -1,0 +1,38 @@
+// Exported functions on language identifiers and numbered texts.
+#include "../exports/vhrt/language.h"
+
+#include "../runtime/context.h"
+#include "../scriptdata/late_library.h"
+#include "language_config.h"
+
+namespace {
+
+constinit vh::late_library user32(L"user32.dll");
+constinit vh::late_function<decltype(LoadStringW)> load_string(user32, "LoadStringW");
+
+} // namespace
+
+int32_t _GetStandardLangId(int32_t language)
+{
+    constexpr int32_t primary_bits = 0x3FF;
+    constexpr int32_t default_sublanguage = 0x400;
+    return (language & primary_bits) == language ? language + default_sublanguage : language;
+}
+
+// There is no test of the context here.
+int32_t LangLoadString(ObjectContext* context, uint32_t id, wchar_t* buffer, int32_t size)
+{
+    for (const HMODULE module : {context->userModule, context->resourceModule})
+        // Null would stand for the program itself.
+        if (const int length = module ? load_string(module, id, buffer, size) : 0)
+            return length;
+    return 0;
+}
+
+int32_t _IsLangSupported(int32_t language, const wchar_t* path)
+{
+    LanguageConfig config;
+    config.Read(path ? path : L"");
+    const int32_t standard = _GetStandardLangId(language);
+    return standard == static_cast<uint16_t>(standard) && config.IsSupported(static_cast<uint16_t>(standard));
+}
