@@ -38,12 +38,13 @@ class late_binding {
 public:
     constexpr late_binding(late_library& library, const char* name) : m_library(&library), m_name(name) {}
 
-    // For tests: the system seems to lack the function, until a replacement of null.
+    // For tests: the system seems to lack the function, until it is shown again.
     void hide()
     {
+        put(nullptr);
         m_hidden = true;
-        m_found.store(nullptr, std::memory_order_relaxed);
     }
+    void show() { put(nullptr); }
 
 protected:
     // Null, with the thread's last error set, when the system lacks the function.
