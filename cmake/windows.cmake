@@ -115,6 +115,9 @@ add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DH
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
+add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
+  -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip
+  -P ${CMAKE_SOURCE_DIR}/tests/host/sdk_round_trip.cmake)
 
 # Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
 vhrt_sources(floor_sources bench/floor)
