@@ -13,6 +13,7 @@
 #include "../scriptdata/handle_table.h"
 #include "../scriptdata/list.h"
 #include "../system/driver_packages.h"
+#include "silent_retry.h"
 
 // GDI objects that scripts left behind.
 class GdiObjects {
@@ -104,6 +105,7 @@ struct ObjectContext {
     vh::com_ptr<ISetupStrings> strings;
     GdiObjects gdiObjects;
     vh::com_ptr<ISetupRegistry> registry;
+    SilentRetry silentRetry{*this};
     int64_t remoteKey = 0;
     bool connected = false;
     bool textSubs = true;

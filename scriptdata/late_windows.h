@@ -16,6 +16,13 @@ inline constinit late_function<decltype(GetClientRect)> get_client_rect(user32, 
 inline constinit late_function<decltype(FindWindowW)> find_window(user32, "FindWindowW");
 inline constinit late_function<decltype(ShowWindow)> show_window(user32, "ShowWindow");
 inline constinit late_function<decltype(WaitForInputIdle)> wait_for_input_idle(user32, "WaitForInputIdle");
+inline constinit late_function<decltype(PeekMessageW)> peek_message(user32, "PeekMessageW");
+inline constinit late_function<decltype(TranslateMessage)> translate_message(user32, "TranslateMessage");
+inline constinit late_function<decltype(DispatchMessageW)> dispatch_message(user32, "DispatchMessageW");
+inline constinit late_function<decltype(PostQuitMessage)> post_quit_message(user32, "PostQuitMessage");
+inline constinit late_function<decltype(MsgWaitForMultipleObjects)>
+    msg_wait_for_multiple_objects(user32, "MsgWaitForMultipleObjects");
+inline constinit late_function<decltype(GetDesktopWindow)> get_desktop_window(user32, "GetDesktopWindow");
 
 inline constinit late_library gdi32(L"gdi32.dll");
 inline constinit late_function<decltype(GetTextExtentPoint32W)> get_text_extent(gdi32, "GetTextExtentPoint32W");

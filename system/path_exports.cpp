@@ -8,7 +8,7 @@
 #include "../scriptdata/results.h"
 #include "../scriptdata/stringx.h"
 #include "../scriptdata/unique.h"
-#include "late_wininet.h"
+#include "../diagnostics/late_wininet.h"
 #include "path_text.h"
 
 namespace {
