@@ -1,6 +1,6 @@
 #include "wininet_async_handle.h"
 
-#include "../scriptdata/late_windows.h"
+#include "message_pump.h"
 
 namespace vh {
 
@@ -13,33 +13,6 @@ unique_handle AutoResetEvent()
         throw win32_exception(GetLastError());
     return event;
 }
-
-// Lets the thread's windows work. A request to end the program goes back into the queue: it is somebody else's.
-class message_pump {
-public:
-    ~message_pump()
-    {
-        if (m_quit)
-            late::post_quit_message(m_exit_code);
-    }
-    void run()
-    {
-        MSG message;
-        while (late::peek_message(&message, nullptr, 0u, 0u, static_cast<UINT>(PM_REMOVE))) {
-            if (message.message == WM_QUIT) {
-                m_quit = true;
-                m_exit_code = static_cast<int>(message.wParam);
-                continue;
-            }
-            late::translate_message(&message);
-            late::dispatch_message(&message);
-        }
-    }
-
-private:
-    bool m_quit = false;
-    int m_exit_code = 0;
-};
 
 } // namespace
 

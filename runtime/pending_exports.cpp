@@ -156,13 +156,6 @@ int32_t _DIFxDriverPackageGetPath(ObjectContext* context, const wchar_t*, wchar_
     return Missing(context, no_driver_library);
 }
 
-// Web disks: as without the download agent.
-int32_t _SetupInet(ObjectContext*) { return 0; }
-int32_t _CleanupInet(ObjectContext* context) { return context ? 1 : 0; }
-int32_t _InetGetNextDisk(ObjectContext*, const wchar_t*) { return 3; }
-void _InetEndofTransfer(ObjectContext*) {}
-int32_t _InetGetLastError(ObjectContext*) { return 0; }
-
 // Object creation: no class can be made.
 int32_t _CreateObject(const wchar_t*, VARIANT*) { return general_failure; }
 int32_t _CoGetObject(const wchar_t*, const wchar_t*, VARIANT* object)

@@ -16,6 +16,17 @@ inline constinit late_function<decltype(GetClientRect)> get_client_rect(user32, 
 inline constinit late_function<decltype(FindWindowW)> find_window(user32, "FindWindowW");
 inline constinit late_function<decltype(ShowWindow)> show_window(user32, "ShowWindow");
 inline constinit late_function<decltype(WaitForInputIdle)> wait_for_input_idle(user32, "WaitForInputIdle");
+inline constinit late_function<decltype(IsWindow)> is_window(user32, "IsWindow");
+inline constinit late_function<decltype(PostMessageW)> post_message(user32, "PostMessageW");
+inline constinit late_function<decltype(GetClassInfoW)> get_class_info(user32, "GetClassInfoW");
+inline constinit late_function<decltype(RegisterClassW)> register_class(user32, "RegisterClassW");
+inline constinit late_function<decltype(UnregisterClassW)> unregister_class(user32, "UnregisterClassW");
+inline constinit late_function<decltype(CreateWindowExW)> create_window_ex(user32, "CreateWindowExW");
+inline constinit late_function<decltype(DestroyWindow)> destroy_window(user32, "DestroyWindow");
+inline constinit late_function<decltype(DefWindowProcW)> def_window_proc(user32, "DefWindowProcW");
+inline constinit late_function<decltype(SetPropW)> set_prop(user32, "SetPropW");
+inline constinit late_function<decltype(GetPropW)> get_prop(user32, "GetPropW");
+inline constinit late_function<decltype(RemovePropW)> remove_prop(user32, "RemovePropW");
 inline constinit late_function<decltype(PeekMessageW)> peek_message(user32, "PeekMessageW");
 inline constinit late_function<decltype(TranslateMessage)> translate_message(user32, "TranslateMessage");
 inline constinit late_function<decltype(DispatchMessageW)> dispatch_message(user32, "DispatchMessageW");

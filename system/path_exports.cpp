@@ -3,12 +3,12 @@
 
 #include <array>
 
+#include "../diagnostics/late_wininet.h"
 #include "../diagnostics/url.h"
 #include "../scriptdata/late_windows.h"
 #include "../scriptdata/results.h"
 #include "../scriptdata/stringx.h"
 #include "../scriptdata/unique.h"
-#include "../diagnostics/late_wininet.h"
 #include "path_text.h"
 
 namespace {
