@@ -16,9 +16,11 @@ inline constinit late_function<decltype(GetClientRect)> get_client_rect(user32, 
 inline constinit late_function<decltype(FindWindowW)> find_window(user32, "FindWindowW");
 inline constinit late_function<decltype(ShowWindow)> show_window(user32, "ShowWindow");
 inline constinit late_function<decltype(WaitForInputIdle)> wait_for_input_idle(user32, "WaitForInputIdle");
+inline constinit late_function<decltype(MonitorFromPoint)> monitor_from_point(user32, "MonitorFromPoint");
 
 inline constinit late_library gdi32(L"gdi32.dll");
 inline constinit late_function<decltype(GetTextExtentPoint32W)> get_text_extent(gdi32, "GetTextExtentPoint32W");
+inline constinit late_function<decltype(GetDeviceCaps)> get_device_caps(gdi32, "GetDeviceCaps");
 inline constinit late_function<decltype(DeleteObject)> delete_object(gdi32, "DeleteObject");
 
 inline constinit late_library ole32(L"ole32.dll");
