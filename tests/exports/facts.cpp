@@ -5,6 +5,7 @@
 #include "../../exports/vhrt/facts.h"
 #include "../../exports/vhrt/language.h"
 #include "../../exports/vhrt/versions.h"
+#include "../support/import_patch.h"
 
 namespace {
 
@@ -30,6 +31,33 @@ TEST(Facts, OfThisProcessAndSystem)
     EXPECT_EQ(_IsWow64(), 0);
     EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
     EXPECT_EQ(IsOSTypeNT(), 1);
+}
+
+// As if the machine were an Itanium.
+void WINAPI Itanium(SYSTEM_INFO* system)
+{
+    *system = {};
+    system->wProcessorArchitecture = PROCESSOR_ARCHITECTURE_IA64;
+    system->dwProcessorType = 586;
+}
+
+TEST(Facts, OfAnotherMachineFollowItsArchitecture)
+{
+    const vh::test::CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
+    ASSERT_TRUE(system.found());
+    EXPECT_EQ(_GetVirtualMachineType(), 0);
+    EXPECT_EQ(_IsVirtualMachine(), 0);
+    EXPECT_EQ(GetCPUType(), 586);
+}
+
+TEST(Facts, OfPortsAreThoseThatTheSystemLists)
+{
+    int32_t printers = -1, serial = -1;
+    const int32_t code = GetPorts(&printers, &serial);
+    // A system without a spooler lists none.
+    EXPECT_TRUE(code == 0 || (code == -1 && printers == 0 && serial == 0)) << code;
+    EXPECT_GE(printers, 0);
+    EXPECT_GE(serial, 0);
 }
 
 TEST(Memory, ComesInHalvesThatLimitsCap)

@@ -1,35 +1,19 @@
-// Facts where the system lacks a function, where it refuses, and where the machine would have to be another one.
+// Facts where the system lacks a function, and where it refuses.
 #include <map>
+#include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "../../exports/vhrt/facts.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
-#include "../../system/late_version.h"
 #include "../../system/late_winspool.h"
-#include "../../system/operating_system.h"
-#include "../../system/version_info.h"
-#include "../../system/virtual_machine.h"
+#include "../support/replaced.h"
+
+using vh::test::Replaced;
 
 namespace {
-
-// A function of the system's replaced for one test, or taken away.
-template <class Function>
-class Replaced {
-public:
-    explicit Replaced(Function& function) : m_function(function) { function.hide(); }
-    Replaced(Function& function, typename Function::pointer replacement) : m_function(function)
-    {
-        function.replace(replacement);
-    }
-    Replaced(const Replaced&) = delete;
-    Replaced& operator=(const Replaced&) = delete;
-    ~Replaced() { m_function.replace(nullptr); }
-
-private:
-    Function& m_function;
-};
 
 uint64_t Memory(int32_t shift, uint32_t high_limit = 0, uint32_t low_limit = 0)
 {
@@ -99,7 +83,7 @@ TEST(Ports, AreCountedByTheStartsOfTheirNames)
     int32_t printers = 7, serial = 7;
     {
         const Replaced spooler(vh::late::enum_ports, SomePorts);
-        for (const auto [needed, asked] : std::map<DWORD, DWORD>{{0, 4096}, {4096, 4096}, {100, 4096}, {5000, 5000}}) {
+        for (const auto& [needed, asked] : std::map<DWORD, DWORD>{{0, 4096}, {4096, 4096}, {100, 4096}, {5000, 5000}}) {
             needed_bytes = needed;
             EXPECT_EQ(GetPorts(&printers, &serial), 0);
             EXPECT_EQ(printers, 2);
@@ -124,9 +108,9 @@ HRESULT WINAPI DpiOfMonitor(HMONITOR monitor, MONITOR_DPI_TYPE kind, UINT* horiz
 
 TEST(Resolution, IsTheMonitorsOrElseTheScreens)
 {
-    EXPECT_EQ(GetModuleHandleW(L"Shcore.dll"), nullptr);
+    const HMODULE before = GetModuleHandleW(L"Shcore.dll");
     EXPECT_GT(_GetSystemDpi(), 0);
-    EXPECT_EQ(GetModuleHandleW(L"Shcore.dll"), nullptr) << "the library is freed again";
+    EXPECT_EQ(GetModuleHandleW(L"Shcore.dll"), before) << "the library is freed again";
     {
         const Replaced monitor(vh::late::get_dpi_for_monitor, DpiOfMonitor);
         EXPECT_EQ(_GetSystemDpi(), 144);
@@ -170,7 +154,7 @@ TEST(Bitness, IsAskedByName)
         *native = native_machine;
         return TRUE;
     };
-    for (const auto [native, answer] : std::map<USHORT, int32_t>{{0xAA64, 1}, {0x8664, 0}, {0x1C4, 0}}) {
+    for (const auto& [native, answer] : std::map<USHORT, int32_t>{{0xAA64, 1}, {0x8664, 0}, {0x1C4, 0}}) {
         const Replaced told(vh::late::is_wow64_process2, machine);
         native_machine = native;
         EXPECT_EQ(_IsArm64(), answer);
@@ -272,191 +256,6 @@ TEST_F(Redirection, IsNotTouchedInANativeProcess)
     EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
     EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
     ExpectCalls({});
-}
-
-std::string probes_run;
-int answering_probe;
-
-template <int Number>
-bool Probe()
-{
-    probes_run += std::to_string(Number);
-    return Number == answering_probe;
-}
-
-TEST(VirtualMachine, IsTheFirstProbeThatAnswersAndAskedOnce)
-{
-    const vh::virtual_machine_probe probes[] = {{11, Probe<1>}, {12, Probe<2>}, {13, Probe<3>}};
-    for (const auto& [answering, run] : std::map<int, std::string>{{1, "1"}, {2, "12"}, {3, "123"}, {0, "123"}}) {
-        probes_run.clear();
-        answering_probe = answering;
-        vh::virtual_machine machine(probes);
-        const int32_t number = answering ? 10 + answering : 0;
-        EXPECT_EQ(machine.type(), number);
-        EXPECT_EQ(machine.type(), number);
-        EXPECT_EQ(probes_run, run);
-    }
-}
-
-// Faults that reached the process, seen behind the probes' own handler.
-int faults_seen;
-
-LONG CALLBACK SeeFault(EXCEPTION_POINTERS*)
-{
-    ++faults_seen;
-    return EXCEPTION_CONTINUE_SEARCH;
-}
-
-TEST(VirtualMachine, ProbesEndWithoutAFaultThatAnyoneElseSees)
-{
-    const auto probes = vh::VirtualMachineProbes();
-    ASSERT_EQ(probes.size(), 4u);
-    void* const handler = AddVectoredExceptionHandler(0, SeeFault);
-    faults_seen = 0;
-    int32_t first = 0;
-    for (std::size_t at = 0; at < probes.size(); ++at) {
-        EXPECT_EQ(probes[at].number, static_cast<int32_t>(at) + 1);
-        const bool answer = probes[at].answers();
-        EXPECT_EQ(probes[at].answers(), answer);
-        if (answer && first == 0)
-            first = probes[at].number;
-    }
-    RemoveVectoredExceptionHandler(handler);
-    EXPECT_EQ(faults_seen, 0);
-    EXPECT_FALSE(probes[3].answers());
-    EXPECT_EQ(_GetVirtualMachineType(), first);
-    EXPECT_EQ(_IsVirtualMachine(), first != 0);
-}
-
-TEST(VirtualMachine, ProbesRunOnSeveralThreadsAtOnce)
-{
-    const auto work = [](void*) WINAPI -> DWORD {
-        for (int i = 0; i < 200; ++i)
-            for (const auto& probe : vh::VirtualMachineProbes())
-                probe.answers();
-        return 1;
-    };
-    HANDLE threads[4];
-    for (HANDLE& thread : threads)
-        thread = CreateThread(nullptr, 0, work, nullptr, 0, nullptr);
-    EXPECT_EQ(WaitForMultipleObjects(4, threads, TRUE, 30000), WAIT_OBJECT_0);
-    for (const HANDLE thread : threads) {
-        DWORD ended = 0;
-        GetExitCodeThread(thread, &ended);
-        EXPECT_EQ(ended, 1u);
-        CloseHandle(thread);
-    }
-}
-
-TEST(OperatingSystem, HasACodeAndANameForEachKnownVersion)
-{
-    const struct {
-        uint32_t platform, major, minor;
-        bool is_me;
-        uint32_t code;
-        bool known;
-        const wchar_t* name;
-    } rows[] = {
-        {1, 4, 0, false, 16, true, L"Windows 95"},
-        {1, 3, 0, true, 16, true, L"Windows 95"},
-        {1, 4, 10, false, 64, true, L"Windows 98"},
-        {1, 4, 10, true, 128, true, L"Windows Me"},
-        {1, 4, 90, false, 128, true, L"Windows Me"},
-        {1, 4, 11, false, 128, false, L"Windows Me"},
-        {2, 4, 0, false, 0x10000, true, L"Windows NT 4.0"},
-        {2, 4, 9, false, 0x10000, true, L"Windows NT 4.0"},
-        {2, 5, 0, false, 0x100000, true, L"Windows 2000"},
-        {2, 5, 1, false, 0x400000, true, L"Windows XP"},
-        {2, 5, 2, true, 0x800000, true, L"Windows Server 2003"},
-        {2, 5, 3, false, 0, false, L""},
-        {2, 6, 0, false, 0x1000000, true, L"Windows Vista / Server 2008"},
-        {2, 6, 1, false, 0x2000000, true, L"Windows 7 / Server 2008 R2"},
-        {2, 6, 2, false, 0x4000000, true, L"Windows 8 / Server 2012"},
-        {2, 6, 3, false, 0x8000000, true, L"Windows 8.1 / Server 2012 R2"},
-        {2, 6, 4, false, 0, false, L""},
-        {2, 10, 0, false, 0x10000000, true, L"Windows 10 / Server 2016"},
-        {2, 10, 1, false, 0, false, L""},
-        {2, 3, 51, false, 0x10000000, true, L"Windows 10 / Server 2016"},
-        {2, 11, 7, false, 0x10000000, true, L"Windows 10 / Server 2016"},
-        {0, 3, 10, false, 0, false, L""},
-        {3, 5, 0, false, 0, false, L""},
-    };
-    for (const auto& row : rows) {
-        const vh::operating_system system = vh::OperatingSystemOf(row.platform, row.major, row.minor, row.is_me);
-        EXPECT_EQ(system.code, row.code) << row.platform << '.' << row.major << '.' << row.minor;
-        EXPECT_EQ(system.known, row.known) << row.platform << '.' << row.major << '.' << row.minor;
-        if (row.code)
-            EXPECT_STREQ(vh::GetOsNameText(row.code, 1), row.name);
-    }
-    EXPECT_STREQ(vh::GetOsNameText(0x20000, 1), L"");
-}
-
-TEST(OperatingSystem, OfCode0IsTheCurrentOne)
-{
-    OSVERSIONINFOW version{};
-    version.dwOSVersionInfoSize = sizeof(version);
-    ASSERT_TRUE(GetVersionExW(&version));
-    const auto wanted =
-        vh::OperatingSystemOf(version.dwPlatformId, version.dwMajorVersion, version.dwMinorVersion, false);
-    ASSERT_TRUE(wanted.known);
-    EXPECT_EQ(vh::CurrentOperatingSystem().code, wanted.code);
-    EXPECT_STREQ(vh::GetOsNameText(0, 0), vh::GetOsNameText(wanted.code, 0));
-}
-
-// The fixed part of the system library that the next look-up finds.
-VS_FIXEDFILEINFO told_version;
-
-BOOL WINAPI TellVersion(const void* block, const wchar_t* name, void** value, UINT* length)
-{
-    if (std::wstring_view(name) != L"\\")
-        return FALSE;
-    *value = std::memcpy(const_cast<void*>(block), &told_version, sizeof(told_version));
-    *length = sizeof(told_version);
-    return TRUE;
-}
-
-TEST(OperatingSystem, IsMeByTheVersionOfTheSystemLibrary)
-{
-    EXPECT_EQ(_IsWindowsME(), 0);
-    const Replaced query(vh::late::query_version, TellVersion);
-    for (const auto [high, answer] :
-         std::map<DWORD, int32_t>{{4u << 16 | 90, 1}, {4u << 16 | 10, 0}, {5u << 16 | 90, 0}}) {
-        told_version = {};
-        told_version.dwFileVersionMS = high;
-        told_version.dwFileVersionLS = 3000;
-        EXPECT_EQ(_IsWindowsME(), answer);
-    }
-}
-
-BOOL WINAPI TellNothing(const void*, const wchar_t*, void**, UINT*) { return FALSE; }
-
-TEST(VersionInfo, IsSharedByItsCopiesAndStaysWhenALoadFails)
-{
-    wchar_t library[MAX_PATH];
-    GetSystemDirectoryW(library, MAX_PATH);
-    wcscat_s(library, L"\\kernel32.dll");
-    vh::version_info copy;
-    EXPECT_TRUE(copy.translations().empty());
-    {
-        vh::version_info info;
-        ASSERT_TRUE(info.load(library));
-        copy = info;
-        const vh::version_info third(copy);
-        EXPECT_EQ(third.translations().data(), info.translations().data());
-    }
-    ASSERT_FALSE(copy.translations().empty());
-    EXPECT_EQ(copy.dwSignature, static_cast<DWORD>(VS_FFI_SIGNATURE));
-    const uint32_t first = copy.translations().front();
-    EXPECT_FALSE(copy.load(L"C:\\missing.dll"));
-    EXPECT_FALSE(copy.load(nullptr));
-    {
-        const Replaced query(vh::late::query_version, TellNothing);
-        EXPECT_FALSE(copy.load(library));
-    }
-    const Replaced missing(vh::late::query_version);
-    EXPECT_FALSE(copy.load(library));
-    EXPECT_EQ(copy.translations().front(), first);
-    EXPECT_EQ(copy.dwSignature, static_cast<DWORD>(VS_FFI_SIGNATURE));
 }
 
 } // namespace
