@@ -69,7 +69,9 @@ bool version_info::take_fixed_part(std::size_t size)
     const auto value = ValueOf(m_block, size, L"\\");
     if (value.size() < sizeof(VS_FIXEDFILEINFO))
         return false;
-    std::memcpy(static_cast<VS_FIXEDFILEINFO*>(this), value.data(), sizeof(VS_FIXEDFILEINFO));
+    VS_FIXEDFILEINFO fixed;
+    std::memcpy(&fixed, value.data(), sizeof(fixed));
+    static_cast<VS_FIXEDFILEINFO&>(*this) = fixed;
     return true;
 }
 
