@@ -74,7 +74,8 @@ add_dependencies(vhhost VHRT)
 vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
-  add_executable(vhtool ${tool_sources})
+  # The names of systems, which no export tells.
+  add_executable(vhtool ${tool_sources} system/operating_system.cpp system/version_info.cpp)
   vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts)
@@ -102,6 +103,13 @@ vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+
+# Versions of real executables, against a reader that shares nothing with the library.
+add_executable(vhrt_print_versions tests/versions/print_versions.cpp)
+target_link_libraries(vhrt_print_versions PRIVATE VHRT vhrt_options)
+add_test(NAME versions_of_real_files COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/versions/check_versions.py
+  ${CMAKE_SOURCE_DIR} ${WINE_RUNNER} $<TARGET_FILE:vhrt_print_versions> ${CMAKE_BINARY_DIR}/version_tests)
+set_tests_properties(versions_of_real_files PROPERTIES TIMEOUT 300)
 
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)

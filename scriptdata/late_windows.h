@@ -34,9 +34,11 @@ inline constinit late_function<decltype(PostQuitMessage)> post_quit_message(user
 inline constinit late_function<decltype(MsgWaitForMultipleObjects)>
     msg_wait_for_multiple_objects(user32, "MsgWaitForMultipleObjects");
 inline constinit late_function<decltype(GetDesktopWindow)> get_desktop_window(user32, "GetDesktopWindow");
+inline constinit late_function<decltype(MonitorFromPoint)> monitor_from_point(user32, "MonitorFromPoint");
 
 inline constinit late_library gdi32(L"gdi32.dll");
 inline constinit late_function<decltype(GetTextExtentPoint32W)> get_text_extent(gdi32, "GetTextExtentPoint32W");
+inline constinit late_function<decltype(GetDeviceCaps)> get_device_caps(gdi32, "GetDeviceCaps");
 inline constinit late_function<decltype(DeleteObject)> delete_object(gdi32, "DeleteObject");
 
 inline constinit late_library ole32(L"ole32.dll");
