@@ -102,6 +102,13 @@ vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
+# Beside a server that misbehaves.
+vhrt_sources(network_tests tests/network)
+add_executable(vhrt_network_tests ${network_tests})
+target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects gtest ole32 oleaut32 wininet crypt32 ws2_32)
+add_test(NAME vhrt_network_tests
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${WINE_RUNNER} $<TARGET_FILE:vhrt_network_tests>)
+set_tests_properties(vhrt_network_tests PROPERTIES TIMEOUT 300)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
 # Versions of real executables, against a reader that shares nothing with the library.

@@ -18,8 +18,8 @@ Further parameters are what goes wrong:
   status=S      answers S with a short body; with times=T only T times for the key
   chunked=1     sends chunks and no length
   to=ADDRESS    redirects
-  user=U&password=P  wants these
-/log?key=K tells what was asked under the key: a line "CONNECTION RANGE" for each request, connections counted from 1.
+  user=U&password=P  wants these, with domain=D the user DOMAIN\\USER
+/log?key=K tells what was asked under the key: a line for each request, the part that it wants or "-".
 """
 import http.server
 import os
@@ -41,6 +41,7 @@ PATTERN = bytes((7 * i + i // 251) % 256 for i in range(251 * 256))
 lock = threading.Lock()
 requests = defaultdict(list)
 faults = defaultdict(int)
+revoked = None
 
 
 def content(start, end):
@@ -77,7 +78,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def write_down(self):
         with lock:
-            requests[self.key].append((self.client_address[1], self.headers.get("Range", "-")))
+            requests[self.key].append(self.headers.get("Range", "-"))
 
     def short(self, status, text, **headers):
         self.send_response(status)
@@ -93,9 +94,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.key = self.ask("key", "")
         if parts.path == "/log":
             return self.tell_log()
+        if parts.path == "/ca.crl":
+            self.wfile.write(b"HTTP/1.0 200 OK\r\n\r\n" + revoked.read_bytes())
+            self.close_connection = True
+            return
         self.write_down()
         if self.ask("user") and not self.knows_user():
-            print(self.headers, file=sys.stderr)
             return self.short(401, "who?", WWW_Authenticate='Basic realm="test"')
         if self.ask("to"):
             return self.short(302, "there", Location=self.ask("to"))
@@ -105,19 +109,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def tell_log(self):
         with lock:
-            asked = list(requests[self.key])
-        order = []
-        lines = []
-        for client, part in asked:
-            if client not in order:
-                order.append(client)
-            lines.append(f"{order.index(client) + 1} {part}\n")
-        self.short(200, "".join(lines))
+            lines = "".join(part + "\n" for part in requests[self.key])
+        self.short(200, lines)
 
     def knows_user(self):
         given = self.headers.get("Authorization", "")
         return given.startswith("Basic ") and \
-            b64decode(given[6:]).decode() == self.ask("user") + ":" + self.ask("password", "")
+            b64decode(given[6:]).decode() == self.wanted_user() + ":" + self.ask("password", "")
+
+    def wanted_user(self):
+        domain = self.ask("domain")
+        return (domain + "\\" if domain else "") + self.ask("user")
 
     def send_file(self):
         size = min(self.number("size", 1000), LARGEST)
@@ -172,8 +174,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             # The client sends nothing more: what comes is its end.
             self.connection.recv(1)
             return
-        # The bytes before the fault arrive first.
-        time.sleep(0.1)
+        # The client waits for more when the fault comes: a reset that it finds already there, Wine takes for the end.
+        time.sleep(0.7)
         if fault == "drop":
             self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
         self.connection.close()
@@ -192,9 +194,10 @@ def openssl(folder, *words):
     subprocess.run(["openssl", *words], cwd=folder, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
-def make_certificates(folder):
+def make_certificates(folder, http_port):
     """An authority, a certificate of its for the address, and one that is nobody's."""
-    (folder / "names").write_text("subjectAltName=IP:127.0.0.1,DNS:localhost\n")
+    (folder / "names").write_text("subjectAltName=IP:127.0.0.1,DNS:localhost\n"
+                                  f"crlDistributionPoints=URI:http://127.0.0.1:{http_port}/ca.crl\n")
     new = ("req", "-newkey", "rsa:2048", "-nodes", "-days", "2")
     openssl(folder, *new, "-x509", "-keyout", "ca.key", "-out", "ca.pem", "-subj", "/CN=VHRT test authority",
             "-addext", "basicConstraints=critical,CA:TRUE")
@@ -202,6 +205,12 @@ def make_certificates(folder):
     openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=127.0.0.1")
     openssl(folder, "x509", "-req", "-in", "trusted.csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial",
             "-days", "2", "-extfile", "names", "-out", "trusted.pem")
+    # Clients ask which certificates the authority has taken back: none.
+    (folder / "index").touch()
+    (folder / "ca.conf").write_text("[ca]\ndefault_ca=here\n[here]\ndatabase=index\ndefault_md=sha256\n")
+    openssl(folder, "ca", "-config", "ca.conf", "-gencrl", "-crldays", "2", "-cert", "ca.pem", "-keyfile", "ca.key",
+            "-out", "crl.pem")
+    openssl(folder, "crl", "-in", "crl.pem", "-outform", "DER", "-out", "ca.crl")
     openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=127.0.0.1")
 
 
@@ -220,8 +229,11 @@ def main():
         sys.exit(__doc__)
     with tempfile.TemporaryDirectory(prefix="vhrt-network") as name:
         folder = pathlib.Path(name)
-        make_certificates(folder)
-        environment = dict(os.environ, VHRT_HTTP_PORT=serve(), VHRT_HTTPS_PORT=serve(folder, "trusted"),
+        http_port = serve()
+        make_certificates(folder, http_port)
+        global revoked
+        revoked = folder / "ca.crl"
+        environment = dict(os.environ, VHRT_HTTP_PORT=http_port, VHRT_HTTPS_PORT=serve(folder, "trusted"),
                            VHRT_UNTRUSTED_PORT=serve(folder, "untrusted"), VHRT_TEST_CA=str(folder / "ca.der"))
         sys.exit(subprocess.run(sys.argv[1:], env=environment).returncode)
 

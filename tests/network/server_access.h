@@ -28,7 +28,7 @@ inline std::wstring Address(const std::wstring& query, const std::wstring& key, 
            query + L"&key=" + key;
 }
 
-// What the server was asked under a key: "1 -|2 bytes=99000-".
+// What the server was asked under a key: "-|bytes=99000-".
 inline std::string Requests(const std::wstring& key)
 {
     file log;
