@@ -154,7 +154,7 @@ void inifilex::get_numbered_values(text section, names& values, text format) con
 
 bool inifilex::rename_section(text name, text new_name)
 {
-    if (name == new_name)
+    if (Same(name, new_name))
         return true;
     const uint32_t position = position_of(name);
     if (position == vh::map_i::none || contains(new_name))
@@ -166,7 +166,7 @@ bool inifilex::rename_section(text name, text new_name)
 
 bool inifilex::rename_entry(text section, text key, text new_key)
 {
-    if (key == new_key)
+    if (Same(key, new_key))
         return true;
     inifilesectionx* found = base::find(section);
     const uint32_t position = found ? found->position_of(key) : vh::map_i::none;

@@ -3,6 +3,7 @@
 #include <climits>
 
 #include "../diagnostics/file.h"
+#include "../scriptdata/format.h"
 #include "ini_file.h"
 #include "ini_text.h"
 
@@ -113,30 +114,52 @@ void MakeFolderOf(std::wstring_view path)
         CreateDirectoryW(missing.back().c_str(), nullptr);
 }
 
-// A new file beside the old one, which takes its place only when it is complete.
+// A file of a name that was free, in the folder of another. The name stays short: it fits wherever a folder does.
+struct new_file {
+    explicit new_file(const stringx& beside) : name(beside)
+    {
+        const std::size_t folder = name.view().find_last_of(L"\\/") + 1;
+        DWORD error = ERROR_FILE_EXISTS;
+        const DWORD start = GetTickCount();
+        for (DWORD tries = 0; error == ERROR_FILE_EXISTS && tries <= 0xFFFF; ++tries) {
+            wchar_t made[16];
+            vh::FormatText(made, std::size(made), L"vh%04x.tmp", static_cast<unsigned>((start + tries) & 0xFFFF));
+            name.resize(folder);
+            name += made;
+            error = file.open(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, CREATE_NEW);
+        }
+        if (error)
+            throw vh::win32_exception(error);
+    }
+
+    stringx name;
+    vh::file file;
+};
+
+// Takes the place of the old file only when it is complete.
 void PutFile(const stringx& path, std::string_view mark_bytes, std::string_view bytes)
 {
-    stringx native = path;
-    std::replace(native.data(), native.data() + native.size(), L'/', L'\\');
-    const stringx temporary = vh::make_temp_name(native);
+    // Not every system keeps a read-only file from being replaced.
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_READONLY)
+        throw vh::win32_exception(ERROR_ACCESS_DENIED);
+    new_file made(path);
     try {
-        vh::file file;
-        if (const DWORD error =
-                file.open(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, CREATE_ALWAYS))
-            throw vh::win32_exception(error);
         for (std::string_view rest : {mark_bytes, bytes})
             while (!rest.empty()) {
                 const auto wanted = static_cast<DWORD>(std::min<std::size_t>(rest.size(), 1 << 20));
-                const DWORD count = file.write_bytes(rest.data(), wanted);
+                const DWORD count = made.file.write_bytes(rest.data(), wanted);
                 if (count == 0)
                     throw vh::win32_exception(ERROR_DISK_FULL);
                 rest.remove_prefix(count);
             }
-        file.close();
-        if (!MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+        made.file.close();
+        if (!MoveFileExW(made.name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
             throw vh::win32_exception(GetLastError());
     } catch (const vh::win32_exception&) {
-        DeleteFileW(temporary.c_str());
+        // An open file can't be deleted.
+        made.file = vh::file();
+        DeleteFileW(made.name.c_str());
         throw;
     }
 }

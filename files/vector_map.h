@@ -12,7 +12,8 @@
 namespace vh {
 
 // Positions by the hash of a key without regard to case. The keys themselves lie in the vector, so that each is
-// kept once.
+// kept once. Names are equal as the run-time's locale says, which may change; the hash folds every unit that any
+// locale folds, so that equal names have equal hashes under all of them.
 class map_i {
 public:
     static constexpr uint32_t none = UINT32_MAX;
@@ -20,8 +21,16 @@ public:
     static uint32_t hash(std::wstring_view key)
     {
         uint32_t value = 2166136261u;
-        for (const wchar_t unit : key)
-            value = (value ^ fold(unit)) * 16777619u;
+        const auto add = [&](wchar_t unit) { value = (value ^ unit) * 16777619u; };
+        for (std::size_t i = 0; i < key.size(); ++i) {
+            if (key[i] < 0x80) {
+                add(key[i] >= L'A' && key[i] <= L'Z' ? key[i] | 0x20 : key[i]);
+                continue;
+            }
+            // The rest in blocks, as each goes through the system.
+            for (wchar_t folded[block]; i < key.size(); i += block)
+                std::ranges::for_each(fold(key.substr(i, block), folded), add);
+        }
         return value ^ value >> 15;
     }
 
@@ -74,11 +83,13 @@ private:
         uint32_t position = none;
     };
 
-    static uint32_t fold(wchar_t unit)
+    static constexpr std::size_t block = 64;
+
+    static std::wstring_view fold(std::wstring_view text, wchar_t (&folded)[block])
     {
-        if (unit < 0x80)
-            return unit >= L'A' && unit <= L'Z' ? unit | 0x20u : unit;
-        return std::towlower(unit);
+        const auto count = static_cast<int>(text.size());
+        LCMapStringW(LOCALE_INVARIANT, LCMAP_LOWERCASE, text.data(), count, folded, count);
+        return {folded, text.size()};
     }
 
     std::size_t mask() const { return m_slots.size() - 1; }
