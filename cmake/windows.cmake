@@ -75,9 +75,9 @@ vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
-  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
-  target_link_libraries(vhtool PRIVATE vhhost_parts)
+  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
 endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
@@ -112,6 +112,8 @@ endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
