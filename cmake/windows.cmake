@@ -98,6 +98,13 @@ vhrt_test_program(vhrt_format_tests tests/format)
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
+# INI files that this machine has, which a script looks for.
+add_executable(vhrt_real_file_tests tests/real/ini_files.cpp)
+target_link_libraries(vhrt_real_file_tests PRIVATE vhrt_objects gtest gtest_main oleaut32)
+add_test(NAME vhrt_real_file_tests COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER}
+  -DTESTS=$<TARGET_FILE:vhrt_real_file_tests> -DLIST=${CMAKE_BINARY_DIR}/ini_files.txt
+  -P ${CMAKE_SOURCE_DIR}/tests/real/ini_files.cmake)
+
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
 add_test(NAME script_clean COMMAND ${CMAKE_COMMAND} -E rm -rf ${script_place})
