@@ -11,6 +11,26 @@
 
 namespace vh {
 
+// Small letters for A to Z. No locale folds ASCII units in another way.
+inline wchar_t FoldAscii(wchar_t unit)
+{
+    return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit | 0x20) : unit;
+}
+
+// Without regard to case. The run-time is asked only about what is not ASCII.
+inline bool SameName(std::wstring_view a, std::wstring_view b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (a[i] >= 0x80 || b[i] >= 0x80)
+            return char_traitsi::compare(a.data() + i, b.data() + i, a.size() - i) == 0;
+        if (FoldAscii(a[i]) != FoldAscii(b[i]))
+            return false;
+    }
+    return true;
+}
+
 // Positions by the hash of a key without regard to case. The keys themselves lie in the vector, so that each is
 // kept once. Names are equal as the run-time's locale says, which may change; the hash folds every unit that any
 // locale folds, so that equal names have equal hashes under all of them.
@@ -24,7 +44,7 @@ public:
         const auto add = [&](wchar_t unit) { value = (value ^ unit) * 16777619u; };
         for (std::size_t i = 0; i < key.size(); ++i) {
             if (key[i] < 0x80) {
-                add(key[i] >= L'A' && key[i] <= L'Z' ? key[i] | 0x20 : key[i]);
+                add(FoldAscii(key[i]));
                 continue;
             }
             // The rest in blocks, as each goes through the system.
@@ -75,6 +95,18 @@ public:
         for (slot& one : m_slots)
             if (one.position != none && one.position > position)
                 --one.position;
+    }
+    // The new place of each position, or none for those that go.
+    void renumber(const std::vector<uint32_t>& places)
+    {
+        std::vector<slot> old(m_slots.size());
+        old.swap(m_slots);
+        m_count = 0;
+        for (const slot& one : old)
+            if (one.position != none && places[one.position] != none) {
+                place({one.hash, places[one.position]});
+                ++m_count;
+            }
     }
 
 private:
@@ -179,10 +211,18 @@ public:
     template <class Accept>
     uint32_t erase_if(Accept&& accept)
     {
-        const auto removed = std::erase_if(m_items, [&](const value_type& item) { return accept(item.first); });
+        std::vector<uint32_t> places(m_items.size());
+        uint32_t kept = 0;
+        for (uint32_t at = 0; at < places.size(); ++at) {
+            places[at] = accept(m_items[at].first) ? Index::none : kept++;
+            if (places[at] != Index::none && places[at] != at)
+                m_items[places[at]] = std::move(m_items[at]);
+        }
+        const uint32_t removed = size() - kept;
+        m_items.erase(m_items.begin() + kept, m_items.end());
         if (removed)
-            rewrite_positions();
-        return static_cast<uint32_t>(removed);
+            m_index.renumber(places);
+        return removed;
     }
     void clear()
     {
@@ -216,11 +256,7 @@ public:
 private:
     uint32_t position_of(std::wstring_view key, uint32_t hash) const
     {
-        return m_index.find(hash, [&](uint32_t position) { return same(m_items[position].first, key); });
-    }
-    static bool same(const Key& a, std::wstring_view b)
-    {
-        return a.view() == b || a.folded() == typename Key::view_type(b.data(), b.size());
+        return m_index.find(hash, [&](uint32_t position) { return SameName(m_items[position].first, key); });
     }
     void rewrite_positions()
     {
