@@ -96,17 +96,15 @@ public:
             if (one.position != none && one.position > position)
                 --one.position;
     }
-    // The new place of each position, or none for those that go.
+    // The new place of each position, or none for those that go. Takes no memory.
     void renumber(const std::vector<uint32_t>& places)
     {
-        std::vector<slot> old(m_slots.size());
-        old.swap(m_slots);
-        m_count = 0;
-        for (const slot& one : old)
-            if (one.position != none && places[one.position] != none) {
-                place({one.hash, places[one.position]});
-                ++m_count;
-            }
+        for (std::size_t i = 0; i < m_slots.size(); ++i)
+            for (; m_slots[i].position != none && places[m_slots[i].position] == none; --m_count)
+                close(i);
+        for (slot& one : m_slots)
+            if (one.position != none)
+                one.position = places[one.position];
     }
 
 private:
