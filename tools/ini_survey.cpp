@@ -69,6 +69,7 @@ IniSurvey SurveyIniText(std::wstring_view text, std::wstring_view separator)
     LineOfName sections;
     std::map<std::wstring, LineOfName, vh::text_less_i> keys;
     LineOfName* current = nullptr;
+    bool stray = false;
     const auto find = [&](std::size_t line, const std::wstring& what, bool fatal = false) {
         survey.findings.push_back({line, what, fatal});
     };
@@ -88,7 +89,9 @@ IniSurvey SurveyIniText(std::wstring_view text, std::wstring_view separator)
                 find(line, L"key " + Quoted(name) + L" is dropped, as it stands" + InLine(before->second));
         } else if (name.starts_with(L'[')) {
             find(line, L"section without \"]\": " + Quoted(name), true);
-        } else {
+        } else if (!stray) {
+            // One stands for all of them: a load ends here.
+            stray = true;
             find(line, L"neither section nor comment before the first section: " + Quoted(name), true);
         }
     }
