@@ -92,6 +92,11 @@ function(vhrt_test_program name folder)
   endif()
 endfunction()
 vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:vhengine>)
+# Stands in for a download agent.
+add_executable(vhrt_test_agent WIN32 tests/agent/agent.cpp)
+target_link_options(vhrt_test_agent PRIVATE -municode)
+target_link_libraries(vhrt_test_agent PRIVATE vhrt_options)
+add_dependencies(vhrt_export_tests vhrt_test_agent)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
@@ -104,6 +109,13 @@ target_link_libraries(vhrt_real_file_tests PRIVATE vhrt_objects gtest gtest_main
 add_test(NAME vhrt_real_file_tests COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER}
   -DTESTS=$<TARGET_FILE:vhrt_real_file_tests> -DLIST=${CMAKE_BINARY_DIR}/ini_files.txt
   -P ${CMAKE_SOURCE_DIR}/tests/real/ini_files.cmake)
+
+# Versions of real executables, against a reader that shares nothing with the library.
+add_executable(vhrt_print_versions tests/versions/print_versions.cpp)
+target_link_libraries(vhrt_print_versions PRIVATE VHRT vhrt_options)
+add_test(NAME versions_of_real_files COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/versions/check_versions.py
+  ${CMAKE_SOURCE_DIR} ${WINE_RUNNER} $<TARGET_FILE:vhrt_print_versions> ${CMAKE_BINARY_DIR}/version_tests)
+set_tests_properties(versions_of_real_files PROPERTIES TIMEOUT 300)
 
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)

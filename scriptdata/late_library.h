@@ -47,6 +47,13 @@ public:
     void show() { put(nullptr); }
 
 protected:
+    // In a library that is held for one call only, so that nothing is remembered of it.
+    void* find_in(HMODULE module) const
+    {
+        if (void* replacement = m_found.load(std::memory_order_relaxed))
+            return replacement;
+        return m_hidden || !module ? nullptr : reinterpret_cast<void*>(GetProcAddress(module, m_name));
+    }
     // Null, with the thread's last error set, when the system lacks the function.
     void* find() const
     {
@@ -85,6 +92,8 @@ public:
 
     // Null when the system lacks it.
     pointer get() const { return reinterpret_cast<pointer>(find()); }
+    // The same for a function that is never called by its name: `module`, which may be null, is the caller's.
+    pointer get_in(HMODULE module) const { return reinterpret_cast<pointer>(find_in(module)); }
     explicit operator bool() const { return find() != nullptr; }
 
     // A function that the system lacks raises the error of the look-up.

@@ -7,6 +7,7 @@
 
 #include "exit_codes.h"
 #include "exports_command.h"
+#include "facts_command.h"
 #include "host/command_line.h"
 #include "host/console.h"
 #include "host/text.h"
@@ -19,6 +20,8 @@ struct CommandLine {
     std::string file;
     std::string output;
     std::string definition;
+    std::string library;
+    bool json = false;
     unsigned seconds = 0;
     std::string other;
     std::string section;
@@ -48,16 +51,19 @@ void DeclareTrace(CLI::App& app, CommandLine& line)
         [&line] { line.run = [&line] { return tools::FollowTrace(host::PathOf(line.file), line.seconds); }; });
 }
 
+// The library that a person names, or else the one beside this program.
+std::wstring LibraryOf(const std::string& given)
+{
+    return given.empty() ? host::Join(host::ProgramFolder(), L"VHRT.dll") : host::PathOf(given);
+}
+
 void DeclareExports(CLI::App& app, CommandLine& line)
 {
     CLI::App* exports = app.add_subcommand("exports", "List the exports of a library with their arguments");
     exports->add_option("DLL", line.file, "The library; without it VHRT.dll beside this program");
     exports->add_option("--def", line.definition, "Compare the numbers with this file")->type_name("FILE");
     exports->callback([&line] {
-        line.run = [&line] {
-            const std::wstring own = host::Join(host::ProgramFolder(), L"VHRT.dll");
-            return tools::ListExports(line.file.empty() ? own : host::PathOf(line.file), host::PathOf(line.definition));
-        };
+        line.run = [&line] { return tools::ListExports(LibraryOf(line.file), host::PathOf(line.definition)); };
     });
 }
 
@@ -116,7 +122,16 @@ void DeclareIni(CLI::App& app, CommandLine& line)
     merge->add_option("OTHER", line.other, "The other INI file")->required();
     DeclareIniCommand(*ini, line, "check", "Show encoding and counts, and every line that is dropped or stops a reader",
                       false, [&line] { return tools::CheckIniFile(host::PathOf(line.file), line.ini); });
-}
+
+    void DeclareFacts(CLI::App & app, CommandLine & line)
+    {
+        CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
+        facts->add_flag("--json", line.json, "As one JSON object");
+        facts->add_option("--library", line.library, "Ask this library; without it VHRT.dll beside this program")
+            ->type_name("PATH");
+        facts->callback(
+            [&line] { line.run = [&line] { return tools::PrintFacts(LibraryOf(line.library), line.json); }; });
+    }
 
 } // namespace
 
@@ -131,6 +146,8 @@ int wmain(int count, wchar_t** words)
     DeclareTrace(app, line);
     DeclareExports(app, line);
     DeclareIni(app, line);
+
+    DeclareFacts(app, line);
     try {
         if (!host::ParseCommandLine(app, count, words))
             return tools::exit_done;
