@@ -122,16 +122,16 @@ void DeclareIni(CLI::App& app, CommandLine& line)
     merge->add_option("OTHER", line.other, "The other INI file")->required();
     DeclareIniCommand(*ini, line, "check", "Show encoding and counts, and every line that is dropped or stops a reader",
                       false, [&line] { return tools::CheckIniFile(host::PathOf(line.file), line.ini); });
+}
 
-    void DeclareFacts(CLI::App & app, CommandLine & line)
-    {
-        CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
-        facts->add_flag("--json", line.json, "As one JSON object");
-        facts->add_option("--library", line.library, "Ask this library; without it VHRT.dll beside this program")
-            ->type_name("PATH");
-        facts->callback(
-            [&line] { line.run = [&line] { return tools::PrintFacts(LibraryOf(line.library), line.json); }; });
-    }
+void DeclareFacts(CLI::App& app, CommandLine& line)
+{
+    CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
+    facts->add_flag("--json", line.json, "As one JSON object");
+    facts->add_option("--library", line.library, "Ask this library; without it VHRT.dll beside this program")
+        ->type_name("PATH");
+    facts->callback([&line] { line.run = [&line] { return tools::PrintFacts(LibraryOf(line.library), line.json); }; });
+}
 
 } // namespace
 
