@@ -74,11 +74,10 @@ add_dependencies(vhhost VHRT)
 vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
-  # The names of systems, which no export tells.
-  add_executable(vhtool ${tool_sources} system/operating_system.cpp system/version_info.cpp)
-  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
+  add_executable(vhtool ${tool_sources})
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
-  target_link_libraries(vhtool PRIVATE vhhost_parts)
+  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
 endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
@@ -111,6 +110,13 @@ add_test(NAME vhrt_network_tests
 set_tests_properties(vhrt_network_tests PROPERTIES TIMEOUT 300)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
+# INI files that this machine has, which a script looks for.
+add_executable(vhrt_real_file_tests tests/real/ini_files.cpp)
+target_link_libraries(vhrt_real_file_tests PRIVATE vhrt_objects gtest gtest_main oleaut32)
+add_test(NAME vhrt_real_file_tests COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER}
+  -DTESTS=$<TARGET_FILE:vhrt_real_file_tests> -DLIST=${CMAKE_BINARY_DIR}/ini_files.txt
+  -P ${CMAKE_SOURCE_DIR}/tests/real/ini_files.cmake)
+
 # Versions of real executables, against a reader that shares nothing with the library.
 add_executable(vhrt_print_versions tests/versions/print_versions.cpp)
 target_link_libraries(vhrt_print_versions PRIVATE VHRT vhrt_options)
@@ -132,6 +138,8 @@ endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
