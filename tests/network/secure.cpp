@@ -12,31 +12,44 @@ using namespace vh::test;
 // The test's authority among those that the system trusts, while this lives.
 class TrustedAuthority {
 public:
-    TrustedAuthority() : m_store(CertOpenSystemStoreW(0, L"ROOT"))
+    TrustedAuthority()
     {
         const std::wstring path = Wide(std::getenv("VHRT_TEST_CA"));
-        vh::file certificate;
-        EXPECT_EQ(certificate.open((path[0] == L'/' ? L"Z:" + path : path).c_str(), GENERIC_READ, FILE_SHARE_READ, 0,
-                                   OPEN_EXISTING),
-                  0u);
-        std::vector<BYTE> bytes(certificate.size());
-        certificate.read_bytes(bytes.data(), static_cast<DWORD>(bytes.size()));
-        EXPECT_TRUE(CertAddEncodedCertificateToStore(m_store, X509_ASN_ENCODING, bytes.data(),
-                                                     static_cast<DWORD>(bytes.size()), CERT_STORE_ADD_REPLACE_EXISTING,
-                                                     &m_certificate));
+        vh::file file;
+        EXPECT_EQ(
+            file.open((path[0] == L'/' ? L"Z:" + path : path).c_str(), GENERIC_READ, FILE_SHARE_READ, 0, OPEN_EXISTING),
+            0u);
+        m_certificate.resize(file.size());
+        file.read_bytes(m_certificate.data(), Size());
+        InStore([this](HCERTSTORE store) {
+            EXPECT_TRUE(CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, m_certificate.data(), Size(),
+                                                         CERT_STORE_ADD_REPLACE_EXISTING, nullptr));
+        });
     }
     TrustedAuthority(const TrustedAuthority&) = delete;
     TrustedAuthority& operator=(const TrustedAuthority&) = delete;
     ~TrustedAuthority()
     {
-        // Ends the certificate in the store and this reference to it.
-        CertDeleteCertificateFromStore(m_certificate);
-        CertCloseStore(m_store, 0);
+        InStore([this](HCERTSTORE store) {
+            const PCCERT_CONTEXT wanted = CertCreateCertificateContext(X509_ASN_ENCODING, m_certificate.data(), Size());
+            CertDeleteCertificateFromStore(
+                CertFindCertificateInStore(store, X509_ASN_ENCODING, 0, CERT_FIND_EXISTING, wanted, nullptr));
+            CertFreeCertificateContext(wanted);
+        });
     }
 
 private:
-    HCERTSTORE m_store;
-    PCCERT_CONTEXT m_certificate = nullptr;
+    DWORD Size() const { return static_cast<DWORD>(m_certificate.size()); }
+    // Others see what is done when the store is closed.
+    template <class Step>
+    static void InStore(Step&& step)
+    {
+        const HCERTSTORE store = CertOpenSystemStoreW(0, L"ROOT");
+        step(store);
+        CertCloseStore(store, 0);
+    }
+
+    std::vector<BYTE> m_certificate;
 };
 
 TEST(Secure, ReadsFromAServerThatTheSystemTrusts)
