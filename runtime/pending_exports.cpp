@@ -101,13 +101,6 @@ int32_t _SetAltMainImageEx(ObjectContext* context, int32_t, const wchar_t*)
 }
 int32_t _SetPaletteFile(ObjectContext* context, const wchar_t*) { return Missing(context, 0); }
 
-// Folder picker: it can't be shown.
-int32_t _BrowseForFolder(ObjectContext*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int32_t,
-                         wchar_t*, int32_t, int32_t)
-{
-    return -1;
-}
-
 // Versions: no file has a version that can be read.
 int32_t VerGetFileVersion(const wchar_t*, wchar_t*) { return -8; }
 int32_t _VerGetFileLanguages(ObjectContext* context, const wchar_t*, ListHandle) { return Missing(context, -8); }
