@@ -22,7 +22,7 @@ inline void KeepPicture(HWND window, const std::wstring& name)
     picture.biWidth = place.right - place.left;
     picture.biHeight = place.bottom - place.top;
     picture.biPlanes = 1;
-    picture.biBitCount = 32;
+    picture.biBitCount = 24;
 
     const HDC screen = GetDC(nullptr);
     const HDC memory = CreateCompatibleDC(screen);
@@ -33,7 +33,7 @@ inline void KeepPicture(HWND window, const std::wstring& name)
     BitBlt(memory, 0, 0, picture.biWidth, picture.biHeight, screen, place.left, place.top, SRCCOPY);
     GdiFlush();
 
-    const auto size = static_cast<DWORD>(picture.biWidth * picture.biHeight * 4);
+    const auto size = static_cast<DWORD>((picture.biWidth * 3 + 3) / 4 * 4 * picture.biHeight);
     BITMAPFILEHEADER header{};
     header.bfType = 0x4D42;
     header.bfOffBits = sizeof(header) + sizeof(picture);
