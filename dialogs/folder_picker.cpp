@@ -101,35 +101,35 @@ void FolderPicker::Guarded(Body&& body) noexcept
 int CALLBACK FolderPicker::OnNotice(HWND dialog, UINT notice, LPARAM parameter, LPARAM data)
 {
     auto& picker = *reinterpret_cast<FolderPicker*>(data);
+    picker.m_dialog = dialog;
     picker.Guarded([&] {
         if (notice == BFFM_INITIALIZED)
-            picker.Start(dialog);
+            picker.Start();
         else if (notice == BFFM_SELCHANGED)
             picker.TakeSelection(reinterpret_cast<PCIDLIST_ABSOLUTE>(parameter));
     });
     return 0;
 }
 
-void FolderPicker::Start(HWND dialog)
+void FolderPicker::Start()
 {
-    m_dialog = dialog;
-    const LONG_PTR style = late::get_window_long(dialog, GWL_EXSTYLE);
-    late::set_window_long(dialog, GWL_EXSTYLE, style & ~LONG_PTR{WS_EX_CONTEXTHELP});
-    late::set_window_pos(dialog, nullptr, 0, 0, 0, 0,
+    const LONG_PTR style = late::get_window_long(m_dialog, GWL_EXSTYLE);
+    late::set_window_long(m_dialog, GWL_EXSTYLE, style & ~LONG_PTR{WS_EX_CONTEXTHELP});
+    late::set_window_pos(m_dialog, nullptr, 0, 0, 0, 0,
                          SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-    late::set_text(dialog, m_texts.title.c_str());
+    late::set_text(m_dialog, m_texts.title.c_str());
     if (m_editing) {
         StartEditing();
     } else {
         const auto tell = [&](UINT message, BOOL kind, const stringx& text) {
-            late::send_message(dialog, message, static_cast<WPARAM>(kind), reinterpret_cast<LPARAM>(text.c_str()));
+            late::send_message(m_dialog, message, static_cast<WPARAM>(kind), reinterpret_cast<LPARAM>(text.c_str()));
         };
         tell(BFFM_SETSTATUSTEXTW, FALSE, m_texts.second_label);
         // A copy, since the selection changes the path.
         if (const stringx start = m_path; !start.empty())
             tell(BFFM_SETSELECTIONW, TRUE, start);
     }
-    Centre(dialog, m_owner);
+    Centre(m_dialog, m_owner);
 }
 
 void FolderPicker::StartEditing()

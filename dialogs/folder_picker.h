@@ -35,7 +35,7 @@ private:
 
     template <class Body>
     void Guarded(Body&& body) noexcept;
-    void Start(HWND dialog);
+    void Start();
     void StartEditing();
     void TakeSelection(PCIDLIST_ABSOLUTE item);
     bool Accept();

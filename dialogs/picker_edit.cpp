@@ -16,6 +16,8 @@ constexpr int edit_height = 14;
 constexpr int gap_below_label = 2;
 constexpr int gap_below_edit = 4;
 constexpr int gap_above_tree = 3;
+// What the tree keeps, however long the labels are.
+constexpr int least_tree = 40;
 
 int PixelsOf(HWND dialog, int vertical_units)
 {
@@ -154,8 +156,11 @@ void PickerEdit::Create(HWND dialog, const stringx& label, const stringx& second
     m_tree = FindTree(dialog);
     const RECT anchor = Anchor();
     const int width = WidthOf(anchor);
-    const int label_height = HeightOfLabel(label, width);
-    const int second_height = HeightOfLabel(second_label, width);
+    const int fixed = PixelsOf(dialog, gap_below_label + edit_height + gap_below_edit + gap_above_tree + least_tree);
+    const int room = HeightOf(WorkAreaOf(dialog)) - HeightOf(PlaceOf(dialog)) + HeightOf(anchor) - fixed;
+    const int most = std::max(room / 2, 0);
+    const int label_height = std::min(HeightOfLabel(label, width), most);
+    const int second_height = std::min(HeightOfLabel(second_label, width), most);
 
     RECT place = anchor;
     const auto take = [&](int height, int gap) {

@@ -213,6 +213,72 @@ TEST_F(FolderPicker, NeedsABuffer)
     EXPECT_STREQ(buffer, L"c:\\");
 }
 
+TEST_F(FolderPicker, GivesLongLabelsTheirRoomAndKeepsTheRestInSight)
+{
+    std::wstring words;
+    std::vector<std::wstring> labels;
+    for (int lines = 0; lines < 400; ++lines) {
+        words += L"some words of a long label, ";
+        if (lines == 3 || lines == 399)
+            labels.push_back(words);
+    }
+    for (const std::wstring& label : labels) {
+        wchar_t buffer[MAX_PATH] = L"c:\\";
+        const auto look = [&] {
+            ExpectTidy(Dialog());
+            const HWND shown = VisibleChild(Dialog(), L"Static", label.c_str());
+            const RECT place = PlaceOnScreen(shown);
+            const RECT edit = PlaceOnScreen(Edit());
+            EXPECT_GT(place.bottom - place.top, edit.bottom - edit.top);
+            const RECT tree = PlaceOnScreen(Tree(Dialog()));
+            EXPECT_GT(tree.bottom - tree.top, edit.bottom - edit.top);
+            const RECT dialog = PlaceOnScreen(Dialog());
+            EXPECT_TRUE(dialog.top >= 0 && dialog.bottom <= GetSystemMetrics(SM_CYSCREEN));
+            KeepPicture(Dialog(), L"folder picker with long labels " + std::to_wstring(label.size()));
+            return true;
+        };
+        const DialogDriver driver({EditStands, look, PressCancel});
+        EXPECT_EQ(_BrowseForFolder(Context(), title, L"Pick one of these.", label.c_str(), label.c_str(), with_edit,
+                                   buffer, MAX_PATH, 0),
+                  2);
+    }
+}
+
+// A main window for as long as a test needs one.
+class MainWindow {
+public:
+    MainWindow()
+        : m_window(CreateWindowExW(0, L"Static", L"Setup", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 30, 600, 500, nullptr,
+                                   nullptr, nullptr, nullptr))
+    {
+    }
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+    ~MainWindow() { DestroyWindow(m_window); }
+    operator HWND() const { return m_window; }
+
+private:
+    HWND m_window;
+};
+
+TEST(FolderPickerOfAMainWindow, StandsOverItAndGivesItBack)
+{
+    const MainWindow main;
+    const TextSession session(UserTexts(), StandardTexts(), main);
+    wchar_t buffer[MAX_PATH] = L"c:\\";
+    const auto look = [&] {
+        EXPECT_EQ(GetWindow(Dialog(), GW_OWNER), main);
+        EXPECT_FALSE(IsWindowEnabled(main));
+        const RECT place = PlaceOnScreen(Dialog());
+        EXPECT_NEAR((place.left + place.right) / 2.0, 320, 2);
+        EXPECT_NEAR((place.top + place.bottom) / 2.0, 280, 2);
+        return true;
+    };
+    const DialogDriver driver({EditStands, look, PressCancel});
+    EXPECT_EQ(_BrowseForFolder(session, title, L"", L"", L"", with_edit, buffer, MAX_PATH, 0), 2);
+    EXPECT_TRUE(IsWindowEnabled(main));
+}
+
 // Lets the tree select a folder, as a click would.
 DialogDriver::Step Selected(const wchar_t* path)
 {
@@ -275,6 +341,7 @@ TEST_F(FolderPicker, HasNoEditForComputersAndPrinters)
     EXPECT_EQ(Browse(L"c:\\windows\\", BIF_EDITBOX | BIF_BROWSEFORPRINTER, false, {look, PressOk}), 1);
     EXPECT_EQ(_wcsicmp(Path(), L"c:\\windows"), 0) << Path();
     EXPECT_EQ(Browse(L"", BIF_EDITBOX | BIF_BROWSEFORCOMPUTER, false, {look, PressOk}), 1);
+    EXPECT_STRNE(Path(), L"") << "no name of what was picked";
     EXPECT_EQ(Browse(L"c:\\", BIF_EDITBOX | BIF_BROWSEFORCOMPUTER, false, {look, PressCancel}), 2);
     EXPECT_STREQ(Path(), L"c:");
 }
