@@ -1,5 +1,7 @@
 #include "folder_picker.h"
 
+#include <algorithm>
+
 #include "../scriptdata/task_memory.h"
 #include "folder_test.h"
 #include "late_shell.h"
@@ -212,9 +214,11 @@ LRESULT FolderPicker::Handle(UINT message, WPARAM wide, LPARAM parameter)
         else if (LOWORD(wide) == IDOK && !(m_accepted = Accept()))
             return 0;
         break;
-    case WM_GETMINMAXINFO: {
+    case WM_WINDOWPOSCHANGING: {
         const LRESULT result = HandleByPlatform(message, wide, parameter);
-        reinterpret_cast<MINMAXINFO*>(parameter)->ptMinTrackSize.y += m_edit.added_height();
+        auto& place = *reinterpret_cast<WINDOWPOS*>(parameter);
+        if (!(place.flags & SWP_NOSIZE))
+            place.cy = std::max(place.cy, m_edit.LeastHeight());
         return result;
     }
     case WM_SIZE: {

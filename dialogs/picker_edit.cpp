@@ -50,6 +50,15 @@ HWND FindTree(HWND dialog)
 
 WPARAM FontOf(HWND dialog) { return static_cast<WPARAM>(late::send_message(dialog, WM_GETFONT, 0u, 0)); }
 
+// A dialog that can be sized lays out its controls when its size is told, which may be the first time.
+void LayOut(HWND dialog)
+{
+    RECT client{};
+    late::get_client_rect(dialog, &client);
+    late::send_message(dialog, static_cast<UINT>(WM_SIZE), WPARAM{SIZE_RESTORED},
+                       LPARAM{MAKELPARAM(client.right, client.bottom)});
+}
+
 // A window's device context with a font of the caller's, for measuring.
 class font_context {
 public:
@@ -116,8 +125,8 @@ void PickerEdit::MakeRoom(const RECT& anchor, int height)
             below.push_back({child, place});
 
     RECT place = PlaceOf(m_dialog);
-    m_added = std::clamp(HeightOf(WorkAreaOf(m_dialog)) - HeightOf(place), 0, height);
-    place.bottom += m_added;
+    const int added = std::clamp(HeightOf(WorkAreaOf(m_dialog)) - HeightOf(place), 0, height);
+    place.bottom += added;
     Place(m_dialog, place);
 
     // A dialog that can be sized has just moved its controls itself.
@@ -125,15 +134,15 @@ void PickerEdit::MakeRoom(const RECT& anchor, int height)
         RECT now = PlaceIn(m_dialog, window);
         if (now.top != before.top)
             continue;
-        now.top += m_added;
-        now.bottom += m_added;
+        now.top += added;
+        now.bottom += added;
         Place(window, now);
     }
     if (!m_tree)
         return;
     RECT tree = PlaceIn(m_dialog, m_tree);
     if (tree.bottom == anchor.bottom)
-        tree.bottom += m_added;
+        tree.bottom += added;
     tree.top = std::min(anchor.top + height, tree.bottom);
     Place(m_tree, tree);
     m_top_of_tree = static_cast<int>(tree.top);
@@ -154,6 +163,7 @@ void PickerEdit::Create(HWND dialog, const stringx& label, const stringx& second
 {
     m_dialog = dialog;
     m_tree = FindTree(dialog);
+    LayOut(dialog);
     const RECT anchor = Anchor();
     const int width = WidthOf(anchor);
     const int fixed = PixelsOf(dialog, gap_below_label + edit_height + gap_below_edit + gap_above_tree + least_tree);
@@ -200,6 +210,13 @@ void PickerEdit::Arrange() const
         place.right = tree.right;
         Place(control, place);
     }
+}
+
+int PickerEdit::LeastHeight() const
+{
+    if (!m_tree)
+        return 0;
+    return HeightOf(PlaceOf(m_dialog)) - HeightOf(PlaceOf(m_tree)) + PixelsOf(m_dialog, least_tree);
 }
 
 stringx PickerEdit::Text() const

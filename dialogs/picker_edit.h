@@ -21,8 +21,8 @@ public:
     void Arrange() const;
 
     explicit operator bool() const { return m_edit != nullptr; }
-    // How much higher the dialog has become.
-    int added_height() const { return m_added; }
+    // Below this height of the dialog the tree would be squeezed away.
+    int LeastHeight() const;
     stringx Text() const;
     void SetText(const wchar_t* text) const;
     // Gives it the input with its whole text selected.
@@ -41,7 +41,6 @@ private:
     HWND m_edit = nullptr;
     HWND m_second_label = nullptr;
     int m_top_of_tree = 0;
-    int m_added = 0;
 };
 
 } // namespace vh

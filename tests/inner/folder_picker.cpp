@@ -107,4 +107,103 @@ TEST(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
     }
 }
 
+// A dialog with nothing in it, which tells the picker what a platform's would.
+class BareDialog {
+public:
+    explicit BareDialog(BROWSEINFOW* info) : m_info(info)
+    {
+        const struct {
+            DLGTEMPLATE dialog;
+            WORD no_menu, no_class, no_title;
+        } bare{{WS_POPUP | WS_CAPTION, WS_EX_CONTEXTHELP, 0, 0, 0, 150, 100}, 0, 0, 0};
+        m_window = CreateDialogIndirectParamW(nullptr, &bare.dialog, nullptr, &Procedure, 0);
+    }
+    BareDialog(const BareDialog&) = delete;
+    BareDialog& operator=(const BareDialog&) = delete;
+    ~BareDialog() { DestroyWindow(m_window); }
+
+    HWND window() const { return m_window; }
+    void Tell(UINT notice, PIDLIST_ABSOLUTE item = nullptr) const
+    {
+        m_info->lpfn(m_window, notice, reinterpret_cast<LPARAM>(item), m_info->lParam);
+    }
+    // The dialog's own messages to itself.
+    void Settle() const
+    {
+        MSG message;
+        while (PeekMessageW(&message, m_window, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+    }
+    void Press(int button) const { SendMessageW(m_window, WM_COMMAND, static_cast<WPARAM>(button), 0); }
+    std::wstring Typed() const
+    {
+        wchar_t text[MAX_PATH] = L"";
+        GetDlgItemTextW(m_window, vh::PickerEdit::edit_id, text, MAX_PATH);
+        return text;
+    }
+
+private:
+    static INT_PTR CALLBACK Procedure(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
+
+    BROWSEINFOW* m_info;
+    HWND m_window;
+};
+
+// Lets the picker run with such a dialog, which nobody picks an item in; `story` is what happens in it.
+bool RunBare(vh::FolderPicker& picker, void (*story)(BareDialog&))
+{
+    static void (*s_story)(BareDialog&);
+    s_story = story;
+    vh::late::browse_for_folder.replace([](BROWSEINFOW* info) -> PIDLIST_ABSOLUTE {
+        BareDialog dialog(info);
+        dialog.Tell(BFFM_INITIALIZED);
+        s_story(dialog);
+        return nullptr;
+    });
+    const bool picked = picker.Run(nullptr, L"c:\\start");
+    vh::late::browse_for_folder.replace(nullptr);
+    return picked;
+}
+
+TEST(FolderPicker, KeepsTheStartingFolderWhileTheTreeComesUp)
+{
+    const vh::PickerTexts texts;
+    vh::FolderPicker picker(texts, BIF_EDITBOX, false);
+    const bool picked = RunBare(picker, [](BareDialog& shown) {
+        vh::unique_id_list item;
+        ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, item.put()), S_OK);
+        shown.Tell(BFFM_SELCHANGED, item.get());
+        EXPECT_EQ(shown.Typed(), L"c:\\start");
+        shown.Settle();
+        EXPECT_EQ(shown.Typed(), L"c:\\start");
+        shown.Tell(BFFM_SELCHANGED, item.get());
+        EXPECT_NE(shown.Typed(), L"c:\\start");
+    });
+    EXPECT_FALSE(picked);
+}
+
+TEST(FolderPicker, NeedsNoControlOfThePlatforms)
+{
+    const vh::PickerTexts texts;
+    vh::FolderPicker picker(texts, BIF_EDITBOX, false);
+    const bool picked = RunBare(picker, [](BareDialog& shown) {
+        EXPECT_EQ(GetWindowLongPtrW(shown.window(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP, 0);
+        shown.Settle();
+        shown.Press(IDOK);
+    });
+    EXPECT_TRUE(picked);
+    EXPECT_STREQ(picker.Path().c_str(), L"c:\\start");
+}
+
+TEST(FolderPicker, IsCancelledByTheLastWord)
+{
+    const vh::PickerTexts texts;
+    vh::FolderPicker picker(texts, BIF_EDITBOX, false);
+    const bool picked = RunBare(picker, [](BareDialog& shown) {
+        shown.Press(IDOK);
+        shown.Press(IDCANCEL);
+    });
+    EXPECT_FALSE(picked);
+}
+
 } // namespace

@@ -50,8 +50,14 @@ DialogDriver::Step Refused(std::wstring path)
 {
     return [text = L"The folder \"" + path + L"\" cannot be used.", seen = false]() mutable {
         const HWND box = DialogNamed(error_title);
+        if (!box && seen && EditStands()) {
+            DWORD end = 0;
+            SendMessageW(Edit(), EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
+            EXPECT_EQ(end, TextOf(Edit()).size()) << "not all is selected";
+            return true;
+        }
         if (!box)
-            return seen && EditStands();
+            return false;
         EXPECT_TRUE(seen || VisibleChild(box, L"Static", text.c_str())) << "missing: " << text;
         if (!seen)
             Press(box, IDOK);
@@ -117,6 +123,8 @@ void ExpectEditAboveTree(HWND dialog)
         EXPECT_GE(PlaceOnScreen(column[i]).top, least) << i;
     }
     EXPECT_EQ(PlaceOnScreen(column[1]).left, PlaceOnScreen(column[0]).left);
+    EXPECT_EQ(PlaceOnScreen(column[1]).right, PlaceOnScreen(column[2]).right);
+    EXPECT_NEAR(PlaceOnScreen(column[1]).right, PlaceOnScreen(column[3]).right, 2);
     EXPECT_EQ(GetNextDlgTabItem(dialog, Edit(), FALSE), Tree(dialog));
     ExpectTidy(dialog);
 }
@@ -132,7 +140,6 @@ TEST_F(FolderPicker, ShowsTheStartingFolderInAnEditAboveTheTree)
         EXPECT_EQ(to, 10u);
         EXPECT_EQ(SendMessageW(Edit(), EM_GETLIMITTEXT, 0, 0), 260);
         EXPECT_TRUE(VisibleChild(Dialog(), L"Static", L"Pick one of these."));
-        EXPECT_EQ(GetWindowLongPtrW(Dialog(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP, 0);
         EXPECT_TRUE(IsWindowEnabled(OkButton()));
         ExpectEditAboveTree(Dialog());
         const RECT place = PlaceOnScreen(Dialog());
@@ -204,6 +211,18 @@ TEST_F(FolderPicker, FailsWhenTheFolderDoesNotFitTheBuffer)
     EXPECT_STREQ(Path(), L"c:\\ten unit");
 }
 
+TEST_F(FolderPicker, ObeysTheKeyboard)
+{
+    const auto key = [](WPARAM code) { return [code] { return PostMessageW(GetFocus(), WM_KEYDOWN, code, 0) != 0; }; };
+    const auto tree_has_focus = [] { return GetFocus() == Tree(Dialog()); };
+    EXPECT_EQ(Browse(L"c:\\windows", with_edit, false, {EditStands, key(VK_TAB), tree_has_focus, key(VK_ESCAPE)}), 2);
+    EXPECT_EQ(Browse(L"c:\\windows", with_edit, false,
+                     {EditStands, Typed(L"q:\\none"), key(VK_RETURN), Refused(L"q:\\none"), Typed(L"c:\\typed"),
+                      key(VK_RETURN)}),
+              1);
+    EXPECT_STREQ(Path(), L"c:\\typed");
+}
+
 TEST_F(FolderPicker, NeedsABuffer)
 {
     wchar_t buffer[] = L"c:\\";
@@ -211,6 +230,17 @@ TEST_F(FolderPicker, NeedsABuffer)
     EXPECT_EQ(_BrowseForFolder(Context(), title, L"", L"", L"", with_edit, buffer, 0, 0), -1);
     EXPECT_EQ(_BrowseForFolder(Context(), title, L"", L"", L"", with_edit, buffer, -5, 0), -1);
     EXPECT_STREQ(buffer, L"c:\\");
+}
+
+// The dialog, wider and higher by some pixels.
+DialogDriver::Step Sized(int by)
+{
+    return [by] {
+        const RECT place = PlaceOnScreen(Dialog());
+        SetWindowPos(Dialog(), nullptr, 0, 0, place.right - place.left + by, place.bottom - place.top + by,
+                     SWP_NOMOVE | SWP_NOZORDER);
+        return true;
+    };
 }
 
 TEST_F(FolderPicker, GivesLongLabelsTheirRoomAndKeepsTheRestInSight)
@@ -234,13 +264,22 @@ TEST_F(FolderPicker, GivesLongLabelsTheirRoomAndKeepsTheRestInSight)
             EXPECT_GT(tree.bottom - tree.top, edit.bottom - edit.top);
             const RECT dialog = PlaceOnScreen(Dialog());
             EXPECT_TRUE(dialog.top >= 0 && dialog.bottom <= GetSystemMetrics(SM_CYSCREEN));
+            return true;
+        };
+        const auto keep = [&] {
             KeepPicture(Dialog(), L"folder picker with long labels " + std::to_wstring(label.size()));
             return true;
         };
-        const DialogDriver driver({EditStands, look, PressCancel});
-        EXPECT_EQ(_BrowseForFolder(Context(), title, L"Pick one of these.", label.c_str(), label.c_str(), with_edit,
-                                   buffer, MAX_PATH, 0),
-                  2);
+        for (const int32_t style : {BIF_NEWDIALOGSTYLE, 0}) {
+            std::vector<DialogDriver::Step> steps{EditStands, look, keep};
+            if (style)
+                steps.insert(steps.end(), {Sized(-400), look});
+            steps.push_back(PressCancel);
+            const DialogDriver driver(std::move(steps));
+            EXPECT_EQ(_BrowseForFolder(Context(), title, L"Pick one of these.", label.c_str(), label.c_str(),
+                                       with_edit | style, buffer, MAX_PATH, 0),
+                      2);
+        }
     }
 }
 
@@ -306,7 +345,7 @@ TEST_F(FolderPicker, PutsWhatIsSelectedIntoTheEdit)
     };
     const auto ok_is_off = [] { return !IsWindowEnabled(OkButton()); };
     const auto ok_is_on = [] { return IsWindowEnabled(OkButton()) != 0; };
-    EXPECT_EQ(Browse(L"c:\\start", with_edit, false,
+    EXPECT_EQ(Browse(L"c:\\start", BIF_EDITBOX, false,
                      {EditStands, Selected(L"c:\\windows\\system32"), shows_folder, ok_is_on, select_computer,
                       ok_is_off, Typed(L"c:\\typed"), ok_is_on, PressOk}),
               1);
@@ -367,20 +406,12 @@ TEST_F(FolderPicker, KeepsItsOrderWhenTheDialogIsSized)
         ExpectEditAboveTree(Dialog());
         return true;
     };
-    const auto sized = [](int by) {
-        return [by] {
-            const RECT place = PlaceOnScreen(Dialog());
-            SetWindowPos(Dialog(), nullptr, 0, 0, place.right - place.left + by, place.bottom - place.top + by,
-                         SWP_NOMOVE | SWP_NOZORDER);
-            return true;
-        };
-    };
     const auto keep = [] {
         KeepPicture(Dialog(), L"folder picker in the new style");
         return true;
     };
     EXPECT_EQ(Browse(L"c:\\windows", with_edit | BIF_NEWDIALOGSTYLE, false,
-                     {EditStands, look, keep, sized(80), look, sized(-60), look, sized(-400), look, PressCancel}),
+                     {EditStands, look, keep, Sized(80), look, Sized(-60), look, Sized(-400), look, PressCancel}),
               2);
 }
 
