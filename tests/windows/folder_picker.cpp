@@ -352,6 +352,18 @@ TEST_F(FolderPicker, PutsWhatIsSelectedIntoTheEdit)
     EXPECT_STREQ(Path(), L"c:\\typed");
 }
 
+std::wstring SelectedName()
+{
+    wchar_t name[MAX_PATH] = L"";
+    TVITEMW item{};
+    item.mask = TVIF_TEXT;
+    item.pszText = name;
+    item.cchTextMax = MAX_PATH;
+    item.hItem = reinterpret_cast<HTREEITEM>(SendMessageW(Tree(Dialog()), TVM_GETNEXTITEM, TVGN_CARET, 0));
+    SendMessageW(Tree(Dialog()), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    return name;
+}
+
 TEST_F(FolderPicker, WithoutAnEditReturnsWhatIsSelectedAndShowsTheStatus)
 {
     const auto look = [] {
@@ -359,6 +371,7 @@ TEST_F(FolderPicker, WithoutAnEditReturnsWhatIsSelectedAndShowsTheStatus)
             return false;
         EXPECT_FALSE(Edit());
         EXPECT_EQ(TextOf(GetDlgItem(Dialog(), status_id)), L"Or from here:");
+        EXPECT_EQ(_wcsicmp(SelectedName().c_str(), L"windows"), 0) << SelectedName();
         return true;
     };
     EXPECT_EQ(Browse(L"c:\\windows\\", folders_only | BIF_STATUSTEXT, false, {look, PressOk}), 1);
