@@ -80,7 +80,7 @@ bool FolderPicker::Run(HWND owner, const stringx& start)
     if (m_failure)
         std::rethrow_exception(m_failure);
     // A typed folder counts whatever the tree shows.
-    if (!picked && !m_accepted)
+    if (m_editing ? !m_accepted : !picked)
         return false;
     if ((m_flags & named_flags) && m_path.empty())
         m_path = name;
