@@ -74,7 +74,8 @@ add_dependencies(vhhost VHRT)
 vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
-  add_executable(vhtool ${tool_sources})
+  # The names of systems, which no export tells.
+  add_executable(vhtool ${tool_sources} system/operating_system.cpp system/version_info.cpp)
   vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts)
@@ -98,6 +99,11 @@ foreach(texts standard user)
   target_link_options(vhtexts_${texts} PRIVATE -nostdlib -Wl,-e,0)
 endforeach()
 vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:vhengine>)
+# Stands in for a download agent.
+add_executable(vhrt_test_agent WIN32 tests/agent/agent.cpp)
+target_link_options(vhrt_test_agent PRIVATE -municode)
+target_link_libraries(vhrt_test_agent PRIVATE vhrt_options)
+add_dependencies(vhrt_export_tests vhrt_test_agent)
 add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32)
 vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine)
@@ -110,6 +116,13 @@ vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+
+# Versions of real executables, against a reader that shares nothing with the library.
+add_executable(vhrt_print_versions tests/versions/print_versions.cpp)
+target_link_libraries(vhrt_print_versions PRIVATE VHRT vhrt_options)
+add_test(NAME versions_of_real_files COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/versions/check_versions.py
+  ${CMAKE_SOURCE_DIR} ${WINE_RUNNER} $<TARGET_FILE:vhrt_print_versions> ${CMAKE_BINARY_DIR}/version_tests)
+set_tests_properties(versions_of_real_files PROPERTIES TIMEOUT 300)
 
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
@@ -128,6 +141,9 @@ add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DH
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
+add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
+  -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip
+  -P ${CMAKE_SOURCE_DIR}/tests/host/sdk_round_trip.cmake)
 
 # Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
 vhrt_sources(floor_sources bench/floor)

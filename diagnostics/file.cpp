@@ -1,10 +1,19 @@
 #include "file.h"
 
+#include "http_file.h"
+#include "retry_handlers.h"
 #include "url.h"
 
 namespace vh {
 
-http_file_factory make_http_file = nullptr;
+namespace {
+
+// Fresh from the server, over connections that stay, and through caches that know no "no-cache" but "pragma".
+constexpr DWORD url_flags = INTERNET_FLAG_RELOAD | INTERNET_FLAG_KEEP_CONNECTION | INTERNET_FLAG_PRAGMA_NOCACHE;
+
+} // namespace
+
+void file::release_http::operator()(http_file* reader) const { reader->release(); }
 
 void file::fail() const
 {
@@ -23,10 +32,9 @@ DWORD file::open(const wchar_t* path, DWORD access, DWORD share, DWORD attribute
     auto made = std::make_shared<opened>();
 
     if (IsWebUrl(m_name)) {
-        if (!make_http_file)
-            return ERROR_NOT_SUPPORTED;
-        made->inet = make_http_file();
-        if (!made->inet->open(m_name.c_str()))
+        made->inet.reset(new http_file);
+        made->inet->set_retry_handler(m_retry_handler ? m_retry_handler : &process_retry_handler());
+        if (!made->inet->open(m_name.c_str(), nullptr, url_flags))
             return GetLastError();
         m_shared = std::move(made);
         return 0;
@@ -86,8 +94,15 @@ DWORD file::write_bytes(const void* buffer, DWORD count)
 DWORD file::seek(LONG offset, DWORD whence, LONG* high)
 {
     SetLastError(NO_ERROR);
-    const DWORD position =
-        is_url() ? m_shared->inet->seek(offset, high, whence) : SetFilePointer(handle(), offset, high, whence);
+    if (is_url()) {
+        const DWORD position = m_shared->inet->seek(offset, whence);
+        if (position == INVALID_SET_FILE_POINTER)
+            fail();
+        if (high)
+            *high = 0;
+        return position;
+    }
+    const DWORD position = SetFilePointer(handle(), offset, high, whence);
     if (position == INVALID_SET_FILE_POINTER && (!high || GetLastError() != NO_ERROR))
         fail();
     return position;
@@ -96,7 +111,9 @@ DWORD file::seek(LONG offset, DWORD whence, LONG* high)
 DWORD file::size(DWORD* high)
 {
     SetLastError(NO_ERROR);
-    const DWORD low = is_url() ? m_shared->inet->size(high) : GetFileSize(handle(), high);
+    const DWORD low = is_url() ? m_shared->inet->size() : GetFileSize(handle(), high);
+    if (is_url() && high)
+        *high = 0;
     if (low == INVALID_FILE_SIZE && (is_url() || GetLastError() != NO_ERROR))
         fail();
     return low;
@@ -106,7 +123,7 @@ FILETIME file::last_write_time()
 {
     FILETIME time{};
     const bool done =
-        is_url() ? m_shared->inet->last_write_time(&time) : GetFileTime(handle(), nullptr, nullptr, &time) != 0;
+        is_url() ? m_shared->inet->last_modified(&time) : GetFileTime(handle(), nullptr, nullptr, &time) != 0;
     if (!done)
         fail();
     return time;

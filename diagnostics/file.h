@@ -11,22 +11,8 @@
 
 namespace vh {
 
-// The reader of addresses. Its calls answer false, or -1, with the thread's last error set.
-class http_file {
-public:
-    virtual ~http_file() = default;
-    virtual bool open(const wchar_t* url) = 0;
-    virtual bool read(void* buffer, DWORD count, DWORD* read) = 0;
-    // Results as SetFilePointer and GetFileSize give them.
-    virtual DWORD seek(LONG offset, LONG* high, DWORD whence) = 0;
-    virtual DWORD size(DWORD* high) = 0;
-    virtual bool last_write_time(FILETIME* time) = 0;
-};
-
-// Makes a reader of addresses; null while the library has none, and addresses then can't be opened
-// (ERROR_NOT_SUPPORTED).
-using http_file_factory = std::unique_ptr<http_file> (*)();
-extern http_file_factory make_http_file;
+class http_file;
+class inet_retry_handler;
 
 // Copies share what is open; the last one to close ends it.
 class file {
@@ -42,6 +28,9 @@ public:
                SECURITY_ATTRIBUTES* security = nullptr, HANDLE pattern = nullptr);
     // A close that the system refuses raises file_exception; the file then still counts as open.
     void close();
+    // Decides about failures of addresses that are opened from here on; null leaves it to the process's handler, or
+    // to the system's dialog.
+    void set_retry_handler(inet_retry_handler* handler) { m_retry_handler = handler; }
     bool is_open() const { return m_shared != nullptr; }
     bool is_url() const { return m_shared && m_shared->inet; }
 
@@ -72,8 +61,11 @@ public:
     bool has_byte_order_mark() const { return m_code_page != 0; }
 
 private:
+    struct release_http {
+        void operator()(http_file* reader) const;
+    };
     struct opened {
-        std::unique_ptr<http_file> inet;
+        std::unique_ptr<http_file, release_http> inet;
         unique_file handle;
     };
 
@@ -83,6 +75,7 @@ private:
 
     std::shared_ptr<opened> m_shared;
     stringx m_name;
+    inet_retry_handler* m_retry_handler = nullptr;
     UINT m_code_page = 0;
 };
 

@@ -138,7 +138,7 @@ void FolderPicker::StartEditing()
 {
     m_edit.Create(m_dialog, m_texts.label, m_texts.second_label, m_path);
     EnableOk();
-    late::set_property(m_dialog, picker_property, static_cast<HANDLE>(this));
+    late::set_prop(m_dialog, picker_property, static_cast<HANDLE>(this));
     m_platform = reinterpret_cast<WNDPROC>(
         late::set_window_long(m_dialog, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&OnMessage)));
     late::post_message(m_dialog, started_message, WPARAM{0}, LPARAM{0});
@@ -179,7 +179,7 @@ bool FolderPicker::Accept()
 
 LRESULT CALLBACK FolderPicker::OnMessage(HWND dialog, UINT message, WPARAM wide, LPARAM parameter)
 {
-    auto* picker = static_cast<FolderPicker*>(late::get_property(dialog, picker_property));
+    auto* picker = static_cast<FolderPicker*>(late::get_prop(dialog, picker_property));
     if (!picker)
         return late::def_window_proc(dialog, message, wide, parameter);
     LRESULT result = 0;
@@ -241,7 +241,7 @@ LRESULT FolderPicker::Handle(UINT message, WPARAM wide, LPARAM parameter)
 // Gives the dialog back to the platform, unless somebody else has stepped in between.
 void FolderPicker::Detach()
 {
-    late::remove_property(m_dialog, picker_property);
+    late::remove_prop(m_dialog, picker_property);
     if (late::get_window_long(m_dialog, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&OnMessage))
         late::set_window_long(m_dialog, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_platform));
     m_dialog = nullptr;

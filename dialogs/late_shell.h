@@ -11,14 +11,11 @@
 namespace vh::late {
 
 inline constinit late_function<decltype(CallWindowProcW)> call_window_proc(user32, "CallWindowProcW");
-inline constinit late_function<decltype(CreateWindowExW)> create_window(user32, "CreateWindowExW");
-inline constinit late_function<decltype(DefWindowProcW)> def_window_proc(user32, "DefWindowProcW");
 inline constinit late_function<decltype(DrawTextW)> draw_text(user32, "DrawTextW");
 inline constinit late_function<decltype(EnableWindow)> enable_window(user32, "EnableWindow");
 inline constinit late_function<decltype(FindWindowExW)> find_child_window(user32, "FindWindowExW");
 inline constinit late_function<decltype(GetDlgItem)> get_dialog_item(user32, "GetDlgItem");
 inline constinit late_function<decltype(GetMonitorInfoW)> get_monitor_info(user32, "GetMonitorInfoW");
-inline constinit late_function<decltype(GetPropW)> get_property(user32, "GetPropW");
 inline constinit late_function<decltype(GetWindow)> get_window(user32, "GetWindow");
 inline constinit late_function<decltype(GetWindowLongPtrW)> get_window_long(user32, "GetWindowLongPtrW");
 inline constinit late_function<decltype(GetWindowRect)> get_window_rect(user32, "GetWindowRect");
@@ -30,10 +27,7 @@ inline constinit late_function<decltype(MapDialogRect)> map_dialog_rect(user32, 
 inline constinit late_function<decltype(MapWindowPoints)> map_window_points(user32, "MapWindowPoints");
 inline constinit late_function<decltype(MessageBoxW)> message_box(user32, "MessageBoxW");
 inline constinit late_function<decltype(MonitorFromWindow)> monitor_from_window(user32, "MonitorFromWindow");
-inline constinit late_function<decltype(PostMessageW)> post_message(user32, "PostMessageW");
-inline constinit late_function<decltype(RemovePropW)> remove_property(user32, "RemovePropW");
 inline constinit late_function<decltype(SendMessageW)> send_message(user32, "SendMessageW");
-inline constinit late_function<decltype(SetPropW)> set_property(user32, "SetPropW");
 inline constinit late_function<decltype(SetWindowLongPtrW)> set_window_long(user32, "SetWindowLongPtrW");
 inline constinit late_function<decltype(SetWindowPos)> set_window_pos(user32, "SetWindowPos");
 inline constinit late_function<decltype(SetWindowTextW)> set_text(user32, "SetWindowTextW");

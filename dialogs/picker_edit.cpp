@@ -152,8 +152,8 @@ HWND PickerEdit::Add(const wchar_t* type, DWORD style, DWORD extended_style, int
                      HWND behind) const
 {
     const HWND control =
-        late::create_window(extended_style, type, text.c_str(), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, m_dialog,
-                            reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
+        late::create_window_ex(extended_style, type, text.c_str(), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, m_dialog,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), nullptr, nullptr);
     late::send_message(control, static_cast<UINT>(WM_SETFONT), FontOf(m_dialog), LPARAM{0});
     late::set_window_pos(control, behind, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     return control;

@@ -4,6 +4,8 @@
 
 #include <shlobj.h>
 
+#include "registry_access.h"
+
 namespace vh::engine {
 
 namespace {
@@ -79,6 +81,9 @@ Core::Core(Options given) : options(std::move(given)), product(std::make_shared<
     if (!FactsOf(options.setupFolder).folder())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), options.setupFolder,
                            L"there is no such setup folder");
+    // Throws for a root that does not exist.
+    if (!options.registryRoot.empty())
+        PlaceOf(options.registryRoot);
     product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"));
     language = ChosenLanguage(*product->product, options.language);
     contextGuid = NewGuid();

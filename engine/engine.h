@@ -33,6 +33,9 @@ struct Options {
     // Holds one folder per install guid with the install log; empty takes "VHSetup" below the user's local
     // application data.
     std::wstring dataDir;
+    // All registry roots lie below this key, "HKCU\\Software\\Test" for example, each under its own name. Empty
+    // takes the machine's own. A run that is removed finds its keys by the log.
+    std::wstring registryRoot;
     // Language identifier; 0 takes the product file's default. One that the product lacks falls back to it too.
     int language = 0;
     bool silent = false;

@@ -64,12 +64,6 @@ void Rename(const std::wstring& from, const std::wstring& to, const std::wstring
         ThrowFileError(about, doing, GetLastError());
 }
 
-bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
-{
-    const LogRecord* record = core.log->Newest(file.kind, file.target);
-    return record && record->size == facts.size && record->time == facts.time;
-}
-
 // Both have a version, and the present one is higher.
 bool IsNewer(const std::wstring& present, const FileToWrite& file)
 {
@@ -97,6 +91,12 @@ Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there
 }
 
 } // namespace
+
+bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
+{
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
+    return record && record->size == facts.size && record->time == facts.time;
+}
 
 void LogFolder(Core& core, const std::wstring& folder, const std::wstring& feature)
 {
@@ -129,6 +129,7 @@ Written WriteFileSafely(Core& core, const FileToWrite& file, bool logged, const 
     record.size = file.size;
     record.time = file.time;
     record.permanent = file.flags & file_permanent;
+    record.oldData = ToHex(file.previous);
     const std::wstring mark = L".~vh" + Number(core.log->LastId() + 1);
     record.temp = file.target + mark + L"n";
     if (there.exists())

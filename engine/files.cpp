@@ -71,6 +71,15 @@ std::string ReadWhole(const std::wstring& path, uint64_t limit)
     return content;
 }
 
+bool WriteWhole(const std::wstring& path, std::string_view content)
+{
+    const unique_file file(
+        CreateFileW(LongPath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    DWORD put = 0;
+    return file && WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &put, nullptr) &&
+           put == content.size();
+}
+
 void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making)
 {
     const FileFacts facts = FactsOf(path);

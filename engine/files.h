@@ -30,6 +30,8 @@ FileFacts FactsOf(const std::wstring& path);
 std::wstring FileVersion(const std::wstring& path);
 // At most `limit` bytes; more are an error.
 std::string ReadWhole(const std::wstring& path, uint64_t limit);
+// False, with the thread's last error set, when the file can't be written whole.
+bool WriteWhole(const std::wstring& path, std::string_view content);
 
 // Makes the folder and those above it; each one goes to `making` before it is made, the outermost first.
 void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making);

@@ -46,7 +46,7 @@ void Apply(Core& core, const RegistrySet& set, InstallLog* log)
         log->Append(std::move(record));
     }
     for (const RegistryKey& key : set.keys) {
-        const RegistryPlace place = PlaceOf(key.root + L'\\' + core.Substitute(key.key));
+        const RegistryPlace place = Redirected(core, PlaceOf(key.root + L'\\' + core.Substitute(key.key)));
         MakeKey(log, place, {}, set.feature);
         for (const RegistryValue& value : key.values)
             WriteValue(log, place, core.Substitute(value.name), ValueOf(core, value), set.feature);

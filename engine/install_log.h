@@ -41,7 +41,8 @@ struct LogRecord {
     uint64_t size = 0;
     uint64_t time = 0;
     bool permanent = false;
-    // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1.
+    // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1. A shortcut
+    // has in oldData the content of one that is not the product's.
     std::wstring name;
     long type = -1;
     std::wstring data;

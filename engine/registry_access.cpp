@@ -59,10 +59,27 @@ RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32)
     return place;
 }
 
+RegistryPlace Redirected(const Core& core, RegistryPlace place)
+{
+    if (core.options.registryRoot.empty() || place.rootName.empty())
+        return place;
+    std::wstring name = place.rootName;
+    if (name.ends_with(view32_mark))
+        name.erase(name.size() - view32_mark.size(), 1);
+    RegistryPlace below = PlaceOf(core.options.registryRoot);
+    below.key = JoinPath(JoinPath(below.key, name), place.key);
+    return below;
+}
+
+LSTATUS OpenKey(const RegistryPlace& place, REGSAM access, unique_key& key)
+{
+    return RegOpenKeyExW(place.root, place.key.c_str(), 0, access | place.view, key.put());
+}
+
 unique_key OpenKey(const RegistryPlace& place, REGSAM access)
 {
     unique_key key;
-    RegOpenKeyExW(place.root, place.key.c_str(), 0, access | place.view, key.put());
+    OpenKey(place, access, key);
     return key;
 }
 
@@ -132,11 +149,11 @@ void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring&
         }
         log->Append(std::move(record));
     }
-    const unique_key key = OpenKey(place, KEY_SET_VALUE);
-    const LSTATUS code =
-        key ? RegSetValueExW(key.get(), name.c_str(), 0, value.type, reinterpret_cast<const BYTE*>(value.bytes.data()),
-                             static_cast<DWORD>(value.bytes.size()))
-            : static_cast<LSTATUS>(ERROR_ACCESS_DENIED);
+    unique_key key;
+    LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
+    if (code == ERROR_SUCCESS)
+        code = RegSetValueExW(key.get(), name.c_str(), 0, value.type, reinterpret_cast<const BYTE*>(value.bytes.data()),
+                              static_cast<DWORD>(value.bytes.size()));
     if (code != ERROR_SUCCESS)
         ThrowKeyError(place, code);
 }
@@ -151,27 +168,6 @@ RawValue TextValue(DWORD type, std::wstring_view text)
 RawValue NumberValue(DWORD number)
 {
     return {REG_DWORD, std::string(reinterpret_cast<const char*>(&number), sizeof number)};
-}
-
-std::wstring ToHex(std::string_view bytes)
-{
-    constexpr wchar_t digits[] = L"0123456789ABCDEF";
-    std::wstring text;
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        text += digits[byte >> 4];
-        text += digits[byte & 15];
-    }
-    return text;
-}
-
-std::string FromHex(std::wstring_view digits)
-{
-    const auto digit = [](wchar_t c) { return c <= L'9' ? c - L'0' : (c | 32) - L'a' + 10; };
-    std::string bytes;
-    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
-        bytes += static_cast<char>(digit(digits[i]) << 4 | digit(digits[i + 1]));
-    return bytes;
 }
 
 } // namespace vh::engine

@@ -13,7 +13,8 @@ struct RawValue {
     bool operator==(const RawValue&) const = default;
 };
 
-// A root and a key below it. The 32-bit view of a root is named "HKLM/32" and so on.
+// A root and a key below it. The 32-bit view of a root is named "HKLM/32" and so on; below a run's own root that is
+// a key of its own, without the slash.
 struct RegistryPlace {
     HKEY root = nullptr;
     REGSAM view = KEY_WOW64_64KEY;
@@ -26,7 +27,11 @@ struct RegistryPlace {
 // Throws for a root that does not exist.
 RegistryPlace PlaceOf(std::wstring_view name);
 RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32);
+// The same place below the run's own root, where it has one. A remote key is no place of this machine and stays.
+RegistryPlace Redirected(const Core& core, RegistryPlace place);
 
+// A system code: 0 when the key is open.
+LSTATUS OpenKey(const RegistryPlace& place, REGSAM access, unique_key& key);
 unique_key OpenKey(const RegistryPlace& place, REGSAM access);
 std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name);
 // Makes keys that are missing; a value that is there already is left alone. Each new key and the value are logged
@@ -38,8 +43,5 @@ void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring&
 // Text as the registry holds it, with its terminator.
 RawValue TextValue(DWORD type, std::wstring_view text);
 RawValue NumberValue(DWORD number);
-
-std::wstring ToHex(std::string_view bytes);
-std::string FromHex(std::wstring_view digits);
 
 } // namespace vh::engine

@@ -90,7 +90,7 @@ std::vector<std::wstring> Names(HKEY key, bool values)
 
 RegistryPlace RegistryObject::Place(LONG64 root, BSTR key) const
 {
-    return PlaceOf(root, TextOf(key), core().registryOptions & registry_view32);
+    return Redirected(core(), PlaceOf(root, TextOf(key), core().registryOptions & registry_view32));
 }
 
 HRESULT RegistryObject::CreateKey(LONG64 root, BSTR key, BSTR keyClass, VARIANT_BOOL shared, ISetupLog* log)
@@ -135,16 +135,22 @@ HRESULT RegistryObject::DeleteKey(LONG64 root, BSTR key, long reserved)
         if (name.empty())
             return E_INVALIDARG;
         above.key = FolderOf(above.key);
-        const unique_key parent = OpenKey(above, KEY_READ | KEY_WRITE);
-        return parent ? FromWin32(static_cast<DWORD>(RegDeleteTreeW(parent.get(), name.c_str()))) : not_found;
+        unique_key parent;
+        LSTATUS code = OpenKey(above, KEY_READ | KEY_WRITE, parent);
+        if (code == ERROR_SUCCESS)
+            code = RegDeleteTreeW(parent.get(), name.c_str());
+        return FromWin32(static_cast<DWORD>(code));
     });
 }
 
 HRESULT RegistryObject::DeleteValue(LONG64 root, BSTR key, BSTR name)
 {
     return Call("ISetupRegistry.DeleteValue", root, key, name)([&] {
-        const unique_key opened = OpenKey(Place(root, key), KEY_SET_VALUE);
-        return opened ? FromWin32(static_cast<DWORD>(RegDeleteValueW(opened.get(), TextOf(name).c_str()))) : not_found;
+        unique_key opened;
+        LSTATUS code = OpenKey(Place(root, key), KEY_SET_VALUE, opened);
+        if (code == ERROR_SUCCESS)
+            code = RegDeleteValueW(opened.get(), TextOf(name).c_str());
+        return FromWin32(static_cast<DWORD>(code));
     });
 }
 
@@ -153,11 +159,21 @@ HRESULT RegistryObject::Connect(LONG64 root, BSTR machine, LONG64* remoteKey)
     return Call("ISetupRegistry.Connect", root, machine)([&] {
         if (!remoteKey)
             return E_POINTER;
+        const std::wstring name = TextOf(machine);
+        RegistryPlace place = PlaceOf(root, {}, core().registryOptions & registry_view32);
         unique_key remote;
-        const LSTATUS code = RegConnectRegistryW(TextOf(machine).c_str(), PlaceOf(root, {}, false).root, remote.put());
-        if (code == ERROR_SUCCESS)
-            *remoteKey = reinterpret_cast<LONG64>(remote.release());
-        return FromWin32(static_cast<DWORD>(code));
+        LSTATUS code = RegConnectRegistryW(name.c_str(), place.root, remote.put());
+        // A run with a root of its own leaves the registry of every machine alone.
+        if (code == ERROR_SUCCESS && !core().options.registryRoot.empty()) {
+            place = Redirected(core(), std::move(place));
+            MakeKey(core().log.get(), place, {}, {});
+            code = OpenKey(place, KEY_ALL_ACCESS, remote);
+        }
+        if (code != ERROR_SUCCESS)
+            throw engine_error(FromWin32(static_cast<DWORD>(code)), name,
+                               L"can't connect to the registry: " + SystemText(static_cast<DWORD>(code)));
+        *remoteKey = reinterpret_cast<LONG64>(remote.release());
+        return S_OK;
     });
 }
 
@@ -172,16 +188,18 @@ HRESULT RegistryObject::Disconnect(LONG64 remoteKey)
 HRESULT RegistryObject::EnumKeys(LONG64 root, BSTR key, SAFEARRAY** keys)
 {
     return Call("ISetupRegistry.EnumKeys", root, key)([&] {
-        const unique_key opened = OpenKey(Place(root, key), KEY_READ);
-        return opened ? GiveTexts(keys, Names(opened.get(), false)) : not_found;
+        unique_key opened;
+        const LSTATUS code = OpenKey(Place(root, key), KEY_READ, opened);
+        return opened ? GiveTexts(keys, Names(opened.get(), false)) : FromWin32(static_cast<DWORD>(code));
     });
 }
 
 HRESULT RegistryObject::EnumValues(LONG64 root, BSTR key, SAFEARRAY** values)
 {
     return Call("ISetupRegistry.EnumValues", root, key)([&] {
-        const unique_key opened = OpenKey(Place(root, key), KEY_READ);
-        return opened ? GiveTexts(values, Names(opened.get(), true)) : not_found;
+        unique_key opened;
+        const LSTATUS code = OpenKey(Place(root, key), KEY_READ, opened);
+        return opened ? GiveTexts(values, Names(opened.get(), true)) : FromWin32(static_cast<DWORD>(code));
     });
 }
 

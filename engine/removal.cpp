@@ -19,8 +19,11 @@ bool IsAsInstalled(const LogRecord& record, const FileFacts& facts)
     return facts.file() && facts.size == record.size && facts.time == record.time;
 }
 
+// What stood before the product: the backup while the run can still be undone; a shortcut also later, from the log.
 bool PutBackupBack(const LogRecord& record)
 {
+    if (!record.oldData.empty() && !FactsOf(record.backup).file())
+        return WriteWhole(record.what, FromHex(record.oldData));
     return !record.backup.empty() && FactsOf(record.backup).file() &&
            MoveFileExW(LongPath(record.backup).c_str(), LongPath(record.what).c_str(), 0);
 }
@@ -37,7 +40,9 @@ Removal UndoFile(const LogRecord& record, Undo how, bool superseded)
         return Result(outcome, record.kind == LogKind::shell ? L"shell" : L"file", record.what, std::move(reason));
     };
     if (!facts.exists())
-        return result(PutBackupBack(record) ? RemovalOutcome::restored : RemovalOutcome::absent);
+        // A shortcut that the user took away stays away.
+        return result((how == Undo::rollback || superseded) && PutBackupBack(record) ? RemovalOutcome::restored
+                                                                                     : RemovalOutcome::absent);
     const bool ours = IsAsInstalled(record, facts);
     // A backup shows that the new file did get its name; without one, what stands there may be the old file.
     if (how == Undo::rollback && !ours && !FactsOf(record.backup).file())
@@ -79,9 +84,10 @@ Removal UndoValue(const LogRecord& record)
         WriteValue(nullptr, place, record.name, {static_cast<DWORD>(record.oldType), FromHex(record.oldData)}, {});
         return Result(RemovalOutcome::restored, L"value", what);
     }
-    const unique_key key = OpenKey(place, KEY_SET_VALUE);
-    const LSTATUS code =
-        key ? RegDeleteValueW(key.get(), record.name.c_str()) : static_cast<LSTATUS>(ERROR_ACCESS_DENIED);
+    unique_key key;
+    LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
+    if (code == ERROR_SUCCESS)
+        code = RegDeleteValueW(key.get(), record.name.c_str());
     if (code != ERROR_SUCCESS)
         return Result(RemovalOutcome::failed, L"value", what, SystemText(static_cast<DWORD>(code)));
     return Result(RemovalOutcome::removed, L"value", what);

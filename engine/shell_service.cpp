@@ -10,6 +10,8 @@ namespace vh::engine {
 namespace {
 
 constexpr std::wstring_view extension = L".lnk";
+// Bytes; real ones have a few thousand.
+constexpr uint64_t largest_shortcut = 1 << 20;
 constexpr HRESULT not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
 
 bool IsShortcut(std::wstring_view name)
@@ -78,7 +80,8 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
 {
     const DraftFile draft(core);
     // What a shortcut holds beyond the record stays with it.
-    if (FactsOf(path).file())
+    const FileFacts there = FactsOf(path);
+    if (there.file())
         CopyFileW(LongPath(path).c_str(), LongPath(draft.path()).c_str(), FALSE);
     WriteShellLink(link, draft.path());
     const FileFacts facts = FactsOf(draft.path());
@@ -90,6 +93,9 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     file.feature = feature;
     file.flags = file_always_overwrite;
     file.kind = LogKind::shell;
+    // A shortcut of somebody else comes back at removal.
+    if (logged && there.file() && !IsOurs(core, file, there))
+        file.previous = ReadWhole(path, largest_shortcut);
     const long before = core.log->LastId();
     try {
         WriteFileSafely(core, file, logged, [](uint64_t) {});

@@ -76,6 +76,27 @@ std::wstring SystemText(DWORD code)
     return text.empty() ? L"error " + std::to_wstring(code) : text;
 }
 
+std::wstring ToHex(std::string_view bytes)
+{
+    constexpr wchar_t digits[] = L"0123456789ABCDEF";
+    std::wstring text;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+std::string FromHex(std::wstring_view digits)
+{
+    const auto digit = [](wchar_t c) { return c <= L'9' ? c - L'0' : (c | 32) - L'a' + 10; };
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes += static_cast<char>(digit(digits[i]) << 4 | digit(digits[i + 1]));
+    return bytes;
+}
+
 std::wstring JoinPath(std::wstring_view folder, std::wstring_view name)
 {
     std::wstring path(folder);

@@ -21,6 +21,9 @@ bool MatchesPattern(std::wstring_view text, std::wstring_view pattern);
 
 // The system's text for an error code, without line ends.
 std::wstring SystemText(DWORD code);
+// Bytes as hexadecimal digits, two each.
+std::wstring ToHex(std::string_view bytes);
+std::string FromHex(std::wstring_view digits);
 inline HRESULT FromWin32(DWORD code) { return code ? HRESULT_FROM_WIN32(code) : S_OK; }
 
 // Joins with one backslash; an empty part leaves the other one as it is.

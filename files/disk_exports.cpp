@@ -4,6 +4,7 @@
 #include "../diagnostics/file.h"
 #include "../scriptdata/format.h"
 #include "../scriptdata/halves.h"
+#include "../scriptdata/results.h"
 #include "../system/path_text.h"
 #include "disk_space.h"
 #include "exists.h"
@@ -17,8 +18,6 @@ constexpr unsigned test_either = vh::exists_file | vh::exists_directory | vh::ex
 
 // Room for two decimals of any double below 2^64.
 constexpr std::size_t size_text_units = 32;
-
-std::wstring_view ViewOf(const wchar_t* text) { return text ? std::wstring_view(text) : std::wstring_view(); }
 
 // The test's answer, the code of the error that it met, or `other` for any other trouble.
 int32_t TestPath(const wchar_t* path, unsigned mask, int32_t present, int32_t absent, int32_t other)
@@ -78,7 +77,7 @@ int32_t _ExistsDir(const wchar_t* path) { return TestPath(path, test_directory, 
 
 int32_t _ExistsDisk(const wchar_t* path)
 {
-    const stringx root(vh::PathRoot(ViewOf(path)));
+    const stringx root(vh::PathRoot(vh::View(path)));
     const int32_t answer = TestPath(root.c_str(), test_either, 0, -1, -1);
     if (answer == ERROR_NOT_READY)
         return -2;
@@ -104,7 +103,7 @@ int32_t _GetDiskInfo(VHRTDiskInfo* info)
 
 int32_t _GetDiskSpaceEx(const wchar_t* path, int32_t* high, int32_t* low, int32_t shift, int32_t which)
 {
-    const auto space = vh::disk_space::query(ViewOf(path));
+    const auto space = vh::disk_space::query(vh::View(path));
     if (!space)
         return -1;
     const uint64_t value = vh::ShiftRight(space->bytes(which != 0), shift);
@@ -115,7 +114,7 @@ int32_t _GetDiskSpaceEx(const wchar_t* path, int32_t* high, int32_t* low, int32_
 
 int32_t _GetDiskSpaceExEx(const wchar_t* path, wchar_t* text, int32_t* shift, int32_t keep, int32_t which)
 {
-    const auto space = vh::disk_space::query(ViewOf(path));
+    const auto space = vh::disk_space::query(vh::View(path));
     if (!space)
         return -1;
     const uint64_t value = space->bytes(which != 0);

@@ -3,6 +3,7 @@
 
 #include "../runtime/context.h"
 #include "../scriptdata/late_library.h"
+#include "../scriptdata/results.h"
 #include "language_config.h"
 
 namespace {
@@ -35,7 +36,7 @@ int32_t LangLoadString(ObjectContext* context, uint32_t id, wchar_t* buffer, int
 int32_t _IsLangSupported(int32_t language, const wchar_t* path)
 {
     LanguageConfig config;
-    config.Read(path ? path : L"");
+    config.Read(vh::View(path));
     const int32_t standard = _GetStandardLangId(language);
     return standard == static_cast<uint16_t>(standard) && config.IsSupported(static_cast<uint16_t>(standard));
 }

@@ -22,6 +22,7 @@ struct CommandLine {
     std::string target;
     std::string trace;
     std::string data;
+    std::string registry_root;
     std::vector<std::string> scripts;
     std::vector<std::string> variables;
     int language = 0;
@@ -51,6 +52,7 @@ void Declare(CLI::App& app, CommandLine& line)
         ->expected(1)
         ->take_all();
     app.add_option("--data", line.data, "Keep install logs in this folder")->type_name("DIR");
+    app.add_option("--registry-root", line.registry_root, "Keep the whole registry below this key")->type_name("KEY");
     app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
     app.add_flag("--verify", line.verify, "Show at the end what is installed, each file compared with its source");
 }
@@ -61,6 +63,7 @@ host::RunOptions OptionsOf(const CommandLine& line)
     options.setup_folder = host::PathOf(line.folder);
     options.target = host::PathOf(line.target);
     options.trace_file = host::PathOf(line.trace);
+    options.registry_root = host::Wide(line.registry_root);
     options.data_folder = host::PathOf(line.data);
     for (const std::string& script : line.scripts)
         options.scripts.push_back(host::PathOf(script));

@@ -69,6 +69,7 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.setupFolder = options.setup_folder;
     engine.targetDir = options.target;
     engine.dataDir = options.data_folder;
+    engine.registryRoot = options.registry_root;
     engine.language = options.language;
     engine.silent = options.silent;
     engine.commandLine = GetCommandLineW();

@@ -17,6 +17,8 @@ struct RunOptions {
     std::wstring trace_file;
     // Where install logs lie; empty takes the user's local application data.
     std::wstring data_folder;
+    // All registry roots lie below this key, such as "HKCU\\Software\\Test"; empty takes the machine's own.
+    std::wstring registry_root;
     // Run in this order in one global scope; empty takes the product's own script.
     std::vector<std::wstring> scripts;
     std::map<std::wstring, std::wstring> variables;

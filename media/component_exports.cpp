@@ -10,14 +10,11 @@
 
 namespace {
 
-// A null text counts as empty.
-constexpr std::wstring_view View(const wchar_t* text) { return text ? text : L""; }
-
 // One operation on a media; the failure is mapped.
 template <class Operation>
 int32_t OnMedia(ObjectContext* context, const wchar_t* media, Operation&& operation)
 {
-    return vh::Mapped(context, [&](ObjectContext& c) -> int32_t { return operation(c.media.Find(View(media))); });
+    return vh::Mapped(context, [&](ObjectContext& c) -> int32_t { return operation(c.media.Find(vh::View(media))); });
 }
 
 // Adds names to a text list; a list that can't take one ends it.
@@ -38,19 +35,20 @@ int32_t _ComponentGetData(ObjectContext* context, const wchar_t* media, const wc
                           int32_t* number, wchar_t* buffer, int32_t size)
 {
     return OnMedia(context, media,
-                   [&](CVHRTMedia& m) { return m.GetData(View(item), attribute, number, buffer, size); });
+                   [&](CVHRTMedia& m) { return m.GetData(vh::View(item), attribute, number, buffer, size); });
 }
 
 int32_t _ComponentSetData(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t attribute,
                           int32_t number, const wchar_t* text)
 {
-    return OnMedia(context, media,
-                   [&](CVHRTMedia& m) { return m.SetData(View(item), attribute, number, View(text), context); });
+    return OnMedia(context, media, [&](CVHRTMedia& m) {
+        return m.SetData(vh::View(item), attribute, number, vh::View(text), context);
+    });
 }
 
 int32_t _ComponentSelectItem(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t selected)
 {
-    return OnMedia(context, media, [&](CVHRTMedia& m) { return m.SelectItem(View(item), selected != 0, context); });
+    return OnMedia(context, media, [&](CVHRTMedia& m) { return m.SelectItem(vh::View(item), selected != 0, context); });
 }
 
 int32_t _ComponentSelectNew(ObjectContext* context, const wchar_t* media, int32_t selected)
@@ -62,7 +60,7 @@ int32_t _ComponentIsItemSelected(ObjectContext* context, const wchar_t* media, c
 {
     return OnMedia(context, media, [&](CVHRTMedia& m) {
         bool selected = false;
-        const int32_t code = m.IsSelected(View(item), selected);
+        const int32_t code = m.IsSelected(vh::View(item), selected);
         return code < 0 ? code : static_cast<int32_t>(selected);
     });
 }
@@ -82,9 +80,9 @@ int32_t _ComponentListItems(ObjectContext* context, const wchar_t* media, const 
     return OnMedia(context, media, [&](CVHRTMedia& m) {
         std::vector<stringx> items;
         int32_t count = 0;
-        if (const int32_t failed = m.ListItems(View(parent), items, count, false))
+        if (const int32_t failed = m.ListItems(vh::View(parent), items, count, false))
             return failed;
-        const bool hides_disk = View(parent).empty() && m.IsScriptMedia() == 0;
+        const bool hides_disk = vh::View(parent).empty() && m.IsScriptMedia() == 0;
         return AddNames(context, list, items, hides_disk ? vh::first_disk : std::wstring_view());
     });
 }
@@ -101,20 +99,21 @@ int32_t _ComponentSetupTypeEnum(ObjectContext* context, const wchar_t* media, Li
 int32_t _ComponentSetupTypeGetData(ObjectContext* context, const wchar_t* media, const wchar_t* setupType,
                                    int32_t attribute, int32_t* number, wchar_t* buffer, int32_t size)
 {
-    return OnMedia(context, media,
-                   [&](CVHRTMedia& m) { return m.SetupTypeGetData(View(setupType), attribute, number, buffer, size); });
+    return OnMedia(context, media, [&](CVHRTMedia& m) {
+        return m.SetupTypeGetData(vh::View(setupType), attribute, number, buffer, size);
+    });
 }
 
 int32_t _ComponentSetupTypeSet(ObjectContext* context, const wchar_t* media, const wchar_t* setupType)
 {
-    return OnMedia(context, media, [&](CVHRTMedia& m) { return m.SetupTypeSet(View(setupType)); });
+    return OnMedia(context, media, [&](CVHRTMedia& m) { return m.SetupTypeSet(vh::View(setupType)); });
 }
 
 int32_t _ComponentGetItemSize(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t* size)
 {
     return OnMedia(context, media, [&](CVHRTMedia& m) {
         *size = -1;
-        return m.GetItemSize(View(item), *size);
+        return m.GetItemSize(vh::View(item), *size);
     });
 }
 
@@ -123,7 +122,7 @@ int32_t _ComponentTotalSize(ObjectContext* context, const wchar_t* media, const 
 {
     return OnMedia(context, media, [&](CVHRTMedia& m) {
         int64_t size = 0;
-        const int32_t code = m.GetTotalSize(View(item), wholeTree != 0, flag2 != 0, size, shift);
+        const int32_t code = m.GetTotalSize(vh::View(item), wholeTree != 0, flag2 != 0, size, shift);
         if (code != 0)
             return code;
         return static_cast<uint64_t>(size) > INT32_MAX ? INT32_MAX : static_cast<int32_t>(size);
@@ -141,11 +140,11 @@ int32_t _ComponentValidate(ObjectContext* context, const wchar_t* media, const w
     constexpr int32_t no_key_needed = -141;
     return OnMedia(context, media, [&](CVHRTMedia& m) {
         bool needed = true;
-        if (const int32_t code = m.NeedsValidate(View(item), needed); code < 0)
+        if (const int32_t code = m.NeedsValidate(vh::View(item), needed); code < 0)
             return code;
         if (!needed)
             return no_key_needed;
-        const int32_t code = m.CheckValidateKey(View(item), View(key));
+        const int32_t code = m.CheckValidateKey(vh::View(item), vh::View(key));
         return code == E_INVALIDARG ? wrong_key : code;
     });
 }
@@ -154,14 +153,14 @@ int32_t _ComponentAddItem(ObjectContext* context, const wchar_t* media, const wc
                           int32_t selected)
 {
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        const std::wstring_view name = View(media);
-        const int32_t first = c.media.Find(name).AddItem(View(item), size, selected != 0);
+        const std::wstring_view name = vh::View(media);
+        const int32_t first = c.media.Find(name).AddItem(vh::View(item), size, selected != 0);
         if (first != vh::media_no_media)
             return first;
         // The first item makes the media. Only the second attempt's failure is mapped.
         if (!c.media.Add(name, std::make_unique<CVHScriptMedia>()))
             return -1;
-        return vh::MapResult(c.media.Find(name).AddItem(View(item), size, selected != 0));
+        return vh::MapResult(c.media.Find(name).AddItem(vh::View(item), size, selected != 0));
     });
 }
 
@@ -170,7 +169,7 @@ int32_t _ComponentError(ObjectContext* context, const wchar_t* media, wchar_t* b
 {
     constexpr int32_t item_exists = vh::MapResult(vh::media_item_exists);
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        CVHRTMedia& m = c.media.Find(View(media));
+        CVHRTMedia& m = c.media.Find(vh::View(media));
         *code = vh::MapResult(m.last_error());
         stringx text = m.error_text();
         bool known = true;
@@ -209,7 +208,7 @@ int32_t _FeatureAddCost(ObjectContext* context, const wchar_t* media, const wcha
 {
     return vh::Framed(context, [&](ObjectContext& c) {
         try {
-            return c.media.Find(View(media)).AddCost(View(item), View(path), low, high) < 0 ? -1 : 0;
+            return c.media.Find(vh::View(media)).AddCost(vh::View(item), vh::View(path), low, high) < 0 ? -1 : 0;
         } catch (const vh::com_exception& failure) {
             if (failure.code() == E_OUTOFMEMORY)
                 throw;
@@ -223,7 +222,7 @@ int32_t _FeatureAddUninstallCost(ObjectContext* context, const wchar_t* media, c
 {
     return vh::Framed(context, [&](ObjectContext& c) {
         try {
-            return c.media.Find(View(media)).AddUninstallCost(View(item), low, high) < 0 ? -1 : 0;
+            return c.media.Find(vh::View(media)).AddUninstallCost(vh::View(item), low, high) < 0 ? -1 : 0;
         } catch (const vh::com_exception& failure) {
             if (failure.code() == E_OUTOFMEMORY)
                 throw;
@@ -234,11 +233,12 @@ int32_t _FeatureAddUninstallCost(ObjectContext* context, const wchar_t* media, c
 
 int32_t _MediaGetInfo(ObjectContext* context, const wchar_t* media, VHRTMediaInfo* info)
 {
-    return vh::Framed(context, [&](ObjectContext& c) { return c.media.Find(View(media)).GetInfo(context, info); });
+    return vh::Framed(context, [&](ObjectContext& c) { return c.media.Find(vh::View(media)).GetInfo(context, info); });
 }
 
 int32_t _MediaGetFilteringInfo(ObjectContext* context, const wchar_t* media, int32_t kind, ListHandle list)
 {
-    return vh::Framed(
-        context, [&](ObjectContext& c) { return c.media.Find(View(media)).GetFilteringInfo(context, kind, &list); });
+    return vh::Framed(context, [&](ObjectContext& c) {
+        return c.media.Find(vh::View(media)).GetFilteringInfo(context, kind, &list);
+    });
 }

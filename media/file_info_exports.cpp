@@ -15,8 +15,6 @@
 
 namespace {
 
-constexpr std::wstring_view View(const wchar_t* text) { return text ? text : L""; }
-
 // Facts of a file, as in vhrt.h.
 enum file_fact : int32_t {
     fact_date = 3,
@@ -225,14 +223,14 @@ int32_t _ComponentFileEnum(ObjectContext* context, const wchar_t* media, const w
                            ListHandle list, int32_t flag)
 {
     return vh::Mapped(context, [&](ObjectContext& c) -> int32_t {
-        const std::wstring_view whole = View(pattern);
+        const std::wstring_view whole = vh::View(pattern);
         const std::size_t slash = whole.find(L'\\');
         const std::wstring_view directory = slash == whole.npos ? std::wstring_view() : whole.substr(0, slash);
         const std::wstring_view file = slash == whole.npos ? whole : whole.substr(slash + 1);
-        CVHRTMedia& m = c.media.Find(View(media));
+        CVHRTMedia& m = c.media.Find(vh::View(media));
         vh::variant names;
-        const int32_t code = directory.empty() ? m.FileEnum(View(item), names.put())
-                                               : m.FileEnumIn(View(item), directory, flag != 0, names.put());
+        const int32_t code = directory.empty() ? m.FileEnum(vh::View(item), names.put())
+                                               : m.FileEnumIn(vh::View(item), directory, flag != 0, names.put());
         return code < 0 ? code : AddMatches(context, list, names, file);
     });
 }
@@ -242,11 +240,12 @@ int32_t _ComponentFileInfo(ObjectContext* context, const wchar_t* media, const w
                            const wchar_t* path, int32_t fact, int64_t* number, wchar_t* text)
 {
     return vh::Mapped(context, [&](ObjectContext& c) -> int32_t {
-        const vh::item_split split = vh::SplitItem(View(path));
+        const vh::item_split split = vh::SplitItem(vh::View(path));
         if (split.tail.empty() && NeedsFile(fact))
             return -1;
         vh::variant value;
-        const int32_t code = c.media.Find(View(media)).FileInfo(View(item), split.head, split.tail, fact, value.put());
+        const int32_t code =
+            c.media.Find(vh::View(media)).FileInfo(vh::View(item), split.head, split.tail, fact, value.put());
         return code < 0 ? code : Deliver(context, fact, value, number, text);
     });
 }

@@ -4,12 +4,11 @@
 #include "../diagnostics/trace.h"
 #include "../runtime/context.h"
 #include "../runtime/frame.h"
+#include "../scriptdata/results.h"
 #include "../system/path_text.h"
 #include "concrete_media.h"
 
 namespace {
-
-constexpr std::wstring_view View(const wchar_t* text) { return text ? text : L""; }
 
 constexpr std::wstring_view product_media = L"DATA";
 
@@ -34,7 +33,7 @@ int32_t _ComponentMoveData(ObjectContext* context, const wchar_t* media, int32_t
 {
     const vh::TracedCall call(L"FeatureMoveData", L"Media=%s", media);
     return vh::Mapped(context, [&](ObjectContext& c) {
-        return call.End(c.media.Find(View(media)).MoveData(value, context), data_failure, data_success, media);
+        return call.End(c.media.Find(vh::View(media)).MoveData(value, context), data_failure, data_success, media);
     });
 }
 
@@ -42,7 +41,7 @@ int32_t _ComponentTransferData(ObjectContext* context, const wchar_t* media)
 {
     const vh::TracedCall call(L"FeatureTransferData", L"Media=%s", media);
     return vh::Mapped(context, [&](ObjectContext& c) {
-        return call.End(c.media.Find(View(media)).TransferData(context), data_failure, data_success, media);
+        return call.End(c.media.Find(vh::View(media)).TransferData(context), data_failure, data_success, media);
     });
 }
 
@@ -50,7 +49,7 @@ int32_t _CreateRegistrySet(ObjectContext* context, const wchar_t* media, const w
 {
     const vh::TracedCall call(L"CreateRegistrySet", L"%s", set);
     return vh::Mapped(context, [&](ObjectContext& c) {
-        return call.End(c.media.Find(View(media)).CreateRegistrySet(View(set), c.log.get()),
+        return call.End(c.media.Find(vh::View(media)).CreateRegistrySet(vh::View(set), c.log.get()),
                         L"Result=%s\t\tError=0x%08lx\tRegistrySet=%s", L"Result=%s\tRegistrySet=%s", set);
     });
 }
@@ -59,7 +58,7 @@ int32_t _CreateShellObjects(ObjectContext* context, const wchar_t* media)
 {
     const vh::TracedCall call(L"CreateShellObjects", L"");
     return vh::Mapped(context, [&](ObjectContext& c) {
-        return call.End(c.media.Find(View(media)).CreateShellObjects(c.log.get()), L"Result=%s\t\tError=0x%08lx\t",
+        return call.End(c.media.Find(vh::View(media)).CreateShellObjects(c.log.get()), L"Result=%s\t\tError=0x%08lx\t",
                         L"Result=%s\t");
     });
 }
@@ -101,8 +100,8 @@ int32_t _FeatureInitialize(ObjectContext* context, const wchar_t* media, const w
 {
     constexpr int32_t media_exists = -127;
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        const std::wstring path = vh::PathWithExtension(View(header), L".hdr");
-        if (c.media.Find(View(media)).IsReal())
+        const std::wstring path = vh::PathWithExtension(vh::View(header), L".hdr");
+        if (c.media.Find(vh::View(media)).IsReal())
             return media_exists;
         vh::com_ptr<ISetupDataFactory> factory;
         if (const HRESULT code = c.Ask(factory); FAILED(code))
@@ -115,7 +114,7 @@ int32_t _FeatureInitialize(ObjectContext* context, const wchar_t* media, const w
         if (const HRESULT code = data->SetLog(c.log.get()); FAILED(code))
             return code;
         try {
-            c.media.Add(View(media), std::make_unique<CVHSecondaryFileMedia>(View(target), std::move(data)));
+            c.media.Add(vh::View(media), std::make_unique<CVHSecondaryFileMedia>(vh::View(target), std::move(data)));
         } catch (const std::exception&) {
             // The data set is open; what the script then finds is a media that is not there.
         }
@@ -156,7 +155,7 @@ int32_t _ComponentLoadTarget(ObjectContext* context, const wchar_t* name)
 {
     const vh::TracedCall call(L"FeatureLoadTarget", L"Name=%s", name);
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        const int32_t code = ExchangeTargets(c, View(name), &ISetupTextSub::Load);
+        const int32_t code = ExchangeTargets(c, vh::View(name), &ISetupTextSub::Load);
         return FAILED(code) ? code : call.End(0, L"", target_success, name);
     });
 }
@@ -175,7 +174,7 @@ int32_t _ComponentSaveTarget(ObjectContext* context, const wchar_t* name)
         if (const HRESULT code = extended->GetTargetState(&state); FAILED(code))
             return code;
         const bool saved = (state & 1) && (state & (2 | 4));
-        const int32_t code = saved ? 0 : ExchangeTargets(c, View(name), &ISetupTextSub::Save);
+        const int32_t code = saved ? 0 : ExchangeTargets(c, vh::View(name), &ISetupTextSub::Save);
         return FAILED(code) ? code : call.End(0, L"", target_success, name);
     });
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <list>
+#include <memory>
 
 #include "../Src/inc/engine.h"
 #include "../dialogs/dialog_manager.h"
@@ -13,6 +14,8 @@
 #include "../scriptdata/handle_table.h"
 #include "../scriptdata/list.h"
 #include "../system/driver_packages.h"
+#include "../system/web_disks.h"
+#include "silent_retry.h"
 
 // GDI objects that scripts left behind.
 class GdiObjects {
@@ -104,8 +107,11 @@ struct ObjectContext {
     vh::com_ptr<ISetupStrings> strings;
     GdiObjects gdiObjects;
     vh::com_ptr<ISetupRegistry> registry;
+    SilentRetry silentRetry{*this};
     int64_t remoteKey = 0;
     bool connected = false;
+    // The link with a download agent, while there is one.
+    std::unique_ptr<FODHandler> webDisks;
     bool textSubs = true;
     ListTable lists;
     FileTable files;

@@ -101,27 +101,6 @@ int32_t _SetAltMainImageEx(ObjectContext* context, int32_t, const wchar_t*)
 }
 int32_t _SetPaletteFile(ObjectContext* context, const wchar_t*) { return Missing(context, 0); }
 
-// Versions: no file has a version that can be read.
-int32_t VerGetFileVersion(const wchar_t*, wchar_t*) { return -8; }
-int32_t _VerGetFileLanguages(ObjectContext* context, const wchar_t*, ListHandle) { return Missing(context, -8); }
-int32_t _VerUpdateFile(ObjectContext*, const wchar_t*, const wchar_t*, int32_t, wchar_t*) { return -1; }
-
-// Facts: no ports, no rights, no virtual machine, and the standard resolution.
-int32_t GetPorts(int32_t* printerPorts, int32_t* serialPorts)
-{
-    *printerPorts = 0;
-    *serialPorts = 0;
-    return -1;
-}
-int32_t _GetSystemDpi() { return 96; }
-int32_t IsNTAdmin() { return 0; }
-int32_t IsPowerUser() { return 0; }
-int32_t _IsInAdminGroup() { return 0; }
-int32_t _IsWindowsME() { return 0; }
-int32_t _EnableWow64FsRedirection(int32_t) { return -1; }
-int32_t _IsVirtualMachine() { return 0; }
-int32_t _GetVirtualMachineType() { return 0; }
-
 // Permissions, services, printing.
 int32_t _SetObjectPermissions(ObjectContext* context, const wchar_t*, int32_t, const wchar_t*, const wchar_t*, int32_t,
                               int32_t)
@@ -148,13 +127,6 @@ int32_t _DIFxDriverPackageGetPath(ObjectContext* context, const wchar_t*, wchar_
 {
     return Missing(context, no_driver_library);
 }
-
-// Web disks: as without the download agent.
-int32_t _SetupInet(ObjectContext*) { return 0; }
-int32_t _CleanupInet(ObjectContext* context) { return context ? 1 : 0; }
-int32_t _InetGetNextDisk(ObjectContext*, const wchar_t*) { return 3; }
-void _InetEndofTransfer(ObjectContext*) {}
-int32_t _InetGetLastError(ObjectContext*) { return 0; }
 
 // Object creation: no class can be made.
 int32_t _CreateObject(const wchar_t*, VARIANT*) { return general_failure; }

@@ -33,27 +33,68 @@ private:
     std::atomic<HMODULE> m_module{nullptr};
 };
 
-// One function of such a library, called like the function itself:
-//     inline constinit late_library user32(L"user32.dll");
-//     inline constinit late_function<decltype(GetDC)> get_dc(user32, "GetDC");
-template <class Signature>
-class late_function {
+// One function of such a library, without its type: what a table of functions can hold.
+class late_binding {
 public:
-    using pointer = Signature*;
+    constexpr late_binding(late_library& library, const char* name) : m_library(&library), m_name(name) {}
 
-    constexpr late_function(late_library& library, const char* name) : m_library(&library), m_name(name) {}
-
-    // Null when the system lacks it.
-    pointer get() const
+    // For tests: the system seems to lack the function, until it is shown again.
+    void hide()
     {
-        pointer found = m_found.load(std::memory_order_relaxed);
+        put(nullptr);
+        m_hidden = true;
+    }
+    void show() { put(nullptr); }
+
+protected:
+    // In a library that is held for one call only, so that nothing is remembered of it.
+    void* find_in(HMODULE module) const
+    {
+        if (void* replacement = m_found.load(std::memory_order_relaxed))
+            return replacement;
+        return m_hidden || !module ? nullptr : reinterpret_cast<void*>(GetProcAddress(module, m_name));
+    }
+    // Null, with the thread's last error set, when the system lacks the function.
+    void* find() const
+    {
+        void* found = m_found.load(std::memory_order_relaxed);
         if (!found) {
-            found = reinterpret_cast<pointer>(reinterpret_cast<void*>(m_library->find(m_name)));
+            if (m_hidden) {
+                SetLastError(ERROR_PROC_NOT_FOUND);
+                return nullptr;
+            }
+            found = reinterpret_cast<void*>(m_library->find(m_name));
             m_found.store(found, std::memory_order_relaxed);
         }
         return found;
     }
-    explicit operator bool() const { return get() != nullptr; }
+    void put(void* replacement)
+    {
+        m_hidden = false;
+        m_found.store(replacement, std::memory_order_relaxed);
+    }
+
+private:
+    late_library* m_library;
+    const char* m_name;
+    mutable std::atomic<void*> m_found{nullptr};
+    bool m_hidden = false;
+};
+
+// The same with its type, called like the function itself:
+//     inline constinit late_library user32(L"user32.dll");
+//     inline constinit late_function<decltype(GetDC)> get_dc(user32, "GetDC");
+template <class Signature>
+class late_function : public late_binding {
+public:
+    using pointer = Signature*;
+    using late_binding::late_binding;
+
+    // Null when the system lacks it.
+    pointer get() const { return reinterpret_cast<pointer>(find()); }
+    // The same for a function that is never called by its name: `module`, which may be null, is the caller's.
+    pointer get_in(HMODULE module) const { return reinterpret_cast<pointer>(find_in(module)); }
+    explicit operator bool() const { return find() != nullptr; }
 
     // A function that the system lacks raises the error of the look-up.
     template <class... Arguments>
@@ -66,12 +107,7 @@ public:
     }
 
     // For tests: calls go to `replacement`; null leads back to the system.
-    void replace(pointer replacement) { m_found.store(replacement, std::memory_order_relaxed); }
-
-private:
-    late_library* m_library;
-    const char* m_name;
-    mutable std::atomic<pointer> m_found{nullptr};
+    void replace(pointer replacement) { put(reinterpret_cast<void*>(replacement)); }
 };
 
 } // namespace vh

@@ -6,6 +6,9 @@
 
 namespace vh {
 
+// A script's text argument: null counts as empty.
+constexpr std::wstring_view View(const wchar_t* text) { return text ? text : L""; }
+
 // A text to a caller's buffer of `size` units. A text that does not fit is not written, and the result is
 // its length plus 1; a null buffer gives -1.
 inline int32_t CopyOut(std::wstring_view text, wchar_t* buffer, int32_t size)

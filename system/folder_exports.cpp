@@ -24,8 +24,7 @@ constexpr int32_t text_size = 1024; // of the buffers whose size a script does n
 
 constexpr bool IsEmpty(const wchar_t* text) { return !text || !*text; }
 constexpr int32_t FailureOnly(HRESULT code) { return FAILED(code) ? code : 0; }
-constexpr std::wstring_view View(const wchar_t* text) { return text ? text : L""; }
-vh::bstr TextOrEmpty(const wchar_t* text) { return vh::bstr(View(text)); }
+vh::bstr TextOrEmpty(const wchar_t* text) { return vh::bstr(vh::View(text)); }
 
 // The service, asked for anew by each call; its absence is the result.
 template <class Body>
@@ -77,7 +76,7 @@ HRESULT InTurn(Steps&&... steps)
 
 HRESULT Describe(ISetupShortcut& shortcut, const IconTexts& texts)
 {
-    const auto command = vh::SplitCommandLine(View(texts.command_line));
+    const auto command = vh::SplitCommandLine(vh::View(texts.command_line));
     const vh::bstr target(command.target);
     return InTurn(
         [&] { return shortcut.SetTarget(target.get()); },
@@ -85,7 +84,7 @@ HRESULT Describe(ISetupShortcut& shortcut, const IconTexts& texts)
         [&] { return shortcut.SetWorkingDir(TextOrEmpty(texts.working_dir).get()); },
         [&] { return shortcut.SetHotKey(vh::bstr(IsEmpty(texts.shortcut_key) ? no_key : texts.shortcut_key).get()); },
         [&] {
-            const vh::bstr icon(IsEmpty(texts.icon_file) ? command.target : View(texts.icon_file));
+            const vh::bstr icon(IsEmpty(texts.icon_file) ? command.target : vh::View(texts.icon_file));
             return shortcut.SetIcon(icon.get(), texts.icon_index);
         },
         [&]() -> HRESULT {
@@ -132,7 +131,7 @@ int32_t MakeIcon(const ObjectContext& context, const wchar_t* folder, const wcha
     return OnShell(context, [&](ISetupShell& shell) -> int32_t {
         if (IsEmpty(folder))
             return -1;
-        const stringx path = vh::Concat(View(folder), View(item));
+        const stringx path = vh::Concat(vh::View(folder), vh::View(item));
         vh::com_ptr<ISetupShortcut> shortcut;
         if (const HRESULT code = OpenOrMake(shell, path, texts.flags & IconReplace, shortcut); FAILED(code))
             return code;
@@ -151,8 +150,8 @@ int32_t ChangeIcon(const ObjectContext& context, const wchar_t* folder, const wc
     return OnShell(context, [&](ISetupShell& shell) -> int32_t {
         if (IsEmpty(folder))
             return -1;
-        const stringxi old_path(vh::Concat(View(folder), View(item)));
-        const stringxi new_path(vh::Concat(View(folder), IsEmpty(new_item) ? View(item) : View(new_item)));
+        const stringxi old_path(vh::Concat(vh::View(folder), vh::View(item)));
+        const stringxi new_path(vh::Concat(vh::View(folder), IsEmpty(new_item) ? vh::View(item) : vh::View(new_item)));
         vh::com_ptr<ISetupShortcut> shortcut;
         if (const HRESULT code = OpenOrMake(shell, stringx(old_path), true, shortcut); FAILED(code))
             return code;
@@ -251,7 +250,7 @@ int32_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* 
             long index = 0, show = 0;
             const HRESULT read = InTurn(
                 [&] {
-                    const stringx path = vh::Concat(View(folder), View(item));
+                    const stringx path = vh::Concat(vh::View(folder), vh::View(item));
                     return shell.OpenItem(vh::bstr(path.view()).get(), shortcut.put());
                 },
                 [&] { return ReadCommandLine(*shortcut.get(), line); },

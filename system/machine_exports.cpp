@@ -1,8 +1,18 @@
-// Exported functions on processor and memory.
+// Exported functions on processor, memory, ports and screen.
+#include <cwchar>
+#include <vector>
+
 #include "../exports/vhrt/facts.h"
 #include "../scriptdata/halves.h"
+#include "../scriptdata/late_fallbacks.h"
+#include "../scriptdata/late_windows.h"
+#include "../scriptdata/unique.h"
+#include "late_winspool.h"
+#include "system_file.h"
 
 namespace {
+
+constexpr int32_t standard_dpi = 96;
 
 SYSTEM_INFO NativeSystem()
 {
@@ -13,13 +23,62 @@ SYSTEM_INFO NativeSystem()
 
 bool NativeMachineIsArm64()
 {
-    using Query = BOOL(WINAPI*)(HANDLE, USHORT*, USHORT*);
-    // Systems before Windows 10 lack this function.
-    const FARPROC found = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "IsWow64Process2");
-    const auto query = reinterpret_cast<Query>(reinterpret_cast<void*>(found));
     USHORT process = 0;
     USHORT native = 0;
-    return query && query(GetCurrentProcess(), &process, &native) && native == IMAGE_FILE_MACHINE_ARM64;
+    return vh::late::is_wow64_process2 && vh::late::is_wow64_process2(GetCurrentProcess(), &process, &native) &&
+           native == IMAGE_FILE_MACHINE_ARM64;
+}
+
+uint64_t PhysicalMemory()
+{
+    MEMORYSTATUSEX memory{};
+    memory.dwLength = sizeof(memory);
+    if (vh::late::global_memory_status_ex && vh::late::global_memory_status_ex(&memory))
+        return memory.ullTotalPhys;
+    // The older call counts in 32 bits.
+    MEMORYSTATUS older{};
+    older.dwLength = sizeof(older);
+    GlobalMemoryStatus(&older);
+    return static_cast<uint32_t>(older.dwTotalPhys);
+}
+
+// The ports' records with the texts behind them, and their number. False when they can't be listed.
+bool ListPorts(std::vector<std::byte>& records, DWORD& count)
+{
+    constexpr DWORD least_bytes = 512 * 8;
+    if (!vh::late::enum_ports)
+        return false;
+    wchar_t* const this_machine = nullptr;
+    BYTE* const nothing = nullptr;
+    DWORD bytes = 0;
+    count = 0;
+    vh::late::enum_ports(this_machine, DWORD{1}, nothing, DWORD{0}, &bytes, &count);
+    if (count == 0 && bytes < least_bytes)
+        bytes = least_bytes;
+    records.resize(bytes);
+    return vh::late::enum_ports(this_machine, DWORD{1}, reinterpret_cast<BYTE*>(records.data()), bytes, &bytes,
+                                &count) != FALSE;
+}
+
+int32_t MonitorDpi(decltype(GetDpiForMonitor)* query)
+{
+    const HMONITOR monitor = vh::late::monitor_from_point(POINT{1, 1}, DWORD{MONITOR_DEFAULTTONEAREST});
+    UINT horizontal = 0;
+    UINT vertical = 0;
+    return SUCCEEDED(query(monitor, MDT_EFFECTIVE_DPI, &horizontal, &vertical)) ? static_cast<int32_t>(horizontal)
+                                                                                : standard_dpi;
+}
+
+struct screen_traits {
+    using value_type = HDC;
+    static HDC none() { return nullptr; }
+    static void close(HDC screen) { vh::late::release_dc(HWND{nullptr}, screen); }
+};
+
+int32_t ScreenDpi()
+{
+    const vh::unique<screen_traits> screen(vh::late::get_dc(HWND{nullptr}));
+    return screen ? vh::late::get_device_caps(screen.get(), LOGPIXELSX) : standard_dpi;
 }
 
 } // namespace
@@ -42,10 +101,7 @@ int32_t _GetProcessorInfo(VHRTProcessorInfo* info)
 
 int32_t _GetGlobalMemorySize(uint32_t* high, uint32_t* low, int32_t shift, uint32_t highLimit, uint32_t lowLimit)
 {
-    MEMORYSTATUSEX memory{};
-    memory.dwLength = sizeof(memory);
-    GlobalMemoryStatusEx(&memory);
-    const uint64_t size = vh::ShiftRight(memory.ullTotalPhys, shift);
+    const uint64_t size = vh::ShiftRight(PhysicalMemory(), shift);
     *high = static_cast<uint32_t>(size >> 32);
     *low = static_cast<uint32_t>(size);
     if (highLimit && *high > highLimit)
@@ -57,10 +113,30 @@ int32_t _GetGlobalMemorySize(uint32_t* high, uint32_t* low, int32_t shift, uint3
     return 0;
 }
 
-int32_t _IsWow64()
+int32_t GetPorts(int32_t* printerPorts, int32_t* serialPorts)
 {
-    BOOL emulated = FALSE;
-    return IsWow64Process(GetCurrentProcess(), &emulated) && emulated;
+    *printerPorts = 0;
+    *serialPorts = 0;
+    std::vector<std::byte> records;
+    DWORD count = 0;
+    if (!ListPorts(records, count))
+        return -1;
+    const auto* port = reinterpret_cast<const PORT_INFO_1W*>(records.data());
+    for (const auto* end = port + count; port != end; ++port) {
+        if (std::wcsncmp(port->pName, L"LPT", 3) == 0)
+            ++*printerPorts;
+        else if (std::wcsncmp(port->pName, L"COM", 3) == 0)
+            ++*serialPorts;
+    }
+    return 0;
+}
+
+int32_t _GetSystemDpi()
+{
+    const vh::unique_module library(
+        LoadLibraryExW(vh::SystemFile(L"Shcore.dll").c_str(), nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
+    const auto query = vh::late::get_dpi_for_monitor.get_in(library.get());
+    return query ? MonitorDpi(query) : ScreenDpi();
 }
 
 int32_t _IsArm64()

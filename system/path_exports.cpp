@@ -3,19 +3,17 @@
 
 #include <array>
 
+#include "../diagnostics/late_wininet.h"
 #include "../diagnostics/url.h"
 #include "../scriptdata/late_windows.h"
 #include "../scriptdata/results.h"
 #include "../scriptdata/stringx.h"
 #include "../scriptdata/unique.h"
-#include "late_wininet.h"
 #include "path_text.h"
 
 namespace {
 
 using view = std::wstring_view;
-
-view ViewOf(const wchar_t* text) { return text ? view(text) : view(); }
 
 // The path with every part as the directory has it; empty when one can't be found.
 stringx LongPath(view path)
@@ -145,44 +143,44 @@ int32_t UrlSyntax(const wchar_t* url)
 
 int32_t PathGetDrive(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    return vh::CopyOut(vh::PathRoot(ViewOf(path)), buffer, size);
+    return vh::CopyOut(vh::PathRoot(vh::View(path)), buffer, size);
 }
 
 int32_t PathGetDir(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    return vh::CopyOut(vh::PathDirectory(ViewOf(path)), buffer, size);
+    return vh::CopyOut(vh::PathDirectory(vh::View(path)), buffer, size);
 }
 
 int32_t PathGetPath(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    return vh::CopyOut(vh::PathPart(ViewOf(path)), buffer, size);
+    return vh::CopyOut(vh::PathPart(vh::View(path)), buffer, size);
 }
 
 int32_t PathGetFile(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    return vh::CopyOut(vh::PathFile(ViewOf(path)), buffer, size);
+    return vh::CopyOut(vh::PathFile(vh::View(path)), buffer, size);
 }
 
 int32_t PathGetFileName(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    return vh::CopyOut(vh::PathFileName(ViewOf(path)), buffer, size);
+    return vh::CopyOut(vh::PathFileName(vh::View(path)), buffer, size);
 }
 
 int32_t PathGetFileExt(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    return vh::CopyOut(vh::PathExtension(ViewOf(path)), buffer, size);
+    return vh::CopyOut(vh::PathExtension(vh::View(path)), buffer, size);
 }
 
 int32_t PathGetLongFromShort(const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    const view given = ViewOf(path);
+    const view given = vh::View(path);
     const stringx found = LongPath(given);
     return vh::CopyOut(found.empty() ? given : found.view(), buffer, size);
 }
 
 int32_t PathCompactPathPixel(HWND window, const wchar_t* path, wchar_t* buffer, int32_t size)
 {
-    stringx text(ViewOf(path));
+    stringx text(vh::View(path));
     {
         const window_context context(window);
         if (!context)
@@ -212,6 +210,6 @@ int32_t PathCrackUrl(const wchar_t* url, VHRTUrlParts* parts)
 
 int32_t PathIsValidSyntax(const wchar_t* text)
 {
-    const view given = ViewOf(text);
+    const view given = vh::View(text);
     return vh::IsUrl(given) ? UrlSyntax(text) : vh::IsPathSyntax(given);
 }

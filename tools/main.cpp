@@ -7,6 +7,7 @@
 
 #include "exit_codes.h"
 #include "exports_command.h"
+#include "facts_command.h"
 #include "host/command_line.h"
 #include "host/console.h"
 #include "host/text.h"
@@ -18,6 +19,8 @@ struct CommandLine {
     std::string file;
     std::string output;
     std::string definition;
+    std::string library;
+    bool json = false;
     unsigned seconds = 0;
     std::function<int()> run;
 };
@@ -41,17 +44,29 @@ void DeclareTrace(CLI::App& app, CommandLine& line)
         [&line] { line.run = [&line] { return tools::FollowTrace(host::PathOf(line.file), line.seconds); }; });
 }
 
+// The library that a person names, or else the one beside this program.
+std::wstring LibraryOf(const std::string& given)
+{
+    return given.empty() ? host::Join(host::ProgramFolder(), L"VHRT.dll") : host::PathOf(given);
+}
+
 void DeclareExports(CLI::App& app, CommandLine& line)
 {
     CLI::App* exports = app.add_subcommand("exports", "List the exports of a library with their arguments");
     exports->add_option("DLL", line.file, "The library; without it VHRT.dll beside this program");
     exports->add_option("--def", line.definition, "Compare the numbers with this file")->type_name("FILE");
     exports->callback([&line] {
-        line.run = [&line] {
-            const std::wstring own = host::Join(host::ProgramFolder(), L"VHRT.dll");
-            return tools::ListExports(line.file.empty() ? own : host::PathOf(line.file), host::PathOf(line.definition));
-        };
+        line.run = [&line] { return tools::ListExports(LibraryOf(line.file), host::PathOf(line.definition)); };
     });
+}
+
+void DeclareFacts(CLI::App& app, CommandLine& line)
+{
+    CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
+    facts->add_flag("--json", line.json, "As one JSON object");
+    facts->add_option("--library", line.library, "Ask this library; without it VHRT.dll beside this program")
+        ->type_name("PATH");
+    facts->callback([&line] { line.run = [&line] { return tools::PrintFacts(LibraryOf(line.library), line.json); }; });
 }
 
 } // namespace
@@ -66,6 +81,7 @@ int wmain(int count, wchar_t** words)
     CommandLine line;
     DeclareTrace(app, line);
     DeclareExports(app, line);
+    DeclareFacts(app, line);
     try {
         if (!host::ParseCommandLine(app, count, words))
             return tools::exit_done;

@@ -113,6 +113,87 @@ TEST(Registry, WritesSubstitutesListsAndUndoesWithTheRun)
     EXPECT_FALSE(key.Exists());
 }
 
+// The whole registry below one key, each root and each view under a name of its own.
+TEST(Registry, CanBeARunsOwn)
+{
+    const TestKey key;
+    SetupFolder folder;
+    folder.Product(registry_product);
+    Options options = folder.Given();
+    options.registryRoot = L"HKCU\\Software\\VHEngineTest\\Own";
+    auto engine = Engine::Open(options);
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateRegistrySet(bstr(L"").get(), log.get()));
+    EXPECT_EQ(folder.Target(L"x"), key.Text(L"Path", L"\\Own\\HKCU\\Software\\VHEngineTest\\Probe"));
+
+    const LONG64 local_machine = static_cast<LONG64>(static_cast<int32_t>(0x80000002));
+    const bstr name(L"Software\\Any");
+    const variant plain(L"64"), other(L"32");
+    const auto set = [&](const variant& value) {
+        return registry->SetValue(local_machine, name.get(), bstr(L"V").get(), REG_SZ,
+                                  const_cast<VARIANT*>(&value.get()), log.get());
+    };
+    ASSERT_EQ(S_OK, set(plain));
+    registry.query<ISetupRegistryOptions>()->SetOptions(registry_view32);
+    ASSERT_EQ(S_OK, set(other));
+    EXPECT_EQ(L"64", key.Text(L"V", L"\\Own\\HKLM\\Software\\Any"));
+    EXPECT_EQ(L"32", key.Text(L"V", L"\\Own\\HKLM32\\Software\\Any"));
+    engine->Commit();
+    const std::wstring logFile = engine->LogFile();
+    engine.reset();
+    Uninstall(logFile);
+    EXPECT_FALSE(key.Exists());
+}
+
+// Bit 0 of the option word.
+TEST(Registry, KeepsItsViewsApart)
+{
+    const SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    const auto options = registry.query<ISetupRegistryOptions>();
+    const LONG64 local_machine = static_cast<LONG64>(static_cast<int32_t>(0x80000002));
+    const bstr name(L"Software\\VHEngineTest");
+    const auto there = [&](long view) {
+        VARIANT_BOOL exists = VARIANT_FALSE;
+        options->SetOptions(view);
+        registry->KeyExists(local_machine, name.get(), &exists);
+        return exists != VARIANT_FALSE;
+    };
+    options->SetOptions(registry_view32);
+    ASSERT_EQ(S_OK, registry->CreateKey(local_machine, name.get(), nullptr, VARIANT_FALSE, log.get()));
+    EXPECT_TRUE(there(registry_view32));
+    EXPECT_FALSE(there(0));
+    engine->Rollback();
+    EXPECT_FALSE(there(registry_view32));
+}
+
+TEST(Registry, ConnectsToAMachineByNameOrSaysWhyNot)
+{
+    const TestKey key;
+    key.Write(L"Mine", L"seen");
+    const SetupFolder folder;
+    MakeTree(folder);
+    const auto engine = folder.Open();
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    wchar_t machine[MAX_COMPUTERNAME_LENGTH + 1];
+    DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
+    ASSERT_TRUE(GetComputerNameW(machine, &size));
+    const LONG64 users = static_cast<LONG64>(static_cast<int32_t>(0x80000003));
+    LONG64 remote = 0;
+    ASSERT_EQ(S_OK, registry->Connect(users, bstr((std::wstring(L"\\\\") + machine).c_str()).get(), &remote));
+    safe_array names;
+    EXPECT_EQ(S_OK, registry->EnumKeys(remote, bstr(L"").get(), names.put()));
+    EXPECT_GE(names.last(), 0);
+    EXPECT_EQ(S_OK, registry->Disconnect(remote));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_BAD_NETPATH),
+              registry->Connect(users, bstr(L"\\\\no-such-machine").get(), &remote));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"no-such-machine")) << ToUtf8(LastReason(*engine));
+}
+
 struct CopyCase {
     const wchar_t* source;
     const wchar_t* target;

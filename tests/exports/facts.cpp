@@ -1,10 +1,19 @@
 // Facts about machine, system and language through the exports.
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <winspool.h>
 
 #include "../../exports/vhrt/calls.h"
 #include "../../exports/vhrt/facts.h"
 #include "../../exports/vhrt/language.h"
 #include "../../exports/vhrt/versions.h"
+#include "../support/import_patch.h"
 
 namespace {
 
@@ -30,6 +39,53 @@ TEST(Facts, OfThisProcessAndSystem)
     EXPECT_EQ(_IsWow64(), 0);
     EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
     EXPECT_EQ(IsOSTypeNT(), 1);
+}
+
+// As if the machine were an Itanium.
+void WINAPI Itanium(SYSTEM_INFO* system)
+{
+    *system = {};
+    system->wProcessorArchitecture = PROCESSOR_ARCHITECTURE_IA64;
+    system->dwProcessorType = 586;
+}
+
+TEST(Facts, OfAnotherMachineFollowItsArchitecture)
+{
+    const vh::test::CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
+    ASSERT_TRUE(system.found());
+    EXPECT_EQ(_GetVirtualMachineType(), 0);
+    EXPECT_EQ(_IsVirtualMachine(), 0);
+    EXPECT_EQ(GetCPUType(), 586);
+}
+
+// The names of the system's ports by a call of the test's own; empty when there is no spooler.
+std::vector<std::wstring> PortNames()
+{
+    const HMODULE spooler = LoadLibraryW(L"winspool.drv");
+    const auto list = reinterpret_cast<decltype(EnumPortsW)*>(
+        reinterpret_cast<void*>(spooler ? GetProcAddress(spooler, "EnumPortsW") : nullptr));
+    std::vector<PORT_INFO_2W> records(200);
+    DWORD needed = 0, count = 0;
+    if (!list || !list(nullptr, 2, reinterpret_cast<BYTE*>(records.data()),
+                       static_cast<DWORD>(records.size() * sizeof(PORT_INFO_2W)), &needed, &count))
+        return {};
+    std::vector<std::wstring> names;
+    for (DWORD i = 0; i < count; ++i)
+        names.emplace_back(records[i].pPortName);
+    return names;
+}
+
+TEST(Facts, OfPortsAreThoseThatTheSystemLists)
+{
+    const std::vector<std::wstring> names = PortNames();
+    const auto starting = [&](const wchar_t* start) {
+        return std::ranges::count_if(names, [start](const std::wstring& name) { return name.starts_with(start); });
+    };
+    int32_t printers = -1, serial = -1;
+    const int32_t code = GetPorts(&printers, &serial);
+    EXPECT_EQ(printers, starting(L"LPT"));
+    EXPECT_EQ(serial, starting(L"COM"));
+    EXPECT_TRUE(code == 0 || names.empty()) << code;
 }
 
 TEST(Memory, ComesInHalvesThatLimitsCap)

@@ -2,27 +2,7 @@
 # Variables: RUNNER, HOST, TOOL, SETUP (a good setup folder), WORK (a folder of the test's own).
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
-set(checks 0)
-
-# expect(NAME CODE TEXT COMMAND...): runs it and checks exit code and output.
-function(expect name code text)
-  execute_process(COMMAND ${RUNNER} ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE out ERROR_VARIABLE out TIMEOUT 60)
-  if(NOT result STREQUAL code)
-    message(SEND_ERROR "${name}: exit code ${result} instead of ${code}\n${out}")
-  endif()
-  string(FIND "${out}" "${text}" found)
-  if(found EQUAL -1)
-    message(SEND_ERROR "${name}: no \"${text}\" in\n${out}")
-  endif()
-  math(EXPR checks "${checks} + 1")
-  set(checks ${checks} PARENT_SCOPE)
-endfunction()
-
-function(expect_file name wanted path)
-  if((wanted AND NOT EXISTS ${path}) OR (NOT wanted AND EXISTS ${path}))
-    message(SEND_ERROR "${name}: ${path}")
-  endif()
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/expect.cmake)
 
 # vary(NAME): a copy of the good setup folder, to be spoilt.
 function(vary name)
@@ -77,6 +57,20 @@ expect("a cut trace" 1 "at offset ${size}" ${TOOL} trace decode ${WORK}/cut.trac
 expect("no trace" 4 "none.trace" ${TOOL} trace decode ${WORK}/none.trace)
 expect("exports" 0 "294 exports, 0 differences" ${TOOL} exports --def ${SOURCE}/exports/VHRT.def)
 expect("a library that is none" 4 "readme.txt" ${TOOL} exports ${SETUP}/payload/readme.txt)
+
+expect("facts" 0 "Resolution of the screen" ${TOOL} facts)
+expect("facts as a table" 0 "dots per inch" ${TOOL} facts)
+execute_process(COMMAND ${RUNNER} ${TOOL} facts --json OUTPUT_VARIABLE facts ERROR_VARIABLE ignored TIMEOUT 60)
+foreach(key processors memoryMiB dpi)
+  string(JSON value ERROR_VARIABLE error GET "${facts}" ${key})
+  if(error OR NOT value GREATER 0)
+    message(SEND_ERROR "facts --json: ${key} is ${value}\n${facts}")
+  endif()
+endforeach()
+expect("facts of no library" 4 "nowhere.dll" ${TOOL} facts --library ${WORK}/nowhere.dll)
+expect("facts of a text" 4 "readme.txt" ${TOOL} facts --library ${SETUP}/payload/readme.txt)
+expect("facts of another library" 4 "there is no export _GetProcessorInfo"
+  ${TOOL} facts --library "C:\\windows\\system32\\version.dll")
 
 file(WRITE ${WORK}/target/mine.txt "mine")
 expect("removal" 0 "removed: file" ${HOST} ${SETUP} --data ${WORK}/log --uninstall)

@@ -3,7 +3,7 @@
 
 #include "../../exports/vhrt/paths.h"
 #include "../../scriptdata/late_library.h"
-#include "../../system/late_wininet.h"
+#include "../../diagnostics/late_wininet.h"
 
 namespace {
 

@@ -1,0 +1,216 @@
+// Versions and translations of files, and the copy that goes with them.
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/versions.h"
+#include "../support/bare_context.h"
+#include "../support/session.h"
+#include "../support/temp_folder.h"
+#include "../support/traced_library.h"
+#include "../support/version_file.h"
+
+using vh::test::BareContext;
+using vh::test::FixedPart;
+using vh::test::ImageWithVersion;
+using vh::test::TempFolder;
+using vh::test::Translations;
+using vh::test::VersionBlock;
+
+namespace {
+
+constexpr wchar_t untouched[] = L"untouched";
+
+// The text of a version, or "<code>"; a failure leaves the buffer alone.
+std::wstring VersionOf(const std::wstring& path)
+{
+    wchar_t text[24];
+    wcscpy_s(text, untouched);
+    const int32_t code = VerGetFileVersion(path.c_str(), text);
+    if (code == 0)
+        return text;
+    EXPECT_STREQ(text, untouched);
+    return L"<" + std::to_wstring(code) + L">";
+}
+
+std::string Resource(const std::string& fixed, const std::vector<VersionBlock>& children = {}, int lie = 0)
+{
+    return VersionBlock{L"VS_VERSION_INFO", fixed, children, lie}.Bytes();
+}
+
+std::string Words(const std::vector<uint32_t>& words)
+{
+    return {reinterpret_cast<const char*>(words.data()), words.size() * sizeof(uint32_t)};
+}
+
+// The translations as a number list gets them, behind the result.
+std::vector<int64_t> LanguagesOf(const std::wstring& path)
+{
+    const BareContext context;
+    const ListHandle list = _ListCreate(context, ListTypeNumber);
+    std::vector<int64_t> found{_VerGetFileLanguages(context, path.c_str(), list)};
+    int32_t value = 0;
+    for (int64_t code = _ListGetFirstItem(context, list, &value); code == 0;
+         code = _ListGetNextItem(context, list, &value))
+        found.push_back(static_cast<uint32_t>(value));
+    return found;
+}
+
+TEST(FileVersion, IsFourNumbersFromHighToLow)
+{
+    const TempFolder folder;
+    const auto made = [&](uint32_t high, uint32_t low) {
+        return VersionOf(folder.Write(L"v.dll", ImageWithVersion(Resource(FixedPart(high, low)))));
+    };
+    EXPECT_EQ(made(0x00060001, 7601u << 16 | 17514), L"6.1.7601.17514");
+    EXPECT_EQ(made(0, 0), L"0.0.0.0");
+    EXPECT_EQ(made(0xFFFFFFFF, 0xFFFFFFFF), L"65535.65535.65535.65535");
+}
+
+TEST(FileVersion, ThatCannotBeReadHasACodeForEachReason)
+{
+    const TempFolder folder;
+    std::string whole = ImageWithVersion(Resource(FixedPart(1, 1)));
+    EXPECT_EQ(VersionOf(folder / L"missing.dll"), L"<-2>");
+    EXPECT_EQ(VersionOf(L""), L"<-2>");
+    EXPECT_EQ(VersionOf(L"C:\\no|such?name"), L"<-2>");
+    EXPECT_EQ(VersionOf(folder.path().wstring()), L"<-8>") << "a directory exists";
+    EXPECT_EQ(VersionOf(folder.Write(L"text.txt", "no image")), L"<-8>");
+    EXPECT_EQ(VersionOf(folder.Write(L"empty.dll", "")), L"<-8>");
+    EXPECT_EQ(VersionOf(folder.Write(L"cut.dll", whole.substr(0, 0x180))), L"<-8>");
+    EXPECT_EQ(VersionOf(folder.Write(L"none.dll", ImageWithVersion(""))), L"<-8>");
+    EXPECT_EQ(VersionOf(folder.Write(L"no fixed part.dll", ImageWithVersion(Resource("")))), L"<-8>");
+    EXPECT_EQ(VersionOf(folder.Write(L"short.dll", ImageWithVersion(Resource(FixedPart(1, 1).substr(0, 48))))),
+              L"<-8>");
+    EXPECT_EQ(VerGetFileVersion(nullptr, nullptr), -2);
+}
+
+TEST(FileLanguages, AreTheTranslationWordsInTheirOrder)
+{
+    const TempFolder folder;
+    const auto made = [&](const std::vector<VersionBlock>& children) {
+        return LanguagesOf(folder.Write(L"l.dll", ImageWithVersion(Resource(FixedPart(1, 2), children))));
+    };
+    using Numbers = std::vector<int64_t>;
+    EXPECT_EQ(made({Translations(Words({0x04B00409, 0x04E40407}))}), Numbers({0, 0x04B00409, 0x04E40407}));
+    EXPECT_EQ(made({{L"StringFileInfo", "", {{L"040904B0", "", {}}}}, Translations(Words({0xFFFFFFFF}))}),
+              Numbers({0, 0xFFFFFFFF}));
+    EXPECT_EQ(made({}), Numbers({0})) << "no translations";
+    EXPECT_EQ(made({Translations("")}), Numbers({0}));
+    // Bytes that make no whole word are not looked at.
+    EXPECT_EQ(made({Translations(Words({0x04B00409}) + "xyz")}), Numbers({0, 0x04B00409}));
+    EXPECT_EQ(made({Translations("xyz")}), Numbers({0}));
+    EXPECT_EQ(LanguagesOf(folder / L"missing.dll"), Numbers({-2}));
+    EXPECT_EQ(LanguagesOf(folder.path().wstring()), Numbers({-8}));
+}
+
+TEST(FileLanguages, EndWithTheListsFailure)
+{
+    const TempFolder folder;
+    const auto two = folder.Write(
+        L"two.dll", ImageWithVersion(Resource(FixedPart(1, 2), {Translations(Words({0x04B00409, 0x04B00407}))})));
+    const auto none = folder.Write(L"none.dll", ImageWithVersion(Resource(FixedPart(1, 2))));
+    const BareContext context;
+    const ListHandle texts = _ListCreate(context, ListTypeString);
+    EXPECT_EQ(_VerGetFileLanguages(context, two.c_str(), texts), -500);
+    EXPECT_EQ(_VerGetFileLanguages(context, two.c_str(), 77), -501);
+    EXPECT_EQ(_VerGetFileLanguages(context, none.c_str(), 77), 0) << "nothing to add, so no list is needed";
+    EXPECT_EQ(_VerGetFileLanguages(nullptr, two.c_str(), texts), -1);
+}
+
+TEST(DamagedVersions, AreReadInsideTheirBlockOnly)
+{
+    const TempFolder folder;
+    // Lengths that promise more than there is.
+    const auto lying = folder.Write(
+        L"lying.dll", ImageWithVersion(Resource(FixedPart(1, 2), {Translations(Words({0x04B00409}), 0x7FF0)})));
+    const std::vector<int64_t> found = LanguagesOf(lying);
+    EXPECT_EQ(found.front(), 0);
+    EXPECT_LT(found.size(), 200u) << "no more words than the block has";
+
+    // Each byte of a sound resource in turn set to extreme values: any answer, but no crash.
+    const std::string sound = Resource(FixedPart(1, 2), {Translations(Words({0x04B00409, 0x04B00407}))});
+    const std::string image = ImageWithVersion(sound);
+    const std::size_t start = image.find(sound);
+    ASSERT_NE(start, image.npos);
+    int answers = 0;
+    for (std::size_t at = 0; at < sound.size(); ++at) {
+        for (const char value : {'\x00', '\x7F', '\xFF'}) {
+            std::string damaged = image;
+            damaged[start + at] = value;
+            const auto path = folder.Write(L"damaged.dll", damaged);
+            wchar_t text[24] = L"";
+            const int32_t code = VerGetFileVersion(path.c_str(), text);
+            EXPECT_TRUE(code == 0 || code == -8) << at << ": " << code;
+            EXPECT_EQ(LanguagesOf(path).front(), code) << at;
+            ++answers;
+        }
+    }
+    EXPECT_EQ(answers, static_cast<int>(3 * sound.size()));
+}
+
+TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
+{
+    vh::test::Session session;
+    const TempFolder folder;
+    const std::wstring source = folder.Write(L"source.dll", "new");
+    const std::wstring target = folder / L"target.dll";
+    wchar_t buffer[MAX_PATH] = L"";
+    EXPECT_EQ(_VerUpdateFile(session, source.c_str(), target.c_str(), 0, buffer), 0);
+    EXPECT_EQ(buffer, target);
+    EXPECT_TRUE(std::filesystem::exists(target));
+
+    wcscpy_s(buffer, untouched);
+    const int32_t failed = _VerUpdateFile(session, (folder / L"missing.dll").c_str(), target.c_str(), 0, buffer);
+    EXPECT_EQ(failed, _FileCopy(session, (folder / L"missing.dll").c_str(), target.c_str(), 0));
+    EXPECT_NE(failed, 0);
+    EXPECT_STREQ(buffer, untouched);
+    EXPECT_EQ(_VerUpdateFile(nullptr, source.c_str(), target.c_str(), 0, buffer), -1);
+    EXPECT_STREQ(buffer, untouched);
+}
+
+TEST(VersionTrace, TellsFileAndVersionAtBothEnds)
+{
+    const TempFolder folder;
+    const std::wstring trace = folder / L"t.bin";
+    const std::wstring sound = folder.Write(
+        L"sound.dll", ImageWithVersion(Resource(FixedPart(0x10002, 0x30004), {Translations(Words({0x04B00409}))})));
+    const std::wstring missing = folder / L"missing.dll";
+    vh::test::TracedLibrary library(trace);
+    const auto create = VHRT_GET(library, __CreateObjectContext);
+    ObjectContext* context = create(nullptr, nullptr);
+    ASSERT_NE(context, nullptr);
+    const ListHandle texts = VHRT_GET(library, _ListCreate)(context, ListTypeString);
+    const ListHandle numbers = VHRT_GET(library, _ListCreate)(context, ListTypeNumber);
+    const auto version = VHRT_GET(library, VerGetFileVersion);
+    const auto languages = VHRT_GET(library, _VerGetFileLanguages);
+    wchar_t buffer[24] = L"before";
+    version(sound.c_str(), buffer);
+    version(missing.c_str(), buffer);
+    languages(context, sound.c_str(), numbers);
+    languages(context, sound.c_str(), texts);
+    languages(context, folder.path().c_str(), numbers);
+    languages(nullptr, sound.c_str(), numbers);
+    VHRT_GET(library, __ReleaseObjectContext)(context);
+
+    const std::string good = std::filesystem::path(sound).string();
+    const std::string gone = std::filesystem::path(missing).string();
+    const std::string place = folder.path().string();
+    const auto line = [](const std::string& record, const std::string& fields) { return record + fields + "\r\n"; };
+    const std::string version_begin = "VHFuncBegin|VerGetFileVersion|FileName=";
+    const std::string version_end = "VHFuncEnd|VerGetFileVersion|Result=";
+    const std::string languages_begin = "VHFuncBegin|VerGetFileLanguages|FileName=";
+    const std::string languages_end = "VHFuncEnd|VerGetFileLanguages|Result=";
+    const std::string expected =
+        line(version_begin, good + "\tFileVersion=before") +
+        line(version_end, "Success\tFileName=" + good + "\tFileVersion=1.2.3.4") +
+        line(version_begin, gone + "\tFileVersion=1.2.3.4") +
+        line(version_end, "Failure\t\tError=0xfffffffe\tFileName=" + gone) + line(languages_begin, good) +
+        line(languages_end, "Success\tFileName=" + good) + line(languages_begin, good) +
+        line(languages_end, "Failure\t\tError=0xfffffe0c\tFileName=" + good) + line(languages_begin, place) +
+        line(languages_end, "Failure\t\tError=0xfffffff8\tFileName=" + place) +
+        // Without a context there is no end record.
+        line(languages_begin, good);
+    const std::string text = vh::test::DecodedTrace(trace);
+    EXPECT_NE(text.find(expected), text.npos) << text;
+}
+
+} // namespace

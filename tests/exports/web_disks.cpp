@@ -1,0 +1,145 @@
+// The conversation with a download agent, which is another process here.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "../../exports/vhrt/web_disks.h"
+#include "../../scriptdata/unique.h"
+#include "../support/session.h"
+#include "../support/temp_folder.h"
+
+namespace {
+
+using vh::test::Session;
+
+HWND AgentWindow() { return FindWindowW(nullptr, L"FetchOnDemand"); }
+
+class Agent {
+public:
+    explicit Agent(const vh::test::TempFolder& folder) : m_notes(folder / L"notes.txt")
+    {
+        wchar_t program[MAX_PATH];
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        const std::wstring path(program);
+        std::wstring line = L"\"" + path.substr(0, path.rfind(L'\\')) + L"\\vhrt_test_agent.exe\" \"" + m_notes + L"\"";
+        STARTUPINFOW start{};
+        start.cb = sizeof(start);
+        PROCESS_INFORMATION made{};
+        EXPECT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, DETACHED_PROCESS, nullptr, nullptr,
+                                   &start, &made));
+        m_process.reset(made.hProcess);
+        const vh::unique_handle thread(made.hThread);
+        while (!AgentWindow() && WaitForSingleObject(m_process.get(), 10) == WAIT_TIMEOUT)
+            continue;
+        EXPECT_NE(AgentWindow(), nullptr);
+    }
+
+    bool Ends() const { return WaitForSingleObject(m_process.get(), 10000) == WAIT_OBJECT_0; }
+    // What it was told, a line each.
+    std::string Notes() const
+    {
+        std::ifstream file(std::filesystem::path(m_notes), std::ios::binary);
+        std::ostringstream text;
+        text << file.rdbuf();
+        std::string notes = text.str();
+        std::erase(notes, '\r');
+        return notes;
+    }
+
+private:
+    std::wstring m_notes;
+    vh::unique_handle m_process;
+};
+
+TEST(WebDisks, NeedAnAgent)
+{
+    const Session session;
+    EXPECT_EQ(_SetupInet(session), 0);
+    EXPECT_EQ(_InetGetNextDisk(session, L"data2.cab"), 3);
+    EXPECT_EQ(_InetGetLastError(session), 0);
+    _InetEndofTransfer(session);
+    EXPECT_EQ(_CleanupInet(session), 1);
+    EXPECT_EQ(_SetupInet(nullptr), 0);
+    EXPECT_EQ(_CleanupInet(nullptr), 0);
+    EXPECT_EQ(_InetGetNextDisk(nullptr, L"data2.cab"), 3);
+    EXPECT_EQ(_InetGetLastError(nullptr), 0);
+    _InetEndofTransfer(nullptr);
+}
+
+TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
+{
+    const vh::test::TempFolder folder;
+    const Agent agent(folder);
+    Session session;
+    ASSERT_EQ(_SetupInet(session), 1);
+    const HWND reply = FindWindowW(L"INetClassInfo", L"INetClassInfo");
+    EXPECT_NE(reply, nullptr);
+    EXPECT_FALSE(IsWindowVisible(reply));
+    EXPECT_EQ(_SetupInet(session), 1);
+    // The progress window can't be told with the first request; it is told with the second, and once only.
+    session.calls().FailCall(L"ISetupProgress.GetWindow", E_FAIL);
+    EXPECT_EQ(_InetGetNextDisk(session, L"data1.cab"), 4);
+    session.calls().Reset();
+
+    const struct {
+        const wchar_t* file;
+        int32_t result;
+        int32_t error;
+    } requests[] = {
+        {L"data2.cab", 4, 0}, {L"C:\\x\\disk3.cab", 4, 0}, {L"C:\\x2\\disk4.cab", 3, -2},
+        {L"data.cab", 4, 0},  {L"C:/a/disk9", 4, 0},       {L"data2.1.cab", 4, 0},
+        {nullptr, 4, 0},
+    };
+    for (const auto& [file, result, error] : requests) {
+        EXPECT_EQ(_InetGetNextDisk(session, file), result) << file;
+        EXPECT_EQ(_InetGetLastError(session), error) << file;
+    }
+    _InetEndofTransfer(session);
+    EXPECT_EQ(_CleanupInet(session), 1);
+    EXPECT_EQ(FindWindowW(L"INetClassInfo", nullptr), nullptr);
+    EXPECT_TRUE(agent.Ends());
+    EXPECT_EQ(agent.Notes(), "1124 0 INetClassInfo\n"
+                             "1137 0 0\n"
+                             "1124 1 INetClassInfo\n"
+                             "1124 2 INetClassInfo\n"
+                             "1124 3 INetClassInfo\n"
+                             "1124 -1 INetClassInfo\n"
+                             "1124 8 INetClassInfo\n"
+                             "1124 0 INetClassInfo\n"
+                             "1124 -1 INetClassInfo\n"
+                             "1138 0 0\n"
+                             "1128 10 1\n");
+}
+
+// Noticed at the next check, 15 seconds after the request.
+TEST(WebDisks, AreNotThereWhenTheAgentGoesAway)
+{
+    const vh::test::TempFolder folder;
+    const Agent agent(folder);
+    const Session session;
+    ASSERT_EQ(_SetupInet(session), 1);
+    EXPECT_EQ(_InetGetNextDisk(session, L"disk10.cab"), 3);
+    EXPECT_EQ(_InetGetLastError(session), -3);
+    EXPECT_EQ(_InetGetNextDisk(session, L"disk1.cab"), 3) << "no window, no request";
+    EXPECT_TRUE(agent.Ends());
+}
+
+// The context's end tells the agent, and a program that wants to end is not kept from it.
+TEST(WebDisks, LeaveTheQueueAndTheAgentInOrder)
+{
+    const vh::test::TempFolder folder;
+    const Agent agent(folder);
+    Session session;
+    ASSERT_EQ(_SetupInet(session), 1);
+    PostQuitMessage(7);
+    EXPECT_EQ(_InetGetNextDisk(session, L"disk2.cab"), 4);
+    MSG message;
+    ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(message.wParam, 7u);
+    session.Release();
+    EXPECT_TRUE(agent.Ends());
+}
+
+} // namespace

@@ -1,0 +1,261 @@
+// Facts where the system lacks a function, and where it refuses.
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/facts.h"
+#include "../../scriptdata/late_fallbacks.h"
+#include "../../scriptdata/late_windows.h"
+#include "../../system/late_winspool.h"
+#include "../support/replaced.h"
+
+using vh::test::Replaced;
+
+namespace {
+
+uint64_t Memory(int32_t shift, uint32_t high_limit = 0, uint32_t low_limit = 0)
+{
+    uint32_t high = 77, low = 77;
+    EXPECT_EQ(_GetGlobalMemorySize(&high, &low, shift, high_limit, low_limit), 0);
+    return uint64_t{high} << 32 | low;
+}
+
+TEST(Memory, OfAnySizeGoesThroughShiftAndLimits)
+{
+    const Replaced status(vh::late::global_memory_status_ex, [](MEMORYSTATUSEX* memory) WINAPI -> BOOL {
+        memory->ullTotalPhys = 0x3'8000'0000;
+        return TRUE;
+    });
+    EXPECT_EQ(Memory(0), 0x3'8000'0000u);
+    EXPECT_EQ(Memory(20), 0x3800u);
+    EXPECT_EQ(Memory(0, 2), 0x2'8000'0000u);
+    EXPECT_EQ(Memory(0, 3), 0x3'8000'0000u);
+    EXPECT_EQ(Memory(0, 0, 0x80000000), 0x3'8000'0000u) << "the low half is not above its limit";
+    EXPECT_EQ(Memory(0, 0, 0x7FFFFFFF), 0x7FFFFFFFu) << "a low limit that bites clears the high half";
+    EXPECT_EQ(Memory(0, 2, 5), 5u);
+}
+
+TEST(Memory, ComesFromTheOlderCallIn32Bits)
+{
+    MEMORYSTATUS older{};
+    older.dwLength = sizeof(older);
+    GlobalMemoryStatus(&older);
+    const auto expected = static_cast<uint32_t>(older.dwTotalPhys);
+    {
+        const Replaced hidden(vh::late::global_memory_status_ex);
+        EXPECT_EQ(Memory(0), expected);
+    }
+    const Replaced failing(vh::late::global_memory_status_ex, [](MEMORYSTATUSEX*) WINAPI -> BOOL { return FALSE; });
+    EXPECT_EQ(Memory(0), expected);
+}
+
+// Ports of a spooler that asks for so many bytes first.
+DWORD needed_bytes;
+DWORD asked_bytes;
+const wchar_t* const port_names[] = {L"LPT1:", L"COM1:", L"COM10:", L"FILE:", L"com2:", L"LPT", L"LP", L"", L"COMx"};
+
+BOOL WINAPI SomePorts(wchar_t*, DWORD level, BYTE* buffer, DWORD size, DWORD* needed, DWORD* count)
+{
+    EXPECT_EQ(level, 1u);
+    *needed = needed_bytes;
+    if (!buffer) {
+        *count = 0;
+        return FALSE;
+    }
+    asked_bytes = size;
+    auto* port = reinterpret_cast<PORT_INFO_1W*>(buffer);
+    for (const wchar_t* name : port_names)
+        *port++ = {const_cast<wchar_t*>(name)};
+    *count = std::size(port_names);
+    return TRUE;
+}
+
+BOOL WINAPI NoPorts(wchar_t*, DWORD, BYTE*, DWORD, DWORD* needed, DWORD*)
+{
+    *needed = 16;
+    return FALSE;
+}
+
+TEST(Ports, AreCountedByTheStartsOfTheirNames)
+{
+    int32_t printers = 7, serial = 7;
+    {
+        const Replaced spooler(vh::late::enum_ports, SomePorts);
+        for (const auto& [needed, asked] : std::map<DWORD, DWORD>{{0, 4096}, {4096, 4096}, {100, 4096}, {5000, 5000}}) {
+            needed_bytes = needed;
+            EXPECT_EQ(GetPorts(&printers, &serial), 0);
+            EXPECT_EQ(printers, 2);
+            EXPECT_EQ(serial, 3);
+            EXPECT_EQ(asked_bytes, asked);
+        }
+    }
+    const Replaced spooler(vh::late::enum_ports, NoPorts);
+    EXPECT_EQ(GetPorts(&printers, &serial), -1);
+    EXPECT_EQ(printers, 0);
+    EXPECT_EQ(serial, 0);
+}
+
+HRESULT WINAPI DpiOfMonitor(HMONITOR monitor, MONITOR_DPI_TYPE kind, UINT* horizontal, UINT* vertical)
+{
+    EXPECT_EQ(monitor, MonitorFromPoint({1, 1}, MONITOR_DEFAULTTONEAREST));
+    EXPECT_EQ(kind, MDT_EFFECTIVE_DPI);
+    *horizontal = 144;
+    *vertical = 120;
+    return S_OK;
+}
+
+TEST(Resolution, IsTheMonitorsOrElseTheScreens)
+{
+    const HMODULE before = GetModuleHandleW(L"Shcore.dll");
+    EXPECT_GT(_GetSystemDpi(), 0);
+    EXPECT_EQ(GetModuleHandleW(L"Shcore.dll"), before) << "the library is freed again";
+    {
+        const Replaced monitor(vh::late::get_dpi_for_monitor, DpiOfMonitor);
+        EXPECT_EQ(_GetSystemDpi(), 144);
+    }
+    const Replaced screen(vh::late::get_device_caps,
+                          [](HDC, int index) WINAPI { return index == LOGPIXELSX ? 120 : 0; });
+    {
+        const Replaced failing(vh::late::get_dpi_for_monitor,
+                               [](HMONITOR, MONITOR_DPI_TYPE, UINT*, UINT*) WINAPI -> HRESULT { return E_FAIL; });
+        EXPECT_EQ(_GetSystemDpi(), 96);
+    }
+    const Replaced hidden(vh::late::get_dpi_for_monitor);
+    EXPECT_EQ(_GetSystemDpi(), 120);
+    const Replaced no_screen(vh::late::get_dc, [](HWND) WINAPI -> HDC { return nullptr; });
+    EXPECT_EQ(_GetSystemDpi(), 96);
+}
+
+USHORT native_machine;
+
+TEST(Bitness, IsAskedByName)
+{
+    {
+        const Replaced emulated(vh::late::is_wow64_process, [](HANDLE, BOOL* yes) WINAPI -> BOOL {
+            *yes = TRUE;
+            return TRUE;
+        });
+        EXPECT_EQ(_IsWow64(), 1);
+    }
+    {
+        const Replaced failing(vh::late::is_wow64_process, [](HANDLE, BOOL* yes) WINAPI -> BOOL {
+            *yes = TRUE;
+            return FALSE;
+        });
+        EXPECT_EQ(_IsWow64(), 0);
+    }
+    const Replaced hidden(vh::late::is_wow64_process);
+    EXPECT_EQ(_IsWow64(), 0);
+
+    const auto machine = [](HANDLE, USHORT* process, USHORT* native) WINAPI -> BOOL {
+        *process = IMAGE_FILE_MACHINE_AMD64;
+        *native = native_machine;
+        return TRUE;
+    };
+    for (const auto& [native, answer] : std::map<USHORT, int32_t>{{0xAA64, 1}, {0x8664, 0}, {0x1C4, 0}}) {
+        const Replaced told(vh::late::is_wow64_process2, machine);
+        native_machine = native;
+        EXPECT_EQ(_IsArm64(), answer);
+    }
+    const Replaced none(vh::late::is_wow64_process2);
+    EXPECT_EQ(_IsArm64(), 0);
+}
+
+// What the system does with its redirection: each disable gives a value, each revert takes one.
+std::vector<std::string> redirection_calls;
+bool redirection_fails;
+
+BOOL WINAPI Disable(void** before)
+{
+    static std::intptr_t count = 0;
+    *before = reinterpret_cast<void*>(++count);
+    redirection_calls.push_back("disable " + std::to_string(count));
+    return !redirection_fails;
+}
+
+BOOL WINAPI Revert(void* before)
+{
+    redirection_calls.push_back("revert " + std::to_string(reinterpret_cast<std::intptr_t>(before)));
+    return !redirection_fails;
+}
+
+BOOLEAN WINAPI Enable(BOOLEAN on)
+{
+    redirection_calls.push_back("enable " + std::to_string(on));
+    return !redirection_fails;
+}
+
+class Redirection : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        redirection_calls.clear();
+        redirection_fails = false;
+    }
+    void ExpectCalls(const std::vector<std::string>& calls)
+    {
+        EXPECT_EQ(redirection_calls, calls);
+        redirection_calls.clear();
+    }
+
+    Replaced<decltype(vh::late::is_wow64_process)> m_emulated{vh::late::is_wow64_process,
+                                                              [](HANDLE, BOOL* yes) WINAPI -> BOOL {
+                                                                  *yes = TRUE;
+                                                                  return TRUE;
+                                                              }};
+    Replaced<decltype(vh::late::wow64_disable_fs_redirection)> m_disable{vh::late::wow64_disable_fs_redirection,
+                                                                         Disable};
+    Replaced<decltype(vh::late::wow64_revert_fs_redirection)> m_revert{vh::late::wow64_revert_fs_redirection, Revert};
+    Replaced<decltype(vh::late::wow64_enable_fs_redirection)> m_enable{vh::late::wow64_enable_fs_redirection, Enable};
+};
+
+TEST_F(Redirection, IsPutBackInReverseOrder)
+{
+    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
+    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
+    EXPECT_EQ(_EnableWow64FsRedirection(1), 0);
+    EXPECT_EQ(_EnableWow64FsRedirection(256), 0);
+    ExpectCalls({"disable 1", "disable 2", "revert 2", "revert 1"});
+    EXPECT_EQ(_EnableWow64FsRedirection(256), 0);
+    ExpectCalls({"enable 1"});
+}
+
+TEST_F(Redirection, TellsFailuresAndKeepsNothingOfThem)
+{
+    redirection_fails = true;
+    EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
+    redirection_fails = false;
+    redirection_calls.clear();
+    EXPECT_EQ(_EnableWow64FsRedirection(1), 0);
+    ExpectCalls({"enable 1"});
+    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
+    redirection_fails = true;
+    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
+    redirection_calls.clear();
+    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
+    ExpectCalls({"enable 1"});
+}
+
+TEST_F(Redirection, TakesTheOlderFunctionWhenOneOfThePairIsMissing)
+{
+    vh::late::wow64_revert_fs_redirection.hide();
+    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
+    EXPECT_EQ(_EnableWow64FsRedirection(1), 0);
+    ExpectCalls({"enable 0", "enable 1"});
+    vh::late::wow64_enable_fs_redirection.hide();
+    EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
+    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
+    ExpectCalls({});
+}
+
+TEST_F(Redirection, IsNotTouchedInANativeProcess)
+{
+    vh::late::is_wow64_process.hide();
+    EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
+    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
+    ExpectCalls({});
+}
+
+} // namespace

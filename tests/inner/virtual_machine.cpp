@@ -1,0 +1,148 @@
+// Probes for virtual machines: their order, and that none of them brings the process down.
+#include <map>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "../../exports/vhrt/facts.h"
+#include "../../system/virtual_machine.h"
+#include "../support/import_patch.h"
+
+using vh::test::ImportPatch;
+
+namespace {
+
+std::string probes_run;
+int answering_probe;
+
+template <int Number>
+bool Probe()
+{
+    probes_run += std::to_string(Number);
+    return Number == answering_probe;
+}
+
+TEST(VirtualMachine, IsTheFirstProbeThatAnswersAndAskedOnce)
+{
+    const vh::virtual_machine_probe probes[] = {{11, Probe<1>}, {12, Probe<2>}, {13, Probe<3>}};
+    for (const auto& [answering, run] : std::map<int, std::string>{{1, "1"}, {2, "12"}, {3, "123"}, {0, "123"}}) {
+        probes_run.clear();
+        answering_probe = answering;
+        vh::virtual_machine machine(probes);
+        const int32_t number = answering ? 10 + answering : 0;
+        EXPECT_EQ(machine.type(), number);
+        EXPECT_EQ(machine.type(), number);
+        EXPECT_EQ(probes_run, run);
+    }
+}
+
+// The faults of probes, those that their handler let through, and how many handlers stand.
+std::vector<DWORD> faults;
+int faults_let_through;
+int handlers;
+
+LONG CALLBACK SeeFirst(EXCEPTION_POINTERS* fault)
+{
+    faults.push_back(fault->ExceptionRecord->ExceptionCode);
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+LONG CALLBACK SeeLast(EXCEPTION_POINTERS*)
+{
+    ++faults_let_through;
+    return EXCEPTION_CONTINUE_SEARCH;
+}
+
+// These take the places of the system's functions, with a witness in front of the probe's handler.
+decltype(AddVectoredExceptionHandler)* add_handler;
+decltype(RemoveVectoredExceptionHandler)* remove_handler;
+void* witness;
+
+void* WINAPI Add(ULONG first, PVECTORED_EXCEPTION_HANDLER handler)
+{
+    ++handlers;
+    void* const added = add_handler(first, handler);
+    witness = add_handler(1, SeeFirst);
+    return added;
+}
+
+ULONG WINAPI Remove(void* handler)
+{
+    --handlers;
+    remove_handler(witness);
+    return remove_handler(handler);
+}
+
+void* WINAPI Refuse(ULONG, PVECTORED_EXCEPTION_HANDLER) { return nullptr; }
+
+template <class Function>
+Function* OfSystem(const char* name)
+{
+    return reinterpret_cast<Function*>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
+}
+
+TEST(VirtualMachine, ProbesTakeTheirOwnFaultsAndLeaveNoHandler)
+{
+    add_handler = OfSystem<decltype(AddVectoredExceptionHandler)>("AddVectoredExceptionHandler");
+    remove_handler = OfSystem<decltype(RemoveVectoredExceptionHandler)>("RemoveVectoredExceptionHandler");
+    const HMODULE program = GetModuleHandleW(nullptr);
+    const ImportPatch add(program, "AddVectoredExceptionHandler", reinterpret_cast<void*>(Add));
+    const ImportPatch remove(program, "RemoveVectoredExceptionHandler", reinterpret_cast<void*>(Remove));
+    ASSERT_TRUE(add.found() && remove.found());
+    void* const last = add_handler(0, SeeLast);
+    handlers = 0;
+    faults_let_through = 0;
+
+    const auto probes = vh::VirtualMachineProbes();
+    ASSERT_EQ(probes.size(), 4u);
+    const DWORD expected[] = {EXCEPTION_PRIV_INSTRUCTION, 0, EXCEPTION_ILLEGAL_INSTRUCTION, 0};
+    int32_t first = 0;
+    for (std::size_t at = 0; at < probes.size(); ++at) {
+        EXPECT_EQ(probes[at].number, static_cast<int32_t>(at) + 1);
+        faults.clear();
+        const bool answer = probes[at].answers();
+        EXPECT_EQ(handlers, 0);
+        // A probe that got no answer has faulted, once and in its own way.
+        const bool faulted = expected[at] != 0 && !answer;
+        EXPECT_EQ(faults, faulted ? std::vector{expected[at]} : std::vector<DWORD>()) << at;
+        if (answer && first == 0)
+            first = probes[at].number;
+    }
+    remove_handler(last);
+    EXPECT_EQ(faults_let_through, 0);
+    EXPECT_FALSE(probes[3].answers());
+    EXPECT_EQ(_GetVirtualMachineType(), first);
+    EXPECT_EQ(_IsVirtualMachine(), first != 0);
+}
+
+TEST(VirtualMachine, ProbesThatCanFaultAreNotTriedWithoutAHandler)
+{
+    const ImportPatch refuse(GetModuleHandleW(nullptr), "AddVectoredExceptionHandler", reinterpret_cast<void*>(Refuse));
+    ASSERT_TRUE(refuse.found());
+    EXPECT_FALSE(vh::VirtualMachineProbes()[0].answers());
+    EXPECT_FALSE(vh::VirtualMachineProbes()[2].answers());
+}
+
+TEST(VirtualMachine, ProbesRunOnSeveralThreadsAtOnce)
+{
+    const auto work = [](void*) WINAPI -> DWORD {
+        for (int i = 0; i < 200; ++i)
+            for (const auto& probe : vh::VirtualMachineProbes())
+                probe.answers();
+        return 1;
+    };
+    HANDLE threads[4];
+    for (HANDLE& thread : threads)
+        thread = CreateThread(nullptr, 0, work, nullptr, 0, nullptr);
+    EXPECT_EQ(WaitForMultipleObjects(4, threads, TRUE, 30000), WAIT_OBJECT_0);
+    for (const HANDLE thread : threads) {
+        DWORD ended = 0;
+        GetExitCodeThread(thread, &ended);
+        EXPECT_EQ(ended, 1u);
+        CloseHandle(thread);
+    }
+}
+
+} // namespace
