@@ -21,15 +21,11 @@
 #include "../../files/ini_file.h"
 #include "../support/temp_folder.h"
 
+using vh::test::BytesOf;
+
 namespace {
 
 using Entries = std::vector<std::pair<std::wstring, std::wstring>>;
-
-std::string BytesOf(const std::wstring& path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::wstring Trimmed(std::wstring_view text)
 {
@@ -191,7 +187,7 @@ TEST(IniFilesOfTheMachine, AreReadAsTheSystemReadsThem)
     std::ifstream names(list);
     for (std::string name; std::getline(names, name);) {
         SCOPED_TRACE(name);
-        std::string bytes = BytesOf(std::filesystem::path(name).wstring());
+        std::string bytes = BytesOf(name);
         for (std::size_t at = 0; at < bytes.size(); ++at)
             if (bytes[at] == '#' && (at == 0 || bytes[at - 1] == '\n' || bytes[at - 1] == '\r'))
                 bytes[at] = ';';
