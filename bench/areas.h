@@ -18,6 +18,7 @@ void Disks(suite& s);
 void Media(suite& s);
 void Walk(suite& s);
 void ScriptMedia(suite& s);
+void Network(suite& s);
 void Load(suite& s);
 
 } // namespace bench

@@ -30,6 +30,7 @@ constexpr area areas[] = {
     {"media", bench::Media, "items of an engine's media by path"},
     {"walk", bench::Walk, "a walk over all features"},
     {"script", bench::ScriptMedia, "media that scripts build"},
+    {"network", bench::Network, "downloads from the test server beside which the bench runs"},
 };
 
 int Help()

@@ -8,6 +8,7 @@ VHRT_UNTRUSTED_PORT (https with a certificate of nobody's), and in VHRT_TEST_CA 
 comes from.
 
 An address is /NAME?size=N&key=K&... : N bytes, byte i being (7 i + i / 251) mod 256, written down under the key K.
+lines=N in place of a size: N lines of text, "line 1" to "line N".
 Further parameters are what goes wrong:
   drop=AT       resets the connection before byte AT of the whole file; with times=T only T times for the key
   close=AT      the same, but closes it in order
@@ -37,21 +38,23 @@ from base64 import b64decode
 from collections import defaultdict
 
 LARGEST = 256 << 20
+STEP = 1 << 20
 PATTERN = bytes((7 * i + i // 251) % 256 for i in range(251 * 256))
+# Any step of the pattern is one piece of this.
+REPEATED = memoryview(PATTERN * (STEP // len(PATTERN) + 2))
 lock = threading.Lock()
 requests = defaultdict(list)
 faults = defaultdict(int)
 
 
 def content(start, end):
-    """The file's bytes; the pattern begins anew after its own length."""
+    """The file's bytes, no more than a step; the pattern begins anew after its own length."""
     first = start % len(PATTERN)
-    pieces = [PATTERN[first:first + end - start]]
-    left = end - start - len(pieces[0])
-    if left > 0:
-        pieces.append(PATTERN * (left // len(PATTERN)))
-        pieces.append(PATTERN[:left % len(PATTERN)])
-    return b"".join(pieces)
+    return REPEATED[first:first + end - start]
+
+
+def text_lines(count):
+    return "".join(f"line {i}\r\n" for i in range(1, count + 1)).encode()
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -120,7 +123,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             b64decode(given[6:]).decode() == self.ask("user") + ":" + self.ask("password", "")
 
     def send_file(self):
-        size = min(self.number("size", 1000), LARGEST)
+        self.text = text_lines(self.number("lines", 0))
+        size = len(self.text) or min(self.number("size", 1000), LARGEST)
         part = self.headers.get("Range")
         start = 0
         if part and self.ask("range") != "ignore":
@@ -153,9 +157,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
             if at is not None and start < at < size and self.strikes():
                 end, fault = at, name
         pause = self.number("drip", 0) / 1000
-        step = 2000 if pause else 1 << 20
+        step = 2000 if pause else STEP
         for at in range(start, end, step):
-            piece = content(at, min(at + step, end))
+            to = min(at + step, end)
+            piece = self.text[at:to] if self.text else content(at, to)
             self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if chunked else piece)
             if pause:
                 self.wfile.flush()
