@@ -8,7 +8,7 @@ VHRT_UNTRUSTED_PORT (https with a certificate of nobody's), and in VHRT_TEST_CA 
 comes from.
 
 An address is /NAME?size=N&key=K&... : N bytes, byte i being (7 i + i / 251) mod 256, written down under the key K.
-lines=N in place of a size: N lines of text, "line 1" to "line N".
+lines=N in place of a size: N lines of text, "line 1" to "line N"; with wide=1 in UTF-16 with its mark.
 Further parameters are what goes wrong:
   drop=AT       resets the connection before byte AT of the whole file; with times=T only T times for the key
   close=AT      the same, but closes it in order
@@ -53,8 +53,9 @@ def content(start, end):
     return REPEATED[first:first + end - start]
 
 
-def text_lines(count):
-    return "".join(f"line {i}\r\n" for i in range(1, count + 1)).encode()
+def text_lines(count, encoding):
+    text = "".join(f"line {i}\r\n" for i in range(1, count + 1))
+    return text.encode(encoding) if text else b""
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -123,7 +124,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
             b64decode(given[6:]).decode() == self.ask("user") + ":" + self.ask("password", "")
 
     def send_file(self):
-        self.text = text_lines(self.number("lines", 0))
+        self.text = text_lines(self.number("lines", 0), "utf-16" if self.ask("wide") else "ascii")
         size = len(self.text) or min(self.number("size", 1000), LARGEST)
         part = self.headers.get("Range")
         start = 0
