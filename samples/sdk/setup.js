@@ -121,7 +121,7 @@ function ShowReadMe() {
         Print("The read-me can't be shown: ", Reason(next.result), ". The setup goes on without it; ", address,
               " may work in a browser or later.");
     else if (lines == 0)
-        Print("There is no text at ", address);
+        Print("There is no text at ", address, ", or its server doesn't tell how long it is.");
     Trace("ReadMe", "Lines=" + lines + "|Result=" + next.result);
 }
 

@@ -34,6 +34,7 @@ expect_setup("a long one" "    line 2999\n    line 3000\n" "${server}/readme.txt
 expect_setup("one in UTF-16" "    line 1\n    line 2\n    line 3\n" "${server}/readme.txt?lines=3&wide=1")
 expect_setup("one that comes with the second try" "    line 1\n    line 2\n"
   "${server}/readme.txt?lines=2&drop=5&times=1&key=second")
+expect_setup("one without a length" "There is no text at" "${server}/readme.txt?lines=3&length=none")
 expect_setup("a page that is not there" "can't be shown: the server answers 404. The setup goes on without it"
   "${server}/readme.txt?status=404&key=missing")
 # For the mark, the size and the text.

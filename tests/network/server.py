@@ -13,7 +13,7 @@ Further parameters are what goes wrong:
   drop=AT       resets the connection before byte AT of the whole file; with times=T only T times for the key
   close=AT      the same, but closes it in order
   stall=AT      sends nothing more from byte AT on, until the client goes
-  drip=MS       sends 2000 bytes, then waits MS milliseconds, and so on
+  drip=MS       sends 2000 bytes, then waits MS milliseconds, and so on; with until=AT only before byte AT
   length=none   tells no length; length=M tells M
   range=ignore  answers a request for a part with everything; range=shift with a part that begins a byte later
   status=S      answers S with a short body; with times=T only T times for the key
@@ -158,14 +158,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
             if at is not None and start < at < size and self.strikes():
                 end, fault = at, name
         pause = self.number("drip", 0) / 1000
-        step = 2000 if pause else STEP
-        for at in range(start, end, step):
-            to = min(at + step, end)
+        slow_end = min(self.number("until", end), end) if pause else start
+        at = start
+        while at < end:
+            slow = at < slow_end
+            to = min(at + (2000 if slow else STEP), end)
             piece = self.text[at:to] if self.text else content(at, to)
             self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if chunked else piece)
-            if pause:
+            if slow:
                 self.wfile.flush()
                 time.sleep(pause)
+            at = to
         if chunked and not fault:
             self.wfile.write(b"0\r\n\r\n")
         self.wfile.flush()
