@@ -117,7 +117,7 @@ vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 # Beside a server that misbehaves.
 vhrt_sources(network_tests tests/network)
 add_executable(vhrt_network_tests ${network_tests})
-target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects gtest ole32 oleaut32 wininet crypt32 ws2_32)
+target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects vhengine gtest ole32 oleaut32 wininet crypt32 ws2_32)
 add_test(NAME vhrt_network_tests
   COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${WINE_RUNNER} $<TARGET_FILE:vhrt_network_tests>)
 set_tests_properties(vhrt_network_tests PROPERTIES TIMEOUT 300)

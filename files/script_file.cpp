@@ -81,6 +81,8 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
             // The position stays behind the mark, as it does behind one that was found.
             m_file.write("\xFF\xFE", 2);
             m_wide = true;
+        } else if (m_file.is_url()) {
+            m_wide = FindMarkAtAddress();
         } else if (m_file.code_page() == 1200) {
             m_file.seek(2, FILE_BEGIN);
             m_wide = true;
@@ -89,6 +91,19 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
         // What can't be looked at counts as narrow.
     }
     return 0;
+}
+
+// The mark of a local file is known from its opening.
+bool CVHTextFile::FindMarkAtAddress()
+{
+    unsigned char start[2] = {};
+    if (m_file.size() < sizeof(start))
+        return false;
+    m_file.read(start, sizeof(start));
+    if (start[0] == 0xFF && start[1] == 0xFE)
+        return true;
+    m_file.seek(0, FILE_BEGIN);
+    return false;
 }
 
 bool CVHTextFile::TakeBuffer(std::size_t bytes)

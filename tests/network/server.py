@@ -18,6 +18,7 @@ Further parameters are what goes wrong:
   status=S      answers S with a short body; with times=T only T times for the key
   chunked=1     sends chunks and no length
   to=ADDRESS    redirects
+  text=T, wide=T     sends this text, in UTF-8 or in UTF-16 with its mark, "~" being a line end
   user=U&password=P  wants these, with domain=D the user DOMAIN\\USER
 /log?key=K tells what was asked under the key: a line for each request, the part that it wants or "-".
 """
@@ -121,8 +122,16 @@ class Handler(http.server.BaseHTTPRequestHandler):
         domain = self.ask("domain")
         return (domain + "\\" if domain else "") + self.ask("user")
 
+    def own_text(self):
+        text = self.ask("text") or self.ask("wide")
+        if text is None:
+            return None
+        text = text.replace("~", "\r\n")
+        return text.encode() if self.ask("text") else b"\xff\xfe" + text.encode("utf-16-le")
+
     def send_file(self):
-        size = min(self.number("size", 1000), LARGEST)
+        self.text = self.own_text()
+        size = min(self.number("size", 1000), LARGEST) if self.text is None else len(self.text)
         part = self.headers.get("Range")
         start = 0
         if part and self.ask("range") != "ignore":
@@ -157,7 +166,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         pause = self.number("drip", 0) / 1000
         step = 2000 if pause else 1 << 20
         for at in range(start, end, step):
-            piece = content(at, min(at + step, end))
+            last = min(at + step, end)
+            piece = content(at, last) if self.text is None else self.text[at:last]
             self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if chunked else piece)
             if pause:
                 self.wfile.flush()
