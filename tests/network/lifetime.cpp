@@ -106,6 +106,11 @@ TEST_F(Lifetime, EndsBeforeAHandleIsMade)
         Reader reader(Address(L"", L"never"), 0, 20);
         EXPECT_FALSE(reader.Read(10));
         EXPECT_EQ(reader.error, static_cast<DWORD>(ERROR_INTERNET_TIMEOUT));
+        const auto first = news;
+        EXPECT_FALSE(reader.Read(10));
+        first();
+        EXPECT_EQ(handles, 1) << "only the session: the first request is given up, its handle closed";
+        EXPECT_EQ(reader->handle(), nullptr);
     }
     EXPECT_EQ(handles, 0) << "the session has gone with its reader";
     news();
