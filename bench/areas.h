@@ -18,6 +18,9 @@ void Disks(suite& s);
 void Media(suite& s);
 void Walk(suite& s);
 void ScriptMedia(suite& s);
+void IniFiles(suite& s);
+void Registry(suite& s);
+void ChildSearch(suite& s);
 void Network(suite& s);
 void Load(suite& s);
 

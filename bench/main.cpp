@@ -30,6 +30,9 @@ constexpr area areas[] = {
     {"media", bench::Media, "items of an engine's media by path"},
     {"walk", bench::Walk, "a walk over all features"},
     {"script", bench::ScriptMedia, "media that scripts build"},
+    {"ini", bench::IniFiles, "INI documents"},
+    {"registry", bench::Registry, "registry values on their way to the engine"},
+    {"child", bench::ChildSearch, "the search for a child process"},
     {"network", bench::Network, "downloads from the test server beside which the bench runs"},
 };
 

@@ -74,11 +74,10 @@ add_dependencies(vhhost VHRT)
 vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
-  # The names of systems, which no export tells.
-  add_executable(vhtool ${tool_sources} system/operating_system.cpp system/version_info.cpp)
-  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files and libraries of VHRT")
+  add_executable(vhtool ${tool_sources})
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
-  target_link_libraries(vhtool PRIVATE vhhost_parts)
+  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
 endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
@@ -92,17 +91,44 @@ function(vhrt_test_program name folder)
     set_tests_properties(${name} PROPERTIES TIMEOUT 600)
   endif()
 endfunction()
+# Resource libraries with texts: what a product brings along, and what a setup's author adds.
+foreach(texts standard user)
+  add_library(vhtexts_${texts} MODULE tests/texts/${texts}.rc)
+  set_target_properties(vhtexts_${texts} PROPERTIES PREFIX "" LINKER_LANGUAGE C)
+  target_link_options(vhtexts_${texts} PRIVATE -nostdlib -Wl,-e,0)
+endforeach()
 vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:vhengine>)
 # Stands in for a download agent.
 add_executable(vhrt_test_agent WIN32 tests/agent/agent.cpp)
 target_link_options(vhrt_test_agent PRIVATE -municode)
 target_link_libraries(vhrt_test_agent PRIVATE vhrt_options)
 add_dependencies(vhrt_export_tests vhrt_test_agent)
-vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects)
+add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
+vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32)
+vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine)
+add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user)
+set_tests_properties(vhrt_window_tests PROPERTIES ENVIRONMENT VHRT_PICTURES=${CMAKE_BINARY_DIR}/pictures)
+if(CMAKE_CROSSCOMPILING)
+  set_target_properties(vhrt_window_tests PROPERTIES CROSSCOMPILING_EMULATOR ${WINE_RUNNER}-x11)
+endif()
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
+# Beside a server that misbehaves.
+vhrt_sources(network_tests tests/network)
+add_executable(vhrt_network_tests ${network_tests})
+target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects vhengine gtest ole32 oleaut32 wininet crypt32 ws2_32)
+add_test(NAME vhrt_network_tests
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${WINE_RUNNER} $<TARGET_FILE:vhrt_network_tests>)
+set_tests_properties(vhrt_network_tests PROPERTIES TIMEOUT 300)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+
+# INI files that this machine has, which a script looks for.
+add_executable(vhrt_real_file_tests tests/real/ini_files.cpp)
+target_link_libraries(vhrt_real_file_tests PRIVATE vhrt_objects gtest gtest_main oleaut32)
+add_test(NAME vhrt_real_file_tests COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER}
+  -DTESTS=$<TARGET_FILE:vhrt_real_file_tests> -DLIST=${CMAKE_BINARY_DIR}/ini_files.txt
+  -P ${CMAKE_SOURCE_DIR}/tests/real/ini_files.cmake)
 
 # Versions of real executables, against a reader that shares nothing with the library.
 add_executable(vhrt_print_versions tests/versions/print_versions.cpp)
@@ -125,6 +151,8 @@ endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

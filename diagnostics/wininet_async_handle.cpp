@@ -70,6 +70,9 @@ DWORD wininet_async_handle::wait_for(DWORD timeout_ms, HANDLE event)
 
 void wininet_async_handle::close_handle()
 {
+    // A request that has no handle yet is given up: one that still comes is closed where it arrives.
+    if (!handle())
+        m_context.end();
     const HINTERNET closing = handle();
     if (!closing)
         return;

@@ -7,15 +7,9 @@ namespace {
 
 constexpr std::size_t max_name = 4096;
 
-bool Same(std::wstring_view a, std::wstring_view b)
-{
-    using folded = stringxi::view_type;
-    return folded(a.data(), a.size()) == folded(b.data(), b.size());
-}
-
 bool BeginsWith(const stringxi& name, std::wstring_view prefix)
 {
-    return Same(name.view().substr(0, prefix.size()), prefix);
+    return vh::SameName(name.view().substr(0, prefix.size()), prefix);
 }
 
 template <class... Arguments>
@@ -109,7 +103,7 @@ bool inifilex::get_boolean(text section, text key, bool fallback) const
     if (!value || value->empty())
         return fallback;
     for (const wchar_t* truth : {L"Yes", L"Y", L"1", L"True"})
-        if (Same(*value, truth))
+        if (vh::SameName(*value, truth))
             return true;
     return false;
 }
@@ -154,7 +148,7 @@ void inifilex::get_numbered_values(text section, names& values, text format) con
 
 bool inifilex::rename_section(text name, text new_name)
 {
-    if (name == new_name)
+    if (vh::SameName(name, new_name))
         return true;
     const uint32_t position = position_of(name);
     if (position == vh::map_i::none || contains(new_name))
@@ -166,7 +160,7 @@ bool inifilex::rename_section(text name, text new_name)
 
 bool inifilex::rename_entry(text section, text key, text new_key)
 {
-    if (key == new_key)
+    if (vh::SameName(key, new_key))
         return true;
     inifilesectionx* found = base::find(section);
     const uint32_t position = found ? found->position_of(key) : vh::map_i::none;

@@ -1,31 +1,13 @@
 // INI documents on disk.
-#include <algorithm>
 #include <climits>
 
 #include "../diagnostics/file.h"
+#include "../scriptdata/format.h"
+#include "ini_encoding.h"
 #include "ini_file.h"
 #include "ini_text.h"
 
 namespace {
-
-constexpr UINT utf16_little = 1200;
-constexpr UINT utf16_big = 1201;
-constexpr UINT utf8 = CP_UTF8;
-
-struct mark {
-    UINT code_page;
-    std::string_view bytes;
-};
-
-constexpr mark marks[] = {{utf16_little, "\xFF\xFE"}, {utf16_big, "\xFE\xFF"}, {utf8, "\xEF\xBB\xBF"}};
-
-std::string_view MarkOf(UINT code_page)
-{
-    for (const mark& one : marks)
-        if (one.code_page == code_page)
-            return one.bytes;
-    return {};
-}
 
 std::string ReadAll(vh::file& file)
 {
@@ -52,52 +34,6 @@ std::string ReadAll(vh::file& file)
     }
 }
 
-// Text that is all ASCII means the same in the code pages that documents use most.
-bool IsPlain(UINT code_page, std::string_view bytes)
-{
-    return (code_page == CP_ACP || code_page == utf8) &&
-           std::ranges::all_of(bytes, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-std::wstring Decoded(std::string_view bytes, UINT code_page)
-{
-    if (code_page == utf16_little || code_page == utf16_big)
-        return vh::UnitsOfUtf16<wchar_t>(std::as_bytes(std::span(bytes)), code_page == utf16_big);
-    if (bytes.empty() || IsPlain(code_page, bytes))
-        return std::wstring(bytes.begin(), bytes.end());
-    const int count = static_cast<int>(bytes.size());
-    const int units = MultiByteToWideChar(code_page, 0, bytes.data(), count, nullptr, 0);
-    if (units <= 0)
-        throw vh::win32_exception(GetLastError());
-    std::wstring text(static_cast<std::size_t>(units), L'\0');
-    MultiByteToWideChar(code_page, 0, bytes.data(), count, text.data(), units);
-    return text;
-}
-
-std::string Encoded(std::wstring_view text, UINT code_page)
-{
-    if (code_page == utf16_little || code_page == utf16_big) {
-        std::string bytes(text.size() * 2, '\0');
-        const int low = code_page == utf16_big;
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            bytes[2 * i + static_cast<std::size_t>(low)] = static_cast<char>(text[i] & 0xFF);
-            bytes[2 * i + static_cast<std::size_t>(1 - low)] = static_cast<char>(text[i] >> 8);
-        }
-        return bytes;
-    }
-    if (text.empty())
-        return {};
-    if (text.size() > INT_MAX)
-        throw vh::win32_exception(ERROR_FILE_TOO_LARGE);
-    const int count = static_cast<int>(text.size());
-    const int room = WideCharToMultiByte(code_page, 0, text.data(), count, nullptr, 0, nullptr, nullptr);
-    if (room <= 0)
-        throw vh::win32_exception(GetLastError());
-    std::string bytes(static_cast<std::size_t>(room), '\0');
-    WideCharToMultiByte(code_page, 0, text.data(), count, bytes.data(), room, nullptr, nullptr);
-    return bytes;
-}
-
 // Each missing folder above the file; a failure shows when the file is made.
 void MakeFolderOf(std::wstring_view path)
 {
@@ -113,30 +49,52 @@ void MakeFolderOf(std::wstring_view path)
         CreateDirectoryW(missing.back().c_str(), nullptr);
 }
 
-// A new file beside the old one, which takes its place only when it is complete.
+// A file of a name that was free, in the folder of another. The name stays short: it fits wherever a folder does.
+struct new_file {
+    explicit new_file(const stringx& beside) : name(beside)
+    {
+        const std::size_t folder = name.view().find_last_of(L"\\/") + 1;
+        DWORD error = ERROR_FILE_EXISTS;
+        const DWORD start = GetTickCount();
+        for (DWORD tries = 0; error == ERROR_FILE_EXISTS && tries <= 0xFFFF; ++tries) {
+            wchar_t made[16];
+            vh::FormatText(made, std::size(made), L"vh%04x.tmp", static_cast<unsigned>((start + tries) & 0xFFFF));
+            name.resize(folder);
+            name += made;
+            error = file.open(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, CREATE_NEW);
+        }
+        if (error)
+            throw vh::win32_exception(error);
+    }
+
+    stringx name;
+    vh::file file;
+};
+
+// Takes the place of the old file only when it is complete.
 void PutFile(const stringx& path, std::string_view mark_bytes, std::string_view bytes)
 {
-    stringx native = path;
-    std::replace(native.data(), native.data() + native.size(), L'/', L'\\');
-    const stringx temporary = vh::make_temp_name(native);
+    // Not every system keeps a read-only file from being replaced.
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_READONLY)
+        throw vh::win32_exception(ERROR_ACCESS_DENIED);
+    new_file made(path);
     try {
-        vh::file file;
-        if (const DWORD error =
-                file.open(temporary.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, CREATE_ALWAYS))
-            throw vh::win32_exception(error);
         for (std::string_view rest : {mark_bytes, bytes})
             while (!rest.empty()) {
                 const auto wanted = static_cast<DWORD>(std::min<std::size_t>(rest.size(), 1 << 20));
-                const DWORD count = file.write_bytes(rest.data(), wanted);
+                const DWORD count = made.file.write_bytes(rest.data(), wanted);
                 if (count == 0)
                     throw vh::win32_exception(ERROR_DISK_FULL);
                 rest.remove_prefix(count);
             }
-        file.close();
-        if (!MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+        made.file.close();
+        if (!MoveFileExW(made.name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
             throw vh::win32_exception(GetLastError());
     } catch (const vh::win32_exception&) {
-        DeleteFileW(temporary.c_str());
+        // An open file can't be deleted.
+        made.file = vh::file();
+        DeleteFileW(made.name.c_str());
         throw;
     }
 }
@@ -168,7 +126,8 @@ std::wstring inifilex::read_text()
     // A mark says more than what was asked for.
     const UINT code_page = marked || m_code_page == no_code_page ? file.code_page() : m_code_page;
     const std::string bytes = ReadAll(file);
-    std::wstring content = Decoded(std::string_view(bytes).substr(marked ? MarkOf(code_page).size() : 0), code_page);
+    std::wstring content =
+        vh::DecodeText(std::string_view(bytes).substr(marked ? vh::MarkOf(code_page).size() : 0), code_page);
     m_code_page = code_page;
     m_byte_order_mark = marked;
     return content;
@@ -222,7 +181,8 @@ bool inifilex::save_as(text path, uint32_t flags, uint32_t code_page, bool mark)
         MakeFolderOf(target);
         const UINT used = m_code_page == no_code_page ? CP_ACP : m_code_page;
         try {
-            PutFile(target, m_byte_order_mark ? MarkOf(used) : std::string_view(), Encoded(made_text(), used));
+            PutFile(target, m_byte_order_mark ? vh::MarkOf(used) : std::string_view(),
+                    vh::EncodeText(made_text(), used));
             m_last_error = NO_ERROR;
             m_dirty = false;
             done = true;

@@ -36,7 +36,7 @@ public:
         return ini_line::end;
     }
 
-    // Of the section or entry that `next` found.
+    // Of the section or entry that `next` found; the name of a broken line is the line itself.
     view name() const { return m_name; }
     view value() const { return m_value; }
 
@@ -57,16 +57,18 @@ private:
     ini_line take_section(view line)
     {
         const std::size_t close = line.find(Unit(']'));
+        m_value = {};
+        m_name = line;
         if (close == view::npos)
             return ini_line::broken;
         m_name = line.substr(1, close - 1);
-        m_value = {};
         m_in_section = true;
         return ini_line::section;
     }
 
     ini_line take_entry(view line)
     {
+        m_name = line;
         if (!m_in_section)
             return ini_line::broken;
         const std::size_t at = line.find(m_separator);

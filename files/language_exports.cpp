@@ -23,6 +23,9 @@ int32_t _GetStandardLangId(int32_t language)
 // There is no test of the context here.
 int32_t LangLoadString(ObjectContext* context, uint32_t id, wchar_t* buffer, int32_t size)
 {
+    // For a size of 0 the platform would store an address.
+    if (!buffer || size <= 0)
+        return 0;
     for (const HMODULE module : {context->userModule, context->resourceModule})
         // Null would stand for the program itself.
         if (const int length = module ? load_string(module, id, buffer, size) : 0)

@@ -39,19 +39,6 @@ int32_t Caught(Work&& work)
     }
 }
 
-// Asks the server, and leaves the position behind a mark that is there.
-bool StartsWithWideMark(vh::file& file)
-{
-    unsigned char start[2] = {};
-    if (file.size() < sizeof(start))
-        return false;
-    file.read_bytes(start, sizeof(start));
-    if (start[0] == 0xFF && start[1] == 0xFE)
-        return true;
-    file.seek(0, FILE_BEGIN);
-    return false;
-}
-
 // Nothing for an address that doesn't tell; a file of 4 GB or more counts as the largest size.
 std::optional<DWORD> SizeIfTold(vh::file& file)
 {
@@ -109,7 +96,7 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
             m_wide = true;
         } else if (m_file.is_url()) {
             // Other modes get here with a scheme alone, which no server answers.
-            m_wide = mode == 2 && StartsWithWideMark(m_file);
+            m_wide = mode == 2 && FindMarkAtAddress();
         } else if (m_file.code_page() == 1200) {
             m_file.seek(2, FILE_BEGIN);
             m_wide = true;
@@ -118,6 +105,19 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
         // What can't be looked at counts as narrow.
     }
     return 0;
+}
+
+// The mark of a local file is known from its opening.
+bool CVHTextFile::FindMarkAtAddress()
+{
+    unsigned char start[2] = {};
+    if (m_file.size() < sizeof(start))
+        return false;
+    m_file.read(start, sizeof(start));
+    if (start[0] == 0xFF && start[1] == 0xFE)
+        return true;
+    m_file.seek(0, FILE_BEGIN);
+    return false;
 }
 
 bool CVHTextFile::TakeBuffer(std::size_t bytes)

@@ -11,8 +11,29 @@
 
 namespace vh {
 
+// Small letters for A to Z. No locale folds ASCII units in another way.
+inline wchar_t FoldAscii(wchar_t unit)
+{
+    return unit >= L'A' && unit <= L'Z' ? static_cast<wchar_t>(unit | 0x20) : unit;
+}
+
+// Without regard to case. The run-time is asked only about what is not ASCII.
+inline bool SameName(std::wstring_view a, std::wstring_view b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (a[i] >= 0x80 || b[i] >= 0x80)
+            return char_traitsi::compare(a.data() + i, b.data() + i, a.size() - i) == 0;
+        if (FoldAscii(a[i]) != FoldAscii(b[i]))
+            return false;
+    }
+    return true;
+}
+
 // Positions by the hash of a key without regard to case. The keys themselves lie in the vector, so that each is
-// kept once.
+// kept once. Names are equal as the run-time's locale says, which may change; the hash folds every unit that any
+// locale folds, so that equal names have equal hashes under all of them.
 class map_i {
 public:
     static constexpr uint32_t none = UINT32_MAX;
@@ -20,8 +41,16 @@ public:
     static uint32_t hash(std::wstring_view key)
     {
         uint32_t value = 2166136261u;
-        for (const wchar_t unit : key)
-            value = (value ^ fold(unit)) * 16777619u;
+        const auto add = [&](wchar_t unit) { value = (value ^ unit) * 16777619u; };
+        for (std::size_t i = 0; i < key.size(); ++i) {
+            if (key[i] < 0x80) {
+                add(FoldAscii(key[i]));
+                continue;
+            }
+            // The rest in blocks, as each goes through the system.
+            for (wchar_t folded[block]; i < key.size(); i += block)
+                std::ranges::for_each(fold(key.substr(i, block), folded), add);
+        }
         return value ^ value >> 15;
     }
 
@@ -67,6 +96,16 @@ public:
             if (one.position != none && one.position > position)
                 --one.position;
     }
+    // The new place of each position, or none for those that go. Takes no memory.
+    void renumber(const std::vector<uint32_t>& places)
+    {
+        for (std::size_t i = 0; i < m_slots.size(); ++i)
+            for (; m_slots[i].position != none && places[m_slots[i].position] == none; --m_count)
+                close(i);
+        for (slot& one : m_slots)
+            if (one.position != none)
+                one.position = places[one.position];
+    }
 
 private:
     struct slot {
@@ -74,11 +113,13 @@ private:
         uint32_t position = none;
     };
 
-    static uint32_t fold(wchar_t unit)
+    static constexpr std::size_t block = 64;
+
+    static std::wstring_view fold(std::wstring_view text, wchar_t (&folded)[block])
     {
-        if (unit < 0x80)
-            return unit >= L'A' && unit <= L'Z' ? unit | 0x20u : unit;
-        return std::towlower(unit);
+        const auto count = static_cast<int>(text.size());
+        LCMapStringW(LOCALE_INVARIANT, LCMAP_LOWERCASE, text.data(), count, folded, count);
+        return {folded, text.size()};
     }
 
     std::size_t mask() const { return m_slots.size() - 1; }
@@ -168,10 +209,18 @@ public:
     template <class Accept>
     uint32_t erase_if(Accept&& accept)
     {
-        const auto removed = std::erase_if(m_items, [&](const value_type& item) { return accept(item.first); });
+        std::vector<uint32_t> places(m_items.size());
+        uint32_t kept = 0;
+        for (uint32_t at = 0; at < places.size(); ++at) {
+            places[at] = accept(m_items[at].first) ? Index::none : kept++;
+            if (places[at] != Index::none && places[at] != at)
+                m_items[places[at]] = std::move(m_items[at]);
+        }
+        const uint32_t removed = size() - kept;
+        m_items.erase(m_items.begin() + kept, m_items.end());
         if (removed)
-            rewrite_positions();
-        return static_cast<uint32_t>(removed);
+            m_index.renumber(places);
+        return removed;
     }
     void clear()
     {
@@ -205,11 +254,7 @@ public:
 private:
     uint32_t position_of(std::wstring_view key, uint32_t hash) const
     {
-        return m_index.find(hash, [&](uint32_t position) { return same(m_items[position].first, key); });
-    }
-    static bool same(const Key& a, std::wstring_view b)
-    {
-        return a.view() == b || a.folded() == typename Key::view_type(b.data(), b.size());
+        return m_index.find(hash, [&](uint32_t position) { return SameName(m_items[position].first, key); });
     }
     void rewrite_positions()
     {

@@ -101,13 +101,6 @@ int32_t _SetAltMainImageEx(ObjectContext* context, int32_t, const wchar_t*)
 }
 int32_t _SetPaletteFile(ObjectContext* context, const wchar_t*) { return Missing(context, 0); }
 
-// Folder picker: it can't be shown.
-int32_t _BrowseForFolder(ObjectContext*, const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*, int32_t,
-                         wchar_t*, int32_t, int32_t)
-{
-    return -1;
-}
-
 // Permissions, services, printing.
 int32_t _SetObjectPermissions(ObjectContext* context, const wchar_t*, int32_t, const wchar_t*, const wchar_t*, int32_t,
                               int32_t)

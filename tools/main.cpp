@@ -11,6 +11,7 @@
 #include "host/command_line.h"
 #include "host/console.h"
 #include "host/text.h"
+#include "ini_command.h"
 #include "trace_command.h"
 
 namespace {
@@ -22,6 +23,12 @@ struct CommandLine {
     std::string library;
     bool json = false;
     unsigned seconds = 0;
+    std::string other;
+    std::string section;
+    std::string key;
+    std::string value;
+    std::string separator = "=";
+    tools::IniOptions ini;
     std::function<int()> run;
 };
 
@@ -60,6 +67,63 @@ void DeclareExports(CLI::App& app, CommandLine& line)
     });
 }
 
+// One of the commands on INI files, with what all of them share.
+CLI::App* DeclareIniCommand(CLI::App& ini, CommandLine& line, const char* name, const char* purpose, bool writes,
+                            const std::function<int()>& run)
+{
+    CLI::App* command = ini.add_subcommand(name, purpose);
+    command->add_option("FILE", line.file, "The INI file")->required();
+    command->add_option("-s,--separator", line.separator, "The character between key and value; without it \"=\"")
+        ->type_name("CHARACTER")
+        ->check([](const std::string& text) {
+            return host::Wide(text).size() == 1 ? std::string() : std::string("must be one character");
+        });
+    command->add_option("--code-page", line.ini.code_page, "Of files without a mark; without it the system's")
+        ->type_name("NUMBER");
+    if (writes) {
+        command->add_option("-o,--output", line.output, "Write to this file")->type_name("FILE");
+        command->add_flag("--bare-keys", line.ini.bare_keys, "Write keys without a value without the separator");
+        command->footer("Comments and blank lines are not kept. A save that fails leaves the old file.");
+    }
+    command->callback([&line, run] {
+        line.run = [&line, run] {
+            line.ini.separator = host::Wide(line.separator);
+            line.ini.output = host::PathOf(line.output);
+            return run();
+        };
+    });
+    return command;
+}
+
+void DeclareIni(CLI::App& app, CommandLine& line)
+{
+    CLI::App* ini = app.add_subcommand("ini", "INI files, read as the library reads them");
+    ini->require_subcommand(1);
+    const auto text = [](const std::string& utf8) { return host::Wide(utf8); };
+    CLI::App* get = DeclareIniCommand(*ini, line, "get", "Print the value of a key", false, [&line, text] {
+        return tools::GetIniValue(host::PathOf(line.file), text(line.section), text(line.key), line.ini);
+    });
+    CLI::App* set = DeclareIniCommand(
+        *ini, line, "set", "Give a key a value; what is missing is made. \"--\" goes before a value like \"-1\"", true,
+        [&line, text] {
+            return tools::SetIniValue(host::PathOf(line.file), text(line.section), text(line.key), text(line.value),
+                                      line.ini);
+        });
+    for (CLI::App* command : {get, set}) {
+        command->add_option("SECTION", line.section, "Its name without brackets")->required();
+        command->add_option("KEY", line.key, "The key")->required();
+    }
+    set->add_option("VALUE", line.value, "The new value")->required();
+    DeclareIniCommand(*ini, line, "sort", "Sort sections and keys", true,
+                      [&line] { return tools::SortIniFile(host::PathOf(line.file), line.ini); });
+    CLI::App* merge = DeclareIniCommand(*ini, line, "merge", "Set in FILE everything that OTHER has", true, [&line] {
+        return tools::MergeIniFiles(host::PathOf(line.file), host::PathOf(line.other), line.ini);
+    });
+    merge->add_option("OTHER", line.other, "The other INI file")->required();
+    DeclareIniCommand(*ini, line, "check", "Show encoding and counts, and every line that is dropped or stops a reader",
+                      false, [&line] { return tools::CheckIniFile(host::PathOf(line.file), line.ini); });
+}
+
 void DeclareFacts(CLI::App& app, CommandLine& line)
 {
     CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
@@ -73,7 +137,7 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into trace files and libraries of VHRT.", "vhtool");
+    CLI::App app("Looks into trace files, INI files and libraries of VHRT.", "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);
@@ -81,6 +145,8 @@ int wmain(int count, wchar_t** words)
     CommandLine line;
     DeclareTrace(app, line);
     DeclareExports(app, line);
+    DeclareIni(app, line);
+
     DeclareFacts(app, line);
     try {
         if (!host::ParseCommandLine(app, count, words))

@@ -1,8 +1,14 @@
-// Which languages a configuration file supports.
+// Which languages a configuration file supports, and where numbered texts come from.
 #include <gtest/gtest.h>
 
 #include "../../exports/vhrt/language.h"
+#include "../support/bare_context.h"
 #include "../support/temp_folder.h"
+#include "../support/texts.h"
+
+using vh::test::StandardTexts;
+using vh::test::TextSession;
+using vh::test::UserTexts;
 
 namespace {
 
@@ -33,6 +39,68 @@ TEST(LanguageConfiguration, TellsWhatIsSupported)
     }
     EXPECT_EQ(_IsLangSupported(1033, (folder / L"missing").c_str()), 0);
     EXPECT_EQ(_IsLangSupported(1033, nullptr), 0);
+}
+
+// The text, its result and the unit behind the buffer's end, which is not the library's to write.
+std::wstring LoadedText(ObjectContext* context, uint32_t id, int32_t size = 60)
+{
+    std::vector<wchar_t> buffer(static_cast<std::size_t>(size) + 1, L'~');
+    const int32_t length = LangLoadString(context, id, buffer.data(), size);
+    EXPECT_EQ(buffer.back(), L'~') << id;
+    if (length == 0)
+        return L"<0>";
+    EXPECT_EQ(static_cast<std::size_t>(length), std::wcslen(buffer.data())) << id;
+    return buffer.data();
+}
+
+TEST(NumberedText, IsTheUsersFirstAndTheStandardOneElse)
+{
+    struct Case {
+        uint32_t id;
+        const wchar_t* both;
+        const wchar_t* user;
+        const wchar_t* standard;
+    };
+    const Case cases[] = {
+        {14003, L"User title", L"User title", L"Standard title"},
+        {11626, L"Standard message", L"<0>", L"Standard message"},
+        {20001, L"Only the user's", L"Only the user's", L"<0>"},
+        {14002, L"The folder \"%s\" cannot be used.", L"<0>", L"The folder \"%s\" cannot be used."},
+        {14001, L"<0>", L"<0>", L"<0>"},
+        {0, L"<0>", L"<0>", L"<0>"},
+        {0x12345678, L"<0>", L"<0>", L"<0>"},
+    };
+    const struct {
+        std::wstring user;
+        std::wstring standard;
+        const wchar_t* Case::*text;
+    } libraries[] = {
+        {UserTexts(), StandardTexts(), &Case::both},
+        {UserTexts(), L"", &Case::user},
+        {L"", StandardTexts(), &Case::standard},
+        {L"no library.dll", StandardTexts(), &Case::standard},
+    };
+    for (const auto& library : libraries) {
+        const TextSession session(library.user, library.standard);
+        for (const Case& one : cases)
+            EXPECT_EQ(LoadedText(session, one.id), one.*library.text) << one.id << " " << library.user;
+    }
+}
+
+TEST(NumberedText, IsCutToTheBufferAndMissingWithoutLibraries)
+{
+    const TextSession session(UserTexts(), StandardTexts());
+    EXPECT_EQ(LoadedText(session, 14003, 11), L"User title");
+    EXPECT_EQ(LoadedText(session, 14003, 10), L"User titl");
+    EXPECT_EQ(LoadedText(session, 14003, 2), L"U");
+    EXPECT_EQ(LangLoadString(session, 14003, nullptr, 60), 0);
+    wchar_t untouched[] = L"untouched";
+    EXPECT_EQ(LangLoadString(session, 14003, untouched, 0), 0);
+    EXPECT_STREQ(untouched, L"untouched");
+
+    const TextSession without(L"", L"");
+    EXPECT_EQ(LoadedText(without, 14003), L"<0>");
+    EXPECT_EQ(LoadedText(vh::test::BareContext(), 14003), L"<0>");
 }
 
 } // namespace

@@ -29,17 +29,16 @@ function(expect_requests name least most key)
   endif()
 endfunction()
 
-expect_setup("a read-me" "read-me:\n    line 1\n    line 2\n    line 3\n" "${server}/readme.txt?lines=3")
-expect_setup("a long one" "    line 2999\n    line 3000\n" "${server}/readme.txt?lines=3000")
-expect_setup("one in UTF-16" "    line 1\n    line 2\n    line 3\n" "${server}/readme.txt?lines=3&wide=1")
-expect_setup("one that comes with the second try" "    line 1\n    line 2\n"
-  "${server}/readme.txt?lines=2&drop=5&times=1&key=second")
-expect_setup("one without a length" "There is no text at" "${server}/readme.txt?lines=3&length=none")
+expect_setup("a read-me" "read-me:\n    one\n    two\n    three\n" "${server}/readme.txt?text=one~two~three")
+expect_setup("one in UTF-16" "read-me:\n    one\n    two\n" "${server}/readme.txt?wide=one~two")
+expect_setup("one that comes with the second try" "    one\n    two\n"
+  "${server}/readme.txt?text=one~two&drop=5&times=1&key=second")
+expect_setup("one without a length" "There is no text at" "${server}/readme.txt?text=one~two&length=none")
 expect_setup("a page that is not there" "can't be shown: the server answers 404. The setup goes on without it"
   "${server}/readme.txt?status=404&key=missing")
 # For the mark, the size and the text.
 expect_requests("a server's word is not asked for twice" 1 3 missing)
-expect_setup("a server that drops the line" "can't be shown: system error" "${server}/readme.txt?lines=3&drop=5&key=drop")
+expect_setup("a server that drops the line" "can't be shown: system error" "${server}/readme.txt?text=one~two&drop=5&key=drop")
 expect_requests("a dropped line is tried again" 6 20 drop)
 expect_setup("a port where nobody listens" "can't be shown: system error 12029" "http://127.0.0.1:9/readme.txt")
 expect_setup("no address" "README_URL has to be like http://" "${WORK}/nothing.txt")

@@ -1,11 +1,16 @@
 // INI documents: what is read, kept, changed and written back.
 #include <algorithm>
+#include <clocale>
+#include <cwctype>
+#include <functional>
+#include <optional>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "../../files/ini_file.h"
 #include "../../scriptdata/unique.h"
+#include "../support/import_patch.h"
 #include "../support/temp_folder.h"
 
 using vh::test::TempFolder;
@@ -38,6 +43,11 @@ std::wstring Keys(const inifilex& document, std::wstring_view section)
     inifilex::names names;
     document.get_entry_names(section, names);
     return Joined(names);
+}
+
+std::ptrdiff_t EntriesIn(const TempFolder& folder)
+{
+    return std::distance(std::filesystem::directory_iterator(folder.path()), {});
 }
 
 struct Loaded {
@@ -170,6 +180,7 @@ TEST(IniFile, RenamesMovesRemovesAndSorts)
     inifilex& document = file.document;
     EXPECT_TRUE(document.rename_section(L"nowhere", L"nowhere"));
     EXPECT_FALSE(document.rename_section(L"q", L"R1"));
+    EXPECT_TRUE(document.rename_section(L"q", L"Q")) << "names are equal without regard to case";
     EXPECT_FALSE(document.rename_section(L"z", L"new"));
     EXPECT_FALSE(document.is_dirty());
     EXPECT_FALSE(document.move_entry(L"p1", L"c", L"zz"));
@@ -238,7 +249,7 @@ TEST(IniFile, FindsEachNameAfterAnyChange)
         switch (random() % 6) {
         case 0:
         case 1:
-            map.insert(asked == key ? asked : key, round);
+            map.insert(asked, round);
             if (here == plain.end())
                 plain.emplace_back(key, round);
             break;
@@ -263,12 +274,56 @@ TEST(IniFile, FindsEachNameAfterAnyChange)
             }
             break;
         default:
+            if (plain.size() > 1) {
+                const std::size_t from = random() % plain.size();
+                const std::size_t behind = (from + 1) % plain.size();
+                map.move_behind(static_cast<uint32_t>(from), static_cast<uint32_t>(behind));
+                const auto moved = plain[from];
+                const std::wstring target = plain[behind].first;
+                plain.erase(plain.begin() + static_cast<std::ptrdiff_t>(from));
+                plain.insert(place(target) + 1, moved);
+            }
             break;
         }
+        if (round % 97 == 0) {
+            const wchar_t digit = static_cast<wchar_t>(L'0' + random() % 10);
+            const auto goes = [&](const auto& name) { return std::wstring_view(name).back() == digit; };
+            ASSERT_EQ(map.erase_if(goes), std::erase_if(plain, [&](const auto& one) { return goes(one.first); }));
+        }
         ASSERT_EQ(map.size(), plain.size());
-        for (uint32_t i = 0; i < map.size(); ++i)
+        for (uint32_t i = 0; i < map.size(); ++i) {
             ASSERT_EQ(map.position_of(plain[i].first), i) << round;
+            ASSERT_EQ(map.at(i), plain[i].second) << round;
+        }
     }
+}
+
+TEST(IniFile, ComparesAndHashesNamesAlikeUnderEveryLocale)
+{
+    for (const char* locale : {"C", "german", "turkish", "greek", "japanese"}) {
+        ASSERT_TRUE(std::setlocale(LC_ALL, locale)) << locale;
+        int folded = 0;
+        for (unsigned unit = 1; unit <= 0xFFFF; ++unit) {
+            // In front of units of both kinds, as these are folded differently.
+            const wchar_t name[] = {static_cast<wchar_t>(unit), L'a', L'\u00E4', 0};
+            for (const wint_t other : {std::towlower(name[0]), std::towupper(name[0])}) {
+                const wchar_t same[] = {static_cast<wchar_t>(other), L'A', L'\u00E4', 0};
+                const bool equal = stringxi(name) == stringxi(same);
+                ASSERT_EQ(vh::SameName(name, same), equal) << locale << ": " << unit << " and " << other;
+                if (!equal)
+                    continue;
+                folded += other != name[0];
+                ASSERT_EQ(vh::map_i::hash(name), vh::map_i::hash(same)) << locale << ": " << unit << " and " << other;
+            }
+        }
+        EXPECT_GE(folded, 52) << locale;
+    }
+    std::setlocale(LC_ALL, "C");
+    const std::wstring long_name(200, L'\u00C4');
+    vh::vector_map_i<int, stringxi> map;
+    map.insert(long_name + L"x", 1);
+    map.insert(long_name + L"y", 2);
+    EXPECT_EQ(map.position_of(long_name + L"Y"), 1u);
 }
 
 TEST(IniFile, SavesAsTheFlagsSay)
@@ -287,26 +342,114 @@ TEST(IniFile, SavesAsTheFlagsSay)
     EXPECT_EQ(file.document.get_path().view(), deep);
 }
 
+// A disk that takes no more than so many bytes.
+DWORD disk_room;
+
+BOOL WINAPI WriteToFullDisk(HANDLE, const void*, DWORD count, DWORD* written, OVERLAPPED*)
+{
+    *written = std::min(count, disk_room);
+    disk_room -= *written;
+    if (*written == count)
+        return TRUE;
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
 TEST(IniFile, LeavesTheOldFileWhenASaveFails)
 {
-    Loaded file("[a]\nx=1\n");
-    const std::string old = BytesOf(file.path);
-    file.document.set_string(L"a", L"x", L"2");
-    const auto entries = [&] { return std::distance(std::filesystem::directory_iterator(file.folder.path()), {}); };
-    {
-        const vh::unique_file lock(CreateFileW(file.path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                               FILE_ATTRIBUTE_NORMAL, nullptr));
-        EXPECT_FALSE(file.document.save(0, 0, false));
-        EXPECT_NE(file.document.get_last_error(), 0u);
-        EXPECT_EQ(file.document.get_error_path().view(), file.path);
-        EXPECT_TRUE(file.document.is_dirty());
-        EXPECT_EQ(entries(), 1) << "the half-made file is gone";
+    struct obstacle {
+        vh::unique_file handle;
+        std::optional<vh::test::ImportPatch> patch;
+    };
+    const struct {
+        const char* what;
+        std::function<void(const std::wstring&, obstacle&)> put;
+        uint32_t flags;
+        DWORD error;
+    } cases[] = {
+        {"another has it open",
+         [](const std::wstring& path, obstacle& way) {
+             way.handle.reset(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+         },
+         0, 0},
+        {"it is read-only",
+         [](const std::wstring& path, obstacle&) { SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY); }, 0,
+         ERROR_ACCESS_DENIED},
+        {"the disk is full from the start",
+         [](const std::wstring&, obstacle& way) {
+             disk_room = 0;
+             way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
+         },
+         0, ERROR_DISK_FULL},
+        {"the disk is full behind a mark",
+         [](const std::wstring&, obstacle& way) {
+             disk_room = 5;
+             way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
+         },
+         inifile_set_encoding, ERROR_DISK_FULL},
+    };
+    for (const auto& one : cases) {
+        Loaded file("[a]\nx=1\n");
+        const std::string old = BytesOf(file.path);
+        file.document.set_string(L"a", L"x", L"2");
+        {
+            obstacle way;
+            one.put(file.path, way);
+            EXPECT_FALSE(file.document.save(one.flags, CP_UTF8, true)) << one.what;
+        }
+        EXPECT_NE(file.document.get_last_error(), 0u) << one.what;
+        if (one.error) {
+            EXPECT_EQ(file.document.get_last_error(), one.error) << one.what;
+        }
+        EXPECT_EQ(file.document.get_error_path().view(), file.path) << one.what;
+        EXPECT_TRUE(file.document.is_dirty()) << one.what;
+        EXPECT_EQ(BytesOf(file.path), old) << one.what;
+        EXPECT_EQ(EntriesIn(file.folder), 1) << one.what << ": the half-made file stays";
+        SetFileAttributesW(file.path.c_str(), FILE_ATTRIBUTE_NORMAL);
+        EXPECT_FALSE(file.document.save(inifile_set_encoding, 54321, false)) << "no such code page";
+        EXPECT_EQ(BytesOf(file.path), old);
+        EXPECT_TRUE(file.document.save(inifile_set_encoding, 0, false)) << one.what;
+        EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=2\r\n");
+        EXPECT_EQ(file.document.get_last_error(), 0u);
     }
-    EXPECT_FALSE(file.document.save(inifile_set_encoding, 54321, false)) << "no such code page";
-    EXPECT_EQ(BytesOf(file.path), old);
-    EXPECT_EQ(entries(), 1);
-    EXPECT_TRUE(file.document.save(inifile_set_encoding, 0, false));
-    EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=2\r\n");
+}
+
+TEST(IniFile, MakesItsFolderAgainButNotInPlaceOfAFile)
+{
+    Loaded file("[a]\nx=1\n");
+    const std::wstring target = file.folder / L"sub\\t.ini";
+    ASSERT_TRUE(file.document.save_as(target, 0, 0, false));
+    std::filesystem::remove_all(file.folder / L"sub");
+    EXPECT_TRUE(file.document.save(0, 0, false));
+    EXPECT_EQ(BytesOf(target), "[a]\r\nx=1\r\n");
+    std::filesystem::remove_all(file.folder / L"sub");
+    file.folder.Write(L"sub", "a file now");
+    EXPECT_FALSE(file.document.save(0, 0, false));
+    EXPECT_NE(file.document.get_last_error(), 0u);
+    EXPECT_EQ(file.document.get_error_path().view(), target);
+    EXPECT_EQ(BytesOf(file.folder / L"sub"), "a file now");
+}
+
+TEST(IniFile, SavesUnderTheLongestPaths)
+{
+    constexpr std::size_t longest = MAX_PATH - 1;
+    // The longest folder that the system makes, with a name of one unit, and a long name in a short folder.
+    constexpr std::size_t longest_folder = MAX_PATH - 13;
+    const Loaded file("[a]\nx=1\n");
+    inifilex document = file.document;
+    const std::wstring root = file.folder / L"";
+    const std::wstring deep = root + std::wstring(longest_folder - root.size(), L'd');
+    for (const std::wstring& path : {deep + L"\\i", root + std::wstring(longest - root.size(), L'n')}) {
+        ASSERT_TRUE(document.save_as(path, 0, 0, false)) << document.get_last_error();
+        ASSERT_TRUE(document.save_as(path, 0, 0, false)) << document.get_last_error();
+        EXPECT_EQ(BytesOf(path), "[a]\r\nx=1\r\n");
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()), {}),
+                  path.starts_with(deep) ? 1 : 3);
+    }
+    EXPECT_FALSE(document.save_as(root + std::wstring(300, L'n'), 0, 0, false)) << "no system takes this name";
+    EXPECT_NE(document.get_last_error(), 0u);
+    EXPECT_EQ(EntriesIn(file.folder), 3);
 }
 
 } // namespace

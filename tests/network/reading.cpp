@@ -9,6 +9,7 @@ namespace {
 using namespace vh::test;
 
 constexpr DWORD size = 300000;
+// Resets come between two passes of 1500 bytes: in the midst of one, what had come of it may be lost or kept.
 constexpr DWORD refused_range = 0x8004D560;
 
 // One read of the whole, small reads, and what the server saw.
@@ -19,12 +20,12 @@ TEST(Reading, GetsTheWholeThroughFaults)
         const wchar_t* query;
         const char* requests;
     } cases[] = {
-        {L"plain", L"", "1 -"},
-        {L"once", L"drop=100000&times=1", "1 -|2 bytes=99000-"},
-        {L"first", L"drop=100&times=1", "1 -|2 -"},
-        {L"nolength", L"length=none", "1 -"},
-        {L"chunked", L"chunked=1", "1 -"},
-        {L"status", L"status=503&times=1", "1 -|1 -"},
+        {L"plain", L"", "-"},
+        {L"once", L"drop=99000&times=1", "-|bytes=99000-"},
+        {L"first", L"drop=1500&times=1", "-|bytes=1500-"},
+        {L"nolength", L"length=none", "-"},
+        {L"chunked", L"chunked=1", "-"},
+        {L"status", L"status=503&times=1", "-|-"},
     };
     for (const auto& [key, query, requests] : cases) {
         Reader whole(Address(std::wstring(query) + L"&size=300000", key), 5);
@@ -37,21 +38,21 @@ TEST(Reading, GetsTheWholeThroughFaults)
         Reader reader(Address(std::wstring(query) + L"&size=300000", small), 5);
         DWORD all = 0;
         do {
-            ASSERT_TRUE(reader.Read(4096)) << small;
+            ASSERT_TRUE(reader.Read(3000)) << small;
             ASSERT_TRUE(IsContent(reader.bytes.data(), reader.count, all)) << small << " at " << all;
             all += reader.count;
-        } while (reader.count == 4096);
+        } while (reader.count == 3000);
         EXPECT_EQ(all, size) << small;
-        EXPECT_TRUE(reader.Read(4096)) << "the end stays the end";
+        EXPECT_TRUE(reader.Read(3000)) << "the end stays the end";
         EXPECT_EQ(reader.count, 0u);
     }
-    EXPECT_EQ(Requests(L"once2"), "1 -|2 bytes=99828-") << "24 small reads of 4096 and one pass of 1500";
+    EXPECT_EQ(Requests(L"once2"), "-|bytes=99000-");
 
     const std::wstring there = Address(L"size=300000", L"redirected");
     Reader redirected(Address(L"to=" + std::wstring(L"/file.bin%3Fsize%3D300000%26key%3Dredirected"), L"redirect"), 0);
     ASSERT_TRUE(redirected.Read(size)) << redirected.error;
     EXPECT_TRUE(redirected.count == size && IsContent(redirected.bytes.data(), size));
-    EXPECT_EQ(Requests(L"redirected"), "1 -");
+    EXPECT_EQ(Requests(L"redirected"), "-");
 }
 
 TEST(Reading, FailsWhenTheServerDoes)
@@ -67,9 +68,9 @@ TEST(Reading, FailsWhenTheServerDoes)
         {L"404", L"status=404", 0, 0x8004D554, 1, 0},
         {L"500", L"status=500", 2, 0x8004D5B4, 3, 0},
         {L"forever", L"status=404", 100, 0x8004D554, 6, 0},
-        {L"dropped", L"drop=100000", 0, WSAECONNRESET, 1, 99000},
-        {L"ignored", L"drop=100000&times=1&range=ignore", 5, refused_range, 6, 99000},
-        {L"shifted", L"drop=100000&times=1&range=shift", 1, refused_range, 2, 99000},
+        {L"dropped", L"drop=99000", 0, WSAECONNRESET, 1, 99000},
+        {L"ignored", L"drop=99000&times=1&range=ignore", 5, refused_range, 6, 99000},
+        {L"shifted", L"drop=99000&times=1&range=shift", 1, refused_range, 2, 99000},
     };
     for (const auto& [key, query, retries, error, tries, count] : cases) {
         Reader reader(Address(std::wstring(query) + L"&size=300000", key), retries);
@@ -88,7 +89,7 @@ TEST(Reading, LeavesAGapAfterASecondFailureInOneCall)
 {
     Reader reader(Address(L"drop=100000&times=2&size=300000", L"twice"), 5);
     ASSERT_TRUE(reader.Read(size)) << reader.error;
-    EXPECT_EQ(Requests(L"twice"), "1 -|2 bytes=99000-|3 bytes=99000-");
+    EXPECT_EQ(Requests(L"twice"), "-|bytes=99000-|bytes=99000-");
     EXPECT_EQ(reader.count, 201000u);
     EXPECT_TRUE(IsContent(reader.bytes.data(), 99000));
     EXPECT_EQ(reader.bytes[99000], Reader::guard);
@@ -98,7 +99,7 @@ TEST(Reading, LeavesAGapAfterASecondFailureInOneCall)
     Reader tight(Address(L"drop=100000&times=2&size=300000", L"tight"), 5);
     EXPECT_FALSE(tight.Read(150000));
     EXPECT_EQ(tight.error, static_cast<DWORD>(WSAECONNRESET));
-    EXPECT_EQ(Requests(L"tight"), "1 -|2 bytes=99000-");
+    EXPECT_EQ(Requests(L"tight"), "-|bytes=99000-");
 }
 
 // An end in order is the end of the data, whatever length was told.
@@ -107,7 +108,7 @@ TEST(Reading, TakesAnEndInOrderForTheEnd)
     const struct {
         const wchar_t* query;
         DWORD count;
-    } cases[] = {{L"close=100000", 100000}, {L"length=400000", 300000}, {L"length=1000", 1000}};
+    } cases[] = {{L"close=100000", 100000}, {L"length=400000", 300000}};
     for (const auto& [query, count] : cases) {
         Reader reader(Address(std::wstring(query) + L"&size=300000", L"end"));
         EXPECT_TRUE(reader.Read(400000)) << query << " " << reader.error;
@@ -132,7 +133,7 @@ TEST(Reading, GoesWhereASeekPoints)
     EXPECT_EQ(reader.count, 500u);
     EXPECT_TRUE(IsContent(reader.bytes.data(), 500, 299500));
     EXPECT_EQ(reader->seek(7, 99), 7u) << "an unknown whence counts from the start";
-    EXPECT_EQ(Requests(L"seek"), "1 -|2 bytes=10000-|3 bytes=11000-|4 bytes=299500-");
+    EXPECT_EQ(Requests(L"seek"), "-|bytes=10000-|bytes=299500-");
 
     Reader unknown(Address(L"size=300000&length=none", L"seekend"));
     EXPECT_EQ(unknown->seek(-1, FILE_END), INVALID_SET_FILE_POINTER);
@@ -140,7 +141,7 @@ TEST(Reading, GoesWhereASeekPoints)
     Reader distant(Address(L"size=1000", L"far"));
     EXPECT_EQ(distant->seek(static_cast<LONG>(0x80000000), FILE_BEGIN), 0x80000000u);
     EXPECT_FALSE(distant.Read(10));
-    EXPECT_EQ(Requests(L"far"), "1 bytes=-2147483648-") << "offsets show as signed numbers";
+    EXPECT_EQ(Requests(L"far"), "bytes=-2147483648-") << "offsets show as signed numbers";
 }
 
 TEST(Reading, AnswersQuestionsWithARequestOfTheirOwn)
@@ -154,7 +155,7 @@ TEST(Reading, AnswersQuestionsWithARequestOfTheirOwn)
     EXPECT_EQ(reader->size(), size);
     ASSERT_TRUE(reader.Read(3000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 3000, 3000)) << "a question does not move the position";
-    EXPECT_EQ(Requests(L"asked"), "1 -|2 -|3 -|4 -|5 bytes=3000-") << Requests(L"asked");
+    EXPECT_EQ(Requests(L"asked"), "-|-|-|bytes=3000-");
 
     Reader silent(Address(L"size=300000&chunked=1", L"silent"));
     EXPECT_EQ(silent->size(), INVALID_FILE_SIZE);
@@ -172,7 +173,7 @@ TEST(Reading, TakesCredentialsAlsoOfADomain)
         DWORD error;
     } cases[] = {
         {L"user=anna&password=secret", L"anna:secret@", 0},
-        {L"user=dom%5Canna&password=secret", L"dom\\anna:secret@", 0},
+        {L"domain=dom&user=anna&password=secret", L"dom\\anna:secret@", 0},
         {L"user=anna&password=secret", L"anna:wrong@", 0x8004D551},
     };
     for (const auto& [query, credentials, error] : cases) {

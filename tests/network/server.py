@@ -8,7 +8,6 @@ VHRT_UNTRUSTED_PORT (https with a certificate of nobody's), and in VHRT_TEST_CA 
 comes from.
 
 An address is /NAME?size=N&key=K&... : N bytes, byte i being (7 i + i / 251) mod 256, written down under the key K.
-lines=N in place of a size: N lines of text, "line 1" to "line N"; with wide=1 in UTF-16 with its mark.
 Further parameters are what goes wrong:
   drop=AT       resets the connection before byte AT of the whole file; with times=T only T times for the key
   close=AT      the same, but closes it in order
@@ -19,8 +18,9 @@ Further parameters are what goes wrong:
   status=S      answers S with a short body; with times=T only T times for the key
   chunked=1     sends chunks and no length
   to=ADDRESS    redirects
-  user=U&password=P  wants these
-/log?key=K tells what was asked under the key: a line "CONNECTION RANGE" for each request, connections counted from 1.
+  text=T, wide=T     sends this text, in UTF-8 or in UTF-16 with its mark, "~" being a line end
+  user=U&password=P  wants these, with domain=D the user DOMAIN\\USER
+/log?key=K tells what was asked under the key: a line for each request, the part that it wants or "-".
 """
 import http.server
 import os
@@ -45,17 +45,13 @@ REPEATED = memoryview(PATTERN * (STEP // len(PATTERN) + 2))
 lock = threading.Lock()
 requests = defaultdict(list)
 faults = defaultdict(int)
+revoked = None
 
 
 def content(start, end):
     """The file's bytes, no more than a step; the pattern begins anew after its own length."""
     first = start % len(PATTERN)
     return REPEATED[first:first + end - start]
-
-
-def text_lines(count, encoding):
-    text = "".join(f"line {i}\r\n" for i in range(1, count + 1))
-    return text.encode(encoding) if text else b""
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -81,7 +77,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def write_down(self):
         with lock:
-            requests[self.key].append((self.client_address[1], self.headers.get("Range", "-")))
+            requests[self.key].append(self.headers.get("Range", "-"))
 
     def short(self, status, text, **headers):
         self.send_response(status)
@@ -97,9 +93,12 @@ class Handler(http.server.BaseHTTPRequestHandler):
         self.key = self.ask("key", "")
         if parts.path == "/log":
             return self.tell_log()
+        if parts.path == "/ca.crl":
+            self.wfile.write(b"HTTP/1.0 200 OK\r\n\r\n" + revoked.read_bytes())
+            self.close_connection = True
+            return
         self.write_down()
         if self.ask("user") and not self.knows_user():
-            print(self.headers, file=sys.stderr)
             return self.short(401, "who?", WWW_Authenticate='Basic realm="test"')
         if self.ask("to"):
             return self.short(302, "there", Location=self.ask("to"))
@@ -109,23 +108,28 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def tell_log(self):
         with lock:
-            asked = list(requests[self.key])
-        order = []
-        lines = []
-        for client, part in asked:
-            if client not in order:
-                order.append(client)
-            lines.append(f"{order.index(client) + 1} {part}\n")
-        self.short(200, "".join(lines))
+            lines = "".join(part + "\n" for part in requests[self.key])
+        self.short(200, lines)
 
     def knows_user(self):
         given = self.headers.get("Authorization", "")
         return given.startswith("Basic ") and \
-            b64decode(given[6:]).decode() == self.ask("user") + ":" + self.ask("password", "")
+            b64decode(given[6:]).decode() == self.wanted_user() + ":" + self.ask("password", "")
+
+    def wanted_user(self):
+        domain = self.ask("domain")
+        return (domain + "\\" if domain else "") + self.ask("user")
+
+    def own_text(self):
+        text = self.ask("text") or self.ask("wide")
+        if text is None:
+            return None
+        text = text.replace("~", "\r\n")
+        return text.encode() if self.ask("text") else b"\xff\xfe" + text.encode("utf-16-le")
 
     def send_file(self):
-        self.text = text_lines(self.number("lines", 0), "utf-16" if self.ask("wide") else "ascii")
-        size = len(self.text) or min(self.number("size", 1000), LARGEST)
+        self.text = self.own_text()
+        size = min(self.number("size", 1000), LARGEST) if self.text is None else len(self.text)
         part = self.headers.get("Range")
         start = 0
         if part and self.ask("range") != "ignore":
@@ -163,7 +167,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         while at < end:
             slow = at < slow_end
             to = min(at + (2000 if slow else STEP), end)
-            piece = self.text[at:to] if self.text else content(at, to)
+            piece = content(at, to) if self.text is None else self.text[at:to]
             self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if chunked else piece)
             if slow:
                 self.wfile.flush()
@@ -181,8 +185,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
             # The client sends nothing more: what comes is its end.
             self.connection.recv(1)
             return
-        # The bytes before the fault arrive first.
-        time.sleep(0.1)
+        # The client waits for more when the fault comes: a reset that it finds already there, Wine takes for the end.
+        time.sleep(0.7)
         if fault == "drop":
             self.connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
         self.connection.close()
@@ -201,17 +205,24 @@ def openssl(folder, *words):
     subprocess.run(["openssl", *words], cwd=folder, check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
 
-def make_certificates(folder):
-    """An authority, a certificate of its for the address, and one that is nobody's."""
-    (folder / "names").write_text("subjectAltName=IP:127.0.0.1,DNS:localhost\n")
+def make_certificates(folder, http_port):
+    """An authority, a certificate of its for "localhost", and one that is nobody's."""
+    (folder / "names").write_text("subjectAltName=DNS:localhost\n"
+                                  f"crlDistributionPoints=URI:http://127.0.0.1:{http_port}/ca.crl\n")
     new = ("req", "-newkey", "rsa:2048", "-nodes", "-days", "2")
     openssl(folder, *new, "-x509", "-keyout", "ca.key", "-out", "ca.pem", "-subj", "/CN=VHRT test authority",
             "-addext", "basicConstraints=critical,CA:TRUE")
     openssl(folder, "x509", "-in", "ca.pem", "-outform", "DER", "-out", "ca.der")
-    openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=127.0.0.1")
+    openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=localhost")
     openssl(folder, "x509", "-req", "-in", "trusted.csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial",
             "-days", "2", "-extfile", "names", "-out", "trusted.pem")
-    openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=127.0.0.1")
+    # Clients ask which certificates the authority has taken back: none.
+    (folder / "index").touch()
+    (folder / "ca.conf").write_text("[ca]\ndefault_ca=here\n[here]\ndatabase=index\ndefault_md=sha256\n")
+    openssl(folder, "ca", "-config", "ca.conf", "-gencrl", "-crldays", "2", "-cert", "ca.pem", "-keyfile", "ca.key",
+            "-out", "crl.pem")
+    openssl(folder, "crl", "-in", "crl.pem", "-outform", "DER", "-out", "ca.crl")
+    openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=localhost")
 
 
 def serve(folder=None, certificate=None):
@@ -229,8 +240,11 @@ def main():
         sys.exit(__doc__)
     with tempfile.TemporaryDirectory(prefix="vhrt-network") as name:
         folder = pathlib.Path(name)
-        make_certificates(folder)
-        environment = dict(os.environ, VHRT_HTTP_PORT=serve(), VHRT_HTTPS_PORT=serve(folder, "trusted"),
+        http_port = serve()
+        make_certificates(folder, http_port)
+        global revoked
+        revoked = folder / "ca.crl"
+        environment = dict(os.environ, VHRT_HTTP_PORT=http_port, VHRT_HTTPS_PORT=serve(folder, "trusted"),
                            VHRT_UNTRUSTED_PORT=serve(folder, "untrusted"), VHRT_TEST_CA=str(folder / "ca.der"))
         sys.exit(subprocess.run(sys.argv[1:], env=environment).returncode)
 

@@ -1,0 +1,189 @@
+// What readers hold, and what becomes of it: handles of the system, sessions, requests that are given up.
+#include <atomic>
+#include <functional>
+
+#include "../../diagnostics/inet_session.h"
+#include "server_access.h"
+
+namespace {
+
+using namespace vh::test;
+namespace late = vh::late;
+
+DWORD OpenHandles()
+{
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+}
+
+std::atomic<int> sessions;
+std::atomic<int> handles;
+
+// Counts WinInet's handles: those that it announces, and those that are closed.
+class Lifetime : public testing::Test {
+protected:
+    Lifetime()
+    {
+        sessions = handles = 0;
+        open = late::internet_open.get();
+        close = late::internet_close_handle.get();
+        late::internet_open.replace([](auto... arguments) {
+            const HINTERNET made = open(arguments...);
+            sessions += made != nullptr;
+            handles += made != nullptr;
+            return made;
+        });
+        late::internet_close_handle.replace([](HINTERNET handle) {
+            const BOOL closed = close(handle);
+            handles -= closed != FALSE;
+            return closed;
+        });
+    }
+    ~Lifetime() override
+    {
+        late::internet_open.show();
+        late::internet_close_handle.show();
+        late::internet_query_option.show();
+        late::internet_open_url.show();
+        late::internet_get_connected_state.show();
+        late::internet_autodial.show();
+    }
+
+    static inline decltype(&InternetOpenW) open;
+    static inline decltype(&InternetCloseHandle) close;
+};
+
+TEST_F(Lifetime, OfAThousandReadersLeavesNothing)
+{
+    const std::wstring kinds[] = {Address(L"size=2000", L"flat"), Address(L"status=404", L"flat"),
+                                  Address(L"size=2000&length=none", L"flat")};
+    const auto use = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            Reader reader(kinds[i % 3], 0);
+            EXPECT_EQ(reader.Read(2000), i % 3 != 1);
+        }
+    };
+    use(30);
+    const DWORD before = OpenHandles();
+    use(1000);
+    EXPECT_LE(OpenHandles(), before + 10);
+    EXPECT_EQ(sessions, 1030);
+}
+
+// The server holds each answer back until the reader and its buffer have gone, then sends.
+TEST_F(Lifetime, EndsWhileWinInetStillReads)
+{
+    for (int round = 0; round < 20; ++round) {
+        Reader reader(Address(L"size=100000&drip=60", L"late"), 0, 30);
+        EXPECT_FALSE(reader.Read(100000));
+        EXPECT_EQ(reader.error, static_cast<DWORD>(ERROR_INTERNET_TIMEOUT));
+    }
+    // The late bytes arrive during this.
+    Reader reader(Address(L"size=20000&drip=60", L"late too"), 0);
+    ASSERT_TRUE(reader.Read(20000));
+    EXPECT_TRUE(IsContent(reader.bytes.data(), 20000));
+}
+
+// Without a connection WinInet makes the handle late or never.
+TEST_F(Lifetime, EndsBeforeAHandleIsMade)
+{
+    static std::function<void()> news;
+    late::internet_open_url.replace(
+        [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
+            news = [context] {
+                INTERNET_ASYNC_RESULT made{reinterpret_cast<DWORD_PTR>(open(L"orphan", 0, nullptr, nullptr, 0)), 0};
+                ++handles;
+                vh::inet_status_callback(nullptr, context, INTERNET_STATUS_HANDLE_CREATED, &made, sizeof(made));
+                vh::inet_status_callback(nullptr, context, INTERNET_STATUS_HANDLE_CLOSING, &made, sizeof(made));
+                INTERNET_ASYNC_RESULT done{0, ERROR_INTERNET_OPERATION_CANCELLED};
+                vh::inet_status_callback(nullptr, context, INTERNET_STATUS_REQUEST_COMPLETE, &done, sizeof(done));
+            };
+            SetLastError(ERROR_IO_PENDING);
+            return nullptr;
+        });
+    {
+        Reader reader(Address(L"", L"never"), 0, 20);
+        EXPECT_FALSE(reader.Read(10));
+        EXPECT_EQ(reader.error, static_cast<DWORD>(ERROR_INTERNET_TIMEOUT));
+        const auto first = news;
+        EXPECT_FALSE(reader.Read(10));
+        first();
+        EXPECT_EQ(handles, 1) << "only the session: the first request is given up, its handle closed";
+        EXPECT_EQ(reader->handle(), nullptr);
+    }
+    EXPECT_EQ(handles, 0) << "the session has gone with its reader";
+    news();
+    EXPECT_EQ(handles, 0) << "the orphan is closed";
+    news();
+    EXPECT_EQ(handles, 1) << "news of a request that is over reach nobody";
+}
+
+TEST_F(Lifetime, OfOneSessionInAProcessOnWinInetOneOne)
+{
+    late::internet_query_option.replace([](HINTERNET, DWORD, void* data, DWORD*) -> BOOL {
+        *static_cast<INTERNET_VERSION_INFO*>(data) = {1, 1};
+        return TRUE;
+    });
+    for (int round = 1; round <= 2; ++round) {
+        {
+            Reader first(Address(L"size=1000", L"shared"));
+            {
+                Reader second(Address(L"size=1000", L"shared"));
+                EXPECT_TRUE(second.Read(1000));
+            }
+            EXPECT_TRUE(first.Read(1000));
+        }
+        EXPECT_EQ(sessions, round);
+    }
+}
+
+TEST_F(Lifetime, OfAFlagEndsWhereWinInetDoesNotKnowIt)
+{
+    static std::vector<DWORD> asked;
+    asked.clear();
+    static decltype(&InternetOpenUrlW) open_url;
+    open_url = late::internet_open_url.get();
+    late::internet_open_url.replace([](HINTERNET session, const wchar_t* url, const wchar_t* headers, DWORD length,
+                                       DWORD flags, DWORD_PTR context) -> HINTERNET {
+        asked.push_back(flags);
+        if (flags & INTERNET_FLAG_PRAGMA_NOCACHE) {
+            SetLastError(ERROR_INVALID_PARAMETER);
+            return nullptr;
+        }
+        return open_url(session, url, headers, length, flags, context);
+    });
+    Reader reader(Address(L"size=1000", L"flag"));
+    EXPECT_TRUE(reader.Read(100));
+    reader->seek(0, FILE_BEGIN);
+    EXPECT_TRUE(reader.Read(100));
+    EXPECT_EQ(asked, (std::vector<DWORD>{0x80400100, 0x80400000, 0x80400000}));
+}
+
+TEST_F(Lifetime, OfADialUpLineBeginsWithTheFirstRead)
+{
+    static DWORD state, dialled;
+    late::internet_get_connected_state.replace([](DWORD* flags, DWORD) -> BOOL {
+        *flags = state;
+        return FALSE;
+    });
+    late::internet_autodial.replace([](DWORD flags, HWND) -> BOOL {
+        dialled = flags;
+        SetLastError(ERROR_NO_NETWORK);
+        return FALSE;
+    });
+    state = INTERNET_CONNECTION_LAN;
+    Reader reader(Address(L"size=1000", L"dial"));
+    EXPECT_TRUE(reader.Read(1000)) << "no modem to dial with";
+    state = INTERNET_CONNECTION_MODEM;
+    EXPECT_TRUE(reader->set(vh::inet_file::autodial_flags_setting, INTERNET_AUTODIAL_FORCE_UNATTENDED));
+    EXPECT_FALSE(reader.Read(1000));
+    EXPECT_EQ(reader.patience.errors.back(), static_cast<DWORD>(ERROR_NO_NETWORK));
+    EXPECT_EQ(dialled, static_cast<DWORD>(INTERNET_AUTODIAL_FORCE_UNATTENDED));
+    EXPECT_FALSE(reader->set(2, 0));
+    EXPECT_TRUE(reader->set(vh::inet_file::max_retries_setting, static_cast<DWORD>(-1)));
+    EXPECT_FALSE(reader.Read(1000)) << "no try at all";
+    EXPECT_EQ(reader.patience.errors.size(), 1u);
+}
+
+} // namespace

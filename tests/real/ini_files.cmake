@@ -1,0 +1,13 @@
+# Looks for INI files on this machine and has the program TESTS read them; RUNNER starts it. LIST is made.
+set(patterns)
+foreach(ending tablet inf ini desktop directory theme service socket target timer mount slice path network link cfg conf toml)
+  list(APPEND patterns -o -name *.${ending})
+endforeach()
+list(POP_FRONT patterns)
+execute_process(COMMAND find /usr/share /usr/lib /lib/systemd /etc /opt -xdev -type f -size -256k -size +0 ( ${patterns} )
+  OUTPUT_VARIABLE found ERROR_QUIET)
+file(WRITE ${LIST} "${found}")
+execute_process(COMMAND ${CMAKE_COMMAND} -E env VHRT_INI_FILES=${LIST} ${RUNNER} ${TESTS} RESULT_VARIABLE result)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "INI files of the machine: ${result}")
+endif()
