@@ -159,6 +159,10 @@ add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} 
 add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip
   -P ${CMAKE_SOURCE_DIR}/tests/host/sdk_round_trip.cmake)
+add_test(NAME host_read_me COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${CMAKE_COMMAND}
+  -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost> -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/read_me -P ${CMAKE_SOURCE_DIR}/tests/host/read_me.cmake)
+set_tests_properties(host_read_me PROPERTIES TIMEOUT 300)
 
 # Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
 vhrt_sources(floor_sources bench/floor)

@@ -159,14 +159,14 @@ bool inet_file::send(HINTERNET request)
 
 bool inet_file::connect(bool resend)
 {
+    // Asking for the connection takes longer than many reads: an open request has it, or its read fails.
+    if (handle() && !resend)
+        return true;
     if (!be_online())
         return false;
     make_headers();
-    if (const HINTERNET request = handle()) {
-        if (!resend)
-            return true;
+    if (const HINTERNET request = handle())
         return send(request) ? check_response() : wait(timeout_ms(), complete_event(), false);
-    }
     for (;;) {
         const DWORD_PTR number = new_context();
         call_begins();

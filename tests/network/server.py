@@ -12,7 +12,7 @@ Further parameters are what goes wrong:
   drop=AT       resets the connection before byte AT of the whole file; with times=T only T times for the key
   close=AT      the same, but closes it in order
   stall=AT      sends nothing more from byte AT on, until the client goes
-  drip=MS       sends 2000 bytes, then waits MS milliseconds, and so on
+  drip=MS       sends 2000 bytes, then waits MS milliseconds, and so on; with until=AT only before byte AT
   length=none   tells no length; length=M tells M
   range=ignore  answers a request for a part with everything; range=shift with a part that begins a byte later
   status=S      answers S with a short body; with times=T only T times for the key
@@ -38,7 +38,10 @@ from base64 import b64decode
 from collections import defaultdict
 
 LARGEST = 256 << 20
+STEP = 1 << 20
 PATTERN = bytes((7 * i + i // 251) % 256 for i in range(251 * 256))
+# Any step of the pattern is one piece of this.
+REPEATED = memoryview(PATTERN * (STEP // len(PATTERN) + 2))
 lock = threading.Lock()
 requests = defaultdict(list)
 faults = defaultdict(int)
@@ -46,14 +49,9 @@ revoked = None
 
 
 def content(start, end):
-    """The file's bytes; the pattern begins anew after its own length."""
+    """The file's bytes, no more than a step; the pattern begins anew after its own length."""
     first = start % len(PATTERN)
-    pieces = [PATTERN[first:first + end - start]]
-    left = end - start - len(pieces[0])
-    if left > 0:
-        pieces.append(PATTERN * (left // len(PATTERN)))
-        pieces.append(PATTERN[:left % len(PATTERN)])
-    return b"".join(pieces)
+    return REPEATED[first:first + end - start]
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -164,14 +162,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
             if at is not None and start < at < size and self.strikes():
                 end, fault = at, name
         pause = self.number("drip", 0) / 1000
-        step = 2000 if pause else 1 << 20
-        for at in range(start, end, step):
-            last = min(at + step, end)
-            piece = content(at, last) if self.text is None else self.text[at:last]
+        slow_end = min(self.number("until", end), end) if pause else start
+        at = start
+        while at < end:
+            slow = at < slow_end
+            to = min(at + (2000 if slow else STEP), end)
+            piece = content(at, to) if self.text is None else self.text[at:to]
             self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if chunked else piece)
-            if pause:
+            if slow:
                 self.wfile.flush()
                 time.sleep(pause)
+            at = to
         if chunked and not fault:
             self.wfile.write(b"0\r\n\r\n")
         self.wfile.flush()
