@@ -37,8 +37,12 @@ LONG wininet_async_handle::release()
 
 bool wininet_async_handle::wait(DWORD timeout_ms, HANDLE event, bool closing)
 {
-    if (const DWORD error = GetLastError(); error != ERROR_IO_PENDING)
+    if (const DWORD error = GetLastError(); error != ERROR_IO_PENDING) {
+        // A call that failed at once has no completion to tell of it.
+        if (error != ERROR_SUCCESS)
+            set_last_error(error);
         return error == ERROR_SUCCESS;
+    }
     const DWORD signal = wait_for(timeout_ms, event);
     if (signal == WAIT_TIMEOUT) {
         if (!closing)

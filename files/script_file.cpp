@@ -95,8 +95,7 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
             m_file.write("\xFF\xFE", 2);
             m_wide = true;
         } else if (m_file.is_url()) {
-            // Other modes get here with a scheme alone, which no server answers.
-            m_wide = mode == 2 && FindMarkAtAddress();
+            m_wide = FindMarkAtAddress();
         } else if (m_file.code_page() == 1200) {
             m_file.seek(2, FILE_BEGIN);
             m_wide = true;

@@ -206,14 +206,14 @@ def openssl(folder, *words):
 
 
 def make_certificates(folder, http_port):
-    """An authority, a certificate of its for "localhost", and one that is nobody's."""
-    (folder / "names").write_text("subjectAltName=DNS:localhost\n"
+    """An authority, a certificate of its for the address, and one that is nobody's."""
+    (folder / "names").write_text("subjectAltName=IP:127.0.0.1,DNS:127.0.0.1\n"
                                   f"crlDistributionPoints=URI:http://127.0.0.1:{http_port}/ca.crl\n")
     new = ("req", "-newkey", "rsa:2048", "-nodes", "-days", "2")
     openssl(folder, *new, "-x509", "-keyout", "ca.key", "-out", "ca.pem", "-subj", "/CN=VHRT test authority",
             "-addext", "basicConstraints=critical,CA:TRUE")
     openssl(folder, "x509", "-in", "ca.pem", "-outform", "DER", "-out", "ca.der")
-    openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=localhost")
+    openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=127.0.0.1")
     openssl(folder, "x509", "-req", "-in", "trusted.csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial",
             "-days", "2", "-extfile", "names", "-out", "trusted.pem")
     # Clients ask which certificates the authority has taken back: none.
@@ -222,7 +222,7 @@ def make_certificates(folder, http_port):
     openssl(folder, "ca", "-config", "ca.conf", "-gencrl", "-crldays", "2", "-cert", "ca.pem", "-keyfile", "ca.key",
             "-out", "crl.pem")
     openssl(folder, "crl", "-in", "crl.pem", "-outform", "DER", "-out", "ca.crl")
-    openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=localhost")
+    openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=127.0.0.1")
 
 
 def serve(folder=None, certificate=None):
