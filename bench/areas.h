@@ -21,6 +21,7 @@ void ScriptMedia(suite& s);
 void IniFiles(suite& s);
 void Registry(suite& s);
 void ChildSearch(suite& s);
+void Network(suite& s);
 void Load(suite& s);
 
 } // namespace bench

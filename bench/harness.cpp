@@ -78,14 +78,16 @@ std::vector<double> suite::rounds::PerRound(bool as_ratio) const
 suite::rounds suite::Alternate(const work& subject, const work& baseline) const
 {
     const double round_ns = m_quick ? 3e6 : 30e6;
-    const int count = m_quick ? 5 : 21;
+    const int count = subject.rounds ? subject.rounds : m_quick ? 5 : 21;
+    // Planning has run both sides once already, which is enough for long work.
+    const int first = subject.rounds ? 0 : -warm_ups;
     constexpr int slices_wanted = 10;
     const plan plans[] = {PlanFor(subject, round_ns / slices_wanted), PlanFor(baseline, round_ns / slices_wanted)};
     const work* sides[] = {&subject, &baseline};
     const double shorter = std::max(std::min(plans[0].once_ns, plans[1].once_ns), 100.0);
     const int slices = static_cast<int>(round_ns / shorter) + 1;
     rounds measured;
-    for (int round = -warm_ups; round < count; ++round) {
+    for (int round = first; round < count; ++round) {
         double total[2] = {};
         for (int slice = 0; slice < slices; ++slice)
             for (int turn = 0; turn < 2; ++turn) {
@@ -174,6 +176,12 @@ void suite::Count(const std::string& name, long expected, long counted)
 void suite::AtMost(const std::string& name, long limit, long counted)
 {
     CountRow(name, counted, "<= " + std::to_string(limit), counted >= 0 && counted <= limit);
+}
+
+void suite::Leave(const std::string& name, const std::string& why)
+{
+    std::printf("  %-46s %s\n", name.c_str(), why.c_str());
+    std::fflush(stdout);
 }
 
 int suite::Finish() const

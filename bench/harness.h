@@ -15,6 +15,8 @@ struct work {
     std::function<void()> after = {};
     // Units of one run when the container's size matters; 0 lets the harness choose.
     long units = 0;
+    // Rounds, for work that takes many seconds; 0 lets the harness choose.
+    int rounds = 0;
 };
 
 // What one side cost in one round, per unit and in nanoseconds.
@@ -43,6 +45,8 @@ public:
     // Counts are free of noise and have to be exact, or at most the limit.
     void Count(const std::string& name, long expected, long counted);
     void AtMost(const std::string& name, long limit, long counted);
+    // A row that says why its case is not measured.
+    void Leave(const std::string& name, const std::string& why);
 
     bool quick() const { return m_quick; }
     // Prints the closing line. 0; 1 when a gate failed beyond the slack; 2 when a control voided its area.

@@ -33,6 +33,7 @@ constexpr area areas[] = {
     {"ini", bench::IniFiles, "INI documents"},
     {"registry", bench::Registry, "registry values on their way to the engine"},
     {"child", bench::ChildSearch, "the search for a child process"},
+    {"network", bench::Network, "downloads from the test server beside which the bench runs"},
 };
 
 int Help()

@@ -117,7 +117,7 @@ vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 # Beside a server that misbehaves.
 vhrt_sources(network_tests tests/network)
 add_executable(vhrt_network_tests ${network_tests})
-target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects gtest ole32 oleaut32 wininet crypt32 ws2_32)
+target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects vhengine gtest ole32 oleaut32 wininet crypt32 ws2_32)
 add_test(NAME vhrt_network_tests
   COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${WINE_RUNNER} $<TARGET_FILE:vhrt_network_tests>)
 set_tests_properties(vhrt_network_tests PROPERTIES TIMEOUT 300)
@@ -152,6 +152,10 @@ add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} 
 add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip
   -P ${CMAKE_SOURCE_DIR}/tests/host/sdk_round_trip.cmake)
+add_test(NAME host_read_me COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${CMAKE_COMMAND}
+  -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost> -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/read_me -P ${CMAKE_SOURCE_DIR}/tests/host/read_me.cmake)
+set_tests_properties(host_read_me PROPERTIES TIMEOUT 300)
 
 # Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
 vhrt_sources(floor_sources bench/floor)

@@ -34,8 +34,10 @@ DWORD file::open(const wchar_t* path, DWORD access, DWORD share, DWORD attribute
     if (IsWebUrl(m_name)) {
         made->inet.reset(new http_file);
         made->inet->set_retry_handler(m_retry_handler ? m_retry_handler : &process_retry_handler());
-        if (!made->inet->open(m_name.c_str(), nullptr, url_flags))
-            return GetLastError();
+        if (!made->inet->open(m_name.c_str(), nullptr, url_flags)) {
+            const DWORD error = GetLastError();
+            return error ? error : ERROR_INTERNET_INVALID_URL;
+        }
         m_shared = std::move(made);
         return 0;
     }

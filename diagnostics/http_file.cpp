@@ -16,7 +16,7 @@ public:
     inet_session acquire(const inet_settings& settings)
     {
         const std::lock_guard guard(m_lock);
-        if (m_uses++ == 0)
+        if (m_uses++ == 0 || !m_session.handle())
             m_session = inet_session(settings);
         return m_session;
     }
@@ -49,6 +49,7 @@ http_file::~http_file()
 {
     if (!m_uses_shared_session)
         return;
+    close_connection();
     use_session(inet_session());
     the_process_session.release();
 }

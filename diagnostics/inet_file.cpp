@@ -159,14 +159,14 @@ bool inet_file::send(HINTERNET request)
 
 bool inet_file::connect(bool resend)
 {
+    // Asking for the connection takes longer than many reads: an open request has it, or its read fails.
+    if (handle() && !resend)
+        return true;
     if (!be_online())
         return false;
     make_headers();
-    if (const HINTERNET request = handle()) {
-        if (!resend)
-            return true;
+    if (const HINTERNET request = handle())
         return send(request) ? check_response() : wait(timeout_ms(), complete_event(), false);
-    }
     for (;;) {
         const DWORD_PTR number = new_context();
         call_begins();
@@ -192,6 +192,11 @@ HINTERNET inet_file::open_url(HINTERNET session, const wchar_t* url, const wchar
     URL_COMPONENTSW parts;
     if (!CrackUrl(url, parts))
         return nullptr;
+    // WinInet would leave such a request open for ever.
+    if (parts.dwHostNameLength == 0) {
+        SetLastError(ERROR_INTERNET_INVALID_URL);
+        return nullptr;
+    }
     switch (parts.nScheme) {
     case INTERNET_SCHEME_HTTPS:
         return open_secure(session, parts, headers, headers_length, flags | INTERNET_FLAG_SECURE, context);
@@ -218,10 +223,14 @@ HINTERNET inet_file::open_secure(HINTERNET session, const URL_COMPONENTSW& parts
     if (!m_connection->handle()) {
         const stringx user = Part(parts.lpszUserName, parts.dwUserNameLength);
         const stringx password = Part(parts.lpszPassword, parts.dwPasswordLength);
-        if (!late::internet_connect(session, host.c_str(), parts.nPort, user.empty() ? nullptr : user.c_str(),
-                                    password.empty() ? nullptr : password.c_str(),
-                                    static_cast<DWORD>(INTERNET_SERVICE_HTTP), 0u, m_connection->new_context()))
+        const HINTERNET connection =
+            late::internet_connect(session, host.c_str(), parts.nPort, user.empty() ? nullptr : user.c_str(),
+                                   password.empty() ? nullptr : password.c_str(),
+                                   static_cast<DWORD>(INTERNET_SERVICE_HTTP), 0u, m_connection->new_context());
+        if (!connection)
             return nullptr;
+        if (!m_connection->handle())
+            m_connection->handle_created(connection);
         m_connected_host = host;
     }
     // Path and extra information stand side by side in the address.
@@ -255,6 +264,17 @@ void inet_file::restart_at(DWORD position)
 bool inet_file::read(void* buffer, DWORD size, DWORD* count)
 {
     *count = 0;
+    if (read_with_retries(buffer, size, count))
+        return true;
+    // What is left of the request is a refusal's page, or would look like the end of the data.
+    const DWORD error = GetLastError();
+    restart_at(m_position);
+    SetLastError(error);
+    return false;
+}
+
+bool inet_file::read_with_retries(void* buffer, DWORD size, DWORD* count)
+{
     m_attempt = 0;
     auto* place = static_cast<std::byte*>(buffer);
     for (; m_attempt <= m_max_retries; ++m_attempt) {

@@ -37,7 +37,8 @@ public:
     // that have come. False, with the thread's last error set, when it is given up.
     //
     // The buffer's place for what follows a failure moves by the whole count so far: after a second failure in one
-    // call some bytes of the buffer stay unwritten. A move past the buffer's end is a failure.
+    // call some bytes of the buffer stay unwritten. A move past the buffer's end is a failure. A read that is given
+    // up ends its request: the next one asks anew, from the position.
     bool read(void* buffer, DWORD size, DWORD* count);
     // False for a selector that is no setting.
     bool set(int selector, DWORD value);
@@ -47,7 +48,7 @@ public:
     const stringx& url() const { return m_url; }
     DWORD position() const { return m_position; }
     // The failure is the server's own word, which another try would hear again.
-    bool has_answered_failure() const { return (last_error() & answered_failure) != 0; }
+    bool has_answered_failure() const { return (last_error() & 0xFFFF0000) == answered_failure; }
     // Failed tries of the call in hand.
     int attempt() const { return m_attempt; }
 
@@ -68,6 +69,8 @@ protected:
     explicit inet_file(DWORD timeout_ms);
     ~inet_file() override;
     void use_session(const inet_session& session) { m_session = session; }
+    // It has to end before its session.
+    void close_connection() { m_connection.reset(); }
 
     // Connects, asking on_error after each failure.
     bool connect_with_retries();
@@ -80,6 +83,7 @@ private:
     bool be_online();
     void make_headers();
     bool send(HINTERNET request);
+    bool read_with_retries(void* buffer, DWORD size, DWORD* count);
     bool transfer(std::byte* buffer, DWORD size, DWORD& count);
     bool read_chunk(DWORD wanted);
     HINTERNET open_secure(HINTERNET session, const URL_COMPONENTSW& parts, const wchar_t* headers, DWORD headers_length,

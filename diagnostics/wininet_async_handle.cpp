@@ -37,8 +37,12 @@ LONG wininet_async_handle::release()
 
 bool wininet_async_handle::wait(DWORD timeout_ms, HANDLE event, bool closing)
 {
-    if (const DWORD error = GetLastError(); error != ERROR_IO_PENDING)
+    if (const DWORD error = GetLastError(); error != ERROR_IO_PENDING) {
+        // A call that failed at once has no completion to tell of it.
+        if (error != ERROR_SUCCESS)
+            set_last_error(error);
         return error == ERROR_SUCCESS;
+    }
     const DWORD signal = wait_for(timeout_ms, event);
     if (signal == WAIT_TIMEOUT) {
         if (!closing)
@@ -70,6 +74,9 @@ DWORD wininet_async_handle::wait_for(DWORD timeout_ms, HANDLE event)
 
 void wininet_async_handle::close_handle()
 {
+    // A request that has no handle yet is given up: one that still comes is closed where it arrives.
+    if (!handle())
+        m_context.end();
     const HINTERNET closing = handle();
     if (!closing)
         return;

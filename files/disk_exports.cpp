@@ -1,6 +1,8 @@
 // Exported functions on existence, disk sizes and file signatures.
 #include "../exports/vhrt/disks.h"
 
+#include <algorithm>
+
 #include "../diagnostics/file.h"
 #include "../scriptdata/format.h"
 #include "../scriptdata/halves.h"
@@ -138,8 +140,9 @@ int32_t _GenerateFileMD5SignatureHex(const void*, const wchar_t* path, wchar_t* 
             vh::FormatText(text, 3, L"%02X", std::to_integer<unsigned>(one));
             text += 2;
         }
-    } catch (const vh::win32_exception&) {
-        // Nor is one that can't be read.
+    } catch (const vh::win32_exception& failure) {
+        // Nor is a system code of one that can't be read; a server's refusal is.
+        return std::min(static_cast<int32_t>(failure.code()), 0);
     }
     return 0;
 }

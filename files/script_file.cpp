@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <optional>
 
 #include "../diagnostics/url.h"
 #include "../scriptdata/ascii.h"
@@ -35,6 +36,18 @@ int32_t Caught(Work&& work)
         return static_cast<int32_t>(failure.code());
     } catch (const vh::win32_exception&) {
         return -1;
+    }
+}
+
+// Nothing for an address that doesn't tell; a file of 4 GB or more counts as the largest size.
+std::optional<DWORD> SizeIfTold(vh::file& file)
+{
+    try {
+        DWORD high = 0;
+        const DWORD low = file.size(&high);
+        return high ? UINT32_MAX : low;
+    } catch (const vh::internet_file_exception&) {
+        return {};
     }
 }
 
@@ -81,6 +94,8 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
             // The position stays behind the mark, as it does behind one that was found.
             m_file.write("\xFF\xFE", 2);
             m_wide = true;
+        } else if (m_file.is_url()) {
+            m_wide = FindMarkAtAddress();
         } else if (m_file.code_page() == 1200) {
             m_file.seek(2, FILE_BEGIN);
             m_wide = true;
@@ -89,6 +104,19 @@ int32_t CVHTextFile::Open(const wchar_t* path, int32_t mode, bool create)
         // What can't be looked at counts as narrow.
     }
     return 0;
+}
+
+// The mark of a local file is known from its opening.
+bool CVHTextFile::FindMarkAtAddress()
+{
+    unsigned char start[2] = {};
+    if (m_file.size() < sizeof(start))
+        return false;
+    m_file.read(start, sizeof(start));
+    if (start[0] == 0xFF && start[1] == 0xFE)
+        return true;
+    m_file.seek(0, FILE_BEGIN);
+    return false;
 }
 
 bool CVHTextFile::TakeBuffer(std::size_t bytes)
@@ -109,16 +137,19 @@ void CVHTextFile::AppendLineEnd()
 int32_t CVHTextFile::Fill()
 {
     try {
-        DWORD high = 0;
-        const DWORD size = m_file.size(&high);
-        // Content is counted in 32 bits.
-        if (high || size > UINT32_MAX - vh::text_line_end<wchar_t>::room || !TakeBuffer(size))
-            return -1;
-        m_dataSize = m_file.read_bytes(m_buffer.get(), size);
-    } catch (const vh::internet_file_exception&) {
-        const int32_t result = FillFromStream();
-        if (result != 0)
-            return result;
+        const std::optional<DWORD> size = SizeIfTold(m_file);
+        if (!size) {
+            if (const int32_t result = FillFromStream())
+                return result;
+        } else {
+            // Content is counted in 32 bits.
+            if (*size > UINT32_MAX - vh::text_line_end<wchar_t>::room || !TakeBuffer(*size))
+                return -1;
+            // A download that was interrupted twice leaves a gap.
+            if (m_file.is_url())
+                std::memset(m_buffer.get(), 0, *size);
+            m_dataSize = m_file.read_bytes(m_buffer.get(), *size);
+        }
     } catch (const vh::win32_exception& failure) {
         m_buffer.reset();
         return static_cast<int32_t>(failure.code());
@@ -132,30 +163,26 @@ int32_t CVHTextFile::Fill()
 int32_t CVHTextFile::FillFromStream()
 {
     constexpr DWORD block_size = 10240;
-    try {
-        stringx text;
-        stringx block_text;
-        std::string block(block_size, '\0');
-        uint32_t total = 0;
-        for (DWORD count = block_size; count == block_size;) {
-            count = m_file.read_bytes(block.data(), block_size);
-            if (count < 1)
-                break;
-            block_text.clear();
-            block_text.assign_narrow(block.data(), static_cast<int>(strnlen(block.data(), count)));
-            text += block_text;
-            total += count;
-        }
-        if (!TakeBuffer(total))
-            return -1;
-        const std::size_t present = std::min<std::size_t>(total, (text.size() + 1) * sizeof(wchar_t));
-        std::memset(m_buffer.get(), 0, total);
-        std::memcpy(m_buffer.get(), text.data(), present);
-        m_dataSize = total;
-        return 0;
-    } catch (const vh::win32_exception& failure) {
-        return static_cast<int32_t>(failure.code());
+    stringx text;
+    stringx block_text;
+    std::string block(block_size, '\0');
+    uint32_t total = 0;
+    for (DWORD count = block_size; count == block_size;) {
+        count = m_file.read_bytes(block.data(), block_size);
+        if (count < 1)
+            break;
+        block_text.clear();
+        block_text.assign_narrow(block.data(), static_cast<int>(strnlen(block.data(), count)));
+        text += block_text;
+        total += count;
     }
+    if (!TakeBuffer(total))
+        return -1;
+    const std::size_t present = std::min<std::size_t>(total, (text.size() + 1) * sizeof(wchar_t));
+    std::memset(m_buffer.get(), 0, total);
+    std::memcpy(m_buffer.get(), text.data(), present);
+    m_dataSize = total;
+    return 0;
 }
 
 int32_t CVHTextFile::TakeLine(raw_line& line)

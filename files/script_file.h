@@ -60,6 +60,7 @@ private:
     int32_t GetLineSize(int32_t* size);
     int32_t Fill();
     int32_t FillFromStream();
+    bool FindMarkAtAddress();
     bool TakeBuffer(std::size_t bytes);
     void AppendLineEnd();
 

@@ -266,6 +266,9 @@ void ObjectContext::FillSuite(IServiceProvider* from_services, std::wstring_view
 ObjectContext::~ObjectContext()
 {
     gdiObjects.DeleteAll();
+    // A request in hand, whose window ends this context, holds it too.
+    if (webDisks)
+        webDisks->Close();
     if (!resourceModule && !userModule)
         return;
     if (const auto resources = Ask<ISetupResources>()) {

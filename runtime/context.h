@@ -111,7 +111,7 @@ struct ObjectContext {
     int64_t remoteKey = 0;
     bool connected = false;
     // The link with a download agent, while there is one.
-    std::unique_ptr<FODHandler> webDisks;
+    std::shared_ptr<FODHandler> webDisks;
     bool textSubs = true;
     ListTable lists;
     FileTable files;

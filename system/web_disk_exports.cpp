@@ -1,6 +1,8 @@
 // Exported functions on setup disks from the web.
 #include "../exports/vhrt/web_disks.h"
 
+#include <utility>
+
 #include "../Src/inc/engine_progress.h"
 #include "../runtime/context.h"
 #include "../runtime/frame.h"
@@ -23,7 +25,7 @@ int32_t _SetupInet(ObjectContext* context)
         [](ObjectContext& c) -> int32_t {
             try {
                 if (!c.webDisks)
-                    c.webDisks = std::make_unique<FODHandler>(c, &ProgressWindow);
+                    c.webDisks = std::make_shared<FODHandler>(c, &ProgressWindow);
             } catch (fod_error) {
                 return 0;
             }
@@ -37,7 +39,8 @@ int32_t _CleanupInet(ObjectContext* context)
     return vh::Framed(
         context,
         [](ObjectContext& c) -> int32_t {
-            c.webDisks.reset();
+            if (const auto handler = std::exchange(c.webDisks, nullptr))
+                handler->Close();
             return 1;
         },
         0);
@@ -49,7 +52,9 @@ int32_t _InetGetNextDisk(ObjectContext* context, const wchar_t* file)
         context,
         [&](ObjectContext& c) -> int32_t {
             constexpr int32_t not_there = 3;
-            return c.webDisks ? c.webDisks->RequestDisk(DiskIndex(vh::View(file))) : not_there;
+            // A window that gets its messages meanwhile may end the link, and the context.
+            const auto handler = c.webDisks;
+            return handler ? handler->RequestDisk(DiskIndex(vh::View(file))) : not_there;
         },
         3);
 }

@@ -73,8 +73,15 @@ void FODHandler::MakeReplyWindow()
     late::set_prop(m_reply_window, handler_property, this);
 }
 
-FODHandler::~FODHandler()
+void FODHandler::Close()
 {
+    if (!m_created)
+        return;
+    m_created = false;
+    if (m_waiting) {
+        m_result = agent_went_away;
+        m_waiting = false;
+    }
     if (late::is_window(m_agent_window))
         late::post_message(m_agent_window, agent_link_ends, WPARAM{10}, LPARAM{1});
     if (late::is_window(m_reply_window)) {
@@ -119,7 +126,7 @@ void FODHandler::TellProgressWindow()
 
 int32_t FODHandler::RequestDisk(int32_t index)
 {
-    if (!late::is_window(m_agent_window))
+    if (m_waiting || !late::is_window(m_agent_window))
         return disk_is_not_there;
     TellProgressWindow();
     m_result = 0;

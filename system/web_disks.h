@@ -20,10 +20,14 @@ public:
     FODHandler(ObjectContext& context, progress_query progress_window);
     FODHandler(const FODHandler&) = delete;
     FODHandler& operator=(const FODHandler&) = delete;
-    // Tells the agent.
-    ~FODHandler();
+    ~FODHandler() { Close(); }
 
-    // Asks for a disk, counted from 0, and waits as long as the agent lives. Result: 4 it is there, 3 it is not.
+    // Tells the agent, and ends a request that waits: it is not there then.
+    void Close();
+
+    // Asks for a disk, counted from 0, and waits as long as the agent lives. Result: 4 it is there, 3 it is not; 3
+    // also to a window that asks while another request waits. A window may close this object meanwhile, which then
+    // has to stay until the request returns.
     int32_t RequestDisk(int32_t index);
     void EndTransfer() const;
     // Of the last request: 0, -2 for a code of 100 or more from the agent, -3 for an agent that went away.

@@ -93,6 +93,38 @@ function CheckMachine() {
     Print(done, " checks passed");
 }
 
+// What a failed read from an address says: the server's answer, or the number of the system's error.
+function Reason(result) {
+    var status = (result >>> 0) - 0x8004D3C0;
+    return status >= 100 && status < 1000 ? "the server answers " + status : "system error " + result;
+}
+
+// Shows the read-me behind the address README_URL, if there is one. It is news, not part of the product: a setup
+// goes on without it.
+function ShowReadMe() {
+    var address = Arguments("README_URL");
+    if (!address)
+        return;
+    var file = OpenFile(address, 2, 0);
+    if (file < 0) {
+        Print("The read-me can't be opened: README_URL has to be like http://server/readme.txt, not ", address);
+        return;
+    }
+    var lines = 0;
+    var next = GetLineSize(file);
+    for (; next.result == 0; next = GetLineSize(file)) {
+        Print(lines++ == 0 ? "read-me:\n    " : "    ", GetLine(file, next.size + 1).line);
+    }
+    CloseFile(file);
+    // -1 is the end of the text; any other result is the network's.
+    if (next.result != -1)
+        Print("The read-me can't be shown: ", Reason(next.result), ". The setup goes on without it; ", address,
+              " may work in a browser or later.");
+    else if (lines == 0)
+        Print("There is no text at ", address, ", or its server doesn't tell how long it is.");
+    Trace("ReadMe", "Lines=" + lines + "|Result=" + next.result);
+}
+
 function ShowFeatures() {
     Print("features:");
     Walk("", 1, function (item, depth) {
@@ -191,6 +223,7 @@ function Install() {
     Trace("Start", "Target=" + TargetFolder);
     Print(Text("WELCOME", "Setup of the VHRT SDK"));
     CheckMachine();
+    ShowReadMe();
     ChooseSetupType();
     ChangeSelection();
     ShowFeatures();

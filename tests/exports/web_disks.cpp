@@ -119,6 +119,29 @@ TEST(WebDisks, AreNotThereWhenTheAgentGoesAway)
     EXPECT_TRUE(agent.Ends());
 }
 
+// A window of the script gets its messages during a request: what it does to the link must not harm the request.
+TEST(WebDisks, EndWithTheLinkThatAWindowEndsMeanwhile)
+{
+    const vh::test::TempFolder folder;
+    const Agent agent(folder);
+    const Session session;
+    ASSERT_EQ(_SetupInet(session), 1);
+    static ObjectContext* context;
+    static int32_t nested;
+    context = session;
+    nested = 0;
+    SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR timer, DWORD) {
+        KillTimer(nullptr, timer);
+        nested = _InetGetNextDisk(context, L"disk1.cab");
+        _CleanupInet(context);
+    });
+    EXPECT_EQ(_InetGetNextDisk(session, L"disk2.cab"), 3) << "the answer would come late";
+    EXPECT_EQ(nested, 3) << "one request at a time";
+    EXPECT_EQ(_InetGetLastError(session), 0) << "no link, no error";
+    EXPECT_TRUE(agent.Ends());
+    EXPECT_EQ(agent.Notes().find("1124 0"), std::string::npos);
+}
+
 // The context's end tells the agent, and a program that wants to end is not kept from it.
 TEST(WebDisks, LeaveTheQueueAndTheAgentInOrder)
 {

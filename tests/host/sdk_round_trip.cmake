@@ -4,11 +4,9 @@
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
 include(${CMAKE_CURRENT_LIST_DIR}/expect.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/stage.cmake)
 
-execute_process(COMMAND ${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/sdk/payload OUTPUT_QUIET
-  COMMAND_ERROR_IS_FATAL ANY)
-execute_process(COMMAND ${SOURCE}/scripts/stage-sdk ${SOURCE}/samples/sdk ${WORK}/sdk OUTPUT_QUIET
-  COMMAND_ERROR_IS_FATAL ANY)
+stage_sdk(${WORK}/sdk)
 
 set(root "HKCU\\Software\\VHRTRoundTrip")
 set(key "${root}\\HKCU\\Software\\VHRT\\SDK")

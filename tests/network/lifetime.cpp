@@ -106,6 +106,11 @@ TEST_F(Lifetime, EndsBeforeAHandleIsMade)
         Reader reader(Address(L"", L"never"), 0, 20);
         EXPECT_FALSE(reader.Read(10));
         EXPECT_EQ(reader.error, static_cast<DWORD>(ERROR_INTERNET_TIMEOUT));
+        const auto first = news;
+        EXPECT_FALSE(reader.Read(10));
+        first();
+        EXPECT_EQ(handles, 1) << "only the session: the first request is given up, its handle closed";
+        EXPECT_EQ(reader->handle(), nullptr);
     }
     EXPECT_EQ(handles, 0) << "the session has gone with its reader";
     news();
@@ -172,8 +177,10 @@ TEST_F(Lifetime, OfADialUpLineBeginsWithTheFirstRead)
     EXPECT_TRUE(reader.Read(1000)) << "no modem to dial with";
     state = INTERNET_CONNECTION_MODEM;
     EXPECT_TRUE(reader->set(vh::inet_file::autodial_flags_setting, INTERNET_AUTODIAL_FORCE_UNATTENDED));
+    EXPECT_TRUE(reader.Read(1000)) << "a request that is open has its line";
+    reader->seek(0, FILE_BEGIN);
     EXPECT_FALSE(reader.Read(1000));
-    EXPECT_EQ(reader.patience.errors.back(), static_cast<DWORD>(ERROR_NO_NETWORK));
+    EXPECT_EQ(reader.patience.errors, (std::vector<DWORD>{ERROR_NO_NETWORK}));
     EXPECT_EQ(dialled, static_cast<DWORD>(INTERNET_AUTODIAL_FORCE_UNATTENDED));
     EXPECT_FALSE(reader->set(2, 0));
     EXPECT_TRUE(reader->set(vh::inet_file::max_retries_setting, static_cast<DWORD>(-1)));

@@ -83,6 +83,25 @@ TEST(Reading, FailsWhenTheServerDoes)
     }
 }
 
+// What a failed request leaves behind is no data.
+TEST(Reading, FailsAgainAfterItHasGivenUp)
+{
+    Reader missing(Address(L"status=404", L"again"));
+    EXPECT_FALSE(missing.Read(100));
+    EXPECT_FALSE(missing.Read(100));
+    EXPECT_EQ(missing.error, 0x8004D554u);
+    Reader dropped(Address(L"drop=99000&times=1&size=300000", L"later"));
+    EXPECT_FALSE(dropped.Read(size));
+    ASSERT_TRUE(dropped.Read(size)) << dropped.error;
+    EXPECT_EQ(dropped.count, 201000u);
+    EXPECT_TRUE(IsContent(dropped.bytes.data(), dropped.count, 99000));
+
+    Reader homeless(L"http:///file.bin");
+    EXPECT_FALSE(homeless.Read(100));
+    EXPECT_EQ(homeless.error, static_cast<DWORD>(ERROR_INTERNET_INVALID_URL));
+    EXPECT_EQ(homeless.patience.errors, (std::vector<DWORD>{ERROR_INTERNET_INVALID_URL}));
+}
+
 // The place for the next bytes moves by all that has come, not by what came last: after a second failure a gap stays
 // in the buffer, and a buffer without room for it makes the read fail.
 TEST(Reading, LeavesAGapAfterASecondFailureInOneCall)

@@ -12,12 +12,13 @@ Further parameters are what goes wrong:
   drop=AT       resets the connection before byte AT of the whole file; with times=T only T times for the key
   close=AT      the same, but closes it in order
   stall=AT      sends nothing more from byte AT on, until the client goes
-  drip=MS       sends 2000 bytes, then waits MS milliseconds, and so on
+  drip=MS       sends 2000 bytes, then waits MS milliseconds, and so on; with until=AT only before byte AT
   length=none   tells no length; length=M tells M
   range=ignore  answers a request for a part with everything; range=shift with a part that begins a byte later
   status=S      answers S with a short body; with times=T only T times for the key
   chunked=1     sends chunks and no length
   to=ADDRESS    redirects
+  text=T, wide=T     sends this text, in UTF-8 or in UTF-16 with its mark, "~" being a line end
   user=U&password=P  wants these, with domain=D the user DOMAIN\\USER
 /log?key=K tells what was asked under the key: a line for each request, the part that it wants or "-".
 """
@@ -37,7 +38,10 @@ from base64 import b64decode
 from collections import defaultdict
 
 LARGEST = 256 << 20
+STEP = 1 << 20
 PATTERN = bytes((7 * i + i // 251) % 256 for i in range(251 * 256))
+# Any step of the pattern is one piece of this.
+REPEATED = memoryview(PATTERN * (STEP // len(PATTERN) + 2))
 lock = threading.Lock()
 requests = defaultdict(list)
 faults = defaultdict(int)
@@ -45,14 +49,9 @@ revoked = None
 
 
 def content(start, end):
-    """The file's bytes; the pattern begins anew after its own length."""
+    """The file's bytes, no more than a step; the pattern begins anew after its own length."""
     first = start % len(PATTERN)
-    pieces = [PATTERN[first:first + end - start]]
-    left = end - start - len(pieces[0])
-    if left > 0:
-        pieces.append(PATTERN * (left // len(PATTERN)))
-        pieces.append(PATTERN[:left % len(PATTERN)])
-    return b"".join(pieces)
+    return REPEATED[first:first + end - start]
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -121,8 +120,16 @@ class Handler(http.server.BaseHTTPRequestHandler):
         domain = self.ask("domain")
         return (domain + "\\" if domain else "") + self.ask("user")
 
+    def own_text(self):
+        text = self.ask("text") or self.ask("wide")
+        if text is None:
+            return None
+        text = text.replace("~", "\r\n")
+        return text.encode() if self.ask("text") else b"\xff\xfe" + text.encode("utf-16-le")
+
     def send_file(self):
-        size = min(self.number("size", 1000), LARGEST)
+        self.text = self.own_text()
+        size = min(self.number("size", 1000), LARGEST) if self.text is None else len(self.text)
         part = self.headers.get("Range")
         start = 0
         if part and self.ask("range") != "ignore":
@@ -155,13 +162,17 @@ class Handler(http.server.BaseHTTPRequestHandler):
             if at is not None and start < at < size and self.strikes():
                 end, fault = at, name
         pause = self.number("drip", 0) / 1000
-        step = 2000 if pause else 1 << 20
-        for at in range(start, end, step):
-            piece = content(at, min(at + step, end))
+        slow_end = min(self.number("until", end), end) if pause else start
+        at = start
+        while at < end:
+            slow = at < slow_end
+            to = min(at + (2000 if slow else STEP), end)
+            piece = content(at, to) if self.text is None else self.text[at:to]
             self.wfile.write(b"%x\r\n%b\r\n" % (len(piece), piece) if chunked else piece)
-            if pause:
+            if slow:
                 self.wfile.flush()
                 time.sleep(pause)
+            at = to
         if chunked and not fault:
             self.wfile.write(b"0\r\n\r\n")
         self.wfile.flush()
@@ -195,14 +206,14 @@ def openssl(folder, *words):
 
 
 def make_certificates(folder, http_port):
-    """An authority, a certificate of its for "localhost", and one that is nobody's."""
-    (folder / "names").write_text("subjectAltName=DNS:localhost\n"
+    """An authority, a certificate of its for the address, and one that is nobody's."""
+    (folder / "names").write_text("subjectAltName=IP:127.0.0.1,DNS:127.0.0.1\n"
                                   f"crlDistributionPoints=URI:http://127.0.0.1:{http_port}/ca.crl\n")
     new = ("req", "-newkey", "rsa:2048", "-nodes", "-days", "2")
     openssl(folder, *new, "-x509", "-keyout", "ca.key", "-out", "ca.pem", "-subj", "/CN=VHRT test authority",
             "-addext", "basicConstraints=critical,CA:TRUE")
     openssl(folder, "x509", "-in", "ca.pem", "-outform", "DER", "-out", "ca.der")
-    openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=localhost")
+    openssl(folder, *new, "-keyout", "trusted.key", "-out", "trusted.csr", "-subj", "/CN=127.0.0.1")
     openssl(folder, "x509", "-req", "-in", "trusted.csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial",
             "-days", "2", "-extfile", "names", "-out", "trusted.pem")
     # Clients ask which certificates the authority has taken back: none.
@@ -211,7 +222,7 @@ def make_certificates(folder, http_port):
     openssl(folder, "ca", "-config", "ca.conf", "-gencrl", "-crldays", "2", "-cert", "ca.pem", "-keyfile", "ca.key",
             "-out", "crl.pem")
     openssl(folder, "crl", "-in", "crl.pem", "-outform", "DER", "-out", "ca.crl")
-    openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=localhost")
+    openssl(folder, *new, "-x509", "-keyout", "untrusted.key", "-out", "untrusted.pem", "-subj", "/CN=127.0.0.1")
 
 
 def serve(folder=None, certificate=None):

@@ -24,8 +24,8 @@ inline std::wstring Address(const std::wstring& query, const std::wstring& key, 
     const char* const port = std::getenv(kind == server::http    ? "VHRT_HTTP_PORT"
                                          : kind == server::https ? "VHRT_HTTPS_PORT"
                                                                  : "VHRT_UNTRUSTED_PORT");
-    return (kind == server::http ? L"http://" : L"https://") + credentials +
-           (kind == server::http ? L"127.0.0.1:" : L"localhost:") + Wide(port) + name + L"?" + query + L"&key=" + key;
+    return (kind == server::http ? L"http://" : L"https://") + credentials + L"127.0.0.1:" + Wide(port) + name + L"?" +
+           query + L"&key=" + key;
 }
 
 // What the server was asked under a key: "-|bytes=99000-".
