@@ -22,7 +22,7 @@ enum : uint32_t {
 // The given text, or the numbered one when there is none.
 stringx TextOr(ObjectContext& context, const wchar_t* given, uint32_t number)
 {
-    if (given && *given)
+    if (!vh::IsEmpty(given))
         return given;
     wchar_t buffer[1024];
     const int32_t length = LangLoadString(&context, number, buffer, static_cast<int32_t>(std::size(buffer)));

@@ -6,6 +6,7 @@
 #include "../runtime/context.h"
 #include "../runtime/frame.h"
 #include "../scriptdata/bstr.h"
+#include "../scriptdata/results.h"
 
 namespace {
 
@@ -47,8 +48,7 @@ HRESULT RunCopy(ObjectContext& context, const wchar_t* source, const wchar_t* ta
     if (!context.suite)
         if (const HRESULT code = context.status.BeginTransfer(vh::Combine(low, high), sink); FAILED(code))
             return code;
-    const HRESULT code = job->Run(context.log.get(), sink.get());
-    return FAILED(code) ? code : S_OK;
+    return vh::FailureOnly(job->Run(context.log.get(), sink.get()));
 }
 
 HRESULT MakeDirectory(ObjectContext& context, const wchar_t* path)
@@ -56,8 +56,7 @@ HRESULT MakeDirectory(ObjectContext& context, const wchar_t* path)
     vh::com_ptr<ISetupFileOps> operations;
     if (const HRESULT code = context.Ask(operations); FAILED(code))
         return code;
-    const HRESULT code = operations->MakeDirectory(vh::bstr(path ? path : L"").get(), context.log.get());
-    return FAILED(code) ? code : S_OK;
+    return vh::FailureOnly(operations->MakeDirectory(vh::TextOrEmpty(path).get(), context.log.get()));
 }
 
 } // namespace

@@ -37,6 +37,6 @@ int32_t _IsLangSupported(int32_t language, const wchar_t* path)
 {
     LanguageConfig config;
     config.Read(vh::View(path));
-    const int32_t standard = _GetStandardLangId(language);
-    return standard == static_cast<uint16_t>(standard) && config.IsSupported(static_cast<uint16_t>(standard));
+    // An identifier has 16 bits, however wide the number is that holds it.
+    return config.IsSupported(static_cast<uint16_t>(_GetStandardLangId(language)));
 }

@@ -8,15 +8,13 @@
 
 namespace {
 
-vh::bstr NameOf(const wchar_t* name) { return vh::bstr(name ? name : L""); }
-
 // Reads on top of a start value and turns what comes into the wanted type. A value that can't be turned stays
 // as it is, and the caller takes what lies in it.
 HRESULT ReadAs(ISetupPropertyBag* bag, const wchar_t* name, VARTYPE wanted, vh::variant& value)
 {
     if (!bag)
         return E_POINTER;
-    const HRESULT code = bag->Read(NameOf(name).get(), &value.get());
+    const HRESULT code = bag->Read(vh::TextOrEmpty(name).get(), &value.get());
     if (FAILED(code))
         return code;
     value.change(wanted);
@@ -27,8 +25,7 @@ int32_t WriteValue(ISetupPropertyBag* bag, const wchar_t* name, VARIANT* value)
 {
     if (!bag)
         return E_POINTER;
-    const HRESULT code = bag->Write(NameOf(name).get(), value);
-    return FAILED(code) ? code : S_OK;
+    return vh::FailureOnly(bag->Write(vh::TextOrEmpty(name).get(), value));
 }
 
 } // namespace
@@ -91,7 +88,7 @@ int32_t ReadArrayProperty(ISetupPropertyBag* bag, const wchar_t* name, VARIANT* 
     if (!bag || !value)
         return E_POINTER;
     vh::variant read;
-    if (const HRESULT code = bag->Read(NameOf(name).get(), read.put()); FAILED(code))
+    if (const HRESULT code = bag->Read(vh::TextOrEmpty(name).get(), read.put()); FAILED(code))
         return code;
     vh::ClearResult(value);
     read.detach(value);
@@ -112,7 +109,7 @@ int32_t WriteBoolProperty(ISetupPropertyBag* bag, const wchar_t* name, int32_t v
 
 int32_t WriteStringProperty(ISetupPropertyBag* bag, const wchar_t* name, const wchar_t* text)
 {
-    vh::variant value(text ? text : L"");
+    vh::variant value(vh::View(text));
     return WriteValue(bag, name, &value.get());
 }
 

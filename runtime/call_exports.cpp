@@ -5,6 +5,7 @@
 
 #include "../diagnostics/trace.h"
 #include "../scriptdata/late_library.h"
+#include "../scriptdata/results.h"
 #include "../scriptdata/stringx.h"
 #include "../scriptdata/unique.h"
 #include "../system/process_snapshot.h"
@@ -30,7 +31,7 @@ constexpr uintptr_t last_error_handle = 32;
 
 vh::unique_module LoadForCall(const wchar_t* path)
 {
-    const HMODULE module = path && *path ? LoadLibraryW(path) : nullptr;
+    const HMODULE module = vh::IsEmpty(path) ? nullptr : LoadLibraryW(path);
     return vh::unique_module(reinterpret_cast<uintptr_t>(module) > last_error_handle ? module : nullptr);
 }
 
@@ -93,7 +94,7 @@ HANDLE _GetRunningChildProcessEx2(int32_t process, HANDLE parent, int32_t descen
 
 int32_t _KillProcesses(const wchar_t* names)
 {
-    const std::vector<stringxi> wanted = SplitNames(names ? names : L"");
+    const std::vector<stringxi> wanted = SplitNames(vh::View(names));
     if (wanted.empty())
         return 0;
     const auto processes = vh::TakeProcessSnapshot();

@@ -1,6 +1,7 @@
 // Install phases that go on to the host, and the host's objects.
 #include "../exports/vhrt/phases.h"
 
+#include "../scriptdata/results.h"
 #include "../scriptdata/variant.h"
 #include "context.h"
 #include "frame.h"
@@ -25,8 +26,6 @@ int32_t OnPhases(ObjectContext* context, Use&& use)
         return phases ? use(*phases.get()) : 0;
     });
 }
-
-constexpr int32_t FailureOnly(HRESULT code) { return FAILED(code) ? code : 0; }
 
 // The value of "back": the walk over the objects turns around.
 constexpr int32_t back_value = 12;
@@ -64,14 +63,15 @@ int32_t _OnUninstPriv(ObjectContext* context)
 
 int32_t _Rebooted(ObjectContext* context)
 {
-    return OnPhases<ISetupRebootPhase>(context, [](ISetupRebootPhase& phase) { return FailureOnly(phase.Rebooted()); });
+    return OnPhases<ISetupRebootPhase>(context,
+                                       [](ISetupRebootPhase& phase) { return vh::FailureOnly(phase.Rebooted()); });
 }
 
 int32_t _ShowWizardPages(ObjectContext* context, int32_t value)
 {
     return OnPhases<ISetupWizard>(context, [&](ISetupWizard& wizard) {
         long result = value;
-        return FailureOnly(wizard.ShowPages(value, &result));
+        return vh::FailureOnly(wizard.ShowPages(value, &result));
     });
 }
 
@@ -140,7 +140,7 @@ int32_t _GetObjectCount(ObjectContext* context, int32_t* count)
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
         if (!c.objects)
             return -1;
-        return FailureOnly(c.objects->Count(reinterpret_cast<long*>(count)));
+        return vh::FailureOnly(c.objects->Count(reinterpret_cast<long*>(count)));
     });
 }
 

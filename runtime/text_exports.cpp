@@ -13,7 +13,7 @@ int32_t __LoadString(ObjectContext* context, const wchar_t* name, wchar_t* buffe
         if (!c.strings)
             return -1;
         vh::bstr text;
-        const HRESULT code = c.strings->GetString(vh::bstr(name ? name : L"").get(), text.put());
+        const HRESULT code = c.strings->GetString(vh::TextOrEmpty(name).get(), text.put());
         if (FAILED(code))
             return code;
         // A name that is not there still delivers what the table gave with it.

@@ -67,4 +67,7 @@ private:
     BSTR m_text = nullptr;
 };
 
+// A script's text argument for the engine: null counts as empty.
+inline bstr TextOrEmpty(const wchar_t* text) { return bstr(text ? text : L""); }
+
 } // namespace vh

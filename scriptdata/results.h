@@ -8,6 +8,10 @@ namespace vh {
 
 // A script's text argument: null counts as empty.
 constexpr std::wstring_view View(const wchar_t* text) { return text ? text : L""; }
+constexpr bool IsEmpty(const wchar_t* text) { return !text || !*text; }
+
+// An engine's code as a result: successes of every kind are 0.
+constexpr int32_t FailureOnly(int32_t code) { return code < 0 ? code : 0; }
 
 // A text to a caller's buffer of `size` units. A text that does not fit is not written, and the result is
 // its length plus 1; a null buffer gives -1.

@@ -22,10 +22,6 @@ constexpr vh::TraceFormats folder_formats = VH_TRACE_FORMATS(L"\t", L"Folder=%s"
 constexpr const wchar_t* no_key = L"None";
 constexpr int32_t text_size = 1024; // of the buffers whose size a script does not give
 
-constexpr bool IsEmpty(const wchar_t* text) { return !text || !*text; }
-constexpr int32_t FailureOnly(HRESULT code) { return FAILED(code) ? code : 0; }
-vh::bstr TextOrEmpty(const wchar_t* text) { return vh::bstr(vh::View(text)); }
-
 // The service, asked for anew by each call; its absence is the result.
 template <class Body>
 int32_t OnShell(const ObjectContext& context, Body&& body)
@@ -78,21 +74,23 @@ HRESULT Describe(ISetupShortcut& shortcut, const IconTexts& texts)
 {
     const auto command = vh::SplitCommandLine(vh::View(texts.command_line));
     const vh::bstr target(command.target);
-    return InTurn(
-        [&] { return shortcut.SetTarget(target.get()); },
-        [&] { return shortcut.SetArguments(vh::bstr(command.arguments).get()); },
-        [&] { return shortcut.SetWorkingDir(TextOrEmpty(texts.working_dir).get()); },
-        [&] { return shortcut.SetHotKey(vh::bstr(IsEmpty(texts.shortcut_key) ? no_key : texts.shortcut_key).get()); },
-        [&] {
-            const vh::bstr icon(IsEmpty(texts.icon_file) ? command.target : vh::View(texts.icon_file));
-            return shortcut.SetIcon(icon.get(), texts.icon_index);
-        },
-        [&]() -> HRESULT {
-            for (const FlagShow& show : flag_shows)
-                if (texts.flags & show.flag)
-                    return shortcut.SetShowCommand(show.command);
-            return S_OK;
-        });
+    return InTurn([&] { return shortcut.SetTarget(target.get()); },
+                  [&] { return shortcut.SetArguments(vh::bstr(command.arguments).get()); },
+                  [&] { return shortcut.SetWorkingDir(vh::TextOrEmpty(texts.working_dir).get()); },
+                  [&] {
+                      return shortcut.SetHotKey(
+                          vh::bstr(vh::IsEmpty(texts.shortcut_key) ? no_key : texts.shortcut_key).get());
+                  },
+                  [&] {
+                      const vh::bstr icon(vh::IsEmpty(texts.icon_file) ? command.target : vh::View(texts.icon_file));
+                      return shortcut.SetIcon(icon.get(), texts.icon_index);
+                  },
+                  [&]() -> HRESULT {
+                      for (const FlagShow& show : flag_shows)
+                          if (texts.flags & show.flag)
+                              return shortcut.SetShowCommand(show.command);
+                      return S_OK;
+                  });
 }
 
 // A shell without properties, or one that refuses them, is no failure.
@@ -109,7 +107,7 @@ void SetFlagProperties(const vh::com_ptr<ISetupShortcut>& shortcut, int32_t flag
 int32_t Save(const ObjectContext& context, ISetupShortcut& shortcut, std::wstring_view path)
 {
     vh::variant target(path);
-    return FailureOnly(shortcut.Save(context.log.get(), &target.get()));
+    return vh::FailureOnly(shortcut.Save(context.log.get(), &target.get()));
 }
 
 // The shortcut under a path: the one that is there, or a new one.
@@ -126,10 +124,10 @@ HRESULT OpenOrMake(ISetupShell& shell, const stringx& path, bool may_exist, vh::
 
 int32_t MakeIcon(const ObjectContext& context, const wchar_t* folder, const wchar_t* item, const IconTexts& texts)
 {
-    if (IsEmpty(item))
+    if (vh::IsEmpty(item))
         return -1;
     return OnShell(context, [&](ISetupShell& shell) -> int32_t {
-        if (IsEmpty(folder))
+        if (vh::IsEmpty(folder))
             return -1;
         const stringx path = vh::Concat(vh::View(folder), vh::View(item));
         vh::com_ptr<ISetupShortcut> shortcut;
@@ -145,13 +143,14 @@ int32_t MakeIcon(const ObjectContext& context, const wchar_t* folder, const wcha
 int32_t ChangeIcon(const ObjectContext& context, const wchar_t* folder, const wchar_t* item, const wchar_t* new_item,
                    const IconTexts& texts)
 {
-    if (IsEmpty(item))
+    if (vh::IsEmpty(item))
         return -1;
     return OnShell(context, [&](ISetupShell& shell) -> int32_t {
-        if (IsEmpty(folder))
+        if (vh::IsEmpty(folder))
             return -1;
         const stringxi old_path(vh::Concat(vh::View(folder), vh::View(item)));
-        const stringxi new_path(vh::Concat(vh::View(folder), IsEmpty(new_item) ? vh::View(item) : vh::View(new_item)));
+        const stringxi new_path(
+            vh::Concat(vh::View(folder), vh::IsEmpty(new_item) ? vh::View(item) : vh::View(new_item)));
         vh::com_ptr<ISetupShortcut> shortcut;
         if (const HRESULT code = OpenOrMake(shell, stringx(old_path), true, shortcut); FAILED(code))
             return code;
@@ -185,7 +184,7 @@ int32_t ListInto(ObjectContext& context, ListHandle list, const wchar_t* folder,
                  HRESULT (STDMETHODCALLTYPE ISetupShell::*names_of)(BSTR, SAFEARRAY**))
 {
     vh::safe_array names;
-    const HRESULT code = (shell.*names_of)(TextOrEmpty(folder).get(), names.put());
+    const HRESULT code = (shell.*names_of)(vh::TextOrEmpty(folder).get(), names.put());
     return FAILED(code) ? code : vh::AddTexts(context, list, names);
 }
 
@@ -195,8 +194,8 @@ int32_t OnFolder(ObjectContext* context, const wchar_t* trace_name, const wchar_
 {
     const vh::TracedCall call(trace_name, folder_formats.begin, folder);
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        const int32_t code = IsEmpty(folder) ? -1 : OnShell(c, [&](ISetupShell& shell) -> int32_t {
-            return FailureOnly(body(shell, TextOrEmpty(folder).get(), c.log.get()));
+        const int32_t code = vh::IsEmpty(folder) ? -1 : OnShell(c, [&](ISetupShell& shell) -> int32_t {
+            return vh::FailureOnly(body(shell, vh::TextOrEmpty(folder).get(), c.log.get()));
         });
         return call.End(code, folder_formats.failure, folder_formats.success, folder);
     });
@@ -241,7 +240,7 @@ int32_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* 
                   int32_t* flags)
 {
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        if (IsEmpty(item) || IsEmpty(folder))
+        if (vh::IsEmpty(item) || vh::IsEmpty(folder))
             return -1;
         return OnShell(c, [&](ISetupShell& shell) -> int32_t {
             vh::com_ptr<ISetupShortcut> shortcut;
@@ -278,13 +277,13 @@ int32_t DeleteIcon(ObjectContext* context, const wchar_t* path)
     const vh::TracedCall call(L"DeleteFolderIcon", item_formats.begin, path);
     const auto end = [&](int32_t code) { return call.End(code, item_formats.failure, item_formats.success, path); };
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        if (IsEmpty(path))
+        if (vh::IsEmpty(path))
             return end(-1);
         vh::com_ptr<ISetupShell> shell;
         if (const HRESULT code = c.Ask(shell); FAILED(code))
             return end(code);
         // A shortcut that can't be removed leaves no end record.
-        return FAILED(shell->RemoveItem(TextOrEmpty(path).get())) ? -1 : end(0);
+        return FAILED(shell->RemoveItem(vh::TextOrEmpty(path).get())) ? -1 : end(0);
     });
 }
 
@@ -304,7 +303,7 @@ int32_t ShowFolder(ObjectContext* context, const wchar_t* folder, int32_t comman
 {
     return vh::Framed(context, [&](ObjectContext& c) {
         return OnShell(c, [&](ISetupShell& shell) {
-            return FailureOnly(shell.OpenFolderWindow(TextOrEmpty(folder).get(), command));
+            return vh::FailureOnly(shell.OpenFolderWindow(vh::TextOrEmpty(folder).get(), command));
         });
     });
 }
@@ -312,7 +311,7 @@ int32_t ShowFolder(ObjectContext* context, const wchar_t* folder, int32_t comman
 int32_t EnumFoldersItems(ObjectContext* context, const wchar_t* folder, ListHandle items, ListHandle folders)
 {
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        if (IsEmpty(folder))
+        if (vh::IsEmpty(folder))
             return -1;
         return OnShell(c, [&](ISetupShell& shell) {
             const int32_t code = ListInto(c, folders, folder, shell, &ISetupShell::ListFolders);
@@ -325,9 +324,9 @@ int32_t _SetShortcutProperty(ObjectContext* context, const wchar_t* path, const 
 {
     return vh::Framed(context, [&](ObjectContext& c) {
         return OnShell(c, [&](ISetupShell& shell) -> int32_t {
-            if (IsEmpty(path))
+            if (vh::IsEmpty(path))
                 return -1;
-            const vh::bstr name = TextOrEmpty(path);
+            const vh::bstr name = vh::TextOrEmpty(path);
             VARIANT_BOOL exists = VARIANT_FALSE;
             if (const HRESULT code = shell.ItemExists(name.get(), &exists); FAILED(code))
                 return code;
@@ -340,11 +339,12 @@ int32_t _SetShortcutProperty(ObjectContext* context, const wchar_t* path, const 
             missing.scode = DISP_E_PARAMNOTFOUND;
             vh::variant target(path);
             VARIANT_BOOL done = VARIANT_FALSE;
-            return InTurn([&] { return shell.OpenItem(name.get(), shortcut.put()); },
-                          [&] { return FAILED(shortcut.query(properties)) ? E_NOINTERFACE : S_OK; },
-                          [&] { return properties->SetProperty(TextOrEmpty(key).get(), TextOrEmpty(value).get()); },
-                          [&] { return properties->SaveAs(0, target.get(), missing, missing); },
-                          [&] { return properties->Commit(&done); });
+            return InTurn(
+                [&] { return shell.OpenItem(name.get(), shortcut.put()); },
+                [&] { return FAILED(shortcut.query(properties)) ? E_NOINTERFACE : S_OK; },
+                [&] { return properties->SetProperty(vh::TextOrEmpty(key).get(), vh::TextOrEmpty(value).get()); },
+                [&] { return properties->SaveAs(0, target.get(), missing, missing); },
+                [&] { return properties->Commit(&done); });
         });
     });
 }

@@ -23,8 +23,6 @@ constexpr int64_t binary_value = -10;
 
 // Roots are shown by their low half.
 constexpr long Shown(int64_t root) { return static_cast<long>(root); }
-constexpr bool IsEmpty(const wchar_t* text) { return !text || !*text; }
-constexpr int32_t FailureOnly(HRESULT code) { return FAILED(code) ? code : 0; }
 
 // The service with a key in the form that it takes.
 struct KeyTarget {
@@ -49,7 +47,7 @@ int64_t OnAnyKey(ObjectContext* context, int64_t root, const wchar_t* key, Body&
     return vh::Framed(context, [&](ObjectContext& c) -> int64_t {
         if (!c.registry)
             return -1;
-        std::wstring_view text = key ? key : L"";
+        std::wstring_view text = vh::View(key);
         if (text.starts_with(L'\\'))
             text.remove_prefix(1);
         return body(KeyTarget{c, c.registry.get(), c.connected ? c.remoteKey : root, vh::bstr(text)});
@@ -61,20 +59,18 @@ template <class Body>
 int64_t OnKey(ObjectContext* context, int64_t root, const wchar_t* key, Body&& body)
 {
     return OnAnyKey(context, root, key,
-                    [&](const KeyTarget& target) -> int64_t { return IsEmpty(key) ? -1 : body(target); });
+                    [&](const KeyTarget& target) -> int64_t { return vh::IsEmpty(key) ? -1 : body(target); });
 }
-
-vh::bstr TextOrEmpty(const wchar_t* text) { return vh::bstr(text ? text : L""); }
 
 // A deletion of something in a key; what is not there is a failure.
 template <class Delete>
 int32_t DeleteExisting(const KeyTarget& target, const wchar_t* given_key, Delete&& remove)
 {
     bool exists = false;
-    if (IsEmpty(given_key))
+    if (vh::IsEmpty(given_key))
         return -1;
     target.Exists(exists);
-    return exists ? FailureOnly(remove()) : -1;
+    return exists ? vh::FailureOnly(remove()) : -1;
 }
 
 // One value on its way to the engine, with its trace records.
@@ -94,9 +90,9 @@ public:
     int64_t Run(ObjectContext* context, vh::variant value) const
     {
         return OnKey(context, m_root, m_key, [&](const KeyTarget& target) {
-            const HRESULT code = target.service->SetValue(target.root, target.key.get(), TextOrEmpty(m_name).get(),
+            const HRESULT code = target.service->SetValue(target.root, target.key.get(), vh::TextOrEmpty(m_name).get(),
                                                           m_type, &value.get(), target.context.log.get());
-            return End(FailureOnly(code), target.root);
+            return End(vh::FailureOnly(code), target.root);
         });
     }
 
@@ -181,7 +177,7 @@ int64_t _RegConnectRegistry(ObjectContext* context, int64_t root, const wchar_t*
             return connected_already;
         if (!CanConnect(root))
             return -1;
-        const HRESULT code = c.registry->Connect(root, TextOrEmpty(machine).get(), &c.remoteKey);
+        const HRESULT code = c.registry->Connect(root, vh::TextOrEmpty(machine).get(), &c.remoteKey);
         if (FAILED(code))
             return ConnectFailure(code);
         c.connected = true;
@@ -212,9 +208,9 @@ int64_t _RegCreateKey(ObjectContext* context, int64_t root, const wchar_t* key, 
     const vh::TracedCall call(L"RegDBCreateKeyEx", create_formats.begin, Shown(root), key, keyClass,
                               static_cast<long>(shared));
     return OnKey(context, root, key, [&](const KeyTarget& target) -> int64_t {
-        const HRESULT code = target.service->CreateKey(target.root, target.key.get(), TextOrEmpty(keyClass).get(),
+        const HRESULT code = target.service->CreateKey(target.root, target.key.get(), vh::TextOrEmpty(keyClass).get(),
                                                        shared ? VARIANT_TRUE : VARIANT_FALSE, target.context.log.get());
-        return call.End(FailureOnly(code), create_formats.failure, create_formats.success, Shown(target.root), key,
+        return call.End(vh::FailureOnly(code), create_formats.failure, create_formats.success, Shown(target.root), key,
                         keyClass, static_cast<long>(shared));
     });
 }
@@ -234,7 +230,7 @@ int64_t _RegDeleteValue(ObjectContext* context, int64_t root, const wchar_t* key
     const vh::TracedCall call(L"RegDBDeleteValue", delete_value_formats.begin, Shown(root), key, name);
     return OnAnyKey(context, root, key, [&](const KeyTarget& target) -> int64_t {
         const int32_t code = DeleteExisting(target, key, [&] {
-            return target.service->DeleteValue(target.root, target.key.get(), TextOrEmpty(name).get());
+            return target.service->DeleteValue(target.root, target.key.get(), vh::TextOrEmpty(name).get());
         });
         return call.End(code, delete_value_formats.failure, delete_value_formats.success, Shown(target.root), key,
                         name);
@@ -268,7 +264,7 @@ int64_t _RegQueryKeyValue(ObjectContext* context, int64_t root, const wchar_t* k
     static_assert(sizeof(long) == sizeof(int32_t));
     return OnKey(context, root, key, [&](const KeyTarget& target) -> int64_t {
         vh::variant value;
-        const HRESULT code = target.service->QueryValue(target.root, target.key.get(), TextOrEmpty(name).get(),
+        const HRESULT code = target.service->QueryValue(target.root, target.key.get(), vh::TextOrEmpty(name).get(),
                                                         reinterpret_cast<long*>(type), value.put());
         if (FAILED(code))
             return code;
@@ -289,7 +285,7 @@ int64_t _RegQueryKeyBinaryValue(ObjectContext* context, int64_t root, const wcha
         long type = REG_NONE;
         vh::variant value;
         const HRESULT code =
-            target.service->QueryValue(target.root, target.key.get(), TextOrEmpty(name).get(), &type, value.put());
+            target.service->QueryValue(target.root, target.key.get(), vh::TextOrEmpty(name).get(), &type, value.put());
         if (FAILED(code))
             return code;
         if (value.type() != VT_BSTR || type != REG_BINARY)
@@ -316,7 +312,7 @@ int64_t _RegSetKeyValue(ObjectContext* context, int64_t root, const wchar_t* key
         switch (type) {
         case REG_SZ:
         case REG_EXPAND_SZ:
-            return write.Run(context, vh::variant(TextOrEmpty(value)));
+            return write.Run(context, vh::variant(vh::TextOrEmpty(value)));
         case REG_BINARY:
             return write.Refuse(static_cast<int32_t>(binary_value));
         case REG_DWORD:

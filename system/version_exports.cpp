@@ -86,7 +86,7 @@ int32_t _VerUpdateFile(ObjectContext* context, const wchar_t* source, const wcha
 {
     if (const int32_t code = _FileCopy(context, source, target, flags); code != 0)
         return code;
-    vh::CopyOutUnlimited(target ? target : L"", buffer);
+    vh::CopyOutUnlimited(vh::View(target), buffer);
     return 0;
 }
 

@@ -65,13 +65,15 @@ private:
     std::wstring& m_heard;
 };
 
+using Costs = OnTree;
+using Filters = OnTree;
+using Items = OnTree;
+using Selection = OnTree;
+
 } // namespace
 
-TEST(Items, AreFoundByNameAndIndexWithTheFirstDiskInFront)
+TEST_F(Items, AreFoundByNameAndIndexWithTheFirstDiskInFront)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     com_ptr<ISetupFeatures> features;
     engine->Host().query<ISetupFeatureHost>()->GetFeatures(features.put());
     long count = 0;
@@ -91,11 +93,10 @@ TEST(Items, AreFoundByNameAndIndexWithTheFirstDiskInFront)
         EXPECT_EQ(no_such_item, features->Item(key.get(), item.put()));
 }
 
-TEST(Items, ShowTheSameStateAsFeaturesAndAsComponents)
+TEST_F(Items, ShowTheSameStateAsFeaturesAndAsComponents)
 {
-    SetupFolder folder;
     MakeTree(folder, R"(, "support": [{"name": "License", "files": ["a.bin"]}])");
-    const auto engine = folder.Open();
+    Reopen();
     com_ptr<ISetupComponents> root, children;
     ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->GetRoot(root.put()));
     const auto child = [](const com_ptr<ISetupComponents>& items, const wchar_t* name) {
@@ -122,11 +123,8 @@ struct SelectionCase {
     const wchar_t* state;
 };
 
-TEST(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
+TEST_F(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     ASSERT_EQ(L"ssss", State(*engine));
     const SelectionCase steps[] = {
         {{L"Core"}, 0, S_FALSE, L"ssss"}, {{L"Tools", L"Extra"}, 0, S_OK, L"sp-s"},
@@ -144,12 +142,11 @@ TEST(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
     EXPECT_EQ(L"ssss", State(*engine));
 }
 
-TEST(Selection, OfARequiredChildHoldsTheItemsAbove)
+TEST_F(Selection, OfARequiredChildHoldsTheItemsAbove)
 {
-    SetupFolder folder;
     folder.Product(
         R"("features": [{"name": "Top", "features": [{"name": "Must", "required": true}, {"name": "May"}]}])");
-    const auto engine = folder.Open();
+    Reopen();
     EXPECT_EQ(S_FALSE, Feature(*engine, {L"Top"})->SetSelected(0));
     EXPECT_EQ(2, Selected(*engine, {L"Top", L"May"}));
     engine->Host().query<ISetupFeatureHost>()->SelectAll(0);
@@ -158,11 +155,8 @@ TEST(Selection, OfARequiredChildHoldsTheItemsAbove)
     EXPECT_EQ(0, Selected(*engine, {L"Top", L"May"}));
 }
 
-TEST(Selection, TellsSubscribedViewsUntilTheyLeave)
+TEST_F(Selection, TellsSubscribedViewsUntilTheyLeave)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     std::wstring heard;
     const auto ear = make_object<Ear>(heard);
     long tools = 0, extra = 0;
@@ -204,11 +198,8 @@ TEST(SetupTypes, SelectTheirFeaturesAndWhatLiesBelow)
     EXPECT_EQ(L"Probe minimal", text.view());
 }
 
-TEST(Costs, CountSelectedFilesPerDriveInPlainBytes)
+TEST_F(Costs, CountSelectedFilesPerDriveInPlainBytes)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     EXPECT_EQ(100u, SelectionCost(*engine));
     EXPECT_EQ(20u, SizeOf(Feature(*engine, {L"Tools"}), false));
     EXPECT_EQ(90u, SizeOf(Feature(*engine, {L"Tools"}), true));
@@ -240,11 +231,8 @@ TEST(Costs, CountSelectedFilesPerDriveInPlainBytes)
     EXPECT_EQ(0u, low);
 }
 
-TEST(Filters, TakeFeaturesOutAndLetThemBackIn)
+TEST_F(Filters, TakeFeaturesOutAndLetThemBackIn)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     const auto data = ServiceOf<ISetupData>(*engine);
     const auto visible = [&] {
         VARIANT_BOOL truth = VARIANT_FALSE;

@@ -49,6 +49,9 @@ bool RunKilled(const SetupFolder& folder, const wchar_t* test, int step)
     return code == killed_code;
 }
 
+using Kill = OnTree;
+using Log = OnTree;
+
 } // namespace
 
 TEST(Child, DISABLED_Installs)
@@ -66,10 +69,9 @@ TEST(Child, DISABLED_Removes)
     Uninstall(LogFileOf(folder.Setup(), folder.Data()), [](const Removal&) { KillAtStep(); });
 }
 
-TEST(Kill, DuringAnInstallationLeavesNoHalfFileAndTheNextStartCleansUp)
+TEST_F(Kill, DuringAnInstallationLeavesNoHalfFileAndTheNextStartCleansUp)
 {
-    SetupFolder folder;
-    MakeTree(folder);
+    engine.reset();
     WriteText(folder.Target(L"c.bin"), "older");
     int step = 1;
     for (; RunKilled(folder, L"Child.DISABLED_Installs", step); ++step) {
@@ -81,22 +83,21 @@ TEST(Kill, DuringAnInstallationLeavesNoHalfFileAndTheNextStartCleansUp)
         if (step % 2)
             continue;
         // The child after this one cleans up by itself; here it is the parent.
-        const auto engine = folder.Open();
+        Reopen();
         EXPECT_EQ((std::vector<std::wstring>{L"c.bin"}), Tree(folder.Target())) << step;
         EXPECT_EQ("older", ReadWhole(folder.Target(L"c.bin"), 100));
+        EXPECT_FALSE(engine->Maintenance());
+        ASSERT_FALSE(engine->Messages().empty());
+        EXPECT_NE(std::wstring::npos, engine->Messages().front().reason.find(L"unfinished"));
+        engine.reset();
     }
     EXPECT_GT(step, 4);
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
 }
 
-TEST(Kill, DuringARemovalLetsTheNextOneGoOn)
+TEST_F(Kill, DuringARemovalLetsTheNextOneGoOn)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    engine.reset();
+    Install();
     std::size_t left = Tree(folder.Target()).size();
     while (RunKilled(folder, L"Child.DISABLED_Removes", 1)) {
         const std::size_t now = Tree(folder.Target()).size();
@@ -108,10 +109,8 @@ TEST(Kill, DuringARemovalLetsTheNextOneGoOn)
     EXPECT_FALSE(Exists(folder.Target()));
 }
 
-TEST(Log, BelongsToOneSetupAtATime)
+TEST_F(Log, BelongsToOneSetupAtATime)
 {
-    SetupFolder folder;
-    MakeTree(folder);
     const auto first = folder.Open();
     const auto second = folder.Open();
     ASSERT_EQ(S_OK, MoveAll(*first));
@@ -125,15 +124,9 @@ TEST(Log, BelongsToOneSetupAtATime)
     EXPECT_EQ(tree, Tree(folder.Target()));
 }
 
-TEST(Log, ThatIsDamagedIsNamedWithItsLine)
+TEST_F(Log, ThatIsDamagedIsNamedWithItsLine)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    const std::wstring log = engine->LogFile();
-    engine.reset();
+    const std::wstring log = Install();
     std::string content = ReadWhole(log, 100'000);
     content.insert(content.find('\n') + 1, "nonsense\n");
     WriteText(log, content);

@@ -151,4 +151,28 @@ inline std::wstring LastReason(const Engine& engine)
     return {};
 }
 
+// A test on the tree of MakeTree with an engine on it, which goes before the folder does.
+class OnTree : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        MakeTree(folder);
+        engine = folder.Open();
+    }
+    // Installs all that is selected and ends the run. Result: its log.
+    std::wstring Install()
+    {
+        EXPECT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
+        engine->Commit();
+        const std::wstring log = engine->LogFile();
+        engine.reset();
+        return log;
+    }
+    // The next run over the same folder.
+    void Reopen() { engine = folder.Open(); }
+
+    SetupFolder folder;
+    std::unique_ptr<Engine> engine;
+};
+
 } // namespace vh::engine::test

@@ -28,6 +28,8 @@ HRESULT Set(ISetupTextSub& store, const wchar_t* name, const wchar_t* value)
     return store.SetValue(bstr(name).get(), bstr(value).get());
 }
 
+using TextStores = OnTree;
+
 } // namespace
 
 struct PatternCase {
@@ -64,11 +66,8 @@ TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
     EXPECT_LT(SubstituteText(L"<A>", doubling).size(), 1'000'001u);
 }
 
-TEST(TextStores, LocalValuesWinAndGlobalOnesShowThrough)
+TEST_F(TextStores, LocalValuesWinAndGlobalOnesShowThrough)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     const auto local = ServiceOf<ISetupTextSub>(*engine, local_text_service);
     const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
     EXPECT_EQ(folder.Target(), Value(*local.get(), L"TARGETDIR"));
@@ -82,11 +81,8 @@ TEST(TextStores, LocalValuesWinAndGlobalOnesShowThrough)
     EXPECT_EQ(E_INVALIDARG, Set(*local.get(), L"", L"x"));
 }
 
-TEST(TextStores, ProtectedVariablesRefuseAndCanBeFreed)
+TEST_F(TextStores, ProtectedVariablesRefuseAndCanBeFreed)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
     EXPECT_EQ(E_ACCESSDENIED, Set(*global.get(), L"SUPPORTDIR", L"C:\\"));
     const auto protection = global.query<ISetupTextSubEx>();
@@ -96,11 +92,8 @@ TEST(TextStores, ProtectedVariablesRefuseAndCanBeFreed)
     EXPECT_EQ(E_ACCESSDENIED, Set(*global.get(), L"SUPPORTDIR", L"D:\\"));
 }
 
-TEST(TextStores, TargetsAreSavedToTheLogAndLoadedByALaterRun)
+TEST_F(TextStores, TargetsAreSavedToTheLogAndLoadedByALaterRun)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
     {
         const auto local = ServiceOf<ISetupTextSub>(*engine, local_text_service);
         const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
@@ -112,10 +105,8 @@ TEST(TextStores, TargetsAreSavedToTheLogAndLoadedByALaterRun)
         ASSERT_EQ(S_OK, local->Save(bstr(L"dirsLocal").get(), ServiceOf<ISetupLog>(*engine).get()));
         EXPECT_EQ(E_INVALIDARG, local->Save(bstr(L"x").get(), nullptr));
     }
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    engine.reset();
-    engine = folder.Open();
+    Install();
+    Reopen();
     const auto local = ServiceOf<ISetupTextSub>(*engine, local_text_service);
     const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
     EXPECT_EQ(S_FALSE, local->Load(bstr(L"otherLocal").get(), ServiceOf<ISetupLog>(*engine).get()));

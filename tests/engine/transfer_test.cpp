@@ -20,13 +20,14 @@ std::wstring Outcomes(const std::vector<Removal>& removals, RemovalOutcome wante
     return names;
 }
 
+using Maintenance = OnTree;
+using Removals = OnTree;
+using Transfer = OnTree;
+
 } // namespace
 
-TEST(Transfer, PutsSelectedFilesIntoTheirFoldersWithTimeAndContent)
+TEST_F(Transfer, PutsSelectedFilesIntoTheirFoldersWithTimeAndContent)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     ASSERT_EQ(S_FALSE, Feature(*engine, {L"Core"})->SetSelected(0));
     ASSERT_EQ(S_OK, Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0));
     ASSERT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
@@ -35,14 +36,12 @@ TEST(Transfer, PutsSelectedFilesIntoTheirFoldersWithTimeAndContent)
     EXPECT_EQ(FactsOf(folder.Setup(L"b.bin")).time, FactsOf(folder.Target(L"bin\\b.bin")).time);
 }
 
-TEST(Transfer, ReportsProgressUpToTheTotalAndNamesEachFile)
+TEST_F(Transfer, ReportsProgressUpToTheTotalAndNamesEachFile)
 {
-    SetupFolder folder;
-    MakeTree(folder);
     Options options = folder.Given();
     std::vector<Progress> seen;
     options.onProgress = [&](const Progress& progress) { return seen.push_back(progress), true; };
-    const auto engine = Engine::Open(std::move(options));
+    engine = Engine::Open(std::move(options));
     com_ptr<IUnknown> sink;
     ASSERT_EQ(S_OK, ServiceOf<ISetupProgress>(*engine)->BeginTransfer(100, 0, 0, sink.put()));
     ASSERT_EQ(S_OK, engine->Host().query<ISetupFeatureHost>()->Move(sink.get()));
@@ -56,13 +55,11 @@ TEST(Transfer, ReportsProgressUpToTheTotalAndNamesEachFile)
     EXPECT_EQ(100, position);
 }
 
-TEST(Transfer, CancelTakesBackWhatWasWritten)
+TEST_F(Transfer, CancelTakesBackWhatWasWritten)
 {
-    SetupFolder folder;
-    MakeTree(folder);
     Options options = folder.Given();
     options.onProgress = [](const Progress& progress) { return progress.done < 30; };
-    const auto engine = Engine::Open(std::move(options));
+    engine = Engine::Open(std::move(options));
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_CANCELLED), MoveAll(*engine));
     EXPECT_FALSE(Exists(folder.Target()));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"cancelled"));
@@ -75,15 +72,13 @@ struct Obstacle {
     std::function<unique_file(const SetupFolder&)> put;
 };
 
-class ObstacleTest : public testing::TestWithParam<Obstacle> {};
+class ObstacleTest : public OnTree, public testing::WithParamInterface<Obstacle> {};
 
 TEST_P(ObstacleTest, RollsBackAndNamesTheFile)
 {
-    SetupFolder folder;
-    MakeTree(folder);
     WriteText(folder.Target(L"a.bin"), "older");
     const auto before = FactsOf(folder.Target(L"a.bin")).time;
-    auto engine = folder.Open();
+    Reopen();
     const unique_file held = GetParam().put(folder);
     const auto tree = Tree(folder.Target());
     EXPECT_EQ(GetParam().code, MoveAll(*engine));
@@ -126,11 +121,8 @@ INSTANTIATE_TEST_SUITE_P(Of, ObstacleTest,
                                                   }}),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST(Transfer, RefusesWhatDoesNotFitOnTheDrive)
+TEST_F(Transfer, RefusesWhatDoesNotFitOnTheDrive)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    const auto engine = folder.Open();
     ASSERT_EQ(S_OK,
               Feature(*engine, {L"Core"}).query<ISetupItemFiles>()->AddCost(0, 0x7FFFFFFF, bstr(L"<TARGETDIR>").get()));
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), MoveAll(*engine));
@@ -138,9 +130,8 @@ TEST(Transfer, RefusesWhatDoesNotFitOnTheDrive)
     EXPECT_FALSE(Exists(folder.Target()));
 }
 
-TEST(Transfer, LeavesEqualNewerAndProtectedFilesAlone)
+TEST_F(Transfer, LeavesEqualNewerAndProtectedFilesAlone)
 {
-    SetupFolder folder;
     folder.Payload(L"keep.txt", "new");
     folder.Payload(L"win.txt", "new");
     WriteText(folder.Target(L"keep.txt"), "user's");
@@ -151,16 +142,15 @@ TEST(Transfer, LeavesEqualNewerAndProtectedFilesAlone)
     const uint64_t size = FactsOf(folder.Target(L"win.txt")).size;
     folder.Product(R"("features": [{"name": "F", "files": [{"name": "g", "files": [
         {"path": "keep.txt", "flags": ["never-overwrite"]}, {"path": "win.txt", "version": "0.1"}]}]}])");
-    const auto engine = folder.Open();
+    Reopen();
     ASSERT_EQ(S_OK, MoveAll(*engine));
     EXPECT_EQ("user's", ReadWhole(folder.Target(L"keep.txt"), 100));
     EXPECT_EQ(size, FactsOf(folder.Target(L"win.txt")).size);
     EXPECT_TRUE(engine->Installed().empty());
 }
 
-TEST(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames)
+TEST_F(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames)
 {
-    SetupFolder folder;
     std::wstring deep = L"tree";
     for (int level = 0; level < 24; ++level)
         deep += L"\\Ordner \u00e4\u00f6\u00fc " + std::to_wstring(level);
@@ -170,7 +160,7 @@ TEST(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames)
                        std::to_string(i));
     folder.Product(
         R"("features": [{"name": "Alles", "files": [{"name": "g", "files": [{"path": "tree/*", "recurse": true}]}]}])");
-    auto engine = folder.Open();
+    Reopen();
     ASSERT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
     EXPECT_EQ(2000u, engine->Installed().size());
     EXPECT_EQ(Tree(folder.Setup(L"tree")), Tree(folder.Target()));
@@ -183,15 +173,9 @@ TEST(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames)
     EXPECT_FALSE(Exists(log));
 }
 
-TEST(Removal, TakesExactlyWhatWasInstalledAndLeavesTheUsersFiles)
+TEST_F(Removals, TakesExactlyWhatWasInstalledAndLeavesTheUsersFiles)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    const std::wstring log = engine->LogFile();
-    engine.reset();
+    const std::wstring log = Install();
     WriteText(folder.Target(L"bin\\mine.txt"), "mine");
     WriteText(folder.Target(L"c.bin"), "changed by me");
     const auto removals = Uninstall(log);
@@ -202,15 +186,9 @@ TEST(Removal, TakesExactlyWhatWasInstalledAndLeavesTheUsersFiles)
     EXPECT_THROW(Uninstall(log), engine_error);
 }
 
-TEST(Removal, ContinuesAfterAFailureAndAfterAKill)
+TEST_F(Removals, ContinuesAfterAFailureAndAfterAKill)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    const std::wstring log = engine->LogFile();
-    engine.reset();
+    const std::wstring log = Install();
     {
         const unique_file held = Hold(folder.Target(L"b.bin"));
         const unique_file heldInBin = Hold(folder.Target(L"bin\\b.bin"));
@@ -229,53 +207,11 @@ TEST(Removal, ContinuesAfterAFailureAndAfterAKill)
     EXPECT_FALSE(Exists(log));
 }
 
-TEST(Removal, ANewStartUndoesARunThatNeverEnded)
+TEST_F(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    WriteText(folder.Target(L"a.bin"), "older");
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    const std::string log = ReadWhole(engine->LogFile(), 1 << 20);
-    const std::wstring logFile = engine->LogFile();
-    // What a killed process leaves: the log without an end, new files, and backups beside them.
-    std::vector<std::pair<std::wstring, std::string>> left;
-    for (const std::wstring& name : Tree(folder.Target()))
-        if (FactsOf(folder.Target(name)).file())
-            left.emplace_back(name, ReadWhole(folder.Target(name), 1000));
-    std::map<std::wstring, FILETIME> times;
-    for (const auto& [name, content] : left) {
-        const uint64_t time = FactsOf(folder.Target(name)).time;
-        times[name] = {static_cast<DWORD>(time), static_cast<DWORD>(time >> 32)};
-    }
-    engine.reset();
-    ASSERT_EQ((std::vector<std::wstring>{L"a.bin"}), Tree(folder.Target()));
-    RemoveFile(folder.Target(L"a.bin"));
-    for (const auto& [name, content] : left) {
-        WriteText(folder.Target(name), content);
-        const unique_file file(
-            CreateFileW(folder.Target(name).c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        SetFileTime(file.get(), nullptr, nullptr, &times[name]);
-    }
-    WriteText(logFile, log);
-
-    engine = folder.Open();
-    EXPECT_EQ((std::vector<std::wstring>{L"a.bin"}), Tree(folder.Target()));
-    EXPECT_EQ("older", ReadWhole(folder.Target(L"a.bin"), 100));
-    EXPECT_FALSE(engine->Maintenance());
-    ASSERT_FALSE(engine->Messages().empty());
-    EXPECT_NE(std::wstring::npos, engine->Messages().front().reason.find(L"unfinished"));
-}
-
-TEST(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)
-{
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
     Feature(*engine, {L"Tools", L"Help"})->SetSelected(0);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    engine = folder.Open();
+    Install();
+    Reopen();
     EXPECT_TRUE(engine->Maintenance());
     EXPECT_EQ(2, Selected(*engine, {L"Tools", L"Extra"}));
     EXPECT_EQ(0, Selected(*engine, {L"Tools", L"Help"}));
@@ -284,21 +220,17 @@ TEST(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)
     ASSERT_EQ(S_OK, MoveAll(*engine));
     engine->Commit();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}), Tree(folder.Target()));
-    engine = folder.Open();
+    Reopen();
     ServiceOf<ISetupData>(*engine).query<ISetupDataEx>()->SetRemoveAllMode(VARIANT_TRUE);
     ASSERT_EQ(S_OK, MoveAll(*engine));
     engine->Commit();
     EXPECT_FALSE(Exists(folder.Target()));
 }
 
-TEST(Maintenance, ReinstallRepairsADamagedFile)
+TEST_F(Maintenance, ReinstallRepairsADamagedFile)
 {
-    SetupFolder folder;
-    MakeTree(folder);
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    engine = folder.Open();
+    Install();
+    Reopen();
     WriteText(folder.Target(L"a.bin"), "damaged");
     ASSERT_EQ(S_OK, MoveAll(*engine));
     EXPECT_EQ("damaged", ReadWhole(folder.Target(L"a.bin"), 100));
@@ -310,18 +242,15 @@ TEST(Maintenance, ReinstallRepairsADamagedFile)
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
 }
 
-TEST(Maintenance, LeavesAFileThatAnotherFeatureNeeds)
+TEST_F(Maintenance, LeavesAFileThatAnotherFeatureNeeds)
 {
-    SetupFolder folder;
     folder.Payload(L"both.bin", "both");
     folder.Payload(L"one.bin", "one");
     folder.Product(R"("features": [{"name": "One", "files": [{"name": "g", "files": ["both.bin", "one.bin"]}]},
         {"name": "Two", "files": [{"name": "g", "files": ["both.bin"]}]}])");
-    auto engine = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    engine.reset();
-    engine = folder.Open();
+    Reopen();
+    Install();
+    Reopen();
     Feature(*engine, {L"One"})->SetSelected(0);
     ASSERT_EQ(S_OK, MoveAll(*engine));
     engine->Commit();

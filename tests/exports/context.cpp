@@ -199,6 +199,11 @@ TEST(Context, GivesObjectsOnlyWhenItHasThem)
         EXPECT_LT(get(bare, none.put()), 0);
         EXPECT_EQ(none.type(), VT_EMPTY);
     }
+    for (const int32_t selector : {0, 1}) {
+        variant none(L"old");
+        EXPECT_EQ(__GetTextSub(bare, selector, &none.get()), E_FAIL);
+        EXPECT_EQ(none.type(), VT_EMPTY);
+    }
     variant component;
     EXPECT_EQ(__GetLogEx(session, component.put()), E_FAIL);
 }

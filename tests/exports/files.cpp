@@ -10,6 +10,7 @@
 #include "../support/temp_folder.h"
 
 using vh::test::BareContext;
+using vh::test::BytesOf;
 using vh::test::CallCounter;
 using vh::test::TempFolder;
 
@@ -34,12 +35,6 @@ std::string Widened(const std::string& narrow, bool mark = true)
     for (const char c : narrow)
         wide += {c, '\0'};
     return wide;
-}
-
-std::string BytesOf(const std::wstring& path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(TextFile, CutsLinesAlikeInBothEncodings)

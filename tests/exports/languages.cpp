@@ -31,6 +31,9 @@ TEST(LanguageConfiguration, TellsWhatIsSupported)
         {"66569", 1033, 1},
         {"", 1033, 0},
         {"1033,,1041", 1041, 1},
+        {"1033", 0x10409, 1},
+        {"9", 0x10009, 1},
+        {"1033", 0x10009, 0},
     };
     const vh::test::TempFolder folder;
     for (const auto& one : cases) {

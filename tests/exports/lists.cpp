@@ -10,6 +10,7 @@
 #include "../support/temp_folder.h"
 
 using vh::test::BareContext;
+using vh::test::BytesOf;
 using vh::test::ListText;
 using vh::test::TempFolder;
 
@@ -253,12 +254,6 @@ TEST(Lists, KeepApartWhenMadeAndDestroyedInAnyOrder)
         ASSERT_EQ(_ListCurrentItem(context, list, &value), 0);
         ASSERT_EQ(value, static_cast<int32_t>(list & 0x7FFFFFFF));
     }
-}
-
-std::string BytesOf(const std::wstring& path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 TEST(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "../support/bare_context.h"
 #include "../support/session.h"
 
 using namespace vh;
@@ -16,11 +17,7 @@ constexpr const wchar_t* data = L"DATA";
 
 std::wstring Texts(ObjectContext* context, ListHandle list)
 {
-    std::wstring all;
-    wchar_t buffer[512];
-    for (int64_t code = _ListGetFirstString(context, list, buffer, 512); code == 0;
-         code = _ListGetNextString(context, list, buffer, 512))
-        all += (all.empty() ? L"" : L"|") + std::wstring(buffer);
+    std::wstring all = vh::test::ListText(context, list);
     ListHandle handle = list;
     _ListDestroy(context, &handle);
     return all;

@@ -15,14 +15,6 @@ namespace {
 
 constexpr const wchar_t* mine = L"Mine";
 
-std::wstring State(ObjectContext* context, std::initializer_list<const wchar_t*> items)
-{
-    std::wstring state;
-    for (const wchar_t* item : items)
-        state += _ComponentIsItemSelected(context, mine, item) == 1 ? L'x' : L'-';
-    return state;
-}
-
 TEST(ScriptMedia, IsMadeByItsFirstItem)
 {
     const BareContext context;
@@ -63,33 +55,6 @@ TEST(ScriptMedia, KeepsItsItemsInOrderUnderTheirParents)
     EXPECT_EQ(items(L""), L"b|a|c|Disk<1>");
 }
 
-TEST(ScriptMedia, SelectsAllBelowAndOnlyTheTopAbove)
-{
-    const BareContext context;
-    for (const wchar_t* path : {L"t", L"t\\m", L"t\\m\\l", L"t\\n"})
-        _ComponentAddItem(context, mine, path, 1, 0);
-    const auto state = [&] { return State(context, {L"t", L"t\\m", L"t\\m\\l", L"t\\n"}); };
-    EXPECT_EQ(state(), L"----");
-    _ComponentSelectItem(context, mine, L"t\\m\\l", 1);
-    EXPECT_EQ(state(), L"--x-") << "the top follows its direct children alone";
-    _ComponentSelectItem(context, mine, L"t\\m", 1);
-    EXPECT_EQ(state(), L"xxx-");
-    _ComponentSelectItem(context, mine, L"t\\m\\l", 0);
-    EXPECT_EQ(state(), L"xx--") << "the level between keeps its state";
-    _ComponentSelectItem(context, mine, L"t", 1);
-    EXPECT_EQ(state(), L"xxxx");
-    _ComponentSelectItem(context, mine, L"t\\m", 0);
-    EXPECT_EQ(state(), L"x--x");
-    _ComponentSelectItem(context, mine, L"t\\n", 0);
-    EXPECT_EQ(state(), L"----");
-    EXPECT_EQ(_ComponentSelectItem(context, mine, L"", 1), -105);
-
-    _ComponentAddItem(context, mine, L"u\\v", 1, 1);
-    EXPECT_EQ(State(context, {L"u", L"u\\v"}), L"xx");
-    _ComponentAddItem(context, mine, L"w\\v", 1, 0);
-    EXPECT_EQ(State(context, {L"w", L"w\\v"}), L"--");
-}
-
 TEST(ScriptMedia, AnswersItsAttributes)
 {
     const BareContext context;
@@ -128,6 +93,7 @@ TEST(ScriptMedia, AnswersItsAttributes)
         EXPECT_EQ(number(one.code), one.get) << one.code;
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", one.code, 0, nullptr), one.set) << one.code;
     }
+    EXPECT_EQ(_ComponentSelectItem(context, mine, L"", 1), -105);
     EXPECT_EQ(_ComponentMoveData(context, mine, 1), -126);
     EXPECT_EQ(_ComponentValidate(context, mine, L"dir\\item", L""), -126);
 }

@@ -1,9 +1,6 @@
 // The conversation with a download agent, which is another process here.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "../../exports/vhrt/web_disks.h"
 #include "../../scriptdata/unique.h"
 #include "../support/session.h"
@@ -39,10 +36,7 @@ public:
     // What it was told, a line each.
     std::string Notes() const
     {
-        std::ifstream file(std::filesystem::path(m_notes), std::ios::binary);
-        std::ostringstream text;
-        text << file.rdbuf();
-        std::string notes = text.str();
+        std::string notes = vh::test::BytesOf(m_notes);
         std::erase(notes, '\r');
         return notes;
     }

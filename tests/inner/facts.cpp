@@ -30,6 +30,7 @@ TEST(Memory, OfAnySizeGoesThroughShiftAndLimits)
     });
     EXPECT_EQ(Memory(0), 0x3'8000'0000u);
     EXPECT_EQ(Memory(20), 0x3800u);
+    EXPECT_EQ(Memory(64), 0u);
     EXPECT_EQ(Memory(0, 2), 0x2'8000'0000u);
     EXPECT_EQ(Memory(0, 3), 0x3'8000'0000u);
     EXPECT_EQ(Memory(0, 0, 0x80000000), 0x3'8000'0000u) << "the low half is not above its limit";

@@ -13,15 +13,10 @@
 #include "../support/import_patch.h"
 #include "../support/temp_folder.h"
 
+using vh::test::BytesOf;
 using vh::test::TempFolder;
 
 namespace {
-
-std::string BytesOf(const std::wstring& path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::wstring Joined(const inifilex::names& names)
 {

@@ -1,11 +1,15 @@
 // Language names in both directions, on systems with and without the functions for them, and the order of the
 // modules that hold resources.
+#include <clocale>
+
 #include <gtest/gtest.h>
 
 #include "../../diagnostics/language.h"
+#include "../../files/language_config.h"
 #include "../../runtime/module_resources.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
+#include "../support/temp_folder.h"
 
 namespace {
 
@@ -124,6 +128,37 @@ TEST_F(DefaultLanguage, IsReadFromTheRegistryWhereTheSystemHasNoFunction)
     EXPECT_EQ(vh::SystemDefaultUILanguage(), 0x041F);
     RegDeleteKeyW(HKEY_USERS, resources);
     RegDeleteKeyValueW(HKEY_USERS, international, L"Locale");
+}
+
+TEST(RuntimeLocale, FollowsALanguageAndIsOnlyToldFor0)
+{
+    EXPECT_STREQ(vh::SetRuntimeLocaleFromLanguage(LC_ALL, 0).c_str(), L"C");
+    const stringx german = vh::SetRuntimeLocaleFromLanguage(LC_ALL, 1031);
+    EXPECT_TRUE(german.view().starts_with(L"German")) << german.c_str();
+    EXPECT_EQ(vh::SetRuntimeLocaleFromLanguage(LC_ALL, 0), german);
+    std::setlocale(LC_ALL, "C");
+}
+
+TEST(LanguageConfiguration, IsReadKeyByKey)
+{
+    const vh::test::TempFolder folder;
+    using Ids = std::set<uint16_t>;
+    LanguageConfig config;
+    config.Read(folder.Write(L"a.ini",
+                             "[Startup]\nEnableLangDlg=yes\n[Languages]\nDefault=0x407\nSupported=1033,,1041,\n"
+                             "RequireExactLangMatch=all\nRTLLangs=1025,1025,1037"));
+    EXPECT_TRUE(config.enableLangDlg);
+    EXPECT_EQ(config.defaultLanguage, 1031);
+    EXPECT_EQ(config.supported, (Ids{0, 1033, 1041})) << "a field between two commas counts, one behind the last not";
+    EXPECT_EQ(config.requireExactLangMatch, Ids{0}) << "the word has capitals";
+    EXPECT_FALSE(config.allRequireExactMatch);
+    EXPECT_EQ(config.rtlLangs, (Ids{1025, 1037}));
+
+    LanguageConfig other;
+    other.Read(folder.Write(L"b.ini", "[Languages]\nRequireExactLangMatch=ALL"));
+    EXPECT_TRUE(other.allRequireExactMatch);
+    EXPECT_TRUE(other.requireExactLangMatch.empty() && other.supported.empty() && !other.enableLangDlg);
+    EXPECT_EQ(other.defaultLanguage, 9);
 }
 
 TEST(ModuleResources, LieInTheAuthorsModuleBeforeTheProducts)

@@ -8,6 +8,12 @@
 
 namespace vh::test {
 
+inline std::string BytesOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 class TempFolder {
 public:
     TempFolder()

@@ -56,8 +56,7 @@ private:
 // The text of a trace file; `records` counts its records. A damaged file ends the text with "<damaged>".
 inline std::string DecodedTrace(const std::wstring& path, int* records = nullptr)
 {
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    const std::string bytes = BytesOf(path);
     trace_reader reader(std::as_bytes(std::span(bytes)));
     std::string text;
     std::span<const std::byte> payload;
