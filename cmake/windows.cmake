@@ -130,6 +130,13 @@ add_test(NAME vhrt_real_file_tests COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNN
   -DTESTS=$<TARGET_FILE:vhrt_real_file_tests> -DLIST=${CMAKE_BINARY_DIR}/ini_files.txt
   -P ${CMAKE_SOURCE_DIR}/tests/real/ini_files.cmake)
 
+# Versions of real executables, against a reader that shares nothing with the library.
+add_executable(vhrt_print_versions tests/versions/print_versions.cpp)
+target_link_libraries(vhrt_print_versions PRIVATE VHRT vhrt_options)
+add_test(NAME versions_of_real_files COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/versions/check_versions.py
+  ${CMAKE_SOURCE_DIR} ${WINE_RUNNER} $<TARGET_FILE:vhrt_print_versions> ${CMAKE_BINARY_DIR}/version_tests)
+set_tests_properties(versions_of_real_files PROPERTIES TIMEOUT 300)
+
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
 add_test(NAME script_clean COMMAND ${CMAKE_COMMAND} -E rm -rf ${script_place})

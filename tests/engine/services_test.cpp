@@ -97,6 +97,30 @@ TEST(RegistrySets, AreWrittenForSelectedFeaturesAndRemovedByTheLog)
     EXPECT_EQ(L"", key.Text(L"Path", L"\\Probe"));
 }
 
+TEST_F(Registry, WritesSubstitutesListsAndUndoesWithTheRun)
+{
+    const TestKey key;
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    const bstr name(L"Software\\VHEngineTest\\Sub");
+    ASSERT_EQ(S_OK, registry->CreateKey(current_user, name.get(), nullptr, VARIANT_FALSE, log.get()));
+    variant text(L"<PRODUCT_NAME>");
+    ASSERT_EQ(S_OK, registry->SetValue(current_user, name.get(), bstr(L"A").get(), REG_SZ, &text.get(), log.get()));
+    registry.query<ISetupSiteAware>()->EnableTextSubs(VARIANT_FALSE);
+    ASSERT_EQ(S_OK, registry->SetValue(0x80000001, name.get(), bstr(L"B").get(), REG_SZ, &text.get(), log.get()));
+    EXPECT_EQ(E_INVALIDARG, registry->SetValue(current_user, name.get(), bstr(L"C").get(), 11, &text.get(), log.get()));
+    EXPECT_EQ(L"Probe", key.Text(L"A", L"\\Sub"));
+    EXPECT_EQ(L"<PRODUCT_NAME>", key.Text(L"B", L"\\Sub"));
+    safe_array names;
+    ASSERT_EQ(S_OK, registry->EnumValues(current_user, name.get(), names.put()));
+    EXPECT_EQ(1, names.last());
+    ASSERT_EQ(S_OK, registry->DeleteValue(current_user, name.get(), bstr(L"B").get()));
+    ASSERT_EQ(S_OK, registry->EnumKeys(current_user, bstr(L"Software\\VHEngineTest").get(), names.put()));
+    EXPECT_EQ(L"Sub", names.at(0).text());
+    engine->Rollback();
+    EXPECT_FALSE(key.Exists());
+}
+
 // The whole registry below one key, each root and each view under a name of its own.
 TEST_F(Registry, CanBeARunsOwn)
 {

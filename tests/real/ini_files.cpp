@@ -21,11 +21,15 @@
 #include "../../files/ini_file.h"
 #include "../support/temp_folder.h"
 
-using vh::test::BytesOf;
-
 namespace {
 
 using Entries = std::vector<std::pair<std::wstring, std::wstring>>;
+
+std::string BytesOf(const std::wstring& path)
+{
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 std::wstring Trimmed(std::wstring_view text)
 {
@@ -54,15 +58,34 @@ std::vector<std::string> LinesOf(const std::string& bytes)
     return lines;
 }
 
-// Two readers agree on lines only where nothing needs trimming, and no line has a second "]".
-bool IsPlain(const std::string& bytes)
-{
-    return std::ranges::none_of(LinesOf(bytes), [](const std::string& line) {
-        const std::size_t close = line.starts_with("[") ? line.find(']') : line.npos;
-        return line.starts_with(" ") || line.starts_with("\t") ||
-               (close != line.npos && line.find(']', close + 1) != line.npos);
-    });
-}
+// What a save is to write for a file in which nothing comes twice; `wanted` is false when a load is to fail.
+struct Rewriting {
+    explicit Rewriting(const std::string& bytes)
+    {
+        for (const std::string& line : LinesOf(bytes)) {
+            if (line.empty() || line[0] == ';')
+                continue;
+            if (line[0] == '[') {
+                const std::size_t close = line.find(']');
+                wanted = wanted && close != line.npos;
+                text += (sections++ ? "\r\n" : "") + line.substr(0, close + 1) + "\r\n";
+                // Two readers agree on lines only where nothing needs trimming.
+                plain = plain && line.find(']', close + 1) == line.npos;
+            } else {
+                wanted = wanted && sections;
+                ++entries;
+                text += line + (line.find('=') == line.npos ? "=" : "") + "\r\n";
+                plain = plain && !(line[0] == ' ' || line[0] == '\t');
+            }
+        }
+    }
+
+    std::string text;
+    bool wanted = true;
+    bool plain = true;
+    std::size_t sections = 0;
+    std::size_t entries = 0;
+};
 
 // Texts that end in a NUL each, and all in one more.
 std::vector<std::wstring> Split(const std::wstring& texts, DWORD size)
@@ -134,11 +157,21 @@ void CompareWithProfile(const inifilex& document, const std::wstring& path)
     }
 }
 
-// What is saved comes back as it is.
-void CheckSaves(inifilex& document, const std::wstring& path)
+std::size_t EntriesOf(const inifilex& document)
+{
+    std::size_t count = 0;
+    for (const auto& [name, section] : document)
+        count += section.size();
+    return count;
+}
+
+void CheckSaves(inifilex& document, const Rewriting& rewriting, const std::wstring& path)
 {
     ASSERT_TRUE(document.save_as(path, 0, 0, false));
     const std::string saved = BytesOf(path);
+    if (document.size() == rewriting.sections && EntriesOf(document) == rewriting.entries) {
+        ASSERT_EQ(saved, rewriting.text);
+    }
     inifilex again;
     ASSERT_TRUE(again.load(path, L"=", false));
     ASSERT_EQ(again.size(), document.size());
@@ -151,29 +184,40 @@ TEST(IniFilesOfTheMachine, AreReadAsTheSystemReadsThem)
     const char* list = std::getenv("VHRT_INI_FILES");
     ASSERT_TRUE(list) << "name the list of files in VHRT_INI_FILES";
     const vh::test::TempFolder folder;
-    int count = 0;
+    int read = 0;
+    int refused = 0;
     int compared = 0;
+    int rewritten = 0;
     std::ifstream names(list);
     for (std::string name; std::getline(names, name);) {
         SCOPED_TRACE(name);
-        std::string bytes = BytesOf(name);
+        std::string bytes = BytesOf(std::filesystem::path(name).wstring());
         for (std::size_t at = 0; at < bytes.size(); ++at)
             if (bytes[at] == '#' && (at == 0 || bytes[at - 1] == '\n' || bytes[at - 1] == '\r'))
                 bytes[at] = ';';
-        const std::wstring path = folder.Write(L"t" + std::to_wstring(++count) + L".ini", bytes);
+        const Rewriting rewriting(bytes);
+        const std::wstring path = folder.Write(L"t" + std::to_wstring(read + refused) + L".ini", bytes);
         inifilex document;
-        if (!document.load(path, L"=", false) || document.empty())
+        const bool loaded = document.load(path, L"=", false);
+        ASSERT_EQ(loaded, rewriting.wanted);
+        refused += !loaded;
+        read += loaded && rewriting.sections;
+        if (!loaded || !rewriting.sections)
             continue;
-        if (IsPlain(bytes)) {
+        if (rewriting.plain) {
             CompareWithProfile(document, path);
             ++compared;
         }
-        CheckSaves(document, folder / L"saved.ini");
+        CheckSaves(document, rewriting, folder / L"saved.ini");
+        rewritten += document.size() == rewriting.sections && EntriesOf(document) == rewriting.entries;
         if (HasFatalFailure())
             return;
     }
-    std::printf("%d files, %d of them compared with the profile functions\n", count, compared);
+    std::printf(
+        "%d files read, %d of them compared with the profile functions, %d saves compared by byte, %d refused\n", read,
+        compared, rewritten, refused);
     EXPECT_GE(compared, 200);
+    EXPECT_GE(rewritten, 200);
 }
 
 } // namespace
