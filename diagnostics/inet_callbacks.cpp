@@ -19,16 +19,7 @@ struct request {
     bool over() const { return !target && handles <= 0 && !in_call; }
 };
 
-class srw_lock {
-public:
-    void lock() { AcquireSRWLockExclusive(&m_lock); }
-    void unlock() { ReleaseSRWLockExclusive(&m_lock); }
-
-private:
-    SRWLOCK m_lock = SRWLOCK_INIT;
-};
-
-srw_lock requests_lock;
+std::mutex requests_lock;
 std::unordered_map<DWORD_PTR, request> requests;
 DWORD_PTR last_context = 0;
 

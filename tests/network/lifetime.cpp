@@ -119,6 +119,31 @@ TEST_F(Lifetime, EndsBeforeAHandleIsMade)
     EXPECT_EQ(handles, 1) << "news of a request that is over reach nobody";
 }
 
+// What a server says is asked for with one error only.
+TEST_F(Lifetime, OfAServersWordsIsThatOfTheReader)
+{
+    late::internet_get_last_response_info.replace([](DWORD* error, wchar_t* text, DWORD* size) -> BOOL {
+        *error = 550;
+        EXPECT_EQ(*size, 1024u);
+        lstrcpyW(text, L"no such file");
+        return TRUE;
+    });
+    Reader reader(Address(L"", L"words"));
+    const DWORD_PTR context = reader->new_context();
+    const auto complete = [&](DWORD_PTR result, DWORD error) {
+        INTERNET_ASYNC_RESULT news{result, error};
+        vh::inet_status_callback(nullptr, context, INTERNET_STATUS_REQUEST_COMPLETE, &news, sizeof(news));
+    };
+    complete(0, ERROR_INTERNET_TIMEOUT);
+    EXPECT_STREQ(reader->response_text(), L"");
+    EXPECT_EQ(reader->last_error(), static_cast<DWORD>(ERROR_INTERNET_TIMEOUT));
+    complete(0, ERROR_INTERNET_EXTENDED_ERROR);
+    EXPECT_STREQ(reader->response_text(), L"no such file");
+    complete(1, ERROR_INTERNET_TIMEOUT);
+    EXPECT_EQ(reader->last_error(), 0u) << "a result of 1 is a success";
+    late::internet_get_last_response_info.show();
+}
+
 TEST_F(Lifetime, OfOneSessionInAProcessOnWinInetOneOne)
 {
     late::internet_query_option.replace([](HINTERNET, DWORD, void* data, DWORD*) -> BOOL {
