@@ -11,6 +11,8 @@ endif()
 # Static runtime: nothing is needed beside the binaries but Windows. Aligned sections in the file let the
 # loader map the DLL instead of copying it.
 add_link_options(-static -Wl,--file-alignment=4096 -Wl,--section-alignment=4096)
+# One commit gives the same bytes, whenever and wherever it is built.
+add_link_options(-Wl,--no-insert-timestamp)
 if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   add_link_options(-s)
 endif()
@@ -25,7 +27,7 @@ function(vhrt_sources result)
 endfunction()
 
 # The library, as objects: the DLL and the tests of inner parts link the same ones.
-vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media skin dialogs runtime)
+vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media pictures skin dialogs views runtime exports)
 list(FILTER library_sources EXCLUDE REGEX "/runtime/load\\.cpp$")
 add_library(vhrt_objects OBJECT ${library_sources})
 target_link_libraries(vhrt_objects PUBLIC vhrt_options)
@@ -44,7 +46,7 @@ vhrt_version(VHRT VHRT.dll VFT_DLL "Run-time library of setup scripts")
 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
-vhrt_sources(engine_sources engine)
+vhrt_sources(engine_sources engine engine/product engine/transfer engine/services engine/windows)
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers

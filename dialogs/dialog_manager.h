@@ -1,7 +1,7 @@
 // What a context keeps for its dialogs.
 #pragma once
 
-#include "../exports/vhrt/types.h"
+#include "../Src/inc/script_values.h"
 #include "../scriptdata/stringx.h"
 
 class CDialogManager {

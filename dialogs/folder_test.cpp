@@ -2,10 +2,9 @@
 
 #include <windows.h>
 
-#include "../exports/vhrt/disks.h"
-#include "../exports/vhrt/paths.h"
 #include "../files/exists.h"
-#include "../system/path_text.h"
+#include "../scriptdata/path_text.h"
+#include "../system/path_syntax.h"
 
 namespace vh {
 
@@ -73,8 +72,8 @@ bool IsNewFolderPossible(std::wstring_view path)
 
 bool IsFolderAccepted(const stringx& path, bool verify)
 {
-    const int32_t disk = _ExistsDisk(path.c_str());
-    return disk != -1 && disk != -2 && PathIsValidSyntax(path.c_str()) && (!verify || IsNewFolderPossible(path.view()));
+    const int32_t disk = DiskState(path.view());
+    return disk != -1 && disk != -2 && PathSyntax(path.c_str()) && (!verify || IsNewFolderPossible(path.view()));
 }
 
 stringx TextWithPath(std::wstring_view text, std::wstring_view path)

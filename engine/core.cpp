@@ -4,7 +4,7 @@
 
 #include <shlobj.h>
 
-#include "registry_access.h"
+#include "services/registry_access.h"
 
 namespace vh::engine {
 

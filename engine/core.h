@@ -5,10 +5,10 @@
 #include <memory>
 #include <optional>
 
-#include "data_set.h"
 #include "engine.h"
-#include "install_log.h"
+#include "product/data_set.h"
 #include "text_table.h"
+#include "transfer/install_log.h"
 
 namespace vh::engine {
 

@@ -3,10 +3,10 @@
 #include <algorithm>
 
 #include "core.h"
-#include "host.h"
-#include "removal.h"
-#include "services.h"
-#include "small_services.h"
+#include "services/host.h"
+#include "services/services.h"
+#include "services/small_services.h"
+#include "transfer/removal.h"
 
 namespace vh::engine {
 

@@ -4,6 +4,7 @@
 
 #include "../diagnostics/file.h"
 #include "../diagnostics/url.h"
+#include "../scriptdata/path_text.h"
 
 namespace vh {
 
@@ -53,6 +54,26 @@ bool exists(const wchar_t* path, unsigned mask)
         error = GetLastError();
     }
     return Absent(path, error, mask);
+}
+
+int32_t TestPath(const wchar_t* path, unsigned mask, int32_t present, int32_t absent, int32_t other)
+{
+    try {
+        return exists(path, mask) ? present : absent;
+    } catch (const win32_exception& failure) {
+        return static_cast<int32_t>(failure.code());
+    } catch (const std::exception&) {
+        return other;
+    }
+}
+
+int32_t DiskState(std::wstring_view path)
+{
+    const stringx root(PathRoot(path));
+    const int32_t answer = TestPath(root.c_str(), test_either, 0, -1, -1);
+    if (answer == ERROR_NOT_READY)
+        return -2;
+    return answer == 0 ? 0 : -1;
 }
 
 } // namespace vh

@@ -1,5 +1,5 @@
 // The file operations of string lists, which stand on script files.
-#include "../exports/vhrt/lists.h"
+#include "../Src/inc/script_values.h"
 #include "../scriptdata/list.h"
 #include "script_file.h"
 

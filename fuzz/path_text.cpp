@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "../system/path_text.h"
+#include "../scriptdata/path_text.h"
 
 namespace {
 

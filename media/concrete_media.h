@@ -18,7 +18,7 @@ public:
     int32_t Patch(bool flag) override;
     int32_t SelectNew(bool flag) override;
     int32_t GetErrorObject(IUnknown** error) override;
-    int32_t GetFilteringInfo(ObjectContext* context, int32_t kind, ListHandle* list) override;
+    int32_t GetFilteringInfo(int32_t kind, CVHList& list) override;
     int32_t GetInfo(ObjectContext* context, VHRTMediaInfo* record) override;
     int32_t SelectAll(bool flag) override;
     int32_t GetDriveCosts(text item, vh::drive_costs& costs) override;

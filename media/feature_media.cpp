@@ -1,6 +1,5 @@
 // The media "DATA".
-#include "../exports/vhrt/components.h"
-#include "../exports/vhrt/lists.h"
+#include "../scriptdata/list.h"
 #include "../scriptdata/results.h"
 #include "concrete_media.h"
 #include "first_disk.h"
@@ -141,7 +140,7 @@ int32_t CVHFileMedia::GetDriveCosts(text item, vh::drive_costs& map)
     return vh::MergeCosts(costs.get(), vh::merge::assign, map);
 }
 
-int32_t CVHFileMedia::GetFilteringInfo(ObjectContext* context, int32_t kind, ListHandle* list)
+int32_t CVHFileMedia::GetFilteringInfo(int32_t kind, CVHList& list)
 {
     vh::com_ptr<ISetupDataModes> modes;
     if (const HRESULT code = m_data.query(modes); FAILED(code))
@@ -154,8 +153,9 @@ int32_t CVHFileMedia::GetFilteringInfo(ObjectContext* context, int32_t kind, Lis
     for (long index = numbers.first(); index <= last; ++index) {
         vh::variant number = numbers.at(index);
         number.change(VT_I4);
-        if (const int64_t failed = _ListAddItem(context, *list, number.get().lVal, ListAddAfter))
-            return static_cast<int32_t>(failed);
+        const int32_t value = number.get().lVal;
+        if (const int32_t failed = list.AddItem(&value, ListAddAfter))
+            return failed;
     }
     return 0;
 }

@@ -2,9 +2,9 @@
 
 #include <cwchar>
 
-#include "../exports/vhrt/disks.h"
+#include "../files/disk_space.h"
+#include "../scriptdata/path_text.h"
 #include "../scriptdata/results.h"
-#include "../system/path_text.h"
 #include "walk.h"
 
 namespace {
@@ -330,11 +330,9 @@ int32_t MEDIA::CompareSizeRequired(wchar_t* drive, int32_t* size)
     if (const HRESULT code = GetDriveCosts({}, costs); FAILED(code))
         return code;
     for (const auto& [root, bytes] : costs) {
-        // Free space in units of 1024 bytes.
-        int32_t high = 0;
-        int32_t low = 0;
-        _GetDiskSpaceEx(root.c_str(), &high, &low, 10, 1);
-        const uint64_t free = vh::Combine(static_cast<unsigned long>(low), static_cast<unsigned long>(high));
+        // Units of 1024 bytes, as far as 31 bits hold them.
+        const auto space = vh::disk_space::query(root);
+        const uint64_t free = space ? std::min<uint64_t>(space->available / 1024, INT32_MAX) : 0;
         if (bytes / 1024 > free) {
             vh::CopyOut(root, drive, MAX_PATH);
             *size = bytes > INT32_MAX ? INT32_MAX : static_cast<int32_t>(bytes);

@@ -119,7 +119,7 @@ int32_t CVHRTMedia::FileInfo(text, text, text, int32_t, VARIANT*) { return NotSu
 int32_t CVHRTMedia::AddCost(text, text, int32_t, int32_t) { return NotSupported(); }
 int32_t CVHRTMedia::AddUninstallCost(text, int32_t, int32_t) { return NotSupported(); }
 int32_t CVHRTMedia::GetErrorObject(IUnknown**) { return -118; }
-int32_t CVHRTMedia::GetFilteringInfo(ObjectContext*, int32_t, ListHandle*) { return NotSupported(); }
+int32_t CVHRTMedia::GetFilteringInfo(int32_t, CVHList&) { return NotSupported(); }
 int32_t CVHRTMedia::GetInfo(ObjectContext*, VHRTMediaInfo*) { return NotSupported(); }
 
 namespace vh {

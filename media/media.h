@@ -7,13 +7,12 @@
 
 #include "../Src/inc/engine_features.h"
 #include "../Src/inc/engine_services.h"
-#include "../exports/vhrt/types.h"
+#include "../Src/inc/script_values.h"
 #include "../scriptdata/stringx.h"
 #include "media_codes.h"
 #include "tree_fill.h"
 
-// The record of GetInfo, as scripts declare it.
-struct VHRTMediaInfo;
+class CVHList;
 
 class CVHRTMedia {
 public:
@@ -81,7 +80,7 @@ public:
     virtual int32_t AddCost(text item, text path, int32_t low, int32_t high);
     virtual int32_t AddUninstallCost(text item, int32_t low, int32_t high);
     virtual int32_t GetErrorObject(IUnknown** error);
-    virtual int32_t GetFilteringInfo(ObjectContext* context, int32_t kind, ListHandle* list);
+    virtual int32_t GetFilteringInfo(int32_t kind, CVHList& list);
     virtual int32_t GetInfo(ObjectContext* context, VHRTMediaInfo* record);
 
     // What the script asks for with _ComponentError.

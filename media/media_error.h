@@ -53,7 +53,7 @@ public:
     int32_t AddCost(text, text, int32_t, int32_t) override { return no_media; }
     int32_t AddUninstallCost(text, int32_t, int32_t) override { return no_media; }
     int32_t GetErrorObject(IUnknown**) override { return -132; }
-    int32_t GetFilteringInfo(ObjectContext*, int32_t, ListHandle*) override { return no_media; }
+    int32_t GetFilteringInfo(int32_t, CVHList&) override { return no_media; }
     int32_t GetInfo(ObjectContext*, VHRTMediaInfo*) override { return no_media; }
 
 private:

@@ -3,7 +3,7 @@
 
 #include "../Src/inc/engine_progress.h"
 #include "../Src/inc/engine_services.h"
-#include "../exports/vhrt/types.h"
+#include "../Src/inc/script_values.h"
 #include "../scriptdata/com_ptr.h"
 #include "../scriptdata/stringx.h"
 

@@ -1,7 +1,7 @@
 // An array of texts that the engine gave, into a script's list.
 #pragma once
 
-#include "../exports/vhrt/lists.h"
+#include "../Src/inc/script_values.h"
 #include "../scriptdata/variant.h"
 #include "context.h"
 

@@ -5,7 +5,7 @@
 #include "../diagnostics/language.h"
 #include "../media/concrete_media.h"
 #include "../scriptdata/late_windows.h"
-#include "../system/path_text.h"
+#include "../scriptdata/path_text.h"
 #include "facts.h"
 
 namespace {

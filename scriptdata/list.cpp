@@ -1,6 +1,6 @@
 #include "list.h"
 
-#include "../exports/vhrt/lists.h"
+#include "../Src/inc/script_values.h"
 #include "results.h"
 
 template <class T>

@@ -5,8 +5,8 @@
 
 #include "../Src/inc/engine_host.h"
 #include "../scriptdata/com_ptr.h"
+#include "../scriptdata/path_text.h"
 #include "../scriptdata/stringx.h"
-#include "path_text.h"
 
 namespace vh {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "../diagnostics/message_pump.h"
-#include "path_text.h"
+#include "../scriptdata/path_text.h"
 
 namespace late = vh::late;
 

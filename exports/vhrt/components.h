@@ -65,35 +65,6 @@ _ComponentValidate(ObjectContext* context, const wchar_t* media, const wchar_t* 
 VHRT_FUNCTION(int32_t)
 _ComponentAddItem(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t size, int32_t selected);
 
-/* Cost on the drive of `target` in units of 1024 bytes, rounded, never 0 for what is not empty; the total is
-   that of the whole selection. A null target gives -1. */
-VHRT_FUNCTION(int32_t)
-_ComponentGetCost(ObjectContext* context, const wchar_t* media, const wchar_t* item, const wchar_t* target,
-                  int32_t* cost);
-VHRT_FUNCTION(int32_t)
-_ComponentGetTotalCost(ObjectContext* context, const wchar_t* media, const wchar_t* target, int32_t* cost);
-
-/* The same as text with two decimals (32 units), in kilobytes, megabytes or gigabytes: *unit is 10, 20 or 30.
-   No cost gives the empty text. */
-VHRT_FUNCTION(int32_t)
-_ComponentGetCostEx(ObjectContext* context, const wchar_t* media, const wchar_t* item, const wchar_t* target,
-                    wchar_t* text, int32_t* unit);
-VHRT_FUNCTION(int32_t)
-_ComponentGetTotalCostEx(ObjectContext* context, const wchar_t* media, const wchar_t* target, wchar_t* text,
-                         int32_t* unit);
-
-/* The cost in bytes, in 31-bit halves. */
-VHRT_FUNCTION(int32_t)
-_FeatureGetCost(ObjectContext* context, const wchar_t* media, const wchar_t* item, const wchar_t* target, int32_t* high,
-                int32_t* low);
-
-/* Adds bytes to an item's cost, at a path or for removal. The context is not tested. Result: 0 or -1. */
-VHRT_FUNCTION(int32_t)
-_FeatureAddCost(ObjectContext* context, const wchar_t* media, const wchar_t* item, const wchar_t* path, int32_t low,
-                int32_t high);
-VHRT_FUNCTION(int32_t)
-_FeatureAddUninstallCost(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t low, int32_t high);
-
 /* The last error of a media: its code, the item or text in a buffer of `size` units, and two details without a
    limit (1024 units each will do). Result: 0; length + 1 when the text does not fit. */
 VHRT_FUNCTION(int32_t)
@@ -102,39 +73,6 @@ _ComponentError(ObjectContext* context, const wchar_t* media, wchar_t* buffer, i
 
 /* The engine's error object of the media that was used last, whose name goes to `media` (260 units). */
 VHRT_FUNCTION(int32_t) _ComponentErrorInfo(ObjectContext* context, VARIANT* error, wchar_t* media);
-
-/* Adds the item's files that fit the pattern to a text list. A pattern may start with a directory. */
-VHRT_FUNCTION(int32_t)
-_ComponentFileEnum(ObjectContext* context, const wchar_t* media, const wchar_t* item, const wchar_t* pattern,
-                   ListHandle list, int32_t flag);
-
-/* One fact of a file of the item. *number takes a number; for the facts that give several it holds a number
-   list on entry, which gets them. Text (1024 units) takes texts, dates and times. Result: 0; -1 for a file fact
-   without a file; or a failure. */
-VHRT_FUNCTION(int32_t)
-_ComponentFileInfo(ObjectContext* context, const wchar_t* media, const wchar_t* item, const wchar_t* group,
-                   const wchar_t* path, int32_t fact, int64_t* number, wchar_t* text);
-
-/* Media information: fourteen texts of the engine, a number and five truths (1 or 0). */
-typedef struct VHRTMediaInfo {
-    int32_t number;
-    wchar_t text1[256];
-    wchar_t text2[256];
-    wchar_t text3[256];
-    wchar_t text4[1024];
-    wchar_t text5[256];
-    wchar_t text6[260];
-    wchar_t text7[260];
-    wchar_t text8[260];
-    wchar_t text9[260];
-    wchar_t text10[260];
-    wchar_t text11[260];
-    wchar_t text12[260];
-    wchar_t text13[260];
-    wchar_t text14[260];
-    int32_t truths[5];
-} VHRTMediaInfo;
-VHRT_RECORD_SIZE(VHRTMediaInfo, 8800);
 
 /* Result: the code as it stands. The context is not tested. */
 VHRT_FUNCTION(int32_t) _MediaGetInfo(ObjectContext* context, const wchar_t* media, VHRTMediaInfo* info);

@@ -6,17 +6,6 @@
 
 #include "types.h"
 
-enum { ListTypeNumber = -1, ListTypeString = 0 };
-
-/* Where a new element goes, seen from the current one. */
-enum { ListAddAfter = 0, ListAddBefore = 1 };
-
-/* Special indices of _ListSetIndex. */
-enum { ListIndexNext = -101, ListIndexPrevious = -201, ListIndexLast = -301, ListIndexFirst = -401 };
-
-/* Flags of _ListWriteToFile; ListWriteUnicode wins over ListWriteAnsi. */
-enum { ListWriteAnsi = 1, ListWriteUnicode = 2, ListWriteAppend = 4 };
-
 /* Makes an empty list of the type. Result: its handle, -1 for another type. */
 VHRT_FUNCTION(int64_t) _ListCreate(ObjectContext* context, int32_t type);
 

@@ -1,4 +1,4 @@
-#include "../../engine/shell_link.h"
+#include "../../engine/services/shell_link.h"
 #include "setup_folder.h"
 
 using namespace vh;

@@ -1,4 +1,4 @@
-#include "../../engine/registry_object.h"
+#include "../../engine/services/registry_object.h"
 #include "setup_folder.h"
 
 using namespace vh;

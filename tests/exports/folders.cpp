@@ -1,7 +1,7 @@
 // Program folders and shortcuts: what reaches the engine's shell service, and the real files that it makes.
 #include <gtest/gtest.h>
 
-#include "../../engine/shell_link.h"
+#include "../../engine/services/shell_link.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"

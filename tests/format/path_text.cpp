@@ -1,5 +1,5 @@
 // Parts of paths, their shortening and their syntax, on 16-bit units everywhere.
-#include "../../system/path_text.h"
+#include "../../scriptdata/path_text.h"
 
 #include <vector>
 

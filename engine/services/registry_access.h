@@ -1,0 +1,47 @@
+// The registry under the names that the install log uses, "HKCU\Software\...", with and without a record.
+#pragma once
+
+#include <optional>
+
+#include "../core.h"
+
+namespace vh::engine {
+
+struct RawValue {
+    DWORD type = REG_NONE;
+    std::string bytes;
+    bool operator==(const RawValue&) const = default;
+};
+
+// A root and a key below it. The 32-bit view of a root is named "HKLM/32" and so on; below a run's own root that is
+// a key of its own, without the slash.
+struct RegistryPlace {
+    HKEY root = nullptr;
+    REGSAM view = KEY_WOW64_64KEY;
+    std::wstring key;
+    std::wstring rootName; // empty for a remote root: that one is not logged
+
+    std::wstring Name() const { return rootName + L'\\' + key; }
+};
+
+// Throws for a root that does not exist.
+RegistryPlace PlaceOf(std::wstring_view name);
+RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32);
+// The same place below the run's own root, where it has one. A remote key is no place of this machine and stays.
+RegistryPlace Redirected(const Core& core, RegistryPlace place);
+
+// A system code: 0 when the key is open.
+LSTATUS OpenKey(const RegistryPlace& place, REGSAM access, unique_key& key);
+unique_key OpenKey(const RegistryPlace& place, REGSAM access);
+std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name);
+// Makes keys that are missing; a value that is there already is left alone. Each new key and the value are logged
+// before they are made, unless `log` is null.
+void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature);
+void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+                const std::wstring& feature);
+
+// Text as the registry holds it, with its terminator.
+RawValue TextValue(DWORD type, std::wstring_view text);
+RawValue NumberValue(DWORD number);
+
+} // namespace vh::engine

@@ -1,0 +1,315 @@
+#include "shell_service.h"
+
+#include <shellapi.h>
+
+#include "../transfer/file_writer.h"
+#include "../transfer/removal.h"
+
+namespace vh::engine {
+
+namespace {
+
+constexpr std::wstring_view extension = L".lnk";
+// Bytes; real ones have a few thousand.
+constexpr uint64_t largest_shortcut = 1 << 20;
+constexpr HRESULT not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+
+bool IsShortcut(std::wstring_view name)
+{
+    return name.size() > extension.size() && SameText(name.substr(name.size() - extension.size()), extension);
+}
+
+// Names in a folder: those of its folders, or those of its shortcuts without extension.
+std::vector<std::wstring> NamesIn(const std::wstring& folder, bool folders)
+{
+    std::vector<std::wstring> names;
+    for (const Entry& entry : ListFolder(folder)) {
+        if (folders && entry.facts.folder())
+            names.push_back(entry.name);
+        else if (!folders && entry.facts.file() && IsShortcut(entry.name))
+            names.push_back(entry.name.substr(0, entry.name.size() - extension.size()));
+    }
+    return names;
+}
+
+std::wstring TextOf(const VARIANT& value)
+{
+    variant copy;
+    if (FAILED(VariantCopyInd(copy.put(), const_cast<VARIANT*>(&value))))
+        return {};
+    return std::wstring(copy.text());
+}
+
+// A file in the support folder, which nobody else reads; it goes with this object.
+class DraftFile {
+public:
+    explicit DraftFile(const Core& core)
+        : m_path(JoinPath(core.supportDir, L"draft" + Number(core.log->LastId()) + std::wstring(extension)))
+    {
+        RemoveFile(m_path);
+    }
+    ~DraftFile() { RemoveFile(m_path); }
+    DraftFile(const DraftFile&) = delete;
+    DraftFile& operator=(const DraftFile&) = delete;
+
+    const std::wstring& path() const { return m_path; }
+
+private:
+    std::wstring m_path;
+};
+
+} // namespace
+
+std::wstring ShellFolderPath(const Core& core, std::wstring_view name)
+{
+    std::wstring path = core.Substitute(name);
+    while (path.ends_with(L'\\'))
+        path.pop_back();
+    if (path.empty())
+        throw engine_error(E_INVALIDARG, {}, L"an empty shell path");
+    return FullPath(DriveOf(path).empty() ? JoinPath(core.Substitute(L"<PROGRAMS>"), path) : path);
+}
+
+std::wstring ShortcutPath(const Core& core, std::wstring_view name)
+{
+    const std::wstring path = ShellFolderPath(core, name);
+    return IsShortcut(path) ? path : path + std::wstring(extension);
+}
+
+void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool logged)
+{
+    const DraftFile draft(core);
+    // What a shortcut holds beyond the record stays with it.
+    const FileFacts there = FactsOf(path);
+    if (there.file())
+        CopyFileW(LongPath(path).c_str(), LongPath(draft.path()).c_str(), FALSE);
+    WriteShellLink(link, draft.path());
+    const FileFacts facts = FactsOf(draft.path());
+    FileToWrite file;
+    file.source = draft.path();
+    file.target = path;
+    file.size = facts.size;
+    file.time = facts.time;
+    file.feature = feature;
+    file.flags = file_always_overwrite;
+    file.kind = LogKind::shell;
+    // A shortcut of somebody else comes back at removal.
+    if (logged && there.file() && !IsOurs(core, file, there))
+        file.previous = ReadWhole(path, largest_shortcut);
+    const long before = core.log->LastId();
+    try {
+        WriteFileSafely(core, file, logged, [](uint64_t) {});
+    } catch (const engine_error&) {
+        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
+        throw;
+    }
+}
+
+HRESULT ShellService::NewItem(ISetupShortcut** shortcut)
+{
+    return Call("ISetupShell.NewItem")(
+        [&] { return GiveObject(shortcut, make_object<ShortcutObject>(shared_core(), LinkData{})); });
+}
+
+HRESULT ShellService::OpenItem(BSTR path, ISetupShortcut** shortcut)
+{
+    return Call("ISetupShell.OpenItem", path)([&] {
+        const std::wstring file = ShortcutPath(core(), engine::TextOf(path));
+        if (!FactsOf(file).file())
+            return not_found;
+        return GiveObject(shortcut, make_object<ShortcutObject>(shared_core(), ReadShellLink(file)));
+    });
+}
+
+HRESULT ShellService::RemoveItem(BSTR path)
+{
+    return Call("ISetupShell.RemoveItem", path)([&] {
+        const std::wstring file = ShortcutPath(core(), engine::TextOf(path));
+        if (!FactsOf(file).file())
+            return not_found;
+        return DeleteFileW(LongPath(file).c_str()) ? S_OK : FromWin32(GetLastError());
+    });
+}
+
+HRESULT ShellService::ItemExists(BSTR path, VARIANT_BOOL* exists)
+{
+    return Call("ISetupShell.ItemExists",
+                path)([&] { return GiveTruth(exists, FactsOf(ShortcutPath(core(), engine::TextOf(path))).file()); });
+}
+
+HRESULT ShellService::ListItems(BSTR folder, SAFEARRAY** items)
+{
+    return Call("ISetupShell.ListItems", folder)([&] {
+        const std::wstring path = ShellFolderPath(core(), engine::TextOf(folder));
+        return FactsOf(path).folder() ? GiveTexts(items, NamesIn(path, false)) : not_found;
+    });
+}
+
+HRESULT ShellService::MakeFolder(BSTR folder, ISetupLog* log)
+{
+    return Call("ISetupShell.MakeFolder", folder)([&] {
+        MakeFolders(ShellFolderPath(core(), engine::TextOf(folder)), [&](const std::wstring& made) {
+            if (log)
+                LogFolder(core(), made, {});
+        });
+        return S_OK;
+    });
+}
+
+HRESULT ShellService::RemoveFolder(BSTR folder)
+{
+    return Call("ISetupShell.RemoveFolder", folder)([&] {
+        const std::wstring path = ShellFolderPath(core(), engine::TextOf(folder));
+        if (!FactsOf(path).folder())
+            return not_found;
+        for (const Entry& entry : ListFolder(path))
+            if (!(entry.facts.file() && IsShortcut(entry.name)))
+                return HRESULT_FROM_WIN32(ERROR_DIR_NOT_EMPTY);
+        for (const std::wstring& name : NamesIn(path, false))
+            RemoveFile(JoinPath(path, name + std::wstring(extension)));
+        return RemoveDirectoryW(LongPath(path).c_str()) ? S_OK : FromWin32(GetLastError());
+    });
+}
+
+HRESULT ShellService::ListFolders(BSTR folder, SAFEARRAY** folders)
+{
+    return Call("ISetupShell.ListFolders", folder)([&] {
+        const std::wstring path = ShellFolderPath(core(), engine::TextOf(folder));
+        return FactsOf(path).folder() ? GiveTexts(folders, NamesIn(path, true)) : not_found;
+    });
+}
+
+HRESULT ShellService::OpenFolderWindow(BSTR folder, long command)
+{
+    return Call("ISetupShell.OpenFolderWindow", folder, command)([&] {
+        const std::wstring path = ShellFolderPath(core(), engine::TextOf(folder));
+        if (!FactsOf(path).folder())
+            return not_found;
+        // A silent run shows no window.
+        if (core().options.silent)
+            return S_OK;
+        const auto result = reinterpret_cast<INT_PTR>(
+            ShellExecuteW(core().options.window, L"open", path.c_str(), nullptr, nullptr, static_cast<int>(command)));
+        return result > 32 ? S_OK : FromWin32(static_cast<DWORD>(result));
+    });
+}
+
+HRESULT ShortcutObject::GetTarget(BSTR* target)
+{
+    return Call("ISetupShortcut.GetTarget")([&] { return GiveText(target, m_link.target); });
+}
+
+HRESULT ShortcutObject::SetTarget(BSTR target)
+{
+    return Call("ISetupShortcut.SetTarget", target)([&] {
+        m_link.target = core().Substitute(engine::TextOf(target));
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::GetWorkingDir(BSTR* directory)
+{
+    return Call("ISetupShortcut.GetWorkingDir")([&] { return GiveText(directory, m_link.workingDir); });
+}
+
+HRESULT ShortcutObject::SetWorkingDir(BSTR directory)
+{
+    return Call("ISetupShortcut.SetWorkingDir", directory)([&] {
+        m_link.workingDir = core().Substitute(engine::TextOf(directory));
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::GetArguments(BSTR* arguments)
+{
+    return Call("ISetupShortcut.GetArguments")([&] { return GiveText(arguments, m_link.arguments); });
+}
+
+HRESULT ShortcutObject::SetArguments(BSTR arguments)
+{
+    return Call("ISetupShortcut.SetArguments", arguments)([&] {
+        m_link.arguments = core().Substitute(engine::TextOf(arguments));
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::GetHotKey(BSTR* key)
+{
+    return Call("ISetupShortcut.GetHotKey")([&] { return GiveText(key, m_link.hotKey); });
+}
+
+HRESULT ShortcutObject::SetHotKey(BSTR key)
+{
+    return Call("ISetupShortcut.SetHotKey", key)([&] {
+        m_link.hotKey = HotKeyText(HotKeyOf(engine::TextOf(key)));
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::GetShowCommand(long* command)
+{
+    return Call("ISetupShortcut.GetShowCommand")([&] { return Give(command, m_link.showCommand); });
+}
+
+HRESULT ShortcutObject::SetShowCommand(long command)
+{
+    return Call("ISetupShortcut.SetShowCommand", command)([&] {
+        m_link.showCommand = command;
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::GetIcon(BSTR* file, long* index)
+{
+    return Call("ISetupShortcut.GetIcon")([&] {
+        const HRESULT code = Give(index, m_link.iconIndex);
+        return FAILED(code) ? code : GiveText(file, m_link.iconFile);
+    });
+}
+
+HRESULT ShortcutObject::SetIcon(BSTR file, long index)
+{
+    return Call("ISetupShortcut.SetIcon", file, index)([&] {
+        m_link.iconFile = core().Substitute(engine::TextOf(file));
+        m_link.iconIndex = index;
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::Save(ISetupLog* log, VARIANT* path)
+{
+    return Call("ISetupShortcut.Save", log ? 1L : 0L)([&] {
+        if (!path)
+            return E_POINTER;
+        SaveShortcut(core(), m_link, ShortcutPath(core(), TextOf(*path)), {}, log);
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::SaveAs(long reserved, VARIANT path, VARIANT, VARIANT)
+{
+    return Call("ISetupShortcutProperties.SaveAs", reserved, path)([&] {
+        m_path = ShortcutPath(core(), TextOf(path));
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::SetProperty(BSTR key, BSTR value)
+{
+    return Call("ISetupShortcutProperties.SetProperty", key, value)([&] {
+        m_link.properties.emplace_back(engine::TextOf(key), engine::TextOf(value));
+        return S_OK;
+    });
+}
+
+HRESULT ShortcutObject::Commit(VARIANT_BOOL* done)
+{
+    return Call("ISetupShortcutProperties.Commit")([&] {
+        if (m_path.empty())
+            return E_UNEXPECTED;
+        SaveShortcut(core(), m_link, m_path, {}, true);
+        return done ? GiveTruth(done, true) : S_OK;
+    });
+}
+
+} // namespace vh::engine

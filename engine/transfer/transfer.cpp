@@ -1,0 +1,149 @@
+#include "transfer.h"
+
+#include <set>
+
+#include "../product/costs.h"
+#include "file_writer.h"
+#include "progress.h"
+#include "removal.h"
+
+namespace vh::engine {
+
+namespace {
+
+struct Planned {
+    Item* item;
+    std::vector<FileToWrite> files;
+};
+
+FileToWrite Plan(const Item& item, const std::wstring& root, const FileGroup& group, const ProductFile& file)
+{
+    const std::wstring target = FullPath(JoinPath(JoinPath(root, group.target), file.path));
+    if (!LiesIn(target, root))
+        throw engine_error(E_INVALIDARG, target, L"lies outside of the target " + root);
+    return {file.source, target, file.size, file.time, file.attributes, file.version, item.Path(), file.flags};
+}
+
+// Everything that is to be written, with full paths, before anything is touched.
+std::vector<Planned> PlanItems(const Core& core, const DataSet& data, const std::vector<Item*>& items)
+{
+    std::vector<Planned> plan;
+    for (Item* top : items)
+        ForEachItem(*top, [&](Item& item) {
+            if (item.pseudo || !item.selected || item.installed || !data.Admits(item))
+                return;
+            Planned planned{&item, {}};
+            const std::wstring root = item.groups.empty() ? std::wstring() : TargetOf(core, item);
+            data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
+                planned.files.push_back(Plan(item, root, group, file));
+            });
+            plan.push_back(std::move(planned));
+        });
+    return plan;
+}
+
+// Costs that scripts announced count too.
+void CheckSpace(const Core& core, const DataSet& data, const std::vector<Item*>& items)
+{
+    DriveCosts costs;
+    for (const Item* item : items)
+        AddCosts(core, data, *item, CostOf::selected, costs);
+    for (const auto& [drive, needed] : costs) {
+        ULARGE_INTEGER free{};
+        if (GetDiskFreeSpaceExW((drive + L'\\').c_str(), &free, nullptr, nullptr) && free.QuadPart < needed)
+            throw engine_error(HRESULT_FROM_WIN32(ERROR_DISK_FULL), drive + L'\\',
+                               L"not enough space: " + Number(static_cast<int64_t>(needed)) + L" bytes are needed, " +
+                                   Number(static_cast<int64_t>(free.QuadPart)) + L" are free");
+    }
+}
+
+void WriteFiles(Core& core, const std::vector<Planned>& plan, IEngineProgress& progress)
+{
+    for (const Planned& planned : plan)
+        for (const FileToWrite& file : planned.files) {
+            const Written written =
+                WriteFileSafely(core, file, true, [&](uint64_t bytes) { progress.Advance(bytes, file.target); });
+            if (written == Written::newer_stays)
+                core.Note(file.target, L"a newer version stays");
+            else if (written == Written::stays)
+                core.Note(file.target, L"the file stays as it is");
+        }
+}
+
+com_ptr<IEngineProgress> SinkFor(Core& core, const std::vector<Planned>& plan, IUnknown* given)
+{
+    auto sink = com_ptr<IUnknown>(given).query<IEngineProgress>();
+    if (sink)
+        return sink;
+    uint64_t total = 0;
+    for (const Planned& planned : plan)
+        for (const FileToWrite& file : planned.files)
+            total += file.size;
+    sink.attach(new TransferSink(core.shared_from_this(), total));
+    return sink;
+}
+
+// What unselected features may have left behind, and which files others need all the same.
+struct Leftovers {
+    std::set<std::wstring> features;
+    std::set<std::wstring> needed;
+};
+
+Leftovers FindLeftovers(const Core& core, const DataSet& data, const std::vector<Item*>& items)
+{
+    Leftovers found;
+    for (Item* top : items)
+        ForEachItem(*top, [&](const Item& item) {
+            if (!item.pseudo && !item.selected)
+                found.features.insert(Upper(item.Path()));
+        });
+    if (found.features.empty())
+        return found;
+    for (Item* top : items)
+        ForEachItem(*top, [&](const Item& item) {
+            if (item.pseudo || !item.selected || item.groups.empty() || !data.Admits(item))
+                return;
+            const std::wstring root = TargetOf(core, item);
+            data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
+                found.needed.insert(Upper(Plan(item, root, group, file).target));
+            });
+        });
+    return found;
+}
+
+} // namespace
+
+void Transfer(Core& core, DataSet& data, const std::vector<Item*>& items, IUnknown* progress)
+{
+    const auto plan = PlanItems(core, data, items);
+    CheckSpace(core, data, items);
+    const auto sink = SinkFor(core, plan, progress);
+    const long before = core.log->LastId();
+    try {
+        WriteFiles(core, plan, *sink.get());
+    } catch (const engine_error& error) {
+        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
+        core.Note(error.message().file, L"what this transfer had installed was removed again");
+        throw;
+    }
+    for (const Planned& planned : plan)
+        planned.item->installed = true;
+}
+
+void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
+{
+    std::vector<Item*> items;
+    for (const auto& child : data.product->data.children)
+        items.push_back(child.get());
+    Transfer(core, data, items, progress);
+
+    const Leftovers leftovers = FindLeftovers(core, data, items);
+    const auto removed = UndoRecords(*core.log, Undo::removal, [&](const LogRecord& record) {
+        return leftovers.features.contains(Upper(record.feature)) && !leftovers.needed.contains(Upper(record.what));
+    });
+    for (const Removal& removal : removed)
+        if (removal.outcome == RemovalOutcome::failed)
+            core.Report({Severity::warning, removal.what, L"can't be removed: " + removal.reason, E_FAIL});
+}
+
+} // namespace vh::engine
