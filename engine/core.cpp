@@ -85,8 +85,8 @@ Core::Core(Options given) : options(std::move(given)), product(std::make_shared<
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
     for (const long line : log->DamagedLines())
-        Report({Severity::warning, log->File(),
-                L"line " + Number(line) + L" is damaged and was passed over", HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT)});
+        Report({Severity::warning, log->File(), L"line " + Number(line) + L" is damaged and was passed over",
+                HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT)});
     support = std::make_unique<SupportFolder>(contextGuid);
     supportDir = support->path();
     CopySupportFiles(*product->product, supportDir);

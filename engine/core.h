@@ -6,8 +6,8 @@
 #include <optional>
 
 #include "engine.h"
-#include "support_folder.h"
 #include "product/data_set.h"
+#include "support_folder.h"
 #include "text_table.h"
 #include "transfer/install_log.h"
 

@@ -16,7 +16,7 @@ namespace {
 void DropIfIdle(InstallLog& log)
 {
     if (log.IsIdle())
-        log.Delete();
+        log.Clear();
 }
 
 // Undoes runs that never came to their end.
@@ -25,10 +25,10 @@ void Recover(Core& core)
     const bool unfinished = !core.log->UnfinishedRuns().empty();
     const auto results = RecoverRuns(*core.log);
     if (unfinished)
-        core.Report({Severity::warning, core.log->File(),
-                     L"an unfinished installation was undone (" +
-                         Number(static_cast<int64_t>(CountDone(results))) + L" steps)",
-                     S_OK});
+        core.Report(
+            {Severity::warning, core.log->File(),
+             L"an unfinished installation was undone (" + Number(static_cast<int64_t>(CountDone(results))) + L" steps)",
+             S_OK});
     for (const Removal& removal : results)
         if (removal.outcome == RemovalOutcome::failed)
             core.Report({Severity::warning, removal.what,
@@ -43,21 +43,37 @@ bool IsTargetGiven(const Options& options)
                        [](const auto& variable) { return SameText(variable.first, L"TARGETDIR"); });
 }
 
+// Paths of the features that the last run left selected, in upper case. Where that record is lost, those that have
+// files in place.
+std::set<std::wstring> SelectedByLog(const InstallLog& log, const LogRecord* selection)
+{
+    std::set<std::wstring> selected;
+    if (selection) {
+        for (const std::wstring& path : selection->list)
+            selected.insert(Upper(path));
+        return selected;
+    }
+    for (const LogRecord* file : log.Standing(LogKind::file))
+        for (std::wstring path = Upper(file->feature); !path.empty(); path = FolderOf(path))
+            selected.insert(path);
+    return selected;
+}
+
 // Target, selection and state as the last run left them. With another target nothing is there yet.
 void TakeOver(Core& core)
 {
-    const LogRecord* selection = core.log->Newest(LogKind::features, {});
-    if (!core.log->AnythingStands() || !selection)
+    if (!core.log->AnythingStands())
         return;
     core.product->maintenance = true;
-    const auto target = selection->texts.find(L"TARGETDIR");
-    if (!IsTargetGiven(core.options) && target != selection->texts.end())
-        core.globalTexts.Set(L"TARGETDIR", target->second);
-    const bool samePlace =
-        target == selection->texts.end() || SameText(target->second, core.Substitute(L"<TARGETDIR>"));
-    std::set<std::wstring> selected;
-    for (const std::wstring& path : selection->list)
-        selected.insert(Upper(path));
+    const LogRecord* selection = core.log->Newest(LogKind::features, {});
+    bool samePlace = true;
+    if (selection) {
+        const auto target = selection->texts.find(L"TARGETDIR");
+        if (!IsTargetGiven(core.options) && target != selection->texts.end())
+            core.globalTexts.Set(L"TARGETDIR", target->second);
+        samePlace = target == selection->texts.end() || SameText(target->second, core.Substitute(L"<TARGETDIR>"));
+    }
+    const std::set<std::wstring> selected = SelectedByLog(*core.log, selection);
     for (const auto& child : core.product->product->data.children)
         if (!child->pseudo)
             ForEachItem(*child, [&](Item& item) {

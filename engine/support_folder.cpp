@@ -16,10 +16,7 @@ unique_file OpenMark(const std::wstring& path, DWORD disposition)
                                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
 }
 
-bool IsAbandoned(const std::wstring& mark)
-{
-    return !FactsOf(mark).exists() || OpenMark(mark, OPEN_EXISTING);
-}
+bool IsAbandoned(const std::wstring& mark) { return !FactsOf(mark).exists() || OpenMark(mark, OPEN_EXISTING); }
 
 void RemoveAbandoned(const std::wstring& temp)
 {

@@ -143,52 +143,17 @@ LSTATUS NamesIn(const RegistryPlace& place, KeyNames kind, std::vector<std::wstr
     return code == ERROR_NO_MORE_ITEMS ? ERROR_SUCCESS : code;
 }
 
-void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+void CreateOneKey(const RegistryPlace& place, std::wstring keyClass)
 {
-    for (std::size_t end = 0; end != std::wstring::npos;) {
-        end = place.key.find(L'\\', end ? end + 1 : 0);
-        RegistryPlace part = place;
-        part.key = place.key.substr(0, end);
-        if (part.key.empty() || KeyThere(part, end != std::wstring::npos))
-            continue;
-        if (log && !part.rootName.empty()) {
-            LogRecord record;
-            record.kind = LogKind::key;
-            record.what = part.Name();
-            record.feature = feature;
-            log->Append(std::move(record));
-        }
-        unique_key made;
-        std::wstring ownClass = keyClass;
-        const LSTATUS code =
-            RegCreateKeyExW(part.root, part.key.c_str(), 0, ownClass.empty() ? nullptr : ownClass.data(),
-                            REG_OPTION_NON_VOLATILE, KEY_WRITE | part.view, nullptr, made.put(), nullptr);
-        if (code != ERROR_SUCCESS)
-            ThrowKeyError(part, code);
-    }
+    unique_key made;
+    const LSTATUS code = RegCreateKeyExW(place.root, place.key.c_str(), 0, keyClass.empty() ? nullptr : keyClass.data(),
+                                         REG_OPTION_NON_VOLATILE, KEY_WRITE | place.view, nullptr, made.put(), nullptr);
+    if (code != ERROR_SUCCESS)
+        ThrowKeyError(place, code);
 }
 
-void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
-                const std::wstring& feature)
+void PutValue(const RegistryPlace& place, const std::wstring& name, const RawValue& value)
 {
-    const auto old = ReadValue(place, name);
-    if (old == value)
-        return;
-    MakeKey(log, place, {}, feature);
-    if (log && !place.rootName.empty()) {
-        LogRecord record;
-        record.kind = LogKind::value;
-        record.what = place.Name();
-        record.name = name;
-        record.feature = feature;
-        record.type = static_cast<long>(value.type);
-        record.data = ToHex(value.bytes);
-        if (old) {
-            record.oldType = static_cast<long>(old->type);
-            record.oldData = ToHex(old->bytes);
-        }
-        log->Append(std::move(record));
-    }
     unique_key key;
     LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
     if (code == ERROR_SUCCESS)
@@ -198,12 +163,130 @@ void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring&
         ThrowKeyError(place, code);
 }
 
-LSTATUS DeleteTree(const RegistryPlace& place)
+namespace {
+
+LSTATUS DeleteBareValue(const RegistryPlace& place, const std::wstring& name)
+{
+    unique_key key;
+    const LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
+    return code == ERROR_SUCCESS ? RegDeleteValueW(key.get(), name.c_str()) : code;
+}
+
+} // namespace
+
+void DropValue(const RegistryPlace& place, const std::wstring& name)
+{
+    if (const LSTATUS code = DeleteBareValue(place, name); code != ERROR_SUCCESS && !IsAbsent(code))
+        ThrowKeyError(place, code);
+}
+
+void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+{
+    for (std::size_t end = 0; end != std::wstring::npos;) {
+        end = place.key.find(L'\\', end ? end + 1 : 0);
+        RegistryPlace part = place;
+        part.key = place.key.substr(0, end);
+        if (part.key.empty() || KeyThere(part, end != std::wstring::npos))
+            continue;
+        if (!part.rootName.empty()) {
+            LogRecord record;
+            record.kind = LogKind::key;
+            record.what = part.Name();
+            record.feature = feature;
+            record.loose = to.loose;
+            to.log->Append(std::move(record));
+        }
+        CreateOneKey(part, keyClass);
+    }
+}
+
+namespace {
+
+// From one value to another; nothing stands for no value.
+LogRecord ChangeRecord(const RegistryPlace& place, const std::wstring& name, const std::optional<RawValue>& from,
+                       const std::optional<RawValue>& to)
+{
+    LogRecord record;
+    record.kind = LogKind::value;
+    record.what = place.Name();
+    record.name = name;
+    if (to) {
+        record.type = static_cast<long>(to->type);
+        record.data = ToHex(to->bytes);
+    }
+    if (from) {
+        record.oldType = static_cast<long>(from->type);
+        record.oldData = ToHex(from->bytes);
+    }
+    return record;
+}
+
+LogRecord DeletionRecord(const RegistryPlace& place, const std::wstring& name)
+{
+    LogRecord record = ChangeRecord(place, name, ReadValue(place, name), std::nullopt);
+    record.loose = true;
+    return record;
+}
+
+// All that is in a key and below it, each thing before what holds it: undone from the end, they come back in order.
+std::vector<LogRecord> TreeRecords(const RegistryPlace& top)
+{
+    std::vector<LogRecord> records;
+    std::vector<RegistryPlace> open{top};
+    while (!open.empty()) {
+        const RegistryPlace place = open.back();
+        open.pop_back();
+        LogRecord key;
+        key.kind = LogKind::unkey;
+        key.what = place.Name();
+        key.loose = true;
+        records.push_back(std::move(key));
+        std::vector<std::wstring> names;
+        LSTATUS code = NamesIn(place, KeyNames::values, names);
+        for (const std::wstring& name : names)
+            records.push_back(DeletionRecord(place, name));
+        names.clear();
+        if (code == ERROR_SUCCESS)
+            code = NamesIn(place, KeyNames::keys, names);
+        if (code != ERROR_SUCCESS)
+            ThrowKeyError(place, code);
+        for (const std::wstring& name : names) {
+            open.push_back(place);
+            open.back().key += L'\\' + name;
+        }
+    }
+    std::reverse(records.begin(), records.end());
+    return records;
+}
+
+} // namespace
+
+void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+                const std::wstring& feature)
+{
+    const auto old = ReadValue(place, name);
+    if (old == value)
+        return;
+    MakeKey(to, place, {}, feature);
+    if (!place.rootName.empty()) {
+        LogRecord record = ChangeRecord(place, name, old, value);
+        record.feature = feature;
+        record.loose = to.loose;
+        to.log->Append(std::move(record));
+    }
+    PutValue(place, name, value);
+}
+
+LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place)
 {
     if (place.key.empty())
         return ERROR_INVALID_PARAMETER;
     unique_key key;
     LSTATUS code = OpenKey(place, DELETE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | KEY_SET_VALUE, key);
+    if (code == ERROR_SUCCESS && !place.rootName.empty()) {
+        log.Append(TreeRecords(place));
+        log.Flush();
+    }
     if (code == ERROR_SUCCESS)
         code = RegDeleteTreeW(key.get(), nullptr);
     key.reset();
@@ -211,11 +294,13 @@ LSTATUS DeleteTree(const RegistryPlace& place)
     return code == ERROR_SUCCESS ? RegDeleteKeyExW(place.root, place.key.c_str(), place.view, 0) : code;
 }
 
-LSTATUS DeleteValue(const RegistryPlace& place, const std::wstring& name)
+LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstring& name)
 {
-    unique_key key;
-    const LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
-    return code == ERROR_SUCCESS ? RegDeleteValueW(key.get(), name.c_str()) : code;
+    if (!place.rootName.empty() && ReadValue(place, name)) {
+        log.Append(DeletionRecord(place, name));
+        log.Flush();
+    }
+    return DeleteBareValue(place, name);
 }
 
 RawValue TextValue(DWORD type, std::wstring_view text)

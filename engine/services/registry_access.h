@@ -37,17 +37,24 @@ unique_key OpenKey(const RegistryPlace& place, REGSAM access);
 // asks for a key on the way to another, which may be closed itself.
 bool KeyThere(const RegistryPlace& place, bool passing = false);
 std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name);
-// Makes keys that are missing; a value that is there already is left alone. Each new key and the value are logged
-// before they are made, unless `log` is null.
-void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature);
-void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+// Makes keys that are missing; a value that is there already is left alone. Each new key and the value are recorded
+// before they are made; those of another machine are not.
+void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring& keyClass,
+             const std::wstring& feature);
+void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
                 const std::wstring& feature);
+// System codes. A tree goes with its key, which is no root. Until the run ends it can come back, but for its access
+// lists.
+LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place);
+LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstring& name);
 
-// System codes. A tree goes with its key, which is no root; nothing is logged.
 enum class KeyNames { keys, values };
 LSTATUS NamesIn(const RegistryPlace& place, KeyNames kind, std::vector<std::wstring>& names);
-LSTATUS DeleteTree(const RegistryPlace& place);
-LSTATUS DeleteValue(const RegistryPlace& place, const std::wstring& name);
+
+// The bare steps, which undo uses: nothing is recorded, and failures are thrown.
+void CreateOneKey(const RegistryPlace& place, std::wstring keyClass);
+void PutValue(const RegistryPlace& place, const std::wstring& name, const RawValue& value);
+void DropValue(const RegistryPlace& place, const std::wstring& name);
 
 // Text as the registry holds it, with its terminator.
 RawValue TextValue(DWORD type, std::wstring_view text);

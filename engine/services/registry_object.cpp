@@ -87,7 +87,7 @@ RegistryPlace RegistryObject::Place(LONG64 root, BSTR key) const
 HRESULT RegistryObject::CreateKey(LONG64 root, BSTR key, BSTR keyClass, VARIANT_BOOL shared, ISetupLog* log)
 {
     return Call("ISetupRegistry.CreateKey", root, key, keyClass, shared)([&] {
-        MakeKey(LogFor(log), Place(root, key), TextOf(keyClass), {});
+        MakeKey(RecordingFor(log), Place(root, key), TextOf(keyClass), {});
         return S_OK;
     });
 }
@@ -100,7 +100,7 @@ HRESULT RegistryObject::SetValue(LONG64 root, BSTR key, BSTR name, long type, VA
         const auto raw = FromVariant(core(), type, *value);
         if (!raw)
             return E_INVALIDARG;
-        WriteValue(LogFor(log), Place(root, key), TextOf(name), *raw, {});
+        WriteValue(RecordingFor(log), Place(root, key), TextOf(name), *raw, {});
         return S_OK;
     });
 }
@@ -122,14 +122,15 @@ HRESULT RegistryObject::DeleteKey(LONG64 root, BSTR key, long reserved)
 {
     return Call("ISetupRegistry.DeleteKey", root, key, reserved)([&] {
         const RegistryPlace place = Place(root, key);
-        return place.key.empty() ? E_INVALIDARG : FromWin32(static_cast<DWORD>(DeleteTree(place)));
+        return place.key.empty() ? E_INVALIDARG : FromWin32(static_cast<DWORD>(DeleteTree(*core().log, place)));
     });
 }
 
 HRESULT RegistryObject::DeleteValue(LONG64 root, BSTR key, BSTR name)
 {
-    return Call("ISetupRegistry.DeleteValue", root, key, name)(
-        [&] { return FromWin32(static_cast<DWORD>(engine::DeleteValue(Place(root, key), TextOf(name)))); });
+    return Call("ISetupRegistry.DeleteValue", root, key, name)([&] {
+        return FromWin32(static_cast<DWORD>(engine::DeleteValue(*core().log, Place(root, key), TextOf(name))));
+    });
 }
 
 HRESULT RegistryObject::Connect(LONG64 root, BSTR machine, LONG64* remoteKey)
@@ -144,7 +145,7 @@ HRESULT RegistryObject::Connect(LONG64 root, BSTR machine, LONG64* remoteKey)
         // A run with a root of its own leaves the registry of every machine alone.
         if (code == ERROR_SUCCESS && !core().options.registryRoot.empty()) {
             place = Redirected(core(), std::move(place));
-            MakeKey(core().log.get(), place, {}, {});
+            MakeKey({core().log.get()}, place, {}, {});
             code = OpenKey(place, KEY_ALL_ACCESS, remote);
         }
         if (code != ERROR_SUCCESS)

@@ -34,7 +34,7 @@ public:
 
 private:
     struct RegistryPlace Place(LONG64 root, BSTR key) const;
-    InstallLog* LogFor(ISetupLog* log) const { return log ? core().log.get() : nullptr; }
+    Recording RecordingFor(ISetupLog* log) const { return {core().log.get(), !log}; }
 };
 
 } // namespace vh::engine

@@ -3,7 +3,7 @@
 #include <shellapi.h>
 
 #include "../transfer/file_writer.h"
-#include "../transfer/removal.h"
+#include "../transfer/take_away.h"
 
 namespace vh::engine {
 
@@ -43,8 +43,8 @@ DWORD WhyItStays(const std::wstring& path)
     return entry ? 0 : GetLastError();
 }
 
-// The shortcuts of a folder that holds nothing else and can go with them.
-std::vector<std::wstring> ShortcutsToRemove(const std::wstring& folder)
+// Throws unless the folder holds nothing but shortcuts and can go with them.
+void CheckRemovable(const std::wstring& folder)
 {
     std::vector<std::wstring> shortcuts;
     for (const Entry& entry : ListFolder(folder)) {
@@ -57,7 +57,6 @@ std::vector<std::wstring> ShortcutsToRemove(const std::wstring& folder)
     for (const std::wstring& shortcut : shortcuts)
         if (const DWORD code = WhyItStays(shortcut))
             ThrowFileError(shortcut, L"can't remove the shortcut", code);
-    return shortcuts;
 }
 
 std::wstring TextOf(const VARIANT& value)
@@ -110,7 +109,7 @@ std::wstring ShortcutPath(const Core& core, std::wstring_view name)
     return IsShortcut(path) ? path : path + std::wstring(extension);
 }
 
-void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool logged)
+void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool loose)
 {
     const DraftFile draft(core);
     const FileFacts there = FactsOf(path);
@@ -129,16 +128,11 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     file.feature = feature;
     file.flags = file_always_overwrite;
     file.kind = LogKind::shell;
+    file.loose = loose;
     // A shortcut of somebody else comes back at removal.
-    if (logged && there.file() && !IsOurs(core, file, there))
+    if (!loose && there.file() && !IsOurs(core, file, there))
         file.previous = ReadWhole(path, largest_shortcut);
-    const long before = core.log->LastId();
-    try {
-        WriteFileSafely(core, file, logged, [](uint64_t) {});
-    } catch (const engine_error&) {
-        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
-        throw;
-    }
+    WriteAllOrNothing(core, {&file, 1}, {[](uint64_t, const FileToWrite&) {}});
 }
 
 HRESULT ShellService::NewItem(ISetupShortcut** shortcut)
@@ -163,7 +157,8 @@ HRESULT ShellService::RemoveItem(BSTR path)
         const std::wstring file = ShortcutPath(core(), engine::TextOf(path));
         if (!FactsOf(file).file())
             return not_found;
-        return DeleteFileW(LongPath(file).c_str()) ? S_OK : FromWin32(GetLastError());
+        TakeAway(core(), file);
+        return S_OK;
     });
 }
 
@@ -184,10 +179,7 @@ HRESULT ShellService::ListItems(BSTR folder, SAFEARRAY** items)
 HRESULT ShellService::MakeFolder(BSTR folder, ISetupLog* log)
 {
     return Call("ISetupShell.MakeFolder", folder)([&] {
-        MakeFolders(ShellFolderPath(core(), engine::TextOf(folder)), [&](const std::wstring& made) {
-            if (log)
-                LogFolder(core(), made, {});
-        });
+        MakeLoggedFolders(core(), ShellFolderPath(core(), engine::TextOf(folder)), log);
         return S_OK;
     });
 }
@@ -201,10 +193,9 @@ HRESULT ShellService::RemoveFolder(BSTR folder)
             return not_found;
         // A link goes alone: what it leads to is another folder's.
         if (!(facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
-            for (const std::wstring& shortcut : ShortcutsToRemove(path))
-                if (!RemoveFile(shortcut))
-                    return FromWin32(GetLastError());
-        return RemoveDirectoryW(LongPath(path).c_str()) ? S_OK : FromWin32(GetLastError());
+            CheckRemovable(path);
+        TakeAway(core(), path);
+        return S_OK;
     });
 }
 
@@ -319,7 +310,7 @@ HRESULT ShortcutObject::Save(ISetupLog* log, VARIANT* path)
     return Call("ISetupShortcut.Save", log ? 1L : 0L)([&] {
         if (!path)
             return E_POINTER;
-        SaveShortcut(core(), m_link, ShortcutPath(core(), TextOf(*path)), {}, log);
+        SaveShortcut(core(), m_link, ShortcutPath(core(), TextOf(*path)), {}, !log);
         return S_OK;
     });
 }
@@ -345,7 +336,7 @@ HRESULT ShortcutObject::Commit(VARIANT_BOOL* done)
     return Call("ISetupShortcutProperties.Commit")([&] {
         if (m_path.empty())
             return E_UNEXPECTED;
-        SaveShortcut(core(), m_link, m_path, {}, true);
+        SaveShortcut(core(), m_link, m_path, {}, false);
         return done ? GiveTruth(done, true) : S_OK;
     });
 }

@@ -117,7 +117,7 @@ HRESULT FileOperations::CreateCopyJob(BSTR source, BSTR target, unsigned long fl
 HRESULT FileOperations::MakeDirectory(BSTR path, ISetupLog* log)
 {
     return Call("ISetupFileOps.MakeDirectory", path)([&] {
-        MakeLoggedFolders(core(), FullPath(AbsolutePath(core(), path, L"<TARGETDIR>")), {}, !log);
+        MakeLoggedFolders(core(), FullPath(AbsolutePath(core(), path, L"<TARGETDIR>")), log);
         return S_OK;
     });
 }

@@ -239,7 +239,8 @@ private:
     // What a step can't repeat is on the disk before the step is done.
     void Record()
     {
-        const bool replaces = std::any_of(m_steps.begin(), m_steps.end(), [](const Step& s) { return !s.backup.empty(); });
+        const bool replaces =
+            std::any_of(m_steps.begin(), m_steps.end(), [](const Step& s) { return !s.backup.empty(); });
         const std::size_t count = m_records.size();
         if (count == 0)
             return;
@@ -287,13 +288,13 @@ bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
     return record && !record->found && record->size == facts.size && record->time == facts.time;
 }
 
-void MakeLoggedFolders(Core& core, const std::wstring& path, const std::wstring& feature, bool loose)
+void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged)
 {
     const std::vector<std::wstring> missing = MissingFolders(path);
     std::vector<LogRecord> records;
     for (const std::wstring& folder : missing)
-        records.push_back(FolderRecord(folder, feature, loose));
-    if (!records.empty())
+        records.push_back(FolderRecord(folder, {}, false));
+    if (logged && !records.empty())
         core.log->Append(std::move(records));
     for (const std::wstring& folder : missing)
         MakeFolder(folder);
@@ -301,8 +302,15 @@ void MakeLoggedFolders(Core& core, const std::wstring& path, const std::wstring&
 
 void WriteFilesSafely(Core& core, std::span<const FileToWrite> files, const WriterNews& news)
 {
-    for (; !files.empty(); files = files.subspan(std::min(batch_size, files.size())))
-        Batch(core, files.first(std::min(batch_size, files.size()))).Write(news);
+    while (!files.empty()) {
+        // A target that comes again is looked at when it is there.
+        std::set<std::wstring> targets;
+        std::size_t count = 0;
+        while (count < std::min(batch_size, files.size()) && targets.insert(Upper(files[count].target)).second)
+            ++count;
+        Batch(core, files.first(count)).Write(news);
+        files = files.subspan(count);
+    }
 }
 
 void WriteAllOrNothing(Core& core, std::span<const FileToWrite> files, const WriterNews& news)

@@ -30,8 +30,8 @@ struct FileToWrite {
 
 enum class Written { written, same, newer_stays, stays };
 
-// Makes the missing folders of a path, each one recorded before.
-void MakeLoggedFolders(Core& core, const std::wstring& path, const std::wstring& feature, bool loose);
+// Makes the missing folders of a path, each one recorded before; those that are not logged stay also after a failure.
+void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged);
 
 // What stands there is what the product's newest record of the file says.
 bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& there);

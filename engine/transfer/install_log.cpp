@@ -59,7 +59,7 @@ void InstallLog::Claim()
 {
     // A setup that ends may take the folder away at this very moment.
     for (int attempt = 0; !m_writer; ++attempt) {
-        MakeFolders(FolderOf(m_file), {});
+        MakeFolders(FolderOf(m_file));
         m_writer.reset(CreateFileW(LongPath(m_file).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                    OPEN_ALWAYS, 0, nullptr));
         if (m_writer)
@@ -70,8 +70,9 @@ void InstallLog::Claim()
         if (code != ERROR_PATH_NOT_FOUND || attempt == 3)
             ThrowFileError(m_file, cant_write, code);
     }
-    m_owner.reset(CreateFileW(LongPath(OwnerFile()).c_str(), GENERIC_WRITE | DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                              nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    m_owner.reset(CreateFileW(LongPath(OwnerFile()).c_str(), GENERIC_WRITE | DELETE,
+                              FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     const std::string note = ToUtf8(ProcessNote());
     DWORD written = 0;
     // Without the note another setup is refused all the same, only with fewer words.
@@ -89,8 +90,7 @@ void InstallLog::ThrowClaimed() const
     DWORD got = 0;
     if (note && ReadFile(note.get(), text, sizeof text, &got, nullptr) && got)
         who = L" (" + ToWide({text, got}) + L")";
-    throw engine_error(FromWin32(ERROR_SHARING_VIOLATION), m_file,
-                       L"another setup of this product is running" + who);
+    throw engine_error(FromWin32(ERROR_SHARING_VIOLATION), m_file, L"another setup of this product is running" + who);
 }
 
 void InstallLog::Read()
@@ -173,7 +173,8 @@ std::set<long> InstallLog::FindUnfinished() const
         // A damaged line right behind a run's end was most likely that end: it is taken for one.
         const auto damaged = m_damagedAt.upper_bound(run->second.last);
         const bool last = std::next(run) == runs.end();
-        if (damaged != m_damagedAt.end() && (last ? run->second.hasSelection : *damaged <= std::next(run)->second.first))
+        if (damaged != m_damagedAt.end() &&
+            (last ? run->second.hasSelection : *damaged <= std::next(run)->second.first))
             continue;
         unfinished.insert(run->first);
     }
@@ -358,19 +359,9 @@ bool InstallLog::AnythingStands() const
                        [&](const LogRecord& record) { return IsForRemoval(record) && !Undone(record); });
 }
 
-void InstallLog::RemoveFiles()
+void InstallLog::Clear()
 {
-    m_owner.reset();
-    m_writer.reset();
-    RemoveFile(m_file);
-    RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
-}
-
-void InstallLog::Delete()
-{
-    // Emptied under the claim: what another setup may find a moment later says nothing.
-    if (m_writer)
-        CutAt(0);
+    CutAt(0);
     m_records.clear();
     m_byName.clear();
     m_byId.clear();
@@ -381,17 +372,19 @@ void InstallLog::Delete()
     m_unfinished.clear();
     m_wholeBytes = 0;
     m_run = 0;
-    RemoveFiles();
 }
 
 void InstallLog::Close()
 {
     if (!m_writer)
         return;
-    if (m_wholeBytes == 0)
-        RemoveFiles();
     m_owner.reset();
     m_writer.reset();
+    if (m_wholeBytes)
+        return;
+    // Another setup that has claimed it by now keeps it.
+    RemoveFile(m_file);
+    RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
 }
 
 } // namespace vh::engine

@@ -62,9 +62,9 @@ public:
     bool AnythingStands() const;
     // Nothing is left to undo, now or by a removal.
     bool IsIdle() const { return !AnythingStands() && m_unfinished.empty() && m_damaged.empty(); }
-    // Ends writing; the file and its folder go.
-    void Delete();
-    // Ends writing; an empty log goes.
+    // Everything that is recorded is forgotten; the claim stays.
+    void Clear();
+    // Gives the claim back; the file of an empty log goes, and its folder.
     void Close();
 
 private:
@@ -75,7 +75,6 @@ private:
     void Write(const std::string& lines);
     void CutAt(uint64_t size);
     void Keep(LogRecord record);
-    void RemoveFiles();
     std::wstring OwnerFile() const;
 
     std::wstring m_file;
@@ -90,11 +89,17 @@ private:
     std::set<std::size_t> m_damagedAt; // how many records stand before each damaged line
     std::set<long> m_unfinished;
     unique_file m_writer;
-    unique_file m_owner; // tells others whose claim it is; goes with the process
+    unique_file m_owner;       // tells others whose claim it is; goes with the process
     uint64_t m_wholeBytes = 0; // of complete lines
     bool m_torn = false;       // bytes beyond them could not be cut off yet
     long m_lastId = 0;
     long m_run = 0;
+};
+
+// Where a step is recorded: for a removal, or `loose`, until the run ends.
+struct Recording {
+    InstallLog* log;
+    bool loose = false;
 };
 
 } // namespace vh::engine

@@ -16,12 +16,15 @@ struct KindName {
     const char* name;
 };
 constexpr KindName kind_names[] = {
-    {LogKind::run, "run"},       {LogKind::commit, "commit"},     {LogKind::ended, "ended"},
-    {LogKind::clean, "clean"},   {LogKind::features, "features"}, {LogKind::folder, "folder"},
-    {LogKind::file, "file"},     {LogKind::placed, "placed"},     {LogKind::key, "key"},
-    {LogKind::value, "value"},   {LogKind::set, "set"},           {LogKind::shell, "shell"},
-    {LogKind::texts, "texts"},   {LogKind::taken, "taken"},       {LogKind::unkey, "unkey"},
-    {LogKind::forgotten, "forgotten"}, {LogKind::undone, "undone"},
+    {LogKind::run, "run"},           {LogKind::commit, "commit"},
+    {LogKind::ended, "ended"},       {LogKind::clean, "clean"},
+    {LogKind::features, "features"}, {LogKind::folder, "folder"},
+    {LogKind::file, "file"},         {LogKind::placed, "placed"},
+    {LogKind::key, "key"},           {LogKind::value, "value"},
+    {LogKind::set, "set"},           {LogKind::shell, "shell"},
+    {LogKind::texts, "texts"},       {LogKind::taken, "taken"},
+    {LogKind::unkey, "unkey"},       {LogKind::forgotten, "forgotten"},
+    {LogKind::undone, "undone"},
 };
 
 // The fields of a record and their keys in the file; a field at its default is left out.
@@ -31,9 +34,9 @@ struct Field {
     Value LogRecord::*field;
 };
 constexpr Field<std::wstring> text_fields[] = {
-    {"what", &LogRecord::what},       {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
-    {"temp", &LogRecord::temp},       {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
-    {"name", &LogRecord::name},       {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
+    {"what", &LogRecord::what}, {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
+    {"temp", &LogRecord::temp}, {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
+    {"name", &LogRecord::name}, {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
 };
 constexpr Field<uint64_t> size_fields[] = {
     {"size", &LogRecord::size}, {"time", &LogRecord::time}, {"sourceTime", &LogRecord::sourceTime}};

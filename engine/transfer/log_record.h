@@ -11,23 +11,23 @@
 namespace vh::engine {
 
 enum class LogKind {
-    run,      // a run began
-    commit,   // the run is complete
-    ended,    // the run was rolled back whole
-    clean,    // nothing of a committed run is left to tidy up
-    features, // the selection that the run leaves: `list`
-    folder,   // a folder was made
-    file,     // a file is written under `temp`, what stood there goes to `backup`, then it gets its name
-    placed,   // the file of record `ref` kept another size or time than it was given
-    key,      // a registry key was made
-    value,    // a registry value was written, or deleted (type -1); `old` is what it was
-    set,      // a registry set was applied
-    shell,    // a shortcut, written like a file
-    texts,    // saved targets: `texts`
-    taken,    // a file, shortcut or folder went to `backup`, where it waits for the end of the run
-    unkey,    // a registry key was deleted, after what was in it
+    run,       // a run began
+    commit,    // the run is complete
+    ended,     // the run was rolled back whole
+    clean,     // nothing of a committed run is left to tidy up
+    features,  // the selection that the run leaves: `list`
+    folder,    // a folder was made
+    file,      // a file is written under `temp`, what stood there goes to `backup`, then it gets its name
+    placed,    // the file of record `ref` kept another size or time than it was given
+    key,       // a registry key was made
+    value,     // a registry value was written, or deleted (type -1); `old` is what it was
+    set,       // a registry set was applied
+    shell,     // a shortcut, written like a file
+    texts,     // saved targets: `texts`
+    taken,     // a file, shortcut or folder went to `backup`, where it waits for the end of the run
+    unkey,     // a registry key was deleted, after what was in it
     forgotten, // record `ref` is left out of account
-    undone,   // the record `ref` was undone
+    undone,    // the record `ref` was undone
 };
 
 // Kinds that stand for a file on the machine.
@@ -76,8 +76,8 @@ struct LogRecord {
 // What a removal has to undo, once the run is committed.
 constexpr bool IsForRemoval(const LogRecord& record)
 {
-    return IsUndoable(record.kind) && record.kind != LogKind::taken && record.kind != LogKind::unkey &&
-           !record.loose && record.ref == 0;
+    return IsUndoable(record.kind) && record.kind != LogKind::taken && record.kind != LogKind::unkey && !record.loose &&
+           record.ref == 0;
 }
 
 // One line of JSON with its check sum, without the line end.

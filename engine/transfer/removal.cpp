@@ -93,8 +93,8 @@ std::vector<Removal> RecoverRuns(InstallLog& log)
     std::vector<Removal> results;
     const std::set<long> unfinished = log.UnfinishedRuns();
     if (!unfinished.empty()) {
-        results = UndoRecords(log, Undo::rollback,
-                              [&](const LogRecord& record) { return unfinished.contains(record.run); });
+        results =
+            UndoRecords(log, Undo::rollback, [&](const LogRecord& record) { return unfinished.contains(record.run); });
         if (!AnyFailed(results))
             for (const long run : unfinished)
                 log.TryFinish(run, LogKind::ended);
@@ -113,10 +113,11 @@ bool DropBackup(const LogRecord& record)
         return true;
     if (!waiting.folder())
         return RemoveFile(record.backup);
-    // A folder of shortcuts; whatever else got into it stays.
-    for (const Entry& entry : ListFolder(record.backup))
-        if (entry.facts.file())
-            RemoveFile(JoinPath(record.backup, entry.name));
+    // A folder of shortcuts, or a link; whatever else got into it stays.
+    if (!(waiting.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+        for (const Entry& entry : ListFolder(record.backup))
+            if (entry.facts.file())
+                RemoveFile(JoinPath(record.backup, entry.name));
     return RemoveDirectoryW(LongPath(record.backup).c_str()) != 0;
 }
 
@@ -166,7 +167,7 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
         log, Undo::removal, [](const LogRecord&) { return true; }, onRemoval);
     // Folders and keys that others use are all that may be left when nothing failed.
     if (!AnyFailed(results))
-        log.Delete();
+        log.Clear();
     return results;
 }
 

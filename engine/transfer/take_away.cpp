@@ -98,8 +98,7 @@ RemovalOutcome TakeValueBack(Core& core, const LogRecord& value)
 Removal TakeOneBack(Core& core, const LogRecord& record)
 {
     try {
-        const RemovalOutcome outcome =
-            IsFile(record.kind) ? TakeFileBack(core, record) : TakeValueBack(core, record);
+        const RemovalOutcome outcome = IsFile(record.kind) ? TakeFileBack(core, record) : TakeValueBack(core, record);
         return {outcome, KindWord(record), record.what, {}};
     } catch (const engine_error& error) {
         return {RemovalOutcome::failed, KindWord(record), record.what, error.message().reason};

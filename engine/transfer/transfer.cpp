@@ -73,9 +73,8 @@ void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
         else if (written == Written::stays)
             core.Note(file.target, L"the file stays as it is");
     };
-    WriteAllOrNothing(
-        core, plan.files,
-        {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }, done});
+    WriteAllOrNothing(core, plan.files,
+                      {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }, done});
 }
 
 com_ptr<IEngineProgress> SinkFor(Core& core, const Plan& plan, IUnknown* given)

@@ -82,7 +82,7 @@ UndoResult RemoveFileRecord(const LogRecord& record, bool superseded)
     if (record.oldData.empty())
         return RemoveFileStep(record.what);
     return ReplaceContent(record.what, FromHex(record.oldData), record.temp) ? UndoResult{RemovalOutcome::restored}
-                                                                            : Failed(GetLastError());
+                                                                             : Failed(GetLastError());
 }
 
 UndoResult UndoFolder(const LogRecord& record)

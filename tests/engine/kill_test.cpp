@@ -50,7 +50,6 @@ bool RunKilled(const SetupFolder& folder, const wchar_t* test, int step)
 }
 
 using Kill = OnTree;
-using Log = OnTree;
 
 } // namespace
 
@@ -107,34 +106,4 @@ TEST_F(Kill, DuringARemovalLetsTheNextOneGoOn)
             break;
     }
     EXPECT_FALSE(Exists(folder.Target()));
-}
-
-TEST_F(Log, BelongsToOneSetupAtATime)
-{
-    const auto first = folder.Open();
-    const auto second = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*first));
-    RemoveFile(folder.Target(L"a.bin"));
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION), MoveAll(*second));
-    EXPECT_NE(std::wstring::npos, LastReason(*second).find(L"install.log"));
-    // A run that still goes on is not taken for a killed one.
-    const auto tree = Tree(folder.Target());
-    EXPECT_THROW(folder.Open(), engine_error);
-    EXPECT_THROW(Uninstall(first->LogFile()), engine_error);
-    EXPECT_EQ(tree, Tree(folder.Target()));
-}
-
-TEST_F(Log, ThatIsDamagedIsNamedWithItsLine)
-{
-    const std::wstring log = Install();
-    std::string content = ReadWhole(log, 100'000);
-    content.insert(content.find('\n') + 1, "nonsense\n");
-    WriteText(log, content);
-    try {
-        Uninstall(log);
-        ADD_FAILURE() << "a damaged log was taken";
-    } catch (const engine_error& error) {
-        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"install.log: line 2 is damaged"));
-    }
-    EXPECT_TRUE(Exists(folder.Target(L"a.bin")));
 }

@@ -128,7 +128,7 @@ TEST_F(Registry, CanBeARunsOwn)
     folder.Product(registry_product);
     Options options = folder.Given();
     options.registryRoot = L"HKCU\\Software\\VHEngineTest\\Own";
-    engine = Engine::Open(options);
+    Reopen(options);
     const auto registry = ServiceOf<ISetupRegistry>(*engine);
     const auto log = ServiceOf<ISetupLog>(*engine);
     ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateRegistrySet(bstr(L"").get(), log.get()));
@@ -328,6 +328,13 @@ TEST(CopyJobs, ObeyTheirFlagsAndNameWhatIsMissing)
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), copy(L"none*.bin", 0));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none*.bin"));
     EXPECT_EQ(E_NOTIMPL, copy(L"http://localhost/x", 0));
+    // Equal size and time don't stand for equal content.
+    const FILETIME time = TimeOf(folder.Setup(L"a.bin"));
+    WriteText(folder.Target(L"a.bin"), std::string(10, '?'));
+    SetTime(folder.Target(L"a.bin"), time);
+    EXPECT_EQ(S_OK, copy(L"a.bin", 0));
+    EXPECT_EQ(std::string(10, 'a'), ReadWhole(folder.Target(L"a.bin"), 100));
+    engine->Commit();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"b.bin"}), Tree(folder.Target()));
 }
 

@@ -311,7 +311,7 @@ TEST_F(Folders, GoWithTheRunAndGiveBackWhatWasThere)
 {
     engine::LinkData own;
     own.target = L"C:\\own.exe";
-    engine::MakeFolders(programs + L"\\Group", {});
+    engine::MakeFolders(programs + L"\\Group");
     engine::WriteShellLink(own, File(L"Own"));
     EXPECT_EQ(Add(L"Own", L"C:\\new.exe", IconReplace), 0);
     EXPECT_EQ(AddIcon(*session, L"Other\\", L"New", L"C:\\new.exe", L"", L"", 0, L"", 0), 0);
