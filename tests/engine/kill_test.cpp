@@ -62,6 +62,22 @@ TEST(Child, DISABLED_Installs)
     engine->Commit();
 }
 
+// Replaces, adds and takes away: all that a second run can do.
+TEST(Child, DISABLED_Maintains)
+{
+    Options options = SetupFolder(Environment(L"VH_KILL_FOLDER")).Given();
+    options.onProgress = [](const Progress&) { return KillAtStep(), true; };
+    const auto engine = Engine::Open(std::move(options));
+    KillAtStep();
+    Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(2);
+    engine->Host().query<ISetupFeatureHost>()->Reinstall(VARIANT_FALSE);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    KillAtStep();
+    engine->Commit();
+    KillAtStep();
+}
+
 TEST(Child, DISABLED_Removes)
 {
     const SetupFolder folder(Environment(L"VH_KILL_FOLDER"));
@@ -92,6 +108,32 @@ TEST_F(Kill, DuringAnInstallationLeavesNoHalfFileAndTheNextStartCleansUp)
     }
     EXPECT_GT(step, 4);
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
+}
+
+TEST_F(Kill, DuringMaintenanceEndsInOneOfTwoStates)
+{
+    WriteText(folder.Target(L"c.bin"), "older");
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(0);
+    Install();
+    const auto first = Tree(folder.Target());
+    folder.Payload(L"a.bin", std::string(11, 'A'));
+    int ended = 0;
+    bool killed = true;
+    for (int step = 1; killed; ++step) {
+        killed = RunKilled(folder, L"Child.DISABLED_Maintains", step);
+        Reopen();
+        const bool committed = Exists(folder.Target(L"d.bin"));
+        EXPECT_EQ(committed ? (std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}) : first,
+                  Tree(folder.Target()))
+            << step;
+        EXPECT_EQ(committed ? std::string(11, 'A') : std::string(10, 'a'), ReadWhole(folder.Target(L"a.bin"), 100));
+        EXPECT_EQ(committed ? 0 : 2, Selected(*engine, {L"Tools", L"Extra"}));
+        ended += committed;
+        engine.reset();
+    }
+    EXPECT_EQ(2, ended) << "the kill behind the commit, and the run to the end";
+    Uninstall(LogFileOf(folder.Setup(), folder.Data()));
+    EXPECT_EQ((std::vector<std::wstring>{}), Tree(folder.Target()));
 }
 
 TEST_F(Kill, DuringARemovalLetsTheNextOneGoOn)

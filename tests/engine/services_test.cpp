@@ -153,6 +153,47 @@ TEST_F(Registry, CanBeARunsOwn)
     EXPECT_FALSE(key.Exists());
 }
 
+// Whatever a script takes away comes back with the rollback, and a commit ends that.
+TEST_F(Registry, AndShortcutsComeBackFromEveryDeletion)
+{
+    const TestKey key;
+    key.Write(L"Mine", L"one");
+    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\A\\B", L"Deep", REG_SZ, L"two", 8);
+    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\A", nullptr, REG_SZ, L"three", 12);
+    const std::wstring menu = folder.Target(L"menu");
+    WriteText(menu + L"\\sub\\one.lnk", "shortcut 1");
+    WriteText(menu + L"\\two.lnk", "shortcut 2");
+    const auto tree = Tree(folder.Target());
+    for (const bool commit : {false, true}) {
+        const auto registry = ServiceOf<ISetupRegistry>(*engine);
+        const auto shell = ServiceOf<ISetupShell>(*engine);
+        ASSERT_EQ(S_OK, registry->DeleteKey(current_user, bstr(L"Software\\VHEngineTest\\A").get(), 0));
+        ASSERT_EQ(S_OK,
+                  registry->DeleteValue(current_user, bstr(L"Software\\VHEngineTest").get(), bstr(L"Mine").get()));
+        variant text(L"unlogged");
+        ASSERT_EQ(S_OK, registry->SetValue(current_user, bstr(L"Software\\VHEngineTest\\A").get(), bstr(L"").get(),
+                                           REG_SZ, &text.get(), nullptr));
+        ASSERT_EQ(S_OK, shell->RemoveItem(bstr(menu + L"\\two").get()));
+        ASSERT_EQ(S_OK, shell->RemoveFolder(bstr(menu + L"\\sub").get()));
+        EXPECT_FALSE(Exists(menu + L"\\two.lnk") || Exists(menu + L"\\sub"));
+        EXPECT_EQ(L"", key.Text(L"Mine") + key.Text(L"Deep", L"\\A\\B"));
+        if (commit) {
+            engine->Commit();
+            EXPECT_EQ(std::vector<std::wstring>{L"menu"}, Tree(folder.Target()));
+            EXPECT_EQ(L"unlogged", key.Text(L"", L"\\A"));
+            continue;
+        }
+        EXPECT_FALSE(AnyFailed(engine->Rollback()));
+        EXPECT_EQ(tree, Tree(folder.Target()));
+        EXPECT_EQ("shortcut 1", ReadWhole(menu + L"\\sub\\one.lnk", 100));
+        EXPECT_EQ(L"one", key.Text(L"Mine"));
+        EXPECT_EQ(L"two", key.Text(L"Deep", L"\\A\\B"));
+        EXPECT_EQ(L"three", key.Text(L"", L"\\A"));
+    }
+    engine.reset();
+    EXPECT_FALSE(Exists(LogFileOf(folder.Setup(), folder.Data()))) << "nothing stays to be removed";
+}
+
 // A slash is a letter of a name, and backslashes at the end count in no call.
 TEST_F(Registry, DividesKeysAtBackslashesAlone)
 {
