@@ -43,13 +43,6 @@ std::wstring NewGuid()
     return text.data();
 }
 
-std::wstring TempFolder()
-{
-    std::array<wchar_t, MAX_PATH + 1> path{};
-    const DWORD length = GetTempPathW(static_cast<DWORD>(path.size()), path.data());
-    return FullPath(std::wstring(path.data(), length));
-}
-
 WORD ChosenLanguage(const Product& product, int wanted)
 {
     for (WORD language : product.languages)
@@ -65,7 +58,7 @@ void CopySupportFiles(const Product& product, const std::wstring& folder)
         for (const FileGroup& group : item->groups)
             for (const ProductFile& file : group.files) {
                 const std::wstring target = JoinPath(JoinPath(folder, group.target), file.path);
-                MakeFolders(FolderOf(target), {});
+                MakeFolders(FolderOf(target));
                 if (!CopyFileW(LongPath(file.source).c_str(), LongPath(target).c_str(), FALSE))
                     ThrowFileError(file.source, L"can't copy the support file", GetLastError());
             }
@@ -91,17 +84,16 @@ Core::Core(Options given) : options(std::move(given)), product(std::make_shared<
         options.dataDir = DefaultDataDir();
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
-    supportDir = JoinPath(TempFolder(), L"VHSetup" + contextGuid);
-    MakeFolders(supportDir, {});
+    for (const long line : log->DamagedLines())
+        Report({Severity::warning, log->File(), L"line " + Number(line) + L" is damaged and was passed over",
+                HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT)});
+    support = std::make_unique<SupportFolder>(contextGuid);
+    supportDir = support->path();
     CopySupportFiles(*product->product, supportDir);
     SetVariables();
 }
 
-Core::~Core()
-{
-    if (!supportDir.empty())
-        RemoveTree(supportDir);
-}
+Core::~Core() = default;
 
 void Core::SetVariables()
 {

@@ -7,6 +7,7 @@
 
 #include "engine.h"
 #include "product/data_set.h"
+#include "support_folder.h"
 #include "text_table.h"
 #include "transfer/install_log.h"
 
@@ -48,6 +49,7 @@ public:
     TextTable localTexts;
     TextTable globalTexts;
     std::unique_ptr<InstallLog> log;
+    std::unique_ptr<SupportFolder> support;
     std::wstring supportDir;
     std::wstring contextGuid;
     bool registryTexts = true;

@@ -15,26 +15,24 @@ namespace {
 // A log that would undo nothing goes.
 void DropIfIdle(InstallLog& log)
 {
-    if (!log.AnythingStands())
-        log.Delete();
+    if (log.IsIdle())
+        log.Clear();
 }
 
-// Undoes a run that never came to its end.
+// Undoes runs that never came to their end.
 void Recover(Core& core)
 {
-    const long run = core.log->UnfinishedRun();
-    if (!run)
-        return;
-    core.log->Claim();
-    const auto results =
-        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.run == run; });
-    LogRecord end;
-    end.kind = LogKind::commit;
-    end.run = run;
-    core.log->Append(std::move(end));
-    core.Report({Severity::warning, core.log->File(),
-                 L"an unfinished installation was undone (" + Number(static_cast<int64_t>(results.size())) + L" steps)",
-                 S_OK});
+    const bool unfinished = !core.log->UnfinishedRuns().empty();
+    const auto results = RecoverRuns(*core.log);
+    if (unfinished)
+        core.Report(
+            {Severity::warning, core.log->File(),
+             L"an unfinished installation was undone (" + Number(static_cast<int64_t>(CountDone(results))) + L" steps)",
+             S_OK});
+    for (const Removal& removal : results)
+        if (removal.outcome == RemovalOutcome::failed)
+            core.Report({Severity::warning, removal.what,
+                         L"can't be undone yet: " + removal.reason + L"; the next setup tries again", E_FAIL});
     DropIfIdle(*core.log);
 }
 
@@ -45,21 +43,37 @@ bool IsTargetGiven(const Options& options)
                        [](const auto& variable) { return SameText(variable.first, L"TARGETDIR"); });
 }
 
+// Paths of the features that the last run left selected, in upper case. Where that record is lost, those that have
+// files in place.
+std::set<std::wstring> SelectedByLog(const InstallLog& log, const LogRecord* selection)
+{
+    std::set<std::wstring> selected;
+    if (selection) {
+        for (const std::wstring& path : selection->list)
+            selected.insert(Upper(path));
+        return selected;
+    }
+    for (const LogRecord* file : log.Standing(LogKind::file))
+        for (std::wstring path = Upper(file->feature); !path.empty(); path = FolderOf(path))
+            selected.insert(path);
+    return selected;
+}
+
 // Target, selection and state as the last run left them. With another target nothing is there yet.
 void TakeOver(Core& core)
 {
-    const LogRecord* selection = core.log->Newest(LogKind::features, {});
-    if (!core.log->AnythingStands() || !selection)
+    if (!core.log->AnythingStands())
         return;
     core.product->maintenance = true;
-    const auto target = selection->texts.find(L"TARGETDIR");
-    if (!IsTargetGiven(core.options) && target != selection->texts.end())
-        core.globalTexts.Set(L"TARGETDIR", target->second);
-    const bool samePlace =
-        target == selection->texts.end() || SameText(target->second, core.Substitute(L"<TARGETDIR>"));
-    std::set<std::wstring> selected;
-    for (const std::wstring& path : selection->list)
-        selected.insert(Upper(path));
+    const LogRecord* selection = core.log->Newest(LogKind::features, {});
+    bool samePlace = true;
+    if (selection) {
+        const auto target = selection->texts.find(L"TARGETDIR");
+        if (!IsTargetGiven(core.options) && target != selection->texts.end())
+            core.globalTexts.Set(L"TARGETDIR", target->second);
+        samePlace = target == selection->texts.end() || SameText(target->second, core.Substitute(L"<TARGETDIR>"));
+    }
+    const std::set<std::wstring> selected = SelectedByLog(*core.log, selection);
     for (const auto& child : core.product->product->data.children)
         if (!child->pseudo)
             ForEachItem(*child, [&](Item& item) {
@@ -68,11 +82,19 @@ void TakeOver(Core& core)
             });
 }
 
-void RemoveBackups(const InstallLog& log, long run)
+// What is selected now, and where it goes.
+LogRecord SelectionOf(const Core& core, const std::wstring& target)
 {
-    for (const LogRecord& record : log.Records())
-        if (record.run == run && IsFile(record.kind) && !record.backup.empty() && !log.Undone(record))
-            RemoveFile(record.backup);
+    LogRecord selection;
+    selection.kind = LogKind::features;
+    selection.texts[L"TARGETDIR"] = target;
+    for (const auto& child : core.product->product->data.children)
+        if (!child->pseudo)
+            ForEachItem(*child, [&](const Item& item) {
+                if (item.selected)
+                    selection.list.push_back(item.Path());
+            });
+    return selection;
 }
 
 } // namespace
@@ -127,23 +149,12 @@ void Engine::Cancel() { m_core->cancelled = true; }
 void Engine::Commit()
 {
     InstallLog& log = *m_core->log;
-    const long run = log.CurrentRun();
-    if (!run)
+    LogRecord selection = SelectionOf(*m_core, TargetDir());
+    const LogRecord* before = m_core->product->maintenance ? log.Newest(LogKind::features, {}) : nullptr;
+    if (!log.CurrentRun() && (!before || before->list == selection.list))
         return;
-    LogRecord selection;
-    selection.kind = LogKind::features;
-    selection.texts[L"TARGETDIR"] = TargetDir();
-    for (const auto& child : m_core->product->product->data.children)
-        if (!child->pseudo)
-            ForEachItem(*child, [&](const Item& item) {
-                if (item.selected)
-                    selection.list.push_back(item.Path());
-            });
-    log.Append(std::move(selection));
-    LogRecord end;
-    end.kind = LogKind::commit;
-    log.Append(std::move(end));
-    RemoveBackups(log, run);
+    log.Commit(std::move(selection));
+    TidyUp(log);
     if (m_core->product->maintenance || log.Standing(LogKind::texts).empty())
         DropIfIdle(log);
 }
@@ -155,9 +166,7 @@ std::vector<Removal> Engine::Rollback()
     if (!run)
         return {};
     auto results = UndoRecords(log, Undo::rollback, [&](const LogRecord& record) { return record.run == run; });
-    LogRecord end;
-    end.kind = LogKind::commit;
-    log.Append(std::move(end));
+    log.Leave(!AnyFailed(results));
     DropIfIdle(log);
     return results;
 }
@@ -190,7 +199,7 @@ std::vector<std::wstring> Engine::LogLines() const
 {
     std::vector<std::wstring> lines;
     for (const LogRecord& record : m_core->log->Records())
-        lines.push_back(InstallLog::Line(record));
+        lines.push_back(Readable(record));
     return lines;
 }
 

@@ -67,6 +67,7 @@ enum class RemovalOutcome {
     kept_changed,   // the user changed it since
     kept_not_empty, // a folder with other files in it
     kept_permanent, // marked as not to be removed
+    kept_found,     // was there, the same, before the product
     failed,
 };
 
@@ -79,6 +80,10 @@ struct Removal {
     // Reason of a failure; empty otherwise.
     std::wstring reason;
 };
+
+// How many were done, not merely looked at.
+std::size_t CountDone(const std::vector<Removal>& removals);
+bool AnyFailed(const std::vector<Removal>& removals);
 
 class Core;
 
@@ -108,7 +113,7 @@ public:
 
     // Keeps what this run did and drops the backups of replaced files. A run that did nothing leaves no log.
     void Commit();
-    // Undoes what this run did, newest first.
+    // Undoes what this run did, newest first. What fails stays recorded, and the next run tries it again.
     std::vector<Removal> Rollback();
 
     std::wstring ProductName() const;
@@ -135,7 +140,7 @@ std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& data
 
 // Undoes all that an install log lists, newest first, and removes the log when nothing is left to do. Each
 // removal is noted in the log at once, so a killed removal goes on where it stopped. Throws engine_error when
-// the log is missing or damaged. `onRemoval` hears each result as it comes and may be empty.
+// the log is missing or another setup has it. `onRemoval` hears each result as it comes and may be empty.
 std::vector<Removal> Uninstall(const std::wstring& logFile, const std::function<void(const Removal&)>& onRemoval = {});
 
 } // namespace vh::engine

@@ -1,6 +1,7 @@
 #include "files.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 namespace vh::engine {
@@ -25,6 +26,13 @@ std::wstring LongPath(const std::wstring& path)
     if (path.starts_with(L"\\\\"))
         return L"\\\\?\\UNC" + path.substr(1);
     return L"\\\\?\\" + path;
+}
+
+std::wstring TempFolder()
+{
+    std::array<wchar_t, MAX_PATH + 1> path{};
+    const DWORD length = GetTempPathW(static_cast<DWORD>(path.size()), path.data());
+    return FullPath(std::wstring(path.data(), length));
 }
 
 FileFacts FactsOf(const std::wstring& path)
@@ -80,22 +88,34 @@ bool WriteWhole(const std::wstring& path, std::string_view content)
            put == content.size();
 }
 
-void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making)
+std::vector<std::wstring> MissingFolders(const std::wstring& path)
 {
-    const FileFacts facts = FactsOf(path);
-    if (facts.folder())
-        return;
-    if (facts.exists())
-        ThrowFileError(path, L"can't make the folder", ERROR_ALREADY_EXISTS);
-    const std::wstring above = FolderOf(path);
-    if (!above.empty() && above != DriveOf(path))
-        MakeFolders(above, making);
-    if (making)
-        making(path);
+    std::vector<std::wstring> missing;
+    for (std::wstring at = path; !at.empty() && at != DriveOf(at); at = FolderOf(at)) {
+        const FileFacts facts = FactsOf(at);
+        if (facts.folder())
+            break;
+        if (facts.exists())
+            ThrowFileError(at, L"can't make the folder", ERROR_ALREADY_EXISTS);
+        missing.push_back(at);
+    }
+    std::reverse(missing.begin(), missing.end());
+    return missing;
+}
+
+void MakeFolder(const std::wstring& path)
+{
     if (CreateDirectoryW(LongPath(path).c_str(), nullptr))
         return;
-    if (const DWORD code = GetLastError(); code != ERROR_ALREADY_EXISTS)
+    const DWORD code = GetLastError();
+    if (code != ERROR_ALREADY_EXISTS || !FactsOf(path).folder())
         ThrowFileError(path, L"can't make the folder", code);
+}
+
+void MakeFolders(const std::wstring& path)
+{
+    for (const std::wstring& folder : MissingFolders(path))
+        MakeFolder(folder);
 }
 
 bool RemoveFile(const std::wstring& path)
@@ -116,16 +136,29 @@ bool RemoveFile(const std::wstring& path)
 
 void RemoveTree(const std::wstring& path)
 {
-    for (const Entry& entry : ListFolder(path)) {
-        const std::wstring full = JoinPath(path, entry.name);
-        if (!entry.facts.folder())
-            RemoveFile(full);
-        else if (entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT)
-            RemoveDirectoryW(LongPath(full).c_str());
-        else
-            RemoveTree(full);
+    // A folder is listed when it is met first and removed when it is met again.
+    struct Visit {
+        std::wstring folder;
+        bool emptied;
+    };
+    std::vector<Visit> visits{{path, (FactsOf(path).attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0}};
+    while (!visits.empty()) {
+        Visit& top = visits.back();
+        const std::wstring folder = top.folder;
+        if (top.emptied) {
+            visits.pop_back();
+            RemoveDirectoryW(LongPath(folder).c_str());
+            continue;
+        }
+        top.emptied = true;
+        for (const Entry& entry : ListFolder(folder)) {
+            const std::wstring full = JoinPath(folder, entry.name);
+            if (!entry.facts.folder())
+                RemoveFile(full);
+            else
+                visits.push_back({full, (entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0});
+        }
     }
-    RemoveDirectoryW(LongPath(path).c_str());
 }
 
 std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view pattern)

@@ -26,6 +26,8 @@ struct FileFacts {
 // The form that lifts the length limit of 260 characters; short paths stay as they are.
 std::wstring LongPath(const std::wstring& path);
 
+// The system's folder for temporary files.
+std::wstring TempFolder();
 FileFacts FactsOf(const std::wstring& path);
 std::wstring FileVersion(const std::wstring& path);
 // At most `limit` bytes; more are an error.
@@ -33,8 +35,12 @@ std::string ReadWhole(const std::wstring& path, uint64_t limit);
 // False, with the thread's last error set, when the file can't be written whole.
 bool WriteWhole(const std::wstring& path, std::string_view content);
 
-// Makes the folder and those above it; each one goes to `making` before it is made, the outermost first.
-void MakeFolders(const std::wstring& path, const std::function<void(const std::wstring&)>& making);
+// Folders of the path that are not there, the outermost first. Throws when something else stands in their place.
+std::vector<std::wstring> MissingFolders(const std::wstring& path);
+// One folder; it may have come into being meanwhile.
+void MakeFolder(const std::wstring& path);
+// Makes the folder and those above it.
+void MakeFolders(const std::wstring& path);
 bool RemoveFile(const std::wstring& path);
 // Makes the files and folders that the copies and backups of a run leave behind go away; junctions are not followed.
 void RemoveTree(const std::wstring& path);

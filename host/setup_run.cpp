@@ -168,6 +168,7 @@ std::wstring NameOf(const vh::engine::Removal& removal)
         {RemovalOutcome::kept_changed, L"kept, changed since"},
         {RemovalOutcome::kept_not_empty, L"kept, not empty"},
         {RemovalOutcome::kept_permanent, L"kept, permanent"},
+        {RemovalOutcome::kept_found, L"kept, was there before"},
         {RemovalOutcome::failed, L"FAILED"},
     };
     for (const auto& [outcome, word] : words)

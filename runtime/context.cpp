@@ -269,6 +269,9 @@ ObjectContext::~ObjectContext()
     // A request in hand, whose window ends this context, holds it too.
     if (webDisks)
         webDisks->Close();
+    // A script that ended while connected; the remote key is of no use to anybody else.
+    if (connected && registry)
+        registry->Disconnect(remoteKey);
     if (!resourceModule && !userModule)
         return;
     if (const auto resources = Ask<ISetupResources>()) {

@@ -142,7 +142,7 @@ HRESULT DataObject::SetLog(ISetupLog* log)
 HRESULT DataObject::CreateRegistrySet(BSTR name, ISetupLog* log)
 {
     return Call("ISetupData.CreateRegistrySet", name)([&] {
-        ApplyRegistrySets(core(), product(), TextOf(name), log ? core().log.get() : nullptr);
+        ApplyRegistrySets(core(), product(), TextOf(name), !log);
         return S_OK;
     });
 }
@@ -150,7 +150,7 @@ HRESULT DataObject::CreateRegistrySet(BSTR name, ISetupLog* log)
 HRESULT DataObject::CreateShellObjects(ISetupLog* log)
 {
     return Call("ISetupData.CreateShellObjects")([&] {
-        MakeShellObjects(core(), product(), log ? core().log.get() : nullptr);
+        MakeShellObjects(core(), product(), !log);
         return S_OK;
     });
 }

@@ -94,13 +94,14 @@ HRESULT HostObject::GetFeatureCosts(BSTR name, ISetupCosts** costs)
 HRESULT HostObject::RemoveAllInLogOnly(long value)
 {
     return Call("ISetupFeatureModes.RemoveAllInLogOnly", value)([&] {
-        std::vector<long> standing;
+        std::vector<LogRecord> forgotten;
         for (const LogRecord& record : core().log->Records())
-            if (!core().log->Undone(record) && record.kind != LogKind::run && record.kind != LogKind::commit &&
-                record.kind != LogKind::undone)
-                standing.push_back(record.id);
-        for (long id : standing)
-            core().log->MarkUndone(id);
+            if (IsForRemoval(record) && !core().log->Undone(record)) {
+                forgotten.emplace_back().kind = LogKind::forgotten;
+                forgotten.back().ref = record.id;
+            }
+        if (!forgotten.empty())
+            core().log->Append(std::move(forgotten));
         return S_OK;
     });
 }

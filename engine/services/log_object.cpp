@@ -35,7 +35,7 @@ const dispatch_entry<LogObject> LogObject::names[3] = {
          const long number = call.number(0);
          if (number < 1 || number > static_cast<long>(records.size()))
              return DISP_E_BADINDEX;
-         return call.give(variant(std::wstring_view(InstallLog::Line(records[static_cast<std::size_t>(number - 1)]))));
+         return call.give(variant(std::wstring_view(Readable(records[static_cast<std::size_t>(number - 1)]))));
      }},
 };
 

@@ -1,6 +1,7 @@
 #include "registry_access.h"
 
 #include <algorithm>
+#include <array>
 
 namespace vh::engine {
 
@@ -21,7 +22,16 @@ constexpr std::wstring_view view32_mark = L"/32";
     throw engine_error(FromWin32(static_cast<DWORD>(code)), place.Name(), SystemText(static_cast<DWORD>(code)));
 }
 
-bool KeyThere(const RegistryPlace& place) { return static_cast<bool>(OpenKey(place, KEY_QUERY_VALUE)); }
+bool IsAbsent(LSTATUS code) { return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND; }
+
+// A name for the system, which takes no backslash at the end of one.
+std::wstring KeyName(std::wstring_view name) { return std::wstring(name.substr(0, name.find_last_not_of(L'\\') + 1)); }
+
+// Keys are divided by backslashes alone: a slash is a letter of a name.
+std::wstring KeyBelow(const std::wstring& above, const std::wstring& name)
+{
+    return above.empty() || name.empty() ? above + name : above + L'\\' + name;
+}
 
 } // namespace
 
@@ -30,7 +40,7 @@ RegistryPlace PlaceOf(std::wstring_view name)
     const std::size_t slash = name.find(L'\\');
     RegistryPlace place;
     place.rootName = name.substr(0, slash);
-    place.key = slash == std::wstring_view::npos ? L"" : name.substr(slash + 1);
+    place.key = slash == std::wstring_view::npos ? L"" : KeyName(name.substr(slash + 1));
     std::wstring_view root = place.rootName;
     if (root.ends_with(view32_mark)) {
         place.view = KEY_WOW64_32KEY;
@@ -51,7 +61,7 @@ RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32)
     const LONG64 widened =
         (root & ~0xFFFFFFFFLL) == 0 && (root & 0x80000000) ? static_cast<LONG64>(static_cast<int32_t>(root)) : root;
     place.root = reinterpret_cast<HKEY>(widened);
-    place.key = key;
+    place.key = KeyName(key);
     place.view = view32 ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
     for (const RootName& entry : root_names)
         if (entry.root == place.root)
@@ -67,7 +77,7 @@ RegistryPlace Redirected(const Core& core, RegistryPlace place)
     if (name.ends_with(view32_mark))
         name.erase(name.size() - view32_mark.size(), 1);
     RegistryPlace below = PlaceOf(core.options.registryRoot);
-    below.key = JoinPath(JoinPath(below.key, name), place.key);
+    below.key = KeyBelow(KeyBelow(below.key, name), place.key);
     return below;
 }
 
@@ -83,14 +93,25 @@ unique_key OpenKey(const RegistryPlace& place, REGSAM access)
     return key;
 }
 
+bool KeyThere(const RegistryPlace& place, bool passing)
+{
+    unique_key key;
+    const LSTATUS code = OpenKey(place, KEY_QUERY_VALUE, key);
+    if (passing && code == ERROR_ACCESS_DENIED)
+        return true;
+    if (code != ERROR_SUCCESS && !IsAbsent(code))
+        ThrowKeyError(place, code);
+    return code == ERROR_SUCCESS;
+}
+
 std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name)
 {
-    const unique_key key = OpenKey(place, KEY_QUERY_VALUE);
-    if (!key)
-        return std::nullopt;
     RawValue value;
     DWORD size = 0;
-    LSTATUS code = RegQueryValueExW(key.get(), name.c_str(), nullptr, &value.type, nullptr, &size);
+    unique_key key;
+    LSTATUS code = OpenKey(place, KEY_QUERY_VALUE, key);
+    if (code == ERROR_SUCCESS)
+        code = RegQueryValueExW(key.get(), name.c_str(), nullptr, &value.type, nullptr, &size);
     while (code == ERROR_SUCCESS || code == ERROR_MORE_DATA) {
         value.bytes.resize(size);
         code = RegQueryValueExW(key.get(), name.c_str(), nullptr, &value.type,
@@ -100,55 +121,39 @@ std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring
             return value;
         }
     }
+    if (!IsAbsent(code))
+        ThrowKeyError(place, code);
     return std::nullopt;
 }
 
-void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+LSTATUS NamesIn(const RegistryPlace& place, KeyNames kind, std::vector<std::wstring>& names)
 {
-    for (std::size_t end = 0; end != std::wstring::npos;) {
-        end = place.key.find(L'\\', end ? end + 1 : 0);
-        RegistryPlace part = place;
-        part.key = place.key.substr(0, end);
-        if (part.key.empty() || KeyThere(part))
-            continue;
-        if (log && !part.rootName.empty()) {
-            LogRecord record;
-            record.kind = LogKind::key;
-            record.what = part.Name();
-            record.feature = feature;
-            log->Append(std::move(record));
-        }
-        unique_key made;
-        std::wstring ownClass = keyClass;
-        const LSTATUS code =
-            RegCreateKeyExW(part.root, part.key.c_str(), 0, ownClass.empty() ? nullptr : ownClass.data(),
-                            REG_OPTION_NON_VOLATILE, KEY_WRITE | part.view, nullptr, made.put(), nullptr);
-        if (code != ERROR_SUCCESS)
-            ThrowKeyError(part, code);
+    unique_key key;
+    LSTATUS code = OpenKey(place, KEY_READ, key);
+    // The longest name of a value, with its terminator.
+    std::array<wchar_t, 16384> name{};
+    for (DWORD i = 0; code == ERROR_SUCCESS; ++i) {
+        DWORD length = static_cast<DWORD>(name.size());
+        code = kind == KeyNames::values
+                   ? RegEnumValueW(key.get(), i, name.data(), &length, nullptr, nullptr, nullptr, nullptr)
+                   : RegEnumKeyExW(key.get(), i, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
+        if (code == ERROR_SUCCESS)
+            names.emplace_back(name.data(), length);
     }
+    return code == ERROR_NO_MORE_ITEMS ? ERROR_SUCCESS : code;
 }
 
-void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
-                const std::wstring& feature)
+void CreateOneKey(const RegistryPlace& place, std::wstring keyClass)
 {
-    const auto old = ReadValue(place, name);
-    if (old == value)
-        return;
-    MakeKey(log, place, {}, feature);
-    if (log && !place.rootName.empty()) {
-        LogRecord record;
-        record.kind = LogKind::value;
-        record.what = place.Name();
-        record.name = name;
-        record.feature = feature;
-        record.type = static_cast<long>(value.type);
-        record.data = ToHex(value.bytes);
-        if (old) {
-            record.oldType = static_cast<long>(old->type);
-            record.oldData = ToHex(old->bytes);
-        }
-        log->Append(std::move(record));
-    }
+    unique_key made;
+    const LSTATUS code = RegCreateKeyExW(place.root, place.key.c_str(), 0, keyClass.empty() ? nullptr : keyClass.data(),
+                                         REG_OPTION_NON_VOLATILE, KEY_WRITE | place.view, nullptr, made.put(), nullptr);
+    if (code != ERROR_SUCCESS)
+        ThrowKeyError(place, code);
+}
+
+void PutValue(const RegistryPlace& place, const std::wstring& name, const RawValue& value)
+{
     unique_key key;
     LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
     if (code == ERROR_SUCCESS)
@@ -156,6 +161,146 @@ void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring&
                               static_cast<DWORD>(value.bytes.size()));
     if (code != ERROR_SUCCESS)
         ThrowKeyError(place, code);
+}
+
+namespace {
+
+LSTATUS DeleteBareValue(const RegistryPlace& place, const std::wstring& name)
+{
+    unique_key key;
+    const LSTATUS code = OpenKey(place, KEY_SET_VALUE, key);
+    return code == ERROR_SUCCESS ? RegDeleteValueW(key.get(), name.c_str()) : code;
+}
+
+} // namespace
+
+void DropValue(const RegistryPlace& place, const std::wstring& name)
+{
+    if (const LSTATUS code = DeleteBareValue(place, name); code != ERROR_SUCCESS && !IsAbsent(code))
+        ThrowKeyError(place, code);
+}
+
+void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+{
+    for (std::size_t end = 0; end != std::wstring::npos;) {
+        end = place.key.find(L'\\', end ? end + 1 : 0);
+        RegistryPlace part = place;
+        part.key = place.key.substr(0, end);
+        if (part.key.empty() || KeyThere(part, end != std::wstring::npos))
+            continue;
+        if (!part.rootName.empty()) {
+            LogRecord record;
+            record.kind = LogKind::key;
+            record.what = part.Name();
+            record.feature = feature;
+            record.loose = to.loose;
+            to.log->Append(std::move(record));
+        }
+        CreateOneKey(part, keyClass);
+    }
+}
+
+namespace {
+
+// From one value to another; nothing stands for no value.
+LogRecord ChangeRecord(const RegistryPlace& place, const std::wstring& name, const std::optional<RawValue>& from,
+                       const std::optional<RawValue>& to)
+{
+    LogRecord record;
+    record.kind = LogKind::value;
+    record.what = place.Name();
+    record.name = name;
+    if (to) {
+        record.type = static_cast<long>(to->type);
+        record.data = ToHex(to->bytes);
+    }
+    if (from) {
+        record.oldType = static_cast<long>(from->type);
+        record.oldData = ToHex(from->bytes);
+    }
+    return record;
+}
+
+LogRecord DeletionRecord(const RegistryPlace& place, const std::wstring& name)
+{
+    LogRecord record = ChangeRecord(place, name, ReadValue(place, name), std::nullopt);
+    record.loose = true;
+    return record;
+}
+
+// All that is in a key and below it, each thing before what holds it: undone from the end, they come back in order.
+std::vector<LogRecord> TreeRecords(const RegistryPlace& top)
+{
+    std::vector<LogRecord> records;
+    std::vector<RegistryPlace> open{top};
+    while (!open.empty()) {
+        const RegistryPlace place = open.back();
+        open.pop_back();
+        LogRecord key;
+        key.kind = LogKind::unkey;
+        key.what = place.Name();
+        key.loose = true;
+        records.push_back(std::move(key));
+        std::vector<std::wstring> names;
+        LSTATUS code = NamesIn(place, KeyNames::values, names);
+        for (const std::wstring& name : names)
+            records.push_back(DeletionRecord(place, name));
+        names.clear();
+        if (code == ERROR_SUCCESS)
+            code = NamesIn(place, KeyNames::keys, names);
+        if (code != ERROR_SUCCESS)
+            ThrowKeyError(place, code);
+        for (const std::wstring& name : names) {
+            open.push_back(place);
+            open.back().key += L'\\' + name;
+        }
+    }
+    std::reverse(records.begin(), records.end());
+    return records;
+}
+
+} // namespace
+
+void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+                const std::wstring& feature)
+{
+    const auto old = ReadValue(place, name);
+    if (old == value)
+        return;
+    MakeKey(to, place, {}, feature);
+    if (!place.rootName.empty()) {
+        LogRecord record = ChangeRecord(place, name, old, value);
+        record.feature = feature;
+        record.loose = to.loose;
+        to.log->Append(std::move(record));
+    }
+    PutValue(place, name, value);
+}
+
+LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place)
+{
+    if (place.key.empty())
+        return ERROR_INVALID_PARAMETER;
+    unique_key key;
+    LSTATUS code = OpenKey(place, DELETE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | KEY_SET_VALUE, key);
+    if (code == ERROR_SUCCESS && !place.rootName.empty()) {
+        log.Append(TreeRecords(place));
+        log.Flush();
+    }
+    if (code == ERROR_SUCCESS)
+        code = RegDeleteTreeW(key.get(), nullptr);
+    key.reset();
+    // By name and view: a handle's own view does not hold for a root's direct sub-keys.
+    return code == ERROR_SUCCESS ? RegDeleteKeyExW(place.root, place.key.c_str(), place.view, 0) : code;
+}
+
+LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstring& name)
+{
+    if (!place.rootName.empty() && ReadValue(place, name)) {
+        log.Append(DeletionRecord(place, name));
+        log.Flush();
+    }
+    return DeleteBareValue(place, name);
 }
 
 RawValue TextValue(DWORD type, std::wstring_view text)

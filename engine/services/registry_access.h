@@ -24,7 +24,7 @@ struct RegistryPlace {
     std::wstring Name() const { return rootName + L'\\' + key; }
 };
 
-// Throws for a root that does not exist.
+// Throws for a root that does not exist. Backslashes at the end of a key do not count.
 RegistryPlace PlaceOf(std::wstring_view name);
 RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32);
 // The same place below the run's own root, where it has one. A remote key is no place of this machine and stays.
@@ -33,12 +33,28 @@ RegistryPlace Redirected(const Core& core, RegistryPlace place);
 // A system code: 0 when the key is open.
 LSTATUS OpenKey(const RegistryPlace& place, REGSAM access, unique_key& key);
 unique_key OpenKey(const RegistryPlace& place, REGSAM access);
+// What can't be seen, for lack of rights or another reason, is no absence: these throw the system's code. `passing`
+// asks for a key on the way to another, which may be closed itself.
+bool KeyThere(const RegistryPlace& place, bool passing = false);
 std::optional<RawValue> ReadValue(const RegistryPlace& place, const std::wstring& name);
-// Makes keys that are missing; a value that is there already is left alone. Each new key and the value are logged
-// before they are made, unless `log` is null.
-void MakeKey(InstallLog* log, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature);
-void WriteValue(InstallLog* log, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
+// Makes keys that are missing; a value that is there already is left alone. Each new key and the value are recorded
+// before they are made; those of another machine are not.
+void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring& keyClass,
+             const std::wstring& feature);
+void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
                 const std::wstring& feature);
+// System codes. A tree goes with its key, which is no root. Until the run ends it can come back, but for its access
+// lists.
+LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place);
+LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstring& name);
+
+enum class KeyNames { keys, values };
+LSTATUS NamesIn(const RegistryPlace& place, KeyNames kind, std::vector<std::wstring>& names);
+
+// The bare steps, which undo uses: nothing is recorded, and failures are thrown.
+void CreateOneKey(const RegistryPlace& place, std::wstring keyClass);
+void PutValue(const RegistryPlace& place, const std::wstring& name, const RawValue& value);
+void DropValue(const RegistryPlace& place, const std::wstring& name);
 
 // Text as the registry holds it, with its terminator.
 RawValue TextValue(DWORD type, std::wstring_view text);

@@ -1,7 +1,5 @@
 #include "registry_object.h"
 
-#include <array>
-
 #include "registry_access.h"
 
 namespace vh::engine {
@@ -72,18 +70,11 @@ HRESULT ToVariant(const RawValue& raw, VARIANT* out)
     }
 }
 
-std::vector<std::wstring> Names(HKEY key, bool values)
+HRESULT GiveNames(const RegistryPlace& place, KeyNames kind, SAFEARRAY** out)
 {
-    std::vector<std::wstring> found;
-    std::array<wchar_t, 16384> name{};
-    for (DWORD i = 0;; ++i) {
-        DWORD length = static_cast<DWORD>(name.size());
-        const LSTATUS code = values ? RegEnumValueW(key, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr)
-                                    : RegEnumKeyExW(key, i, name.data(), &length, nullptr, nullptr, nullptr, nullptr);
-        if (code != ERROR_SUCCESS)
-            return found;
-        found.emplace_back(name.data(), length);
-    }
+    std::vector<std::wstring> names;
+    const LSTATUS code = NamesIn(place, kind, names);
+    return code == ERROR_SUCCESS ? GiveTexts(out, names) : FromWin32(static_cast<DWORD>(code));
 }
 
 } // namespace
@@ -96,7 +87,7 @@ RegistryPlace RegistryObject::Place(LONG64 root, BSTR key) const
 HRESULT RegistryObject::CreateKey(LONG64 root, BSTR key, BSTR keyClass, VARIANT_BOOL shared, ISetupLog* log)
 {
     return Call("ISetupRegistry.CreateKey", root, key, keyClass, shared)([&] {
-        MakeKey(LogFor(log), Place(root, key), TextOf(keyClass), {});
+        MakeKey(RecordingFor(log), Place(root, key), TextOf(keyClass), {});
         return S_OK;
     });
 }
@@ -109,7 +100,7 @@ HRESULT RegistryObject::SetValue(LONG64 root, BSTR key, BSTR name, long type, VA
         const auto raw = FromVariant(core(), type, *value);
         if (!raw)
             return E_INVALIDARG;
-        WriteValue(LogFor(log), Place(root, key), TextOf(name), *raw, {});
+        WriteValue(RecordingFor(log), Place(root, key), TextOf(name), *raw, {});
         return S_OK;
     });
 }
@@ -130,27 +121,15 @@ HRESULT RegistryObject::QueryValue(LONG64 root, BSTR key, BSTR name, long* type,
 HRESULT RegistryObject::DeleteKey(LONG64 root, BSTR key, long reserved)
 {
     return Call("ISetupRegistry.DeleteKey", root, key, reserved)([&] {
-        RegistryPlace above = Place(root, key);
-        const std::wstring name = FileNameOf(above.key);
-        if (name.empty())
-            return E_INVALIDARG;
-        above.key = FolderOf(above.key);
-        unique_key parent;
-        LSTATUS code = OpenKey(above, KEY_READ | KEY_WRITE, parent);
-        if (code == ERROR_SUCCESS)
-            code = RegDeleteTreeW(parent.get(), name.c_str());
-        return FromWin32(static_cast<DWORD>(code));
+        const RegistryPlace place = Place(root, key);
+        return place.key.empty() ? E_INVALIDARG : FromWin32(static_cast<DWORD>(DeleteTree(*core().log, place)));
     });
 }
 
 HRESULT RegistryObject::DeleteValue(LONG64 root, BSTR key, BSTR name)
 {
     return Call("ISetupRegistry.DeleteValue", root, key, name)([&] {
-        unique_key opened;
-        LSTATUS code = OpenKey(Place(root, key), KEY_SET_VALUE, opened);
-        if (code == ERROR_SUCCESS)
-            code = RegDeleteValueW(opened.get(), TextOf(name).c_str());
-        return FromWin32(static_cast<DWORD>(code));
+        return FromWin32(static_cast<DWORD>(engine::DeleteValue(*core().log, Place(root, key), TextOf(name))));
     });
 }
 
@@ -166,7 +145,7 @@ HRESULT RegistryObject::Connect(LONG64 root, BSTR machine, LONG64* remoteKey)
         // A run with a root of its own leaves the registry of every machine alone.
         if (code == ERROR_SUCCESS && !core().options.registryRoot.empty()) {
             place = Redirected(core(), std::move(place));
-            MakeKey(core().log.get(), place, {}, {});
+            MakeKey({core().log.get()}, place, {}, {});
             code = OpenKey(place, KEY_ALL_ACCESS, remote);
         }
         if (code != ERROR_SUCCESS)
@@ -187,26 +166,19 @@ HRESULT RegistryObject::Disconnect(LONG64 remoteKey)
 
 HRESULT RegistryObject::EnumKeys(LONG64 root, BSTR key, SAFEARRAY** keys)
 {
-    return Call("ISetupRegistry.EnumKeys", root, key)([&] {
-        unique_key opened;
-        const LSTATUS code = OpenKey(Place(root, key), KEY_READ, opened);
-        return opened ? GiveTexts(keys, Names(opened.get(), false)) : FromWin32(static_cast<DWORD>(code));
-    });
+    return Call("ISetupRegistry.EnumKeys", root,
+                key)([&] { return GiveNames(Place(root, key), KeyNames::keys, keys); });
 }
 
 HRESULT RegistryObject::EnumValues(LONG64 root, BSTR key, SAFEARRAY** values)
 {
-    return Call("ISetupRegistry.EnumValues", root, key)([&] {
-        unique_key opened;
-        const LSTATUS code = OpenKey(Place(root, key), KEY_READ, opened);
-        return opened ? GiveTexts(values, Names(opened.get(), true)) : FromWin32(static_cast<DWORD>(code));
-    });
+    return Call("ISetupRegistry.EnumValues", root,
+                key)([&] { return GiveNames(Place(root, key), KeyNames::values, values); });
 }
 
 HRESULT RegistryObject::KeyExists(LONG64 root, BSTR key, VARIANT_BOOL* exists)
 {
-    return Call("ISetupRegistry.KeyExists", root,
-                key)([&] { return GiveTruth(exists, static_cast<bool>(OpenKey(Place(root, key), KEY_QUERY_VALUE))); });
+    return Call("ISetupRegistry.KeyExists", root, key)([&] { return GiveTruth(exists, KeyThere(Place(root, key))); });
 }
 
 HRESULT RegistryObject::SetSite(IServiceProvider*)

@@ -13,6 +13,7 @@ class RegistryObject final
 public:
     using engine_object::engine_object;
 
+    // `shared` changes nothing: the log tells whose a key is, and one that holds more stays at removal.
     HRESULT STDMETHODCALLTYPE CreateKey(LONG64 root, BSTR key, BSTR keyClass, VARIANT_BOOL shared,
                                         ISetupLog* log) override;
     HRESULT STDMETHODCALLTYPE SetValue(LONG64 root, BSTR key, BSTR name, long type, VARIANT* value,
@@ -33,7 +34,7 @@ public:
 
 private:
     struct RegistryPlace Place(LONG64 root, BSTR key) const;
-    InstallLog* LogFor(ISetupLog* log) const { return log ? core().log.get() : nullptr; }
+    Recording RecordingFor(ISetupLog* log) const { return {core().log.get(), !log}; }
 };
 
 } // namespace vh::engine

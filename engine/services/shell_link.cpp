@@ -196,6 +196,7 @@ LinkData ReadShellLink(const std::wstring& file)
         return SUCCEEDED(code) ? buffer.substr(0, buffer.find(L'\0')) : std::wstring();
     };
     LinkData read;
+    read.origin = file;
     read.target = text(link->GetPath(buffer.data(), size, nullptr, SLGP_RAWPATH));
     read.arguments = text(link->GetArguments(buffer.data(), size));
     read.workingDir = text(link->GetWorkingDirectory(buffer.data(), size));

@@ -20,6 +20,8 @@ struct LinkData {
     long showCommand = 1;
     // Shell properties by their keys, "{format identifier}, number".
     std::vector<std::pair<std::wstring, std::wstring>> properties;
+    // The file that this was read from; empty for a new shortcut.
+    std::wstring origin;
 };
 
 // Throws for a file that is no shortcut.

@@ -3,7 +3,7 @@
 #include <shellapi.h>
 
 #include "../transfer/file_writer.h"
-#include "../transfer/removal.h"
+#include "../transfer/take_away.h"
 
 namespace vh::engine {
 
@@ -30,6 +30,33 @@ std::vector<std::wstring> NamesIn(const std::wstring& folder, bool folders)
             names.push_back(entry.name.substr(0, entry.name.size() - extension.size()));
     }
     return names;
+}
+
+// 0, or why the system would not delete the file or folder now: it is in use, or the rights are missing.
+DWORD WhyItStays(const std::wstring& path)
+{
+    if (path.size() <= DriveOf(path).size() + 1)
+        return ERROR_ACCESS_DENIED;
+    const unique_file entry(CreateFileW(LongPath(path).c_str(), DELETE,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_BACKUP_SEMANTICS | FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    return entry ? 0 : GetLastError();
+}
+
+// Throws unless the folder holds nothing but shortcuts and can go with them.
+void CheckRemovable(const std::wstring& folder)
+{
+    std::vector<std::wstring> shortcuts;
+    for (const Entry& entry : ListFolder(folder)) {
+        if (!entry.facts.file() || !IsShortcut(entry.name))
+            ThrowFileError(folder, L"can't remove the folder", ERROR_DIR_NOT_EMPTY);
+        shortcuts.push_back(JoinPath(folder, entry.name));
+    }
+    if (const DWORD code = WhyItStays(folder))
+        ThrowFileError(folder, L"can't remove the folder", code);
+    for (const std::wstring& shortcut : shortcuts)
+        if (const DWORD code = WhyItStays(shortcut))
+            ThrowFileError(shortcut, L"can't remove the shortcut", code);
 }
 
 std::wstring TextOf(const VARIANT& value)
@@ -63,11 +90,17 @@ private:
 std::wstring ShellFolderPath(const Core& core, std::wstring_view name)
 {
     std::wstring path = core.Substitute(name);
-    while (path.ends_with(L'\\'))
-        path.pop_back();
+    path.erase(path.find_last_not_of(L"\\/") + 1);
     if (path.empty())
-        throw engine_error(E_INVALIDARG, {}, L"an empty shell path");
-    return FullPath(DriveOf(path).empty() ? JoinPath(core.Substitute(L"<PROGRAMS>"), path) : path);
+        throw engine_error(E_INVALIDARG, std::wstring(name), L"an empty shell path");
+    if (DriveOf(path).empty())
+        return FullPath(JoinPath(core.Substitute(L"<PROGRAMS>"), path));
+    // The system takes a drive without backslash for the current folder there.
+    if (path[1] == L':' && path.size() == 2)
+        return path + L'\\';
+    if (path[1] == L':' && path[2] != L'\\' && path[2] != L'/')
+        throw engine_error(E_INVALIDARG, path, L"a path that depends on the current folder of a drive");
+    return FullPath(path);
 }
 
 std::wstring ShortcutPath(const Core& core, std::wstring_view name)
@@ -76,13 +109,15 @@ std::wstring ShortcutPath(const Core& core, std::wstring_view name)
     return IsShortcut(path) ? path : path + std::wstring(extension);
 }
 
-void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool logged)
+void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool loose)
 {
     const DraftFile draft(core);
-    // What a shortcut holds beyond the record stays with it.
     const FileFacts there = FactsOf(path);
-    if (there.file())
-        CopyFileW(LongPath(path).c_str(), LongPath(draft.path()).c_str(), FALSE);
+    // What a shortcut holds beyond the record stays with it, also under another name.
+    const std::wstring& origin = link.origin.empty() ? path : link.origin;
+    if (FactsOf(origin).file() && !CopyFileW(LongPath(origin).c_str(), LongPath(draft.path()).c_str(), FALSE))
+        ThrowFileError(origin, L"can't read the shortcut", GetLastError());
+    SetFileAttributesW(LongPath(draft.path()).c_str(), FILE_ATTRIBUTE_NORMAL);
     WriteShellLink(link, draft.path());
     const FileFacts facts = FactsOf(draft.path());
     FileToWrite file;
@@ -93,16 +128,11 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     file.feature = feature;
     file.flags = file_always_overwrite;
     file.kind = LogKind::shell;
+    file.loose = loose;
     // A shortcut of somebody else comes back at removal.
-    if (logged && there.file() && !IsOurs(core, file, there))
+    if (!loose && there.file() && !IsOurs(core, file, there))
         file.previous = ReadWhole(path, largest_shortcut);
-    const long before = core.log->LastId();
-    try {
-        WriteFileSafely(core, file, logged, [](uint64_t) {});
-    } catch (const engine_error&) {
-        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
-        throw;
-    }
+    WriteAllOrNothing(core, {&file, 1}, {[](uint64_t, const FileToWrite&) {}});
 }
 
 HRESULT ShellService::NewItem(ISetupShortcut** shortcut)
@@ -127,7 +157,8 @@ HRESULT ShellService::RemoveItem(BSTR path)
         const std::wstring file = ShortcutPath(core(), engine::TextOf(path));
         if (!FactsOf(file).file())
             return not_found;
-        return DeleteFileW(LongPath(file).c_str()) ? S_OK : FromWin32(GetLastError());
+        TakeAway(core(), file);
+        return S_OK;
     });
 }
 
@@ -148,10 +179,7 @@ HRESULT ShellService::ListItems(BSTR folder, SAFEARRAY** items)
 HRESULT ShellService::MakeFolder(BSTR folder, ISetupLog* log)
 {
     return Call("ISetupShell.MakeFolder", folder)([&] {
-        MakeFolders(ShellFolderPath(core(), engine::TextOf(folder)), [&](const std::wstring& made) {
-            if (log)
-                LogFolder(core(), made, {});
-        });
+        MakeLoggedFolders(core(), ShellFolderPath(core(), engine::TextOf(folder)), log);
         return S_OK;
     });
 }
@@ -160,14 +188,14 @@ HRESULT ShellService::RemoveFolder(BSTR folder)
 {
     return Call("ISetupShell.RemoveFolder", folder)([&] {
         const std::wstring path = ShellFolderPath(core(), engine::TextOf(folder));
-        if (!FactsOf(path).folder())
+        const FileFacts facts = FactsOf(path);
+        if (!facts.folder())
             return not_found;
-        for (const Entry& entry : ListFolder(path))
-            if (!(entry.facts.file() && IsShortcut(entry.name)))
-                return HRESULT_FROM_WIN32(ERROR_DIR_NOT_EMPTY);
-        for (const std::wstring& name : NamesIn(path, false))
-            RemoveFile(JoinPath(path, name + std::wstring(extension)));
-        return RemoveDirectoryW(LongPath(path).c_str()) ? S_OK : FromWin32(GetLastError());
+        // A link goes alone: what it leads to is another folder's.
+        if (!(facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+            CheckRemovable(path);
+        TakeAway(core(), path);
+        return S_OK;
     });
 }
 
@@ -190,7 +218,8 @@ HRESULT ShellService::OpenFolderWindow(BSTR folder, long command)
             return S_OK;
         const auto result = reinterpret_cast<INT_PTR>(
             ShellExecuteW(core().options.window, L"open", path.c_str(), nullptr, nullptr, static_cast<int>(command)));
-        return result > 32 ? S_OK : FromWin32(static_cast<DWORD>(result));
+        // The codes up to 32 are those of the system, and 0 is exhausted memory.
+        return result > 32 ? S_OK : result ? FromWin32(static_cast<DWORD>(result)) : E_OUTOFMEMORY;
     });
 }
 
@@ -281,7 +310,7 @@ HRESULT ShortcutObject::Save(ISetupLog* log, VARIANT* path)
     return Call("ISetupShortcut.Save", log ? 1L : 0L)([&] {
         if (!path)
             return E_POINTER;
-        SaveShortcut(core(), m_link, ShortcutPath(core(), TextOf(*path)), {}, log);
+        SaveShortcut(core(), m_link, ShortcutPath(core(), TextOf(*path)), {}, !log);
         return S_OK;
     });
 }
@@ -307,7 +336,7 @@ HRESULT ShortcutObject::Commit(VARIANT_BOOL* done)
     return Call("ISetupShortcutProperties.Commit")([&] {
         if (m_path.empty())
             return E_UNEXPECTED;
-        SaveShortcut(core(), m_link, m_path, {}, true);
+        SaveShortcut(core(), m_link, m_path, {}, false);
         return done ? GiveTruth(done, true) : S_OK;
     });
 }

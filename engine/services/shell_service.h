@@ -10,8 +10,9 @@ namespace vh::engine {
 std::wstring ShellFolderPath(const Core& core, std::wstring_view name);
 // The same for a shortcut, whose extension may be left out.
 std::wstring ShortcutPath(const Core& core, std::wstring_view name);
-// Puts the shortcut under its path. What it replaces comes back when the run is undone, unless nothing is logged.
-void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool logged);
+// Puts the shortcut under its path. What it replaces comes back when the run is undone, and `loose` ones are left alone
+// by a removal.
+void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool loose);
 
 class ShellService final : public engine_object<ShellService, ISetupShell> {
 public:

@@ -44,24 +44,37 @@ unsigned WriterFlags(unsigned long flags)
     return translated;
 }
 
+FileToWrite CopyOf(const std::wstring& source, const std::wstring& target, const FileFacts& facts, unsigned long flags)
+{
+    FileToWrite file;
+    file.source = source;
+    file.target = target;
+    file.size = facts.size;
+    file.time = facts.time;
+    file.attributes = facts.attributes;
+    file.flags = WriterFlags(flags);
+    file.overReadOnly = flags & copy_over_read_only;
+    file.compare = true;
+    return file;
+}
+
 // Links to folders are not followed.
 void AddFiles(const std::wstring& folder, const std::wstring& target, std::wstring_view pattern, unsigned long flags,
               std::vector<FileToWrite>& files)
 {
-    for (const Entry& entry : ListFolder(folder)) {
-        const std::wstring source = JoinPath(folder, entry.name);
-        if (entry.facts.folder()) {
-            if ((flags & copy_subfolders) && !(entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
-                AddFiles(source, JoinPath(target, entry.name), pattern, flags, files);
-        } else if (MatchesPattern(entry.name, pattern)) {
-            files.push_back({source,
-                             JoinPath(target, entry.name),
-                             entry.facts.size,
-                             entry.facts.time,
-                             entry.facts.attributes,
-                             {},
-                             {},
-                             WriterFlags(flags)});
+    // Folders below `folder`, by their path from there.
+    std::vector<std::wstring> below{{}};
+    while (!below.empty()) {
+        const std::wstring at = below.back();
+        below.pop_back();
+        for (const Entry& entry : ListFolder(JoinPath(folder, at))) {
+            const std::wstring path = JoinPath(at, entry.name);
+            if (entry.facts.folder()) {
+                if ((flags & copy_subfolders) && !(entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+                    below.push_back(path);
+            } else if (MatchesPattern(entry.name, pattern)) {
+                files.push_back(CopyOf(JoinPath(folder, path), JoinPath(target, path), entry.facts, flags));
+            }
         }
     }
 }
@@ -74,14 +87,7 @@ std::vector<FileToWrite> FilesFor(const std::wstring& source, const std::wstring
         AddFiles(FullPath(FolderOf(source)), FullPath(target), name, flags, files);
     } else if (const FileFacts facts = FactsOf(source); facts.file()) {
         const bool folder = target.back() == L'\\' || FactsOf(target).folder();
-        files.push_back({FullPath(source),
-                         FullPath(folder ? JoinPath(target, name) : target),
-                         facts.size,
-                         facts.time,
-                         facts.attributes,
-                         {},
-                         {},
-                         WriterFlags(flags)});
+        files.push_back(CopyOf(FullPath(source), FullPath(folder ? JoinPath(target, name) : target), facts, flags));
     }
     if (files.empty())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), source, L"there is no such file to copy");
@@ -94,9 +100,6 @@ bool IsLeftOut(const FileToWrite& file, unsigned long flags)
     const FileFacts there = FactsOf(file.target);
     if (!there.file())
         return false;
-    if ((flags & copy_over_read_only) && (there.attributes & FILE_ATTRIBUTE_READONLY))
-        SetFileAttributesW(LongPath(file.target).c_str(),
-                           there.attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
     return (flags & copy_newer_only) && there.time >= file.time;
 }
 
@@ -114,10 +117,7 @@ HRESULT FileOperations::CreateCopyJob(BSTR source, BSTR target, unsigned long fl
 HRESULT FileOperations::MakeDirectory(BSTR path, ISetupLog* log)
 {
     return Call("ISetupFileOps.MakeDirectory", path)([&] {
-        MakeFolders(FullPath(AbsolutePath(core(), path, L"<TARGETDIR>")), [&](const std::wstring& folder) {
-            if (log)
-                LogFolder(core(), folder, {});
-        });
+        MakeLoggedFolders(core(), FullPath(AbsolutePath(core(), path, L"<TARGETDIR>")), log);
         return S_OK;
     });
 }
@@ -142,19 +142,17 @@ HRESULT CopyJob::Run(ISetupLog* log, IUnknown* progress)
         auto sink = com_ptr<IUnknown>(progress).query<IEngineProgress>();
         if (!sink)
             sink.attach(make_object<TransferSink>(shared_core(), Total()).detach());
-        const bool logged = log && !(m_flags & copy_unlogged);
-        const long before = core().log->LastId();
-        try {
-            for (const FileToWrite& file : m_files) {
-                if (IsLeftOut(file, m_flags))
-                    sink->Advance(file.size, file.target);
-                else
-                    WriteFileSafely(core(), file, logged, [&](uint64_t bytes) { sink->Advance(bytes, file.target); });
+        std::vector<FileToWrite> files;
+        for (const FileToWrite& file : m_files) {
+            if (IsLeftOut(file, m_flags)) {
+                sink->Advance(file.size, file.target);
+            } else {
+                files.push_back(file);
+                files.back().loose = !log || (m_flags & copy_unlogged);
             }
-        } catch (const engine_error&) {
-            UndoRecords(*core().log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
-            throw;
         }
+        WriteAllOrNothing(core(), files,
+                          {[&](uint64_t bytes, const FileToWrite& file) { sink->Advance(bytes, file.target); }});
         return S_OK;
     });
 }

@@ -1,12 +1,19 @@
 #include "file_writer.h"
 
+#include <algorithm>
+#include <cstring>
 #include <memory>
+#include <set>
+
+#include "removal.h"
 
 namespace vh::engine {
 
 namespace {
 
 constexpr DWORD block_size = 256 * 1024;
+// Files whose records are written together.
+constexpr std::size_t batch_size = 64;
 constexpr DWORD kept_attributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
 // Removes the temporary file unless it got its final name.
@@ -28,14 +35,15 @@ private:
     bool m_done = false;
 };
 
-void CopyContent(const FileToWrite& file, const std::wstring& temp, const std::function<void(uint64_t)>& advance)
+// `flushed` content reaches the disk before this returns.
+void CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed, const WriterNews& news)
 {
     const unique_file source(CreateFileW(LongPath(file.source).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                          OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!source)
         ThrowFileError(file.source, L"can't read the payload", GetLastError());
     const unique_file target(
-        CreateFileW(LongPath(temp).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        CreateFileW(LongPath(temp).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!target)
         ThrowFileError(file.target, L"can't write the file", GetLastError());
     const auto block = std::make_unique<std::byte[]>(block_size);
@@ -46,9 +54,9 @@ void CopyContent(const FileToWrite& file, const std::wstring& temp, const std::f
             ThrowFileError(file.source, L"can't read the payload", GetLastError());
         DWORD put = 0;
         if (got && (!WriteFile(target.get(), block.get(), got, &put, nullptr) || put != got))
-            ThrowFileError(file.target, L"can't write the file", put == got ? GetLastError() : ERROR_DISK_FULL);
+            ThrowFileError(file.target, L"can't write the file", put ? ERROR_WRITE_FAULT : GetLastError());
         copied += got;
-        advance(got);
+        news.advance(got, file);
     } while (got);
     if (copied != file.size)
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_INVALID), file.source,
@@ -56,6 +64,8 @@ void CopyContent(const FileToWrite& file, const std::wstring& temp, const std::f
     const FILETIME time{static_cast<DWORD>(file.time & 0xFFFFFFFF), static_cast<DWORD>(file.time >> 32)};
     if (!SetFileTime(target.get(), nullptr, nullptr, &time))
         ThrowFileError(file.target, L"can't set the file's time", GetLastError());
+    if (flushed && !FlushFileBuffers(target.get()))
+        ThrowFileError(file.target, L"can't write the file", GetLastError());
 }
 
 void Rename(const std::wstring& from, const std::wstring& to, const std::wstring& about, const wchar_t* doing)
@@ -74,52 +84,71 @@ bool IsNewer(const std::wstring& present, const FileToWrite& file)
     return !given.empty() && CompareVersions(there, given) > 0;
 }
 
+// Reads both to the end; false also when one can't be read.
+bool SameContent(const std::wstring& a, const std::wstring& b)
+{
+    const auto open = [](const std::wstring& path) {
+        return unique_file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    };
+    const unique_file first = open(a);
+    const unique_file second = open(b);
+    if (!first || !second)
+        return false;
+    const auto blocks = std::make_unique<std::byte[]>(std::size_t{2} * block_size);
+    for (;;) {
+        DWORD got = 0;
+        DWORD gotToo = 0;
+        if (!ReadFile(first.get(), blocks.get(), block_size, &got, nullptr) ||
+            !ReadFile(second.get(), blocks.get() + block_size, block_size, &gotToo, nullptr) || got != gotToo ||
+            memcmp(blocks.get(), blocks.get() + block_size, got) != 0)
+            return false;
+        if (!got)
+            return true;
+    }
+}
+
+bool IsSame(const Core& core, const FileToWrite& file, const FileFacts& there)
+{
+    if (there.size != file.size)
+        return false;
+    if (there.time != file.time) {
+        // A target that keeps times less exactly holds the one that it kept.
+        const LogRecord* record = core.log->Newest(file.kind, file.target);
+        if (!record || record->sourceTime != file.time || record->time != there.time)
+            return false;
+    }
+    return !file.compare || SameContent(file.source, file.target);
+}
+
 Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there)
 {
     if (there.folder())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), file.target,
                            L"a folder stands in the file's place");
-    if (there.size == file.size && there.time == file.time)
+    if (IsSame(core, file, there))
         return Written::same;
     if (file.flags & file_never_overwrite)
         return Written::stays;
     if (!(file.flags & file_always_overwrite) && IsNewer(file.target, file))
         return Written::newer_stays;
-    if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !IsOurs(core, file, there))
+    if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !file.overReadOnly && !IsOurs(core, file, there))
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), file.target, L"the file is read-only");
     return Written::written;
 }
 
-} // namespace
-
-bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
-{
-    const LogRecord* record = core.log->Newest(file.kind, file.target);
-    return record && record->size == facts.size && record->time == facts.time;
-}
-
-void LogFolder(Core& core, const std::wstring& folder, const std::wstring& feature)
+LogRecord FolderRecord(const std::wstring& folder, const std::wstring& feature, bool loose)
 {
     LogRecord record;
     record.kind = LogKind::folder;
     record.what = folder;
     record.feature = feature;
-    core.log->Append(std::move(record));
+    record.loose = loose;
+    return record;
 }
 
-Written WriteFileSafely(Core& core, const FileToWrite& file, bool logged, const std::function<void(uint64_t)>& advance)
+LogRecord RecordOf(const FileToWrite& file)
 {
-    const FileFacts there = FactsOf(file.target);
-    if (there.exists())
-        if (const Written decision = Decide(core, file, there); decision != Written::written) {
-            advance(file.size);
-            return decision;
-        }
-    MakeFolders(FolderOf(file.target), [&](const std::wstring& folder) {
-        if (logged)
-            LogFolder(core, folder, file.feature);
-    });
-
     LogRecord record;
     record.kind = file.kind;
     record.what = file.target;
@@ -130,32 +159,169 @@ Written WriteFileSafely(Core& core, const FileToWrite& file, bool logged, const 
     record.time = file.time;
     record.permanent = file.flags & file_permanent;
     record.oldData = ToHex(file.previous);
-    const std::wstring mark = L".~vh" + Number(core.log->LastId() + 1);
-    record.temp = file.target + mark + L"n";
-    if (there.exists())
-        record.backup = file.target + mark + L"o";
-    const std::wstring temp = record.temp;
-    const std::wstring backup = record.backup;
-    if (logged)
-        core.log->Append(std::move(record));
+    record.loose = file.loose;
+    return record;
+}
 
-    TempFile unfinished(temp);
-    CopyContent(file, temp, advance);
-    if (!backup.empty())
-        Rename(file.target, backup, file.target, L"can't replace the file");
+// Files whose records go to the log together.
+class Batch {
+public:
+    Batch(Core& core, std::span<const FileToWrite> files) : m_core(core)
+    {
+        for (const FileToWrite& file : files)
+            Plan(file);
+    }
+
+    void Write(const WriterNews& news)
+    {
+        Record();
+        for (const std::wstring& folder : m_folders)
+            MakeFolder(folder);
+        for (const Step& step : m_steps) {
+            if (step.decision == Written::written)
+                Put(step, news);
+            else
+                news.advance(step.file->size, *step.file);
+            if (news.done)
+                news.done(step.decision, *step.file);
+        }
+    }
+
+private:
+    struct Step {
+        const FileToWrite* file;
+        Written decision;
+        std::wstring temp{};
+        std::wstring backup{};
+        std::size_t record = 0; // among those of the batch; its number in the log later
+    };
+
+    void Plan(const FileToWrite& file)
+    {
+        const FileFacts there = FactsOf(file.target);
+        Step step{&file, there.exists() ? Decide(m_core, file, there) : Written::written};
+        if (step.decision == Written::same)
+            RecordFound(file, there);
+        if (step.decision == Written::written) {
+            for (std::wstring& folder : MissingFolders(FolderOf(file.target)))
+                if (m_seen.insert(Upper(folder)).second) {
+                    m_records.push_back(FolderRecord(folder, file.feature, file.loose));
+                    m_folders.push_back(std::move(folder));
+                }
+            LogRecord record = RecordOf(file);
+            step.temp = record.temp = m_core.log->NewAside(file.target, L"new");
+            if (there.exists())
+                step.backup = record.backup = m_core.log->NewAside(file.target, L"old");
+            step.record = m_records.size();
+            m_records.push_back(std::move(record));
+        }
+        m_steps.push_back(std::move(step));
+    }
+
+    // A file that is there already and the same counts as placed. It is the product's when a record says so: one of
+    // a run that could not be undone whole is taken over.
+    void RecordFound(const FileToWrite& file, const FileFacts& there)
+    {
+        if (file.loose)
+            return;
+        const LogRecord* before = m_core.log->Newest(file.kind, file.target);
+        if (before && !m_core.log->UnfinishedRuns().contains(before->run))
+            return;
+        LogRecord record = RecordOf(file);
+        record.found = !before;
+        record.oldData.clear();
+        record.time = there.time;
+        if (there.time != file.time)
+            record.sourceTime = file.time;
+        m_records.push_back(std::move(record));
+    }
+
+    // What a step can't repeat is on the disk before the step is done.
+    void Record()
+    {
+        const bool replaces =
+            std::any_of(m_steps.begin(), m_steps.end(), [](const Step& s) { return !s.backup.empty(); });
+        const std::size_t count = m_records.size();
+        if (count == 0)
+            return;
+        m_core.log->Append(std::move(m_records));
+        for (Step& step : m_steps)
+            step.record += static_cast<std::size_t>(m_core.log->LastId()) - count + 1;
+        if (replaces)
+            m_core.log->Flush();
+    }
+
+    void Put(const Step& step, const WriterNews& news)
+    {
+        const FileToWrite& file = *step.file;
+        const bool replaces = !step.backup.empty();
+        TempFile unfinished(step.temp);
+        CopyContent(file, step.temp, replaces, news);
+        if (const FileFacts kept = FactsOf(step.temp); kept.time != file.time)
+            m_core.log->NotePlaced(static_cast<long>(step.record), kept.size, kept.time);
+        if (replaces)
+            Rename(file.target, step.backup, file.target, L"can't replace the file");
+        try {
+            Rename(step.temp, file.target, file.target, L"can't write the file");
+        } catch (...) {
+            if (replaces)
+                MoveFileExW(LongPath(step.backup).c_str(), LongPath(file.target).c_str(), 0);
+            throw;
+        }
+        unfinished.Done();
+        if (file.attributes & kept_attributes)
+            SetFileAttributesW(LongPath(file.target).c_str(), file.attributes & kept_attributes);
+    }
+
+    Core& m_core;
+    std::vector<Step> m_steps;
+    std::vector<LogRecord> m_records;
+    std::vector<std::wstring> m_folders; // to be made, the outermost first
+    std::set<std::wstring> m_seen;
+};
+
+} // namespace
+
+bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
+{
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
+    return record && !record->found && record->size == facts.size && record->time == facts.time;
+}
+
+void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged)
+{
+    const std::vector<std::wstring> missing = MissingFolders(path);
+    std::vector<LogRecord> records;
+    for (const std::wstring& folder : missing)
+        records.push_back(FolderRecord(folder, {}, false));
+    if (logged && !records.empty())
+        core.log->Append(std::move(records));
+    for (const std::wstring& folder : missing)
+        MakeFolder(folder);
+}
+
+void WriteFilesSafely(Core& core, std::span<const FileToWrite> files, const WriterNews& news)
+{
+    while (!files.empty()) {
+        // A target that comes again is looked at when it is there.
+        std::set<std::wstring> targets;
+        std::size_t count = 0;
+        while (count < std::min(batch_size, files.size()) && targets.insert(Upper(files[count].target)).second)
+            ++count;
+        Batch(core, files.first(count)).Write(news);
+        files = files.subspan(count);
+    }
+}
+
+void WriteAllOrNothing(Core& core, std::span<const FileToWrite> files, const WriterNews& news)
+{
+    const long before = core.log->LastId();
     try {
-        Rename(temp, file.target, file.target, L"can't write the file");
+        WriteFilesSafely(core, files, news);
     } catch (...) {
-        if (!backup.empty())
-            MoveFileExW(LongPath(backup).c_str(), LongPath(file.target).c_str(), 0);
+        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
         throw;
     }
-    unfinished.Done();
-    if (file.attributes & kept_attributes)
-        SetFileAttributesW(LongPath(file.target).c_str(), file.attributes & kept_attributes);
-    if (!logged && !backup.empty())
-        RemoveFile(backup);
-    return Written::written;
 }
 
 } // namespace vh::engine

@@ -1,7 +1,8 @@
-// Puts one file in its place: never half a file under a final name, and every step in the log before it is done.
+// Puts files in their places: never half a file under a final name, and every step in the log before it is done.
 #pragma once
 
 #include <functional>
+#include <span>
 
 #include "../core.h"
 
@@ -19,18 +20,33 @@ struct FileToWrite {
     LogKind kind = LogKind::file;
     // Content that a removal puts back, kept in the log; for small files only.
     std::string previous{};
+    // Recorded until the run ends; a removal knows nothing of it.
+    bool loose = false;
+    // A read-only file of somebody else is replaced as well.
+    bool overReadOnly = false;
+    // Equal size and time don't stand for equal content.
+    bool compare = false;
 };
 
 enum class Written { written, same, newer_stays, stays };
 
-// Notes a folder that is about to be made.
-void LogFolder(Core& core, const std::wstring& folder, const std::wstring& feature);
+// Makes the missing folders of a path, each one recorded before; those that are not logged stay also after a failure.
+void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged);
 
 // What stands there is what the product's newest record of the file says.
 bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& there);
 
-// Makes the folder above as well. `advance` hears of bytes as they are written and may throw to stop. With
-// `logged` false nothing is recorded, and a replaced file is gone.
-Written WriteFileSafely(Core& core, const FileToWrite& file, bool logged, const std::function<void(uint64_t)>& advance);
+struct WriterNews {
+    // Bytes as they are written, and those of files that stay; may throw to stop.
+    std::function<void(uint64_t, const FileToWrite&)> advance;
+    // What became of each file; may be empty.
+    std::function<void(Written, const FileToWrite&)> done{};
+};
+
+// Makes the folders above as well. Records reach the log in batches, and the disk before a file is replaced. A failure
+// leaves what is done so far for UndoRecords.
+void WriteFilesSafely(Core& core, std::span<const FileToWrite> files, const WriterNews& news);
+// The same; after a failure everything is as before.
+void WriteAllOrNothing(Core& core, std::span<const FileToWrite> files, const WriterNews& news);
 
 } // namespace vh::engine

@@ -36,26 +36,27 @@ RawValue ValueOf(const Core& core, const RegistryValue& value)
     }
 }
 
-void Apply(Core& core, const RegistrySet& set, InstallLog* log)
+void Apply(Core& core, const RegistrySet& set, bool loose)
 {
-    if (log) {
+    const Recording to{core.log.get(), loose};
+    if (!loose) {
         LogRecord record;
         record.kind = LogKind::set;
         record.what = set.name;
         record.feature = set.feature;
-        log->Append(std::move(record));
+        to.log->Append(std::move(record));
     }
     for (const RegistryKey& key : set.keys) {
         const RegistryPlace place = Redirected(core, PlaceOf(key.root + L'\\' + core.Substitute(key.key)));
-        MakeKey(log, place, {}, set.feature);
+        MakeKey(to, place, {}, set.feature);
         for (const RegistryValue& value : key.values)
-            WriteValue(log, place, core.Substitute(value.name), ValueOf(core, value), set.feature);
+            WriteValue(to, place, core.Substitute(value.name), ValueOf(core, value), set.feature);
     }
 }
 
 } // namespace
 
-void ApplyRegistrySets(Core& core, const Product& product, std::wstring_view name, InstallLog* log)
+void ApplyRegistrySets(Core& core, const Product& product, std::wstring_view name, bool loose)
 {
     bool found = name.empty();
     for (const RegistrySet& set : product.registrySets) {
@@ -63,7 +64,7 @@ void ApplyRegistrySets(Core& core, const Product& product, std::wstring_view nam
             continue;
         found = true;
         if (IsWanted(product, set.feature))
-            Apply(core, set, log);
+            Apply(core, set, loose);
         else
             core.Note(set.name, L"the registry set is left out: \"" + set.feature + L"\" is not selected");
     }
@@ -71,7 +72,7 @@ void ApplyRegistrySets(Core& core, const Product& product, std::wstring_view nam
         throw engine_error(E_INVALIDARG, std::wstring(name), L"there is no such registry set");
 }
 
-void MakeShellObjects(Core& core, const Product& product, InstallLog* log)
+void MakeShellObjects(Core& core, const Product& product, bool loose)
 {
     for (const ShellObject& object : product.shellObjects) {
         if (!IsWanted(product, object.feature))
@@ -83,7 +84,7 @@ void MakeShellObjects(Core& core, const Product& product, InstallLog* log)
         link.iconFile = core.Substitute(object.icon.empty() ? object.target : object.icon);
         link.iconIndex = object.iconIndex;
         SaveShortcut(core, link, ShortcutPath(core, JoinPath(object.folder, core.DisplayText(object.name))),
-                     object.feature, log);
+                     object.feature, loose);
     }
 }
 

@@ -1,194 +1,302 @@
 #include "install_log.h"
 
 #include <algorithm>
-#include <set>
 
 #include "../files.h"
-#include "../product/json_reader.h"
 
 namespace vh::engine {
 
 namespace {
 
-using nlohmann::json;
-
 constexpr uint64_t largest_log = 1u << 30;
+constexpr const wchar_t* cant_write = L"can't write the install log";
 
-struct KindName {
-    LogKind kind;
-    const char* name;
-};
-constexpr KindName kind_names[] = {
-    {LogKind::run, "run"},       {LogKind::commit, "commit"}, {LogKind::features, "features"},
-    {LogKind::folder, "folder"}, {LogKind::file, "file"},     {LogKind::key, "key"},
-    {LogKind::value, "value"},   {LogKind::set, "set"},       {LogKind::shell, "shell"},
-    {LogKind::texts, "texts"},   {LogKind::undone, "undone"},
-};
-
-// The text fields of a record and their keys in the file.
-struct TextField {
-    const char* key;
-    std::wstring LogRecord::*field;
-};
-constexpr TextField text_fields[] = {
-    {"what", &LogRecord::what}, {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
-    {"temp", &LogRecord::temp}, {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
-    {"name", &LogRecord::name}, {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
-};
-
-const char* NameOf(LogKind kind)
+std::wstring ProcessNote()
 {
-    return std::find_if(std::begin(kind_names), std::end(kind_names),
-                        [&](const KindName& entry) { return entry.kind == kind; })
-        ->name;
+    wchar_t program[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    SYSTEMTIME now;
+    GetLocalTime(&now);
+    const auto two = [](WORD number) { return (number < 10 ? L"0" : L"") + Number(number); };
+    return FileNameOf(program) + L", process " + Number(GetCurrentProcessId()) + L", since " + two(now.wHour) + L":" +
+           two(now.wMinute) + L":" + two(now.wSecond);
 }
 
-std::string ToLine(const LogRecord& record)
+// Names of one log never meet those of another, which may lie about after a kill.
+std::wstring NewToken()
 {
-    json line{{"id", record.id}, {"run", record.run}, {"do", NameOf(record.kind)}};
-    for (const TextField& field : text_fields)
-        if (!(record.*field.field).empty())
-            line[field.key] = ToUtf8(record.*field.field);
-    if (IsFile(record.kind)) {
-        line["size"] = record.size;
-        line["time"] = record.time;
-    }
-    if (record.permanent)
-        line["permanent"] = true;
-    if (record.type != -1)
-        line["type"] = record.type;
-    if (record.oldType != -1)
-        line["oldType"] = record.oldType;
-    if (record.ref)
-        line["ref"] = record.ref;
-    for (const std::wstring& entry : record.list)
-        line["list"].push_back(ToUtf8(entry));
-    for (const auto& [name, value] : record.texts)
-        line["texts"][ToUtf8(name)] = ToUtf8(value);
-    return line.dump() + '\n';
+    LARGE_INTEGER ticks;
+    QueryPerformanceCounter(&ticks);
+    FILETIME time;
+    GetSystemTimeAsFileTime(&time);
+    const uint64_t mixed = (static_cast<uint64_t>(time.dwHighDateTime) << 32 | time.dwLowDateTime) ^
+                           static_cast<uint64_t>(ticks.QuadPart) << 20 ^
+                           static_cast<uint64_t>(GetCurrentProcessId()) << 40;
+    constexpr wchar_t digits[] = L"0123456789abcdef";
+    std::wstring token;
+    for (int shift = 44; shift >= 0; shift -= 4)
+        token += digits[mixed >> shift & 0xF];
+    return token;
 }
 
-LogRecord FromLine(std::string_view text)
+constexpr bool EndsRun(LogKind kind) { return kind == LogKind::commit || kind == LogKind::ended; }
+constexpr bool BelongsToNoRun(LogKind kind)
 {
-    const json line = json::parse(text);
-    LogRecord record;
-    const std::string name = line.at("do").get<std::string>();
-    const auto* known = std::find_if(std::begin(kind_names), std::end(kind_names),
-                                     [&](const KindName& entry) { return name == entry.name; });
-    if (known == std::end(kind_names))
-        throw json::other_error::create(500, "unknown record \"" + name + '"', &line);
-    record.kind = known->kind;
-    record.id = line.at("id").get<long>();
-    record.run = line.at("run").get<long>();
-    for (const TextField& field : text_fields)
-        record.*field.field = ToWide(line.value(field.key, ""));
-    record.size = line.value("size", uint64_t{0});
-    record.time = line.value("time", uint64_t{0});
-    record.permanent = line.value("permanent", false);
-    record.type = line.value("type", -1L);
-    record.oldType = line.value("oldType", -1L);
-    record.ref = line.value("ref", 0L);
-    for (const json& entry : line.value("list", json::array()))
-        record.list.push_back(ToWide(entry.get<std::string>()));
-    // Named, because the items of a temporary would outlive it.
-    const json texts = line.value("texts", json::object());
-    for (const auto& [key, value] : texts.items())
-        record.texts[ToWide(key)] = ToWide(value.get<std::string>());
-    return record;
-}
-
-bool IsUndoable(LogKind kind)
-{
-    return kind == LogKind::folder || kind == LogKind::file || kind == LogKind::key || kind == LogKind::value ||
-           kind == LogKind::shell;
+    return EndsRun(kind) || kind == LogKind::run || kind == LogKind::undone || kind == LogKind::clean;
 }
 
 } // namespace
 
-InstallLog::InstallLog(std::wstring file) : m_file(std::move(file))
+InstallLog::InstallLog(std::wstring file) : m_file(std::move(file)), m_token(NewToken())
 {
-    if (FactsOf(m_file).exists())
-        Read();
+    Claim();
+    Read();
+}
+
+std::wstring InstallLog::OwnerFile() const { return JoinPath(FolderOf(m_file), L"setup.running"); }
+
+void InstallLog::Claim()
+{
+    // A setup that ends may take the folder away at this very moment.
+    for (int attempt = 0; !m_writer; ++attempt) {
+        MakeFolders(FolderOf(m_file));
+        m_writer.reset(CreateFileW(LongPath(m_file).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                   OPEN_ALWAYS, 0, nullptr));
+        if (m_writer)
+            break;
+        const DWORD code = GetLastError();
+        if (code == ERROR_SHARING_VIOLATION)
+            ThrowClaimed();
+        if (code != ERROR_PATH_NOT_FOUND || attempt == 3)
+            ThrowFileError(m_file, cant_write, code);
+    }
+    m_owner.reset(CreateFileW(LongPath(OwnerFile()).c_str(), GENERIC_WRITE | DELETE,
+                              FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr, CREATE_ALWAYS,
+                              FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    const std::string note = ToUtf8(ProcessNote());
+    DWORD written = 0;
+    // Without the note another setup is refused all the same, only with fewer words.
+    if (m_owner)
+        WriteFile(m_owner.get(), note.data(), static_cast<DWORD>(note.size()), &written, nullptr);
+}
+
+void InstallLog::ThrowClaimed() const
+{
+    std::wstring who;
+    const unique_file note(CreateFileW(LongPath(OwnerFile()).c_str(), GENERIC_READ,
+                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                                       0, nullptr));
+    char text[512];
+    DWORD got = 0;
+    if (note && ReadFile(note.get(), text, sizeof text, &got, nullptr) && got)
+        who = L" (" + ToWide({text, got}) + L")";
+    throw engine_error(FromWin32(ERROR_SHARING_VIOLATION), m_file, L"another setup of this product is running" + who);
 }
 
 void InstallLog::Read()
 {
     const std::string content = ReadWhole(m_file, largest_log);
-    int64_t number = 0;
-    for (std::size_t start = 0; start < content.size(); ++number) {
+    for (std::size_t start = 0, number = 1; start < content.size(); ++number) {
         const std::size_t end = content.find('\n', start);
         if (end == std::string::npos)
             break;
-        try {
-            m_records.push_back(FromLine(std::string_view(content).substr(start, end - start)));
-        } catch (const json::exception& error) {
-            throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), m_file,
-                               L"line " + Number(number + 1) + L" is damaged: " + ToWide(error.what()));
+        if (auto record = FromLine(std::string_view(content).substr(start, end - start))) {
+            Keep(std::move(*record));
+        } else {
+            m_damaged.push_back(static_cast<long>(number));
+            m_damagedAt.insert(m_records.size());
         }
-        const LogRecord& record = m_records.back();
-        if (record.kind == LogKind::undone)
-            m_undone[record.ref] = record.id;
         start = end + 1;
         m_wholeBytes = start;
     }
+    if (m_wholeBytes != content.size())
+        CutAt(m_wholeBytes);
+    m_unfinished = FindUnfinished();
 }
 
-long InstallLog::UnfinishedRun() const
+void InstallLog::Keep(LogRecord record)
 {
-    long run = 0;
-    for (const LogRecord& record : m_records) {
-        if (record.kind == LogKind::run)
-            run = record.run;
-        else if (record.kind == LogKind::commit && record.run == run)
-            run = 0;
+    const std::size_t index = m_records.size();
+    m_lastId = std::max(m_lastId, record.id);
+    if (record.kind == LogKind::undone) {
+        m_undone.insert(record.ref);
+    } else if (record.kind == LogKind::placed) {
+        if (const auto of = m_byId.find(record.ref); of != m_byId.end()) {
+            LogRecord& file = m_records[of->second];
+            file.sourceTime = file.time;
+            file.size = record.size;
+            file.time = record.time;
+        }
+    } else if (record.ref) {
+        m_takenBack[record.ref].push_back(record.id);
     }
-    return run;
+    if (!record.what.empty())
+        m_byName[Upper(record.what)].push_back(index);
+    m_byId[record.id] = index;
+    m_records.push_back(std::move(record));
+}
+
+bool InstallLog::Undone(const LogRecord& record) const
+{
+    if (m_undone.contains(record.id))
+        return true;
+    const auto takers = m_takenBack.find(record.id);
+    return takers != m_takenBack.end() && std::any_of(takers->second.begin(), takers->second.end(),
+                                                      [&](long taker) { return !m_undone.contains(taker); });
+}
+
+std::set<long> InstallLog::FindUnfinished() const
+{
+    // Where a run's records stand.
+    struct Extent {
+        std::size_t first = 0;
+        std::size_t last = 0;
+        bool ended = false;
+        bool hasSelection = false;
+    };
+    std::map<long, Extent> runs;
+    for (std::size_t i = 0; i < m_records.size(); ++i) {
+        const LogRecord& record = m_records[i];
+        if (!record.run)
+            continue;
+        Extent& run = runs.try_emplace(record.run, Extent{i, i}).first->second;
+        if (EndsRun(record.kind))
+            run.ended = true;
+        else if (record.kind != LogKind::clean && record.kind != LogKind::undone)
+            run.last = i;
+        run.hasSelection |= record.kind == LogKind::features;
+    }
+    std::set<long> unfinished;
+    for (auto run = runs.begin(); run != runs.end(); ++run) {
+        if (run->second.ended)
+            continue;
+        // A damaged line right behind a run's end was most likely that end: it is taken for one.
+        const auto damaged = m_damagedAt.upper_bound(run->second.last);
+        const bool last = std::next(run) == runs.end();
+        if (damaged != m_damagedAt.end() &&
+            (last ? run->second.hasSelection : *damaged <= std::next(run)->second.first))
+            continue;
+        unfinished.insert(run->first);
+    }
+    return unfinished;
+}
+
+std::set<long> InstallLog::UntidyRuns() const
+{
+    std::set<long> untidy;
+    for (const LogRecord& record : m_records)
+        if (record.kind == LogKind::commit)
+            untidy.insert(record.run);
+        else if (record.kind == LogKind::clean)
+            untidy.erase(record.run);
+    return untidy;
+}
+
+std::wstring InstallLog::NewAside(const std::wstring& target, const wchar_t* ending)
+{
+    return AsideName(target, m_token, ++m_asides, ending);
+}
+
+void InstallLog::Append(std::vector<LogRecord> records)
+{
+    long run = m_run;
+    if (!run && std::any_of(records.begin(), records.end(),
+                            [](const LogRecord& record) { return !BelongsToNoRun(record.kind); })) {
+        for (const LogRecord& before : m_records)
+            run = std::max(run, before.run);
+        records.insert(records.begin(), LogRecord{});
+        ++run;
+    }
+    long id = m_lastId;
+    std::string lines;
+    for (LogRecord& record : records) {
+        record.id = ++id;
+        if (!record.run)
+            record.run = run;
+        lines += ToLine(record) + '\n';
+    }
+    Write(lines);
+    m_run = run;
+    for (LogRecord& record : records)
+        Keep(std::move(record));
 }
 
 long InstallLog::Append(LogRecord record)
 {
-    if (!m_run && record.kind != LogKind::undone && record.kind != LogKind::run && record.kind != LogKind::commit) {
-        LogRecord begin;
-        long last = 0;
-        for (const LogRecord& before : m_records)
-            last = std::max(last, before.run);
-        begin.run = m_run = last + 1;
-        Append(begin);
-    }
-    record.id = LastId() + 1;
-    if (!record.run)
-        record.run = m_run;
-    Write(record);
-    if (record.kind == LogKind::commit)
-        m_run = 0;
-    m_records.push_back(std::move(record));
-    return m_records.back().id;
+    std::vector<LogRecord> one;
+    one.push_back(std::move(record));
+    Append(std::move(one));
+    return m_lastId;
 }
 
-void InstallLog::Claim()
+void InstallLog::CutAt(uint64_t size)
 {
-    if (m_writer)
-        return;
-    MakeFolders(FolderOf(m_file), {});
-    m_writer.reset(
-        CreateFileW(LongPath(m_file).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr));
-    if (!m_writer)
-        ThrowFileError(m_file, L"can't write the install log", GetLastError());
     LARGE_INTEGER end{};
-    end.QuadPart = static_cast<LONGLONG>(m_wholeBytes);
-    if (!SetFilePointerEx(m_writer.get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(m_writer.get()))
-        ThrowFileError(m_file, L"can't write the install log", GetLastError());
+    end.QuadPart = static_cast<LONGLONG>(size);
+    m_torn = !SetFilePointerEx(m_writer.get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(m_writer.get());
 }
 
-void InstallLog::Write(const LogRecord& record)
+void InstallLog::Write(const std::string& lines)
 {
-    Claim();
-    const std::string line = ToLine(record);
+    if (!m_writer)
+        ThrowFileError(m_file, cant_write, ERROR_INVALID_HANDLE);
+    CutAt(m_wholeBytes);
+    DWORD code = m_torn ? GetLastError() : ERROR_SUCCESS;
     DWORD written = 0;
-    if (!WriteFile(m_writer.get(), line.data(), static_cast<DWORD>(line.size()), &written, nullptr) ||
-        written != line.size())
-        ThrowFileError(m_file, L"can't write the install log", GetLastError());
-    m_wholeBytes += line.size();
+    if (code == ERROR_SUCCESS) {
+        if (!WriteFile(m_writer.get(), lines.data(), static_cast<DWORD>(lines.size()), &written, nullptr))
+            code = GetLastError();
+        else if (written != lines.size())
+            code = ERROR_WRITE_FAULT;
+    }
+    if (code != ERROR_SUCCESS) {
+        CutAt(m_wholeBytes);
+        ThrowFileError(m_file, cant_write, code);
+    }
+    m_wholeBytes += lines.size();
+}
+
+void InstallLog::Flush()
+{
+    if (!FlushFileBuffers(m_writer.get())) {
+        const DWORD code = GetLastError();
+        ThrowFileError(m_file, cant_write, code);
+    }
+}
+
+void InstallLog::Commit(LogRecord selection)
+{
+    LogRecord end;
+    end.kind = LogKind::commit;
+    std::vector<LogRecord> records;
+    records.push_back(std::move(selection));
+    records.push_back(std::move(end));
+    Append(std::move(records));
+    Flush();
+    m_run = 0;
+}
+
+void InstallLog::Leave(bool undone)
+{
+    const long run = std::exchange(m_run, 0);
+    m_unfinished.insert(run);
+    if (undone) {
+        TryFinish(run, LogKind::ended);
+        m_unfinished.erase(run);
+    }
+}
+
+void InstallLog::TryFinish(long run, LogKind how)
+{
+    LogRecord end;
+    end.kind = how;
+    end.run = run;
+    try {
+        Append(std::move(end));
+        m_unfinished.erase(run);
+    } catch (const engine_error&) {
+        // Whoever comes next finds the steps done.
+    }
 }
 
 void InstallLog::MarkUndone(long id)
@@ -196,15 +304,41 @@ void InstallLog::MarkUndone(long id)
     LogRecord record;
     record.kind = LogKind::undone;
     record.ref = id;
-    m_undone[id] = Append(std::move(record));
+    try {
+        Append(std::move(record));
+    } catch (const engine_error&) {
+        // Done all the same: whoever comes next finds nothing left to do there.
+        m_undone.insert(id);
+    }
+}
+
+void InstallLog::NotePlaced(long id, uint64_t size, uint64_t time)
+{
+    LogRecord record;
+    record.kind = LogKind::placed;
+    record.ref = id;
+    record.size = size;
+    record.time = time;
+    Append(std::move(record));
 }
 
 const LogRecord* InstallLog::Newest(LogKind kind, std::wstring_view what) const
 {
-    const auto found = std::find_if(m_records.rbegin(), m_records.rend(), [&](const LogRecord& record) {
-        return record.kind == kind && SameText(record.what, what) && !Undone(record);
-    });
-    return found == m_records.rend() ? nullptr : &*found;
+    if (what.empty()) {
+        const auto found = std::find_if(m_records.rbegin(), m_records.rend(), [&](const LogRecord& record) {
+            return record.kind == kind && record.what.empty() && !record.loose && !Undone(record);
+        });
+        return found == m_records.rend() ? nullptr : &*found;
+    }
+    const auto named = m_byName.find(Upper(what));
+    if (named == m_byName.end())
+        return nullptr;
+    for (auto index = named->second.rbegin(); index != named->second.rend(); ++index) {
+        const LogRecord& record = m_records[*index];
+        if (record.kind == kind && !record.loose && !record.ref && !Undone(record))
+            return &record;
+    }
+    return nullptr;
 }
 
 std::vector<const LogRecord*> InstallLog::Standing(LogKind kind) const
@@ -212,7 +346,8 @@ std::vector<const LogRecord*> InstallLog::Standing(LogKind kind) const
     std::vector<const LogRecord*> standing;
     std::set<std::wstring> seen;
     for (auto record = m_records.rbegin(); record != m_records.rend(); ++record)
-        if (record->kind == kind && !Undone(*record) && seen.insert(Upper(record->what + L'\n' + record->name)).second)
+        if (record->kind == kind && !record->loose && !record->ref && !Undone(*record) &&
+            seen.insert(Upper(record->what + L'\n' + record->name)).second)
             standing.push_back(&*record);
     std::reverse(standing.begin(), standing.end());
     return standing;
@@ -221,36 +356,35 @@ std::vector<const LogRecord*> InstallLog::Standing(LogKind kind) const
 bool InstallLog::AnythingStands() const
 {
     return std::any_of(m_records.begin(), m_records.end(),
-                       [&](const LogRecord& record) { return IsUndoable(record.kind) && !Undone(record); });
+                       [&](const LogRecord& record) { return IsForRemoval(record) && !Undone(record); });
 }
 
-void InstallLog::Delete()
+void InstallLog::Clear()
 {
-    m_writer.reset();
+    CutAt(0);
     m_records.clear();
+    m_byName.clear();
+    m_byId.clear();
     m_undone.clear();
+    m_takenBack.clear();
+    m_damaged.clear();
+    m_damagedAt.clear();
+    m_unfinished.clear();
     m_wholeBytes = 0;
     m_run = 0;
-    RemoveFile(m_file);
-    RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
 }
 
-std::wstring InstallLog::Line(const LogRecord& record)
+void InstallLog::Close()
 {
-    std::wstring line = Number(record.id) + L" " + ToWide(NameOf(record.kind));
-    if (!record.what.empty())
-        line += L" " + record.what;
-    if (!record.name.empty())
-        line += L" [" + record.name + L"]";
-    if (IsFile(record.kind))
-        line += L" (" + Number(static_cast<int64_t>(record.size)) + L" bytes)";
-    if (!record.feature.empty())
-        line += L" of " + record.feature;
-    if (record.ref)
-        line += L" " + Number(record.ref);
-    for (const std::wstring& entry : record.list)
-        line += L" " + entry + L";";
-    return line;
+    if (!m_writer)
+        return;
+    m_owner.reset();
+    m_writer.reset();
+    if (m_wholeBytes)
+        return;
+    // Another setup that has claimed it by now keeps it.
+    RemoveFile(m_file);
+    RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
 }
 
 } // namespace vh::engine

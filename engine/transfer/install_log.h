@@ -1,101 +1,105 @@
-// The install log: a text file with one JSON record a line of all that was done, so that it can be undone.
+// The install log: a text file with one JSON record a line of all that is done, so that it can be undone. It belongs
+// to one process at a time.
 #pragma once
 
-#include <map>
-#include <string>
-#include <vector>
+#include <set>
+#include <unordered_map>
 
 #include "../../scriptdata/unique.h"
-#include "../messages.h"
+#include "log_record.h"
 
 namespace vh::engine {
 
-enum class LogKind {
-    run,      // a run began
-    commit,   // the run is complete
-    features, // the selection that the run leaves: `list`
-    folder,   // a folder was made
-    file,     // a file is written under `temp`, what stood there goes to `backup`, then it gets its name
-    key,      // a registry key was made
-    value,    // a registry value was written; `old` is what it was
-    set,      // a registry set was applied
-    shell,    // a shortcut, written like a file
-    texts,    // saved targets: `texts`
-    undone,   // the record `ref` was undone
-};
-
-// Kinds that stand for a file on the machine.
-constexpr bool IsFile(LogKind kind) { return kind == LogKind::file || kind == LogKind::shell; }
-
-struct LogRecord {
-    LogKind kind = LogKind::run;
-    long id = 0;
-    long run = 0;
-    // Path of a file, shortcut or folder; root\key of the registry; name of a set or saved texts.
-    std::wstring what;
-    std::wstring feature;
-    std::wstring source;
-    std::wstring temp;
-    std::wstring backup;
-    std::wstring version;
-    uint64_t size = 0;
-    uint64_t time = 0;
-    bool permanent = false;
-    // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1. A shortcut
-    // has in oldData the content of one that is not the product's.
-    std::wstring name;
-    long type = -1;
-    std::wstring data;
-    long oldType = -1;
-    std::wstring oldData;
-    long ref = 0;
-    std::vector<std::wstring> list;
-    std::map<std::wstring, std::wstring> texts;
-};
-
 class InstallLog {
 public:
-    // Reads what is there. A last line that a kill cut short is dropped; any other damage is an engine_error.
+    // Claims the log, then reads it under the claim. A last line that a kill cut short is cut off; damaged lines are
+    // passed over. Throws engine_error, and names the other setup when one has the log.
     explicit InstallLog(std::wstring file);
+    ~InstallLog() { Close(); }
+    InstallLog(const InstallLog&) = delete;
+    InstallLog& operator=(const InstallLog&) = delete;
 
     const std::wstring& File() const { return m_file; }
     const std::vector<LogRecord>& Records() const { return m_records; }
-    bool Undone(const LogRecord& record) const { return m_undone.contains(record.id); }
+    // Numbers of the lines that could not be read, from 1.
+    const std::vector<long>& DamagedLines() const { return m_damaged; }
+    // The record was undone, or a later one that still stands took it back.
+    bool Undone(const LogRecord& record) const;
     // Highest number so far: records after it are those of a later step.
-    long LastId() const { return m_records.empty() ? 0 : m_records.back().id; }
-    // The run that no commit follows; 0 when there is none.
-    long UnfinishedRun() const;
+    long LastId() const { return m_lastId; }
+    // Earlier runs that neither commit nor rollback ended, the newest last.
+    const std::set<long>& UnfinishedRuns() const { return m_unfinished; }
     // The run that this object writes; 0 before its first record.
     long CurrentRun() const { return m_run; }
+    // Committed runs that still have something to tidy up.
+    std::set<long> UntidyRuns() const;
 
-    // Keeps other setups from writing; throws when another one does.
-    void Claim();
-    // Numbers the record and writes it at once; the first record of a run is preceded by a run record.
+    // A name beside `target` that no other log and no other step has: for a file on its way in (L"new") or out
+    // (L"old").
+    std::wstring NewAside(const std::wstring& target, const wchar_t* ending);
+    // Numbers the records and writes them in one piece; the first of a run are preceded by a run record. When they
+    // can't be written whole the file is as before and engine_error is thrown.
+    void Append(std::vector<LogRecord> records);
     long Append(LogRecord record);
+    // Whatever was appended reaches the disk before this returns.
+    void Flush();
+    // Ends the run of this object with its selection, for good once this returns.
+    void Commit(LogRecord selection);
+    // The run of this object is over without a commit; one that could not be undone whole stays unfinished.
+    void Leave(bool undone);
+    // Ends an earlier run. Without effect when the file can't be written: then the next setup sees to it again.
+    void TryFinish(long run, LogKind how);
+    // In the file too, when that can be written; the steps of a rollback go on without it.
     void MarkUndone(long id);
-    // The newest record of a kind and name that is not undone; null when there is none.
+    // The size and time that the target kept for the file of a record.
+    void NotePlaced(long id, uint64_t size, uint64_t time);
+
+    // The newest record of a kind and name that is not undone and that a removal knows; null when there is none.
     const LogRecord* Newest(LogKind kind, std::wstring_view what) const;
     // Records of a kind that still stand, oldest first; of several for one name the newest only.
     std::vector<const LogRecord*> Standing(LogKind kind) const;
     // True while something is recorded that a removal would undo.
     bool AnythingStands() const;
-    // Ends writing; the file and its folder go.
-    void Delete();
-    void Close() { m_writer.reset(); }
-
-    // One readable line.
-    static std::wstring Line(const LogRecord& record);
+    // Nothing is left to undo, now or by a removal.
+    bool IsIdle() const { return !AnythingStands() && m_unfinished.empty() && m_damaged.empty(); }
+    // Everything that is recorded is forgotten; the claim stays.
+    void Clear();
+    // Gives the claim back; the file of an empty log goes, and its folder.
+    void Close();
 
 private:
+    void Claim();
+    [[noreturn]] void ThrowClaimed() const;
     void Read();
-    void Write(const LogRecord& record);
+    std::set<long> FindUnfinished() const;
+    void Write(const std::string& lines);
+    void CutAt(uint64_t size);
+    void Keep(LogRecord record);
+    std::wstring OwnerFile() const;
 
     std::wstring m_file;
+    std::wstring m_token; // of this log's names
+    long m_asides = 0;
     std::vector<LogRecord> m_records;
-    std::map<long, long> m_undone; // record to the record that says so
+    std::unordered_map<std::wstring, std::vector<std::size_t>> m_byName; // upper case, to records in their order
+    std::unordered_map<long, std::size_t> m_byId;
+    std::set<long> m_undone;
+    std::unordered_map<long, std::vector<long>> m_takenBack; // a record to those that took it back
+    std::vector<long> m_damaged;
+    std::set<std::size_t> m_damagedAt; // how many records stand before each damaged line
+    std::set<long> m_unfinished;
     unique_file m_writer;
+    unique_file m_owner;       // tells others whose claim it is; goes with the process
     uint64_t m_wholeBytes = 0; // of complete lines
+    bool m_torn = false;       // bytes beyond them could not be cut off yet
+    long m_lastId = 0;
     long m_run = 0;
+};
+
+// Where a step is recorded: for a removal, or `loose`, until the run ends.
+struct Recording {
+    InstallLog* log;
+    bool loose = false;
 };
 
 } // namespace vh::engine

@@ -10,9 +10,19 @@ enum class Undo {
     removal,  // what the user changed and what is permanent stays
 };
 
+using RecordFilter = std::function<bool(const LogRecord&)>;
+using RemovalNews = std::function<void(const Removal&)>;
+
 // Undoes the records that `wanted` picks and that still stand, newest first, and marks them undone. A record
-// that failed stands on.
-std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const std::function<bool(const LogRecord&)>& wanted,
-                                 const std::function<void(const Removal&)>& onRemoval = {});
+// that failed stands on, and so does that of a folder or key that holds something.
+std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& wanted,
+                                 const RemovalNews& onRemoval = {});
+
+// Rolls back the runs of the log that never came to their end; one whose steps could not all be undone stays
+// unfinished. Tidies up behind those that did.
+std::vector<Removal> RecoverRuns(InstallLog& log);
+
+// What waits for the end of a committed run: its backups go, and folders and keys that only unselected features had.
+void TidyUp(InstallLog& log);
 
 } // namespace vh::engine

@@ -5,39 +5,47 @@
 #include "../product/costs.h"
 #include "file_writer.h"
 #include "progress.h"
-#include "removal.h"
+#include "take_away.h"
 
 namespace vh::engine {
 
 namespace {
 
-struct Planned {
-    Item* item;
+struct Plan {
+    std::vector<Item*> items;
     std::vector<FileToWrite> files;
 };
 
-FileToWrite Plan(const Item& item, const std::wstring& root, const FileGroup& group, const ProductFile& file)
+FileToWrite PlanFile(const Item& item, const std::wstring& root, const FileGroup& group, const ProductFile& file)
 {
     const std::wstring target = FullPath(JoinPath(JoinPath(root, group.target), file.path));
     if (!LiesIn(target, root))
         throw engine_error(E_INVALIDARG, target, L"lies outside of the target " + root);
-    return {file.source, target, file.size, file.time, file.attributes, file.version, item.Path(), file.flags};
+    FileToWrite planned;
+    planned.source = file.source;
+    planned.target = target;
+    planned.size = file.size;
+    planned.time = file.time;
+    planned.attributes = file.attributes;
+    planned.version = file.version;
+    planned.feature = item.Path();
+    planned.flags = file.flags;
+    return planned;
 }
 
 // Everything that is to be written, with full paths, before anything is touched.
-std::vector<Planned> PlanItems(const Core& core, const DataSet& data, const std::vector<Item*>& items)
+Plan PlanItems(const Core& core, const DataSet& data, const std::vector<Item*>& items)
 {
-    std::vector<Planned> plan;
+    Plan plan;
     for (Item* top : items)
         ForEachItem(*top, [&](Item& item) {
             if (item.pseudo || !item.selected || item.installed || !data.Admits(item))
                 return;
-            Planned planned{&item, {}};
+            plan.items.push_back(&item);
             const std::wstring root = item.groups.empty() ? std::wstring() : TargetOf(core, item);
             data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
-                planned.files.push_back(Plan(item, root, group, file));
+                plan.files.push_back(PlanFile(item, root, group, file));
             });
-            plan.push_back(std::move(planned));
         });
     return plan;
 }
@@ -57,28 +65,26 @@ void CheckSpace(const Core& core, const DataSet& data, const std::vector<Item*>&
     }
 }
 
-void WriteFiles(Core& core, const std::vector<Planned>& plan, IEngineProgress& progress)
+void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
 {
-    for (const Planned& planned : plan)
-        for (const FileToWrite& file : planned.files) {
-            const Written written =
-                WriteFileSafely(core, file, true, [&](uint64_t bytes) { progress.Advance(bytes, file.target); });
-            if (written == Written::newer_stays)
-                core.Note(file.target, L"a newer version stays");
-            else if (written == Written::stays)
-                core.Note(file.target, L"the file stays as it is");
-        }
+    const auto done = [&](Written written, const FileToWrite& file) {
+        if (written == Written::newer_stays)
+            core.Note(file.target, L"a newer version stays");
+        else if (written == Written::stays)
+            core.Note(file.target, L"the file stays as it is");
+    };
+    WriteAllOrNothing(core, plan.files,
+                      {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }, done});
 }
 
-com_ptr<IEngineProgress> SinkFor(Core& core, const std::vector<Planned>& plan, IUnknown* given)
+com_ptr<IEngineProgress> SinkFor(Core& core, const Plan& plan, IUnknown* given)
 {
     auto sink = com_ptr<IUnknown>(given).query<IEngineProgress>();
     if (sink)
         return sink;
     uint64_t total = 0;
-    for (const Planned& planned : plan)
-        for (const FileToWrite& file : planned.files)
-            total += file.size;
+    for (const FileToWrite& file : plan.files)
+        total += file.size;
     sink.attach(new TransferSink(core.shared_from_this(), total));
     return sink;
 }
@@ -105,7 +111,7 @@ Leftovers FindLeftovers(const Core& core, const DataSet& data, const std::vector
                 return;
             const std::wstring root = TargetOf(core, item);
             data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
-                found.needed.insert(Upper(Plan(item, root, group, file).target));
+                found.needed.insert(Upper(PlanFile(item, root, group, file).target));
             });
         });
     return found;
@@ -118,16 +124,14 @@ void Transfer(Core& core, DataSet& data, const std::vector<Item*>& items, IUnkno
     const auto plan = PlanItems(core, data, items);
     CheckSpace(core, data, items);
     const auto sink = SinkFor(core, plan, progress);
-    const long before = core.log->LastId();
     try {
         WriteFiles(core, plan, *sink.get());
     } catch (const engine_error& error) {
-        UndoRecords(*core.log, Undo::rollback, [&](const LogRecord& record) { return record.id > before; });
         core.Note(error.message().file, L"what this transfer had installed was removed again");
         throw;
     }
-    for (const Planned& planned : plan)
-        planned.item->installed = true;
+    for (Item* item : plan.items)
+        item->installed = true;
 }
 
 void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
@@ -138,7 +142,7 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
     Transfer(core, data, items, progress);
 
     const Leftovers leftovers = FindLeftovers(core, data, items);
-    const auto removed = UndoRecords(*core.log, Undo::removal, [&](const LogRecord& record) {
+    const auto removed = TakeBack(core, [&](const LogRecord& record) {
         return leftovers.features.contains(Upper(record.feature)) && !leftovers.needed.contains(Upper(record.what));
     });
     for (const Removal& removal : removed)

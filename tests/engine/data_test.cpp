@@ -79,11 +79,11 @@ TEST_F(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)
     Install();
     Options options = folder.Given();
     options.targetDir.clear();
-    engine = Engine::Open(options);
+    Reopen(options);
     EXPECT_EQ(folder.Target(), engine->TargetDir());
     engine.reset();
     options.targetDir = folder.Target(L"elsewhere");
-    engine = Engine::Open(options);
+    Reopen(options);
     EXPECT_TRUE(engine->Maintenance());
     ASSERT_EQ(S_OK, MoveAll(*engine));
     engine->Commit();

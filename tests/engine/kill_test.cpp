@@ -50,7 +50,6 @@ bool RunKilled(const SetupFolder& folder, const wchar_t* test, int step)
 }
 
 using Kill = OnTree;
-using Log = OnTree;
 
 } // namespace
 
@@ -61,6 +60,22 @@ TEST(Child, DISABLED_Installs)
     const auto engine = Engine::Open(std::move(options));
     ASSERT_EQ(S_OK, MoveAll(*engine));
     engine->Commit();
+}
+
+// Replaces, adds and takes away: all that a second run can do.
+TEST(Child, DISABLED_Maintains)
+{
+    Options options = SetupFolder(Environment(L"VH_KILL_FOLDER")).Given();
+    options.onProgress = [](const Progress&) { return KillAtStep(), true; };
+    const auto engine = Engine::Open(std::move(options));
+    KillAtStep();
+    Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(2);
+    engine->Host().query<ISetupFeatureHost>()->Reinstall(VARIANT_FALSE);
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    KillAtStep();
+    engine->Commit();
+    KillAtStep();
 }
 
 TEST(Child, DISABLED_Removes)
@@ -95,6 +110,32 @@ TEST_F(Kill, DuringAnInstallationLeavesNoHalfFileAndTheNextStartCleansUp)
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin", L"d.bin"}), Tree(folder.Target()));
 }
 
+TEST_F(Kill, DuringMaintenanceEndsInOneOfTwoStates)
+{
+    WriteText(folder.Target(L"c.bin"), "older");
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(0);
+    Install();
+    const auto first = Tree(folder.Target());
+    folder.Payload(L"a.bin", std::string(11, 'A'));
+    int ended = 0;
+    bool killed = true;
+    for (int step = 1; killed; ++step) {
+        killed = RunKilled(folder, L"Child.DISABLED_Maintains", step);
+        Reopen();
+        const bool committed = Exists(folder.Target(L"d.bin"));
+        EXPECT_EQ(committed ? (std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}) : first,
+                  Tree(folder.Target()))
+            << step;
+        EXPECT_EQ(committed ? std::string(11, 'A') : std::string(10, 'a'), ReadWhole(folder.Target(L"a.bin"), 100));
+        EXPECT_EQ(committed ? 0 : 2, Selected(*engine, {L"Tools", L"Extra"}));
+        ended += committed;
+        engine.reset();
+    }
+    EXPECT_EQ(2, ended) << "the kill behind the commit, and the run to the end";
+    Uninstall(LogFileOf(folder.Setup(), folder.Data()));
+    EXPECT_EQ((std::vector<std::wstring>{}), Tree(folder.Target()));
+}
+
 TEST_F(Kill, DuringARemovalLetsTheNextOneGoOn)
 {
     Install();
@@ -107,34 +148,4 @@ TEST_F(Kill, DuringARemovalLetsTheNextOneGoOn)
             break;
     }
     EXPECT_FALSE(Exists(folder.Target()));
-}
-
-TEST_F(Log, BelongsToOneSetupAtATime)
-{
-    const auto first = folder.Open();
-    const auto second = folder.Open();
-    ASSERT_EQ(S_OK, MoveAll(*first));
-    RemoveFile(folder.Target(L"a.bin"));
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION), MoveAll(*second));
-    EXPECT_NE(std::wstring::npos, LastReason(*second).find(L"install.log"));
-    // A run that still goes on is not taken for a killed one.
-    const auto tree = Tree(folder.Target());
-    EXPECT_THROW(folder.Open(), engine_error);
-    EXPECT_THROW(Uninstall(first->LogFile()), engine_error);
-    EXPECT_EQ(tree, Tree(folder.Target()));
-}
-
-TEST_F(Log, ThatIsDamagedIsNamedWithItsLine)
-{
-    const std::wstring log = Install();
-    std::string content = ReadWhole(log, 100'000);
-    content.insert(content.find('\n') + 1, "nonsense\n");
-    WriteText(log, content);
-    try {
-        Uninstall(log);
-        ADD_FAILURE() << "a damaged log was taken";
-    } catch (const engine_error& error) {
-        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"install.log: line 2 is damaged"));
-    }
-    EXPECT_TRUE(Exists(folder.Target(L"a.bin")));
 }

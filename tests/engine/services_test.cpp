@@ -128,7 +128,7 @@ TEST_F(Registry, CanBeARunsOwn)
     folder.Product(registry_product);
     Options options = folder.Given();
     options.registryRoot = L"HKCU\\Software\\VHEngineTest\\Own";
-    engine = Engine::Open(options);
+    Reopen(options);
     const auto registry = ServiceOf<ISetupRegistry>(*engine);
     const auto log = ServiceOf<ISetupLog>(*engine);
     ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateRegistrySet(bstr(L"").get(), log.get()));
@@ -153,6 +153,119 @@ TEST_F(Registry, CanBeARunsOwn)
     EXPECT_FALSE(key.Exists());
 }
 
+// Whatever a script takes away comes back with the rollback, and a commit ends that.
+TEST_F(Registry, AndShortcutsComeBackFromEveryDeletion)
+{
+    const TestKey key;
+    key.Write(L"Mine", L"one");
+    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\A\\B", L"Deep", REG_SZ, L"two", 8);
+    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\A", nullptr, REG_SZ, L"three", 12);
+    const std::wstring menu = folder.Target(L"menu");
+    WriteText(menu + L"\\sub\\one.lnk", "shortcut 1");
+    WriteText(menu + L"\\two.lnk", "shortcut 2");
+    const auto tree = Tree(folder.Target());
+    for (const bool commit : {false, true}) {
+        const auto registry = ServiceOf<ISetupRegistry>(*engine);
+        const auto shell = ServiceOf<ISetupShell>(*engine);
+        ASSERT_EQ(S_OK, registry->DeleteKey(current_user, bstr(L"Software\\VHEngineTest\\A").get(), 0));
+        ASSERT_EQ(S_OK,
+                  registry->DeleteValue(current_user, bstr(L"Software\\VHEngineTest").get(), bstr(L"Mine").get()));
+        variant text(L"unlogged");
+        ASSERT_EQ(S_OK, registry->SetValue(current_user, bstr(L"Software\\VHEngineTest\\A").get(), bstr(L"").get(),
+                                           REG_SZ, &text.get(), nullptr));
+        ASSERT_EQ(S_OK, shell->RemoveItem(bstr(menu + L"\\two").get()));
+        ASSERT_EQ(S_OK, shell->RemoveFolder(bstr(menu + L"\\sub").get()));
+        EXPECT_FALSE(Exists(menu + L"\\two.lnk") || Exists(menu + L"\\sub"));
+        EXPECT_EQ(L"", key.Text(L"Mine") + key.Text(L"Deep", L"\\A\\B"));
+        if (commit) {
+            engine->Commit();
+            EXPECT_EQ(std::vector<std::wstring>{L"menu"}, Tree(folder.Target()));
+            EXPECT_EQ(L"unlogged", key.Text(L"", L"\\A"));
+            continue;
+        }
+        EXPECT_FALSE(AnyFailed(engine->Rollback()));
+        EXPECT_EQ(tree, Tree(folder.Target()));
+        EXPECT_EQ("shortcut 1", ReadWhole(menu + L"\\sub\\one.lnk", 100));
+        EXPECT_EQ(L"one", key.Text(L"Mine"));
+        EXPECT_EQ(L"two", key.Text(L"Deep", L"\\A\\B"));
+        EXPECT_EQ(L"three", key.Text(L"", L"\\A"));
+    }
+    engine.reset();
+    EXPECT_FALSE(Exists(LogFileOf(folder.Setup(), folder.Data()))) << "nothing stays to be removed";
+}
+
+// A slash is a letter of a name, and backslashes at the end count in no call.
+TEST_F(Registry, DividesKeysAtBackslashesAlone)
+{
+    const TestKey key;
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    const auto at = [](const wchar_t* below) {
+        return bstr((std::wstring(L"Software\\VHEngineTest\\") + below).c_str());
+    };
+    const auto exists = [&](const wchar_t* below) {
+        VARIANT_BOOL flag = VARIANT_FALSE;
+        return SUCCEEDED(registry->KeyExists(current_user, at(below).get(), &flag)) && flag;
+    };
+    const auto create = [&](const wchar_t* below) {
+        return registry->CreateKey(current_user, at(below).get(), nullptr, VARIANT_FALSE, log.get());
+    };
+    ASSERT_EQ(S_OK, create(L"A\\B\\C\\\\"));
+    ASSERT_EQ(S_OK, create(L"A/B"));
+    variant text(L"t");
+    long type = 0;
+    variant value;
+    safe_array names;
+    EXPECT_EQ(S_OK,
+              registry->SetValue(current_user, at(L"A\\B\\").get(), bstr(L"V").get(), REG_SZ, &text.get(), nullptr));
+    EXPECT_EQ(S_OK, registry->QueryValue(current_user, at(L"A\\B\\").get(), bstr(L"V").get(), &type, value.put()));
+    EXPECT_EQ(S_OK, registry->EnumKeys(current_user, at(L"A\\").get(), names.put()));
+    EXPECT_EQ(S_OK, registry->DeleteValue(current_user, at(L"A\\B\\").get(), bstr(L"V").get()));
+    EXPECT_EQ(S_OK, registry->DeleteKey(current_user, at(L"A/B\\").get(), 0));
+    EXPECT_FALSE(exists(L"A/B"));
+    EXPECT_TRUE(exists(L"A\\B\\C"));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), registry->DeleteKey(current_user, at(L"A/B").get(), 0));
+    EXPECT_EQ(E_INVALIDARG, registry->DeleteKey(current_user, bstr(L"\\").get(), 0)) << "a root stays";
+    EXPECT_EQ(S_OK, registry->DeleteKey(current_user, at(L"A\\").get(), 0));
+    EXPECT_FALSE(exists(L"A"));
+}
+
+TEST_F(Registry, TakesAClosedKeyForOneThatIsThere)
+{
+    const TestKey key;
+    key.Write(L"V", L"kept");
+    unique_key open;
+    RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\VHEngineTest", 0, KEY_ALL_ACCESS, open.put());
+    SECURITY_DESCRIPTOR nobody{};
+    ACL empty{};
+    InitializeSecurityDescriptor(&nobody, SECURITY_DESCRIPTOR_REVISION);
+    InitializeAcl(&empty, sizeof empty, ACL_REVISION);
+    SetSecurityDescriptorDacl(&nobody, TRUE, &empty, FALSE);
+    ASSERT_EQ(ERROR_SUCCESS, RegSetKeySecurity(open.get(), DACL_SECURITY_INFORMATION, &nobody));
+    const auto registry = ServiceOf<ISetupRegistry>(*engine);
+    const auto log = ServiceOf<ISetupLog>(*engine);
+    const bstr name(L"Software\\VHEngineTest"), v(L"V");
+    VARIANT_BOOL exists = VARIANT_FALSE;
+    long type = 0;
+    variant value, text(L"new");
+    safe_array names;
+    const HRESULT codes[] = {
+        registry->KeyExists(current_user, name.get(), &exists),
+        registry->QueryValue(current_user, name.get(), v.get(), &type, value.put()),
+        registry->CreateKey(current_user, name.get(), nullptr, VARIANT_FALSE, log.get()),
+        registry->SetValue(current_user, name.get(), v.get(), REG_SZ, &text.get(), log.get()),
+        registry->EnumValues(current_user, name.get(), names.put()),
+        registry->DeleteValue(current_user, name.get(), v.get()),
+        registry->DeleteKey(current_user, name.get(), 0),
+    };
+    SetSecurityDescriptorDacl(&nobody, TRUE, nullptr, FALSE);
+    RegSetKeySecurity(open.get(), DACL_SECURITY_INFORMATION, &nobody);
+    for (const HRESULT code : codes)
+        EXPECT_EQ(E_ACCESSDENIED, code);
+    engine->Rollback();
+    EXPECT_EQ(L"kept", key.Text(L"V"));
+}
+
 // Bit 0 of the option word.
 TEST_F(Registry, KeepsItsViewsApart)
 {
@@ -171,6 +284,9 @@ TEST_F(Registry, KeepsItsViewsApart)
     ASSERT_EQ(S_OK, registry->CreateKey(local_machine, name.get(), nullptr, VARIANT_FALSE, log.get()));
     EXPECT_TRUE(there(registry_view32));
     EXPECT_FALSE(there(0));
+    options->SetOptions(0);
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), registry->DeleteKey(local_machine, name.get(), 0));
+    EXPECT_TRUE(there(registry_view32));
     engine->Rollback();
     EXPECT_FALSE(there(registry_view32));
 }
@@ -253,6 +369,13 @@ TEST(CopyJobs, ObeyTheirFlagsAndNameWhatIsMissing)
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), copy(L"none*.bin", 0));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none*.bin"));
     EXPECT_EQ(E_NOTIMPL, copy(L"http://localhost/x", 0));
+    // Equal size and time don't stand for equal content.
+    const FILETIME time = TimeOf(folder.Setup(L"a.bin"));
+    WriteText(folder.Target(L"a.bin"), std::string(10, '?'));
+    SetTime(folder.Target(L"a.bin"), time);
+    EXPECT_EQ(S_OK, copy(L"a.bin", 0));
+    EXPECT_EQ(std::string(10, 'a'), ReadWhole(folder.Target(L"a.bin"), 100));
+    engine->Commit();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"b.bin"}), Tree(folder.Target()));
 }
 

@@ -15,7 +15,7 @@ namespace vh::engine::test {
 
 inline void WriteText(const std::wstring& path, std::string_view content)
 {
-    MakeFolders(FolderOf(path), {});
+    MakeFolders(FolderOf(path));
     const unique_file file(
         CreateFileW(LongPath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
     DWORD written = 0;
@@ -23,6 +23,17 @@ inline void WriteText(const std::wstring& path, std::string_view content)
 }
 
 inline bool Exists(const std::wstring& path) { return FactsOf(path).exists(); }
+
+inline FILETIME TimeOf(const std::wstring& path)
+{
+    const uint64_t time = FactsOf(path).time;
+    return {static_cast<DWORD>(time & 0xFFFFFFFF), static_cast<DWORD>(time >> 32)};
+}
+inline void SetTime(const std::wstring& path, const FILETIME& time)
+{
+    const unique_file file(CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &time));
+}
 
 // Names of files and folders below, with backslashes, in order.
 inline void ListTree(const std::wstring& folder, const std::wstring& below, std::vector<std::wstring>& names)
@@ -52,7 +63,7 @@ public:
         m_root = FullPath(std::wstring(temp)) + L"\\vhengine" + std::to_wstring(GetCurrentProcessId()) + L"_" +
                  std::to_wstring(++count);
         RemoveTree(m_root);
-        MakeFolders(Setup(), {});
+        MakeFolders(Setup());
     }
     // A folder that another process made; it stays.
     explicit SetupFolder(std::wstring root) : m_root(std::move(root)), m_stays(true) {}
@@ -168,8 +179,13 @@ protected:
         engine.reset();
         return log;
     }
-    // The next run over the same folder.
-    void Reopen() { engine = folder.Open(); }
+    // The next run over the same folder, once this one has ended.
+    void Reopen(Options options)
+    {
+        engine.reset();
+        engine = Engine::Open(std::move(options));
+    }
+    void Reopen() { Reopen(folder.Given()); }
 
     SetupFolder folder;
     std::unique_ptr<Engine> engine;

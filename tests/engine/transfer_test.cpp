@@ -41,7 +41,7 @@ TEST_F(Transfer, ReportsProgressUpToTheTotalAndNamesEachFile)
     Options options = folder.Given();
     std::vector<Progress> seen;
     options.onProgress = [&](const Progress& progress) { return seen.push_back(progress), true; };
-    engine = Engine::Open(std::move(options));
+    Reopen(std::move(options));
     com_ptr<IUnknown> sink;
     ASSERT_EQ(S_OK, ServiceOf<ISetupProgress>(*engine)->BeginTransfer(100, 0, 0, sink.put()));
     ASSERT_EQ(S_OK, engine->Host().query<ISetupFeatureHost>()->Move(sink.get()));
@@ -59,7 +59,7 @@ TEST_F(Transfer, CancelTakesBackWhatWasWritten)
 {
     Options options = folder.Given();
     options.onProgress = [](const Progress& progress) { return progress.done < 30; };
-    engine = Engine::Open(std::move(options));
+    Reopen(std::move(options));
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_CANCELLED), MoveAll(*engine));
     EXPECT_FALSE(Exists(folder.Target()));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"cancelled"));
@@ -106,7 +106,7 @@ INSTANTIATE_TEST_SUITE_P(Of, ObstacleTest,
                                                   }},
                                          Obstacle{"FolderInPlace", HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS),
                                                   [](const SetupFolder& folder) {
-                                                      MakeFolders(folder.Target(L"c.bin"), {});
+                                                      MakeFolders(folder.Target(L"c.bin"));
                                                       return unique_file();
                                                   }},
                                          Obstacle{"MissingPayload", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),

@@ -1,8 +1,11 @@
 // Program folders and shortcuts: what reaches the engine's shell service, and the real files that it makes.
 #include <gtest/gtest.h>
 
+#include <shlobj.h>
+
 #include "../../engine/services/shell_link.h"
 #include "../support/bare_context.h"
+#include "../support/import_patch.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
 
@@ -174,6 +177,75 @@ TEST_F(Folders, ReplaceShortcutsAlsoUnderANewName)
     EXPECT_EQ(replace(L"Two", L"TWO", L"C:\\4.exe"), 0);
     EXPECT_EQ(engine::ReadShellLink(File(L"Two")).target, L"C:\\4.exe");
     EXPECT_EQ(session->CallsOf(L"ISetupShortcutProperties.SetProperty"), 0);
+    // A description is nothing that a script says, and stays with its shortcut.
+    CoInitialize(nullptr);
+    const auto on_link = [&](const wchar_t* item, bool save, wchar_t(&description)[20]) {
+        com_ptr<IShellLinkW> link;
+        com_ptr<IPersistFile> file;
+        CoCreateInstance(CLSID_ShellLink, nullptr, CLSCTX_INPROC_SERVER, IID_IShellLinkW, link.put_void());
+        link->QueryInterface(IID_IPersistFile, file.put_void());
+        file->Load(File(item).c_str(), STGM_READ);
+        if (save) {
+            link->SetDescription(description);
+            file->Save(File(item).c_str(), TRUE);
+        }
+        link->GetDescription(description, 20);
+    };
+    wchar_t description[20] = L"says what it is";
+    on_link(L"Two", true, description);
+    SetFileAttributesW(File(L"Two").c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(replace(L"Two", L"Three", L"C:\\5.exe"), 0);
+    wchar_t kept[20] = L"";
+    on_link(L"Three", false, kept);
+    EXPECT_STREQ(kept, description);
+    EXPECT_EQ(engine::ReadShellLink(File(L"Three")).target, L"C:\\5.exe");
+    CoUninitialize();
+}
+
+TEST_F(Folders, LoseNothingWhenTheyStay)
+{
+    Add(L"A", L"C:\\a.exe");
+    Add(L"B", L"C:\\b.exe");
+    const std::wstring group = programs + L"\\Group";
+    wchar_t before[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, before);
+    SetCurrentDirectoryW(group.c_str());
+    for (const std::wstring& drive : {group.substr(0, 2), group.substr(0, 3), group.substr(0, 3) + L"\\"}) {
+        EXPECT_LT(DeleteFolder(*session, drive.c_str()), 0) << "not the current folder";
+        EXPECT_EQ(CreateFolder(*session, drive.c_str()), 0);
+    }
+    EXPECT_EQ(DeleteFolder(*session, (group.substr(0, 2) + L"x").c_str()), E_INVALIDARG);
+    SetCurrentDirectoryW(before);
+    unique_file held(
+        CreateFileW(File(L"B").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
+    held.reset();
+    held.reset(CreateFileW(group.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                           FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
+    held.reset();
+    EXPECT_EQ(engine::test::Tree(group), (std::vector<std::wstring>{L"A.lnk", L"B.lnk"}));
+    EXPECT_EQ(DeleteFolder(*session, L"Group/"), 0);
+}
+
+TEST_F(Folders, ShowWhatTheSystemSays)
+{
+    engine::Options options = Given();
+    options.silent = false;
+    session.reset();
+    session = std::make_unique<Session>(options);
+    CreateFolder(*session, L"Group");
+    static INT_PTR answer;
+    const auto execute = +[](HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT)
+                              WINAPI -> HINSTANCE { return reinterpret_cast<HINSTANCE>(answer); };
+    const test::ImportPatch patch(GetModuleHandleW(nullptr), "ShellExecuteW", reinterpret_cast<void*>(execute));
+    ASSERT_TRUE(patch.found());
+    const std::pair<INT_PTR, int32_t> answers[] = {
+        {0, E_OUTOFMEMORY}, {5, E_ACCESSDENIED}, {32, HRESULT_FROM_WIN32(32)}, {33, 0}};
+    for (const auto& [given, expected] : answers) {
+        answer = given;
+        EXPECT_EQ(ShowFolder(*session, L"Group", 1), expected) << given;
+    }
 }
 
 TEST_F(Folders, AreMadeListedAndRemoved)
@@ -239,7 +311,7 @@ TEST_F(Folders, GoWithTheRunAndGiveBackWhatWasThere)
 {
     engine::LinkData own;
     own.target = L"C:\\own.exe";
-    engine::MakeFolders(programs + L"\\Group", {});
+    engine::MakeFolders(programs + L"\\Group");
     engine::WriteShellLink(own, File(L"Own"));
     EXPECT_EQ(Add(L"Own", L"C:\\new.exe", IconReplace), 0);
     EXPECT_EQ(AddIcon(*session, L"Other\\", L"New", L"C:\\new.exe", L"", L"", 0, L"", 0), 0);

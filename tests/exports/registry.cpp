@@ -300,6 +300,11 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
     EXPECT_EQ(_RegDisConnectRegistry(session), 0);
     EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     EXPECT_EQ(_RegIsRemoteRegConnected(nullptr), 0);
+
+    Session left;
+    ASSERT_EQ(_RegConnectRegistry(left, local_machine, L""), 0);
+    left.Release();
+    EXPECT_EQ(left.CallsOf(L"ISetupRegistry.Disconnect"), 1) << "a context's end closes its connection";
 }
 
 TEST(TracedRegistry, WritesBeginAndEndWithItsFields)

@@ -1,0 +1,131 @@
+#include "take_away.h"
+
+#include "../services/registry_access.h"
+#include "undo_step.h"
+
+namespace vh::engine {
+
+namespace {
+
+LogRecord TakenRecord(Core& core, const std::wstring& path, long back)
+{
+    LogRecord record;
+    record.kind = LogKind::taken;
+    record.what = path;
+    record.backup = core.log->NewAside(path, L"old");
+    record.ref = back;
+    return record;
+}
+
+void MoveAside(Core& core, LogRecord record)
+{
+    const std::wstring path = record.what;
+    const std::wstring backup = record.backup;
+    const long id = core.log->Append(std::move(record));
+    core.log->Flush();
+    if (MoveFileExW(LongPath(path).c_str(), LongPath(backup).c_str(), 0))
+        return;
+    const DWORD code = GetLastError();
+    core.log->MarkUndone(id);
+    ThrowFileError(path, L"can't be removed", code);
+}
+
+// The record counts as undone, unless the run is rolled back.
+void Forget(Core& core, const LogRecord& record)
+{
+    LogRecord forgotten;
+    forgotten.kind = LogKind::forgotten;
+    forgotten.ref = record.id;
+    core.log->Append(std::move(forgotten));
+}
+
+RemovalOutcome TakeFileBack(Core& core, const LogRecord& file)
+{
+    const FileFacts there = FactsOf(file.what);
+    if (!there.exists())
+        return Forget(core, file), RemovalOutcome::absent;
+    if (const auto keep = ReasonToKeep(file, there))
+        return Forget(core, file), *keep;
+    LogRecord record = TakenRecord(core, file.what, file.id);
+    if (file.oldData.empty()) {
+        MoveAside(core, std::move(record));
+        return RemovalOutcome::removed;
+    }
+    // The shortcut that stood there before comes back; its facts tell a rollback what to replace.
+    const std::string content = FromHex(file.oldData);
+    const std::wstring aside = core.log->NewAside(file.what, L"new");
+    if (!WriteWhole(aside, content)) {
+        const DWORD code = GetLastError();
+        RemoveFile(aside);
+        ThrowFileError(file.what, L"can't be restored", code);
+    }
+    const FileFacts before = FactsOf(aside);
+    record.temp = aside;
+    record.size = before.size;
+    record.time = before.time;
+    MoveAside(core, std::move(record));
+    if (!MoveFileExW(LongPath(aside).c_str(), LongPath(file.what).c_str(), 0)) {
+        const DWORD code = GetLastError();
+        RemoveFile(aside);
+        ThrowFileError(file.what, L"can't be restored", code);
+    }
+    return RemovalOutcome::restored;
+}
+
+RemovalOutcome TakeValueBack(Core& core, const LogRecord& value)
+{
+    const RegistryPlace place = PlaceOf(value.what);
+    const auto present = ReadValue(place, value.name);
+    if (!present || *present != RawValue{static_cast<DWORD>(value.type), FromHex(value.data)})
+        return Forget(core, value), present ? RemovalOutcome::kept_changed : RemovalOutcome::absent;
+    LogRecord record;
+    record.kind = LogKind::value;
+    record.what = value.what;
+    record.name = value.name;
+    record.feature = value.feature;
+    record.type = value.oldType;
+    record.data = value.oldData;
+    record.oldType = value.type;
+    record.oldData = value.data;
+    record.ref = value.id;
+    core.log->Append(std::move(record));
+    if (value.oldType == -1)
+        return DropValue(place, value.name), RemovalOutcome::removed;
+    PutValue(place, value.name, {static_cast<DWORD>(value.oldType), FromHex(value.oldData)});
+    return RemovalOutcome::restored;
+}
+
+Removal TakeOneBack(Core& core, const LogRecord& record)
+{
+    try {
+        const RemovalOutcome outcome = IsFile(record.kind) ? TakeFileBack(core, record) : TakeValueBack(core, record);
+        return {outcome, KindWord(record), record.what, {}};
+    } catch (const engine_error& error) {
+        return {RemovalOutcome::failed, KindWord(record), record.what, error.message().reason};
+    }
+}
+
+} // namespace
+
+void TakeAway(Core& core, const std::wstring& path, long back) { MoveAside(core, TakenRecord(core, path, back)); }
+
+std::vector<Removal> TakeBack(Core& core, const RecordFilter& wanted)
+{
+    std::vector<Removal> results;
+    std::set<std::wstring> seen;
+    for (std::size_t i = core.log->Records().size(); i-- > 0;) {
+        const LogRecord record = core.log->Records()[i];
+        const bool taken = IsFile(record.kind) || record.kind == LogKind::value;
+        if (!taken || !IsForRemoval(record) || core.log->Undone(record) || !wanted(record))
+            continue;
+        if (IsFile(record.kind) && !seen.insert(Upper(record.what)).second) {
+            // An older record of a file that has gone with the newest one.
+            Forget(core, record);
+            continue;
+        }
+        results.push_back(TakeOneBack(core, record));
+    }
+    return results;
+}
+
+} // namespace vh::engine

@@ -1,0 +1,257 @@
+#include "undo_step.h"
+
+#include <optional>
+
+#include "../services/registry_access.h"
+
+namespace vh::engine {
+
+namespace {
+
+UndoResult Failed(DWORD code) { return {RemovalOutcome::failed, SystemText(code), false}; }
+
+bool IsAsInstalled(const LogRecord& record, const FileFacts& facts)
+{
+    return facts.file() && facts.size == record.size && facts.time == record.time;
+}
+
+// In one step, so that at every moment one of the two has the name.
+bool MoveOver(const std::wstring& from, const std::wstring& to)
+{
+    const DWORD attributes = GetFileAttributesW(LongPath(to).c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
+        SetFileAttributesW(LongPath(to).c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+    return MoveFileExW(LongPath(from).c_str(), LongPath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
+UndoResult RemoveFileStep(const std::wstring& path)
+{
+    return RemoveFile(path) ? UndoResult{RemovalOutcome::removed} : Failed(GetLastError());
+}
+
+UndoResult RollBackFile(const LogRecord& record)
+{
+    if (!record.temp.empty())
+        RemoveFile(record.temp);
+    if (record.found)
+        return {RemovalOutcome::absent};
+    const FileFacts there = FactsOf(record.what);
+    if (!record.backup.empty()) {
+        if (FactsOf(record.backup).file())
+            return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+        // The names were not exchanged, or are back already. What stands there as installed can't be undone any
+        // more: it stays the product's.
+        return {RemovalOutcome::absent, {}, !IsAsInstalled(record, there)};
+    }
+    if (!there.exists())
+        return {RemovalOutcome::absent};
+    return IsAsInstalled(record, there) ? RemoveFileStep(record.what) : UndoResult{RemovalOutcome::kept_changed};
+}
+
+// A file, shortcut or folder comes back from where it waits.
+UndoResult RollBackTaken(const LogRecord& record)
+{
+    if (!record.temp.empty())
+        RemoveFile(record.temp);
+    const FileFacts waiting = FactsOf(record.backup);
+    if (!waiting.exists())
+        return {RemovalOutcome::absent};
+    const FileFacts there = FactsOf(record.what);
+    // What was put in its place gives way; what somebody else put there does not.
+    if (there.exists() && (waiting.folder() || !IsAsInstalled(record, there)))
+        return {RemovalOutcome::failed, L"something else stands there now", false};
+    return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+}
+
+UndoResult RemoveFileRecord(const LogRecord& record, bool superseded)
+{
+    const FileFacts there = FactsOf(record.what);
+    if (superseded) {
+        // A rollback that failed left the original here.
+        if (!there.exists() && !record.backup.empty() && FactsOf(record.backup).file())
+            return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+        return {RemovalOutcome::absent};
+    }
+    const bool originalWaits = !record.backup.empty() && FactsOf(record.backup).file();
+    if (!there.exists() && !originalWaits)
+        return {RemovalOutcome::absent};
+    if (const auto keep = there.exists() ? ReasonToKeep(record, there) : std::nullopt)
+        return {*keep};
+    if (originalWaits)
+        return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+    if (record.oldData.empty())
+        return RemoveFileStep(record.what);
+    return ReplaceContent(record.what, FromHex(record.oldData), record.temp) ? UndoResult{RemovalOutcome::restored}
+                                                                             : Failed(GetLastError());
+}
+
+UndoResult UndoFolder(const LogRecord& record)
+{
+    if (RemoveDirectoryW(LongPath(record.what).c_str()))
+        return {RemovalOutcome::removed};
+    switch (const DWORD code = GetLastError()) {
+    case ERROR_FILE_NOT_FOUND:
+    case ERROR_PATH_NOT_FOUND:
+        return {RemovalOutcome::absent};
+    case ERROR_DIR_NOT_EMPTY:
+        return {RemovalOutcome::kept_not_empty, {}, false};
+    default:
+        return Failed(code);
+    }
+}
+
+std::optional<RawValue> ValueOf(long type, const std::wstring& hex)
+{
+    return type == -1 ? std::nullopt : std::optional(RawValue{static_cast<DWORD>(type), FromHex(hex)});
+}
+
+// Back from what the record wrote to what it found; other values stay.
+UndoResult UndoValue(const LogRecord& record)
+{
+    const RegistryPlace place = PlaceOf(record.what);
+    const auto written = ValueOf(record.type, record.data);
+    const auto old = ValueOf(record.oldType, record.oldData);
+    const auto present = ReadValue(place, record.name);
+    if (present == old)
+        return {RemovalOutcome::absent};
+    if (present != written)
+        return {present ? RemovalOutcome::kept_changed : RemovalOutcome::absent};
+    if (old) {
+        PutValue(place, record.name, *old);
+        return {RemovalOutcome::restored};
+    }
+    DropValue(place, record.name);
+    return {RemovalOutcome::removed};
+}
+
+UndoResult UndoKey(const LogRecord& record)
+{
+    const RegistryPlace place = PlaceOf(record.what);
+    unique_key key;
+    LSTATUS code = OpenKey(place, KEY_READ, key);
+    if (code == ERROR_FILE_NOT_FOUND)
+        return {RemovalOutcome::absent};
+    DWORD keys = 0, values = 0;
+    if (code == ERROR_SUCCESS)
+        code = RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                                nullptr, nullptr, nullptr);
+    if (code == ERROR_SUCCESS && (keys || values))
+        return {RemovalOutcome::kept_not_empty, {}, false};
+    key.reset();
+    if (code == ERROR_SUCCESS)
+        code = RegDeleteKeyExW(place.root, place.key.c_str(), place.view, 0);
+    return code == ERROR_SUCCESS ? UndoResult{RemovalOutcome::removed} : Failed(static_cast<DWORD>(code));
+}
+
+UndoResult RollBackUnkey(const LogRecord& record)
+{
+    const RegistryPlace place = PlaceOf(record.what);
+    if (OpenKey(place, KEY_QUERY_VALUE))
+        return {RemovalOutcome::absent};
+    CreateOneKey(place, record.data);
+    return {RemovalOutcome::restored};
+}
+
+template <class Step>
+UndoResult Guarded(Step&& step)
+{
+    try {
+        return step();
+    } catch (const engine_error& error) {
+        return {RemovalOutcome::failed, error.message().reason, false};
+    }
+}
+
+} // namespace
+
+const wchar_t* KindWord(const LogRecord& record)
+{
+    switch (record.kind) {
+    case LogKind::file:
+        return L"file";
+    case LogKind::folder:
+        return L"folder";
+    case LogKind::key:
+    case LogKind::unkey:
+        return L"key";
+    case LogKind::value:
+        return L"value";
+    case LogKind::taken:
+        return FactsOf(record.what).folder() ? L"folder" : L"file";
+    default:
+        return L"shell";
+    }
+}
+
+std::optional<RemovalOutcome> ReasonToKeep(const LogRecord& record, const FileFacts& there)
+{
+    if (record.permanent)
+        return RemovalOutcome::kept_permanent;
+    if (record.found)
+        return RemovalOutcome::kept_found;
+    if (!IsAsInstalled(record, there))
+        return RemovalOutcome::kept_changed;
+    return std::nullopt;
+}
+
+bool ReplaceContent(const std::wstring& path, std::string_view content, const std::wstring& aside)
+{
+    RemoveFile(aside);
+    if (WriteWhole(aside, content) && MoveOver(aside, path))
+        return true;
+    const DWORD code = GetLastError();
+    RemoveFile(aside);
+    SetLastError(code);
+    return false;
+}
+
+UndoResult RollBackStep(const LogRecord& record)
+{
+    return Guarded([&]() -> UndoResult {
+        switch (record.kind) {
+        case LogKind::file:
+        case LogKind::shell:
+            return RollBackFile(record);
+        case LogKind::taken:
+            return RollBackTaken(record);
+        case LogKind::folder: {
+            UndoResult result = UndoFolder(record);
+            // Somebody put something in: the folder stays, and it is nobody's business any more.
+            result.settled |= result.outcome == RemovalOutcome::kept_not_empty;
+            return result;
+        }
+        case LogKind::value:
+            return UndoValue(record);
+        case LogKind::key: {
+            UndoResult result = UndoKey(record);
+            result.settled |= result.outcome == RemovalOutcome::kept_not_empty;
+            return result;
+        }
+        case LogKind::unkey:
+            return RollBackUnkey(record);
+        default:
+            return {};
+        }
+    });
+}
+
+UndoResult RemoveStep(const LogRecord& record, bool superseded)
+{
+    return Guarded([&]() -> UndoResult {
+        switch (record.kind) {
+        case LogKind::file:
+        case LogKind::shell:
+            return RemoveFileRecord(record, superseded);
+        case LogKind::folder:
+            return UndoFolder(record);
+        case LogKind::value:
+            return UndoValue(record);
+        case LogKind::key:
+            return UndoKey(record);
+        default:
+            return {};
+        }
+    });
+}
+
+} // namespace vh::engine

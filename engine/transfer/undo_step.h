@@ -1,0 +1,29 @@
+// The way back of one record.
+#pragma once
+
+#include "removal.h"
+
+namespace vh::engine {
+
+struct UndoResult {
+    RemovalOutcome outcome = RemovalOutcome::absent;
+    // Reason of a failure; empty otherwise.
+    std::wstring reason{};
+    // The record has had its day; otherwise it stands on, for the next attempt or for the removal.
+    bool settled = true;
+};
+
+// "file", "folder", "key", "value", "shell".
+const wchar_t* KindWord(const LogRecord& record);
+
+// `superseded`: a newer record of the same thing was undone in this pass.
+UndoResult RollBackStep(const LogRecord& record);
+UndoResult RemoveStep(const LogRecord& record, bool superseded);
+
+// Why a removal leaves a file of the product where it is; nothing when it goes.
+std::optional<RemovalOutcome> ReasonToKeep(const LogRecord& record, const FileFacts& there);
+
+// Replaces a file by a text in one step; false, with the thread's last error, when it stays as it is.
+bool ReplaceContent(const std::wstring& path, std::string_view content, const std::wstring& aside);
+
+} // namespace vh::engine
