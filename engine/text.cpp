@@ -153,24 +153,47 @@ bool LiesIn(std::wstring_view path, std::wstring_view folder)
            (path.size() == folder.size() || path[folder.size()] == L'\\');
 }
 
-bool IsSafeRelativePath(std::wstring_view path, bool wildcardsInLastPart)
+namespace {
+
+// A device's name stays one with any extension and with blanks before it.
+bool IsDeviceName(std::wstring_view part)
 {
-    while (true) {
-        const std::size_t slash = path.find_first_of(L"\\/");
-        const std::wstring_view part = path.substr(0, slash);
-        const bool last = slash == std::wstring_view::npos;
-        if (part.empty() || part.back() == L'.' || part.back() == L' ')
-            return false;
-        for (wchar_t c : part) {
-            const bool wildcard = c == L'*' || c == L'?';
-            if (c < L' ' || std::wstring_view(L":<>\"|").find(c) != std::wstring_view::npos ||
-                (wildcard && !(last && wildcardsInLastPart)))
-                return false;
-        }
-        if (last)
+    std::wstring name = Upper(part.substr(0, part.find(L'.')));
+    name.erase(name.find_last_not_of(L' ') + 1);
+    for (const wchar_t* device : {L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"})
+        if (name == device)
             return true;
-        path.remove_prefix(slash + 1);
-    }
+    const std::wstring_view numbers = L"123456789\u00b9\u00b2\u00b3";
+    return name.size() == 4 && (name.starts_with(L"COM") || name.starts_with(L"LPT")) &&
+           numbers.find(name[3]) != std::wstring_view::npos;
+}
+
+std::wstring PartFault(std::wstring_view part, bool wildcards)
+{
+    if (part.empty() || part == L"." || part == L"..")
+        return L"must be relative, without empty parts and without \"..\"";
+    for (wchar_t c : part)
+        if (c < L' ' || std::wstring_view(L":<>\"|").find(c) != std::wstring_view::npos ||
+            (!wildcards && (c == L'*' || c == L'?')))
+            return L"must be relative and hold no character that file names can't have";
+    if (part.back() == L'.' || part.back() == L' ')
+        return L"has a part with a dot or blank at its end, which Windows takes away";
+    return IsDeviceName(part) ? L"holds \"" + std::wstring(part) + L"\", the name of a device" : L"";
+}
+
+} // namespace
+
+std::wstring PathFault(std::wstring_view path, bool wildcardsInLastPart)
+{
+    std::size_t slash = 0;
+    do {
+        slash = path.find_first_of(L"\\/");
+        const bool last = slash == std::wstring_view::npos;
+        if (std::wstring fault = PartFault(path.substr(0, slash), last && wildcardsInLastPart); !fault.empty())
+            return fault;
+        path.remove_prefix(last ? 0 : slash + 1);
+    } while (slash != std::wstring_view::npos);
+    return {};
 }
 
 namespace {

@@ -37,8 +37,9 @@ std::wstring DriveOf(std::wstring_view path);
 std::wstring FullPath(const std::wstring& path);
 // True when `path` is `folder` or lies below it; both in full form.
 bool LiesIn(std::wstring_view path, std::wstring_view folder);
-// True for a path without drive, root, "..", colon, wildcard or a part that Windows would rewrite.
-bool IsSafeRelativePath(std::wstring_view path, bool wildcardsInLastPart = false);
+// Why a relative path names no file that it seems to name: it has a drive, a root, "..", a character that no name may
+// hold, a device's name, or a part that Windows would rewrite. Empty for a good one.
+std::wstring PathFault(std::wstring_view path, bool wildcardsInLastPart = false);
 
 // Up to four numbers with dots; parts that are missing count as 0. Negative, zero or positive.
 int CompareVersions(std::wstring_view a, std::wstring_view b);

@@ -11,31 +11,40 @@ namespace {
 constexpr int deepest = 32;
 constexpr std::size_t longest = 1'000'000;
 
+// What a '<' opens. No name holds '<' or '>': without that rule each of many nested patterns is looked up whole.
+struct Pattern {
+    std::size_t start;
+    bool isName = true;
+};
+
 // `budget` bounds the replacements of one whole substitution.
 std::wstring Substitute(std::wstring_view text, const TextLookup& lookup, int depth, std::size_t& budget)
 {
     std::wstring result;
-    std::vector<std::size_t> open;
+    std::vector<Pattern> open;
     for (wchar_t c : text) {
         result += c;
         if (c == L'<') {
-            open.push_back(result.size());
+            open.push_back({result.size()});
             continue;
         }
         if (c != L'>' || open.empty())
             continue;
-        const std::size_t start = open.back();
+        const Pattern pattern = open.back();
         open.pop_back();
-        if (depth >= deepest || !budget)
-            continue;
+        const auto name = std::wstring_view(result).substr(pattern.start, result.size() - pattern.start - 1);
         const std::optional<std::wstring> found =
-            lookup(std::wstring_view(result).substr(start, result.size() - start - 1));
-        if (!found)
-            continue;
-        --budget;
-        const std::wstring value = Substitute(*found, lookup, depth + 1, budget);
-        if (result.size() + value.size() <= longest)
-            result.replace(start - 1, std::wstring::npos, value);
+            pattern.isName && depth < deepest && budget ? lookup(name) : std::nullopt;
+        bool holdsBracket = !found;
+        if (found) {
+            --budget;
+            const std::wstring value = Substitute(*found, lookup, depth + 1, budget);
+            if (result.size() + value.size() <= longest)
+                result.replace(pattern.start - 1, std::wstring::npos, value);
+            holdsBracket = result.find_first_of(L"<>", pattern.start - 1) != std::wstring::npos;
+        }
+        if (holdsBracket && !open.empty())
+            open.back().isName = false;
     }
     return result;
 }

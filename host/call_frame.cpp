@@ -129,6 +129,7 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
         cell.number = static_cast<int64_t>(SlotOf(site.services));
         break;
     case Kind::Int:
+    case Kind::AtMost:
     case Kind::InOutInt:
         cell.number = ToInt(*given);
         break;
@@ -164,7 +165,7 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
             text.resize(element_room);
         break;
     case Kind::InOutBstr:
-        cell.value = vh::variant(ToText(*given).c_str());
+        cell.value = vh::variant(std::wstring_view(ToText(*given)));
         break;
     case Kind::Block:
         cell.bytes = BytesOf(*given);
@@ -187,6 +188,7 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
         break;
     case Kind::Buffer:
     case Kind::BufferInOut:
+    case Kind::ValueOf:
         cell.size = first_room;
         cell.text.resize(first_room + spare_room);
         break;
@@ -248,12 +250,16 @@ void CallFrame::Place()
         case Kind::SizeOf:
             put(SizeOf(cell.argument->detail));
             break;
+        case Kind::AtMost:
+            put(static_cast<uint64_t>(AtMost(cell)));
+            break;
         case Kind::Buffer:
         case Kind::BufferOf:
             put(SlotOf(cell.text.data()));
             put(static_cast<uint64_t>(cell.size));
             break;
         case Kind::BufferInOut:
+        case Kind::ValueOf:
             put(SlotOf(cell.text.data()));
             put(SlotOf(&cell.size));
             break;
@@ -268,12 +274,28 @@ void CallFrame::Place()
     }
 }
 
-uint64_t CallFrame::SizeOf(const std::string& name) const
+const CallFrame::Cell& CallFrame::CellOf(const std::string& name) const
 {
     for (const Cell& cell : m_cells)
         if (cell.argument->name == name)
-            return cell.argument->kind == Kind::Block ? static_cast<uint64_t>(cell.size) : cell.text.size();
-    throw std::logic_error("a size of an argument that is not there: " + name);
+            return cell;
+    throw std::logic_error("an argument that is not there: " + name);
+}
+
+uint64_t CallFrame::SizeOf(const std::string& name) const
+{
+    const Cell& cell = CellOf(name);
+    return cell.argument->kind == Kind::Block ? static_cast<uint64_t>(cell.size) : cell.text.size();
+}
+
+// Scripts may count too far: what lies behind a text or an array is the host's.
+int64_t CallFrame::AtMost(const Cell& cell) const
+{
+    const Cell& counted = CellOf(cell.argument->detail);
+    if (counted.absent)
+        return cell.number;
+    const std::size_t there = counted.argument->kind == Kind::Text ? counted.text.size() - 1 : counted.texts.size();
+    return std::min(cell.number, static_cast<int64_t>(there));
 }
 
 bool CallFrame::Grow(int64_t result)
@@ -284,7 +306,7 @@ bool CallFrame::Grow(int64_t result)
         if (kind == Kind::Buffer && result > cell.size && result <= most_room)
             cell.size = static_cast<int32_t>(result);
         const auto wanted = static_cast<std::size_t>(std::clamp(cell.size, 0, most_room)) + spare_room;
-        if ((kind == Kind::Buffer || kind == Kind::BufferInOut) && wanted > cell.text.size()) {
+        if ((kind == Kind::Buffer || kind == Kind::BufferInOut || kind == Kind::ValueOf) && wanted > cell.text.size()) {
             cell.text.assign(wanted, L'\0');
             grown = true;
         }
@@ -315,6 +337,11 @@ vh::variant CallFrame::Output(const Cell& cell) const
         const auto count = static_cast<std::size_t>(std::max(cell.size, 0));
         return CharactersOf(cell.bytes.data(), std::min(count, cell.bytes.size()));
     }
+    case Kind::ValueOf:
+        if (CellOf(cell.argument->detail).number == REG_MULTI_SZ && cell.size >= 0 &&
+            static_cast<std::size_t>(cell.size) < cell.text.size())
+            return vh::variant(std::wstring_view(cell.text.data(), static_cast<std::size_t>(cell.size)));
+        return vh::variant(UpToTerminator(cell.text));
     case Kind::OutTexts: {
         std::vector<vh::variant> elements;
         for (const std::vector<wchar_t>& text : cell.texts)

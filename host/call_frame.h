@@ -46,7 +46,9 @@ private:
 
     void Prepare(Cell& cell, const CallSite& site, const VARIANT* given);
     void Place();
+    const Cell& CellOf(const std::string& name) const;
     uint64_t SizeOf(const std::string& name) const;
+    int64_t AtMost(const Cell& cell) const;
     bool Grow(int64_t result);
     vh::variant Output(const Cell& cell) const;
     vh::variant Outcome(int64_t result) const;

@@ -7,39 +7,42 @@ namespace host {
 namespace {
 
 constexpr KindInfo kinds[] = {
-    {Kind::Context, "context", 1, false, false},
-    {Kind::Host, "host", 1, false, false},
-    {Kind::Services, "services", 1, false, false},
-    {Kind::Null, "null", 1, false, false},
-    {Kind::SizeOf, "size_of", 1, false, false},
-    {Kind::Int, "int", 1, true, false},
-    {Kind::Int64, "int64", 1, true, false},
-    {Kind::Text, "text", 1, true, false},
-    {Kind::Narrow, "narrow", 1, true, false},
-    {Kind::Variant, "variant", 1, true, false},
-    {Kind::Texts, "texts", 1, true, false},
-    {Kind::InOutInt, "inout_int", 1, true, true},
-    {Kind::InOutInt64, "inout_int64", 1, true, true},
-    {Kind::InOutText, "inout_text", 1, true, true},
+    {Kind::Context, "context", 1, false, false, false},
+    {Kind::Host, "host", 1, false, false, false},
+    {Kind::Services, "services", 1, false, false, false},
+    {Kind::Null, "null", 1, false, false, false},
+    {Kind::SizeOf, "size_of", 1, false, false, true},
+    {Kind::Int, "int", 1, true, false, false},
+    {Kind::Int64, "int64", 1, true, false, false},
+    {Kind::Text, "text", 1, true, false, false},
+    {Kind::Narrow, "narrow", 1, true, false, false},
+    {Kind::Variant, "variant", 1, true, false, false},
+    {Kind::Texts, "texts", 1, true, false, false},
+    {Kind::AtMost, "at_most", 1, true, false, true},
+    {Kind::InOutInt, "inout_int", 1, true, true, false},
+    {Kind::InOutInt64, "inout_int64", 1, true, true, false},
+    {Kind::InOutText, "inout_text", 1, true, true, false},
     // A text that the function replaces by another one.
-    {Kind::InOutBstr, "inout_bstr", 1, true, true},
+    {Kind::InOutBstr, "inout_bstr", 1, true, true, false},
     // Bytes that the function reads or writes in place.
-    {Kind::Block, "block", 1, true, true},
-    {Kind::Record, "record", 1, true, true},
-    {Kind::OutInt, "out_int", 1, false, true},
-    {Kind::OutInt64, "out_int64", 1, false, true},
+    {Kind::Block, "block", 1, true, true, false},
+    {Kind::Record, "record", 1, true, true, true},
+    {Kind::OutInt, "out_int", 1, false, true, false},
+    {Kind::OutInt64, "out_int64", 1, false, true, false},
     // A buffer whose size the function does not know.
-    {Kind::OutText, "out_text", 1, false, true},
-    {Kind::OutVariant, "out_variant", 1, false, true},
+    {Kind::OutText, "out_text", 1, false, true, false},
+    {Kind::OutVariant, "out_variant", 1, false, true, false},
     // An array of buffers; the script says how many.
-    {Kind::OutTexts, "out_texts", 1, true, true},
+    {Kind::OutTexts, "out_texts", 1, true, true, false},
     // A buffer and its size; a result above the size asks for that size.
-    {Kind::Buffer, "buffer", 2, false, true},
+    {Kind::Buffer, "buffer", 2, false, true, false},
     // A buffer and its size, which the script gives.
-    {Kind::BufferOf, "buffer_of", 2, true, true},
+    {Kind::BufferOf, "buffer_of", 2, true, true, false},
     // A buffer and a pointer to its size, which comes back larger when it does not suffice.
-    {Kind::BufferInOut, "buffer_inout", 2, false, true},
-    {Kind::BytesInOut, "bytes_inout", 2, false, true},
+    {Kind::BufferInOut, "buffer_inout", 2, false, true, false},
+    // The same for a registry value, whose type another output tells: a list of texts holds terminators inside.
+    {Kind::ValueOf, "value_of", 2, false, true, true},
+    {Kind::BytesInOut, "bytes_inout", 2, false, true, false},
 };
 
 std::string_view Trimmed(std::string_view text)
@@ -86,8 +89,8 @@ Argument ParseArgument(const CallRow& row, std::string_view text)
         argument.kind = info.kind;
         if (argument.name.empty() && (info.from_script || info.to_script))
             Reject(row, "an argument has no name: " + std::string(text));
-        if ((info.kind == Kind::Record || info.kind == Kind::SizeOf) == argument.detail.empty())
-            Reject(row, "a second word goes with record and size_of: " + std::string(text));
+        if (info.has_detail == argument.detail.empty())
+            Reject(row, "a second word goes with record, size_of, at_most and value_of: " + std::string(text));
         return argument;
     }
     Reject(row, "unknown kind " + std::string(word));

@@ -26,6 +26,8 @@ enum class Kind {
     Narrow,
     Variant,
     Texts,
+    // A count of what another argument holds; a larger one is cut.
+    AtMost,
     // Given by the script and handed back as a property of the result.
     InOutInt,
     InOutInt64,
@@ -42,18 +44,21 @@ enum class Kind {
     Buffer,
     BufferOf,
     BufferInOut,
+    ValueOf,
     BytesInOut,
 };
 
 enum class Result { None, Int, Int64 };
 
-// One row per kind: its word in the call table, the slots that it fills, who gives it and who gets it.
+// One row per kind: its word in the call table, the slots that it fills, who gives it and who gets it, and whether a
+// second word says more.
 struct KindInfo {
     Kind kind;
     std::string_view word;
     int slots;
     bool from_script;
     bool to_script;
+    bool has_detail;
 };
 
 const KindInfo& InfoOf(Kind kind);
@@ -61,7 +66,7 @@ const KindInfo& InfoOf(Kind kind);
 struct Argument {
     Kind kind;
     std::string name;
-    // Of a Record its layout, of a SizeOf the argument that it measures.
+    // Of a Record its layout, of SizeOf, AtMost and ValueOf the argument that they go by.
     std::string detail;
 };
 

@@ -16,8 +16,8 @@ constexpr DWORD block_size = 1 << 18;
 
 vh::unique_file OpenForReading(const std::wstring& path)
 {
-    return vh::unique_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                       OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    return vh::unique_file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 std::optional<uint64_t> SizeOf(const vh::unique_file& file)

@@ -51,8 +51,8 @@ std::wstring LineOf(const std::wstring& source, unsigned line)
 
 std::wstring ReadTextFile(const std::wstring& file)
 {
-    const vh::unique_file handle(CreateFileW(file.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                             FILE_ATTRIBUTE_NORMAL, nullptr));
+    const vh::unique_file handle(CreateFileW(LongPath(file).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                             OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
     LARGE_INTEGER size{};
     DWORD code = handle && GetFileSizeEx(handle.get(), &size) ? ERROR_SUCCESS : GetLastError();
     if (code == ERROR_SUCCESS && size.QuadPart > largest_script)

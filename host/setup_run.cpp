@@ -1,7 +1,6 @@
 #include "setup_run.h"
 
 #include <atomic>
-#include <optional>
 #include <utility>
 
 #include "console.h"
@@ -177,7 +176,13 @@ std::wstring NameOf(const vh::engine::Removal& removal)
     return {};
 }
 
-// Engine and library end before the trace switch is put back.
+// The library reads the trace switch while it loads, and at no other time.
+Library LoadLibraryWithTrace(const std::wstring& trace_file)
+{
+    const TraceSwitch trace(trace_file);
+    return Library(Join(ProgramFolder(), L"VHRT.dll"));
+}
+
 ExitCode RunIn(const RunOptions& options)
 {
     const StopSignal signal;
@@ -185,12 +190,9 @@ ExitCode RunIn(const RunOptions& options)
     Say(engine->ProductName() + L" " + engine->ProductVersion() + (engine->Maintenance() ? L", maintenance" : L"") +
         L", target " + engine->TargetDir());
 
-    std::optional<TraceSwitch> trace;
-    if (!options.trace_file.empty())
-        trace.emplace(options.trace_file);
     std::wstring failure;
     try {
-        const Library library(Join(ProgramFolder(), L"VHRT.dll"));
+        const Library library = LoadLibraryWithTrace(options.trace_file);
         failure = RunScripts(library, *engine, options);
     } catch (const std::exception& error) {
         Complain(L"error: " + Wide(error.what()));

@@ -40,6 +40,14 @@ std::wstring SystemText(uint32_t code)
     return length ? std::wstring(text, length) + L" (" + std::to_wstring(code) + L")" : L"error " + Hex(code);
 }
 
+std::wstring LongPath(const std::wstring& path)
+{
+    constexpr std::size_t plain_limit = 240;
+    if (path.size() < plain_limit || path.starts_with(L"\\\\?\\"))
+        return path;
+    return path.starts_with(L"\\\\") ? L"\\\\?\\UNC" + path.substr(1) : L"\\\\?\\" + path;
+}
+
 std::wstring FullPath(const std::wstring& path)
 {
     const DWORD needed = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);

@@ -16,6 +16,8 @@ std::wstring Hex(uint32_t code);
 // The system's text for an error code without its line end, or the code when there is none.
 std::wstring SystemText(uint32_t code);
 
+// The form of a full path that opens beyond 260 characters; short paths stay as they are.
+std::wstring LongPath(const std::wstring& path);
 // The absolute form of a path given by a person; "/x" is taken on the current drive.
 std::wstring FullPath(const std::wstring& path);
 std::wstring Join(const std::wstring& folder, std::wstring_view name);

@@ -1,23 +1,25 @@
-// The registry switch of the library's trace, set for one run and put back afterwards.
+// The registry switch of the library's trace: on only while the library loads, which is when it is read.
 #pragma once
 
-#include <optional>
 #include <string>
+
+#include "scriptdata/unique.h"
 
 namespace host {
 
+// One process at a time stands between construction and destruction, so that no library sees another run's switch.
 class TraceSwitch {
 public:
-    // Turns the trace on with the file; has to stand before the library is loaded. Throws std::runtime_error.
+    // Puts back what a killed run left, then turns the trace on with the file; an empty one changes nothing. Throws
+    // std::runtime_error.
     explicit TraceSwitch(const std::wstring& file);
     TraceSwitch(const TraceSwitch&) = delete;
     TraceSwitch& operator=(const TraceSwitch&) = delete;
-    // Restores the former file name; a key that was not there goes away again.
+    // Puts back what the user had, in its type; a key that was not there goes away again.
     ~TraceSwitch();
 
 private:
-    bool m_had_key = false;
-    std::optional<std::wstring> m_former_file;
+    vh::unique_handle m_turn;
 };
 
 } // namespace host

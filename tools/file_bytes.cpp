@@ -14,7 +14,7 @@ void ThrowFor(const std::wstring& file, unsigned long code)
 
 vh::unique_file OpenShared(const std::wstring& file)
 {
-    return vh::unique_file(CreateFileW(file.c_str(), GENERIC_READ,
+    return vh::unique_file(CreateFileW(host::LongPath(file).c_str(), GENERIC_READ,
                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
                                        FILE_ATTRIBUTE_NORMAL, nullptr));
 }

@@ -77,7 +77,7 @@ int DecodeTrace(const std::wstring& file, const std::wstring& output)
     const Decoded decoded = Decode(ReadBytes(file));
     vh::unique_file target;
     if (!output.empty()) {
-        target.reset(CreateFileW(output.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
+        target.reset(CreateFileW(host::LongPath(output).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_ALWAYS,
                                  FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!target) {
             const DWORD code = GetLastError();

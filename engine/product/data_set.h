@@ -31,12 +31,12 @@ struct DataSet {
 };
 
 // Calls `visit` for the item and all below it, parents first.
-template <class Visit>
-void ForEachItem(Item& item, Visit&& visit)
+template <class SomeItem, class Visit>
+void ForEachItem(SomeItem& item, Visit&& visit)
 {
     visit(item);
     for (const auto& child : item.children)
-        ForEachItem(*child, visit);
+        ForEachItem(static_cast<SomeItem&>(*child), visit);
 }
 
 } // namespace vh::engine

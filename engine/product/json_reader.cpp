@@ -10,7 +10,8 @@ namespace vh::engine {
 namespace {
 
 constexpr uint64_t largest_file = 16u << 20;
-constexpr int deepest = 32;
+// Room for features nested as deep as they may be, with their files.
+constexpr int deepest = 48;
 
 std::wstring Quoted(std::string_view key) { return L"\"" + ToWide(key) + L"\""; }
 

@@ -26,47 +26,73 @@ ProductFile Made(const FileEntry& entry, const std::wstring& source, const std::
     return file;
 }
 
-// Folders that are links are left alone: they could lead out of the setup folder.
-void Search(const FileEntry& entry, const std::wstring& folder, const std::wstring& below, std::wstring_view pattern,
+// Files of a folder stand before those of the folders in it. Folders that are links are left alone: they could lead
+// out of the setup folder.
+void Search(const FileEntry& entry, const std::wstring& top, const std::wstring& target, std::wstring_view pattern,
             std::size_t most, std::vector<ProductFile>& files)
 {
-    for (const Entry& found : ListFolder(folder)) {
-        if (files.size() > most)
-            return;
-        const std::wstring source = JoinPath(folder, found.name);
-        const std::wstring path = JoinPath(below, found.name);
-        if (found.facts.folder()) {
-            if (entry.recurse && !(found.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
-                Search(entry, source, path, pattern, most, files);
-        } else if (MatchesPattern(found.name, pattern)) {
-            files.push_back(Made(entry, source, path, found.facts));
+    std::vector<std::wstring> waiting{{}}; // paths below the top
+    while (!waiting.empty() && files.size() <= most) {
+        const std::wstring below = std::move(waiting.back());
+        waiting.pop_back();
+        const std::size_t mark = waiting.size();
+        const std::wstring folder = JoinPath(top, below);
+        for (const Entry& found : ListFolder(folder)) {
+            const std::wstring path = JoinPath(below, found.name);
+            if (!found.facts.folder()) {
+                if (MatchesPattern(found.name, pattern))
+                    files.push_back(Made(entry, JoinPath(folder, found.name), JoinPath(target, path), found.facts));
+            } else if (entry.recurse && !(found.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT)) {
+                waiting.push_back(path);
+            }
         }
+        std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(mark), waiting.end());
     }
 }
 
 } // namespace
 
-std::wstring FindPayload(const std::wstring& payloadFolder, const FileEntry& entry, std::size_t most,
-                         std::vector<ProductFile>& files)
+// The first folder between the setup folder and the file that is a link; empty when none is.
+std::wstring Payload::LinkAbove(const std::wstring& file)
+{
+    const std::wstring folder = FolderOf(file);
+    if (folder.size() <= m_setup.size() || m_plain.contains(folder))
+        return {};
+    std::wstring link = LinkAbove(folder);
+    if (link.empty() && (FactsOf(folder).attributes & FILE_ATTRIBUTE_REPARSE_POINT) && FactsOf(folder).folder())
+        link = folder;
+    if (link.empty())
+        m_plain.insert(folder);
+    return link;
+}
+
+std::wstring Payload::Find(const FileEntry& entry, std::size_t most, std::vector<ProductFile>& files)
 {
     const std::wstring path = WithBackslashes(entry.path);
     const std::wstring target = WithBackslashes(entry.target);
-    const std::wstring source = JoinPath(payloadFolder, path);
+    const std::wstring source = JoinPath(m_folder, path);
     const std::wstring last = FileNameOf(path);
+    const std::size_t before = files.size();
+    if (const std::wstring link = LinkAbove(source); !link.empty())
+        return link + L": is a link to another folder, where no payload may lie";
     if (last.find_first_of(L"*?") != std::wstring::npos) {
-        const std::size_t before = files.size();
         Search(entry, FolderOf(source), target, last, most, files);
         if (files.size() > most)
-            return L"stands for more than " + Number(static_cast<int64_t>(most)) + L" files";
-        return files.size() == before ? source + L": no payload file matches" : L"";
+            return L"stands for more than " + Number(static_cast<int64_t>(most - before)) + L" files";
+        if (files.size() == before)
+            return source + L": no payload file matches";
+    } else {
+        const FileFacts facts = FactsOf(source);
+        if (!facts.file())
+            return source + (facts.exists() ? L": the payload is a folder, no file" : L": the payload file is missing");
+        if (entry.size && *entry.size != facts.size)
+            return source + L": the payload file has " + Number(static_cast<int64_t>(facts.size)) +
+                   L" bytes instead of " + Number(static_cast<int64_t>(*entry.size));
+        files.push_back(Made(entry, source, JoinPath(target, entry.name.empty() ? last : entry.name), facts));
     }
-    const FileFacts facts = FactsOf(source);
-    if (!facts.file())
-        return source + (facts.exists() ? L": the payload is a folder, no file" : L": the payload file is missing");
-    if (entry.size && *entry.size != facts.size)
-        return source + L": the payload file has " + Number(static_cast<int64_t>(facts.size)) + L" bytes instead of " +
-               Number(static_cast<int64_t>(*entry.size));
-    files.push_back(Made(entry, source, JoinPath(target, entry.name.empty() ? last : entry.name), facts));
+    for (std::size_t i = before; i < files.size(); ++i)
+        if (const std::wstring fault = PathFault(files[i].path); !fault.empty())
+            return files[i].source + L": the name \"" + files[i].path + L"\" at the target " + fault;
     return {};
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <unordered_set>
 
 #include "product.h"
 
@@ -19,8 +20,22 @@ struct FileEntry {
     unsigned flags = 0;
 };
 
-// Appends the files that the entry stands for. The result is empty, or the reason why there are none.
-std::wstring FindPayload(const std::wstring& payloadFolder, const FileEntry& entry, std::size_t most,
-                         std::vector<ProductFile>& files);
+class Payload {
+public:
+    // The payload's folder is the setup folder or lies below it.
+    Payload(const std::wstring& setupFolder, const std::wstring& folder) : m_setup(setupFolder), m_folder(folder) {}
+
+    // Appends the files that the entry stands for, until there are more than `most`. The result is empty, or the
+    // reason why the entry stands for none.
+    std::wstring Find(const FileEntry& entry, std::size_t most, std::vector<ProductFile>& files);
+
+private:
+    std::wstring LinkAbove(const std::wstring& file);
+
+    std::wstring m_setup;
+    std::wstring m_folder;
+    // Folders that are known to be no links.
+    std::unordered_set<std::wstring> m_plain;
+};
 
 } // namespace vh::engine

@@ -2,12 +2,19 @@
 
 namespace vh::engine {
 
+bool Item::Add(std::unique_ptr<Item> child, bool first)
+{
+    if (!byName.emplace(Upper(child->name), child.get()).second)
+        return false;
+    child->parent = this;
+    children.insert(first ? children.begin() : children.end(), std::move(child));
+    return true;
+}
+
 Item* Item::Find(std::wstring_view child) const
 {
-    for (const auto& item : children)
-        if (SameText(item->name, child))
-            return item.get();
-    return nullptr;
+    const auto found = byName.find(Upper(child));
+    return found == byName.end() ? nullptr : found->second;
 }
 
 std::wstring Item::Path() const { return parent && parent->parent ? parent->Path() + L'\\' + name : name; }

@@ -5,6 +5,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "../../Src/inc/engine_features.h"
@@ -102,12 +103,15 @@ struct Item {
 
     Item* parent = nullptr;
     std::vector<std::unique_ptr<Item>> children;
+    std::unordered_map<std::wstring, Item*> byName; // the children, under their names in upper case
 
     bool selected = true;
     bool installed = false; // its files stand in the target and need no second move
     std::vector<ExtraCost> costs;
     std::map<long, Listener> listeners;
 
+    // False when there is a child of that name; the first one may be put before the others.
+    bool Add(std::unique_ptr<Item> child, bool first = false);
     Item* Find(std::wstring_view child) const;
     // Backslashes between the names; without the root's name.
     std::wstring Path() const;

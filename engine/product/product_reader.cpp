@@ -1,10 +1,12 @@
 // From the JSON of a product file to a Product.
 #include <algorithm>
+#include <optional>
 #include <set>
 
 #include "json_reader.h"
 #include "payload.h"
 #include "product.h"
+#include "target_check.h"
 
 namespace vh::engine {
 
@@ -40,6 +42,7 @@ private:
     std::wstring Folder(const JsonPlace& at, const char* key) const;
 
     const std::wstring& m_file;
+    std::optional<Payload> m_payload;
     std::unique_ptr<Product> m_product = std::make_unique<Product>();
     std::size_t m_features = 0;
     std::size_t m_entries = 0;
@@ -81,6 +84,16 @@ std::wstring Pattern(const JsonPlace& at)
     std::replace(slashes.begin(), slashes.end(), L'/', L'\\');
     if ((L"\\" + slashes + L"\\").find(L"\\..\\") != std::wstring::npos)
         at.Fail(L"must not hold \"..\"");
+    // Parts without a pattern are names already; a drive and the empty parts of a root are none.
+    for (std::size_t start = 0; start <= slashes.size();) {
+        const std::size_t end = std::min(slashes.find(L'\\', start), slashes.size());
+        const std::wstring part = slashes.substr(start, end - start);
+        start = end + 1;
+        if (part.empty() || part.ends_with(L':') || part.find(L'<') != std::wstring::npos)
+            continue;
+        if (const std::wstring fault = PathFault(part); !fault.empty())
+            at.Fail(L"\"" + text + L"\" " + fault);
+    }
     return text;
 }
 
@@ -124,6 +137,7 @@ std::unique_ptr<Product> ProductReader::Read()
     root.At("features");
     ReadItems(root, m_product->data, 1);
     ReadSupport(root);
+    CheckTargets(*m_product);
     ReadSetupTypes(root);
     ReadRegistrySets(root);
     ReadShellObjects(root);
@@ -142,6 +156,7 @@ void ProductReader::ReadHead(const JsonPlace& root)
     product.guid = Identifier(root.At("guid"));
     product.installGuid = root.Has("installGuid") ? Identifier(root.At("installGuid")) : product.guid;
     product.payloadFolder = JoinPath(FolderOf(m_file), Folder(root, "payload"));
+    m_payload.emplace(FolderOf(m_file), product.payloadFolder);
     if (root.Has("target"))
         product.target = Pattern(root.At("target"));
     if (root.Has("script"))
@@ -196,8 +211,8 @@ std::wstring ProductReader::Folder(const JsonPlace& at, const char* key) const
     if (!at.Has(key))
         return {};
     std::wstring path = at.At(key).Text(longest_path);
-    if (!path.empty() && !IsSafeRelativePath(path))
-        at.At(key).Fail(L"must be a relative path without \"..\"");
+    if (const std::wstring fault = PathFault(path); !path.empty() && !fault.empty())
+        at.At(key).Fail(L"\"" + path + L"\" " + fault);
     std::replace(path.begin(), path.end(), L'/', L'\\');
     return path;
 }
@@ -213,9 +228,9 @@ void ProductReader::ReadItems(const JsonPlace& at, Item& parent, int level)
         item->parent = &parent;
         item->order = static_cast<short>(std::min<std::size_t>(parent.children.size() + 1, INT16_MAX));
         ReadItem(feature, *item, level);
-        if (parent.Find(item->name))
-            feature.Fail(L"a feature \"" + item->name + L"\" exists already");
-        parent.children.push_back(std::move(item));
+        const std::wstring name = item->name;
+        if (!parent.Add(std::move(item)))
+            feature.Fail(L"a feature \"" + name + L"\" exists already");
     });
 }
 
@@ -289,17 +304,18 @@ void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
             entry.language = Language(at.At("language"));
         entry.flags = Flags(at, group.flags);
     }
-    if (!IsSafeRelativePath(entry.path, true))
-        at.Fail(L"the path \"" + entry.path + L"\" must be relative, without \"..\"");
+    if (const std::wstring fault = PathFault(entry.path, true); !fault.empty())
+        at.Fail(L"the path \"" + entry.path + L"\" " + fault);
     const bool pattern = entry.path.find_first_of(L"*?") != std::wstring::npos;
     if (pattern ? !entry.name.empty() || entry.size.has_value() : entry.recurse)
         at.Fail(pattern ? L"a pattern has no name and no size" : L"only a pattern can be recursive");
     const std::size_t before = group.files.size();
-    const std::wstring problem =
-        FindPayload(m_product->payloadFolder, entry, before + most_files - m_files, group.files);
+    const std::wstring problem = m_payload->Find(entry, before + most_files - m_files, group.files);
     if (!problem.empty())
         at.Fail(problem);
     m_files += group.files.size() - before;
+    if (m_files > most_files)
+        at.Fail(L"there are more than " + Number(most_files) + L" files");
 }
 
 void ProductReader::ReadSupport(const JsonPlace& root)
@@ -310,10 +326,10 @@ void ProductReader::ReadSupport(const JsonPlace& root)
         item->parent = &support;
         item->order = static_cast<short>(support.children.size() + 1);
         item->groups.push_back(ReadGroup(at));
-        item->name = item->groups.front().name;
-        if (support.Find(item->name))
-            at.Fail(L"a support group \"" + item->name + L"\" exists already");
-        support.children.push_back(std::move(item));
+        const std::wstring name = item->groups.front().name;
+        item->name = name;
+        if (!support.Add(std::move(item)))
+            at.Fail(L"a support group \"" + name + L"\" exists already");
     });
 }
 
@@ -392,6 +408,9 @@ void ProductReader::ReadShellObjects(const JsonPlace& root)
         object.name = at.At("name").Name();
         if (object.name.find_first_of(L"\\/") != std::wstring::npos)
             at.At("name").Fail(L"must not hold a slash");
+        if (const std::wstring fault = PathFault(object.name + L".lnk");
+            !fault.empty() && object.name.find(L'<') == std::wstring::npos)
+            at.At("name").Fail(L"\"" + object.name + L"\" " + fault);
         object.folder = Folder(at, "folder");
         object.target = Pattern(at.At("target"));
         object.arguments = at.Text("arguments");
@@ -418,13 +437,12 @@ void ProductReader::ReadMedia(const JsonPlace& root)
     media.Each("truths", info.truths.size(), [&](const JsonPlace& truth) { info.truths[i++] = truth.Truth(); });
 }
 
-std::unique_ptr<Item> FirstDisk(Item& parent)
+std::unique_ptr<Item> FirstDisk()
 {
     auto disk = std::make_unique<Item>();
     disk->name = L"Disk<1>";
     disk->pseudo = true;
     disk->visible = false;
-    disk->parent = &parent;
     return disk;
 }
 
@@ -436,7 +454,7 @@ std::unique_ptr<Product> ReadProduct(const std::wstring& file)
     product->data.name = L"<Data>";
     product->support.name = L"<Support>";
     for (Item* root : {&product->data, &product->support})
-        root->children.insert(root->children.begin(), FirstDisk(*root));
+        root->Add(FirstDisk(), true);
     return product;
 }
 

@@ -1,6 +1,7 @@
 #include "selection.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace vh::engine {
 
@@ -49,13 +50,13 @@ void SelectAll(Item& root, bool on, bool force)
 void ActivateSetupType(Product& product, const SetupType& type)
 {
     const bool all = std::find(type.features.begin(), type.features.end(), L"*") != type.features.end();
-    std::vector<Item*> wanted;
+    std::unordered_set<const Item*> wanted;
     for (const std::wstring& path : type.features)
         if (Item* item = path == L"*" ? nullptr : product.Feature(path))
-            wanted.push_back(item);
+            wanted.insert(item);
     const auto isWanted = [&](const Item& item) {
         for (const Item* at = &item; at; at = at->parent)
-            if (std::find(wanted.begin(), wanted.end(), at) != wanted.end())
+            if (wanted.contains(at))
                 return true;
         return all || HoldsRequired(item);
     };

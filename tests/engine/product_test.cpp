@@ -1,3 +1,4 @@
+#include "../support/import_patch.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -14,6 +15,31 @@ std::wstring OpenError(const SetupFolder& folder)
         return error.message().Text();
     }
     return L"(no error)";
+}
+
+// Lets folders named "out" look like links to other folders, which not every system lets a test make.
+BOOL WINAPI AttributesWithLinks(LPCWSTR path, GET_FILEEX_INFO_LEVELS level, LPVOID data)
+{
+    using function = BOOL(WINAPI*)(LPCWSTR, GET_FILEEX_INFO_LEVELS, LPVOID);
+    static const auto original = reinterpret_cast<function>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "GetFileAttributesExW")));
+    const BOOL done = original(path, level, data);
+    if (done && std::wstring_view(path).ends_with(L"\\out"))
+        static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(data)->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+    return done;
+}
+
+// `count` elements of a list, or members of an object, "#" standing for their numbers.
+std::string Many(std::size_t count, const std::string& element)
+{
+    std::string list;
+    for (std::size_t i = 0; i < count; ++i) {
+        std::string one = (i ? "," : "") + element;
+        for (std::size_t at = one.find('#'); at != std::string::npos; at = one.find('#', at))
+            one.replace(at, 1, std::to_string(i));
+        list += one;
+    }
+    return list;
 }
 
 } // namespace
@@ -52,6 +78,30 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
          L"/features/0/files/0/files/0/flags/0: ", L"unknown flag"},
         {R"("features": [{"name": "A", "files": [{"name": "g", "target": "../up", "files": []}]}])",
          L"/features/0/files/0/target: ", L"relative"},
+        {R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "a.bin", "name": "Nul.txt"}]}]}])",
+         L"/features/0/files/0/files/0/name: ", L"\"Nul.txt\" holds \"Nul.txt\", the name of a device"},
+        {R"("features": [{"name": "A", "files": [{"name": "g", "target": "x/end.", "files": ["a.bin"]}]}])",
+         L"/features/0/files/0/target: ", L"dot or blank"},
+        {R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "odd/*", "target": "t"}]}]}])",
+         L"/features/0/files/0/files/0: ", L"the name \"t\\com7.x\" at the target holds \"com7.x\""},
+        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["a.bin", {"path": "b.bin", "name": "A.BIN"}]}]}])",
+         L": \"A\": ", L"b.bin has the target <TARGETDIR>\\A.BIN, which is that of "},
+        {R"("features": [{"name": "A", "target": "<TARGETDIR>/s", "files": [{"name": "g", "files": ["a.bin"]}]},
+            {"name": "B", "files": [{"name": "g", "files": [{"path": "b.bin", "name": "a.bin", "target": "S"}]}]}])",
+         L": \"B\": ", L"b.bin has the target <TARGETDIR>\\S\\a.bin, which is that of "},
+        {R"("features": [], "support": [{"name": "g", "files": ["a.bin"]}, {"name": "h", "files": [{"path": "b.bin", "name": "A.bin"}]}])",
+         L": \"h\": ", L"which is that of "},
+        {R"("features": [], "support": [{"name": "g", "files": [{"path": "a.bin", "target": "aux"}]}])",
+         L"/support/0/files/0/target: ", L"device"},
+        {R"("features": [], "target": "<PROGRAMFILES>\\con\\x")", L"/target: ", L"the name of a device"},
+        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["out/secret.txt"]}]}])",
+         L"/features/0/files/0/files/0: ", L"out: is a link to another folder"},
+        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["out/deep/*"]}]}])",
+         L"/features/0/files/0/files/0: ", L"out: is a link to another folder"},
+        {R"("features": [], "payload": "out", "support": [{"name": "g", "files": ["secret.txt"]}])",
+         L"/support/0/files/0: ", L"out: is a link to another folder"},
+        {R"("features": [], "variables": [])", L"/variables: ", L"must be an object"},
+        {R"("features": [], "variables": {"A<B": "x"})", L"/variables/A<B: ", L"'<'"},
         {R"("features": [], "installGuid": "{1}")", L"/installGuid: ", L"braces"},
         {R"("features": [], "payload": "..")", L"/payload: ", L"relative"},
         {R"("features": [], "strings": {"1031": {"A": "x"}})", L"/strings/1031: ", L"no language of the product"},
@@ -65,14 +115,118 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
         {R"("features": [}])", L"product.json: ", L"no valid JSON"},
         {"\"features\": [\"\xC3(\"]", L"product.json: ", L"no valid JSON"},
     };
+    const vh::test::ImportPatch links(GetModuleHandleW(nullptr), "GetFileAttributesExW",
+                                      reinterpret_cast<void*>(&AttributesWithLinks));
+    ASSERT_TRUE(links.found());
     for (const BrokenProduct& broken : cases) {
         SetupFolder folder;
         folder.Payload(L"a.bin", std::string(10, 'a'));
+        folder.Payload(L"b.bin", "b");
+        WriteText(L"\\\\?\\" + folder.Setup(L"odd\\com7.x"), "x");
+        folder.Payload(L"out\\secret.txt", "x");
+        folder.Payload(L"out\\deep\\x", "x");
         folder.Product(broken.members);
         const std::wstring message = OpenError(folder);
         EXPECT_NE(std::wstring::npos, message.find(broken.place)) << broken.members << "\n" << ToUtf8(message);
         EXPECT_NE(std::wstring::npos, message.find(broken.reason)) << broken.members << "\n" << ToUtf8(message);
         EXPECT_EQ(0u, message.find(folder.Setup(L"product.json"))) << ToUtf8(message);
+    }
+}
+
+struct Limit {
+    std::size_t most;
+    const wchar_t* reason; // of one more
+    std::string (*members)(std::size_t count);
+};
+
+// Each bound of docs/product-file.md, at the bound and one above.
+TEST(ProductFile, TakesWhatItsBoundsAllowAndNoMore)
+{
+    const Limit limits[] = {
+        {4096, L"4096", [](std::size_t n) { return R"("features": [)" + Many(n, R"({"name": "F#"})") + "]"; }},
+        {4096, L"more than 4096 features",
+         [](std::size_t n) {
+             return R"("features": [{"name": "A", "features": [)" + Many(n - 1, R"({"name": "F#"})") + "]}]";
+         }},
+        {65536, L"65536",
+         [](std::size_t n) {
+             return R"("features": [{"name": "A", "files": [{"name": "g", "files": [)" +
+                    Many(n, R"({"path": "a.bin", "name": "#"})") + "]}]}]";
+         }},
+        {262144, L"262144 files",
+         [](std::size_t n) {
+             return R"("features": [{"name": "A", "files": [{"name": "g", "files": [)" +
+                    Many(n / 64, R"({"path": "p/*", "target": "t#"})") + Many(n % 64, R"(, "a.bin")") + "]}]}]";
+         }},
+        {16, L"deeper than 16 levels",
+         [](std::size_t n) {
+             std::string nested = "[]";
+             for (std::size_t i = 0; i < n; ++i)
+                 nested = R"([{"name": "F", "features": )" + nested + "}]";
+             return "\"features\": " + nested;
+         }},
+        {1024, L"1024",
+         [](std::size_t n) {
+             return R"("features": [], "setupTypes": [)" + Many(n, R"({"name": "T#", "features": []})") + "]";
+         }},
+        {1024, L"1024",
+         [](std::size_t n) { return R"("features": [], "registrySets": [)" + Many(n, R"({"name": "S"})") + "]"; }},
+        {1024, L"1024",
+         [](std::size_t n) {
+             return R"("features": [], "shellObjects": [)" + Many(n, R"({"name": "S#", "target": "x"})") + "]";
+         }},
+        {1024, L"1024",
+         [](std::size_t n) {
+             return R"("features": [], "support": [)" + Many(n, R"({"name": "g#", "files": []})") + "]";
+         }},
+        {1024, L"1024",
+         [](std::size_t n) { return R"("features": [], "variables": {)" + Many(n, R"("V#": "x")") + "}"; }},
+        {14, L"14", [](std::size_t n) { return R"("features": [], "media": {"texts": [)" + Many(n, "\"x\"") + "]}"; }},
+        {255, L"255",
+         [](std::size_t n) { return R"("features": [], "media": {"texts": [")" + std::string(n, 'x') + "\"]}"; }},
+        {5, L"5", [](std::size_t n) { return R"("features": [], "media": {"truths": [)" + Many(n, "true") + "]}"; }},
+        {32767, L"32767", [](std::size_t n) { return R"("features": [], "company": ")" + std::string(n, 'x') + '"'; }},
+        {200, L"200", [](std::size_t n) { return R"("features": [{"name": ")" + std::string(n, 'x') + "\"}]"; }},
+        {1024, L"1024", [](std::size_t n) { return R"("features": [], "target": ")" + std::string(n, 'x') + '"'; }},
+        {65535, L"65535", [](std::size_t n) { return R"("features": [], "languages": [)" + std::to_string(n) + "]"; }},
+    };
+    SetupFolder folder;
+    folder.Payload(L"a.bin", "a");
+    for (int i = 0; i < 64; ++i)
+        folder.Payload(L"p\\" + std::to_wstring(i), "p");
+    for (const Limit& limit : limits) {
+        folder.Product(limit.members(limit.most));
+        EXPECT_EQ(L"(no error)", OpenError(folder)) << ToUtf8(limit.reason);
+        folder.Product(limit.members(limit.most + 1));
+        const std::wstring error = OpenError(folder);
+        EXPECT_NE(std::wstring::npos, error.find(limit.reason)) << ToUtf8(error);
+    }
+    folder.Product("\"features\": []");
+    std::string content = ReadWhole(folder.Setup(L"product.json"), 10000);
+    content.resize(16u << 20, ' ');
+    WriteText(folder.Setup(L"product.json"), content);
+    EXPECT_EQ(L"(no error)", OpenError(folder));
+    WriteText(folder.Setup(L"product.json"), content + ' ');
+    EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"is larger than"));
+}
+
+// One payload may belong to several features, and what never meets may share a name.
+TEST(ProductFile, TakesSharedTargetsThatDoNoHarm)
+{
+    const char* const products[] = {
+        R"("features": [{"name": "A", "files": [{"name": "g", "files": ["a.bin"]}]}, {"name": "B", "files": [{"name": "g", "files": ["A.BIN"]}]}])",
+        R"("languages": [1033, 1031], "features": [{"name": "A", "files": [
+            {"name": "en", "languages": [1033], "files": ["a.bin"]}, {"name": "de", "languages": [1031], "files": [{"path": "b.bin", "name": "a.bin"}]}]}])",
+        R"("features": [{"name": "A", "systems": ["windows-7"], "files": [{"name": "g", "files": ["a.bin"]}]},
+            {"name": "B", "systems": ["windows-11"], "files": [{"name": "g", "files": [{"path": "b.bin", "name": "a.bin"}]}]}])",
+        R"("features": [{"name": "A", "files": [{"name": "g", "files": ["a.bin"]}]}], "support": [{"name": "g", "files": ["a.bin"]}])",
+    };
+    for (const char* product : products) {
+        SetupFolder folder;
+        folder.Payload(L"a.bin", "a");
+        folder.Payload(L"b.bin", "b");
+        folder.Product(product);
+        EXPECT_EQ(L"(no error)", OpenError(folder)) << product;
     }
 }
 
@@ -83,7 +237,7 @@ TEST(ProductFile, IsBoundedInDepthAndLevels)
     for (int i = 0; i < 5000; ++i)
         deep += "[";
     folder.Product(deep);
-    EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"nested deeper than 32"));
+    EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"nested deeper than 48"));
     RemoveFile(folder.Setup(L"product.json"));
     EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"product.json"));
     Options options = folder.Given();

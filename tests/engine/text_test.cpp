@@ -57,6 +57,8 @@ TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
         {L"a<EMPTY>b", L"ab"},
         {L"a < b <A>", L"a < b 1"},
         {L"<LEFT>A>", L"<A>"},
+        {L"<C<A>>-<A><KIND>", L"<C1>-1A"},
+        {L"<X<LEFT>A><A>", L"<X<A>1"},
     };
     for (const PatternCase& at : cases)
         EXPECT_EQ(at.result, SubstituteText(at.text, lookup)) << ToUtf8(at.text);
@@ -142,15 +144,41 @@ TEST(Strings, FallBackToTheDefaultLanguageAndFillDisplayTexts)
 TEST(PathHelpers, KnowWhatLeavesAFolder)
 {
     const std::pair<const wchar_t*, bool> relative[] = {
-        {L"a", true},      {L"a/b\\c.txt", true}, {L"\u65e5\\\u00e4", true}, {L"..", false},    {L"a/../b", false},
-        {L"a\\..", false}, {L"/a", false},        {L"\\\\s\\a", false},      {L"C:a", false},   {L"a:b", false},
-        {L"a//b", false},  {L"a/", false},        {L"a. ", false},           {L"a.\\b", false}, {L"*", false},
-        {L"a\tb", false},  {L"", false},
+        {L"a", true},
+        {L"a/b\\c.txt", true},
+        {L"\u65e5\\\u00e4", true},
+        {L"..", false},
+        {L"a/../b", false},
+        {L"a\\..", false},
+        {L"/a", false},
+        {L"\\\\s\\a", false},
+        {L"C:a", false},
+        {L"a:b", false},
+        {L"a//b", false},
+        {L"a/", false},
+        {L"a. ", false},
+        {L"a.\\b", false},
+        {L"*", false},
+        {L"a\tb", false},
+        {L"", false},
+        {L"a \\b", false},
+        {L"con", false},
+        {L"a/NUL.tar.gz", false},
+        {L"Aux .c", false},
+        {L"com1", false},
+        {L"LPT\u00b3.x", false},
+        {L"conin$", false},
+        {L"com10", true},
+        {L"COM0", true},
+        {L"nul1", true},
+        {L"console", true},
+        {L"a.con", true},
+        {L".a b", true},
     };
     for (const auto& [path, safe] : relative)
-        EXPECT_EQ(safe, IsSafeRelativePath(path)) << ToUtf8(path);
-    EXPECT_TRUE(IsSafeRelativePath(L"a/*.t?t", true));
-    EXPECT_FALSE(IsSafeRelativePath(L"*/a", true));
+        EXPECT_EQ(safe, PathFault(path).empty()) << ToUtf8(path);
+    EXPECT_EQ(L"", PathFault(L"a/*.t?t", true));
+    EXPECT_NE(L"", PathFault(L"*/a", true));
     EXPECT_TRUE(LiesIn(L"C:\\a\\b", L"c:\\A"));
     EXPECT_FALSE(LiesIn(L"C:\\ab", L"C:\\a"));
     EXPECT_EQ(L"\\\\server\\share", DriveOf(L"\\\\server\\share\\x"));

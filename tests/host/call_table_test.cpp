@@ -85,6 +85,7 @@ std::vector<std::string> TypesThatFit(Kind kind)
         return {R"(const void\*)"};
     case Kind::SizeOf:
     case Kind::Int:
+    case Kind::AtMost:
         return {integer};
     case Kind::Int64:
         return {wide_integer + R"(|const char\* const\*|char\*\*)"};
@@ -120,6 +121,7 @@ std::vector<std::string> TypesThatFit(Kind kind)
     case Kind::BufferOf:
         return {R"(wchar_t\*)", "int32_t"};
     case Kind::BufferInOut:
+    case Kind::ValueOf:
         return {R"(wchar_t\*)", R"(u?int32_t\*)"};
     case Kind::BytesInOut:
         return {R"(void\*)", R"(int32_t\*)"};
@@ -185,7 +187,8 @@ TEST(CallTable, NamesOutputsApartAndReferencesThatExist)
             }
         }
         for (const Argument& argument : call.arguments)
-            EXPECT_TRUE(argument.kind != Kind::SizeOf || names.contains(argument.detail)) << argument.detail;
+            EXPECT_TRUE(argument.kind == Kind::Record || argument.detail.empty() || names.contains(argument.detail))
+                << argument.detail;
     }
 }
 
@@ -197,6 +200,7 @@ TEST(CallTable, RejectsRowsThatSayNothingCallable)
         {"F", "int", "int"},
         {"F", "int", "info:record"},
         {"F", "int", "list:int64 x"},
+        {"F", "int", "text:text, count:at_most"},
         {"F", "int",
          "a:buffer,a:buffer,a:buffer,a:buffer,a:buffer,a:buffer,"
          "a:buffer,a:buffer,a:buffer"},

@@ -2,6 +2,7 @@
 # Variables: RUNNER, HOST, TOOL, SETUP (a good setup folder), WORK (a folder of the test's own).
 file(REMOVE_RECURSE ${WORK})
 file(MAKE_DIRECTORY ${WORK})
+string(REPEAT "a-long-name-of-a-folder/" 11 deep)
 include(${CMAKE_CURRENT_LIST_DIR}/expect.cmake)
 
 # vary(NAME): a copy of the good setup folder, to be spoilt.
@@ -40,6 +41,10 @@ expect("a locked target file" 1 "readme.txt" ${HOST} ${SETUP} ${place} --script 
 expect_file("no other file stays" FALSE ${WORK}/target/Grüße.txt)
 expect("no such script" 7 "nothing.js" ${HOST} ${SETUP} ${place} --script ${WORK}/nothing.js)
 
+file(WRITE ${WORK}/${deep}deep.js "throw new Error(\"from the deep\");\n")
+expect("a script beyond 260 characters" 1 "from the deep" ${HOST} ${SETUP} ${place} --script ${WORK}/${deep}deep.js)
+expect("a target beyond 260 characters" 0 "0 not" ${HOST} ${SETUP} --silent --data ${WORK}/deeplog
+  --target ${WORK}/${deep}target --verify)
 expect("install" 0 "0 not" ${HOST} ${SETUP} ${place} --verify --trace ${WORK}/run.trace)
 expect_file("installed" TRUE ${WORK}/target/readme.txt)
 expect("trace" 0 "FeatureMoveData|Result=Success" ${TOOL} trace decode ${WORK}/run.trace)
@@ -47,6 +52,27 @@ expect("the trace switch is gone again" 1 "" reg query HKCU\\VHlogit)
 expect("a switch of the user's" 0 "" reg add HKCU\\VHlogit /v FileNamePath /d C:\\before.bin /f)
 expect("a trace beside it" 0 "" ${HOST} ${SETUP} ${place} --trace ${WORK}/other.trace)
 expect("the user's switch is back" 0 "C:\\before.bin" reg query HKCU\\VHlogit)
+expect("a switch of another type" 0 "" reg add HKCU\\VHlogit /v FileNamePath /t REG_EXPAND_SZ /d C:\\%NONE%.bin /f)
+expect("two traces at once" 0 "" ${HOST} ${SETUP} --silent --data ${WORK}/log2 --target ${WORK}/two --trace
+  ${WORK}/left.trace COMMAND ${RUNNER} ${HOST} ${SETUP} --silent --data ${WORK}/log3 --target ${WORK}/three --trace
+  ${WORK}/right.trace)
+expect("the type is back" 0 "REG_EXPAND_SZ" reg query HKCU\\VHlogit)
+foreach(side left right)
+  expect("a trace of one run" 0 "DLLProcessDetach" ${TOOL} trace decode ${WORK}/${side}.trace)
+  execute_process(COMMAND ${RUNNER} ${TOOL} trace decode ${WORK}/${side}.trace OUTPUT_VARIABLE out)
+  string(REGEX MATCHALL "DLLProcessAttach" attached "${out}")
+  list(LENGTH attached count)
+  if(NOT count EQUAL 1)
+    message(SEND_ERROR "${side}.trace holds ${count} runs")
+  endif()
+endforeach()
+# What a run leaves that is killed while its library loads.
+expect("the note" 0 "" reg add HKCU\\Software\\VHSetup.TraceSwitch /v Ours /d C:\\killed.bin /f)
+expect("the note of the user's" 0 "" reg add HKCU\\Software\\VHSetup.TraceSwitch /v Former /d C:\\mine.bin /f)
+expect("a switch left on" 0 "" reg add HKCU\\VHlogit /v FileNamePath /t REG_SZ /d C:\\killed.bin /f)
+expect("the next start" 0 "" ${HOST} ${SETUP} ${place})
+expect("the switch before it" 0 "C:\\mine.bin" reg query HKCU\\VHlogit)
+expect("the note is gone" 1 "" reg query HKCU\\Software\\VHSetup.TraceSwitch)
 expect("the user's switch goes" 0 "" reg delete HKCU\\VHlogit /f)
 expect_file("the other trace" TRUE ${WORK}/other.trace)
 file(SIZE ${WORK}/run.trace size)

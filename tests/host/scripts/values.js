@@ -25,6 +25,27 @@ Check("one byte is read", GetByte("a\u00ff", 1).value, -1);
 Check("one byte is written", SetByte("abc", 1, 0x78).bytes, "axc");
 Check("beyond the bytes", GetByte("abc", 4).result, -4);
 
+// Counts end where the text or array does.
+var root = 0x80000001, key = "Software\\VHHostValues", type, value;
+Check("a list with a count beyond it", RegSetKeyValue(root, key, "L", 7, "a\0bb\0", 100000000), 0);
+value = RegQueryKeyValue(root, key, "L");
+Check("the list comes back whole", value.type + ":" + value.value, "7:a\0bb\0");
+Check("a part of it", RegSetKeyValue(root, key, "L", 7, "a\0bb\0", 2), 0);
+Check("the part", RegQueryKeyValue(root, key, "L").value, "a\0");
+var lines = new Array(2001).join("line\0");
+Check("a long list", RegSetKeyValue(root, key, "L", 7, lines, lines.length), 0);
+Check("the long list", RegQueryKeyValue(root, key, "L").value, lines);
+Check("a number", RegSetKeyValue(root, key, "N", 4, "5", 0), 0);
+Check("the number", RegQueryKeyValue(root, key, "N").value, "5");
+Check("the key goes", RegDeleteKey(root, key), 0);
+var narrow = WCHARArrayToCHARArray(["one", "two"], 100000);
+Check("narrow texts", new VBArray(CHARArrayToWCHARArray(2, narrow, 100000).destination).toArray().join("|"), "one|two");
+DeleteCHARArray(narrow);
+
+// Sums go in and come back.
+var sum = CalculateAndAddFileCost(0, 5000, 4096, 1, 100);
+Check("a cost is added", sum.result + ":" + sum.highSum + ":" + sum.lowSum, "0:1:8292");
+
 // Numbers above 31 bits are codes.
 Check("an unsigned code compares", CompareDWORD(0x80000000, 1), 1);
 Check("a negative number is the same code", CompareDWORD(-1, 0xffffffff), 0);
