@@ -1,6 +1,7 @@
 #include "call_frame.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "script_object.h"
@@ -134,6 +135,7 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
         cell.number = ToInt(*given);
         break;
     case Kind::Int64:
+    case Kind::NarrowArray:
     case Kind::InOutInt64:
         cell.number = ToInt64(*given);
         break;
@@ -203,6 +205,21 @@ void CallFrame::Prepare(Cell& cell, const CallSite& site, const VARIANT* given)
     case Kind::OutVariant:
         break;
     }
+}
+
+// A widened text takes no more units than it has bytes.
+void CallFrame::MakeRoomForArrays()
+{
+    for (const Cell& source : m_cells)
+        for (const Cell& count : m_cells)
+            for (Cell& target : m_cells)
+                if (source.argument->kind == Kind::NarrowArray && count.argument->kind == Kind::AtMost &&
+                    target.argument->kind == Kind::OutTexts)
+                    for (int64_t i = 0; i < AtMost(count); ++i) {
+                        const char* text = reinterpret_cast<const char* const*>(source.number)[i];
+                        std::vector<wchar_t>& room = target.texts[static_cast<std::size_t>(i)];
+                        room.resize(std::max(room.size(), std::strlen(text) + 1));
+                    }
 }
 
 void CallFrame::Place()
@@ -376,6 +393,7 @@ vh::variant CallFrame::Outcome(int64_t result) const
 vh::variant CallFrame::Run(FARPROC entry)
 {
     int64_t result = 0;
+    MakeRoomForArrays();
     do {
         Place();
         result = CallWith(entry, m_slots, std::make_index_sequence<max_slots>());

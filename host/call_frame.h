@@ -45,6 +45,7 @@ private:
     };
 
     void Prepare(Cell& cell, const CallSite& site, const VARIANT* given);
+    void MakeRoomForArrays();
     void Place();
     const Cell& CellOf(const std::string& name) const;
     uint64_t SizeOf(const std::string& name) const;

@@ -18,6 +18,7 @@ constexpr KindInfo kinds[] = {
     {Kind::Narrow, "narrow", 1, true, false, false},
     {Kind::Variant, "variant", 1, true, false, false},
     {Kind::Texts, "texts", 1, true, false, false},
+    {Kind::NarrowArray, "narrow_array", 1, true, false, false},
     {Kind::AtMost, "at_most", 1, true, false, true},
     {Kind::InOutInt, "inout_int", 1, true, true, false},
     {Kind::InOutInt64, "inout_int64", 1, true, true, false},

@@ -26,6 +26,8 @@ enum class Kind {
     Narrow,
     Variant,
     Texts,
+    // An array of narrow texts, as an earlier call gave it.
+    NarrowArray,
     // A count of what another argument holds; a larger one is cut.
     AtMost,
     // Given by the script and handed back as a property of the result.

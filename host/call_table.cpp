@@ -65,7 +65,7 @@ constexpr CallRow rows[] = {
      "context, title:text, message:text, editLabel:text, statusLabel:text, flags:int, path:inout_text, size_of path, "
      "verify:int"},
     {"_CCPSearch", "int", "context"},
-    {"_CHARArrayToWCHARArray", "int", "destination:out_texts, source:int64, count:at_most destination"},
+    {"_CHARArrayToWCHARArray", "int", "destination:out_texts, source:narrow_array, count:at_most destination"},
     {"_CalculateAndAddFileCost", "int", "high:int, low:int, cluster:int, highSum:inout_int, lowSum:inout_int"},
     {"_CleanupInet", "int", "context"},
     {"_CloseFile", "int64", "context, file:int"},

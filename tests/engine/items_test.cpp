@@ -91,6 +91,9 @@ TEST_F(Items, AreFoundByNameAndIndexWithTheFirstDiskInFront)
     com_ptr<ISetupFeature> item;
     for (const variant& key : {variant(0L), variant(4L), variant(L"Nobody"), variant()})
         EXPECT_EQ(no_such_item, features->Item(key.get(), item.put()));
+    ISetupFeature* never = reinterpret_cast<ISetupFeature*>(1);
+    EXPECT_EQ(no_such_item, features->Item(variant(L"Nobody").get(), &never));
+    EXPECT_EQ(nullptr, never) << "a caller may release what it gets";
 }
 
 TEST_F(Items, ShowTheSameStateAsFeaturesAndAsComponents)

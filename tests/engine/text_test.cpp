@@ -83,6 +83,54 @@ TEST_F(TextStores, LocalValuesWinAndGlobalOnesShowThrough)
     EXPECT_EQ(E_INVALIDARG, Set(*local.get(), L"", L"x"));
 }
 
+TEST_F(TextStores, BeginWithTheVariablesOfTheRunAndTheSystem)
+{
+    MakeTree(folder, R"(, "company": "Makers", "installGuid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}",
+        "variables": {"OWN": "<OURS>", "COMPANY_NAME": "overridden"})");
+    Options options = folder.Given();
+    options.language = 1031;
+    options.variables = {{L"OURS", L"host's"}, {L"DESKTOP", L"elsewhere"}};
+    engine = Engine::Open(std::move(options));
+    const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);
+    bstr support;
+    ServiceOf<ISetupDirs>(*engine)->GetSupportDir(support.put());
+    wchar_t temp[MAX_PATH + 1];
+    GetTempPathW(MAX_PATH, temp);
+    const std::pair<const wchar_t*, std::wstring> plain[] = {
+        {L"TARGETDIR", folder.Target()},
+        {L"SRCDIR", folder.Setup()},
+        {L"ENGINEDIR", folder.Setup()},
+        {L"ENGINECOMMONDIR", folder.Setup()},
+        {L"SUPPORTDIR", std::wstring(support.view())},
+        {L"SHAREDSUPPORTDIR", std::wstring(support.view())},
+        {L"TEMPDIR", FullPath(temp)},
+        {L"PRODUCT_NAME", L"Probe"},
+        {L"PRODUCT_VERSION", L"1.0"},
+        {L"PRODUCT_GUID", L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}"},
+        {L"INSTALL_GUID", L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}"},
+        {L"COMPANY_NAME", L"overridden"},
+        {L"LANGUAGE", L"1031"},
+        {L"OURS", L"host's"},
+        {L"DESKTOP", L"elsewhere"},
+    };
+    for (const auto& [name, value] : plain)
+        EXPECT_EQ(value, Value(*global.get(), name)) << ToUtf8(name);
+    EXPECT_EQ(L"host's", Substituted(*global.get(), L"<OWN>"));
+    const std::pair<const wchar_t*, const wchar_t*> folders[] = {
+        {L"WINDIR", L"windir"},   {L"PROGRAMFILES", L"ProgramFiles"}, {L"COMMONFILES", L"CommonProgramFiles"},
+        {L"APPDATA", L"APPDATA"}, {L"LOCALAPPDATA", L"LOCALAPPDATA"}, {L"COMMONAPPDATA", L"ProgramData"},
+    };
+    for (const auto& [name, variable] : folders) {
+        wchar_t value[MAX_PATH] = L"";
+        GetEnvironmentVariableW(variable, value, MAX_PATH);
+        EXPECT_TRUE(SameText(value, Value(*global.get(), name))) << ToUtf8(name) << " " << ToUtf8(value);
+    }
+    EXPECT_TRUE(SameText(Value(*global.get(), L"WINDIR") + L"\\system32", Value(*global.get(), L"SYSTEMDIR")));
+    for (const wchar_t* name : {L"PROGRAMS", L"PERSONAL"})
+        EXPECT_NE(L"", DriveOf(Value(*global.get(), name))) << ToUtf8(name);
+    EXPECT_NE(Value(*global.get(), L"PROGRAMS"), Value(*global.get(), L"PERSONAL"));
+}
+
 TEST_F(TextStores, ProtectedVariablesRefuseAndCanBeFreed)
 {
     const auto global = ServiceOf<ISetupTextSub>(*engine, global_text_service);

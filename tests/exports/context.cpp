@@ -325,6 +325,33 @@ TEST(CommandLine, KeepsSilentModesAlsoWhenNothingIsAsked)
               -1);
 }
 
+TEST(CommandLine, HandsEachFactToItsOwnOutput)
+{
+    constexpr int flag_facts[] = {9, 10, 36, 11, 5};
+    constexpr int text_facts[] = {3, 4, 6, 7, 8};
+    for (int on = 0; on < 5; ++on) {
+        engine::test::SetupFolder folder;
+        engine::test::MakeTree(folder);
+        engine::Options options = folder.Given();
+        for (int i = 0; i < 5; ++i) {
+            options.facts[flag_facts[i]] = variant(i == on);
+            options.facts[text_facts[i]] = variant((L"text " + std::to_wstring(i)).c_str());
+        }
+        options.facts[12] = variant(L"the line");
+        const Session session(std::move(options));
+        int32_t flags[5];
+        wchar_t texts[5][16], line[16];
+        EXPECT_EQ(__GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], texts[0],
+                                      texts[1], texts[2], texts[3], texts[4], line, 16),
+                  0);
+        EXPECT_STREQ(line, L"the line");
+        for (int i = 0; i < 5; ++i) {
+            EXPECT_EQ(flags[i], i == on) << i;
+            EXPECT_EQ(texts[i], L"text " + std::to_wstring(i));
+        }
+    }
+}
+
 TEST(DataModes, AreReadAndSetInTheDataSet)
 {
     Session session;

@@ -97,6 +97,8 @@ std::vector<std::string> TypesThatFit(Kind kind)
         return {R"((const )?VARIANT\*)"};
     case Kind::OutVariant:
         return {R"(VARIANT\*)"};
+    case Kind::NarrowArray:
+        return {R"(const char\* const\*)"};
     case Kind::Texts:
         return {R"(const wchar_t\* const\*)"};
     case Kind::OutTexts:

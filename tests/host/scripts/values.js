@@ -41,6 +41,9 @@ Check("the key goes", RegDeleteKey(root, key), 0);
 var narrow = WCHARArrayToCHARArray(["one", "two"], 100000);
 Check("narrow texts", new VBArray(CHARArrayToWCHARArray(2, narrow, 100000).destination).toArray().join("|"), "one|two");
 DeleteCHARArray(narrow);
+narrow = WCHARArrayToCHARArray([long + long + long], 1);
+Check("a long narrow text", new VBArray(CHARArrayToWCHARArray(1, narrow, 1).destination).toArray()[0], long + long + long);
+DeleteCHARArray(narrow);
 
 // Sums go in and come back.
 var sum = CalculateAndAddFileCost(0, 5000, 4096, 1, 100);
