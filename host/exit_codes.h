@@ -16,6 +16,8 @@ enum ExitCode : int {
     exit_cancelled = 6,
     // VHRT.dll can't be loaded.
     exit_library = 7,
+    // The run failed, and not all of it could be undone yet; the next run tries again.
+    exit_rollback = 9,
     // The removal left something behind that could not be removed.
     exit_removal = 8,
 };

@@ -15,7 +15,8 @@ namespace {
 constexpr const char* description = "Runs the setup in a folder that holds product.json, the payload and setup.js.";
 constexpr const char* footer = "Exit codes: 0 done, 1 the script or a transfer failed (rolled back), 2 wrong command\n"
                                "line, 4 wrong setup folder, product file or payload, 6 stopped by the user (rolled\n"
-                               "back), 7 VHRT.dll can't be loaded, 8 the removal left something behind.";
+                               "back), 7 VHRT.dll can't be loaded, 8 the removal left something behind, 9 rolled "
+                               "back in part: the next run tries the rest again.";
 
 struct CommandLine {
     std::string folder;

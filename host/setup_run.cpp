@@ -131,6 +131,20 @@ void ShowRemovals(const std::vector<vh::engine::Removal>& removals)
             Complain(L"error: " + removal.what + L": " + removal.reason);
 }
 
+// Undoes the run. Result: `reason`, unless something could not be undone.
+ExitCode TakeBack(vh::engine::Engine& engine, ExitCode reason)
+{
+    const auto removals = engine.Rollback();
+    ShowRemovals(removals);
+    const std::wstring steps = std::to_wstring(vh::engine::CountDone(removals)) + L" steps undone";
+    if (!vh::engine::AnyFailed(removals)) {
+        Complain(L"rolled back, " + steps);
+        return reason;
+    }
+    Complain(L"rolled back in part, " + steps + L"; the next run tries the others again");
+    return exit_rollback;
+}
+
 void ShowLog(const vh::engine::Engine& engine)
 {
     Say(L"recorded for removal in " + engine.LogFile() + L":");
@@ -196,18 +210,14 @@ ExitCode RunIn(const RunOptions& options)
         failure = RunScripts(library, *engine, options);
     } catch (const std::exception& error) {
         Complain(L"error: " + Wide(error.what()));
-        ShowRemovals(engine->Rollback());
-        return exit_library;
+        return TakeBack(*engine, exit_library);
     }
     if (failure.empty() && !cancelled) {
         engine->Commit();
         return ShowOutcome(*engine, options);
     }
     Complain(L"error: " + (cancelled ? std::wstring(L"stopped by the user") : failure));
-    const auto removals = engine->Rollback();
-    ShowRemovals(removals);
-    Complain(L"rolled back, " + std::to_wstring(removals.size()) + L" steps undone");
-    return cancelled ? exit_cancelled : exit_failed;
+    return TakeBack(*engine, cancelled ? exit_cancelled : exit_failed);
 }
 
 } // namespace
