@@ -226,18 +226,22 @@ std::wstring AsideName(const std::wstring& target, const std::wstring& token, lo
     return JoinPath(FolderOf(target), std::wstring(aside_mark) + token + L"-" + Number(number) + L"." + ending);
 }
 
-bool IsAsideOf(const std::wstring& aside, const std::wstring& target)
+bool IsAsideName(std::wstring_view name)
 {
-    const std::wstring name = FileNameOf(aside);
-    if (!SameText(FolderOf(aside), FolderOf(target)) || !name.starts_with(aside_mark))
+    if (!name.starts_with(aside_mark))
         return false;
     return std::any_of(std::begin(aside_endings), std::end(aside_endings), [&](std::wstring_view ending) {
-        if (!name.ends_with(ending))
+        if (!name.ends_with(ending) || name.size() < aside_mark.size() + ending.size() + 3)
             return false;
-        const std::wstring middle =
-            name.substr(aside_mark.size(), name.size() - std::min(name.size(), aside_mark.size() + ending.size()));
-        return middle.size() >= 3 && middle.find_first_not_of(L"0123456789abcdef-") == std::wstring::npos;
+        const std::wstring_view middle =
+            name.substr(aside_mark.size(), name.size() - aside_mark.size() - ending.size());
+        return middle.find_first_not_of(L"0123456789abcdef-") == middle.npos;
     });
+}
+
+bool IsAsideOf(const std::wstring& aside, const std::wstring& target)
+{
+    return SameText(FolderOf(aside), FolderOf(target)) && IsAsideName(FileNameOf(aside));
 }
 
 } // namespace vh::engine
