@@ -47,9 +47,8 @@ HRESULT RunCopy(ObjectContext& context, const wchar_t* source, const wchar_t* ta
     if (const HRESULT code = totals->GetHigh(&high); FAILED(code))
         return code;
     vh::com_ptr<IUnknown> sink;
-    if (!context.suite)
-        if (const HRESULT code = context.status.BeginTransfer(vh::Combine(low, high), sink); FAILED(code))
-            return code;
+    if (const HRESULT code = vh::BeginTransfer(context, vh::Combine(low, high), sink); FAILED(code))
+        return code;
     return vh::FailureOnly(job->Run(context.log.get(), sink.get()));
 }
 

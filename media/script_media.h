@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "../scriptdata/com_ptr.h"
@@ -54,6 +55,9 @@ class tree {
 public:
     tree() = default;
     tree(tree* parent, std::wstring_view key, std::size_t hash) : m_parent(parent), m_key(key), m_hash(hash) {}
+    tree(const tree&) = delete;
+    tree& operator=(const tree&) = delete;
+    ~tree();
 
     T data;
 
@@ -66,27 +70,42 @@ public:
     // Null when a component of the path is missing. Keys compare by unit.
     tree* Find(std::wstring_view wanted)
     {
-        const split parts = Split(wanted);
-        tree* entry = FindChild(parts.head);
-        return !entry || parts.tail.empty() ? entry : entry->Find(parts.tail);
+        tree* entry = this;
+        do {
+            const split parts = Split(wanted);
+            entry = entry->FindChild(parts.head);
+            wanted = parts.tail;
+        } while (entry && !wanted.empty());
+        return entry;
     }
 
     // The tree at the path; missing ancestors are made on the way.
     tree& Create(std::wstring_view wanted)
     {
-        if (wanted.empty())
-            return *this;
-        const split parts = Split(wanted);
-        return GetOrCreate(parts.head).Create(parts.tail);
+        tree* entry = this;
+        while (!wanted.empty()) {
+            const split parts = Split(wanted);
+            entry = &entry->GetOrCreate(parts.head);
+            wanted = parts.tail;
+        }
+        return *entry;
     }
 
-    // Depth first, without this tree's own record.
+    // Depth first, without this tree's own record. The levels that are open stand in a stack of their own.
     template <class Visit>
     void ForEachBelow(Visit&& visit)
     {
-        for (std::size_t position = 0; position < size(); ++position) {
-            visit(at(position));
-            at(position).ForEachBelow(visit);
+        std::vector<std::pair<tree*, std::size_t>> open{{this, 0}};
+        while (!open.empty()) {
+            auto& [entry, position] = open.back();
+            if (position == entry->size()) {
+                open.pop_back();
+                continue;
+            }
+            tree& below = entry->at(position++);
+            visit(below);
+            if (below.size())
+                open.emplace_back(&below, 0);
         }
     }
 
@@ -119,6 +138,8 @@ template <class T, wchar_t Separator>
 struct tree<T, Separator>::children {
     std::deque<tree> items;
     std::vector<tree*> slots = std::vector<tree*>(8);
+    // The next of those that wait for their end.
+    std::unique_ptr<children> next;
 
     // The slot of the key, or the free one where it belongs.
     tree*& SlotOf(std::wstring_view key, std::size_t hash)
@@ -143,6 +164,21 @@ private:
         return slots[at];
     }
 };
+
+// Children whose end has come hand theirs to the queue, so that depth costs no stack.
+template <class T, wchar_t Separator>
+tree<T, Separator>::~tree()
+{
+    for (auto queue = std::move(m_children); queue;) {
+        const auto ending = std::exchange(queue, std::move(queue->next));
+        for (tree& entry : ending->items) {
+            if (!entry.m_children)
+                continue;
+            entry.m_children->next = std::move(queue);
+            queue = std::move(entry.m_children);
+        }
+    }
+}
 
 template <class T, wchar_t Separator>
 tree<T, Separator>* tree<T, Separator>::FindChild(std::wstring_view key) const
