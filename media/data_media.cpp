@@ -78,7 +78,7 @@ HRESULT CVHDataMedia::GetRoot(vh::com_ptr<ISetupComponents>& root)
     if (!m_data)
         return E_POINTER;
     const HRESULT code = m_data->GetRoot(root.put());
-    return SUCCEEDED(code) && !root ? E_POINTER : code;
+    return vh::Given(code, root);
 }
 
 HRESULT CVHDataMedia::WalkRoot(ISetupComponents* root, text path, vh::com_ptr<ISetupComponent>& found)
@@ -91,8 +91,8 @@ HRESULT CVHDataMedia::WalkRoot(ISetupComponents* root, text path, vh::com_ptr<IS
             return code;
         vh::com_ptr<ISetupComponents> children;
         const HRESULT read = found->GetChildren(children.put());
-        if (FAILED(read) || !children)
-            return FAILED(read) ? read : E_POINTER;
+        if (const HRESULT failed = vh::Given(read, children); FAILED(failed))
+            return failed;
         collection = std::move(children);
         path = split.tail;
     }

@@ -10,7 +10,7 @@ HRESULT SetupTypesOf(ISetupData* data, vh::com_ptr<ISetupTypes>& types)
     if (!data)
         return E_POINTER;
     const HRESULT code = data->GetSetupTypes(types.put());
-    return SUCCEEDED(code) && !types ? E_POINTER : code;
+    return vh::Given(code, types);
 }
 
 } // namespace

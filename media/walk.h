@@ -17,7 +17,7 @@ HRESULT ItemAt(ISetupCollection<Item>* collection, long index, com_ptr<Item>& it
     position.vt = VT_I4;
     position.lVal = index;
     const HRESULT code = collection->Item(position, item.put());
-    return SUCCEEDED(code) && !item ? E_POINTER : NoItemCode(code, no_item);
+    return NoItemCode(Given(code, item), no_item);
 }
 
 // The same by name.
@@ -27,7 +27,7 @@ HRESULT ItemNamed(ISetupCollection<Item>* collection, std::wstring_view name, co
 {
     const variant wanted(name);
     const HRESULT code = collection->Item(wanted.get(), item.put());
-    return SUCCEEDED(code) && !item ? E_POINTER : NoItemCode(code, no_item);
+    return NoItemCode(Given(code, item), no_item);
 }
 
 // Visits the items from a 1-based index to another; the first failure ends the walk and is the result.

@@ -27,7 +27,7 @@ protected:
         options.silent = true;
         return options;
     }
-    int32_t Add(const wchar_t* item, const wchar_t* command, int32_t flags = 0) const
+    int64_t Add(const wchar_t* item, const wchar_t* command, int32_t flags = 0) const
     {
         return AddIcon(*session, L"Group\\", item, command, L"C:\\work", L"", 0, L"", flags);
     }
