@@ -350,6 +350,17 @@ BOOL WINAPI WriteToFullDisk(HANDLE, const void*, DWORD count, DWORD* written, OV
     return FALSE;
 }
 
+decltype(&WriteFile) real_write;
+int writes;
+
+BOOL WINAPI CutThirdWrite(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped)
+{
+    const bool cut = ++writes == 3;
+    const BOOL done = real_write(file, bytes, cut ? count / 2 : count, written, overlapped);
+    SetLastError(ERROR_DISK_FULL);
+    return done && !cut;
+}
+
 TEST(IniFile, LeavesTheOldFileWhenASaveFails)
 {
     struct obstacle {
@@ -451,16 +462,18 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
         if (reader) {
             EXPECT_TRUE(ReadFile(reader.get(), start, 3, &count, nullptr) && std::string(start) == "[a]");
         }
-        // The content comes back when there is no room for the new one.
+        // The third write is the one into the file itself: it changes half of it, and the content comes back.
         if (one.attributes == 0) {
             const std::string before = BytesOf(file.path);
             file.document.set_string(L"a", L"more", std::wstring(100, L'm'));
-
-            const vh::test::ImportPatch full(GetModuleHandleW(nullptr), "WriteFile",
-                                             reinterpret_cast<void*>(&WriteToFullDisk));
-            disk_room = 140;
+            const vh::test::ImportPatch cut(GetModuleHandleW(nullptr), "WriteFile",
+                                            reinterpret_cast<void*>(&CutThirdWrite));
+            real_write = reinterpret_cast<decltype(&WriteFile)>(cut.original());
+            writes = 0;
             EXPECT_FALSE(file.document.save(0, 0, false)) << one.what;
+            EXPECT_EQ(writes, 4) << one.what;
             EXPECT_EQ(BytesOf(file.path), before) << one.what;
+            EXPECT_EQ(std::to_string(EntriesIn(file.folder)), names) << one.what;
         }
     }
 }
