@@ -30,8 +30,13 @@ public:
     {
         if (path.empty())
             return vh::media_no_item;
-        const auto known = m_nodes.find(path);
-        if (known != m_nodes.end()) {
+        // Scripts ask several things of one item in a row.
+        if (m_last && m_last->first.view() == path) {
+            node = &m_last->second;
+            return S_OK;
+        }
+        if (const auto known = m_nodes.find(path); known != m_nodes.end()) {
+            m_last = &*known;
             node = &known->second;
             return S_OK;
         }
@@ -95,6 +100,7 @@ private:
     };
 
     std::unordered_map<stringx, Node, hash, equal> m_nodes;
+    typename decltype(m_nodes)::value_type* m_last = nullptr;
     vh::com_ptr<Items> m_root;
 };
 

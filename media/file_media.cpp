@@ -1,5 +1,7 @@
 #include "file_media.h"
 
+#include <algorithm>
+
 #include "walk.h"
 
 // The data set is released before the collection that came from it, and after the items.
@@ -69,6 +71,7 @@ int32_t CVHFileMediaImpl<Item, Items>::ListItems(text parent, std::vector<string
     if (children)
         if (const HRESULT code = children->Count(&all); FAILED(code))
             return code;
+    items.reserve(static_cast<std::size_t>(std::max(all, 0L)));
     vh::bstr name;
     stringx path;
     for (long index = 1; index <= all; ++index) {
