@@ -76,7 +76,7 @@ protected:
         start.copy(m_buffer.data(), start.size());
         m_buffer[start.size()] = L'\0';
         const DialogDriver driver(std::move(steps));
-        const int32_t result = _BrowseForFolder(m_session, title, L"Pick one of these.", L"&Folder:", L"Or from here:",
+        const int64_t result = _BrowseForFolder(m_session, title, L"Pick one of these.", L"&Folder:", L"Or from here:",
                                                 flags, m_buffer.data(), size, verify);
         EXPECT_EQ(m_buffer.back(), L'~') << "written behind the buffer";
         return result;
