@@ -69,7 +69,7 @@ DialogDriver::Step Refused(std::wstring path)
 class FolderPicker : public ::testing::Test {
 protected:
     // What the call answers, and what the buffer holds then.
-    int32_t Browse(const std::wstring& start, int32_t flags, bool verify, std::vector<DialogDriver::Step> steps,
+    int64_t Browse(const std::wstring& start, int32_t flags, bool verify, std::vector<DialogDriver::Step> steps,
                    int32_t size = MAX_PATH)
     {
         m_buffer.assign(static_cast<std::size_t>(size) + 1, L'~');
