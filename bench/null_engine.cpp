@@ -29,12 +29,14 @@ void null_features::Add(vh::com_ptr<null_feature> feature)
 
 HRESULT null_features::Count(long* count)
 {
+    ++all_calls;
     *count = static_cast<long>(m_all.size());
     return S_OK;
 }
 
 HRESULT null_features::Item(VARIANT index, ISetupFeature** item)
 {
+    ++all_calls;
     std::size_t place = m_all.size();
     if (index.vt == VT_BSTR) {
         ++named_calls;

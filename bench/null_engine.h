@@ -34,6 +34,8 @@ public:
 
     // Calls of Item with a name, on any collection.
     static inline long named_calls = 0;
+    // Calls of a walk, on any collection or feature.
+    static inline long all_calls = 0;
 
 private:
     std::vector<vh::com_ptr<null_feature>> m_all;
@@ -55,7 +57,11 @@ public:
     HRESULT STDMETHODCALLTYPE SetVisible(VARIANT_BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE GetLongText(BSTR* text) override { return Text(text); }
     HRESULT STDMETHODCALLTYPE SetLongText(BSTR) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE GetSelected(short* selected) override { return True(selected); }
+    HRESULT STDMETHODCALLTYPE GetSelected(short* selected) override
+    {
+        ++null_features::all_calls;
+        return True(selected);
+    }
     HRESULT STDMETHODCALLTYPE SetSelected(short) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE GetPartlySelected(VARIANT_BOOL* truth) override { return True(truth); }
     HRESULT STDMETHODCALLTYPE GetDescription(BSTR* text) override { return Text(text); }
@@ -81,11 +87,13 @@ public:
     HRESULT STDMETHODCALLTYPE Unadvise(long) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE GetSize(VARIANT_BOOL, unsigned long* low, unsigned long* high) override
     {
+        ++null_features::all_calls;
         *low = *high = 0;
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE GetChildren(ISetupFeatures** children) override
     {
+        ++null_features::all_calls;
         *children = vh::com_ptr<ISetupFeatures>(m_children.get()).detach();
         return S_OK;
     }
@@ -96,6 +104,7 @@ public:
 private:
     HRESULT Text(BSTR* text) const
     {
+        ++null_features::all_calls;
         *text = vh::bstr(std::wstring_view(m_name)).detach();
         return S_OK;
     }

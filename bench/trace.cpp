@@ -67,7 +67,7 @@ void CountCalls(suite& s, const module& traced, decltype(&_SetupTraceWrite) writ
 {
     constexpr long records = 2;
     const call_counter opens(traced.handle(), "CreateFileW");
-    const call_counter seeks(traced.handle(), "SetFilePointer");
+    const call_counter seeks(traced.handle(), "SetFilePointerEx");
     const call_counter writes(traced.handle(), "WriteFile");
     const call_counter closes(traced.handle(), "CloseHandle");
     write(L"Bench", L"Record", L"counted");

@@ -61,6 +61,10 @@ void file::close()
 
 void file::detect_mark()
 {
+    // What has no size, like a pipe, would lose what is read here.
+    LARGE_INTEGER length{};
+    if (!GetFileSizeEx(handle(), &length) || length.QuadPart < 2)
+        return;
     unsigned char start[3] = {};
     DWORD count = 0;
     // A file that is open for writing only can't be looked at, which is no failure.
@@ -91,6 +95,12 @@ DWORD file::write_bytes(const void* buffer, DWORD count)
     if (!WriteFile(handle(), buffer, count, &written, nullptr))
         fail();
     return written;
+}
+
+void file::set_end()
+{
+    if (!SetEndOfFile(handle()))
+        fail();
 }
 
 DWORD file::seek(LONG offset, DWORD whence, LONG* high)

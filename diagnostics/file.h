@@ -49,6 +49,9 @@ public:
     }
     DWORD write_bytes(const void* buffer, DWORD count);
 
+    // The file ends where its position is.
+    void set_end();
+
     // The new position; whence as for SetFilePointer.
     DWORD seek(LONG offset, DWORD whence, LONG* high = nullptr);
     // The low half of the size in bytes.

@@ -14,6 +14,7 @@
 #include "file.h"
 #include "trace_record.h"
 #include "trace_switch.h"
+#include "trace_text.h"
 
 namespace vh {
 
@@ -84,13 +85,25 @@ std::size_t CleanDetails(wchar_t* text, std::size_t length)
     return out;
 }
 
+// In place, up to `room` units and a NUL.
+void HidePasswords(wchar_t* text, std::size_t room, bool cut)
+{
+    const std::wstring_view shown(text);
+    if (shown.find(L"://") == shown.npos)
+        return;
+    const std::wstring masked = WithoutPasswords(shown, cut);
+    text[masked.copy(text, room)] = L'\0';
+}
+
 void WriteLineV(const wchar_t* category, const wchar_t* subcategory, const wchar_t* format, va_list arguments)
 {
     std::array<wchar_t, line_units> line;
     FormatText(line.data(), line.size(), L"%ls|%ls|", category ? category : L"", subcategory ? subcategory : L"");
+    HidePasswords(line.data(), line.size() - 1, false);
     TraceWriteRecord(line.data());
 
-    FormatTextV(line.data(), detail_units + 1, format, arguments);
+    const bool cut = FormatTextV(line.data(), detail_units + 1, format, arguments) < 0;
+    HidePasswords(line.data(), detail_units, cut);
     const std::size_t length = CleanDetails(line.data(), std::wcslen(line.data()));
     line[length] = L'\r';
     line[length + 1] = L'\n';
@@ -98,12 +111,12 @@ void WriteLineV(const wchar_t* category, const wchar_t* subcategory, const wchar
 }
 
 // `name` says whose line was lost when something went wrong.
-void WriteLineGuarded(const wchar_t* name, const wchar_t* category, const wchar_t* subcategory, const wchar_t* format,
-                      va_list arguments) noexcept
+template <class Write>
+void Guarded(const wchar_t* name, Write&& write) noexcept
 {
     keep_last_error keep;
     try {
-        WriteLineV(category, subcategory, format, arguments);
+        write();
         return;
     } catch (...) {
     }
@@ -179,7 +192,7 @@ void TraceWriteRecord(std::wstring_view text)
                                        FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file)
         return;
-    SetFilePointer(file.get(), 0, nullptr, FILE_END);
+    SetFilePointerEx(file.get(), {}, nullptr, FILE_END);
     const auto count = static_cast<DWORD>(length);
     WriteOrFail(file.get(), &count, sizeof(count));
     WriteOrFail(file.get(), state->payload.data(), count);
@@ -191,7 +204,7 @@ void VHTracingInternal_TraceEx(const wchar_t* category, const wchar_t* subcatego
         return;
     va_list arguments;
     va_start(arguments, format);
-    WriteLineGuarded(L"VHTracingInternal_TraceEx", category, subcategory, format, arguments);
+    Guarded(L"VHTracingInternal_TraceEx", [&] { WriteLineV(category, subcategory, format, arguments); });
     va_end(arguments);
 }
 
@@ -199,11 +212,12 @@ void TraceScriptLine(const wchar_t* category, const wchar_t* subcategory, const 
 {
     if (!trace_enabled)
         return;
-    // On this platform an argument list is its slots in a row; each conversion takes three at most.
-    std::vector<std::int64_t> zeros(1 +
-                                    3 * static_cast<std::size_t>(std::ranges::count(std::wstring_view(text), L'%')));
-    WriteLineGuarded(L"VHTracingInternal_TraceEx", category, subcategory, text,
-                     reinterpret_cast<va_list>(zeros.data()));
+    Guarded(L"VHTracingInternal_TraceEx", [&] {
+        const std::wstring format = HarmlessFormat(std::wstring_view(text));
+        // On this platform an argument list is its slots in a row; each conversion takes three at most.
+        std::vector<std::int64_t> zeros(1 + 3 * static_cast<std::size_t>(std::ranges::count(format, L'%')));
+        WriteLineV(category, subcategory, format.c_str(), reinterpret_cast<va_list>(zeros.data()));
+    });
 }
 
 void VHTracingInternal_Trace(const wchar_t* format, ...)
@@ -212,7 +226,7 @@ void VHTracingInternal_Trace(const wchar_t* format, ...)
         return;
     va_list arguments;
     va_start(arguments, format);
-    WriteLineGuarded(L"VHTracingInternal_Trace", L"Comment", L"", format, arguments);
+    Guarded(L"VHTracingInternal_Trace", [&] { WriteLineV(L"Comment", L"", format, arguments); });
     va_end(arguments);
 }
 

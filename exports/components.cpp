@@ -6,7 +6,6 @@
 #include "../runtime/frame.h"
 #include "../runtime/interface_result.h"
 #include "../scriptdata/results.h"
-#include "vhrt/lists.h"
 
 namespace {
 
@@ -18,13 +17,14 @@ int32_t OnMedia(ObjectContext* context, const wchar_t* media, Operation&& operat
 }
 
 // Adds names to a text list; a list that can't take one ends it.
-int32_t AddNames(ObjectContext* context, ListHandle list, const std::vector<stringx>& names, std::wstring_view hidden)
+int32_t AddNames(ObjectContext& context, ListHandle list, std::vector<stringx>& names, std::wstring_view hidden)
 {
-    for (const stringx& name : names) {
+    CVHList& target = context.lists.Find(list);
+    for (stringx& name : names) {
         if (!hidden.empty() && name.view() == hidden)
             continue;
-        if (const int64_t failed = _ListAddString(context, list, name.c_str(), ListAddAfter))
-            return static_cast<int32_t>(failed);
+        if (const int32_t failed = target.TakeString(std::move(name), ListAddAfter))
+            return failed;
     }
     return 0;
 }
@@ -83,7 +83,7 @@ int32_t _ComponentListItems(ObjectContext* context, const wchar_t* media, const 
         if (const int32_t failed = m.ListItems(vh::View(parent), items, count, false))
             return failed;
         const bool hides_disk = vh::View(parent).empty() && m.IsScriptMedia() == 0;
-        return AddNames(context, list, items, hides_disk ? vh::first_disk : std::wstring_view());
+        return AddNames(*context, list, items, hides_disk ? vh::first_disk : std::wstring_view());
     });
 }
 
@@ -92,7 +92,7 @@ int32_t _ComponentSetupTypeEnum(ObjectContext* context, const wchar_t* media, Li
     return OnMedia(context, media, [&](CVHRTMedia& m) {
         std::vector<stringx> names;
         const int32_t failed = m.SetupTypeEnum(names);
-        return failed ? failed : AddNames(context, list, names, {});
+        return failed ? failed : AddNames(*context, list, names, {});
     });
 }
 

@@ -33,23 +33,22 @@ HRESULT RunCopy(ObjectContext& context, const wchar_t* source, const wchar_t* ta
     if (const HRESULT code = context.Ask(operations); FAILED(code))
         return code;
     vh::com_ptr<ISetupCopyJob> job;
-    if (const HRESULT code =
-            operations->CreateCopyJob(vh::bstr(source).get(), vh::bstr(target).get(), flags, job.put());
-        FAILED(code))
+    const HRESULT made = operations->CreateCopyJob(vh::bstr(source).get(), vh::bstr(target).get(), flags, job.put());
+    if (const HRESULT code = vh::Given(made, job); FAILED(code))
         return code;
     vh::com_ptr<ISetupCopyTotals> totals;
     unsigned long low = 0;
     unsigned long high = 0;
-    if (const HRESULT code = job->GetTotals(totals.put()); FAILED(code))
+    const HRESULT told = job->GetTotals(totals.put());
+    if (const HRESULT code = vh::Given(told, totals); FAILED(code))
         return code;
     if (const HRESULT code = totals->GetLow(&low); FAILED(code))
         return code;
     if (const HRESULT code = totals->GetHigh(&high); FAILED(code))
         return code;
     vh::com_ptr<IUnknown> sink;
-    if (!context.suite)
-        if (const HRESULT code = context.status.BeginTransfer(vh::Combine(low, high), sink); FAILED(code))
-            return code;
+    if (const HRESULT code = vh::BeginTransfer(context, vh::Combine(low, high), sink); FAILED(code))
+        return code;
     return vh::FailureOnly(job->Run(context.log.get(), sink.get()));
 }
 

@@ -205,14 +205,12 @@ int32_t Deliver(ObjectContext* context, int32_t fact, vh::variant& value, int64_
 int32_t AddMatches(ObjectContext* context, ListHandle list, vh::variant& holder, std::wstring_view pattern)
 {
     const auto same = [](wchar_t a, wchar_t b) { return a == b || std::towlower(a) == std::towlower(b); };
-    int32_t result = 0;
     vh::safe_array names(holder);
-    const long last = names.last();
-    for (long index = names.first(); result == 0 && index <= last; ++index) {
-        const vh::variant name = names.at(index);
-        if (vh::MatchesFilePattern(name.text(), pattern, same))
-            result = static_cast<int32_t>(_ListAddString(context, list, stringx(name.text()).c_str(), ListAddAfter));
-    }
+    const int32_t result = names.for_each([&](const vh::variant& name) {
+        return vh::MatchesFilePattern(name.text(), pattern, same)
+                   ? static_cast<int32_t>(_ListAddString(context, list, stringx(name.text()).c_str(), ListAddAfter))
+                   : 0;
+    });
     names.destroy();
     return result;
 }

@@ -6,22 +6,35 @@
 
 namespace {
 
+// No exception leaves these exports, not even that of exhausted memory.
+template <class Operation>
+int64_t OnFiles(ObjectContext* context, Operation&& operation)
+{
+    return vh::Framed(context, [&](ObjectContext& c) -> int64_t {
+        try {
+            return operation(c.files);
+        } catch (...) {
+            return -1;
+        }
+    });
+}
+
 template <class Operation>
 int64_t OnFile(ObjectContext* context, FileHandle file, Operation&& operation)
 {
-    return vh::Framed(context, [&](ObjectContext& c) -> int64_t { return operation(c.files.Find(file)); });
+    return OnFiles(context, [&](FileTable& files) { return operation(files.Find(file)); });
 }
 
 } // namespace
 
 int64_t _OpenFile(ObjectContext* context, const wchar_t* path, int32_t mode, int32_t create)
 {
-    return vh::Framed(context, [&](ObjectContext& c) -> int64_t { return c.files.Open(path, mode, create != 0); });
+    return OnFiles(context, [&](FileTable& files) { return files.Open(path, mode, create != 0); });
 }
 
 int64_t _CloseFile(ObjectContext* context, FileHandle file)
 {
-    return vh::Framed(context, [&](ObjectContext& c) -> int64_t { return c.files.Close(file); });
+    return OnFiles(context, [&](FileTable& files) { return files.Close(file); });
 }
 
 int64_t _GetLine(ObjectContext* context, FileHandle file, wchar_t* buffer, int32_t size)

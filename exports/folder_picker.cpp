@@ -40,7 +40,7 @@ stringx StartOf(wchar_t* path, int32_t size)
 
 } // namespace
 
-int32_t _BrowseForFolder(ObjectContext* context, const wchar_t* title, const wchar_t* message, const wchar_t* editLabel,
+int64_t _BrowseForFolder(ObjectContext* context, const wchar_t* title, const wchar_t* message, const wchar_t* editLabel,
                          const wchar_t* statusLabel, int32_t flags, wchar_t* path, int32_t size, int32_t verify)
 {
     return vh::Framed(context, [&](ObjectContext& c) {

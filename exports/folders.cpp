@@ -117,9 +117,10 @@ HRESULT OpenOrMake(ISetupShell& shell, const stringx& path, bool may_exist, vh::
     VARIANT_BOOL exists = VARIANT_FALSE;
     if (const HRESULT code = shell.ItemExists(name.get(), &exists); FAILED(code))
         return code;
-    if (!exists)
-        return shell.NewItem(shortcut.put());
-    return may_exist ? shell.OpenItem(name.get(), shortcut.put()) : -1;
+    if (exists && !may_exist)
+        return -1;
+    const HRESULT code = exists ? shell.OpenItem(name.get(), shortcut.put()) : shell.NewItem(shortcut.put());
+    return vh::Given(code, shortcut);
 }
 
 int32_t MakeIcon(const ObjectContext& context, const wchar_t* folder, const wchar_t* item, const IconTexts& texts)
@@ -203,7 +204,7 @@ int32_t OnFolder(ObjectContext* context, const wchar_t* trace_name, const wchar_
 
 } // namespace
 
-int32_t AddIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* item, const wchar_t* commandLine,
+int64_t AddIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* item, const wchar_t* commandLine,
                 const wchar_t* workingDir, const wchar_t* iconFile, int32_t iconIndex, const wchar_t* shortcutKey,
                 int32_t flags)
 {
@@ -219,7 +220,7 @@ int32_t AddIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* it
     });
 }
 
-int32_t ReplaceIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* item, const wchar_t* newItem,
+int64_t ReplaceIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* item, const wchar_t* newItem,
                     const wchar_t* commandLine, const wchar_t* workingDir, const wchar_t* iconFile, int32_t iconIndex,
                     const wchar_t* shortcutKey, int32_t flags)
 {
@@ -235,7 +236,7 @@ int32_t ReplaceIcon(ObjectContext* context, const wchar_t* folder, const wchar_t
     });
 }
 
-int32_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* item, wchar_t* commandLine,
+int64_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* item, wchar_t* commandLine,
                   int32_t size, wchar_t* workingDir, wchar_t* iconFile, int32_t* iconIndex, wchar_t* shortcutKey,
                   int32_t* flags)
 {
@@ -245,21 +246,25 @@ int32_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* 
         return OnShell(c, [&](ISetupShell& shell) -> int32_t {
             vh::com_ptr<ISetupShortcut> shortcut;
             stringx line;
-            vh::bstr directory, icon, key;
-            long index = 0, show = 0;
-            const HRESULT read = InTurn(
+            const HRESULT opened = InTurn(
                 [&] {
                     const stringx path = vh::Concat(vh::View(folder), vh::View(item));
-                    return shell.OpenItem(vh::bstr(path.view()).get(), shortcut.put());
+                    const HRESULT code = shell.OpenItem(vh::bstr(path.view()).get(), shortcut.put());
+                    return vh::Given(code, shortcut);
                 },
-                [&] { return ReadCommandLine(*shortcut.get(), line); },
-                [&] { return shortcut->GetWorkingDir(directory.put()); },
-                [&] { return shortcut->GetIcon(icon.put(), &index); }, [&] { return shortcut->GetHotKey(key.put()); },
-                [&] { return shortcut->GetShowCommand(&show); });
-            if (FAILED(read))
-                return read;
+                [&] { return ReadCommandLine(*shortcut.get(), line); });
+            if (FAILED(opened))
+                return opened;
             if (const int32_t result = vh::CopyOut(line, commandLine, size))
                 return result;
+            vh::bstr directory, icon, key;
+            long index = 0, show = 0;
+            const HRESULT read =
+                InTurn([&] { return shortcut->GetWorkingDir(directory.put()); },
+                       [&] { return shortcut->GetIcon(icon.put(), &index); },
+                       [&] { return shortcut->GetHotKey(key.put()); }, [&] { return shortcut->GetShowCommand(&show); });
+            if (FAILED(read))
+                return read;
             *iconIndex = index;
             if (vh::CopyOut(directory.view(), workingDir, text_size) || vh::CopyOut(icon.view(), iconFile, text_size) ||
                 vh::CopyOut(key.empty() ? no_key : key.view(), shortcutKey, text_size))
@@ -272,7 +277,7 @@ int32_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* 
     });
 }
 
-int32_t DeleteIcon(ObjectContext* context, const wchar_t* path)
+int64_t DeleteIcon(ObjectContext* context, const wchar_t* path)
 {
     const vh::TracedCall call(L"DeleteFolderIcon", item_formats.begin, path);
     const auto end = [&](int32_t code) { return call.End(code, item_formats.failure, item_formats.success, path); };
@@ -287,19 +292,19 @@ int32_t DeleteIcon(ObjectContext* context, const wchar_t* path)
     });
 }
 
-int32_t CreateFolder(ObjectContext* context, const wchar_t* folder)
+int64_t CreateFolder(ObjectContext* context, const wchar_t* folder)
 {
     return OnFolder(context, L"CreateProgramFolder", folder,
                     [](ISetupShell& shell, BSTR name, ISetupLog* log) { return shell.MakeFolder(name, log); });
 }
 
-int32_t DeleteFolder(ObjectContext* context, const wchar_t* folder)
+int64_t DeleteFolder(ObjectContext* context, const wchar_t* folder)
 {
     return OnFolder(context, L"DeleteProgramFolder", folder,
                     [](ISetupShell& shell, BSTR name, ISetupLog*) { return shell.RemoveFolder(name); });
 }
 
-int32_t ShowFolder(ObjectContext* context, const wchar_t* folder, int32_t command)
+int64_t ShowFolder(ObjectContext* context, const wchar_t* folder, int32_t command)
 {
     return vh::Framed(context, [&](ObjectContext& c) {
         return OnShell(c, [&](ISetupShell& shell) {
@@ -308,7 +313,7 @@ int32_t ShowFolder(ObjectContext* context, const wchar_t* folder, int32_t comman
     });
 }
 
-int32_t EnumFoldersItems(ObjectContext* context, const wchar_t* folder, ListHandle items, ListHandle folders)
+int64_t EnumFoldersItems(ObjectContext* context, const wchar_t* folder, ListHandle items, ListHandle folders)
 {
     return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
         if (vh::IsEmpty(folder))
@@ -320,7 +325,7 @@ int32_t EnumFoldersItems(ObjectContext* context, const wchar_t* folder, ListHand
     });
 }
 
-int32_t _SetShortcutProperty(ObjectContext* context, const wchar_t* path, const wchar_t* key, const wchar_t* value)
+int64_t _SetShortcutProperty(ObjectContext* context, const wchar_t* path, const wchar_t* key, const wchar_t* value)
 {
     return vh::Framed(context, [&](ObjectContext& c) {
         return OnShell(c, [&](ISetupShell& shell) -> int32_t {
@@ -340,7 +345,10 @@ int32_t _SetShortcutProperty(ObjectContext* context, const wchar_t* path, const 
             vh::variant target(path);
             VARIANT_BOOL done = VARIANT_FALSE;
             return InTurn(
-                [&] { return shell.OpenItem(name.get(), shortcut.put()); },
+                [&] {
+                    const HRESULT code = shell.OpenItem(name.get(), shortcut.put());
+                    return vh::Given(code, shortcut);
+                },
                 [&] { return FAILED(shortcut.query(properties)) ? E_NOINTERFACE : S_OK; },
                 [&] { return properties->SetProperty(vh::TextOrEmpty(key).get(), vh::TextOrEmpty(value).get()); },
                 [&] { return properties->SaveAs(0, target.get(), missing, missing); },

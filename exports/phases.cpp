@@ -30,13 +30,22 @@ int32_t OnPhases(ObjectContext* context, Use&& use)
 // The value of "back": the walk over the objects turns around.
 constexpr int32_t back_value = 12;
 
-HRESULT ObjectAt(ISetupObjects* objects, const vh::variant& index, VARIANT* object)
+// One of the objects, or the host for a null index.
+int32_t GiveObject(ObjectContext* context, const vh::variant* index, VARIANT* object)
 {
-    vh::com_ptr<IUnknown> found;
-    const HRESULT code = objects->Item(index.get(), found.put());
-    if (FAILED(code))
-        return code;
-    return found ? vh::PutDispatch(found.get(), object) : E_FAIL;
+    return vh::Mapped(context, [&](ObjectContext& c) -> int32_t {
+        if (!index)
+            return vh::InterfaceResult(c.host.get(), object, -1);
+        if (!c.objects)
+            return -1;
+        if (const HRESULT code = vh::ClearResult(object); FAILED(code))
+            return code;
+        vh::com_ptr<IUnknown> found;
+        const HRESULT code = c.objects->Item(index->get(), found.put());
+        if (FAILED(code))
+            return code;
+        return found ? vh::PutDispatch(found.get(), object) : E_FAIL;
+    });
 }
 
 } // namespace
@@ -90,11 +99,10 @@ int32_t _ShowObjWizardPages(ObjectContext* context, int32_t value)
         vh::com_ptr<IUnknown> object;
         if (const HRESULT code = objects->Item(index.get(), object.put()); FAILED(code))
             return code;
-        vh::com_ptr<ISetupWizard> wizard;
-        if (const HRESULT code = object.query(wizard); FAILED(code))
-            return code;
-        if (const HRESULT code = wizard->ShowPages(shown, &shown); FAILED(code))
-            return code;
+        // An object without pages is passed over.
+        if (const auto wizard = object.query<ISetupWizard>())
+            if (const HRESULT code = wizard->ShowPages(shown, &shown); FAILED(code))
+                return code;
         position += shown == back_value ? -1 : 1;
     }
     return shown;
@@ -112,26 +120,18 @@ int32_t _RebootPutString(ObjectContext* context, const wchar_t* text1, const wch
 
 int32_t _GetObject(ObjectContext* context, const wchar_t* name, VARIANT* object)
 {
-    return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        if (!name || !*name)
-            return vh::InterfaceResult(c.host.get(), object, -1);
-        if (!c.objects)
-            return -1;
-        vh::ClearResult(object);
-        return ObjectAt(c.objects.get(), vh::variant(name), object);
-    });
+    if (vh::IsEmpty(name))
+        return GiveObject(context, nullptr, object);
+    const vh::variant wanted(name);
+    return GiveObject(context, &wanted, object);
 }
 
 int32_t _GetObjectByIndex(ObjectContext* context, int32_t index, VARIANT* object)
 {
-    return vh::Framed(context, [&](ObjectContext& c) -> int32_t {
-        if (index == 0)
-            return vh::InterfaceResult(c.host.get(), object, -1);
-        if (!c.objects)
-            return -1;
-        vh::ClearResult(object);
-        return ObjectAt(c.objects.get(), vh::variant(static_cast<long>(index)), object);
-    });
+    if (index == 0)
+        return GiveObject(context, nullptr, object);
+    const vh::variant wanted(static_cast<long>(index));
+    return GiveObject(context, &wanted, object);
 }
 
 int32_t _GetObjectCount(ObjectContext* context, int32_t* count)

@@ -307,7 +307,11 @@ int64_t _RegQueryKeyBinaryValue(ObjectContext* context, int64_t root, const wcha
 int64_t _RegSetKeyValue(ObjectContext* context, int64_t root, const wchar_t* key, const wchar_t* name, int32_t type,
                         const wchar_t* value, int32_t size)
 {
-    const ValueWrite write(root, key, name, type, value, size);
+    // A text of this type ends by its size: the trace looks no further.
+    stringx shown;
+    if (vh::trace_enabled && type == REG_MULTI_SZ && value && size > 0)
+        shown = std::wstring_view(value, wcsnlen(value, static_cast<uint32_t>(size)));
+    const ValueWrite write(root, key, name, type, type == REG_MULTI_SZ ? shown.c_str() : value, size);
     return vh::Framed(context, [&](ObjectContext& c) -> int64_t {
         switch (type) {
         case REG_SZ:

@@ -24,8 +24,9 @@ stringx Formatted(std::wstring_view format, Arguments... arguments)
 
 void inifilex::assign(text path, text separator)
 {
+    stringx behind_keys(separator);
     m_path = path;
-    m_separator = separator;
+    m_separator = std::move(behind_keys);
 }
 
 const stringx* inifilex::find_value(text section, text key) const
@@ -37,25 +38,27 @@ const stringx* inifilex::find_value(text section, text key) const
 
 void inifilex::set_section(text name, const inifilesectionx& section)
 {
-    // A copy, in case it is a section of this document, which may move when one is created.
+    // Copies, in case they are of this document, whose sections may move when one is created.
+    const stringx target(name);
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
     const inifilesectionx given = section;
-    this->section(name);
+    this->section(target);
     for (const auto& [key, entry] : given)
-        set_string(name, key, entry.value);
+        set_string(target, key, entry.value);
 }
 
 void inifilex::merge_file(const inifilex& other, text prefix, text format)
 {
     const stringx prefix_text(prefix);
+    const stringx format_text(format);
     if (&other == this) {
         // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the walk would meet what it adds.
         const inifilex copy = other;
-        merge_file(copy, prefix, format);
+        merge_file(copy, prefix_text, format_text);
         return;
     }
     for (const auto& [name, section] : other)
-        set_section(Formatted(format, prefix_text.c_str(), name.c_str()), section);
+        set_section(Formatted(format_text, prefix_text.c_str(), name.c_str()), section);
 }
 
 inifilesectionx& inifilex::section(text name) { return at(insert(name)); }
@@ -82,8 +85,17 @@ stringx inifilex::get_string(text section, text key, text fallback) const
 
 void inifilex::set_string(text section, text key, text value)
 {
-    inifilesectionx& owner = this->section(section);
-    owner.at(owner.insert(key)).value = value;
+    inifilesectionx* owner = base::find(section);
+    inifileentryx* entry = owner ? owner->find(key) : nullptr;
+    if (entry) {
+        entry->value = value;
+    } else {
+        // Copies, as texts of this document may move when something is created.
+        const stringx new_key(key);
+        inifileentryx made{stringx(value)};
+        inifilesectionx& target = this->section(section);
+        target.insert(new_key, std::move(made));
+    }
     m_dirty = true;
 }
 
@@ -173,10 +185,13 @@ bool inifilex::rename_entry(text section, text key, text new_key)
 
 void inifilex::rename_sections(text prefix, text replacement)
 {
+    // A copy, as a name that is given may be one that changes.
+    const stringx begin(replacement);
+    const std::size_t replaced = prefix.size();
     names found;
     find_sections(found, prefix);
     for (const stringx& name : found)
-        rename_section(name, vh::Concat(replacement, name.view().substr(prefix.size())));
+        rename_section(name, vh::Concat(begin, name.view().substr(replaced)));
 }
 
 bool inifilex::remove_section(text name)
@@ -214,7 +229,9 @@ void inifilex::clear() { base::clear(); }
 
 void inifilex::remove_sections(text prefix)
 {
-    if (erase_if([&](const stringxi& name) { return BeginsWith(name, prefix); }))
+    // A copy, as names move while others go.
+    const stringx begin(prefix);
+    if (erase_if([&](const stringxi& name) { return BeginsWith(name, begin); }))
         m_dirty = true;
 }
 

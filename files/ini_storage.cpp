@@ -3,6 +3,7 @@
 
 #include "../diagnostics/file.h"
 #include "../scriptdata/format.h"
+#include "../scriptdata/unique.h"
 #include "ini_encoding.h"
 #include "ini_file.h"
 #include "ini_text.h"
@@ -49,7 +50,8 @@ void MakeFolderOf(std::wstring_view path)
         CreateDirectoryW(missing.back().c_str(), nullptr);
 }
 
-// A file of a name that was free, in the folder of another. The name stays short: it fits wherever a folder does.
+// A file of a name that was free, in the folder of another; it goes at the end, unless it got another name. The name
+// stays short: it fits wherever a folder does.
 struct new_file {
     explicit new_file(const stringx& beside) : name(beside)
     {
@@ -67,35 +69,110 @@ struct new_file {
             throw vh::win32_exception(error);
     }
 
+    new_file(const new_file&) = delete;
+    new_file& operator=(const new_file&) = delete;
+    ~new_file()
+    {
+        // An open file can't be deleted.
+        file = vh::file();
+        if (!stays)
+            DeleteFileW(name.c_str());
+    }
+
     stringx name;
     vh::file file;
+    bool stays = false;
 };
 
-// Takes the place of the old file only when it is complete.
-void PutFile(const stringx& path, std::string_view mark_bytes, std::string_view bytes)
+void WriteAll(vh::file& file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const auto wanted = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1 << 20));
+        const DWORD count = file.write_bytes(bytes.data(), wanted);
+        if (count == 0)
+            throw vh::win32_exception(ERROR_DISK_FULL);
+        bytes.remove_prefix(count);
+    }
+}
+
+// A file that exists under one name of its own, and that nobody keeps from going, so that a new one may take that name.
+bool MayGo(const stringx& path)
+{
+    const vh::unique_file file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES | DELETE,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                           OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr));
+    BY_HANDLE_FILE_INFORMATION facts{};
+    return file && GetFileInformationByHandle(file.get(), &facts) && facts.nNumberOfLinks == 1 &&
+           !(facts.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT);
+}
+
+// The new file takes the name, the attributes and the access list of the old one. False when that is refused, and
+// the old file is untouched.
+bool Exchange(const stringx& made, const stringx& path, DWORD attributes)
+{
+    if (!MayGo(path))
+        return false;
+    SetFileAttributesW(made.c_str(), attributes);
+    if (ReplaceFileW(path.c_str(), made.c_str(), nullptr, 0, nullptr, nullptr))
+        return true;
+    // One of the failures leaves nothing under the old name.
+    return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && MoveFileExW(made.c_str(), path.c_str(), 0);
+}
+
+std::string ContentOf(const stringx& path)
+{
+    vh::file file;
+    if (const DWORD error = file.open(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                      FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
+        throw vh::win32_exception(error);
+    return ReadAll(file);
+}
+
+// Puts the bytes into the file as it stands. What it held comes back when that fails; when not even that can be
+// done, a copy of it stays beside the file.
+void WriteInPlace(const stringx& path, std::string_view bytes)
+{
+    const std::string before = ContentOf(path);
+    new_file copy(path);
+    WriteAll(copy.file, before);
+    copy.file.close();
+    vh::file file;
+    if (const DWORD error =
+            file.open(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
+        throw vh::win32_exception(error);
+    const auto put = [&](std::string_view content) {
+        file.seek(0, FILE_BEGIN);
+        WriteAll(file, content);
+        file.set_end();
+    };
+    try {
+        put(bytes);
+    } catch (const vh::win32_exception&) {
+        copy.stays = true;
+        put(before);
+        copy.stays = false;
+        throw;
+    }
+    file.close();
+}
+
+// A complete new file takes the place of the old one. Where the old one has to stay, because it is open without
+// leave to delete it or has other names, its content changes behind a complete copy beside it.
+void PutFile(const stringx& path, std::string_view bytes)
 {
     // Not every system keeps a read-only file from being replaced.
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && attributes & FILE_ATTRIBUTE_READONLY)
+    const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+    if (exists && attributes & FILE_ATTRIBUTE_READONLY)
         throw vh::win32_exception(ERROR_ACCESS_DENIED);
     new_file made(path);
-    try {
-        for (std::string_view rest : {mark_bytes, bytes})
-            while (!rest.empty()) {
-                const auto wanted = static_cast<DWORD>(std::min<std::size_t>(rest.size(), 1 << 20));
-                const DWORD count = made.file.write_bytes(rest.data(), wanted);
-                if (count == 0)
-                    throw vh::win32_exception(ERROR_DISK_FULL);
-                rest.remove_prefix(count);
-            }
-        made.file.close();
+    WriteAll(made.file, bytes);
+    made.file.close();
+    if (!exists) {
         if (!MoveFileExW(made.name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
             throw vh::win32_exception(GetLastError());
-    } catch (const vh::win32_exception&) {
-        // An open file can't be deleted.
-        made.file = vh::file();
-        DeleteFileW(made.name.c_str());
-        throw;
+    } else if (!Exchange(made.name, path, attributes)) {
+        WriteInPlace(path, bytes);
     }
 }
 
@@ -103,9 +180,11 @@ void PutFile(const stringx& path, std::string_view mark_bytes, std::string_view 
 
 bool inifilex::load(text path, text separator, bool keep_bare_keys)
 {
+    // Copies, in case they are texts of this document.
     const stringx wanted(path);
+    const stringx behind_keys(separator);
     clear();
-    assign(wanted, separator);
+    assign(wanted, behind_keys);
     m_keep_bare_keys = keep_bare_keys;
     m_last_error = NO_ERROR;
     try {
@@ -181,8 +260,8 @@ bool inifilex::save_as(text path, uint32_t flags, uint32_t code_page, bool mark)
         MakeFolderOf(target);
         const UINT used = m_code_page == no_code_page ? CP_ACP : m_code_page;
         try {
-            PutFile(target, m_byte_order_mark ? vh::MarkOf(used) : std::string_view(),
-                    vh::EncodeText(made_text(), used));
+            PutFile(target, std::string(m_byte_order_mark ? vh::MarkOf(used) : std::string_view())
+                                .append(vh::EncodeText(made_text(), used)));
             m_last_error = NO_ERROR;
             m_dirty = false;
             done = true;

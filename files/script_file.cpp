@@ -269,7 +269,8 @@ int32_t CVHTextFile::WriteLine(std::wstring_view text)
                 m_output += stringx(text).AsNarrow();
             m_output += "\r\n";
         }
-        m_file.seek(0, FILE_END);
+        LONG beyond_4_gb = 0;
+        m_file.seek(0, FILE_END, &beyond_4_gb);
         const auto bytes = static_cast<DWORD>(m_output.size());
         return m_file.write_bytes(m_output.data(), bytes) == bytes ? 0 : -1;
     } catch (const vh::win32_exception&) {

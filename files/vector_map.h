@@ -231,9 +231,11 @@ public:
     // The new key must not be there yet.
     void rename_at(uint32_t position, std::wstring_view key)
     {
+        // It may be a part of the old one.
+        Key made(key);
         m_index.take_out(Index::hash(m_items[position].first), position);
-        m_items[position].first = key;
-        m_index.add(Index::hash(key), position);
+        m_items[position].first = std::move(made);
+        m_index.add(Index::hash(m_items[position].first), position);
     }
     // Takes the element out and puts it behind another one.
     void move_behind(uint32_t position, uint32_t other)

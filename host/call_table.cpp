@@ -7,7 +7,7 @@ namespace host {
 namespace {
 
 constexpr CallRow rows[] = {
-    {"AddIcon", "int",
+    {"AddIcon", "int64",
      "context, folder:text, item:text, commandLine:text, workingDir:text, iconFile:text, iconIndex:int, "
      "shortcutKey:text, flags:int"},
     {"CallDLLFn", "int", "library:text, function:narrow, value:int, pointer:inout_text, third:int"},
@@ -17,11 +17,11 @@ constexpr CallRow rows[] = {
     {"ComponentViewSelectAll", "int", "view:int64, select:int"},
     {"ComponentViewSetInfo", "int", "view:int64, info:int, number:int64, text:text"},
     {"ComponentViewSetInfoEx", "int", "context, info:int, number:int"},
-    {"CreateFolder", "int", "context, folder:text"},
-    {"DeleteFolder", "int", "context, folder:text"},
-    {"DeleteIcon", "int", "context, path:text"},
+    {"CreateFolder", "int64", "context, folder:text"},
+    {"DeleteFolder", "int64", "context, folder:text"},
+    {"DeleteIcon", "int64", "context, path:text"},
     {"EnableHourGlass", "int", "context, on:int"},
-    {"EnumFoldersItems", "int", "context, folder:text, items:int64, folders:int64"},
+    {"EnumFoldersItems", "int64", "context, folder:text, items:int64, folders:int64"},
     {"GetCPUType", "int", ""},
     {"GetFontSub", "int", "context, text:out_text"},
     {"GetHandle", "int64", "context, selector:int"},
@@ -44,16 +44,16 @@ constexpr CallRow rows[] = {
     {"PathGetLongFromShort", "int", "path:text, text:buffer"},
     {"PathGetPath", "int", "path:text, text:buffer"},
     {"PathIsValidSyntax", "int", "text:text"},
-    {"QueryIcon", "int",
+    {"QueryIcon", "int64",
      "context, folder:text, item:text, commandLine:buffer, workingDir:out_text, iconFile:out_text, iconIndex:out_int, "
      "shortcutKey:out_text, flags:out_int"},
     {"ReadArrayProperty", "int", "bag:int64, name:text, value:out_variant"},
     {"ReadBoolProperty", "int", "bag:int64, name:text, value:out_int"},
     {"ReadNumberProperty", "int", "bag:int64, name:text, value:out_int"},
-    {"ReplaceIcon", "int",
+    {"ReplaceIcon", "int64",
      "context, folder:text, item:text, newItem:text, commandLine:text, workingDir:text, iconFile:text, iconIndex:int, "
      "shortcutKey:text, flags:int"},
-    {"ShowFolder", "int", "context, folder:text, command:int"},
+    {"ShowFolder", "int64", "context, folder:text, command:int"},
     {"TextSubSubstitute", "int64", "context, text:inout_bstr"},
     {"VerGetFileVersion", "int", "path:text, version:out_text"},
     {"WriteArrayProperty", "int", "bag:int64, name:text, value:variant"},
@@ -61,7 +61,7 @@ constexpr CallRow rows[] = {
     {"WriteNumberProperty", "int", "bag:int64, name:text, value:int"},
     {"WriteStringProperty", "int", "bag:int64, name:text, text:text"},
     {"_AppSearch", "int", "context"},
-    {"_BrowseForFolder", "int",
+    {"_BrowseForFolder", "int64",
      "context, title:text, message:text, editLabel:text, statusLabel:text, flags:int, path:inout_text, size_of path, "
      "verify:int"},
     {"_CCPSearch", "int", "context"},
@@ -268,7 +268,7 @@ constexpr CallRow rows[] = {
     {"_SetObjectPermissions", "int",
      "context, object:text, kind:int, domain:text, account:text, access:int, flags:int"},
     {"_SetPaletteFile", "int", "context, path:text"},
-    {"_SetShortcutProperty", "int", "context, path:text, key:text, value:text"},
+    {"_SetShortcutProperty", "int64", "context, path:text, key:text, value:text"},
     {"_SetSilentSdShowMsg", "int", "context, on:int"},
     {"_SetTitle", "int", "context, text:text, size:int, style:int"},
     {"_SetupInet", "int", "context"},

@@ -2,6 +2,7 @@
 // dropped.
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 #include <unordered_map>
 
@@ -29,50 +30,66 @@ public:
     {
         if (path.empty())
             return vh::media_no_item;
-        const auto known = m_nodes.find(path);
-        if (known != m_nodes.end()) {
+        // Scripts ask several things of one item in a row.
+        if (m_last && m_last->first.view() == path) {
+            node = &m_last->second;
+            return S_OK;
+        }
+        if (const auto known = m_nodes.find(path); known != m_nodes.end()) {
+            m_last = &*known;
             node = &known->second;
             return S_OK;
         }
 
+        // From the top down, one level after the other: a path may have any number of them.
         Items* collection = m_root.get();
-        const std::size_t slash = path.rfind(L'\\');
-        if (slash != path.npos) {
-            Node* parent = nullptr;
-            const HRESULT code = Find(path.substr(0, slash), parent);
-            if (FAILED(code))
-                return vh::NoItemCode(code);
-            collection = parent->children.get();
+        for (std::size_t begin = 0, end = 0; end != path.size(); begin = end + 1) {
+            end = std::min(path.find(L'\\', begin), path.size());
+            if (const HRESULT code = FindLevel(collection, path.substr(0, end), begin, node); FAILED(code))
+                return code;
+            collection = node->children.get();
         }
-        if (!collection)
-            return E_POINTER;
-        const vh::variant name(slash == path.npos ? path : path.substr(slash + 1));
-        vh::com_ptr<Item> item;
-        const HRESULT code = collection->Item(name.get(), item.put());
-        if (FAILED(code))
-            return vh::NoItemCode(code);
-        return Insert(path, std::move(item), node);
+        return S_OK;
     }
 
-    // Keeps the item with its child collection. Without one the code of that request is the result, and
-    // nothing is kept.
+    // Keeps the item with its child collection; a path that is known keeps what it has. Without a collection the code
+    // of that request is the result, and nothing is kept.
     HRESULT Insert(std::wstring_view path, vh::com_ptr<Item> item, Node*& node)
     {
         if (!item)
             return E_POINTER;
+        if (const auto known = m_nodes.find(path); known != m_nodes.end()) {
+            node = &known->second;
+            return S_OK;
+        }
         Node made;
         const HRESULT code = item->GetChildren(made.children.put());
         if (FAILED(code))
             return code;
         made.item = std::move(item);
-        auto known = m_nodes.find(path);
-        if (known == m_nodes.end())
-            known = m_nodes.emplace(path, std::move(made)).first;
-        node = &known->second;
+        node = &m_nodes.emplace(path, std::move(made)).first->second;
         return S_OK;
     }
 
 private:
+    // The node of a path whose last part begins at `name`; its parent has `collection`.
+    HRESULT FindLevel(Items* collection, std::wstring_view path, std::size_t name, Node*& node)
+    {
+        // Before the first backslash there is no item without a name.
+        if (path.empty())
+            return vh::media_no_item;
+        if (const auto known = m_nodes.find(path); known != m_nodes.end()) {
+            node = &known->second;
+            return S_OK;
+        }
+        if (!collection)
+            return E_POINTER;
+        vh::com_ptr<Item> item;
+        const vh::variant wanted(path.substr(name));
+        const HRESULT code = collection->Item(wanted.get(), item.put());
+        return FAILED(code) ? vh::NoItemCode(code) : Insert(path, std::move(item), node);
+    }
+
     struct hash {
         using is_transparent = void;
         std::size_t operator()(std::wstring_view path) const { return std::hash<std::wstring_view>()(path); }
@@ -83,6 +100,7 @@ private:
     };
 
     std::unordered_map<stringx, Node, hash, equal> m_nodes;
+    typename decltype(m_nodes)::value_type* m_last = nullptr;
     vh::com_ptr<Items> m_root;
 };
 

@@ -51,7 +51,7 @@ int32_t CVHSecondaryFileMedia::MoveData(int32_t, ObjectContext* context)
         return FAILED(code) ? code : 0;
 
     uint64_t bytes = 0;
-    const HRESULT summed = vh::ForEachItem(m_collection.get(), first_moved, [&](ISetupComponent* item) {
+    const HRESULT summed = vh::ForEachItem(m_collection.get(), first_moved, count, [&](ISetupComponent* item) {
         vh::com_ptr<ISetupCosts> costs;
         uint64_t own = 0;
         HRESULT code = item->GetCosts(costs.put());
@@ -63,9 +63,9 @@ int32_t CVHSecondaryFileMedia::MoveData(int32_t, ObjectContext* context)
     if (FAILED(summed))
         return summed;
     vh::com_ptr<IUnknown> progress;
-    if (const HRESULT code = vh::StatusOf(*context).BeginTransfer(bytes, progress); FAILED(code))
+    if (const HRESULT code = vh::BeginTransfer(*context, bytes, progress); FAILED(code))
         return code;
-    return vh::ForEachItem(m_collection.get(), first_moved,
+    return vh::ForEachItem(m_collection.get(), first_moved, count,
                            [&](ISetupComponent* item) { return item->Move(progress.get()); });
 }
 

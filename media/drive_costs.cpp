@@ -9,24 +9,24 @@ HRESULT MergeCosts(ISetupCosts* costs, merge how, drive_costs& map)
     if (!costs)
         return E_POINTER;
     variant holder;
-    HRESULT code = costs->GetDrives(holder.put());
-    if (FAILED(code))
+    if (const HRESULT code = costs->GetDrives(holder.put()); FAILED(code))
         return code;
     safe_array drives(holder);
-    const long last = drives.last();
-    for (long index = drives.first(); index <= last; ++index) {
-        const variant drive = drives.at(index);
+    const HRESULT code = drives.for_each([&](const variant& drive) -> HRESULT {
         const bstr name(drive.text());
         unsigned long low = 0;
         unsigned long high = 0;
-        if (FAILED(code = costs->GetDriveLow(name.get(), &low)) ||
-            FAILED(code = costs->GetDriveHigh(name.get(), &high)))
-            return code;
+        HRESULT read = costs->GetDriveLow(name.get(), &low);
+        if (SUCCEEDED(read))
+            read = costs->GetDriveHigh(name.get(), &high);
+        if (FAILED(read))
+            return read;
         uint64_t& bytes = map[stringx(name.view())];
         bytes = Combine(low, high) + (how == merge::add ? bytes : 0);
-    }
+        return S_OK;
+    });
     drives.destroy();
-    return S_OK;
+    return code;
 }
 
 HRESULT ReadTotal(ISetupCosts* costs, uint64_t& bytes)

@@ -23,7 +23,7 @@ HRESULT CVHFileMedia::BeginProgress(ObjectContext& context, vh::com_ptr<IUnknown
     uint64_t bytes = 0;
     if (const HRESULT code = vh::ReadTotal(costs.get(), bytes); FAILED(code))
         return code;
-    return vh::StatusOf(context).BeginTransfer(bytes, progress);
+    return vh::BeginTransfer(context, bytes, progress);
 }
 
 int32_t CVHFileMedia::MoveData(int32_t value, ObjectContext* context)
@@ -102,7 +102,7 @@ int32_t CVHFileMedia::SelectNew(bool flag)
 {
     vh::com_ptr<ISetupFeatureModes> modes;
     const HRESULT code = m_featureHost.query(modes);
-    return FAILED(code) ? code : modes->SelectNew(flag ? 2 : 0);
+    return FAILED(code) ? code : vh::FailureOnly(modes->SelectNew(flag ? 2 : 0));
 }
 
 int32_t CVHFileMedia::GetErrorObject(IUnknown** error)
@@ -148,16 +148,12 @@ int32_t CVHFileMedia::GetFilteringInfo(int32_t kind, CVHList& list)
     vh::variant holder;
     if (const HRESULT code = modes->GetFilteringNumbers(kind, holder.put()); FAILED(code))
         return code;
-    const vh::safe_array numbers(holder);
-    const long last = numbers.last();
-    for (long index = numbers.first(); index <= last; ++index) {
-        vh::variant number = numbers.at(index);
-        number.change(VT_I4);
+    return vh::safe_array(holder).for_each([&](vh::variant& number) -> int32_t {
+        if (const HRESULT code = number.change(VT_I4); FAILED(code))
+            return code;
         const int32_t value = number.get().lVal;
-        if (const int32_t failed = list.AddItem(&value, ListAddAfter))
-            return failed;
-    }
-    return 0;
+        return list.AddItem(&value, ListAddAfter);
+    });
 }
 
 namespace {

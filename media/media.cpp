@@ -1,5 +1,9 @@
 #include "media.h"
 
+#include <utility>
+
+#include "../scriptdata/results.h"
+
 CVHRTMedia::CVHRTMedia() : m_mediaName(L"<Data>") {}
 
 int32_t CVHRTMedia::Fail(int32_t code, text error_text)
@@ -33,32 +37,67 @@ int32_t CVHRTMedia::ListItems(text parent, std::vector<stringx>& items, int32_t&
     return 0;
 }
 
+// One open level of a tree fill: the item whose children are being added.
+struct CVHRTMedia::tree_level {
+    vh::tree_item parent;
+    int32_t depth;
+    int32_t children;
+    int32_t index = 0;
+    // How much of the path names the item.
+    std::size_t length;
+};
+
 int32_t CVHRTMedia::AddTreeChildren(vh::tree_fill& view, text item, vh::tree_item parent, int32_t depth)
 {
-    int32_t children = 0;
-    if (const int32_t failed = GetChildCount(item, children, 0))
-        return failed;
-    for (int32_t index = 1; index <= children; ++index) {
-        stringx name;
-        if (const int32_t failed = GetChild(item, index, name))
-            return failed;
-        const stringx path = vh::JoinItem(item, name);
-        bool visible = false;
-        if (const int32_t failed = IsVisible(path, visible))
-            return failed;
-        if (!visible)
+    stringx path(item);
+    std::vector<tree_level> open;
+    int32_t failed = OpenTreeLevel(open, path, parent, depth);
+    while (!failed && !open.empty()) {
+        tree_level& level = open.back();
+        path.resize(level.length);
+        if (level.index == level.children) {
+            if (level.parent)
+                view.EnsureVisible(level.parent);
+            open.pop_back();
             continue;
-        if (const int32_t failed = AddTreeItem(view, path, parent, depth))
-            return failed;
+        }
+        stringx name;
+        if ((failed = GetChild(path, ++level.index, name)))
+            break;
+        if (!path.empty())
+            path += L'\\';
+        path += name;
+        bool visible = false;
+        if ((failed = IsVisible(path, visible)))
+            break;
+        vh::tree_item below = level.parent;
+        int32_t depth_below = level.depth;
+        if (visible && !(failed = AddTreeNode(view, path, below, depth_below)) && depth_below)
+            failed = OpenTreeLevel(open, path, below, depth_below);
     }
-    if (parent)
-        view.EnsureVisible(parent);
-    return 0;
+    return failed;
 }
 
 int32_t CVHRTMedia::AddTreeItem(vh::tree_fill& view, text item, vh::tree_item parent, int32_t depth)
 {
-    if (depth == 0)
+    if (const int32_t failed = AddTreeNode(view, item, parent, depth))
+        return failed;
+    return depth ? AddTreeChildren(view, item, parent, depth) : 0;
+}
+
+int32_t CVHRTMedia::OpenTreeLevel(std::vector<tree_level>& open, text path, vh::tree_item parent, int32_t depth)
+{
+    int32_t children = 0;
+    const int32_t failed = GetChildCount(path, children, 0);
+    if (!failed)
+        open.push_back({.parent = parent, .depth = depth, .children = children, .length = path.size()});
+    return failed;
+}
+
+int32_t CVHRTMedia::AddTreeNode(vh::tree_fill& view, text item, vh::tree_item& tree, int32_t& depth)
+{
+    const int32_t levels = std::exchange(depth, 0);
+    if (levels == 0)
         return 0;
     vh::tree_node node;
     node.name = item;
@@ -80,17 +119,17 @@ int32_t CVHRTMedia::AddTreeItem(vh::tree_fill& view, text item, vh::tree_item pa
     if (const int32_t failed = GetChildCount(item, node.visible_children, 1))
         return failed;
 
-    const vh::tree_item inserted = view.Insert(parent, node);
-    if (inserted) {
-        if (!item.empty()) {
-            int32_t cookie = 0;
-            Advise(item, view.Events(), inserted, cookie);
-        }
-        if (depth == 1 || node.visible_children == 0)
-            return 0;
-        --depth;
+    tree = view.Insert(tree, node);
+    depth = levels;
+    if (!tree)
+        return 0;
+    if (!item.empty()) {
+        int32_t cookie = 0;
+        Advise(item, view.Events(), tree, cookie);
     }
-    return AddTreeChildren(view, item, inserted, depth);
+    // A negative depth has no end.
+    depth = node.visible_children == 0 ? 0 : levels > 0 ? levels - 1 : levels;
+    return 0;
 }
 
 int32_t CVHRTMedia::AddItem(text, int32_t, bool) { return NotSupported(); }
@@ -143,16 +182,15 @@ std::wstring_view LastComponent(std::wstring_view path)
     return slash == path.npos ? path : path.substr(slash + 1);
 }
 
-stringx ExpandLineEnds(std::wstring_view text)
+int32_t CopyOutLines(std::wstring_view text, wchar_t* buffer, int32_t size)
 {
-    stringx expanded;
-    expanded.reserve(text.size());
-    for (std::size_t found; (found = text.find(L"\\n")) != text.npos; text.remove_prefix(found + 2)) {
-        expanded += text.substr(0, found);
-        expanded += L"\r\n";
-    }
-    expanded += text;
-    return expanded;
+    const int32_t result = CopyOut(text, buffer, size);
+    if (result == 0)
+        for (std::size_t at = 0; (at = text.find(L"\\n", at)) != text.npos; at += 2) {
+            buffer[at] = L'\r';
+            buffer[at + 1] = L'\n';
+        }
+    return result;
 }
 
 } // namespace vh

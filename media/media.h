@@ -95,6 +95,11 @@ protected:
     stringx m_mediaName;
 
 private:
+    struct tree_level;
+
+    int32_t OpenTreeLevel(std::vector<tree_level>& open, text path, vh::tree_item parent, int32_t depth);
+    // Adds one item below `tree`, which becomes its own; `depth` becomes what is left for its children, 0 for none.
+    int32_t AddTreeNode(vh::tree_fill& view, text item, vh::tree_item& tree, int32_t& depth);
     int32_t NotSupported() { return Fail(vh::media_not_supported); }
 
     stringx m_errorText;
@@ -118,7 +123,7 @@ item_split SplitItem(std::wstring_view path);
 // Behind the last backslash, or all.
 std::wstring_view LastComponent(std::wstring_view path);
 
-// Every two units backslash and n become carriage return and line feed.
-stringx ExpandLineEnds(std::wstring_view text);
+// CopyOut of a text whose every two units backslash and n become carriage return and line feed.
+int32_t CopyOutLines(std::wstring_view text, wchar_t* buffer, int32_t size);
 
 } // namespace vh

@@ -10,10 +10,14 @@ CVHRTMediaError& CVHRTMediaError::ErrorMedia()
 
 CVHRTMedia& MediaTable::Find(std::wstring_view name)
 {
+    // Scripts use one media many times in a row.
+    if (m_lastFound && m_lastMedia.view() == name)
+        return *m_lastFound;
     m_lastMedia = name;
     const auto found = m_media.find(name);
-    if (found != m_media.end())
-        return *found->second;
+    m_lastFound = found == m_media.end() ? nullptr : found->second.get();
+    if (m_lastFound)
+        return *m_lastFound;
     CVHRTMediaError& error = CVHRTMediaError::ErrorMedia();
     error.Fail(vh::media_no_media);
     return error;

@@ -140,7 +140,7 @@ int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_
         int32_t copied = 0;
         const int32_t found = WithItem(item, [&](tree& entry) {
             const stringx& value = TextsOf(entry).*which;
-            copied = vh::CopyOut(lines ? vh::ExpandLineEnds(value) : value, buffer, length);
+            copied = lines ? vh::CopyOutLines(value, buffer, length) : vh::CopyOut(value, buffer, length);
         });
         return found == 0 ? copied : found;
     };
@@ -157,7 +157,7 @@ int32_t CVHScriptMedia::GetData(text item, int32_t code, int32_t* number, wchar_
     case vh::attribute_display_name: {
         stringx value;
         const int32_t found = GetDisplayName(item, value);
-        return found == 0 ? vh::CopyOut(vh::ExpandLineEnds(value), buffer, length) : found;
+        return found == 0 ? vh::CopyOutLines(value, buffer, length) : found;
     }
     case vh::attribute_visible:
         return WithItem(item, [&](tree& entry) { *number = entry.data.visible; });

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "../scriptdata/com_ptr.h"
@@ -53,7 +54,10 @@ template <class T, wchar_t Separator>
 class tree {
 public:
     tree() = default;
-    tree(tree* parent, std::wstring_view key, std::size_t hash) : m_parent(parent), m_key(key), m_hash(hash) {}
+    tree(tree* parent, std::wstring_view key) : m_parent(parent), m_key(key) {}
+    tree(const tree&) = delete;
+    tree& operator=(const tree&) = delete;
+    ~tree();
 
     T data;
 
@@ -66,27 +70,42 @@ public:
     // Null when a component of the path is missing. Keys compare by unit.
     tree* Find(std::wstring_view wanted)
     {
-        const split parts = Split(wanted);
-        tree* entry = FindChild(parts.head);
-        return !entry || parts.tail.empty() ? entry : entry->Find(parts.tail);
+        tree* entry = this;
+        do {
+            const split parts = Split(wanted);
+            entry = entry->FindChild(parts.head);
+            wanted = parts.tail;
+        } while (entry && !wanted.empty());
+        return entry;
     }
 
     // The tree at the path; missing ancestors are made on the way.
     tree& Create(std::wstring_view wanted)
     {
-        if (wanted.empty())
-            return *this;
-        const split parts = Split(wanted);
-        return GetOrCreate(parts.head).Create(parts.tail);
+        tree* entry = this;
+        while (!wanted.empty()) {
+            const split parts = Split(wanted);
+            entry = &entry->GetOrCreate(parts.head);
+            wanted = parts.tail;
+        }
+        return *entry;
     }
 
-    // Depth first, without this tree's own record.
+    // Depth first, without this tree's own record. The levels that are open stand in a stack of their own.
     template <class Visit>
     void ForEachBelow(Visit&& visit)
     {
-        for (std::size_t position = 0; position < size(); ++position) {
-            visit(at(position));
-            at(position).ForEachBelow(visit);
+        std::vector<std::pair<tree*, std::size_t>> open{{this, 0}};
+        while (!open.empty()) {
+            auto& [entry, position] = open.back();
+            if (position == entry->size()) {
+                open.pop_back();
+                continue;
+            }
+            tree& below = entry->at(position++);
+            visit(below);
+            if (below.size())
+                open.emplace_back(&below, 0);
         }
     }
 
@@ -103,65 +122,92 @@ private:
         return at == path.npos ? split{path, {}} : split{path.substr(0, at), path.substr(at + 1)};
     }
 
-    static std::size_t Hash(std::wstring_view key) { return std::hash<std::wstring_view>()(key); }
+    static uint32_t Hash(std::wstring_view key) { return static_cast<uint32_t>(std::hash<std::wstring_view>()(key)); }
     tree* FindChild(std::wstring_view key) const;
     tree& GetOrCreate(std::wstring_view key);
 
     tree* m_parent = nullptr;
     stringx m_key;
-    std::size_t m_hash = 0;
     std::unique_ptr<children> m_children;
 };
 
-// Entries stand in blocks and never move. The slots are a hash of the keys with open addressing; an entry keeps
-// its hash, so that growing reads no key.
+// Entries stand in blocks and never move. The slots are a hash of the keys with open addressing; each keeps its
+// entry's hash, so that neither a search nor growing touches an entry in vain.
 template <class T, wchar_t Separator>
 struct tree<T, Separator>::children {
+    struct slot {
+        uint32_t hash = 0;
+        // From 1 on; 0 is a free slot.
+        uint32_t number = 0;
+    };
+
     std::deque<tree> items;
-    std::vector<tree*> slots = std::vector<tree*>(8);
+    std::vector<slot> slots = std::vector<slot>(8);
+    // The next of those that wait for their end.
+    std::unique_ptr<children> next;
 
     // The slot of the key, or the free one where it belongs.
-    tree*& SlotOf(std::wstring_view key, std::size_t hash)
+    slot& SlotOf(std::wstring_view key, uint32_t hash)
     {
-        return Probe(hash, [&](const tree& entry) { return entry.m_hash == hash && entry.m_key == key; });
+        return Probe(hash, [&](const slot& one) { return one.hash == hash && items[one.number - 1].m_key == key; });
     }
     void Grow()
     {
-        slots.assign(slots.size() * 2, nullptr);
-        for (tree& entry : items)
-            Probe(entry.m_hash, [](const tree&) { return false; }) = &entry;
+        std::vector<slot> old(slots.size() * 2);
+        old.swap(slots);
+        for (const slot& one : old)
+            if (one.number)
+                Probe(one.hash, [](const slot&) { return false; }) = one;
     }
 
 private:
     template <class Wanted>
-    tree*& Probe(std::size_t hash, Wanted&& wanted)
+    slot& Probe(uint32_t hash, Wanted&& wanted)
     {
         const std::size_t mask = slots.size() - 1;
         std::size_t at = hash & mask;
-        while (slots[at] && !wanted(*slots[at]))
+        while (slots[at].number && !wanted(slots[at]))
             at = (at + 1) & mask;
         return slots[at];
     }
 };
 
+// Children whose end has come hand theirs to the queue, so that depth costs no stack.
+template <class T, wchar_t Separator>
+tree<T, Separator>::~tree()
+{
+    for (auto queue = std::move(m_children); queue;) {
+        const auto ending = std::exchange(queue, std::move(queue->next));
+        for (tree& entry : ending->items) {
+            if (!entry.m_children)
+                continue;
+            entry.m_children->next = std::move(queue);
+            queue = std::move(entry.m_children);
+        }
+    }
+}
+
 template <class T, wchar_t Separator>
 tree<T, Separator>* tree<T, Separator>::FindChild(std::wstring_view key) const
 {
-    return m_children ? m_children->SlotOf(key, Hash(key)) : nullptr;
+    const auto slot = m_children ? m_children->SlotOf(key, Hash(key)) : typename children::slot();
+    return slot.number ? &m_children->items[slot.number - 1] : nullptr;
 }
 
 template <class T, wchar_t Separator>
 tree<T, Separator>& tree<T, Separator>::GetOrCreate(std::wstring_view key)
 {
-    const std::size_t hash = Hash(key);
+    const uint32_t hash = Hash(key);
     if (!m_children)
         m_children = std::make_unique<children>();
-    if (tree* found = m_children->SlotOf(key, hash))
-        return *found;
     auto& items = m_children->items;
+    if (const auto found = m_children->SlotOf(key, hash); found.number)
+        return items[found.number - 1];
     if ((items.size() + 1) * 2 > m_children->slots.size())
         m_children->Grow();
-    return *(m_children->SlotOf(key, hash) = &items.emplace_back(this, key, hash));
+    tree& made = items.emplace_back(this, key);
+    m_children->SlotOf(key, hash) = {hash, static_cast<uint32_t>(items.size())};
+    return made;
 }
 
 } // namespace vh

@@ -26,4 +26,9 @@ HRESULT StatusBlock::BeginTransfer(uint64_t bytes, com_ptr<IUnknown>& sink)
     return code > 0 ? S_OK : code;
 }
 
+HRESULT BeginTransfer(ObjectContext& context, uint64_t bytes, com_ptr<IUnknown>& sink)
+{
+    return IsSuite(context) ? S_OK : StatusOf(context).BeginTransfer(bytes, sink);
+}
+
 } // namespace vh

@@ -30,4 +30,7 @@ struct StatusBlock {
 StatusBlock& StatusOf(ObjectContext& context);
 bool IsSuite(const ObjectContext& context);
 
+// The same for a context's transfer; a suite shows no status, and its progress object is null.
+HRESULT BeginTransfer(ObjectContext& context, uint64_t bytes, com_ptr<IUnknown>& sink);
+
 } // namespace vh

@@ -12,9 +12,12 @@ namespace vh {
 template <class Item>
 HRESULT ItemAt(ISetupCollection<Item>* collection, long index, com_ptr<Item>& item, HRESULT no_item = media_no_item)
 {
-    const variant position(index);
-    const HRESULT code = collection->Item(position.get(), item.put());
-    return SUCCEEDED(code) && !item ? E_POINTER : NoItemCode(code, no_item);
+    // A number owns nothing, so that it needs no holder.
+    VARIANT position;
+    position.vt = VT_I4;
+    position.lVal = index;
+    const HRESULT code = collection->Item(position, item.put());
+    return NoItemCode(Given(code, item), no_item);
 }
 
 // The same by name.
@@ -24,24 +27,34 @@ HRESULT ItemNamed(ISetupCollection<Item>* collection, std::wstring_view name, co
 {
     const variant wanted(name);
     const HRESULT code = collection->Item(wanted.get(), item.put());
-    return SUCCEEDED(code) && !item ? E_POINTER : NoItemCode(code, no_item);
+    return NoItemCode(Given(code, item), no_item);
 }
 
-// Visits the items from a 1-based index to the end; the first failure ends the walk and is the result.
+// Visits the items from a 1-based index to another; the first failure ends the walk and is the result.
+template <class Item, class Visit>
+HRESULT ForEachItem(ISetupCollection<Item>* collection, long first, long last, Visit&& visit,
+                    HRESULT no_item = media_no_item)
+{
+    for (long index = first; index <= last; ++index) {
+        com_ptr<Item> item;
+        HRESULT code = ItemAt(collection, index, item, no_item);
+        if (SUCCEEDED(code))
+            code = visit(item.get());
+        if (FAILED(code))
+            return code;
+    }
+    return S_OK;
+}
+
+// The same to the end, as the collection counts.
 template <class Item, class Visit>
 HRESULT ForEachItem(ISetupCollection<Item>* collection, long first, Visit&& visit, HRESULT no_item = media_no_item)
 {
     if (!collection)
         return E_POINTER;
     long count = 0;
-    HRESULT code = collection->Count(&count);
-    for (long index = first; SUCCEEDED(code) && index <= count; ++index) {
-        com_ptr<Item> item;
-        code = ItemAt(collection, index, item, no_item);
-        if (SUCCEEDED(code))
-            code = visit(item.get());
-    }
-    return FAILED(code) ? code : S_OK;
+    const HRESULT code = collection->Count(&count);
+    return FAILED(code) ? code : ForEachItem(collection, first, count, visit, no_item);
 }
 
 } // namespace vh

@@ -11,12 +11,9 @@ namespace vh {
 // matters only when there is one: then the answer is -1.
 inline int32_t AddTexts(ObjectContext& context, ListHandle list, const safe_array& texts)
 {
-    for (long i = texts.first(), last = texts.last(); i <= last; ++i) {
-        const variant text = texts.at(i);
-        if (context.lists.Find(list).AddString(stringx(text.text()).c_str(), ListAddAfter) < 0)
-            return -1;
-    }
-    return 0;
+    return texts.for_each([&](const variant& text) {
+        return context.lists.Find(list).AddString(stringx(text.text()).c_str(), ListAddAfter) < 0 ? -1 : 0;
+    });
 }
 
 } // namespace vh

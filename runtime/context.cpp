@@ -60,12 +60,17 @@ void WaitHandles::WaitForAll() const { WaitForMultipleObjects(m_count, m_handles
 
 ListHandle ListTable::Create(int32_t type)
 {
-    switch (type) {
-    case -1:
-        return m_lists.Add(std::make_unique<CNumList>());
-    case 0:
-        return m_lists.Add(std::make_unique<CStringxList>());
-    default:
+    try {
+        switch (type) {
+        case -1:
+            return m_lists.Add(std::make_unique<CNumList>());
+        case 0:
+            return m_lists.Add(std::make_unique<CStringxList>());
+        default:
+            return -1;
+        }
+    } catch (const std::exception&) {
+        // Without memory there is no list.
         return -1;
     }
 }
@@ -189,11 +194,13 @@ void ObjectContext::ChooseSkin(std::wstring_view source_dir)
 {
     const vh::fact name(info.get(), vh::fact_skin_file);
     stringx skin(name.text());
-    const vh::fact session(info.get(), vh::fact_installer_session);
-    if (!skin.empty() && session.known && !session.truth()) {
-        stringx joined(source_dir);
-        vh::PathAppend(joined, skin.view());
-        skin = std::move(joined);
+    if (!skin.empty()) {
+        const vh::fact session(info.get(), vh::fact_installer_session);
+        if (session.known && !session.truth()) {
+            stringx joined(source_dir);
+            vh::PathAppend(joined, skin.view());
+            skin = std::move(joined);
+        }
     }
     dialogs.SetSkin(skin);
 }

@@ -85,12 +85,20 @@ public:
         found.reset();
         if (!m_pointer)
             return E_POINTER;
-        return m_pointer->QueryInterface(iid_of<Wanted>, found.put_void());
+        const HRESULT code = m_pointer->QueryInterface(iid_of<Wanted>, found.put_void());
+        return SUCCEEDED(code) && !found ? E_NOINTERFACE : code;
     }
 
 private:
     Interface* m_pointer = nullptr;
 };
+
+// The code of a call that gives an object: a success without one is a failure.
+template <class Interface>
+HRESULT Given(HRESULT code, const com_ptr<Interface>& object)
+{
+    return SUCCEEDED(code) && !object ? E_POINTER : code;
+}
 
 // A reference without a declared interface, held under IUnknown after a query for `id`.
 inline com_ptr<IUnknown> QueryUnknown(IUnknown* object, const GUID& id)

@@ -146,6 +146,13 @@ int32_t CStringxList::GetType() { return ListTypeString; }
 
 int32_t CStringxList::AddString(const wchar_t* text, int32_t mode) { return Add(text, mode); }
 
+int32_t CStringxList::TakeString(stringx&& text, int32_t mode)
+{
+    // A script's text ends at its first NUL.
+    text.resize(std::wcslen(text.c_str()));
+    return Add(std::move(text), mode);
+}
+
 int32_t CStringxList::SetCurrentString(const wchar_t* text)
 {
     if (Empty())

@@ -43,6 +43,8 @@ public:
     virtual int32_t GetIndex(int32_t* index) = 0;
     virtual int32_t Count() = 0;
     virtual int32_t DeleteAll() = 0;
+    // AddString of a text that the caller has no more use for.
+    virtual int32_t TakeString(stringx&& text, int32_t mode) { return AddString(text.c_str(), mode); }
 };
 
 // What both types share. `m_current` is a real element whenever there is one; `m_index` is its place, kept
@@ -115,6 +117,7 @@ public:
     int32_t FindString(const wchar_t* text) override;
     int32_t ReadFromFile(const wchar_t* path) override;
     int32_t WriteToFile(const wchar_t* path, int32_t flags) override;
+    int32_t TakeString(stringx&& text, int32_t mode) override;
 
 private:
     int32_t Deliver(wchar_t* buffer, int32_t size);

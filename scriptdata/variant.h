@@ -131,17 +131,30 @@ public:
     // The element as a variant, for arrays of VARIANT, BSTR and plain numbers alike.
     variant at(long index) const
     {
-        VARTYPE type = VT_EMPTY;
-        check(SafeArrayGetVartype(m_array, &type));
         variant element;
-        VARIANT& value = element.get();
-        if (type == VT_VARIANT) {
-            check(SafeArrayGetElement(m_array, &index, &value));
-        } else {
-            check(SafeArrayGetElement(m_array, &index, &value.llVal));
-            value.vt = type;
-        }
+        check(read(index, element));
         return element;
+    }
+
+    // Visits the elements in their order; an answer other than 0 ends the walk and is the result. An absent array has
+    // no elements; one of several dimensions, or of elements that can't be told, is a failure.
+    template <class Visit>
+    int32_t for_each(Visit&& visit) const
+    {
+        if (m_array && SafeArrayGetDim(m_array) != 1)
+            return DISP_E_TYPEMISMATCH;
+        const long end = last();
+        for (long index = first(); index <= end; ++index) {
+            variant element;
+            const HRESULT code = read(index, element);
+            if (code == E_OUTOFMEMORY)
+                ThrowOutOfMemory();
+            if (FAILED(code))
+                return code;
+            if (const int32_t result = visit(element))
+                return result;
+        }
+        return 0;
     }
 
     // Ends the array now; a failure is raised.
@@ -156,6 +169,21 @@ private:
     {
         if (FAILED(code))
             throw safe_array_exception(code);
+    }
+
+    HRESULT read(long index, variant& element) const
+    {
+        VARTYPE type = VT_EMPTY;
+        HRESULT code = SafeArrayGetVartype(m_array, &type);
+        if (FAILED(code))
+            return code;
+        VARIANT& value = element.get();
+        if (type == VT_VARIANT)
+            return SafeArrayGetElement(m_array, &index, &value);
+        code = SafeArrayGetElement(m_array, &index, &value.llVal);
+        if (SUCCEEDED(code))
+            value.vt = type;
+        return code;
     }
 
     SAFEARRAY* m_array = nullptr;

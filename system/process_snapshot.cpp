@@ -29,13 +29,12 @@ uint32_t ParentOf(uint32_t id)
     return static_cast<uint32_t>(facts.parent);
 }
 
-// Some systems list processes without their parents; then each is asked.
+// Some systems list processes without their parents; then they are asked. The idle process has none.
 void AddMissingParents(std::vector<ProcessEntry>& entries)
 {
-    if (std::any_of(entries.begin(), entries.end(), [](const ProcessEntry& entry) { return entry.parent != 0; }))
-        return;
     for (ProcessEntry& entry : entries)
-        entry.parent = ParentOf(entry.id);
+        if (entry.parent == 0 && entry.id != 0)
+            entry.parent = ParentOf(entry.id);
 }
 
 } // namespace

@@ -24,9 +24,8 @@ struct ISetupBasicFeatureStateEvents : IUnknown {
     VH_SLOT(3) OnStateChanged(LONG64 item, long selected, long locked) = 0;
 };
 
-// The layout that items of both kinds share; `Collection` is the kind's own collection.
-template <class Collection>
-struct ISetupItem : IDispatch {
+// What items of both kinds have in common: everything before their children.
+struct ISetupAnyItem : IDispatch {
     VH_SLOTS_FROM(7);
     VH_SLOT(7) GetName(BSTR* name) = 0;
     VH_SLOT(8) GetDisplayName(BSTR* text) = 0;
@@ -59,6 +58,12 @@ struct ISetupItem : IDispatch {
     VH_SLOT(34) Advise(ISetupBasicFeatureStateEvents* view, LONG64 viewItem, long* cookie) = 0;
     VH_SLOT(35) Unadvise(long cookie) = 0;
     VH_SLOT(36) GetSize(VARIANT_BOOL wholeTree, unsigned long* low, unsigned long* high) = 0;
+};
+
+// The layout that items of both kinds share; `Collection` is the kind's own collection.
+template <class Collection>
+struct ISetupItem : ISetupAnyItem {
+    VH_SLOTS_FROM(37);
     VH_SLOT(37) GetChildren(Collection** children) = 0;
     VH_UNNAMED(38)
     VH_UNNAMED(39)

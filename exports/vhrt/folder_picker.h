@@ -24,6 +24,6 @@ enum {
    `path`, of `size` units, holds the starting folder; it loses one backslash at its end at once, and after OK it holds
    the answer. On a thread that is in a multithreaded apartment the dialog has its old style. Result: 1 picked, 2
    cancelled, -1 for a null `path`, no room, or an answer that does not fit. */
-VHRT_FUNCTION(int32_t)
+VHRT_FUNCTION(int64_t)
 _BrowseForFolder(ObjectContext* context, const wchar_t* title, const wchar_t* message, const wchar_t* editLabel,
                  const wchar_t* statusLabel, int32_t flags, wchar_t* path, int32_t size, int32_t verify);

@@ -291,6 +291,18 @@ TEST(Phases, ReachTheHostAndItsObjects)
     EXPECT_GE(count, 0);
     variant host;
     EXPECT_EQ(_GetObject(session, L"", host.put()), _GetObjectByIndex(session, 0, host.put()));
+    variant object;
+    for (const auto& [code, result] : {std::pair<HRESULT, int32_t>{HRESULT{static_cast<int32_t>(0x8004F069)}, -105},
+                                       {E_ABORT, E_ABORT},
+                                       {S_FALSE, E_FAIL}}) {
+        session.calls().FailCall(L"ISetupObjects.Item", code);
+        EXPECT_EQ(_GetObject(session, L"none", object.put()), result);
+        EXPECT_EQ(_GetObjectByIndex(session, 7, object.put()), result);
+    }
+    VARIANT unclear{};
+    unclear.vt = 0x0FFF;
+    EXPECT_EQ(_GetObject(session, L"none", &unclear), DISP_E_BADVARTYPE);
+    EXPECT_EQ(_GetObjectByIndex(session, 7, &unclear), DISP_E_BADVARTYPE);
     EXPECT_EQ(_RebootPutString(session, L"a", nullptr, L"c"), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupReboot.PutString(\"a\", null, \"c\")"), 1);
 }

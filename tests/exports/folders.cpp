@@ -30,7 +30,7 @@ protected:
         options.silent = true;
         return options;
     }
-    int32_t Add(const wchar_t* item, const wchar_t* command, int32_t flags = 0) const
+    int64_t Add(const wchar_t* item, const wchar_t* command, int32_t flags = 0) const
     {
         return AddIcon(*session, L"Group\\", item, command, L"C:\\work", L"", 0, L"", flags);
     }
@@ -105,7 +105,13 @@ TEST_F(Folders, GetRealShortcuts)
     EXPECT_STREQ(key, L"None");
     EXPECT_EQ(index, 0);
     EXPECT_EQ(flags, IconNormal);
+    session->calls().Reset();
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 22, directory, icon, &index, key, &flags), 23);
+    EXPECT_EQ(session->CallsOf(L"ISetupShortcut.GetWorkingDir"), 0) << "nothing is asked behind a refused command line";
+    session->calls().FailCall(L"ISetupShell.OpenItem", S_FALSE);
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_POINTER)
+        << "a success without a shortcut";
+    session->calls().Reset();
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Third", command, 32, directory, icon, &index, key, &flags),
               HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"", command, 32, directory, icon, &index, key, &flags), -1);

@@ -1,5 +1,6 @@
 // Media on engine data, through the component exports.
 #include <cstring>
+#include <functional>
 
 #include <gtest/gtest.h>
 
@@ -142,6 +143,65 @@ TEST(FileMedia, ReadsAndWritesAttributes)
     _ComponentSetData(session, data, L"Core", 0, 0, L"four");
     int32_t number = 0;
     EXPECT_EQ(_ComponentGetData(session, data, L"Core", 0, &number, small, 4), 5);
+}
+
+// A success of another kind is nothing that a script should meet.
+TEST(FileMedia, GivesZeroForEverySuccessOfTheEngine)
+{
+    const Session session(R"(, "setupTypes": [{"name": "All", "features": ["*"]}])");
+    int32_t number = 0;
+    wchar_t text[64];
+    const auto get = [&](int32_t code) { return _ComponentGetData(session, data, L"Core", code, &number, text, 64); };
+    const auto set = [&](int32_t code) { return _ComponentSetData(session, data, L"Core", code, 1, L"x"); };
+    const struct {
+        const wchar_t* call;
+        std::function<int32_t()> run;
+    } cases[] = {
+        {L"ISetupItem.SetDescription", [&] { return set(0); }},
+        {L"ISetupItem.SetLongText", [&] { return set(1); }},
+        {L"ISetupItem.SetVisible", [&] { return set(2); }},
+        {L"ISetupItem.SetSelected", [&] { return set(8); }},
+        {L"ISetupItem.SetMiscText", [&] { return set(11); }},
+        {L"ISetupItem.SetDisplayOrder", [&] { return set(14); }},
+        {L"ISetupItem.SetDisplayName", [&] { return set(15); }},
+        {L"ISetupItem.SetText17", [&] { return set(17); }},
+        {L"ISetupItem.SetText18", [&] { return set(18); }},
+        {L"ISetupItem.GetDescription", [&] { return get(0); }},
+        {L"ISetupItem.GetVisible", [&] { return get(2); }},
+        {L"ISetupItem.GetStatus", [&] { return get(5); }},
+        {L"ISetupItem.GetNeedsValidation", [&] { return get(6); }},
+        {L"ISetupItem.GetFlags", [&] { return get(13); }},
+        {L"ISetupItem.GetDisplayOrder", [&] { return get(14); }},
+        {L"ISetupItem.GetFlags", [&] { return get(24); }},
+        {L"ISetupItem.GetSize", [&] { return _ComponentGetItemSize(session, data, L"Core", &number); }},
+        {L"ISetupData.FilterLanguage", [&] { return _ComponentFilterLanguage(session, data, 1, 1); }},
+        {L"ISetupDataEx.FilterOS", [&] { return _ComponentFilterOS(session, data, 1, 1, 1); }},
+        {L"ISetupFeatureModes.SelectNew", [&] { return _ComponentSelectNew(session, data, 1); }},
+        {L"ISetupFeatureHost.SelectAll", [&] { return _ComponentSelectItem(session, data, L"", 1); }},
+        {L"ISetupType.Activate", [&] { return _ComponentSetupTypeSet(session, data, L"All"); }},
+    };
+    for (const auto& one : cases) {
+        session.calls().Reset();
+        session.calls().FailCall(one.call, S_FALSE);
+        EXPECT_EQ(one.run(), 0) << std::wstring(one.call);
+        EXPECT_EQ(session.CallsOf(one.call), 1) << std::wstring(one.call);
+    }
+    // A checked key hands the engine's success on.
+    session.calls().FailCall(L"ISetupItem.GetNeedsValidation", S_FALSE);
+    session.calls().FailCall(L"ISetupItem.Validate", S_FALSE);
+    EXPECT_EQ(_ComponentValidate(session, data, L"Core", L"x"), S_FALSE);
+}
+
+TEST(FileMedia, LooksDownPathsOfAnyDepth)
+{
+    const Session session;
+    std::wstring deep = L"Tools";
+    for (int i = 0; i < 9000; ++i)
+        deep += L"\\x";
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, deep.c_str()), -105);
+    EXPECT_EQ(session.CallsOf(L"ISetupItems.Item"), 2) << "no level below one that is not there";
+    for (const wchar_t* path : {L"\\", L"\\Tools", L"Tools\\", L"Tools\\\\Extra"})
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, path), -105) << std::wstring(path);
 }
 
 TEST(FileMedia, ShiftsDisplayOrdersByTheBase)

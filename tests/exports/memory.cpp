@@ -1,5 +1,6 @@
 // Exhausted memory leaves the library as one exception type, which the host catches by that type.
 #include <cstdlib>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -46,6 +47,8 @@ TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
         EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
                   E_OUTOFMEMORY);
         EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"short", ListAddAfter); }), S_OK);
+        // Script files tell every failure by their result.
+        EXPECT_EQ(_OpenFile(context, L"a path that needs a block", 2, 0), -1);
     }
     {
         const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "malloc", reinterpret_cast<void*>(&OnlySmallBlocks));

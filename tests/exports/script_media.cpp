@@ -167,6 +167,18 @@ TEST(Costs, RoundAndChooseTheirUnits)
     EXPECT_EQ(unit, 30);
 }
 
+TEST(ScriptMedia, GoesToAnyDepth)
+{
+    const BareContext context;
+    std::wstring path = L"a";
+    for (int i = 0; i < 10000; ++i)
+        path += L"\\a";
+    ASSERT_EQ(_ComponentAddItem(context, mine, path.c_str(), 5, 1), 0);
+    EXPECT_EQ(_ComponentTotalSize(context, mine, L"", 1, 1, 0), 5);
+    EXPECT_EQ(_ComponentSelectItem(context, mine, L"a", 0), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(context, mine, path.c_str()), 0);
+}
+
 TEST(ScriptMedia, HoldsManySiblings)
 {
     const BareContext context;

@@ -186,6 +186,11 @@ TEST(FileCopy, CopiesThroughTheEngineAndTellsTheFirstFailure)
         EXPECT_EQ(_FileCopy(session, source.c_str(), target.c_str(), 0), E_ABORT);
         session.calls().FailCall(step, S_OK);
     }
+    for (const wchar_t* gives_nothing : {L"ISetupFileOps.CreateCopyJob", L"ISetupCopyJob.GetTotals"}) {
+        session.calls().FailCall(gives_nothing, S_FALSE);
+        EXPECT_EQ(_FileCopy(session, source.c_str(), target.c_str(), 0), E_POINTER);
+        session.calls().FailCall(gives_nothing, S_OK);
+    }
     session.calls().FailCall(L"ISetupFileOps.MakeDirectory", E_ABORT);
     EXPECT_EQ(_CreateDir(session, L"C:\\x"), E_ABORT);
 

@@ -350,6 +350,17 @@ BOOL WINAPI WriteToFullDisk(HANDLE, const void*, DWORD count, DWORD* written, OV
     return FALSE;
 }
 
+decltype(&WriteFile) real_write;
+int writes;
+
+BOOL WINAPI CutThirdWrite(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped)
+{
+    const bool cut = ++writes == 3;
+    const BOOL done = real_write(file, bytes, cut ? count / 2 : count, written, overlapped);
+    SetLastError(ERROR_DISK_FULL);
+    return done && !cut;
+}
+
 TEST(IniFile, LeavesTheOldFileWhenASaveFails)
 {
     struct obstacle {
@@ -408,6 +419,83 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
         EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=2\r\n");
         EXPECT_EQ(file.document.get_last_error(), 0u);
     }
+}
+
+// What others see of the file stays: its attributes, its other names, and the file that they have open.
+TEST(IniFile, SavesIntoTheFileThatOthersKnow)
+{
+    const struct {
+        const char* what;
+        std::function<vh::unique_file(const std::wstring&, const std::wstring&)> prepare;
+        DWORD attributes;
+    } cases[] = {
+        {"hidden", [](auto&, auto&) { return vh::unique_file(); }, FILE_ATTRIBUTE_HIDDEN},
+        {"two names",
+         [](const std::wstring& path, const std::wstring& other) {
+             EXPECT_TRUE(CreateHardLinkW(other.c_str(), path.c_str(), nullptr));
+             return vh::unique_file();
+         },
+         0},
+        {"a reader that shares no deletion",
+         [](const std::wstring& path, auto&) {
+             return vh::unique_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                                OPEN_EXISTING, 0, nullptr));
+         },
+         0},
+    };
+    for (const auto& one : cases) {
+        Loaded file("[a]\nx=1\nlong=a value that goes\n");
+        SetFileAttributesW(file.path.c_str(), one.attributes ? one.attributes : DWORD{FILE_ATTRIBUTE_NORMAL});
+        const std::wstring other = file.folder / L"other.ini";
+        const vh::unique_file reader = one.prepare(file.path, other);
+        const std::string names = std::to_string(EntriesIn(file.folder));
+        file.document.remove_entry(L"a", L"long");
+        EXPECT_TRUE(file.document.save(0, 0, false)) << one.what << file.document.get_last_error();
+        EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=1\r\n") << one.what;
+        EXPECT_EQ(GetFileAttributesW(file.path.c_str()) & FILE_ATTRIBUTE_HIDDEN, one.attributes) << one.what;
+        EXPECT_EQ(std::to_string(EntriesIn(file.folder)), names) << one.what << ": nothing else stays";
+        if (std::filesystem::exists(other)) {
+            EXPECT_EQ(BytesOf(other), BytesOf(file.path)) << one.what;
+        }
+        char start[4] = "";
+        DWORD count = 0;
+        if (reader) {
+            EXPECT_TRUE(ReadFile(reader.get(), start, 3, &count, nullptr) && std::string(start) == "[a]");
+        }
+        // The third write is the one into the file itself: it changes half of it, and the content comes back.
+        if (one.attributes == 0) {
+            const std::string before = BytesOf(file.path);
+            file.document.set_string(L"a", L"more", std::wstring(100, L'm'));
+            const vh::test::ImportPatch cut(GetModuleHandleW(nullptr), "WriteFile",
+                                            reinterpret_cast<void*>(&CutThirdWrite));
+            real_write = reinterpret_cast<decltype(&WriteFile)>(cut.original());
+            writes = 0;
+            EXPECT_FALSE(file.document.save(0, 0, false)) << one.what;
+            EXPECT_EQ(writes, 4) << one.what;
+            EXPECT_EQ(BytesOf(file.path), before) << one.what;
+            EXPECT_EQ(std::to_string(EntriesIn(file.folder)), names) << one.what;
+        }
+    }
+}
+
+TEST(IniFile, TakesTextsOfItsOwn)
+{
+    Loaded file("[a long section name]\nkey of some length=value of some length\n");
+    inifilex& document = file.document;
+    const auto value = [&] { return document.find_value(L"a long section name", L"key of some length")->view(); };
+    document.set_string(L"a long section name", L"key of some length", value().substr(9));
+    EXPECT_EQ(value(), L"some length");
+    for (int i = 0; i < 50; ++i)
+        document.set_string(L"s" + std::to_wstring(i), value(), value());
+    EXPECT_EQ(document.get_string(L"s49", L"some length", L""), L"some length");
+    EXPECT_EQ(value(), L"some length");
+    EXPECT_TRUE(document.rename_section(document.begin()->first, document.begin()->first.view().substr(2)));
+    EXPECT_TRUE(document.has_section(L"long section name"));
+    EXPECT_FALSE(document.has_section(L"a long section name"));
+    document.rename_sections(std::next(document.begin())->first.view().substr(0, 1), L"t");
+    EXPECT_TRUE(document.has_section(L"t0") && document.has_section(L"t49"));
+    document.remove_sections(std::next(document.begin())->first.view().substr(0, 1));
+    EXPECT_EQ(document.size(), 1u);
 }
 
 TEST(IniFile, MakesItsFolderAgainButNotInPlaceOfAFile)

@@ -15,7 +15,7 @@ public:
     {
         const int depth = parent ? m_depths[static_cast<size_t>(parent - 1)] + 1 : 0;
         m_depths.push_back(depth);
-        text += std::wstring(static_cast<size_t>(depth), L'.') + std::wstring(node.label) +
+        text += std::wstring(static_cast<size_t>(depth < 10 ? depth : 10), L'.') + std::wstring(node.label) +
                 (node.selected ? L"+" : L"-") + std::to_wstring(node.visible_children) + L" ";
         return refuse ? 0 : static_cast<vh::tree_item>(m_depths.size());
     }
@@ -59,6 +59,22 @@ TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
     EXPECT_EQ(hidden.text, L"");
     EXPECT_EQ(media.AddTreeItem(hidden, L"none", 0, 1), vh::media_no_item);
     EXPECT_EQ(CVHRTMediaError::ErrorMedia().AddTreeItem(hidden, L"", 0, 1), vh::media_no_media);
+    NotedTree refusing;
+    refusing.refuse = true;
+    EXPECT_EQ(media.AddTreeItem(refusing, L"", 0, 2), 0);
+    EXPECT_EQ(refusing.text, L"-2 a+1 b-1 c-0 The last-0 ") << "a level that could not be shown costs none";
+}
+
+TEST(TreeFill, GoesToAnyDepth)
+{
+    CVHScriptMedia media;
+    std::wstring path = L"a";
+    for (int i = 1; i < 3000; ++i)
+        path += L"\\a";
+    media.AddItem(path, 1, true);
+    NotedTree tree;
+    EXPECT_EQ(media.AddTreeItem(tree, L"", 0, -1), 0);
+    EXPECT_EQ(tree.shown.size(), 3000u) << "each node above the last, the root's included";
 }
 
 } // namespace

@@ -69,14 +69,14 @@ DialogDriver::Step Refused(std::wstring path)
 class FolderPicker : public ::testing::Test {
 protected:
     // What the call answers, and what the buffer holds then.
-    int32_t Browse(const std::wstring& start, int32_t flags, bool verify, std::vector<DialogDriver::Step> steps,
+    int64_t Browse(const std::wstring& start, int32_t flags, bool verify, std::vector<DialogDriver::Step> steps,
                    int32_t size = MAX_PATH)
     {
         m_buffer.assign(static_cast<std::size_t>(size) + 1, L'~');
         start.copy(m_buffer.data(), start.size());
         m_buffer[start.size()] = L'\0';
         const DialogDriver driver(std::move(steps));
-        const int32_t result = _BrowseForFolder(m_session, title, L"Pick one of these.", L"&Folder:", L"Or from here:",
+        const int64_t result = _BrowseForFolder(m_session, title, L"Pick one of these.", L"&Folder:", L"Or from here:",
                                                 flags, m_buffer.data(), size, verify);
         EXPECT_EQ(m_buffer.back(), L'~') << "written behind the buffer";
         return result;
