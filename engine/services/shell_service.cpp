@@ -49,7 +49,7 @@ void CheckRemovable(const std::wstring& folder)
     std::vector<std::wstring> shortcuts;
     for (const Entry& entry : ListFolder(folder)) {
         // What the run took away and may bring back goes along.
-        if (entry.facts.file() && IsAsideName(entry.name))
+        if (IsAsideName(entry.name))
             continue;
         if (!entry.facts.file() || !IsShortcut(entry.name))
             ThrowFileError(folder, L"can't remove the folder", ERROR_DIR_NOT_EMPTY);

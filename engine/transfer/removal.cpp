@@ -113,11 +113,14 @@ bool DropBackup(const LogRecord& record)
         return true;
     if (!waiting.folder())
         return RemoveFile(record.backup);
-    // A folder of shortcuts, or a link; whatever else got into it stays.
+    // A folder of shortcuts, with what the run took out of it before, or a link; whatever else got into it stays.
     if (!(waiting.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
-        for (const Entry& entry : ListFolder(record.backup))
+        for (const Entry& entry : ListFolder(record.backup)) {
             if (entry.facts.file())
                 RemoveFile(JoinPath(record.backup, entry.name));
+            else if (IsAsideName(entry.name))
+                RemoveTree(JoinPath(record.backup, entry.name));
+        }
     return RemoveDirectoryW(LongPath(record.backup).c_str()) != 0;
 }
 
