@@ -305,72 +305,48 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
 TEST(TracedRegistry, WritesBeginAndEndWithItsFields)
 {
     const TestKey cleared;
-    const test::TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    const test::TracedLibrary library(path);
     engine::test::SetupFolder setup;
     engine::test::MakeTree(setup);
     const auto engine = setup.Open();
-    const auto host = engine->Host();
-    const auto services = engine->Services();
-    ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(host.get(), services.get());
-    const auto set = VHRT_GET(library, _RegSetKeyValue);
-    VHRT_GET(library, _RegCreateKey)(context, current_user, L"", L"c", 1);
-    VHRT_GET(library, _RegCreateKey)(context, current_user, L"\\Software\\VHRegistryTest", nullptr, 3);
-    set(context, current_user, base, L"N", 4, L"12", 9);
-    set(context, current_user, base, L"N", 3, L"b", 1);
-    set(context, current_user, base, L"N", 11, nullptr, 0);
-    set(context, current_user, L"", L"N", 1, L"x", 0);
-    VHRT_GET(library, _RegSetKeyBinaryValue)(context, current_user, base, L"B", "xyz", 3);
-    VHRT_GET(library, _RegDeleteValue)(context, current_user, base, L"N");
-    VHRT_GET(library, _RegDeleteValue)(context, current_user, nullptr, L"N");
-    VHRT_GET(library, _RegDeleteKey)(context, current_user, base);
-    VHRT_GET(library, _RegDeleteKey)(context, current_user, base);
-    VHRT_GET(library, _RegDeleteKey)(context, current_user, L"");
-    VHRT_GET(library, _RegDeleteKey)(nullptr, 1, L"k");
-    set(nullptr, 1, L"k", L"n", 3, L"v", 2);
-    VHRT_GET(library, __ReleaseObjectContext)(context);
-
-    const std::string text = test::DecodedTrace(path);
-    const std::string first = "VHFuncBegin|RegDB";
-    ASSERT_NE(text.find(first), text.npos);
-    const std::string key = "RootKey=-2147483647\tKey=Software\\VHRegistryTest";
-    const std::string failure = "Result=Failure\t\tError=0xffffffff\t";
-    std::string expected;
-    const auto record = [&](bool begin, const char* name, const std::string& details) {
-        expected += std::string(begin ? "VHFuncBegin|" : "VHFuncEnd|") + name + "|" + details + "\r\n";
-    };
-    const char* const set_name = "RegDBSetKeyValueEx";
-    const std::string created = "RootKey=-2147483647\tKey=\\Software\\VHRegistryTest\tClass=\tShared=3";
-    record(true, "RegDBCreateKeyEx", "RootKey=-2147483647\tKey=\tClass=c\tShared=1");
-    record(true, "RegDBCreateKeyEx", created);
-    record(false, "RegDBCreateKeyEx", "Result=Success\t\t" + created);
-    const std::string number = key + "\tValueName=N\tValueType=4\tValue=12\tValueSize=9";
-    record(true, set_name, number);
-    record(false, set_name, "Result=Success\t\t" + number);
-    const std::string binary = key + "\tValueName=N\tValueType=3\tValue=b\tValueSize=1";
-    record(true, set_name, binary);
-    record(false, set_name, "Result=Failure\t\tError=0xfffffff6\t" + binary);
-    const std::string unknown = key + "\tValueName=N\tValueType=11\tValue=\tValueSize=0";
-    record(true, set_name, unknown);
-    record(false, set_name, failure + unknown);
-    record(true, set_name, "RootKey=-2147483647\tKey=\tValueName=N\tValueType=1\tValue=x\tValueSize=0");
-    const std::string bytes = key + "\tValueName=B\tValueType=3\tValue=\tValueSize=3";
-    record(true, set_name, bytes);
-    record(false, set_name, "Result=Success\t\t" + bytes);
-    record(true, "RegDBDeleteValue", key + "\tValue=N");
-    record(false, "RegDBDeleteValue", "Result=Success\t\t" + key + "\tValue=N");
-    record(true, "RegDBDeleteValue", "RootKey=-2147483647\tKey=\tValue=N");
-    record(false, "RegDBDeleteValue", failure + "RootKey=-2147483647\tKey=\tValue=N");
-    record(true, "RegDBDeleteKey", key);
-    record(false, "RegDBDeleteKey", "Result=Success\t\t" + key);
-    record(true, "RegDBDeleteKey", key);
-    record(false, "RegDBDeleteKey", failure + key);
-    record(true, "RegDBDeleteKey", "RootKey=-2147483647\tKey=");
-    record(false, "RegDBDeleteKey", failure + "RootKey=-2147483647\tKey=");
-    record(true, "RegDBDeleteKey", "RootKey=1\tKey=k");
-    record(true, set_name, "RootKey=1\tKey=k\tValueName=n\tValueType=3\tValue=v\tValueSize=2");
-    EXPECT_EQ(text.substr(text.find(first)), expected);
+    const std::string text =
+        test::TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
+            const auto set = VHRT_GET(library, _RegSetKeyValue);
+            const auto create = VHRT_GET(library, _RegCreateKey);
+            const auto erase_value = VHRT_GET(library, _RegDeleteValue);
+            const auto erase = VHRT_GET(library, _RegDeleteKey);
+            create(context, current_user, L"", L"c", 1);
+            create(context, current_user, L"\\Software\\VHRegistryTest", nullptr, 3);
+            set(context, current_user, base, L"N", 4, L"12", 9);
+            set(context, current_user, base, L"N", 3, L"b", 1);
+            set(context, current_user, base, L"N", 11, nullptr, 0);
+            set(context, current_user, L"", L"N", 1, L"x", 0);
+            VHRT_GET(library, _RegSetKeyBinaryValue)(context, current_user, base, L"B", "xyz", 3);
+            erase_value(context, current_user, base, L"N");
+            erase_value(context, current_user, nullptr, L"N");
+            for (const wchar_t* key : {base, base, L""})
+                erase(context, current_user, key);
+            erase(nullptr, 1, L"k");
+            set(nullptr, 1, L"k", L"n", 3, L"v", 2);
+        });
+    using test::Record;
+    const std::string root = "RootKey=-2147483647\tKey=";
+    const std::string key = root + "Software\\VHRegistryTest";
+    const char* const success = "Success\t\t";
+    const char* const failure = "Failure\t\tError=0xffffffff\t";
+    const char* const set = "RegDBSetKeyValueEx";
+    EXPECT_EQ(text, Record("RegDBCreateKeyEx", root + "\tClass=c\tShared=1") +
+                        Record("RegDBCreateKeyEx", root + "\\Software\\VHRegistryTest\tClass=\tShared=3", success) +
+                        Record(set, key + "\tValueName=N\tValueType=4\tValue=12\tValueSize=9", success) +
+                        Record(set, key + "\tValueName=N\tValueType=3\tValue=b\tValueSize=1",
+                               "Failure\t\tError=0xfffffff6\t") +
+                        Record(set, key + "\tValueName=N\tValueType=11\tValue=\tValueSize=0", failure) +
+                        Record(set, root + "\tValueName=N\tValueType=1\tValue=x\tValueSize=0") +
+                        Record(set, key + "\tValueName=B\tValueType=3\tValue=\tValueSize=3", success) +
+                        Record("RegDBDeleteValue", key + "\tValue=N", success) +
+                        Record("RegDBDeleteValue", root + "\tValue=N", failure) +
+                        Record("RegDBDeleteKey", key, success) + Record("RegDBDeleteKey", key, failure) +
+                        Record("RegDBDeleteKey", root, failure) + Record("RegDBDeleteKey", "RootKey=1\tKey=k") +
+                        Record(set, "RootKey=1\tKey=k\tValueName=n\tValueType=3\tValue=v\tValueSize=2"));
 }
 
 } // namespace
