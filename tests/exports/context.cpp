@@ -167,6 +167,9 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
         EXPECT_EQ(_InitInstall(suite), E_POINTER);
         variant log;
         EXPECT_EQ(__GetLog(suite, log.put()), E_FAIL);
+        variant info;
+        EXPECT_EQ(__GetInfo(suite, info.put()), 0);
+        EXPECT_EQ(info.type(), VT_DISPATCH);
         variant local;
         EXPECT_EQ(__GetTextSub(suite, 0, local.put()), 0);
         variant global;
@@ -221,14 +224,18 @@ TEST(ComponentLog, ComesAndGoesOverTheMainLog)
         ASSERT_NE(main, nullptr);
 
         IStream* stream = nullptr;
-        const auto own = engine::test::ServiceOf<ISetupLog>(*session.engine);
+        // That of another engine.
+        const Session other;
+        const auto own = engine::test::ServiceOf<ISetupLog>(*other.engine);
         ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(ISetupLog::iid, own.get(), &stream), S_OK);
         __SetComponentLog(session, &stream);
         EXPECT_EQ(stream, nullptr);
-        EXPECT_NE(log_of(__GetLogEx), nullptr);
+        IDispatch* const component = log_of(__GetLogEx);
+        EXPECT_EQ(component, own.query<IDispatch>().get());
+        EXPECT_EQ(log_of(__GetLog), component) << "it is in force";
         __RestoreMainLogEx(session, 0);
         EXPECT_EQ(log_of(__GetLog), main);
-        EXPECT_NE(log_of(__GetLogEx), nullptr) << "flag 0 leaves the component log";
+        EXPECT_EQ(log_of(__GetLogEx), component) << "flag 0 leaves the component log";
         __RestoreMainLogEx(session, 1);
         EXPECT_EQ(log_of(__GetLog), nullptr) << "nothing was kept a second time";
         EXPECT_EQ(log_of(__GetLogEx), nullptr);

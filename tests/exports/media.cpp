@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
 
@@ -282,6 +283,118 @@ TEST(FileMedia, EnumeratesFilesByPattern)
     EXPECT_EQ(_ComponentFileEnum(session, data, L"No such", L"*", 99, 0), -105);
 }
 
+// Gives a payload file its last write, in local time.
+void SetTime(const std::wstring& path, WORD year, WORD month, WORD day, WORD hour, WORD minute)
+{
+    const SYSTEMTIME moment{year, month, 0, day, hour, minute, 0, 0};
+    FILETIME local{}, written{};
+    SystemTimeToFileTime(&moment, &local);
+    LocalFileTimeToFileTime(&local, &written);
+    const unique_file file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &written));
+}
+
+TEST(FileMedia, TellsTheFactsOfItsFiles)
+{
+    engine::test::SetupFolder folder;
+    folder.Payload(L"p\\one.txt", "abc");
+    folder.Payload(L"q\\sub\\large.bin", "");
+    {
+        const unique_file large(CreateFileW(folder.Setup(L"q\\sub\\large.bin").c_str(), GENERIC_WRITE, 0, nullptr,
+                                            OPEN_EXISTING, 0, nullptr));
+        LARGE_INTEGER end;
+        end.QuadPart = (5ll << 30) + 7;
+        ASSERT_TRUE(SetFilePointerEx(large.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(large.get()));
+    }
+    SetTime(folder.Setup(L"p\\one.txt"), 2019, 11, 5, 16, 7);
+    SetTime(folder.Setup(L"q\\sub\\large.bin"), 1999, 12, 31, 1, 59);
+    SetFileAttributesW(folder.Setup(L"p\\one.txt").c_str(), FILE_ATTRIBUTE_HIDDEN);
+    folder.Product(R"("languages": [1033, 1031, 9], "features": [{"name": "F", "languages": [1033, 1031],
+        "systems": ["windows-7", "windows-10"], "files": [
+        {"name": "docs", "target": "t", "flags": ["shared"], "files": [{"path": "p/one.txt", "version": "1.2.3.4"},
+            {"path": "q/*", "recurse": true, "language": 1031, "flags": ["permanent", "never-overwrite"]}]},
+        {"name": "rest", "systems": ["windows-8", "windows-11"], "languages": [9], "files": []}]}])");
+    const Session session(folder.Given());
+    constexpr int64_t none = -7;
+    const struct {
+        const wchar_t* path;
+        int32_t code;
+        int64_t number; // none: left alone
+        std::wstring text;
+    } cases[] = {
+        {L"docs\\one.txt", 1, 3, L"#"},
+        {L"docs\\one.txt", 2, 0, L"#"},
+        {L"docs\\one.txt", 3, 39 << 9 | 11 << 5 | 5, L"11-05-19"},
+        {L"docs\\one.txt", 4, 16 << 11 | 7 << 5, L"16:07"},
+        {L"docs\\one.txt", 5, GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str()), L"#"},
+        {L"docs\\one.txt", 6, none, L"1.2.3.4"},
+        {L"docs\\one.txt", 7, none, L""},
+        {L"docs\\one.txt", 8, none, folder.Setup(L"p\\one.txt")},
+        {L"docs\\one.txt", 9, 39 << 9 | 11 << 5 | 5, L"11-05-2019"},
+        {L"docs\\one.txt", 11, none, L"900150983CD24FB0D6963F7D28E17F72"},
+        {L"docs\\one.txt", 16, none, folder.Target(L"t")},
+        {L"docs\\one.txt", 21, 1, L"#"},
+        {L"docs\\one.txt", 22, 0, L"#"},
+        {L"docs\\one.txt", 23, 0, L"#"},
+        {L"docs\\one.txt", 24, none, L"#"},
+        {L"docs\\sub\\large.bin", 1, 0x40000007, L"#"},
+        {L"docs\\sub\\large.bin", 2, 2, L"#"},
+        {L"docs\\sub\\large.bin", 3, 19 << 9 | 12 << 5 | 31, L"12-31-99"},
+        {L"docs\\sub\\large.bin", 4, 1 << 11 | 59 << 5, L"01:59"},
+        {L"docs\\sub\\large.bin", 7, none, L"1031"},
+        {L"docs\\sub\\large.bin", 9, 19 << 9 | 12 << 5 | 31, L"12-31-1999"},
+        {L"docs\\sub\\large.bin", 12, 0x40000007, L"#"},
+        {L"docs\\sub\\large.bin", 13, 2, L"#"},
+        {L"docs\\sub\\large.bin", 16, none, folder.Target(L"t\\sub")},
+        {L"docs\\sub\\large.bin", 21, 1, L"#"},
+        {L"docs\\sub\\large.bin", 22, 1, L"#"},
+        {L"docs\\sub\\large.bin", 23, 1, L"#"},
+        {L"docs", 14, 2, L"#"},
+        {L"docs", 15, none, L"docs"},
+        {L"docs", 17, none, folder.Setup(L"p")},
+        {L"docs", 18, 0x4000000A, L"#"},
+        {L"docs", 19, none, L"F"},
+        {L"docs", 20, 2, L"#"},
+        {L"docs", 21, 1, L"#"},
+        {L"rest", 14, 0, L"#"},
+    };
+    for (const wchar_t* item : {L"F", L""})
+        for (const auto& one : cases) {
+            int64_t number = none;
+            wchar_t text[300] = L"#";
+            const int32_t result = _ComponentFileInfo(session, data, item, L"", one.path, one.code, &number, text);
+            EXPECT_EQ(result, one.code == 24 ? E_INVALIDARG : 0) << one.path << " " << one.code;
+            EXPECT_EQ(number, one.number) << one.path << " " << one.code;
+            EXPECT_EQ(text, one.text) << one.path << " " << one.code;
+        }
+    // Facts that go to a list; 10 and 131072 give one element for each bit.
+    const struct {
+        const wchar_t* path;
+        int32_t code;
+        std::vector<int32_t> numbers;
+    } lists[] = {
+        {L"docs\\one.txt", 10, {1, 8}},           {L"docs", 131072, {1, 8}}, {L"docs\\one.txt", 65536, {1033, 1031}},
+        {L"docs\\sub\\large.bin", 65536, {1031}}, {L"rest", 10, {2, 16}},    {L"rest", 65536, {9}}};
+    for (const auto& one : lists) {
+        int64_t list = _ListCreate(session, ListTypeNumber);
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), 0) << one.code;
+        std::vector<int32_t> numbers;
+        int32_t value = 0;
+        for (int64_t code = _ListGetFirstItem(session, list, &value); code == 0;
+             code = _ListGetNextItem(session, list, &value))
+            numbers.push_back(value);
+        EXPECT_EQ(numbers, one.numbers) << one.path << " " << one.code;
+        list = _ListCreate(session, ListTypeString);
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), VHRT_WRONG_TYPE);
+    }
+    for (const wchar_t* path : {L"docs", L"docs\\", L""})
+        for (const int32_t code : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13})
+            EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, code, nullptr, nullptr), -1) << code;
+    for (const wchar_t* path : {L"none", L"docs\\none"})
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, 14, nullptr, nullptr), -105) << path;
+    EXPECT_EQ(_ComponentFileInfo(session, data, L"None", L"", L"docs", 14, nullptr, nullptr), -105);
+}
+
 TEST(FileMedia, FailsEverywhereWithoutItsCollection)
 {
     Session session;
@@ -298,10 +411,14 @@ TEST(FileMedia, FailsEverywhereWithoutItsCollection)
 
 TEST(SupportMedia, MovesNothingAndTransfersNothing)
 {
-    const Session session;
+    const Session session(R"(, "support": [{"name": "Seen", "files": []}, {"name": "Unseen", "files": []}])");
     EXPECT_EQ(_ComponentMoveData(session, L"VHSUPPORTFILES", 1), 0);
     EXPECT_EQ(_ComponentTransferData(session, L"VHSUPPORTFILES"), -126);
     EXPECT_EQ(_ComponentSelectItem(session, L"VHSUPPORTFILES", L"", 1), 0);
+    EXPECT_EQ(Items(session, L"VHSUPPORTFILES", L""), L"Seen|Unseen");
+    EXPECT_EQ(_ComponentSetData(session, L"VHSUPPORTFILES", L"Unseen", 2, 0, nullptr), 0);
+    EXPECT_EQ(NumberAttribute(session, L"VHSUPPORTFILES", L"Seen", 2), 1);
+    EXPECT_EQ(NumberAttribute(session, L"VHSUPPORTFILES", L"Unseen", 2), 0);
     wchar_t text[64];
     variant error;
     int32_t number = 0;

@@ -125,6 +125,11 @@ TEST(Sprintf, TakesNumbersAsIntegersAndAllElseAsText)
     EXPECT_EQ(_DoSprintf(buffer, 64, L"%d %d %d %d", &shifted.get()), 7);
     EXPECT_STREQ(buffer, L"0 0 0 7") << "the slot is the index";
     EXPECT_TRUE(SafeArrayGetDim(shifted.get().parray) == 1) << "the array is still the caller's";
+    {
+        const vh::safe_array taken(shifted);
+        EXPECT_EQ(taken.last(), 3);
+        EXPECT_EQ(shifted.type(), VT_EMPTY) << "one holder at a time";
+    }
 }
 
 TEST(Sprintf, RefusesArgumentsThatHaveNoSlot)

@@ -110,6 +110,12 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     EXPECT_EQ(_ComponentInitialize(session, L"<Data>", session.folder.Setup(L"more").c_str()), 0);
     EXPECT_EQ(_ComponentListItems(session, L"<Data>", L"", list), 0);
     EXPECT_EQ(_ComponentTransferData(session, L"MORE"), -1);
+    int32_t cost = -1;
+    EXPECT_EQ(_FeatureAddCost(session, L"MORE", L"Two", L"Q:\\x", 4 << 10, 0), 0);
+    const long asked = session.CallsOf(L"ISetupItem.GetCosts");
+    EXPECT_EQ(_ComponentGetTotalCost(session, L"MORE", L"Q:\\", &cost), 0);
+    EXPECT_EQ(cost, 4);
+    EXPECT_EQ(session.CallsOf(L"ISetupItem.GetCosts") - asked, 3) << "from the first disk on, which is never moved";
     EXPECT_EQ(_ComponentMoveData(session, L"MORE", 1), 0);
     EXPECT_EQ(_ComponentSelectItem(session, L"MORE", L"", 0), 0);
     EXPECT_EQ(_ComponentIsItemSelected(session, L"MORE", L"Two"), 0);
@@ -145,6 +151,9 @@ TEST(Targets, SaveAndLoadBothStores)
     session.calls().FailCall(L"ISetupLogDB.GetStore", E_FAIL);
     EXPECT_EQ(_ComponentSaveTarget(session, L"U"), 0) << "without the database the local store is saved alone";
     session.calls().FailCall(L"ISetupLogDB.GetStore", S_OK);
+    session.calls().FailCall(L"ISetupDataEx.GetTargetState", E_ACCESSDENIED);
+    EXPECT_EQ(_ComponentSaveTarget(session, L"V"), E_ACCESSDENIED);
+    session.calls().FailCall(L"ISetupDataEx.GetTargetState", S_OK);
     session.calls().FailCall(L"ISetupTextSub.Save(\"VGlobal\"", E_ABORT);
     EXPECT_EQ(_ComponentSaveTarget(session, L"V"), E_ABORT);
     EXPECT_EQ(session.CallsOf(L"ISetupTextSub.Save(\"VLocal\""), 0);

@@ -2,6 +2,7 @@
 #include "../../exports/vhrt/disks.h"
 #include "../../exports/vhrt/file_copy.h"
 #include "../../exports/vhrt/files.h"
+#include "../../exports/vhrt/language.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
 #include "../support/temp_folder.h"
@@ -90,6 +91,31 @@ TEST(Addresses, ReadLikeFiles)
         static_cast<FileHandle>(_OpenFile(context, Address(L"status=404", L"bytes").c_str(), FileReadBytes, 0));
     EXPECT_EQ(_ReadBytes(context, missing, bytes.data(), 5000, 0, 5000), static_cast<int32_t>(0x8004D554));
     _CloseFile(context, missing);
+}
+
+// An INI file of more than 64 KB, whose last section counts.
+TEST(Addresses, AreReadAsIniFiles)
+{
+    const Dialogs dialogs;
+    const std::wstring text = L"text=[x]~key=value~&repeat=5000&tail=[Languages]~Supported=1041~";
+    const std::wstring address = Address(text, L"ini");
+    EXPECT_EQ(_IsLangSupported(1041, address.c_str()), 1);
+    EXPECT_EQ(_IsLangSupported(1033, address.c_str()), 0);
+    EXPECT_EQ(_IsLangSupported(1041, Address(text + L"&drop=70000", L"ini").c_str()), 0);
+}
+
+// Nothing of the library is left where each read has come to its end.
+TEST(Addresses, LetTheLibraryUnload)
+{
+    const HMODULE library = LoadLibraryW(L"VHRT.dll");
+    ASSERT_TRUE(library);
+    const auto read = reinterpret_cast<decltype(&_GenerateFileMD5SignatureHex)>(
+        reinterpret_cast<void*>(GetProcAddress(library, "_GenerateFileMD5SignatureHex")));
+    wchar_t text[33] = L"";
+    EXPECT_EQ(read(nullptr, Address(L"size=1000", L"unload").c_str(), text), 0);
+    EXPECT_EQ(wcslen(text), 32u);
+    FreeLibrary(library);
+    EXPECT_EQ(GetModuleHandleW(L"VHRT.dll"), nullptr);
 }
 
 TEST(Addresses, GiveTheirLines)

@@ -138,29 +138,32 @@ TEST(Reading, TakesAnEndInOrderForTheEnd)
 
 TEST(Reading, GoesWhereASeekPoints)
 {
-    Reader reader(Address(L"size=300000", L"seek"));
-    ASSERT_TRUE(reader.Read(10000));
+    static int round = 0;
+    const std::wstring key = L"seek" + std::to_wstring(++round);
+    Reader reader(Address(L"size=300000", key));
+    ASSERT_TRUE(reader.Read(10000)) << reader.error;
     EXPECT_EQ(reader->seek(0, FILE_CURRENT), 10000u);
     EXPECT_EQ(reader->seek(10000, FILE_BEGIN), 10000u);
-    ASSERT_TRUE(reader.Read(1000));
+    ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 1000, 10000));
     EXPECT_EQ(reader->seek(-1000, FILE_CURRENT), 10000u);
-    ASSERT_TRUE(reader.Read(1000));
+    ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 1000, 10000));
     EXPECT_EQ(reader->seek(-500, FILE_END), 299500u);
-    ASSERT_TRUE(reader.Read(1000));
+    ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_EQ(reader.count, 500u);
     EXPECT_TRUE(IsContent(reader.bytes.data(), 500, 299500));
     EXPECT_EQ(reader->seek(7, 99), 7u) << "an unknown whence counts from the start";
-    EXPECT_EQ(Requests(L"seek"), "-|bytes=10000-|bytes=299500-");
+    EXPECT_EQ(Requests(key), "-|bytes=10000-|bytes=299500-");
 
     Reader unknown(Address(L"size=300000&length=none", L"seekend"));
     EXPECT_EQ(unknown->seek(-1, FILE_END), INVALID_SET_FILE_POINTER);
 
-    Reader distant(Address(L"size=1000", L"far"));
+    Reader distant(Address(L"size=1000", L"far" + key));
     EXPECT_EQ(distant->seek(static_cast<LONG>(0x80000000), FILE_BEGIN), 0x80000000u);
     EXPECT_FALSE(distant.Read(10));
-    EXPECT_EQ(Requests(L"far"), "bytes=-2147483648-") << "offsets show as signed numbers";
+    // The system repeats a request of its own accord where a connection that it kept has gone meanwhile.
+    EXPECT_TRUE(Requests(L"far" + key).starts_with("bytes=-2147483648-")) << "offsets show as signed numbers";
 }
 
 TEST(Reading, AnswersQuestionsWithARequestOfTheirOwn)
