@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "../../engine/services/shell_link.h"
 #include "setup_folder.h"
 
@@ -45,14 +47,30 @@ TEST(ItemTexts, AreReadEachFromItsPlace)
     const std::pair<HRESULT (STDMETHODCALLTYPE Item::*)(BSTR*), const wchar_t*> fields[] = {
         {&Item::GetDisplayName, L""}, {&Item::GetDescription, L"d"}, {&Item::GetLongText, L"l"},
         {&Item::GetMiscText, L"m"},   {&Item::GetText16, L"t16"},    {&Item::GetText17, L""},
-        {&Item::GetText18, L""},      {&Item::GetText19, L"t19"},
-    };
+        {&Item::GetText18, L""},      {&Item::GetText19, L"t19"}};
     for (const auto& [getter, expected] : fields)
         EXPECT_EQ(expected, Text(item, getter));
     EXPECT_EQ(L"t20", Text(texts, &ISetupItemTexts::GetText20));
     EXPECT_EQ(L"t21", Text(texts, &ISetupItemTexts::GetText21));
     EXPECT_EQ(L"t22", Text(texts, &ISetupItemTexts::GetText22));
     EXPECT_EQ(L"t23", Text(texts, &ISetupItemTexts::GetText23));
+    // As a script reads them.
+    const std::pair<const wchar_t*, const wchar_t*> properties[] = {
+        {L"Name", L"F"},         {L"description", L"d"}, {L"LongText", L"l"},       {L"MiscText", L"m"},
+        {L"DisplayOrder", L"1"}, {L"Selected", L"2"},    {L"PartlySelected", L"0"}, {L"Visible", L"-1"}};
+    const auto object = item.query<IDispatch>();
+    for (const auto& [name, expected] : properties) {
+        auto* given = const_cast<wchar_t*>(name);
+        DISPID id = 0;
+        DISPPARAMS none{};
+        variant value;
+        ASSERT_EQ(S_OK, object->GetIDsOfNames(GUID_NULL, &given, 1, 0, &id)) << ToUtf8(name);
+        ASSERT_EQ(S_OK, object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr));
+        if (value.type() == VT_BOOL)
+            value.change(VT_I2);
+        value.change(VT_BSTR);
+        EXPECT_EQ(expected, value.text()) << ToUtf8(name);
+    }
     short order = 0;
     item->GetDisplayOrder(&order);
     EXPECT_EQ(1, order);
@@ -136,23 +154,15 @@ TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
 
 TEST(ShellLinks, SpellTheirKeysInOneWay)
 {
-    const struct {
-        const wchar_t* given;
-        WORD key;
-        const wchar_t* spelled;
-    } keys[] = {
-        {L"", 0, L"None"},
-        {L"none", 0, L"None"},
-        {L"alt+CTRL+f5", 0x0674, L"Ctrl+Alt+F5"},
-        {L"Shift+A", 0x0141, L"Shift+A"},
-        {L"9", 0x0039, L"9"},
-        {L"F24", 0x0087, L"F24"},
-        {L"Ctrl+PgUp", 0x0221, L"Ctrl+PgUp"},
-    };
-    for (const auto& one : keys) {
-        EXPECT_EQ(one.key, HotKeyOf(one.given)) << ToUtf8(one.given);
-        EXPECT_EQ(one.spelled, HotKeyText(one.key));
+    std::wistringstream keys(LR"(None 0 Ctrl+Alt+F5 1652 Shift+A 321 9 57 F1 112 F24 135 Ctrl+PgUp 545 Ins 45 Del 46
+        Home 36 End 35 PgDn 34 Left 37 Right 39 Up 38 Down 40 Space 32 Tab 9 Esc 27 Back 8 Enter 13 Alt+Z 1114)");
+    WORD key = 0;
+    for (std::wstring spelled; keys >> spelled >> key;) {
+        EXPECT_EQ(key, HotKeyOf(spelled)) << ToUtf8(spelled);
+        EXPECT_EQ(spelled, HotKeyText(key));
     }
+    for (const auto& [given, same] : {std::pair(L"", L"None"), {L"none", L"None"}, {L"alt+CTRL+f5", L"Ctrl+Alt+F5"}})
+        EXPECT_EQ(HotKeyOf(same), HotKeyOf(given)) << ToUtf8(given);
     for (const wchar_t* bad : {L"F25", L"Ctrl", L"Ctrl+", L"A+Ctrl", L"A+B", L"Nothing", L"+"})
         EXPECT_THROW(HotKeyOf(bad), engine_error) << ToUtf8(bad);
 }

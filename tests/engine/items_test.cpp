@@ -126,11 +126,11 @@ struct SelectionCase {
 TEST_F(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
 {
     ASSERT_EQ(L"ssss", State(*engine));
-    const SelectionCase steps[] = {
-        {{L"Core"}, 0, S_FALSE, L"ssss"}, {{L"Tools", L"Extra"}, 0, S_OK, L"sp-s"},
-        {{L"Tools"}, 0, S_OK, L"s---"},   {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
-        {{L"Tools"}, 2, S_OK, L"ssss"},
-    };
+    const SelectionCase steps[] = {{{L"Core"}, 0, S_FALSE, L"ssss"},
+                                   {{L"Tools", L"Extra"}, 0, S_OK, L"sp-s"},
+                                   {{L"Tools"}, 0, S_OK, L"s---"},
+                                   {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
+                                   {{L"Tools"}, 2, S_OK, L"ssss"}};
     for (const SelectionCase& step : steps) {
         EXPECT_EQ(step.code, Feature(*engine, step.path)->SetSelected(step.value));
         EXPECT_EQ(step.state, State(*engine));

@@ -63,8 +63,7 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
          L"/registrySets/0/keys/0/values/0/data: ", L"hexadecimal"},
         {R"("features": [], "features": [])", L"product.json: ", L"twice"},
         {R"("features": [}])", L"product.json: ", L"no valid JSON"},
-        {"\"features\": [\"\xC3(\"]", L"product.json: ", L"no valid JSON"},
-    };
+        {"\"features\": [\"\xC3(\"]", L"product.json: ", L"no valid JSON"}};
     for (const BrokenProduct& broken : cases) {
         SetupFolder folder;
         folder.Payload(L"a.bin", std::string(10, 'a'));
@@ -84,6 +83,15 @@ TEST(ProductFile, IsBoundedInDepthAndLevels)
         deep += "[";
     folder.Product(deep);
     EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"nested deeper than 32"));
+    const std::wstring path = folder.Setup(L"product.json");
+    const uint64_t whole = FactsOf(path).size;
+    EXPECT_EQ(whole, ReadWhole(path, whole).size());
+    try {
+        ReadWhole(path, whole - 1);
+        ADD_FAILURE() << "read beyond the limit";
+    } catch (const engine_error& error) {
+        EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE), error.code());
+    }
     RemoveFile(folder.Setup(L"product.json"));
     EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"product.json"));
     Options options = folder.Given();

@@ -39,25 +39,22 @@ struct PatternCase {
 
 TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
 {
-    const std::map<std::wstring, std::wstring> values{
-        {L"A", L"1"}, {L"B", L"<A>2"}, {L"KIND", L"A"}, {L"LOOP", L"x<LOOP>"}, {L"LEFT", L"<"}, {L"EMPTY", L""},
-    };
+    const std::map<std::wstring, std::wstring> values{{L"A", L"1"},          {L"B", L"<A>2"}, {L"KIND", L"A"},
+                                                      {L"LOOP", L"x<LOOP>"}, {L"LEFT", L"<"}, {L"EMPTY", L""}};
     const auto lookup = [&](std::wstring_view name) -> std::optional<std::wstring> {
         const auto found = values.find(Upper(name));
         return found == values.end() ? std::nullopt : std::optional(found->second);
     };
-    const PatternCase cases[] = {
-        {L"", L""},
-        {L"plain > text <", L"plain > text <"},
-        {L"<A>", L"1"},
-        {L"<a>-<B>", L"1-12"},
-        {L"<<KIND>>", L"1"},
-        {L"<C> and <A>", L"<C> and 1"},
-        {L"<C<A>>", L"<C1>"},
-        {L"a<EMPTY>b", L"ab"},
-        {L"a < b <A>", L"a < b 1"},
-        {L"<LEFT>A>", L"<A>"},
-    };
+    const PatternCase cases[] = {{L"", L""},
+                                 {L"plain > text <", L"plain > text <"},
+                                 {L"<A>", L"1"},
+                                 {L"<a>-<B>", L"1-12"},
+                                 {L"<<KIND>>", L"1"},
+                                 {L"<C> and <A>", L"<C> and 1"},
+                                 {L"<C<A>>", L"<C1>"},
+                                 {L"a<EMPTY>b", L"ab"},
+                                 {L"a < b <A>", L"a < b 1"},
+                                 {L"<LEFT>A>", L"<A>"}};
     for (const PatternCase& at : cases)
         EXPECT_EQ(at.result, SubstituteText(at.text, lookup)) << ToUtf8(at.text);
     // A value that holds itself ends at the depth bound, and one that doubles can't grow without limit.
@@ -145,8 +142,7 @@ TEST(PathHelpers, KnowWhatLeavesAFolder)
         {L"a", true},      {L"a/b\\c.txt", true}, {L"\u65e5\\\u00e4", true}, {L"..", false},    {L"a/../b", false},
         {L"a\\..", false}, {L"/a", false},        {L"\\\\s\\a", false},      {L"C:a", false},   {L"a:b", false},
         {L"a//b", false},  {L"a/", false},        {L"a. ", false},           {L"a.\\b", false}, {L"*", false},
-        {L"a\tb", false},  {L"", false},
-    };
+        {L"a\tb", false},  {L"", false}};
     for (const auto& [path, safe] : relative)
         EXPECT_EQ(safe, IsSafeRelativePath(path)) << ToUtf8(path);
     EXPECT_TRUE(IsSafeRelativePath(L"a/*.t?t", true));

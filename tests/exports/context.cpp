@@ -22,39 +22,37 @@ TEST(Context, AsksTheEngineInItsOrder)
 {
     Session session(R"(, "variables": {"VHRES": "none.dll"})");
     session.Create();
-    const wchar_t* const order[] = {
-        L"ISetupHost.GetObjects",
-        L"IServiceProvider.QueryService(local ISetupTextSub)",
-        L"IServiceProvider.QueryService(global ISetupTextSub)",
-        L"IServiceProvider.QueryService(ISetupStrings",
-        L"IServiceProvider.QueryService(ISetupInfo",
-        L"ISetupInfo.GetFact(2)",
-        L"ISetupInfo.GetFact(18)",
-        L"IServiceProvider.QueryService(ISetupData",
-        L"ISetupDataEx.GetFlags",
-        L"ISetupData.GetProductGuid(0)",
-        L"ISetupDataEx.GetInstallGuid",
-        L"ISetupFeatureHost.GetFeatures",
-        L"ISetupData.GetRoot",
-        L"ISetupDataEx.GetEnabledServices",
-        L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
-        L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
-        L"IServiceProvider.QueryService(ISetupRegistry",
-        L"ISetupSiteAware.SetSite",
-        L"IServiceProvider.QueryService(ISetupUser",
-        L"ISetupUser.GetWindow",
-        L"IServiceProvider.QueryService(ISetupLog",
-        L"IServiceProvider.QueryService(ISetupReboot",
-        L"IServiceProvider.QueryService(ISetupDirs",
-        L"ISetupDirs.GetSupportDir",
-        L"ISetupTextSub.GetValue(\"VHRES\")",
-        L"ISetupTextSub.GetValue(\"VHUSER\")",
-        L"IServiceProvider.QueryService(ISetupResources",
-        L"ISetupResources.Load(",
-        L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
-        L"ISetupInfo.GetFact(21)",
-        L"ISetupInfo.GetFact(43)",
-    };
+    const wchar_t* const order[] = {L"ISetupHost.GetObjects",
+                                    L"IServiceProvider.QueryService(local ISetupTextSub)",
+                                    L"IServiceProvider.QueryService(global ISetupTextSub)",
+                                    L"IServiceProvider.QueryService(ISetupStrings",
+                                    L"IServiceProvider.QueryService(ISetupInfo",
+                                    L"ISetupInfo.GetFact(2)",
+                                    L"ISetupInfo.GetFact(18)",
+                                    L"IServiceProvider.QueryService(ISetupData",
+                                    L"ISetupDataEx.GetFlags",
+                                    L"ISetupData.GetProductGuid(0)",
+                                    L"ISetupDataEx.GetInstallGuid",
+                                    L"ISetupFeatureHost.GetFeatures",
+                                    L"ISetupData.GetRoot",
+                                    L"ISetupDataEx.GetEnabledServices",
+                                    L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
+                                    L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
+                                    L"IServiceProvider.QueryService(ISetupRegistry",
+                                    L"ISetupSiteAware.SetSite",
+                                    L"IServiceProvider.QueryService(ISetupUser",
+                                    L"ISetupUser.GetWindow",
+                                    L"IServiceProvider.QueryService(ISetupLog",
+                                    L"IServiceProvider.QueryService(ISetupReboot",
+                                    L"IServiceProvider.QueryService(ISetupDirs",
+                                    L"ISetupDirs.GetSupportDir",
+                                    L"ISetupTextSub.GetValue(\"VHRES\")",
+                                    L"ISetupTextSub.GetValue(\"VHUSER\")",
+                                    L"IServiceProvider.QueryService(ISetupResources",
+                                    L"ISetupResources.Load(",
+                                    L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
+                                    L"ISetupInfo.GetFact(21)",
+                                    L"ISetupInfo.GetFact(43)"};
     const auto& lines = session.calls().Lines();
     auto at = lines.begin();
     for (const wchar_t* const wanted : order) {
@@ -129,11 +127,9 @@ TEST(Context, TakesSourceAndPackageFromTheFacts)
     const struct {
         bool set_source, has_package, keep_package;
         const wchar_t *source, *package;
-    } cases[] = {
-        {true, true, false, L"C:\\from\\", L"C:\\package.zip"},
-        {true, false, false, L"C:\\from\\", L""},
-        {false, true, true, L"before", L"before"},
-    };
+    } cases[] = {{true, true, false, L"C:\\from\\", L"C:\\package.zip"},
+                 {true, false, false, L"C:\\from\\", L""},
+                 {false, true, true, L"before", L"before"}};
     for (const auto& one : cases) {
         engine::test::SetupFolder folder;
         engine::test::MakeTree(folder);
@@ -295,9 +291,20 @@ TEST(Phases, ReachTheHostAndItsObjects)
     EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
     int32_t count = -1;
     EXPECT_EQ(_GetObjectCount(session, &count), 0);
-    EXPECT_GE(count, 0);
-    variant host;
-    EXPECT_EQ(_GetObject(session, L"", host.put()), _GetObjectByIndex(session, 0, host.put()));
+    EXPECT_EQ(count, 2);
+    // The host itself, then its objects; each call makes its view of the object anew.
+    const std::pair<const wchar_t*, int32_t> objects[] = {{L"", 0}, {L"Core", 1}, {L"tools", 2}};
+    for (const auto& [name, index] : objects) {
+        variant named(L"old"), numbered(L"old");
+        EXPECT_EQ(_GetObject(session, name, &named.get()), 0) << name;
+        EXPECT_EQ(_GetObjectByIndex(session, index, &numbered.get()), 0) << index;
+        EXPECT_EQ(named.type(), VT_DISPATCH) << name;
+        EXPECT_EQ(numbered.type(), VT_DISPATCH) << index;
+        const test::BareContext bare;
+        EXPECT_EQ(_GetObject(bare, name, &named.get()), -1) << name;
+        EXPECT_EQ(_GetObjectByIndex(bare, index, &numbered.get()), -1) << index;
+        EXPECT_EQ(_GetObjectCount(bare, &count), -1);
+    }
     EXPECT_EQ(_RebootPutString(session, L"a", nullptr, L"c"), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupReboot.PutString(\"a\", null, \"c\")"), 1);
 }

@@ -197,18 +197,16 @@ TEST(DiskSpace, AsTextChoosesItsUnit)
         int32_t keep, shift, shift_after;
         const wchar_t* text;
     };
-    const row rows[] = {
-        {3ull << 29, 0, 0, 30, L"1.50"},
-        {0x40000000, 0, 0, 30, L"1.00"},
-        {0x3FFFFFFF, 0, 0, 20, L"1024.00"},
-        {0x100000, 0, 0, 20, L"1.00"},
-        {0xFFFFF, 0, 0, 10, L"1024.00"},
-        {100, 0, 0, 10, L"0.10"},
-        {0, 0, 7, 10, L"0.00"},
-        {5ull << 40, 0, 0, 30, L"5120.00"},
-        {3ull << 29, 1, 20, 20, L"1536.00"},
-        {3ull << 29, 1, 10, 10, L"1572864.00"},
-    };
+    const row rows[] = {{3ull << 29, 0, 0, 30, L"1.50"},
+                        {0x40000000, 0, 0, 30, L"1.00"},
+                        {0x3FFFFFFF, 0, 0, 20, L"1024.00"},
+                        {0x100000, 0, 0, 20, L"1.00"},
+                        {0xFFFFF, 0, 0, 10, L"1024.00"},
+                        {100, 0, 0, 10, L"0.10"},
+                        {0, 0, 7, 10, L"0.00"},
+                        {5ull << 40, 0, 0, 30, L"5120.00"},
+                        {3ull << 29, 1, 20, 20, L"1536.00"},
+                        {3ull << 29, 1, 10, 10, L"1572864.00"}};
     for (const row& expected : rows) {
         Disk::available = expected.bytes;
         wchar_t text[32] = L"";
@@ -238,13 +236,11 @@ TEST(Signature, IsThatOfEveryByteOfTheFile)
         std::string content;
         const wchar_t* digest;
     };
-    const row rows[] = {
-        {"", L"D41D8CD98F00B204E9800998ECF8427E"},
-        {"abc", L"900150983CD24FB0D6963F7D28E17F72"},
-        // A byte-order mark counts like any other bytes.
-        {"\xFF\xFE", L"F3B25701FE362EC84616A93A45CE9998"},
-        {std::string(1000000, 'a'), L"7707D6AE4E027C70EEA2A935C2296F21"},
-    };
+    const row rows[] = {{"", L"D41D8CD98F00B204E9800998ECF8427E"},
+                        {"abc", L"900150983CD24FB0D6963F7D28E17F72"},
+                        // A byte-order mark counts like any other bytes.
+                        {"\xFF\xFE", L"F3B25701FE362EC84616A93A45CE9998"},
+                        {std::string(1000000, 'a'), L"7707D6AE4E027C70EEA2A935C2296F21"}};
     for (const row& expected : rows) {
         const std::wstring file = folder.Write(L"content", expected.content);
         wchar_t text[33] = L"?";

@@ -43,27 +43,25 @@ TEST(TextFile, CutsLinesAlikeInBothEncodings)
     const struct {
         std::string text;
         Expected lines;
-    } cases[] = {
-        {"", {}},
-        {"\r\n", {}},
-        {"\n", {}},
-        {"\n\n", {}},
-        {"a", {L"a"}},
-        {"a\r\n", {L"a"}},
-        {"a\n", {L"a"}},
-        {"a\r\n\r\n", {L"a"}},
-        {"a\r\n\r\nb", {L"a", L"", L"b"}},
-        {"a\r\n\r\n\r\n", {L"a", L""}},
-        {"a\n\nb", {L"a", L"b"}},
-        {"a\n\n\nb", {L"a", L"", L"b"}},
-        {"a\r\rb", {L"a", L"b"}},
-        {"a\n\rb", {L"a", L"b"}},
-        {"\r\na", {L"", L"a"}},
-        {"\r\n\r\n", {L""}},
-        {" \r\n\t", {L" ", L"\t"}},
-        {std::string("a\0b\r\nc", 6), {}},
-        {std::string("a\r\nb\0c\r\nd", 9), {L"a"}},
-    };
+    } cases[] = {{"", {}},
+                 {"\r\n", {}},
+                 {"\n", {}},
+                 {"\n\n", {}},
+                 {"a", {L"a"}},
+                 {"a\r\n", {L"a"}},
+                 {"a\n", {L"a"}},
+                 {"a\r\n\r\n", {L"a"}},
+                 {"a\r\n\r\nb", {L"a", L"", L"b"}},
+                 {"a\r\n\r\n\r\n", {L"a", L""}},
+                 {"a\n\nb", {L"a", L"b"}},
+                 {"a\n\n\nb", {L"a", L"", L"b"}},
+                 {"a\r\rb", {L"a", L"b"}},
+                 {"a\n\rb", {L"a", L"b"}},
+                 {"\r\na", {L"", L"a"}},
+                 {"\r\n\r\n", {L""}},
+                 {" \r\n\t", {L" ", L"\t"}},
+                 {std::string("a\0b\r\nc", 6), {}},
+                 {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
     const TempFolder folder;
     const BareContext context;
     for (const auto& one : cases) {
@@ -119,6 +117,13 @@ TEST(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(std::wstring(buffer, 7), std::wstring(L"xy\0\0\0\0#", 7)) << "padded up to the size";
     EXPECT_EQ(_GetLineSize(context, file, &size), -1);
     EXPECT_EQ(size, 0);
+    for (const int32_t no_room : {0, -1}) {
+        const auto again = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+        EXPECT_EQ(_GetLine(context, again, buffer, no_room), 0);
+        EXPECT_EQ(buffer[0], L'x') << "nothing is written";
+        EXPECT_EQ(_GetLine(context, again, buffer, 3), 0);
+        EXPECT_STREQ(buffer, L"xy") << "the line has gone";
+    }
     EXPECT_EQ(_GetLine(context, file, buffer, 6), -1);
 }
 

@@ -51,18 +51,16 @@ TEST_F(Folders, SplitCommandLines)
         const wchar_t* line;
         const wchar_t* target;
         const wchar_t* arguments;
-    } cases[] = {
-        {L"C:\\a.exe", L"C:\\a.exe", L""},
-        {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
-        {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
-        {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
-        {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
-        {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
-        {L" a b", L"", L"a b"},
-        {L"\"\"a\"\" b", L"\"a\"", L"b"},
-        {L"\"", L"", L""},
-        {L"", L"", L""},
-    };
+    } cases[] = {{L"C:\\a.exe", L"C:\\a.exe", L""},
+                 {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
+                 {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
+                 {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
+                 {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
+                 {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
+                 {L" a b", L"", L"a b"},
+                 {L"\"\"a\"\" b", L"\"a\"", L"b"},
+                 {L"\"", L"", L""},
+                 {L"", L"", L""}};
     session->calls().FailCall(L"ISetupShortcut.SetWorkingDir", E_ABORT);
     for (const auto& one : cases) {
         session->calls().Reset();
@@ -114,11 +112,9 @@ TEST_F(Folders, TakeFlagsInTheirOrder)
         int32_t flags;
         int command; // 0: none is set
         const wchar_t* properties;
-    } cases[] = {
-        {0, 0, L""},       {1, 7, L""},       {4, 1, L""},        {5, 7, L""},
-        {9, 3, L""},       {8, 3, L""},       {13, 3, L""},       {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
-        {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "},
-    };
+    } cases[] = {{0, 0, L""},       {1, 7, L""},       {4, 1, L""},       {5, 7, L""},
+                 {9, 3, L""},       {8, 3, L""},       {13, 3, L""},      {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
+                 {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "}};
     for (const auto& one : cases) {
         session->calls().Reset();
         EXPECT_EQ(Add(L"Flags", L"C:\\a.exe", one.flags | IconReplace), 0) << one.flags;

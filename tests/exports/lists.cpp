@@ -269,21 +269,19 @@ TEST(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
         std::optional<std::string> before;
         int32_t flags;
         std::string after;
-    } cases[] = {
-        {"new, no flag", std::nullopt, 0, "n\r\n"},
-        {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
-        {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
-        {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
-        {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
-        {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
-        {"wide stays wide", wide_a, 0, wide_new},
-        {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
-        {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
-        {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
-        {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
-        {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
-         wide_a + std::string("n\0\r\0\n\0", 6)},
-    };
+    } cases[] = {{"new, no flag", std::nullopt, 0, "n\r\n"},
+                 {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
+                 {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
+                 {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
+                 {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
+                 {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
+                 {"wide stays wide", wide_a, 0, wide_new},
+                 {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
+                 {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
+                 {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
+                 {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
+                 {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
+                  wide_a + std::string("n\0\r\0\n\0", 6)}};
     const TempFolder folder;
     const BareContext context;
     const ListHandle list = _ListCreate(context, ListTypeString);

@@ -207,6 +207,10 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(high, 0);
     EXPECT_GE(low, 10);
 
+    EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"Core", 3, 1), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupItemUninstallCost.AddUninstallCost(\"Core\", 3, 1)"), 1);
+    EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"None", 3, 1), -1);
+    EXPECT_EQ(_FeatureAddCost(session, data, L"None", L"C:\\", 3, 1), -1);
     wchar_t drive[MAX_PATH] = L"kept";
     EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), 0);
     EXPECT_EQ(size, 0);
@@ -321,43 +325,41 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
         int32_t code;
         int64_t number; // none: left alone
         std::wstring text;
-    } cases[] = {
-        {L"docs\\one.txt", 1, 3, L"#"},
-        {L"docs\\one.txt", 2, 0, L"#"},
-        {L"docs\\one.txt", 3, 39 << 9 | 11 << 5 | 5, L"11-05-19"},
-        {L"docs\\one.txt", 4, 16 << 11 | 7 << 5, L"16:07"},
-        {L"docs\\one.txt", 5, GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str()), L"#"},
-        {L"docs\\one.txt", 6, none, L"1.2.3.4"},
-        {L"docs\\one.txt", 7, none, L""},
-        {L"docs\\one.txt", 8, none, folder.Setup(L"p\\one.txt")},
-        {L"docs\\one.txt", 9, 39 << 9 | 11 << 5 | 5, L"11-05-2019"},
-        {L"docs\\one.txt", 11, none, L"900150983CD24FB0D6963F7D28E17F72"},
-        {L"docs\\one.txt", 16, none, folder.Target(L"t")},
-        {L"docs\\one.txt", 21, 1, L"#"},
-        {L"docs\\one.txt", 22, 0, L"#"},
-        {L"docs\\one.txt", 23, 0, L"#"},
-        {L"docs\\one.txt", 24, none, L"#"},
-        {L"docs\\sub\\large.bin", 1, 0x40000007, L"#"},
-        {L"docs\\sub\\large.bin", 2, 2, L"#"},
-        {L"docs\\sub\\large.bin", 3, 19 << 9 | 12 << 5 | 31, L"12-31-99"},
-        {L"docs\\sub\\large.bin", 4, 1 << 11 | 59 << 5, L"01:59"},
-        {L"docs\\sub\\large.bin", 7, none, L"1031"},
-        {L"docs\\sub\\large.bin", 9, 19 << 9 | 12 << 5 | 31, L"12-31-1999"},
-        {L"docs\\sub\\large.bin", 12, 0x40000007, L"#"},
-        {L"docs\\sub\\large.bin", 13, 2, L"#"},
-        {L"docs\\sub\\large.bin", 16, none, folder.Target(L"t\\sub")},
-        {L"docs\\sub\\large.bin", 21, 1, L"#"},
-        {L"docs\\sub\\large.bin", 22, 1, L"#"},
-        {L"docs\\sub\\large.bin", 23, 1, L"#"},
-        {L"docs", 14, 2, L"#"},
-        {L"docs", 15, none, L"docs"},
-        {L"docs", 17, none, folder.Setup(L"p")},
-        {L"docs", 18, 0x4000000A, L"#"},
-        {L"docs", 19, none, L"F"},
-        {L"docs", 20, 2, L"#"},
-        {L"docs", 21, 1, L"#"},
-        {L"rest", 14, 0, L"#"},
-    };
+    } cases[] = {{L"docs\\one.txt", 1, 3, L"#"},
+                 {L"docs\\one.txt", 2, 0, L"#"},
+                 {L"docs\\one.txt", 3, 39 << 9 | 11 << 5 | 5, L"11-05-19"},
+                 {L"docs\\one.txt", 4, 16 << 11 | 7 << 5, L"16:07"},
+                 {L"docs\\one.txt", 5, GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str()), L"#"},
+                 {L"docs\\one.txt", 6, none, L"1.2.3.4"},
+                 {L"docs\\one.txt", 7, none, L""},
+                 {L"docs\\one.txt", 8, none, folder.Setup(L"p\\one.txt")},
+                 {L"docs\\one.txt", 9, 39 << 9 | 11 << 5 | 5, L"11-05-2019"},
+                 {L"docs\\one.txt", 11, none, L"900150983CD24FB0D6963F7D28E17F72"},
+                 {L"docs\\one.txt", 16, none, folder.Target(L"t")},
+                 {L"docs\\one.txt", 21, 1, L"#"},
+                 {L"docs\\one.txt", 22, 0, L"#"},
+                 {L"docs\\one.txt", 23, 0, L"#"},
+                 {L"docs\\one.txt", 24, none, L"#"},
+                 {L"docs\\sub\\large.bin", 1, 0x40000007, L"#"},
+                 {L"docs\\sub\\large.bin", 2, 2, L"#"},
+                 {L"docs\\sub\\large.bin", 3, 19 << 9 | 12 << 5 | 31, L"12-31-99"},
+                 {L"docs\\sub\\large.bin", 4, 1 << 11 | 59 << 5, L"01:59"},
+                 {L"docs\\sub\\large.bin", 7, none, L"1031"},
+                 {L"docs\\sub\\large.bin", 9, 19 << 9 | 12 << 5 | 31, L"12-31-1999"},
+                 {L"docs\\sub\\large.bin", 12, 0x40000007, L"#"},
+                 {L"docs\\sub\\large.bin", 13, 2, L"#"},
+                 {L"docs\\sub\\large.bin", 16, none, folder.Target(L"t\\sub")},
+                 {L"docs\\sub\\large.bin", 21, 1, L"#"},
+                 {L"docs\\sub\\large.bin", 22, 1, L"#"},
+                 {L"docs\\sub\\large.bin", 23, 1, L"#"},
+                 {L"docs", 14, 2, L"#"},
+                 {L"docs", 15, none, L"docs"},
+                 {L"docs", 17, none, folder.Setup(L"p")},
+                 {L"docs", 18, 0x4000000A, L"#"},
+                 {L"docs", 19, none, L"F"},
+                 {L"docs", 20, 2, L"#"},
+                 {L"docs", 21, 1, L"#"},
+                 {L"rest", 14, 0, L"#"}};
     for (const wchar_t* item : {L"F", L""})
         for (const auto& one : cases) {
             int64_t number = none;

@@ -83,8 +83,7 @@ TEST(NullContext, GivesAnotherAnswerWhereTheFamilySaysSo)
         {"_ShowObjWizardPages", 0}, {"_SetupInet", 0},
         {"_CleanupInet", 0},        {"_InetGetNextDisk", 3},
         {"_InetGetLastError", 0},   {"_ComponentViewCreate", 0},
-        {"_TreeViewCreate", 0},     {"__CreateObjectContextSuiteExt", 0},
-    };
+        {"_TreeViewCreate", 0},     {"__CreateObjectContextSuiteExt", 0}};
     for (const auto& [name, answer] : answers)
         EXPECT_EQ(static_cast<int32_t>(CallWithNothing(name)), answer) << name;
     // These take null quietly and answer nothing.

@@ -77,21 +77,19 @@ TEST(RegistryValues, AreWrittenByTheirTypes)
         int32_t size;
         int64_t result;
         std::string bytes;
-    } cases[] = {
-        {REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
-        {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
-        {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
-        {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
-        {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
-        {REG_MULTI_SZ, nullptr, 3, -1, ""},
-        {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
-        {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
-        {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
-        {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
-        {REG_BINARY, L"x", 1, -10, ""},
-        {REG_NONE, L"x", 1, -1, ""},
-        {11, L"x", 1, -1, ""},
-    };
+    } cases[] = {{REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
+                 {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
+                 {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
+                 {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
+                 {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
+                 {REG_MULTI_SZ, nullptr, 3, -1, ""},
+                 {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
+                 {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
+                 {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
+                 {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
+                 {REG_BINARY, L"x", 1, -10, ""},
+                 {REG_NONE, L"x", 1, -1, ""},
+                 {11, L"x", 1, -1, ""}};
     for (const auto& one : cases) {
         RegDeleteTreeW(HKEY_CURRENT_USER, base);
         EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", one.type, one.value, one.size), one.result)
@@ -157,17 +155,15 @@ TEST(RegistryValues, ComeBackAsText)
         int32_t size_back;
         int32_t type;
         std::wstring units;
-    } cases[] = {
-        {L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
-        {L"text", 4, -5, 5, REG_SZ, L"#######"},
-        {L"text", 0, -5, 5, REG_SZ, L"#######"},
-        {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
-        {L"none", 0, -5, 1, REG_SZ, L"#######"},
-        {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
-        {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
-        {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
-        {L"missing", 9, not_found, 9, -7, L"#######"},
-    };
+    } cases[] = {{L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
+                 {L"text", 4, -5, 5, REG_SZ, L"#######"},
+                 {L"text", 0, -5, 5, REG_SZ, L"#######"},
+                 {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
+                 {L"none", 0, -5, 1, REG_SZ, L"#######"},
+                 {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
+                 {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
+                 {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
+                 {L"missing", 9, not_found, 9, -7, L"#######"}};
     for (const auto& one : cases) {
         wchar_t buffer[] = L"#######";
         int32_t type = -7, size = one.size;
@@ -182,13 +178,11 @@ TEST(RegistryValues, ComeBackAsText)
         int64_t result;
         int32_t size_back;
         std::string bytes;
-    } binary[] = {
-        {L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
-        {L"bytes", 3, -5, 4, "#####"},
-        {L"text", 9, -1, 9, "#####"},
-        {L"number", 9, -1, 9, "#####"},
-        {L"missing", 9, not_found, 9, "#####"},
-    };
+    } binary[] = {{L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
+                  {L"bytes", 3, -5, 4, "#####"},
+                  {L"text", 9, -1, 9, "#####"},
+                  {L"number", 9, -1, 9, "#####"},
+                  {L"missing", 9, not_found, 9, "#####"}};
     for (const auto& one : binary) {
         char buffer[] = "#####";
         int32_t size = one.size;
@@ -273,13 +267,11 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
     const struct {
         HRESULT code;
         int64_t result;
-    } failures[] = {
-        {HRESULT_FROM_WIN32(123), -3},
-        {HRESULT_FROM_WIN32(1009), -4},
-        {HRESULT_FROM_WIN32(1114), -2},
-        {HRESULT_FROM_WIN32(5), HRESULT_FROM_WIN32(5)},
-        {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)},
-    };
+    } failures[] = {{HRESULT_FROM_WIN32(123), -3},
+                    {HRESULT_FROM_WIN32(1009), -4},
+                    {HRESULT_FROM_WIN32(1114), -2},
+                    {HRESULT_FROM_WIN32(5), HRESULT_FROM_WIN32(5)},
+                    {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)}};
     for (const auto& one : failures) {
         session.calls().FailCall(L"ISetupRegistry.Connect", one.code);
         EXPECT_EQ(_RegConnectRegistry(session, local_machine, L"\\\\there"), one.result);

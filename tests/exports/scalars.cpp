@@ -14,10 +14,8 @@ TEST(Bytes, CopyFailsInTheOrderOfItsTests)
     const struct {
         uint32_t target_offset, target_size, source_offset, source_size, count;
         int32_t result;
-    } cases[] = {
-        {0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
-        {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0},
-    };
+    } cases[] = {{0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
+                 {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0}};
     for (const auto& one : cases) {
         char target[9] = "........";
         EXPECT_EQ(_CopyBytes(target, one.target_offset, one.target_size, "abcdefgh", one.source_offset, one.source_size,

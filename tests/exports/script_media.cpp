@@ -82,6 +82,10 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), 0);
     EXPECT_EQ(number(2), 0);
     EXPECT_EQ(number(8), 1);
+    for (const int32_t selected : {0, 2, 0, 1}) {
+        EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 8, selected, nullptr), 0);
+        EXPECT_EQ(number(8), selected != 0);
+    }
     EXPECT_EQ(number(10), 3000) << "bytes";
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 10, 77, nullptr), 0);
     EXPECT_EQ(number(10), 77);
@@ -123,20 +127,18 @@ TEST(Costs, RoundAndChooseTheirUnits)
         int32_t kilobytes;
         const wchar_t* text;
         int32_t unit;
-    } cases[] = {
-        {0, 0, L"", 99},
-        {1, 1, L"0.00", 10},
-        {511, 1, L"0.50", 10},
-        {512, 1, L"0.50", 10},
-        {1024, 1, L"1.00", 10},
-        {1535, 1, L"1.50", 10},
-        {1536, 2, L"1.50", 10},
-        {0xFFFFF, 1024, L"1024.00", 10},
-        {0x100000, 1024, L"1.00", 20},
-        {0x3FFFFFFF, 0x100000, L"1024.00", 20},
-        {0x40000000, 0x100000, L"1.00", 30},
-        {0x60000000, 0x180000, L"1.50", 30},
-    };
+    } cases[] = {{0, 0, L"", 99},
+                 {1, 1, L"0.00", 10},
+                 {511, 1, L"0.50", 10},
+                 {512, 1, L"0.50", 10},
+                 {1024, 1, L"1.00", 10},
+                 {1535, 1, L"1.50", 10},
+                 {1536, 2, L"1.50", 10},
+                 {0xFFFFF, 1024, L"1024.00", 10},
+                 {0x100000, 1024, L"1.00", 20},
+                 {0x3FFFFFFF, 0x100000, L"1024.00", 20},
+                 {0x40000000, 0x100000, L"1.00", 30},
+                 {0x60000000, 0x180000, L"1.50", 30}};
     for (const auto& one : cases) {
         const BareContext context;
         _ComponentAddItem(context, mine, L"x", one.bytes, 1);

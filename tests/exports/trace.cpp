@@ -68,12 +68,10 @@ TEST(Trace, CleansLineEndsOutOfDetails)
     const struct {
         const wchar_t* details;
         const char* line;
-    } cases[] = {
-        {L"abc", "abc"},     {L"abc\r\n", "abc"},   {L"abc\n\n", "abc_"}, {L"a\r\nb\nc", "a_b_c"},
-        {L"a\rb", "a\rb"},   {L"a\r\n\r\n", "a_"},  {L"\n", ""},          {L"\r", ""},
-        {L"", ""},           {L"a|b\tc", "a|b\tc"}, {L"100%%", "100%"},   {L"%d of %d", "0 of 0"},
-        {L"%s.", "(null)."},
-    };
+    } cases[] = {{L"abc", "abc"},    {L"abc\r\n", "abc"},   {L"abc\n\n", "abc_"}, {L"a\r\nb\nc", "a_b_c"},
+                 {L"a\rb", "a\rb"},  {L"a\r\n\r\n", "a_"},  {L"\n", ""},          {L"\r", ""},
+                 {L"", ""},          {L"a|b\tc", "a|b\tc"}, {L"100%%", "100%"},   {L"%d of %d", "0 of 0"},
+                 {L"%s.", "(null)."}};
     const TempFolder folder;
     const std::wstring path = folder / L"t.bin";
     TracedLibrary library(path);

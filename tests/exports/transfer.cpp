@@ -48,13 +48,15 @@ TEST(MoveData, EndsAtTheFirstFailingStep)
     const struct {
         const wchar_t* failing;
         bool stops;
-    } steps[] = {
-        {L"ISetupHost.BeginData", true},         {L"ISetupFeatureHost.Reinstall", false},
-        {L"ISetupFeatureHost.GetCosts", true},   {L"ISetupCosts.GetTotalLow", true},
-        {L"ISetupCosts.GetTotalHigh", true},     {L"IServiceProvider.QueryService(ISetupProgress)", true},
-        {L"ISetupProgress.BeginTransfer", true}, {L"ISetupFeatureHost.Move", true},
-        {L"ISetupHost.EndData", true},
-    };
+    } steps[] = {{L"ISetupHost.BeginData", true},
+                 {L"ISetupFeatureHost.Reinstall", false},
+                 {L"ISetupFeatureHost.GetCosts", true},
+                 {L"ISetupCosts.GetTotalLow", true},
+                 {L"ISetupCosts.GetTotalHigh", true},
+                 {L"IServiceProvider.QueryService(ISetupProgress)", true},
+                 {L"ISetupProgress.BeginTransfer", true},
+                 {L"ISetupFeatureHost.Move", true},
+                 {L"ISetupHost.EndData", true}};
     for (const auto& step : steps) {
         const Session session;
         session.calls().FailCall(step.failing, static_cast<HRESULT>(0x8004F06C));
@@ -68,11 +70,9 @@ TEST(FixedActions, LeaveTheirModes)
         int32_t(__stdcall* action)(ObjectContext*);
         const wchar_t* call;
         const wchar_t* mode;
-    } actions[] = {
-        {_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-        {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-        {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"},
-    };
+    } actions[] = {{_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+                   {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+                   {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"}};
     for (const auto& one : actions) {
         const Session session;
         EXPECT_EQ(one.action(session), 0) << session.engine->LogFile().size();

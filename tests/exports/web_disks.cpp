@@ -80,11 +80,9 @@ TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
         const wchar_t* file;
         int32_t result;
         int32_t error;
-    } requests[] = {
-        {L"data2.cab", 4, 0}, {L"C:\\x\\disk3.cab", 4, 0}, {L"C:\\x2\\disk4.cab", 3, -2},
-        {L"data.cab", 4, 0},  {L"C:/a/disk9", 4, 0},       {L"data2.1.cab", 4, 0},
-        {nullptr, 4, 0},
-    };
+    } requests[] = {{L"data2.cab", 4, 0}, {L"C:\\x\\disk3.cab", 4, 0}, {L"C:\\x2\\disk4.cab", 3, -2},
+                    {L"data.cab", 4, 0},  {L"C:/a/disk9", 4, 0},       {L"data2.1.cab", 4, 0},
+                    {nullptr, 4, 0}};
     for (const auto& [file, result, error] : requests) {
         EXPECT_EQ(_InetGetNextDisk(session, file), result) << file;
         EXPECT_EQ(_InetGetLastError(session), error) << file;

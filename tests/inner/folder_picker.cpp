@@ -157,8 +157,7 @@ TEST(FolderPicker, NeedsNoControlOfThePlatforms)
          },
          false},
         {[](const BareDialog& shown) { shown.Settle(), shown.Press(IDOK); }, true},
-        {[](const BareDialog& shown) { shown.Press(IDOK), shown.Press(IDCANCEL); }, false},
-    };
+        {[](const BareDialog& shown) { shown.Press(IDOK), shown.Press(IDCANCEL); }, false}};
     vh::late::browse_for_folder.replace([](BROWSEINFOW* info) -> PIDLIST_ABSOLUTE {
         const BareDialog dialog(info);
         dialog.Tell(BFFM_INITIALIZED);

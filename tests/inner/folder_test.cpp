@@ -104,17 +104,15 @@ TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)
         std::wstring path;
         bool plain;
         bool verified;
-    } cases[] = {
-        {there, true, false},
-        {there + L"\\new", true, true},
-        {there + L"\\a|b", false, false},
-        {there + L"\\a?b", false, false},
-        {L"c:\\", true, false},
-        {L"q:\\folder", false, false},
-        {L"folder", false, false},
-        {L"\\\\no such server\\share\\a", false, false},
-        {L"", false, false},
-    };
+    } cases[] = {{there, true, false},
+                 {there + L"\\new", true, true},
+                 {there + L"\\a|b", false, false},
+                 {there + L"\\a?b", false, false},
+                 {L"c:\\", true, false},
+                 {L"q:\\folder", false, false},
+                 {L"folder", false, false},
+                 {L"\\\\no such server\\share\\a", false, false},
+                 {L"", false, false}};
     for (const auto& one : cases) {
         EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), false), one.plain) << one.path;
         EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), true), one.verified) << one.path;

@@ -70,16 +70,14 @@ TEST(IniFile, ComesBackAsItsRulesSay)
         const wchar_t* separator;
         bool keep_bare_keys;
         const char* saved;
-    } cases[] = {
-        {"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
-        {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
-        {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
-        {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
-        {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
-        // Only one unit of a longer separator is stepped over, so the rest doubles.
-        {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
-        {"", L"=", false, ""},
-    };
+    } cases[] = {{"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
+                 {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
+                 {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
+                 {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
+                 {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
+                 // Only one unit of a longer separator is stepped over, so the rest doubles.
+                 {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
+                 {"", L"=", false, ""}};
     for (const auto& one : cases) {
         Loaded file(one.given, one.separator, one.keep_bare_keys);
         EXPECT_TRUE(file.read);
@@ -94,12 +92,10 @@ TEST(IniFile, KeepsItsEncoding)
     const struct {
         std::string bytes;
         bool marked;
-    } cases[] = {
-        {"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
-        {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
-        {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
-        {"[a]\r\nk=v\r\n"s, false},
-    };
+    } cases[] = {{"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
+                 {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
+                 {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
+                 {"[a]\r\nk=v\r\n"s, false}};
     for (const auto& one : cases) {
         Loaded file(one.bytes);
         EXPECT_TRUE(file.read);
@@ -153,10 +149,11 @@ TEST(IniFile, GivesNumberedValues)
         const char* text;
         const wchar_t* format;
         const wchar_t* values;
-    } cases[] = {
-        {"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},   {"[s]\nk0=a\nk2=b", L"k%d", L"a"}, {"[s]\nk2=b", L"k%d", L""},
-        {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"}, {"[t]\nk0=a", L"k%d", L""},
-    };
+    } cases[] = {{"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},
+                 {"[s]\nk0=a\nk2=b", L"k%d", L"a"},
+                 {"[s]\nk2=b", L"k%d", L""},
+                 {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"},
+                 {"[t]\nk0=a", L"k%d", L""}};
     for (const auto& one : cases) {
         Loaded file(one.text);
         inifilex::names values;
@@ -190,32 +187,30 @@ TEST(IniFile, RenamesMovesRemovesAndSorts)
         std::function<bool(inifilex&)> work;
         bool result, dirty;
         std::wstring shape;
-    } steps[] = {
-        {[](auto& d) { return d.rename_section(L"nowhere", L"nowhere"); }, true, false, start},
-        {[](auto& d) { return d.rename_section(L"q", L"R1"); }, false, false, start},
-        // Names are equal without regard to case.
-        {[](auto& d) { return d.rename_section(L"q", L"Q"); }, true, false, start},
-        {[](auto& d) { return d.rename_section(L"z", L"new"); }, false, false, start},
-        {[](auto& d) { return d.rename_section(L"q", L"s"); }, true, true, L"p1:c,B,a|s:|P2:|r1:"},
-        {[](auto& d) { return d.rename_section(L"S", L"q"); }, true, true, start},
-        {[](auto& d) { return d.move_entry(L"p1", L"c", L"zz"); }, false, true, start},
-        {[](auto& d) { return d.move_entry(L"p1", L"C", L"b"); }, true, true, L"p1:B,c,a|q:|P2:|r1:"},
-        {[](auto& d) { return d.move_entry(L"p1", L"a", L"b"); }, true, true, L"p1:B,a,c|q:|P2:|r1:"},
-        {[](auto& d) { return d.rename_entry(L"p1", L"b", L"zeta"); }, true, true, L"p1:zeta,a,c|q:|P2:|r1:"},
-        {[](auto& d) { return d.rename_entry(L"p1", L"a", L"C"); }, false, false, L"p1:zeta,a,c|q:|P2:|r1:"},
-        {[](auto& d) { return d.sort_entries_of(L"p1"), true; }, true, false, L"p1:a,c,zeta|q:|P2:|r1:"},
-        // "p1" gives way to the "r1" that is there.
-        {[](auto& d) { return d.rename_sections(L"p", L"r"), true; }, true, true, L"p1:a,c,zeta|q:|r2:|r1:"},
-        {[](auto& d) { return d.sort_sections(), true; }, true, false, L"p1:a,c,zeta|q:|r1:|r2:"},
-        {[](auto& d) { return d.remove_sections(L"R"), true; }, true, true, L"p1:a,c,zeta|q:"},
-        {[](auto& d) { return d.has_section(L"Q"); }, true, false, L"p1:a,c,zeta|q:"},
-        {[](auto& d) { return d.remove_entry(L"p1", L"C"); }, true, true, L"p1:a,zeta|q:"},
-        {[](auto& d) { return d.clear_section(L"p1"); }, true, true, L"p1:|q:"},
-        {[](auto& d) { return d.remove_entry(L"p1", L"a"); }, false, false, L"p1:|q:"},
-        {[](auto& d) { return d.remove_section(L"p1"); }, true, true, L"q:"},
-        {[](auto& d) { return d.remove_section(L"p1"); }, false, false, L"q:"},
-        {[](auto& d) { return d.clear(), true; }, true, false, L""},
-    };
+    } steps[] = {{[](auto& d) { return d.rename_section(L"nowhere", L"nowhere"); }, true, false, start},
+                 {[](auto& d) { return d.rename_section(L"q", L"R1"); }, false, false, start},
+                 // Names are equal without regard to case.
+                 {[](auto& d) { return d.rename_section(L"q", L"Q"); }, true, false, start},
+                 {[](auto& d) { return d.rename_section(L"z", L"new"); }, false, false, start},
+                 {[](auto& d) { return d.rename_section(L"q", L"s"); }, true, true, L"p1:c,B,a|s:|P2:|r1:"},
+                 {[](auto& d) { return d.rename_section(L"S", L"q"); }, true, true, start},
+                 {[](auto& d) { return d.move_entry(L"p1", L"c", L"zz"); }, false, true, start},
+                 {[](auto& d) { return d.move_entry(L"p1", L"C", L"b"); }, true, true, L"p1:B,c,a|q:|P2:|r1:"},
+                 {[](auto& d) { return d.move_entry(L"p1", L"a", L"b"); }, true, true, L"p1:B,a,c|q:|P2:|r1:"},
+                 {[](auto& d) { return d.rename_entry(L"p1", L"b", L"zeta"); }, true, true, L"p1:zeta,a,c|q:|P2:|r1:"},
+                 {[](auto& d) { return d.rename_entry(L"p1", L"a", L"C"); }, false, false, L"p1:zeta,a,c|q:|P2:|r1:"},
+                 {[](auto& d) { return d.sort_entries_of(L"p1"), true; }, true, false, L"p1:a,c,zeta|q:|P2:|r1:"},
+                 // "p1" gives way to the "r1" that is there.
+                 {[](auto& d) { return d.rename_sections(L"p", L"r"), true; }, true, true, L"p1:a,c,zeta|q:|r2:|r1:"},
+                 {[](auto& d) { return d.sort_sections(), true; }, true, false, L"p1:a,c,zeta|q:|r1:|r2:"},
+                 {[](auto& d) { return d.remove_sections(L"R"), true; }, true, true, L"p1:a,c,zeta|q:"},
+                 {[](auto& d) { return d.has_section(L"Q"); }, true, false, L"p1:a,c,zeta|q:"},
+                 {[](auto& d) { return d.remove_entry(L"p1", L"C"); }, true, true, L"p1:a,zeta|q:"},
+                 {[](auto& d) { return d.clear_section(L"p1"); }, true, true, L"p1:|q:"},
+                 {[](auto& d) { return d.remove_entry(L"p1", L"a"); }, false, false, L"p1:|q:"},
+                 {[](auto& d) { return d.remove_section(L"p1"); }, true, true, L"q:"},
+                 {[](auto& d) { return d.remove_section(L"p1"); }, false, false, L"q:"},
+                 {[](auto& d) { return d.clear(), true; }, true, false, L""}};
     for (const auto& step : steps) {
         const auto at = &step - steps;
         document.set_dirty(false);
@@ -401,8 +396,7 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
              disk_room = 5;
              way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
          },
-         inifile_set_encoding, ERROR_DISK_FULL},
-    };
+         inifile_set_encoding, ERROR_DISK_FULL}};
     for (const auto& one : cases) {
         Loaded file("[a]\nx=1\n");
         const std::string old = BytesOf(file.path);

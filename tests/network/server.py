@@ -18,6 +18,7 @@ Further parameters are what goes wrong:
   status=S      answers S with a short body; with times=T only T times for the key
   chunked=1     sends chunks and no length
   to=ADDRESS    redirects
+  header=NAME   writes down this header in place of the part
   text=T, wide=T     sends this text, in UTF-8 or in UTF-16 with its mark, "~" being a line end; repeat=N times, with
                      tail=T behind it
   user=U&password=P  wants these, with domain=D the user DOMAIN\\USER
@@ -78,7 +79,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def write_down(self):
         with lock:
-            requests[self.key].append(self.headers.get("Range", "-"))
+            requests[self.key].append(self.headers.get(self.ask("header", "Range"), "-"))
 
     def short(self, status, text, **headers):
         self.send_response(status)

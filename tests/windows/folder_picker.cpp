@@ -276,8 +276,7 @@ TEST_F(FolderPicker, AnswersAsItIsDriven)
          L"1 c:\\windows\\system32"},
         {{L"c:\\windows\\", {TreeStands, PressCancel}, folders_only}, L"2 c:\\windows"},
         {{L"c:\\windows\\", {BareTreeStands, PressOk}, BIF_EDITBOX | BIF_BROWSEFORPRINTER}, L"1 c:\\windows"},
-        {{L"c:\\", {BareTreeStands, PressCancel}, BIF_EDITBOX | BIF_BROWSEFORCOMPUTER}, L"2 c:"},
-    };
+        {{L"c:\\", {BareTreeStands, PressCancel}, BIF_EDITBOX | BIF_BROWSEFORCOMPUTER}, L"2 c:"}};
     for (const auto& [shown, answer] : cases)
         EXPECT_EQ(_wcsicmp(Browse(session, shown).c_str(), answer.c_str()), 0) << answer;
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
