@@ -105,6 +105,10 @@ TEST(ProductFile, TakesAByteOrderMarkAndForeignNames)
     folder.Payload(L"\u65e5\u672c\\\u00fcber.txt", "x");
     folder.Product(
         R"("features": [{"name": "\u65e5", "files": [{"name": "g", "files": ["\u65e5\u672c/\u00fcber.txt"]}]}])");
+    wchar_t local[MAX_PATH] = L"";
+    GetEnvironmentVariableW(L"LOCALAPPDATA", local, MAX_PATH);
+    EXPECT_EQ(std::wstring(local) + L"\\VHSetup\\{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}\\install.log",
+              LogFileOf(folder.Setup()));
     WriteText(folder.Setup(L"product.json"), "\xEF\xBB\xBF" + ReadWhole(folder.Setup(L"product.json"), 10000));
     const auto engine = folder.Open();
     ASSERT_EQ(S_OK, MoveAll(*engine));

@@ -5,6 +5,7 @@
 
 #include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
+#include "../support/import_patch.h"
 #include "../support/session.h"
 
 using namespace vh;
@@ -39,24 +40,21 @@ TEST(UnknownMedia, AnswersTheMixtureThatScriptsKnow)
     wchar_t text[512];
     int64_t wide = 0;
     const ListHandle list = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(_ComponentGetData(session, none, L"Core", 8, &number, text, 64), -132);
-    EXPECT_EQ(_ComponentSetData(session, none, L"Core", 0, 0, L""), -132);
-    EXPECT_EQ(_ComponentSelectItem(session, none, L"Core", 1), -132);
-    EXPECT_EQ(_ComponentIsItemSelected(session, none, L"Core"), -132);
-    EXPECT_EQ(_ComponentListItems(session, none, L"", list), -132);
-    EXPECT_EQ(_ComponentGetItemSize(session, none, L"Core", &number), -132);
+    for (const int32_t code :
+         {_ComponentGetData(session, none, L"Core", 8, &number, text, 64),
+          _ComponentSetData(session, none, L"Core", 0, 0, L""), _ComponentSelectItem(session, none, L"Core", 1),
+          _ComponentIsItemSelected(session, none, L"Core"), _ComponentListItems(session, none, L"", list),
+          _ComponentGetCost(session, none, L"Core", L"C:\\", &number), _ComponentTransferData(session, none),
+          _ComponentSetupTypeSet(session, none, L"x"), _ComponentFilterLanguage(session, none, 1033, 1),
+          _CreateRegistrySet(session, none, L"x"), _ComponentGetItemSize(session, none, L"Core", &number)})
+        EXPECT_EQ(code, -132);
     EXPECT_EQ(number, -1);
     EXPECT_EQ(_ComponentTotalSize(session, none, L"", 1, 1, 0), -132);
-    EXPECT_EQ(_ComponentGetCost(session, none, L"Core", L"C:\\", &number), -132);
-    EXPECT_EQ(_ComponentTransferData(session, none), -132);
-    EXPECT_EQ(_ComponentSetupTypeSet(session, none, L"x"), -132);
-    EXPECT_EQ(_ComponentFilterLanguage(session, none, 1033, 1), -132);
-    EXPECT_EQ(_CreateRegistrySet(session, none, L"x"), -132);
-    EXPECT_EQ(_ComponentMoveData(session, none, 0), -126);
-    EXPECT_EQ(_ComponentValidate(session, none, L"Core", L"k"), -126);
-    EXPECT_EQ(_ComponentFileEnum(session, none, L"Core", L"*", list, 0), -126);
-    EXPECT_EQ(_ComponentFileEnum(session, none, L"Core", L"a\\*", list, 0), -126);
-    EXPECT_EQ(_ComponentFileInfo(session, none, L"Core", L"", L"a\\b", 1, &wide, text), -126);
+    for (const int32_t code : {_ComponentMoveData(session, none, 0), _ComponentValidate(session, none, L"Core", L"k"),
+                               _ComponentFileEnum(session, none, L"Core", L"*", list, 0),
+                               _ComponentFileEnum(session, none, L"Core", L"a\\*", list, 0),
+                               _ComponentFileInfo(session, none, L"Core", L"", L"a\\b", 1, &wide, text)})
+        EXPECT_EQ(code, -126);
     EXPECT_EQ(_FeatureAddCost(session, none, L"Core", L"C:\\", 1, 0), -1);
     EXPECT_EQ(_MediaGetFilteringInfo(session, none, 0, list), static_cast<int32_t>(0x8004F084)) << "not mapped";
 
@@ -220,6 +218,32 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), -108);
     EXPECT_EQ(std::wstring(drive), target.substr(0, 2));
     EXPECT_EQ(size, INT32_MAX);
+}
+
+// Both sides are cut to units of 1024 bytes before they are compared.
+TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
+{
+    static uint64_t available;
+    const test::CallCounter<decltype(GetDiskFreeSpaceExW)> disk(
+        "GetDiskFreeSpaceExW", [](const wchar_t*, ULARGE_INTEGER* caller, ULARGE_INTEGER* all, ULARGE_INTEGER* free) {
+            caller->QuadPart = available;
+            all->QuadPart = free->QuadPart = 1;
+            return TRUE;
+        });
+    const Session session;
+    // Two megabytes with the product's own 100 bytes.
+    EXPECT_EQ(_FeatureAddCost(session, data, L"Core", session.folder.Target().c_str(), (2 << 20) - 100, 0), 0);
+    const struct {
+        uint64_t available;
+        int32_t result, size;
+    } cases[] = {{2 << 20, 0, 0}, {(2 << 20) + 1, 0, 0}, {(2 << 20) - 1, -108, 2 << 20}, {0, -108, 2 << 20}};
+    for (const auto& one : cases) {
+        available = one.available;
+        wchar_t drive[MAX_PATH] = L"";
+        int32_t size = -1;
+        EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), one.result) << available;
+        EXPECT_EQ(size, one.size) << available;
+    }
 }
 
 TEST(FileMedia, KnowsSetupTypesByName)
