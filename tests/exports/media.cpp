@@ -343,46 +343,50 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
             {"path": "q/*", "recurse": true, "language": 1031, "flags": ["permanent", "never-overwrite"]}]},
         {"name": "rest", "systems": ["windows-8", "windows-11"], "languages": [9], "files": []}]}])");
     const Session session(folder.Given());
-    constexpr int64_t none = -7;
+    constexpr int64_t none = -7, date = 39 << 9 | 11 << 5 | 5, old_date = 19 << 9 | 12 << 5 | 31;
+    const wchar_t* const small = L"docs\\one.txt";
+    const wchar_t* const large = L"docs\\sub\\large.bin";
+    const wchar_t* const group = L"docs";
+    const int64_t attributes = GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str());
     const struct {
         const wchar_t* path;
         int32_t code;
         int64_t number; // none: left alone
         std::wstring text;
-    } cases[] = {{L"docs\\one.txt", 1, 3, L"#"},
-                 {L"docs\\one.txt", 2, 0, L"#"},
-                 {L"docs\\one.txt", 3, 39 << 9 | 11 << 5 | 5, L"11-05-19"},
-                 {L"docs\\one.txt", 4, 16 << 11 | 7 << 5, L"16:07"},
-                 {L"docs\\one.txt", 5, GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str()), L"#"},
-                 {L"docs\\one.txt", 6, none, L"1.2.3.4"},
-                 {L"docs\\one.txt", 7, none, L""},
-                 {L"docs\\one.txt", 8, none, folder.Setup(L"p\\one.txt")},
-                 {L"docs\\one.txt", 9, 39 << 9 | 11 << 5 | 5, L"11-05-2019"},
-                 {L"docs\\one.txt", 11, none, L"900150983CD24FB0D6963F7D28E17F72"},
-                 {L"docs\\one.txt", 16, none, folder.Target(L"t")},
-                 {L"docs\\one.txt", 21, 1, L"#"},
-                 {L"docs\\one.txt", 22, 0, L"#"},
-                 {L"docs\\one.txt", 23, 0, L"#"},
-                 {L"docs\\one.txt", 24, none, L"#"},
-                 {L"docs\\sub\\large.bin", 1, 0x40000007, L"#"},
-                 {L"docs\\sub\\large.bin", 2, 2, L"#"},
-                 {L"docs\\sub\\large.bin", 3, 19 << 9 | 12 << 5 | 31, L"12-31-99"},
-                 {L"docs\\sub\\large.bin", 4, 1 << 11 | 59 << 5, L"01:59"},
-                 {L"docs\\sub\\large.bin", 7, none, L"1031"},
-                 {L"docs\\sub\\large.bin", 9, 19 << 9 | 12 << 5 | 31, L"12-31-1999"},
-                 {L"docs\\sub\\large.bin", 12, 0x40000007, L"#"},
-                 {L"docs\\sub\\large.bin", 13, 2, L"#"},
-                 {L"docs\\sub\\large.bin", 16, none, folder.Target(L"t\\sub")},
-                 {L"docs\\sub\\large.bin", 21, 1, L"#"},
-                 {L"docs\\sub\\large.bin", 22, 1, L"#"},
-                 {L"docs\\sub\\large.bin", 23, 1, L"#"},
-                 {L"docs", 14, 2, L"#"},
-                 {L"docs", 15, none, L"docs"},
-                 {L"docs", 17, none, folder.Setup(L"p")},
-                 {L"docs", 18, 0x4000000A, L"#"},
-                 {L"docs", 19, none, L"F"},
-                 {L"docs", 20, 2, L"#"},
-                 {L"docs", 21, 1, L"#"},
+    } cases[] = {{small, 1, 3, L"#"},
+                 {small, 2, 0, L"#"},
+                 {small, 3, date, L"11-05-19"},
+                 {small, 4, 16 << 11 | 7 << 5, L"16:07"},
+                 {small, 5, attributes, L"#"},
+                 {small, 6, none, L"1.2.3.4"},
+                 {small, 7, none, L""},
+                 {small, 9, date, L"11-05-2019"},
+                 {small, 8, none, folder.Setup(L"p\\one.txt")},
+                 {small, 11, none, L"900150983CD24FB0D6963F7D28E17F72"},
+                 {small, 16, none, folder.Target(L"t")},
+                 {small, 21, 1, L"#"},
+                 {small, 22, 0, L"#"},
+                 {small, 23, 0, L"#"},
+                 {small, 24, none, L"#"},
+                 {large, 1, 0x40000007, L"#"},
+                 {large, 2, 2, L"#"},
+                 {large, 3, old_date, L"12-31-99"},
+                 {large, 4, 1 << 11 | 59 << 5, L"01:59"},
+                 {large, 7, none, L"1031"},
+                 {large, 9, old_date, L"12-31-1999"},
+                 {large, 12, 0x40000007, L"#"},
+                 {large, 13, 2, L"#"},
+                 {large, 16, none, folder.Target(L"t\\sub")},
+                 {large, 21, 1, L"#"},
+                 {large, 22, 1, L"#"},
+                 {large, 23, 1, L"#"},
+                 {group, 14, 2, L"#"},
+                 {group, 15, none, L"docs"},
+                 {group, 17, none, folder.Setup(L"p")},
+                 {group, 18, 0x4000000A, L"#"},
+                 {group, 19, none, L"F"},
+                 {group, 20, 2, L"#"},
+                 {group, 21, 1, L"#"},
                  {L"rest", 14, 0, L"#"}};
     for (const wchar_t* item : {L"F", L""})
         for (const auto& one : cases) {

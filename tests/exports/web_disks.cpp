@@ -54,11 +54,6 @@ TEST(WebDisks, NeedAnAgent)
     EXPECT_EQ(_InetGetLastError(session), 0);
     _InetEndofTransfer(session);
     EXPECT_EQ(_CleanupInet(session), 1);
-    EXPECT_EQ(_SetupInet(nullptr), 0);
-    EXPECT_EQ(_CleanupInet(nullptr), 0);
-    EXPECT_EQ(_InetGetNextDisk(nullptr, L"data2.cab"), 3);
-    EXPECT_EQ(_InetGetLastError(nullptr), 0);
-    _InetEndofTransfer(nullptr);
 }
 
 TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
