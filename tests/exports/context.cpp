@@ -104,15 +104,15 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
     EXPECT_STREQ(text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
     EXPECT_EQ(__GetInstallGuid(session, text), 0);
     EXPECT_STREQ(text, L"{11111111-2222-3333-4444-555555555555}");
-    EXPECT_EQ(__GetMaintOption(session, &number), 0);
-    EXPECT_EQ(number, 8);
-    EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
-    EXPECT_EQ(number, 5);
+    using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
+    for (const auto& [get, value] :
+         {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}}) {
+        EXPECT_EQ(get(session, &number), 0);
+        EXPECT_EQ(number, value);
+    }
     EXPECT_EQ(__PutEnabledIServices(session, 9), 0);
     EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
     EXPECT_EQ(number, 9);
-    EXPECT_EQ(__GetMaintenanceMode(session, &number), 0);
-    EXPECT_EQ(number, 0);
     EXPECT_EQ(_SetGlobalFlags(session, 0x55), 0);
     EXPECT_EQ(_SetGlobalFlags(session, 1), 0x55);
     EXPECT_EQ(_GetGlobalFlags(session), 1);
@@ -309,54 +309,67 @@ TEST(Phases, ReachTheHostAndItsObjects)
     EXPECT_EQ(session.CallsOf(L"ISetupReboot.PutString(\"a\", null, \"c\")"), 1);
 }
 
-TEST(CommandLine, KeepsSilentModesAlsoWhenNothingIsAsked)
+TEST(CommandLine, ReadsEachFactIntoItsPlace)
 {
-    engine::test::SetupFolder folder;
-    engine::test::MakeTree(folder);
-    engine::Options options = folder.Given();
-    options.silent = true;
-    options.commandLine = L"one two";
-    Session session(std::move(options));
-    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, 0),
-              0);
-    EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact("), 2) << "facts 10 and 36 alone";
-    int32_t flags[5] = {9, 9, 9, 9, 9};
-    wchar_t line[16];
-    EXPECT_EQ(__GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, line, 16),
-              0);
-    EXPECT_STREQ(line, L"one two");
-    EXPECT_EQ(flags[1], 1);
-    for (const int32_t flag : flags)
-        EXPECT_TRUE(flag == 0 || flag == 1);
-    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, line, 7),
-              8);
-    session.calls().FailCall(L"ISetupInfo.GetFact(11)", E_FAIL);
-    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, &flags[3], nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, 0),
-              -1);
+    constexpr long flag_facts[] = {9, 10, 36, 11, 5}, text_facts[] = {3, 4, 6, 7, 8};
+    for (std::size_t set = 0; set < 5; ++set) {
+        engine::test::SetupFolder folder;
+        engine::test::MakeTree(folder);
+        engine::Options options = folder.Given();
+        options.commandLine = L"one two";
+        for (std::size_t i = 0; i < 5; ++i) {
+            options.facts[flag_facts[i]] = variant(i == set);
+            options.facts[text_facts[i]] = variant(std::to_wstring(text_facts[i]).c_str());
+        }
+        Session session(std::move(options));
+        int32_t flags[5] = {9, 9, 9, 9, 9};
+        wchar_t texts[5][4] = {}, line[16];
+        const auto ask = [&](int32_t size) {
+            return __GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], texts[0],
+                                       texts[1], texts[2], texts[3], texts[4], line, size);
+        };
+        EXPECT_EQ(ask(16), 0);
+        EXPECT_STREQ(line, L"one two");
+        for (std::size_t i = 0; i < 5; ++i) {
+            EXPECT_EQ(flags[i], i == set) << i;
+            EXPECT_EQ(texts[i], std::to_wstring(text_facts[i]));
+        }
+        EXPECT_EQ(ask(7), 8);
+        for (const long failing : {flag_facts[set], text_facts[set], 12l}) {
+            const std::wstring call = L"ISetupInfo.GetFact(" + std::to_wstring(failing) + L")";
+            session.calls().FailCall(call.c_str(), E_FAIL);
+            EXPECT_EQ(ask(16), -1) << failing;
+            session.calls().FailCall(call.c_str(), S_OK);
+        }
+        // Silent modes are kept also when nothing is asked.
+        const long before = session.CallsOf(L"ISetupInfo.GetFact(");
+        EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr, 0),
+                  0);
+        EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact(") - before, 2) << "facts 10 and 36 alone";
+    }
 }
 
 TEST(DataModes, AreReadAndSetInTheDataSet)
 {
     Session session;
-    int32_t on = -1;
-    EXPECT_EQ(__GetUpdateMode(session, &on), 0);
-    EXPECT_EQ(on, 0);
+    using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
+    const auto expect = [&](std::initializer_list<std::pair<Getter, int32_t>> modes, int32_t result) {
+        for (const auto& [get, mode] : modes) {
+            int32_t on = -1;
+            EXPECT_EQ(get(session, &on), result);
+            EXPECT_EQ(on, mode);
+        }
+    };
+    expect({{__GetUpdateMode, 0}, {__GetRemoveAllMode, 0}, {__GetReinstallMode, 0}}, 0);
     EXPECT_EQ(__SetUpdateMode(session, 3), 0);
-    EXPECT_EQ(__GetUpdateMode(session, &on), 0);
-    EXPECT_EQ(on, 1);
-    EXPECT_EQ(__GetRemoveAllMode(session, &on), 0);
-    EXPECT_EQ(on, 0);
-    EXPECT_GE(__GetReinstallMode(session, &on), 0);
-    EXPECT_EQ(on, 0);
+    const auto data = engine::test::ServiceOf<ISetupData>(*session.engine);
+    data.query<ISetupDataEx>()->SetRemoveAllMode(VARIANT_TRUE);
+    data.query<ISetupDataModes>()->SetReinstallMode(VARIANT_TRUE);
+    expect({{__GetUpdateMode, 1}, {__GetRemoveAllMode, 1}, {__GetReinstallMode, 1}}, 0);
     session.calls().FailCall(L"IServiceProvider.QueryService(ISetupData)", E_FAIL);
-    EXPECT_EQ(__GetUpdateMode(session, &on), -1);
+    expect({{__GetUpdateMode, -1}, {__GetRemoveAllMode, -1}, {__GetReinstallMode, -1}}, -1);
     EXPECT_EQ(__SetUpdateMode(session, 1), -1);
-    EXPECT_EQ(__GetRemoveAllMode(session, &on), -1);
-    EXPECT_EQ(__GetReinstallMode(session, &on), -1);
 }
 
 } // namespace

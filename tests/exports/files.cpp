@@ -1,4 +1,5 @@
 // Script files: how lines are cut, how the open decides, what bytes reach the disk.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -180,26 +181,23 @@ TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
     const std::wstring path = folder.Write(L"a", "abc");
     const auto text = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
     const auto bytes = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadBytes, 0));
-    wchar_t line[8];
-    uint8_t buffer[8];
-    int32_t size = 0;
-    EXPECT_EQ(_ReadBytes(context, text, buffer, 8, 0, 8), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_WriteBytes(context, text, buffer, 8, 0, 8), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_SeekBytes(context, text, 0, SeekFromStart), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_GetLine(context, bytes, line, 8), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_GetLineSize(context, bytes, &size), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_WriteLine(context, bytes, L""), VHRT_WRONG_TYPE);
-    for (const FileHandle unknown : {0, -1, text + 1}) {
-        EXPECT_EQ(_GetLine(context, unknown, line, 8), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_GetLineSize(context, unknown, &size), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_WriteLine(context, unknown, L""), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_ReadBytes(context, unknown, buffer, 8, 0, 8), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_WriteBytes(context, unknown, buffer, 8, 0, 8), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_SeekBytes(context, unknown, 0, 1), VHRT_BAD_HANDLE);
+    const auto all = [&](FileHandle file) {
+        wchar_t line[8];
+        uint8_t buffer[8];
+        int32_t size = 0;
+        return std::vector<int64_t>{
+            _ReadBytes(context, file, buffer, 8, 0, 8),  _WriteBytes(context, file, buffer, 8, 0, 8),
+            _SeekBytes(context, file, 0, SeekFromStart), _GetLine(context, file, line, 8),
+            _GetLineSize(context, file, &size),          _WriteLine(context, file, L"")};
+    };
+    const auto of_text = all(text), of_bytes = all(bytes);
+    EXPECT_EQ(std::count(of_text.begin(), of_text.begin() + 3, VHRT_WRONG_TYPE), 3);
+    EXPECT_EQ(std::count(of_bytes.begin() + 3, of_bytes.end(), VHRT_WRONG_TYPE), 3);
+    EXPECT_EQ(_CloseFile(context, text), 0);
+    for (const FileHandle unknown : {0, -1, text + 1, text}) {
+        EXPECT_EQ(all(unknown), std::vector<int64_t>(6, VHRT_BAD_HANDLE));
         EXPECT_EQ(_CloseFile(context, unknown), VHRT_BAD_HANDLE);
     }
-    EXPECT_EQ(_CloseFile(context, text), 0);
-    EXPECT_EQ(_CloseFile(context, text), VHRT_BAD_HANDLE);
 }
 
 TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)

@@ -242,15 +242,14 @@ TEST(RegistryWrites, AreUndoneWithTheRun)
 
 TEST(RegistryOptions, ChooseTheView)
 {
-    const TestKey cleared;
     const Session session;
-    int32_t options = -7;
-    EXPECT_EQ(_RegGetOptions(session, &options), 0);
-    EXPECT_EQ(options, 0);
-    EXPECT_EQ(_RegSetOptions(session, 1), 0);
-    EXPECT_EQ(_RegGetOptions(session, &options), 0);
-    EXPECT_EQ(options, 1);
-    EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
+    for (const int32_t wanted : {0, 1, 0}) {
+        int32_t options = -7;
+        EXPECT_EQ(_RegSetOptions(session, wanted), 0);
+        EXPECT_EQ(_RegGetOptions(session, &options), 0);
+        EXPECT_EQ(options, wanted);
+        EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
+    }
     EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);
 }
 
