@@ -1,5 +1,7 @@
 // Media on engine data, through the component exports.
 #include <cstring>
+#include <map>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -343,60 +345,35 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
             {"path": "q/*", "recurse": true, "language": 1031, "flags": ["permanent", "never-overwrite"]}]},
         {"name": "rest", "systems": ["windows-8", "windows-11"], "languages": [9], "files": []}]}])");
     const Session session(folder.Given());
-    constexpr int64_t none = -7, date = 39 << 9 | 11 << 5 | 5, old_date = 19 << 9 | 12 << 5 | 31;
-    const wchar_t* const small = L"docs\\one.txt";
-    const wchar_t* const large = L"docs\\sub\\large.bin";
-    const wchar_t* const group = L"docs";
-    const int64_t attributes = GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str());
-    const struct {
-        const wchar_t* path;
-        int32_t code;
-        int64_t number; // none: left alone
-        std::wstring text;
-    } cases[] = {{small, 1, 3, L"#"},
-                 {small, 2, 0, L"#"},
-                 {small, 3, date, L"11-05-19"},
-                 {small, 4, 16 << 11 | 7 << 5, L"16:07"},
-                 {small, 5, attributes, L"#"},
-                 {small, 6, none, L"1.2.3.4"},
-                 {small, 7, none, L""},
-                 {small, 9, date, L"11-05-2019"},
-                 {small, 8, none, folder.Setup(L"p\\one.txt")},
-                 {small, 11, none, L"900150983CD24FB0D6963F7D28E17F72"},
-                 {small, 16, none, folder.Target(L"t")},
-                 {small, 21, 1, L"#"},
-                 {small, 22, 0, L"#"},
-                 {small, 23, 0, L"#"},
-                 {small, 24, none, L"#"},
-                 {large, 1, 0x40000007, L"#"},
-                 {large, 2, 2, L"#"},
-                 {large, 3, old_date, L"12-31-99"},
-                 {large, 4, 1 << 11 | 59 << 5, L"01:59"},
-                 {large, 7, none, L"1031"},
-                 {large, 9, old_date, L"12-31-1999"},
-                 {large, 12, 0x40000007, L"#"},
-                 {large, 13, 2, L"#"},
-                 {large, 16, none, folder.Target(L"t\\sub")},
-                 {large, 21, 1, L"#"},
-                 {large, 22, 1, L"#"},
-                 {large, 23, 1, L"#"},
-                 {group, 14, 2, L"#"},
-                 {group, 15, none, L"docs"},
-                 {group, 17, none, folder.Setup(L"p")},
-                 {group, 18, 0x4000000A, L"#"},
-                 {group, 19, none, L"F"},
-                 {group, 20, 2, L"#"},
-                 {group, 21, 1, L"#"},
-                 {L"rest", 14, 0, L"#"}};
-    for (const wchar_t* item : {L"F", L""})
-        for (const auto& one : cases) {
-            int64_t number = none;
+    const std::map<std::wstring, const wchar_t*> paths = {
+        {L"small", L"docs\\one.txt"}, {L"large", L"docs\\sub\\large.bin"}, {L"group", L"docs"}, {L"rest", L"rest"}};
+    const std::map<std::wstring, std::wstring> folders = {{L"SOURCE", folder.Setup(L"p\\one.txt")},
+                                                          {L"FROM", folder.Setup(L"p")},
+                                                          {L"TO", folder.Target(L"t")},
+                                                          {L"BELOW", folder.Target(L"t\\sub")},
+                                                          {L"NONE", L""}};
+    // Code, number and text; -7 and "#" are those that stood there before.
+    const std::wstring facts = LR"(small 1 3 # small 2 0 # small 3 20325 11-05-19 small 4 32992 16:07 small 6 -7 1.2.3.4
+        small 7 -7 NONE small 8 -7 SOURCE small 9 20325 11-05-2019 small 11 -7 900150983CD24FB0D6963F7D28E17F72
+        small 12 3 # small 13 0 # small 16 -7 TO small 21 1 # small 22 0 # small 23 0 # small 24 -7 # large 1 1073741831 #
+        large 2 2 # large 3 10143 12-31-99 large 4 3936 01:59 large 7 -7 1031 large 9 10143 12-31-1999
+        large 12 1073741831 # large 13 2 # large 16 -7 BELOW large 21 1 # large 22 1 # large 23 1 # group 14 2 #
+        group 15 -7 docs group 17 -7 FROM group 18 1073741834 # group 19 -7 F group 20 2 # group 21 1 # rest 14 0 # small 5 )" +
+                               std::to_wstring(GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str())) + L" #";
+    for (const wchar_t* item : {L"F", L""}) {
+        std::wistringstream rows(facts);
+        std::wstring path, wanted;
+        int32_t code = 0;
+        for (int64_t wanted_number = 0; rows >> path >> code >> wanted_number >> wanted;) {
+            int64_t number = -7;
             wchar_t text[300] = L"#";
-            const int32_t result = _ComponentFileInfo(session, data, item, L"", one.path, one.code, &number, text);
-            EXPECT_EQ(result, one.code == 24 ? E_INVALIDARG : 0) << one.path << " " << one.code;
-            EXPECT_EQ(number, one.number) << one.path << " " << one.code;
-            EXPECT_EQ(text, one.text) << one.path << " " << one.code;
+            EXPECT_EQ(_ComponentFileInfo(session, data, item, L"", paths.at(path), code, &number, text),
+                      code == 24 ? E_INVALIDARG : 0)
+                << path << " " << code;
+            EXPECT_EQ(number, wanted_number) << path << " " << code;
+            EXPECT_EQ(text, folders.contains(wanted) ? folders.at(wanted) : wanted) << path << " " << code;
         }
+    }
     // Facts that go to a list; 10 and 131072 give one element for each bit.
     const struct {
         const wchar_t* path;
