@@ -123,7 +123,6 @@ target_link_libraries(vhrt_network_tests PRIVATE vhrt_objects vhengine gtest ole
 add_test(NAME vhrt_network_tests
   COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${WINE_RUNNER} $<TARGET_FILE:vhrt_network_tests>)
 set_tests_properties(vhrt_network_tests PROPERTIES TIMEOUT 300)
-add_dependencies(vhrt_network_tests VHRT)
 target_compile_definitions(vhrt_host_tests PRIVATE VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 
 # INI files that this machine has, which a script looks for.

@@ -104,20 +104,6 @@ TEST(Addresses, AreReadAsIniFiles)
     EXPECT_EQ(_IsLangSupported(1041, Address(text + L"&drop=70000", L"ini").c_str()), 0);
 }
 
-// Nothing of the library is left where each read has come to its end.
-TEST(Addresses, LetTheLibraryUnload)
-{
-    const HMODULE library = LoadLibraryW(L"VHRT.dll");
-    ASSERT_TRUE(library);
-    const auto read = reinterpret_cast<decltype(&_GenerateFileMD5SignatureHex)>(
-        reinterpret_cast<void*>(GetProcAddress(library, "_GenerateFileMD5SignatureHex")));
-    wchar_t text[33] = L"";
-    EXPECT_EQ(read(nullptr, Address(L"size=1000", L"unload").c_str(), text), 0);
-    EXPECT_EQ(wcslen(text), 32u);
-    FreeLibrary(library);
-    EXPECT_EQ(GetModuleHandleW(L"VHRT.dll"), nullptr);
-}
-
 TEST(Addresses, GiveTheirLines)
 {
     const Dialogs dialogs;
