@@ -18,7 +18,6 @@ std::wstring Text(const auto& object, auto getter)
 
 using Host = OnTree;
 using Maintenance = OnTree;
-using RootQueries = OnTree;
 
 } // namespace
 
@@ -74,22 +73,6 @@ TEST(ItemTexts, AreReadEachFromItsPlace)
     short order = 0;
     item->GetDisplayOrder(&order);
     EXPECT_EQ(1, order);
-}
-
-TEST_F(RootQueries, FindGroupsOfAllFeatures)
-{
-    const auto modes = ServiceOf<ISetupData>(*engine).query<ISetupDataModes>();
-    variant value;
-    ASSERT_EQ(S_OK, modes->GetRootFiles(value.put()));
-    const safe_array all(value);
-    EXPECT_EQ(3, all.last());
-    EXPECT_EQ(L"extra\\c.bin", all.at(2).text());
-    ASSERT_EQ(S_OK, modes->EnumRootFiles(bstr(L"help").get(), VARIANT_FALSE, value.put()));
-    EXPECT_EQ(L"d.bin", safe_array(value).at(0).text());
-    ASSERT_EQ(S_OK, modes->RootFileInfo(bstr(L"help").get(), bstr(L"d.bin").get(), 1, value.put()));
-    EXPECT_EQ(40, value.get().lVal);
-    EXPECT_EQ(static_cast<HRESULT>(0x8004F069), modes->RootFileInfo(bstr(L"none").get(), nullptr, 14, value.put()));
-    EXPECT_EQ(E_INVALIDARG, modes->GetFilteringNumbers(2, value.put()));
 }
 
 TEST_F(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)

@@ -256,28 +256,10 @@ TEST_F(Filters, TakeFeaturesOutAndLetThemBackIn)
     EXPECT_FALSE(visible());
     EXPECT_EQ(5, numbers(1));
     EXPECT_EQ(E_INVALIDARG, data->FilterLanguage(0, VARIANT_FALSE));
+    variant none;
+    EXPECT_EQ(E_INVALIDARG, data.query<ISetupDataModes>()->GetFilteringNumbers(2, none.put()));
     ASSERT_EQ(S_OK, MoveAll(*engine));
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin"}), Tree(folder.Target()));
-}
-
-TEST(FileQueries, NameGroupsAndFiles)
-{
-    SetupFolder folder;
-    folder.Payload(L"p\\one.txt", "abc");
-    folder.Payload(L"p\\sub\\two.txt", "");
-    folder.Product(R"("features": [{"name": "F", "files": [
-        {"name": "docs", "files": [{"path": "p/*", "recurse": true}]}]}])");
-    const auto engine = folder.Open();
-    const auto item = Feature(*engine, {L"F"});
-    const auto queries = item.query<ISetupItemFileQueries>();
-    variant value;
-    item.query<ISetupItemFiles>()->GetFiles(value.put());
-    EXPECT_EQ((std::vector<std::wstring>{L"docs\\one.txt", L"docs\\sub\\two.txt"}), TextsOf(value));
-    queries->EnumFiles(bstr(L"DOCS").get(), VARIANT_FALSE, value.put());
-    EXPECT_EQ((std::vector<std::wstring>{L"one.txt"}), TextsOf(value));
-    EXPECT_EQ(no_such_item, queries->EnumFiles(bstr(L"none").get(), VARIANT_TRUE, value.put()));
-    queries->FileInfo(bstr(L"docs").get(), bstr(L"one.txt").get(), 11, value.put());
-    EXPECT_EQ(std::wstring(L"\x90\x01\x50\x98\x3c\xd2\x4f\xb0\xd6\x96\x3f\x7d\x28\xe1\x7f\x72"), value.text());
 }
 
 TEST(HeaderFiles, OpenAsDataSetsWithMovesOfTheirOwn)

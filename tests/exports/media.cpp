@@ -299,18 +299,32 @@ TEST(FileMedia, FiltersWithTheInvertedFlag)
     EXPECT_EQ(session.CallsOf(L"ISetupDataEx.FilterOS(1, 2, 0)"), 1);
 }
 
+// The files of an item that fit, or the code.
+std::wstring Files(ObjectContext* context, const wchar_t* item, const wchar_t* pattern, int32_t flag)
+{
+    const ListHandle list = _ListCreate(context, ListTypeString);
+    const int32_t code = _ComponentFileEnum(context, data, item, pattern, list, flag);
+    const std::wstring files = Texts(context, list);
+    return code ? std::to_wstring(code) + files : files;
+}
+
 TEST(FileMedia, EnumeratesFilesByPattern)
 {
     const Session session;
-    const ListHandle list = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*.*", list, 0), 0);
-    const std::wstring all = Texts(session, list);
-    EXPECT_NE(all, L"");
-    const ListHandle none = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*.none", none, 0), 0);
-    EXPECT_EQ(Texts(session, none), L"");
+    const struct {
+        const wchar_t *item, *pattern, *files;
+    } cases[] = {{L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
+                 {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
+                 {L"Tools\\Extra", L"*.none", L""},
+                 {L"Tools\\Extra", L"none\\*", L"-105"},
+                 {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
+                 {L"", L"*h*", L"help\\d.bin"},
+                 {L"", L"help\\*", L"d.bin"},
+                 {L"", L"none\\*", L"-105"},
+                 {L"No such", L"*", L"-105"}};
+    for (const auto& one : cases)
+        EXPECT_EQ(Files(session, one.item, one.pattern, 0), one.files) << one.item << " " << one.pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
-    EXPECT_EQ(_ComponentFileEnum(session, data, L"No such", L"*", 99, 0), -105);
 }
 
 // Gives a payload file its last write, in local time.
@@ -373,6 +387,11 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
             EXPECT_EQ(number, wanted_number) << path << " " << code;
             EXPECT_EQ(text, folders.contains(wanted) ? folders.at(wanted) : wanted) << path << " " << code;
         }
+    }
+    for (const wchar_t* item : {L"F", L""}) {
+        EXPECT_EQ(Files(session, item, L"docs\\*", 0), L"one.txt");
+        EXPECT_EQ(Files(session, item, L"docs\\*", 1), L"one.txt|sub\\large.bin");
+        EXPECT_EQ(Files(session, item, L"*", 0), L"docs\\one.txt|docs\\sub\\large.bin");
     }
     // Facts that go to a list; 10 and 131072 give one element for each bit.
     const struct {
