@@ -263,17 +263,15 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
                                static_cast<int64_t>(static_cast<int32_t>(0x80000005)), int64_t{0}, int64_t{-1}})
         EXPECT_EQ(_RegConnectRegistry(session, root, L""), -1) << root;
     EXPECT_EQ(session.CallsOf(L"ISetupRegistry.Connect"), 0);
-    const struct {
-        HRESULT code;
-        int64_t result;
-    } failures[] = {{HRESULT_FROM_WIN32(123), -3},
-                    {HRESULT_FROM_WIN32(1009), -4},
-                    {HRESULT_FROM_WIN32(1114), -2},
-                    {HRESULT_FROM_WIN32(5), HRESULT_FROM_WIN32(5)},
-                    {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)}};
-    for (const auto& one : failures) {
-        session.calls().FailCall(L"ISetupRegistry.Connect", one.code);
-        EXPECT_EQ(_RegConnectRegistry(session, local_machine, L"\\\\there"), one.result);
+    const std::pair<HRESULT, int64_t> failures[] = {
+        {HRESULT_FROM_WIN32(123), -3},
+        {HRESULT_FROM_WIN32(1009), -4},
+        {HRESULT_FROM_WIN32(1114), -2},
+        {HRESULT_FROM_WIN32(5), HRESULT_FROM_WIN32(5)},
+        {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)}};
+    for (const auto& [code, result] : failures) {
+        session.calls().FailCall(L"ISetupRegistry.Connect", code);
+        EXPECT_EQ(_RegConnectRegistry(session, local_machine, L"\\\\there"), result);
         EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     }
     EXPECT_EQ(session.calls().Lines().back(), L"ISetupRegistry.Connect(-2147483646, \"\\\\there\")");
