@@ -57,19 +57,8 @@ TEST(ItemTexts, AreReadEachFromItsPlace)
     const std::pair<const wchar_t*, const wchar_t*> properties[] = {
         {L"Name", L"F"},         {L"description", L"d"}, {L"LongText", L"l"},       {L"MiscText", L"m"},
         {L"DisplayOrder", L"1"}, {L"Selected", L"2"},    {L"PartlySelected", L"0"}, {L"Visible", L"-1"}};
-    const auto object = item.query<IDispatch>();
-    for (const auto& [name, expected] : properties) {
-        auto* given = const_cast<wchar_t*>(name);
-        DISPID id = 0;
-        DISPPARAMS none{};
-        variant value;
-        ASSERT_EQ(S_OK, object->GetIDsOfNames(GUID_NULL, &given, 1, 0, &id)) << ToUtf8(name);
-        ASSERT_EQ(S_OK, object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr));
-        if (value.type() == VT_BOOL)
-            value.change(VT_I2);
-        value.change(VT_BSTR);
-        EXPECT_EQ(expected, value.text()) << ToUtf8(name);
-    }
+    for (const auto& [name, expected] : properties)
+        EXPECT_EQ(expected, PropertyText(item.query<IDispatch>().get(), name)) << ToUtf8(name);
     short order = 0;
     item->GetDisplayOrder(&order);
     EXPECT_EQ(1, order);

@@ -435,6 +435,27 @@ TEST(FileMedia, FailsEverywhereWithoutItsCollection)
     EXPECT_EQ(_ComponentGetItemSize(session, data, L"Core", &number), E_POINTER);
 }
 
+TEST(FileMedia, GivesTheEnginesErrorToTheScript)
+{
+    engine::test::SetupFolder folder;
+    folder.Payload(L"a.bin", "a");
+    folder.Product(
+        R"("features": [{"name": "Lost", "target": "<NOWHERE>", "files": [{"name": "g", "files": ["a.bin"]}]}])");
+    const Session session(folder.Given());
+    EXPECT_EQ(_ComponentMoveData(session, data, 0), E_INVALIDARG);
+    variant error;
+    wchar_t media[64] = L"";
+    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), media), 0);
+    EXPECT_STREQ(media, data);
+    ASSERT_EQ(error.type(), VT_DISPATCH);
+    const std::pair<const wchar_t*, const wchar_t*> properties[] = {
+        {L"Code", L"-2147024809"}, {L"File", L"<NOWHERE>"}, {L"Reason", L"\"Lost\""}, {L"Text", L"\"Lost\""}};
+    for (const auto& [name, part] : properties) {
+        const std::wstring text = engine::test::PropertyText(error.get().pdispVal, name);
+        EXPECT_NE(text.find(part), text.npos) << name << ": " << text;
+    }
+}
+
 TEST(SupportMedia, MovesNothingAndTransfersNothing)
 {
     const Session session(R"(, "support": [{"name": "Seen", "files": []}, {"name": "Unseen", "files": []}])");

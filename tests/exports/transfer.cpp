@@ -98,7 +98,9 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
 {
     const Session session;
     session.folder.Payload(L"more.hdr", R"({"format": 1, "name": "More", "version": "1",
-        "guid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", "features": [{"name": "One"}, {"name": "Two"}]})");
+        "guid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", "features": [
+        {"name": "One", "files": [{"name": "g", "files": ["a.bin"]}]},
+        {"name": "Two", "files": [{"name": "g", "files": ["b.bin"]}]}]})");
     const std::wstring header = session.folder.Setup(L"more.dat");
     EXPECT_EQ(_FeatureInitialize(session, L"MORE", L"<Data>", header.c_str()), 0) << "the extension becomes .hdr";
     const ListHandle list = _ListCreate(session, ListTypeString);
@@ -117,6 +119,7 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     EXPECT_EQ(cost, 4);
     EXPECT_EQ(session.CallsOf(L"ISetupItem.GetCosts") - asked, 3) << "from the first disk on, which is never moved";
     EXPECT_EQ(_ComponentMoveData(session, L"MORE", 1), 0);
+    EXPECT_EQ(engine::test::Tree(session.folder.Target()), (std::vector<std::wstring>{L"a.bin", L"b.bin"}));
     EXPECT_EQ(_ComponentSelectItem(session, L"MORE", L"", 0), 0);
     EXPECT_EQ(_ComponentIsItemSelected(session, L"MORE", L"Two"), 0);
     EXPECT_EQ(_FeatureInitialize(nullptr, L"x", L"y", L"z"), -1);
