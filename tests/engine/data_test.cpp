@@ -1,3 +1,5 @@
+#include <sstream>
+
 #include "../../engine/services/shell_link.h"
 #include "setup_folder.h"
 
@@ -16,7 +18,6 @@ std::wstring Text(const auto& object, auto getter)
 
 using Host = OnTree;
 using Maintenance = OnTree;
-using RootQueries = OnTree;
 
 } // namespace
 
@@ -45,33 +46,22 @@ TEST(ItemTexts, AreReadEachFromItsPlace)
     const std::pair<HRESULT (STDMETHODCALLTYPE Item::*)(BSTR*), const wchar_t*> fields[] = {
         {&Item::GetDisplayName, L""}, {&Item::GetDescription, L"d"}, {&Item::GetLongText, L"l"},
         {&Item::GetMiscText, L"m"},   {&Item::GetText16, L"t16"},    {&Item::GetText17, L""},
-        {&Item::GetText18, L""},      {&Item::GetText19, L"t19"},
-    };
+        {&Item::GetText18, L""},      {&Item::GetText19, L"t19"}};
     for (const auto& [getter, expected] : fields)
         EXPECT_EQ(expected, Text(item, getter));
     EXPECT_EQ(L"t20", Text(texts, &ISetupItemTexts::GetText20));
     EXPECT_EQ(L"t21", Text(texts, &ISetupItemTexts::GetText21));
     EXPECT_EQ(L"t22", Text(texts, &ISetupItemTexts::GetText22));
     EXPECT_EQ(L"t23", Text(texts, &ISetupItemTexts::GetText23));
+    // As a script reads them.
+    const std::pair<const wchar_t*, const wchar_t*> properties[] = {
+        {L"Name", L"F"},         {L"description", L"d"}, {L"LongText", L"l"},       {L"MiscText", L"m"},
+        {L"DisplayOrder", L"1"}, {L"Selected", L"2"},    {L"PartlySelected", L"0"}, {L"Visible", L"-1"}};
+    for (const auto& [name, expected] : properties)
+        EXPECT_EQ(expected, PropertyText(item.query<IDispatch>().get(), name)) << ToUtf8(name);
     short order = 0;
     item->GetDisplayOrder(&order);
     EXPECT_EQ(1, order);
-}
-
-TEST_F(RootQueries, FindGroupsOfAllFeatures)
-{
-    const auto modes = ServiceOf<ISetupData>(*engine).query<ISetupDataModes>();
-    variant value;
-    ASSERT_EQ(S_OK, modes->GetRootFiles(value.put()));
-    const safe_array all(value);
-    EXPECT_EQ(3, all.last());
-    EXPECT_EQ(L"extra\\c.bin", all.at(2).text());
-    ASSERT_EQ(S_OK, modes->EnumRootFiles(bstr(L"help").get(), VARIANT_FALSE, value.put()));
-    EXPECT_EQ(L"d.bin", safe_array(value).at(0).text());
-    ASSERT_EQ(S_OK, modes->RootFileInfo(bstr(L"help").get(), bstr(L"d.bin").get(), 1, value.put()));
-    EXPECT_EQ(40, value.get().lVal);
-    EXPECT_EQ(static_cast<HRESULT>(0x8004F069), modes->RootFileInfo(bstr(L"none").get(), nullptr, 14, value.put()));
-    EXPECT_EQ(E_INVALIDARG, modes->GetFilteringNumbers(2, value.put()));
 }
 
 TEST_F(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)
@@ -136,23 +126,15 @@ TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
 
 TEST(ShellLinks, SpellTheirKeysInOneWay)
 {
-    const struct {
-        const wchar_t* given;
-        WORD key;
-        const wchar_t* spelled;
-    } keys[] = {
-        {L"", 0, L"None"},
-        {L"none", 0, L"None"},
-        {L"alt+CTRL+f5", 0x0674, L"Ctrl+Alt+F5"},
-        {L"Shift+A", 0x0141, L"Shift+A"},
-        {L"9", 0x0039, L"9"},
-        {L"F24", 0x0087, L"F24"},
-        {L"Ctrl+PgUp", 0x0221, L"Ctrl+PgUp"},
-    };
-    for (const auto& one : keys) {
-        EXPECT_EQ(one.key, HotKeyOf(one.given)) << ToUtf8(one.given);
-        EXPECT_EQ(one.spelled, HotKeyText(one.key));
+    std::wistringstream keys(LR"(None 0 Ctrl+Alt+F5 1652 Shift+A 321 9 57 F1 112 F24 135 Ctrl+PgUp 545 Ins 45 Del 46
+        Home 36 End 35 PgDn 34 Left 37 Right 39 Up 38 Down 40 Space 32 Tab 9 Esc 27 Back 8 Enter 13 Alt+Z 1114)");
+    WORD key = 0;
+    for (std::wstring spelled; keys >> spelled >> key;) {
+        EXPECT_EQ(key, HotKeyOf(spelled)) << ToUtf8(spelled);
+        EXPECT_EQ(spelled, HotKeyText(key));
     }
+    for (const auto& [given, same] : {std::pair(L"", L"None"), {L"none", L"None"}, {L"alt+CTRL+f5", L"Ctrl+Alt+F5"}})
+        EXPECT_EQ(HotKeyOf(same), HotKeyOf(given)) << ToUtf8(given);
     for (const wchar_t* bad : {L"F25", L"Ctrl", L"Ctrl+", L"A+Ctrl", L"A+B", L"Nothing", L"+"})
         EXPECT_THROW(HotKeyOf(bad), engine_error) << ToUtf8(bad);
 }

@@ -129,11 +129,11 @@ struct SelectionCase {
 TEST_F(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
 {
     ASSERT_EQ(L"ssss", State(*engine));
-    const SelectionCase steps[] = {
-        {{L"Core"}, 0, S_FALSE, L"ssss"}, {{L"Tools", L"Extra"}, 0, S_OK, L"sp-s"},
-        {{L"Tools"}, 0, S_OK, L"s---"},   {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
-        {{L"Tools"}, 2, S_OK, L"ssss"},
-    };
+    const SelectionCase steps[] = {{{L"Core"}, 0, S_FALSE, L"ssss"},
+                                   {{L"Tools", L"Extra"}, 0, S_OK, L"sp-s"},
+                                   {{L"Tools"}, 0, S_OK, L"s---"},
+                                   {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
+                                   {{L"Tools"}, 2, S_OK, L"ssss"}};
     for (const SelectionCase& step : steps) {
         EXPECT_EQ(step.code, Feature(*engine, step.path)->SetSelected(step.value));
         EXPECT_EQ(step.state, State(*engine));
@@ -259,60 +259,10 @@ TEST_F(Filters, TakeFeaturesOutAndLetThemBackIn)
     EXPECT_FALSE(visible());
     EXPECT_EQ(5, numbers(1));
     EXPECT_EQ(E_INVALIDARG, data->FilterLanguage(0, VARIANT_FALSE));
+    variant none;
+    EXPECT_EQ(E_INVALIDARG, data.query<ISetupDataModes>()->GetFilteringNumbers(2, none.put()));
     ASSERT_EQ(S_OK, MoveAll(*engine));
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin"}), Tree(folder.Target()));
-}
-
-TEST(FileQueries, NameGroupsFilesAndTheirFacts)
-{
-    SetupFolder folder;
-    folder.Payload(L"p\\one.txt", "abc");
-    folder.Payload(L"p\\sub\\two.txt", "");
-    folder.Product(R"("features": [{"name": "F", "languages": [1033], "systems": ["windows-10", "server"], "files": [
-        {"name": "docs", "target": "t", "flags": ["shared"], "files": [{"path": "p/*", "recurse": true, "version": "1.2.3.4"}]}]}])");
-    const auto engine = folder.Open();
-    const auto item = Feature(*engine, {L"F"});
-    const auto queries = item.query<ISetupItemFileQueries>();
-    variant value;
-    item.query<ISetupItemFiles>()->GetFiles(value.put());
-    EXPECT_EQ((std::vector<std::wstring>{L"docs\\one.txt", L"docs\\sub\\two.txt"}), TextsOf(value));
-    queries->EnumFiles(bstr(L"DOCS").get(), VARIANT_FALSE, value.put());
-    EXPECT_EQ((std::vector<std::wstring>{L"one.txt"}), TextsOf(value));
-    EXPECT_EQ(no_such_item, queries->EnumFiles(bstr(L"none").get(), VARIANT_TRUE, value.put()));
-
-    struct Info {
-        const wchar_t* file;
-        long code;
-        std::wstring text;
-    };
-    const Info infos[] = {
-        {L"one.txt", 1, L"3"},
-        {L"one.txt", 2, L"0"},
-        {L"one.txt", 6, L"1.2.3.4"},
-        {L"one.txt", 8, folder.Setup(L"p\\one.txt")},
-        {L"one.txt", 10, L"40"},
-        {L"", 14, L"2"},
-        {L"", 15, L"docs"},
-        {L"one.txt", 16, folder.Target(L"t")},
-        {L"", 18, L"3"},
-        {L"", 19, L"F"},
-        {L"", 21, L"-1"},
-        {L"", 22, L"0"},
-        {L"", 65536, L"01033"},
-        {L"", 131072, L"40"},
-        {L"sub\\two.txt", 16, folder.Target(L"t\\sub")},
-    };
-    for (const Info& info : infos) {
-        ASSERT_EQ(S_OK, queries->FileInfo(bstr(L"docs").get(), bstr(info.file).get(), info.code, value.put()))
-            << info.code;
-        ASSERT_EQ(S_OK, value.change(value.type() == VT_BOOL ? VT_I2 : VT_BSTR));
-        ASSERT_EQ(S_OK, value.change(VT_BSTR));
-        EXPECT_EQ(info.text, value.text()) << info.code;
-    }
-    queries->FileInfo(bstr(L"docs").get(), bstr(L"one.txt").get(), 11, value.put());
-    EXPECT_EQ(std::wstring(L"\x90\x01\x50\x98\x3c\xd2\x4f\xb0\xd6\x96\x3f\x7d\x28\xe1\x7f\x72"), value.text());
-    EXPECT_EQ(no_such_item, queries->FileInfo(bstr(L"docs").get(), bstr(L"three").get(), 1, value.put()));
-    EXPECT_EQ(E_INVALIDARG, queries->FileInfo(bstr(L"docs").get(), bstr(L"one.txt").get(), 99, value.put()));
 }
 
 TEST(HeaderFiles, OpenAsDataSetsWithMovesOfTheirOwn)

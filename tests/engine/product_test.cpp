@@ -238,6 +238,15 @@ TEST(ProductFile, IsBoundedInDepthAndLevels)
         deep += "[";
     folder.Product(deep);
     EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"nested deeper than 48"));
+    const std::wstring path = folder.Setup(L"product.json");
+    const uint64_t whole = FactsOf(path).size;
+    EXPECT_EQ(whole, ReadWhole(path, whole).size());
+    try {
+        ReadWhole(path, whole - 1);
+        ADD_FAILURE() << "read beyond the limit";
+    } catch (const engine_error& error) {
+        EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE), error.code());
+    }
     RemoveFile(folder.Setup(L"product.json"));
     EXPECT_NE(std::wstring::npos, OpenError(folder).find(L"product.json"));
     Options options = folder.Given();
@@ -251,6 +260,10 @@ TEST(ProductFile, TakesAByteOrderMarkAndForeignNames)
     folder.Payload(L"\u65e5\u672c\\\u00fcber.txt", "x");
     folder.Product(
         R"("features": [{"name": "\u65e5", "files": [{"name": "g", "files": ["\u65e5\u672c/\u00fcber.txt"]}]}])");
+    wchar_t local[MAX_PATH] = L"";
+    GetEnvironmentVariableW(L"LOCALAPPDATA", local, MAX_PATH);
+    EXPECT_EQ(std::wstring(local) + L"\\VHSetup\\{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}\\install.log",
+              LogFileOf(folder.Setup()));
     WriteText(folder.Setup(L"product.json"), "\xEF\xBB\xBF" + ReadWhole(folder.Setup(L"product.json"), 10000));
     const auto engine = folder.Open();
     ASSERT_EQ(S_OK, MoveAll(*engine));

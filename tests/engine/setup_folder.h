@@ -154,6 +154,22 @@ com_ptr<Interface> ServiceOf(const Engine& engine, const GUID& service = null_se
     return found;
 }
 
+// A property as a script reads it, in text form; "<none>" when the object has none of that name.
+inline std::wstring PropertyText(IDispatch* object, const wchar_t* name)
+{
+    auto* given = const_cast<wchar_t*>(name);
+    DISPID id = 0;
+    DISPPARAMS none{};
+    variant value;
+    if (!object || FAILED(object->GetIDsOfNames(GUID_NULL, &given, 1, 0, &id)) ||
+        FAILED(object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr)))
+        return L"<none>";
+    if (value.type() == VT_BOOL)
+        value.change(VT_I2);
+    value.change(VT_BSTR);
+    return std::wstring(value.text());
+}
+
 inline std::wstring LastReason(const Engine& engine)
 {
     for (auto message = engine.Messages().rbegin(); message != engine.Messages().rend(); ++message)

@@ -39,9 +39,8 @@ struct PatternCase {
 
 TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
 {
-    const std::map<std::wstring, std::wstring> values{
-        {L"A", L"1"}, {L"B", L"<A>2"}, {L"KIND", L"A"}, {L"LOOP", L"x<LOOP>"}, {L"LEFT", L"<"}, {L"EMPTY", L""},
-    };
+    const std::map<std::wstring, std::wstring> values{{L"A", L"1"},          {L"B", L"<A>2"}, {L"KIND", L"A"},
+                                                      {L"LOOP", L"x<LOOP>"}, {L"LEFT", L"<"}, {L"EMPTY", L""}};
     const auto lookup = [&](std::wstring_view name) -> std::optional<std::wstring> {
         const auto found = values.find(Upper(name));
         return found == values.end() ? std::nullopt : std::optional(found->second);
@@ -236,6 +235,10 @@ TEST(PathHelpers, KnowWhatLeavesAFolder)
         {L"a.txt", L"*.TXT"}, {L"name", L"*.*"}, {L"abc", L"a?c"}, {L"aXbXc", L"a*b*c"}};
     for (const auto& [name, pattern] : matches)
         EXPECT_TRUE(MatchesPattern(name, pattern)) << ToUtf8(pattern);
+    for (const auto& [wide, utf8] : {std::pair(L"", ""), {L"a", "a"}, {L"\u00fc\u65e5", "\xC3\xBC\xE6\x97\xA5"}}) {
+        EXPECT_EQ(utf8, ToUtf8(wide));
+        EXPECT_EQ(wide, ToWide(utf8));
+    }
     EXPECT_FALSE(MatchesPattern(L"abcd", L"a?c"));
     EXPECT_FALSE(MatchesPattern(L"", L"?"));
 }

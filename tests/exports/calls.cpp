@@ -54,30 +54,20 @@ TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
 
 TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
 {
-    const TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    {
-        const vh::test::TracedLibrary library(path);
+    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext*) {
         const auto call = VHRT_GET(library, CallDLLFn);
-        const std::wstring self = OwnPath();
         call(L"kernel32.dll", "GetCurrentProcessId", 0x1F, const_cast<wchar_t*>(L"text"), 1);
         call(L"kernel32.dll", "NoSuchFunction", -1, nullptr, 1);
         call(L"C:\\none.dll", "f", 0, nullptr, 0);
-    }
-    const std::string text = vh::test::DecodedTrace(path);
-    const std::string expected =
-        "VHFuncBegin|CallDllFx|Dll=kernel32.dll\tFunction=GetCurrentProcessId\tParam00=0x0000001f\tParam01=text\r\n"
-        "VHFuncEnd|CallDllFx|Result=Success\tDll=kernel32.dll\tFunction=GetCurrentProcessId\t"
-        "Param00=0x0000001f\tParam01=text\r\n"
-        "VHFuncBegin|CallDllFx|Dll=kernel32.dll\tFunction=NoSuchFunction\tParam00=0xffffffff\tParam01=\r\n"
-        "VHFuncEnd|CallDllFx|Result=Failure\t\tError=0xffffffff\tDll=kernel32.dll\tFunction=NoSuchFunction\t"
-        "Param00=0xffffffff\tParam01=\r\n"
-        "VHFuncBegin|CallDllFx|Dll=C:\\none.dll\tFunction=f\tParam00=0x00000000\tParam01=\r\n"
-        "VHFuncEnd|CallDllFx|Result=Failure\t\tError=0xffffffff\tDll=C:\\none.dll\tFunction=f\t"
-        "Param00=0x00000000\tParam01=\r\n";
-    const size_t begin = text.find("VHFuncBegin");
-    ASSERT_NE(begin, text.npos);
-    EXPECT_EQ(text.substr(begin, text.find("VHSetupInit", begin) - begin), expected);
+    });
+    const auto record = [](const char* fields, const char* result) {
+        return vh::test::Record("CallDllFx", fields, result);
+    };
+    const char* const failure = "Failure\t\tError=0xffffffff\t";
+    EXPECT_EQ(text,
+              record("Dll=kernel32.dll\tFunction=GetCurrentProcessId\tParam00=0x0000001f\tParam01=text", "Success\t") +
+                  record("Dll=kernel32.dll\tFunction=NoSuchFunction\tParam00=0xffffffff\tParam01=", failure) +
+                  record("Dll=C:\\none.dll\tFunction=f\tParam00=0x00000000\tParam01=", failure));
 }
 
 // A process that never begins to run: the system's command processor under a name of the test's own, below a

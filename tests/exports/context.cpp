@@ -22,39 +22,37 @@ TEST(Context, AsksTheEngineInItsOrder)
 {
     Session session(R"(, "variables": {"VHRES": "none.dll"})");
     session.Create();
-    const wchar_t* const order[] = {
-        L"ISetupHost.GetObjects",
-        L"IServiceProvider.QueryService(local ISetupTextSub)",
-        L"IServiceProvider.QueryService(global ISetupTextSub)",
-        L"IServiceProvider.QueryService(ISetupStrings",
-        L"IServiceProvider.QueryService(ISetupInfo",
-        L"ISetupInfo.GetFact(2)",
-        L"ISetupInfo.GetFact(18)",
-        L"IServiceProvider.QueryService(ISetupData",
-        L"ISetupDataEx.GetFlags",
-        L"ISetupData.GetProductGuid(0)",
-        L"ISetupDataEx.GetInstallGuid",
-        L"ISetupFeatureHost.GetFeatures",
-        L"ISetupData.GetRoot",
-        L"ISetupDataEx.GetEnabledServices",
-        L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
-        L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
-        L"IServiceProvider.QueryService(ISetupRegistry",
-        L"ISetupSiteAware.SetSite",
-        L"IServiceProvider.QueryService(ISetupUser",
-        L"ISetupUser.GetWindow",
-        L"IServiceProvider.QueryService(ISetupLog",
-        L"IServiceProvider.QueryService(ISetupReboot",
-        L"IServiceProvider.QueryService(ISetupDirs",
-        L"ISetupDirs.GetSupportDir",
-        L"ISetupTextSub.GetValue(\"VHRES\")",
-        L"ISetupTextSub.GetValue(\"VHUSER\")",
-        L"IServiceProvider.QueryService(ISetupResources",
-        L"ISetupResources.Load(",
-        L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
-        L"ISetupInfo.GetFact(21)",
-        L"ISetupInfo.GetFact(43)",
-    };
+    const wchar_t* const order[] = {L"ISetupHost.GetObjects",
+                                    L"IServiceProvider.QueryService(local ISetupTextSub)",
+                                    L"IServiceProvider.QueryService(global ISetupTextSub)",
+                                    L"IServiceProvider.QueryService(ISetupStrings",
+                                    L"IServiceProvider.QueryService(ISetupInfo",
+                                    L"ISetupInfo.GetFact(2)",
+                                    L"ISetupInfo.GetFact(18)",
+                                    L"IServiceProvider.QueryService(ISetupData",
+                                    L"ISetupDataEx.GetFlags",
+                                    L"ISetupData.GetProductGuid(0)",
+                                    L"ISetupDataEx.GetInstallGuid",
+                                    L"ISetupFeatureHost.GetFeatures",
+                                    L"ISetupData.GetRoot",
+                                    L"ISetupDataEx.GetEnabledServices",
+                                    L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
+                                    L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
+                                    L"IServiceProvider.QueryService(ISetupRegistry",
+                                    L"ISetupSiteAware.SetSite",
+                                    L"IServiceProvider.QueryService(ISetupUser",
+                                    L"ISetupUser.GetWindow",
+                                    L"IServiceProvider.QueryService(ISetupLog",
+                                    L"IServiceProvider.QueryService(ISetupReboot",
+                                    L"IServiceProvider.QueryService(ISetupDirs",
+                                    L"ISetupDirs.GetSupportDir",
+                                    L"ISetupTextSub.GetValue(\"VHRES\")",
+                                    L"ISetupTextSub.GetValue(\"VHUSER\")",
+                                    L"IServiceProvider.QueryService(ISetupResources",
+                                    L"ISetupResources.Load(",
+                                    L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
+                                    L"ISetupInfo.GetFact(21)",
+                                    L"ISetupInfo.GetFact(43)"};
     const auto& lines = session.calls().Lines();
     auto at = lines.begin();
     for (const wchar_t* const wanted : order) {
@@ -106,15 +104,15 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
     EXPECT_STREQ(text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
     EXPECT_EQ(__GetInstallGuid(session, text), 0);
     EXPECT_STREQ(text, L"{11111111-2222-3333-4444-555555555555}");
-    EXPECT_EQ(__GetMaintOption(session, &number), 0);
-    EXPECT_EQ(number, 8);
-    EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
-    EXPECT_EQ(number, 5);
+    using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
+    for (const auto& [get, value] :
+         {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}}) {
+        EXPECT_EQ(get(session, &number), 0);
+        EXPECT_EQ(number, value);
+    }
     EXPECT_EQ(__PutEnabledIServices(session, 9), 0);
     EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
     EXPECT_EQ(number, 9);
-    EXPECT_EQ(__GetMaintenanceMode(session, &number), 0);
-    EXPECT_EQ(number, 0);
     EXPECT_EQ(_SetGlobalFlags(session, 0x55), 0);
     EXPECT_EQ(_SetGlobalFlags(session, 1), 0x55);
     EXPECT_EQ(_GetGlobalFlags(session), 1);
@@ -129,11 +127,9 @@ TEST(Context, TakesSourceAndPackageFromTheFacts)
     const struct {
         bool set_source, has_package, keep_package;
         const wchar_t *source, *package;
-    } cases[] = {
-        {true, true, false, L"C:\\from\\", L"C:\\package.zip"},
-        {true, false, false, L"C:\\from\\", L""},
-        {false, true, true, L"before", L"before"},
-    };
+    } cases[] = {{true, true, false, L"C:\\from\\", L"C:\\package.zip"},
+                 {true, false, false, L"C:\\from\\", L""},
+                 {false, true, true, L"before", L"before"}};
     for (const auto& one : cases) {
         engine::test::SetupFolder folder;
         engine::test::MakeTree(folder);
@@ -167,6 +163,9 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
         EXPECT_EQ(_InitInstall(suite), E_POINTER);
         variant log;
         EXPECT_EQ(__GetLog(suite, log.put()), E_FAIL);
+        variant info;
+        EXPECT_EQ(__GetInfo(suite, info.put()), 0);
+        EXPECT_EQ(info.type(), VT_DISPATCH);
         variant local;
         EXPECT_EQ(__GetTextSub(suite, 0, local.put()), 0);
         variant global;
@@ -221,14 +220,18 @@ TEST(ComponentLog, ComesAndGoesOverTheMainLog)
         ASSERT_NE(main, nullptr);
 
         IStream* stream = nullptr;
-        const auto own = engine::test::ServiceOf<ISetupLog>(*session.engine);
+        // That of another engine.
+        const Session other;
+        const auto own = engine::test::ServiceOf<ISetupLog>(*other.engine);
         ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(ISetupLog::iid, own.get(), &stream), S_OK);
         __SetComponentLog(session, &stream);
         EXPECT_EQ(stream, nullptr);
-        EXPECT_NE(log_of(__GetLogEx), nullptr);
+        IDispatch* const component = log_of(__GetLogEx);
+        EXPECT_EQ(component, own.query<IDispatch>().get());
+        EXPECT_EQ(log_of(__GetLog), component) << "it is in force";
         __RestoreMainLogEx(session, 0);
         EXPECT_EQ(log_of(__GetLog), main);
-        EXPECT_NE(log_of(__GetLogEx), nullptr) << "flag 0 leaves the component log";
+        EXPECT_EQ(log_of(__GetLogEx), component) << "flag 0 leaves the component log";
         __RestoreMainLogEx(session, 1);
         EXPECT_EQ(log_of(__GetLog), nullptr) << "nothing was kept a second time";
         EXPECT_EQ(log_of(__GetLogEx), nullptr);
@@ -288,9 +291,20 @@ TEST(Phases, ReachTheHostAndItsObjects)
     EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
     int32_t count = -1;
     EXPECT_EQ(_GetObjectCount(session, &count), 0);
-    EXPECT_GE(count, 0);
-    variant host;
-    EXPECT_EQ(_GetObject(session, L"", host.put()), _GetObjectByIndex(session, 0, host.put()));
+    EXPECT_EQ(count, 2);
+    // The host itself, then its objects; each call makes its view of the object anew.
+    const std::pair<const wchar_t*, int32_t> objects[] = {{L"", 0}, {L"Core", 1}, {L"tools", 2}};
+    for (const auto& [name, index] : objects) {
+        variant named(L"old"), numbered(L"old");
+        EXPECT_EQ(_GetObject(session, name, &named.get()), 0) << name;
+        EXPECT_EQ(_GetObjectByIndex(session, index, &numbered.get()), 0) << index;
+        EXPECT_EQ(named.type(), VT_DISPATCH) << name;
+        EXPECT_EQ(numbered.type(), VT_DISPATCH) << index;
+        const test::BareContext bare;
+        EXPECT_EQ(_GetObject(bare, name, &named.get()), -1) << name;
+        EXPECT_EQ(_GetObjectByIndex(bare, index, &numbered.get()), -1) << index;
+        EXPECT_EQ(_GetObjectCount(bare, &count), -1);
+    }
     variant object;
     for (const auto& [code, result] : {std::pair<HRESULT, int32_t>{HRESULT{static_cast<int32_t>(0x8004F069)}, -105},
                                        {E_ABORT, E_ABORT},
@@ -307,81 +321,67 @@ TEST(Phases, ReachTheHostAndItsObjects)
     EXPECT_EQ(session.CallsOf(L"ISetupReboot.PutString(\"a\", null, \"c\")"), 1);
 }
 
-TEST(CommandLine, KeepsSilentModesAlsoWhenNothingIsAsked)
+TEST(CommandLine, ReadsEachFactIntoItsPlace)
 {
-    engine::test::SetupFolder folder;
-    engine::test::MakeTree(folder);
-    engine::Options options = folder.Given();
-    options.silent = true;
-    options.commandLine = L"one two";
-    Session session(std::move(options));
-    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, 0),
-              0);
-    EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact("), 2) << "facts 10 and 36 alone";
-    int32_t flags[5] = {9, 9, 9, 9, 9};
-    wchar_t line[16];
-    EXPECT_EQ(__GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, line, 16),
-              0);
-    EXPECT_STREQ(line, L"one two");
-    EXPECT_EQ(flags[1], 1);
-    for (const int32_t flag : flags)
-        EXPECT_TRUE(flag == 0 || flag == 1);
-    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, line, 7),
-              8);
-    session.calls().FailCall(L"ISetupInfo.GetFact(11)", E_FAIL);
-    EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, &flags[3], nullptr, nullptr, nullptr, nullptr,
-                                  nullptr, nullptr, nullptr, 0),
-              -1);
-}
-
-TEST(CommandLine, HandsEachFactToItsOwnOutput)
-{
-    constexpr int flag_facts[] = {9, 10, 36, 11, 5};
-    constexpr int text_facts[] = {3, 4, 6, 7, 8};
-    for (int on = 0; on < 5; ++on) {
+    constexpr long flag_facts[] = {9, 10, 36, 11, 5}, text_facts[] = {3, 4, 6, 7, 8};
+    for (std::size_t set = 0; set < 5; ++set) {
         engine::test::SetupFolder folder;
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
-        for (int i = 0; i < 5; ++i) {
-            options.facts[flag_facts[i]] = variant(i == on);
-            options.facts[text_facts[i]] = variant((L"text " + std::to_wstring(i)).c_str());
+        options.commandLine = L"one two";
+        for (std::size_t i = 0; i < 5; ++i) {
+            options.facts[flag_facts[i]] = variant(i == set);
+            options.facts[text_facts[i]] = variant(std::to_wstring(text_facts[i]).c_str());
         }
-        options.facts[12] = variant(L"the line");
-        const Session session(std::move(options));
-        int32_t flags[5];
-        wchar_t texts[5][16], line[16];
-        EXPECT_EQ(__GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], texts[0],
-                                      texts[1], texts[2], texts[3], texts[4], line, 16),
+        Session session(std::move(options));
+        int32_t flags[5] = {9, 9, 9, 9, 9};
+        wchar_t texts[5][4] = {}, line[16];
+        const auto ask = [&](int32_t size) {
+            return __GetCmdLineOptions(session, &flags[0], &flags[1], &flags[2], &flags[3], &flags[4], texts[0],
+                                       texts[1], texts[2], texts[3], texts[4], line, size);
+        };
+        EXPECT_EQ(ask(16), 0);
+        EXPECT_STREQ(line, L"one two");
+        for (std::size_t i = 0; i < 5; ++i) {
+            EXPECT_EQ(flags[i], i == set) << i;
+            EXPECT_EQ(texts[i], std::to_wstring(text_facts[i]));
+        }
+        EXPECT_EQ(ask(7), 8);
+        for (const long failing : {flag_facts[set], text_facts[set], 12l}) {
+            const std::wstring call = L"ISetupInfo.GetFact(" + std::to_wstring(failing) + L")";
+            session.calls().FailCall(call.c_str(), E_FAIL);
+            EXPECT_EQ(ask(16), -1) << failing;
+            session.calls().FailCall(call.c_str(), S_OK);
+        }
+        // Silent modes are kept also when nothing is asked.
+        const long before = session.CallsOf(L"ISetupInfo.GetFact(");
+        EXPECT_EQ(__GetCmdLineOptions(session, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                      nullptr, nullptr, nullptr, 0),
                   0);
-        EXPECT_STREQ(line, L"the line");
-        for (int i = 0; i < 5; ++i) {
-            EXPECT_EQ(flags[i], i == on) << i;
-            EXPECT_EQ(texts[i], L"text " + std::to_wstring(i));
-        }
+        EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact(") - before, 2) << "facts 10 and 36 alone";
     }
 }
 
 TEST(DataModes, AreReadAndSetInTheDataSet)
 {
     Session session;
-    int32_t on = -1;
-    EXPECT_EQ(__GetUpdateMode(session, &on), 0);
-    EXPECT_EQ(on, 0);
+    using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
+    const auto expect = [&](std::initializer_list<std::pair<Getter, int32_t>> modes, int32_t result) {
+        for (const auto& [get, mode] : modes) {
+            int32_t on = -1;
+            EXPECT_EQ(get(session, &on), result);
+            EXPECT_EQ(on, mode);
+        }
+    };
+    expect({{__GetUpdateMode, 0}, {__GetRemoveAllMode, 0}, {__GetReinstallMode, 0}}, 0);
     EXPECT_EQ(__SetUpdateMode(session, 3), 0);
-    EXPECT_EQ(__GetUpdateMode(session, &on), 0);
-    EXPECT_EQ(on, 1);
-    EXPECT_EQ(__GetRemoveAllMode(session, &on), 0);
-    EXPECT_EQ(on, 0);
-    EXPECT_GE(__GetReinstallMode(session, &on), 0);
-    EXPECT_EQ(on, 0);
+    const auto data = engine::test::ServiceOf<ISetupData>(*session.engine);
+    data.query<ISetupDataEx>()->SetRemoveAllMode(VARIANT_TRUE);
+    data.query<ISetupDataModes>()->SetReinstallMode(VARIANT_TRUE);
+    expect({{__GetUpdateMode, 1}, {__GetRemoveAllMode, 1}, {__GetReinstallMode, 1}}, 0);
     session.calls().FailCall(L"IServiceProvider.QueryService(ISetupData)", E_FAIL);
-    EXPECT_EQ(__GetUpdateMode(session, &on), -1);
+    expect({{__GetUpdateMode, -1}, {__GetRemoveAllMode, -1}, {__GetReinstallMode, -1}}, -1);
     EXPECT_EQ(__SetUpdateMode(session, 1), -1);
-    EXPECT_EQ(__GetRemoveAllMode(session, &on), -1);
-    EXPECT_EQ(__GetReinstallMode(session, &on), -1);
 }
 
 } // namespace

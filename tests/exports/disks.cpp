@@ -24,60 +24,52 @@ TEST(Existence, TellsFilesFromDirectoriesInOppositeWays)
 {
     const TempFolder folder;
     const std::wstring file = folder.Write(L"\u00FCber.txt", "x");
-    EXPECT_EQ(_ExistsFile(file.c_str()), 1);
-    EXPECT_EQ(_ExistsDir(file.c_str()), -1);
-    EXPECT_EQ(_ExistsFile(folder.path().c_str()), 0);
-    EXPECT_EQ(_ExistsDir(folder.path().c_str()), 0);
-    for (const std::wstring& missing : {folder / L"missing", folder / L"missing\\deeper", std::wstring()}) {
-        EXPECT_EQ(_ExistsFile(missing.c_str()), 0);
-        EXPECT_EQ(_ExistsDir(missing.c_str()), -1);
+    const std::wstring missing = folder / L"missing", deeper = folder / L"missing\\deeper";
+    const struct {
+        const wchar_t* path;
+        int32_t file, directory;
+    } cases[] = {{file.c_str(), 1, -1},
+                 {folder.path().c_str(), 0, 0},
+                 {missing.c_str(), 0, -1},
+                 {deeper.c_str(), 0, -1},
+                 {L"", 0, -1},
+                 {nullptr, 0, -1}};
+    const auto expect_all = [&] {
+        for (const auto& one : cases) {
+            EXPECT_EQ(_ExistsFile(one.path), one.file) << one.path;
+            EXPECT_EQ(_ExistsDir(one.path), one.directory) << one.path;
+        }
+    };
+    expect_all();
+    {
+        // One look at the attributes each, and none for no path.
+        const CallCounter<decltype(GetFileAttributesW)> looks("GetFileAttributesW");
+        const CallCounter<decltype(FindFirstFileW)> searches("FindFirstFileW");
+        const CallCounter<decltype(CreateFileW)> opens("CreateFileW");
+        _ExistsFile(file.c_str());
+        _ExistsFile(missing.c_str());
+        EXPECT_EQ(looks.calls(), 2);
+        EXPECT_EQ(searches.calls(), 0);
+        EXPECT_EQ(opens.calls(), 0);
     }
-    EXPECT_EQ(_ExistsFile(nullptr), 0);
-    EXPECT_EQ(_ExistsDir(nullptr), -1);
-}
-
-TEST(Existence, CostsOneLookAtTheAttributes)
-{
-    const TempFolder folder;
-    const std::wstring file = folder.Write(L"a", "");
-    const CallCounter<decltype(GetFileAttributesW)> looks("GetFileAttributesW");
-    const CallCounter<decltype(FindFirstFileW)> searches("FindFirstFileW");
-    const CallCounter<decltype(CreateFileW)> opens("CreateFileW");
-    _ExistsFile(file.c_str());
-    _ExistsFile((folder / L"missing").c_str());
-    EXPECT_EQ(looks.calls(), 2);
-    EXPECT_EQ(searches.calls(), 0);
-    EXPECT_EQ(opens.calls(), 0);
-}
-
-TEST(Existence, OfWhatCantBeAskedIsReadFromItsFolder)
-{
-    const TempFolder folder;
-    const std::wstring file = folder.Write(L"locked", "");
+    // What can't be asked is read from its folder.
     const CallCounter<decltype(GetFileAttributesW)> denied("GetFileAttributesW", AttributesFail<ERROR_ACCESS_DENIED>);
     ASSERT_TRUE(denied.found());
-    EXPECT_EQ(_ExistsFile(file.c_str()), 1);
-    EXPECT_EQ(_ExistsDir(file.c_str()), -1);
-    EXPECT_EQ(_ExistsDir(folder.path().c_str()), 0);
-    EXPECT_EQ(_ExistsFile((folder / L"missing").c_str()), 0);
+    expect_all();
 }
 
 TEST(Existence, ReportsOtherErrorsByTheirCode)
 {
-    const CallCounter<decltype(GetFileAttributesW)> fails("GetFileAttributesW",
-                                                          AttributesFail<ERROR_SHARING_VIOLATION>);
-    EXPECT_EQ(_ExistsFile(L"c:\\x"), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(_ExistsDir(L"c:\\x"), ERROR_SHARING_VIOLATION);
-    EXPECT_EQ(_ExistsDisk(L"c:\\x"), -1);
-}
-
-TEST(Existence, OfADiskIsThatOfItsRoot)
-{
-    EXPECT_EQ(_ExistsDisk(L"C:\\no such folder\\x"), 0);
-    EXPECT_EQ(_ExistsDisk(L"C:"), 0);
-    EXPECT_EQ(_ExistsDisk(L"Q:\\"), -1);
-    EXPECT_EQ(_ExistsDisk(L""), -1);
+    for (const auto& [path, code] : {std::pair(L"C:\\no such folder\\x", 0), {L"C:", 0}, {L"Q:\\", -1}, {L"", -1}})
+        EXPECT_EQ(_ExistsDisk(path), code) << path;
     EXPECT_EQ(_ExistsDisk(nullptr), -1);
+    {
+        const CallCounter<decltype(GetFileAttributesW)> fails("GetFileAttributesW",
+                                                              AttributesFail<ERROR_SHARING_VIOLATION>);
+        EXPECT_EQ(_ExistsFile(L"c:\\x"), ERROR_SHARING_VIOLATION);
+        EXPECT_EQ(_ExistsDir(L"c:\\x"), ERROR_SHARING_VIOLATION);
+        EXPECT_EQ(_ExistsDisk(L"c:\\x"), -1);
+    }
     const CallCounter<decltype(GetFileAttributesW)> empty("GetFileAttributesW", AttributesFail<ERROR_NOT_READY>);
     EXPECT_EQ(_ExistsDisk(L"D:\\x"), -2);
     EXPECT_EQ(_ExistsFile(L"D:\\x"), ERROR_NOT_READY);
@@ -192,24 +184,21 @@ TEST(DiskSpace, IsCappedAtThe31BitsOfAScriptNumber)
 TEST(DiskSpace, AsTextChoosesItsUnit)
 {
     const Disk disk;
-    struct row {
+    const struct {
         uint64_t bytes;
         int32_t keep, shift, shift_after;
         const wchar_t* text;
-    };
-    const row rows[] = {
-        {3ull << 29, 0, 0, 30, L"1.50"},
-        {0x40000000, 0, 0, 30, L"1.00"},
-        {0x3FFFFFFF, 0, 0, 20, L"1024.00"},
-        {0x100000, 0, 0, 20, L"1.00"},
-        {0xFFFFF, 0, 0, 10, L"1024.00"},
-        {100, 0, 0, 10, L"0.10"},
-        {0, 0, 7, 10, L"0.00"},
-        {5ull << 40, 0, 0, 30, L"5120.00"},
-        {3ull << 29, 1, 20, 20, L"1536.00"},
-        {3ull << 29, 1, 10, 10, L"1572864.00"},
-    };
-    for (const row& expected : rows) {
+    } rows[] = {{3ull << 29, 0, 0, 30, L"1.50"},
+                {0x40000000, 0, 0, 30, L"1.00"},
+                {0x3FFFFFFF, 0, 0, 20, L"1024.00"},
+                {0x100000, 0, 0, 20, L"1.00"},
+                {0xFFFFF, 0, 0, 10, L"1024.00"},
+                {100, 0, 0, 10, L"0.10"},
+                {0, 0, 7, 10, L"0.00"},
+                {5ull << 40, 0, 0, 30, L"5120.00"},
+                {3ull << 29, 1, 20, 20, L"1536.00"},
+                {3ull << 29, 1, 10, 10, L"1572864.00"}};
+    for (const auto& expected : rows) {
         Disk::available = expected.bytes;
         wchar_t text[32] = L"";
         int32_t shift = expected.shift;
@@ -234,39 +223,23 @@ TEST(DiskSpace, OfARealDiskIsNotEmpty)
 TEST(Signature, IsThatOfEveryByteOfTheFile)
 {
     const TempFolder folder;
-    struct row {
-        std::string content;
-        const wchar_t* digest;
-    };
-    const row rows[] = {
+    const std::pair<std::string, const wchar_t*> rows[] = {
         {"", L"D41D8CD98F00B204E9800998ECF8427E"},
         {"abc", L"900150983CD24FB0D6963F7D28E17F72"},
         // A byte-order mark counts like any other bytes.
         {"\xFF\xFE", L"F3B25701FE362EC84616A93A45CE9998"},
-        {std::string(1000000, 'a'), L"7707D6AE4E027C70EEA2A935C2296F21"},
-    };
-    for (const row& expected : rows) {
-        const std::wstring file = folder.Write(L"content", expected.content);
-        wchar_t text[33] = L"?";
-        EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, file.c_str(), text), 0);
-        EXPECT_STREQ(text, expected.digest);
+        {std::string(1000000, 'a'), L"7707D6AE4E027C70EEA2A935C2296F21"}};
+    wchar_t text[33] = L"?";
+    for (const auto& [content, digest] : rows) {
+        EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, folder.Write(L"content", content).c_str(), text), 0);
+        EXPECT_STREQ(text, digest);
     }
-}
-
-TEST(Signature, ReadsBlocksOf16384Bytes)
-{
-    const TempFolder folder;
     const std::wstring file = folder.Write(L"content", std::string(3 * 16384 + 1, 'x'));
-    wchar_t text[33];
     const CallCounter<decltype(ReadFile)> reads("ReadFile");
     EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, file.c_str(), text), 0);
     // One for the mark, four with data, one that finds the end.
     EXPECT_EQ(reads.calls(), 6);
-}
-
-TEST(Signature, OfAFileThatIsNotThereIsNoneAndNoFailure)
-{
-    wchar_t text[33] = L"D41D8CD98F00B204E9800998ECF8427E";
+    // A file that is not there has none, which is no failure.
     EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, L"C:\\no such file", text), 0);
     EXPECT_NE(wcslen(text), 32u);
 }

@@ -88,16 +88,6 @@ TEST(Facts, OfPortsAreThoseThatTheSystemLists)
     EXPECT_TRUE(code == 0 || names.empty()) << code;
 }
 
-TEST(Memory, IsThatOfTheMachineInHalves)
-{
-    MEMORYSTATUSEX memory{};
-    memory.dwLength = sizeof(memory);
-    GlobalMemoryStatusEx(&memory);
-    uint32_t high = 1, low = 1;
-    EXPECT_EQ(_GetGlobalMemorySize(&high, &low, 0, 0, 0), 0);
-    EXPECT_EQ(uint64_t{high} << 32 | low, memory.ullTotalPhys);
-}
-
 TEST(Language, GetsSublanguage1OnlyWhenItHasNone)
 {
     struct row {

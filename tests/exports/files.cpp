@@ -1,4 +1,5 @@
 // Script files: how lines are cut, how the open decides, what bytes reach the disk.
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -43,27 +44,25 @@ TEST(TextFile, CutsLinesAlikeInBothEncodings)
     const struct {
         std::string text;
         Expected lines;
-    } cases[] = {
-        {"", {}},
-        {"\r\n", {}},
-        {"\n", {}},
-        {"\n\n", {}},
-        {"a", {L"a"}},
-        {"a\r\n", {L"a"}},
-        {"a\n", {L"a"}},
-        {"a\r\n\r\n", {L"a"}},
-        {"a\r\n\r\nb", {L"a", L"", L"b"}},
-        {"a\r\n\r\n\r\n", {L"a", L""}},
-        {"a\n\nb", {L"a", L"b"}},
-        {"a\n\n\nb", {L"a", L"", L"b"}},
-        {"a\r\rb", {L"a", L"b"}},
-        {"a\n\rb", {L"a", L"b"}},
-        {"\r\na", {L"", L"a"}},
-        {"\r\n\r\n", {L""}},
-        {" \r\n\t", {L" ", L"\t"}},
-        {std::string("a\0b\r\nc", 6), {}},
-        {std::string("a\r\nb\0c\r\nd", 9), {L"a"}},
-    };
+    } cases[] = {{"", {}},
+                 {"\r\n", {}},
+                 {"\n", {}},
+                 {"\n\n", {}},
+                 {"a", {L"a"}},
+                 {"a\r\n", {L"a"}},
+                 {"a\n", {L"a"}},
+                 {"a\r\n\r\n", {L"a"}},
+                 {"a\r\n\r\nb", {L"a", L"", L"b"}},
+                 {"a\r\n\r\n\r\n", {L"a", L""}},
+                 {"a\n\nb", {L"a", L"b"}},
+                 {"a\n\n\nb", {L"a", L"", L"b"}},
+                 {"a\r\rb", {L"a", L"b"}},
+                 {"a\n\rb", {L"a", L"b"}},
+                 {"\r\na", {L"", L"a"}},
+                 {"\r\n\r\n", {L""}},
+                 {" \r\n\t", {L" ", L"\t"}},
+                 {std::string("a\0b\r\nc", 6), {}},
+                 {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
     const TempFolder folder;
     const BareContext context;
     for (const auto& one : cases) {
@@ -119,6 +118,13 @@ TEST(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(std::wstring(buffer, 7), std::wstring(L"xy\0\0\0\0#", 7)) << "padded up to the size";
     EXPECT_EQ(_GetLineSize(context, file, &size), -1);
     EXPECT_EQ(size, 0);
+    for (const int32_t no_room : {0, -1}) {
+        const auto again = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+        EXPECT_EQ(_GetLine(context, again, buffer, no_room), 0);
+        EXPECT_EQ(buffer[0], L'x') << "nothing is written";
+        EXPECT_EQ(_GetLine(context, again, buffer, 3), 0);
+        EXPECT_STREQ(buffer, L"xy") << "the line has gone";
+    }
     EXPECT_EQ(_GetLine(context, file, buffer, 6), -1);
 }
 
@@ -175,26 +181,23 @@ TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
     const std::wstring path = folder.Write(L"a", "abc");
     const auto text = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
     const auto bytes = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadBytes, 0));
-    wchar_t line[8];
-    uint8_t buffer[8];
-    int32_t size = 0;
-    EXPECT_EQ(_ReadBytes(context, text, buffer, 8, 0, 8), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_WriteBytes(context, text, buffer, 8, 0, 8), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_SeekBytes(context, text, 0, SeekFromStart), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_GetLine(context, bytes, line, 8), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_GetLineSize(context, bytes, &size), VHRT_WRONG_TYPE);
-    EXPECT_EQ(_WriteLine(context, bytes, L""), VHRT_WRONG_TYPE);
-    for (const FileHandle unknown : {0, -1, text + 1}) {
-        EXPECT_EQ(_GetLine(context, unknown, line, 8), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_GetLineSize(context, unknown, &size), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_WriteLine(context, unknown, L""), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_ReadBytes(context, unknown, buffer, 8, 0, 8), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_WriteBytes(context, unknown, buffer, 8, 0, 8), VHRT_BAD_HANDLE);
-        EXPECT_EQ(_SeekBytes(context, unknown, 0, 1), VHRT_BAD_HANDLE);
+    const auto all = [&](FileHandle file) {
+        wchar_t line[8];
+        uint8_t buffer[8];
+        int32_t size = 0;
+        return std::vector<int64_t>{
+            _ReadBytes(context, file, buffer, 8, 0, 8),  _WriteBytes(context, file, buffer, 8, 0, 8),
+            _SeekBytes(context, file, 0, SeekFromStart), _GetLine(context, file, line, 8),
+            _GetLineSize(context, file, &size),          _WriteLine(context, file, L"")};
+    };
+    const auto of_text = all(text), of_bytes = all(bytes);
+    EXPECT_EQ(std::count(of_text.begin(), of_text.begin() + 3, VHRT_WRONG_TYPE), 3);
+    EXPECT_EQ(std::count(of_bytes.begin() + 3, of_bytes.end(), VHRT_WRONG_TYPE), 3);
+    EXPECT_EQ(_CloseFile(context, text), 0);
+    for (const FileHandle unknown : {0, -1, text + 1, text}) {
+        EXPECT_EQ(all(unknown), std::vector<int64_t>(6, VHRT_BAD_HANDLE));
         EXPECT_EQ(_CloseFile(context, unknown), VHRT_BAD_HANDLE);
     }
-    EXPECT_EQ(_CloseFile(context, text), 0);
-    EXPECT_EQ(_CloseFile(context, text), VHRT_BAD_HANDLE);
 }
 
 TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)

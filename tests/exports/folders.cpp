@@ -54,18 +54,16 @@ TEST_F(Folders, SplitCommandLines)
         const wchar_t* line;
         const wchar_t* target;
         const wchar_t* arguments;
-    } cases[] = {
-        {L"C:\\a.exe", L"C:\\a.exe", L""},
-        {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
-        {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
-        {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
-        {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
-        {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
-        {L" a b", L"", L"a b"},
-        {L"\"\"a\"\" b", L"\"a\"", L"b"},
-        {L"\"", L"", L""},
-        {L"", L"", L""},
-    };
+    } cases[] = {{L"C:\\a.exe", L"C:\\a.exe", L""},
+                 {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
+                 {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
+                 {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
+                 {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
+                 {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
+                 {L" a b", L"", L"a b"},
+                 {L"\"\"a\"\" b", L"\"a\"", L"b"},
+                 {L"\"", L"", L""},
+                 {L"", L"", L""}};
     session->calls().FailCall(L"ISetupShortcut.SetWorkingDir", E_ABORT);
     for (const auto& one : cases) {
         session->calls().Reset();
@@ -123,11 +121,9 @@ TEST_F(Folders, TakeFlagsInTheirOrder)
         int32_t flags;
         int command; // 0: none is set
         const wchar_t* properties;
-    } cases[] = {
-        {0, 0, L""},       {1, 7, L""},       {4, 1, L""},        {5, 7, L""},
-        {9, 3, L""},       {8, 3, L""},       {13, 3, L""},       {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
-        {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "},
-    };
+    } cases[] = {{0, 0, L""},       {1, 7, L""},       {4, 1, L""},       {5, 7, L""},
+                 {9, 3, L""},       {8, 3, L""},       {13, 3, L""},      {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
+                 {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "}};
     for (const auto& one : cases) {
         session->calls().Reset();
         EXPECT_EQ(Add(L"Flags", L"C:\\a.exe", one.flags | IconReplace), 0) << one.flags;
@@ -336,61 +332,43 @@ TEST_F(Folders, GoWithTheRunAndGiveBackWhatWasThere)
 
 TEST_F(Folders, TraceTheirChanges)
 {
-    const test::TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
     session.reset();
-    {
-        const test::TracedLibrary library(path);
-        const auto engine = engine::Engine::Open(Given());
-        const auto host = engine->Host();
-        const auto services = engine->Services();
-        ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(host.get(), services.get());
-        VHRT_GET(library, AddIcon)(context, L"G\\", L"I", L"a b", L"w", L"f", 1, L"F2", 4);
-        VHRT_GET(library, AddIcon)(context, L"G\\", L"", L"a", L"", L"", 0, nullptr, 0);
-        VHRT_GET(library, ReplaceIcon)(context, L"G\\", L"I", L"J", L"c", L"w", L"f", 2, L"", 0);
-        VHRT_GET(library, ReplaceIcon)(context, L"", L"I", L"", L"c", L"w", L"f", 2, L"", 0);
-        VHRT_GET(library, DeleteIcon)(context, L"G\\J");
-        VHRT_GET(library, DeleteIcon)(context, L"G\\J");
-        VHRT_GET(library, DeleteIcon)(context, nullptr);
-        VHRT_GET(library, CreateFolder)(context, L"F");
-        VHRT_GET(library, DeleteFolder)(context, L"F");
-        VHRT_GET(library, DeleteFolder)(context, L"F");
-        VHRT_GET(library, CreateFolder)(nullptr, L"N");
-        VHRT_GET(library, __ReleaseObjectContext)(context);
-    }
-    const std::string text = test::DecodedTrace(path);
-    const std::string first = "VHFuncBegin|AddFolderIcon";
-    ASSERT_NE(text.find(first), text.npos);
-    const size_t begin = text.find(first);
-    EXPECT_EQ(text.substr(begin, text.find("VHSetupInit", begin) - begin),
-              "VHFuncBegin|AddFolderIcon|ProgramFolder=G\\\tItemName=I\tCommandLine= a b\tWorkingDir=w\tIconFile=f\t"
-              "IconIndex=1\tShortcutKey=F2\tFlags=4\r\n"
-              "VHFuncEnd|AddFolderIcon|Result=Success\t\tProgramFolder=G\\\tItemName=I\tCommandLine= a b\t"
-              "WorkingDir=w\tIconFile=f\tIconIndex=1\tShortcutKey=F2\tFlags=4\r\n"
-              "VHFuncBegin|AddFolderIcon|ProgramFolder=G\\\tItemName=\tCommandLine= a\tWorkingDir=\tIconFile=\t"
-              "IconIndex=0\tShortcutKey=\tFlags=0\r\n"
-              "VHFuncEnd|AddFolderIcon|Result=Failure\t\tError=0xffffffff\t\tProgramFolder=G\\\tItemName=\t"
-              "CommandLine= a\tWorkingDir=\tIconFile=\tIconIndex=0\tShortcutKey=\tFlags=0\r\n"
-              "VHFuncBegin|ReplaceFolderIcon|ProgramFolder=G\\\tItemName=I\tNewItemName=J\tCommandLine=c\t"
-              "WorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
-              "VHFuncEnd|ReplaceFolderIcon|Result=Success\t\tProgramFolder=G\\\tItemName=I\tNewItemName=J\t"
-              "CommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
-              "VHFuncBegin|ReplaceFolderIcon|ProgramFolder=\tItemName=I\tNewItemName=\tCommandLine=c\t"
-              "WorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
-              "VHFuncEnd|ReplaceFolderIcon|Result=Failure\t\tError=0xffffffff\tProgramFolder=\tItemName=I\t"
-              "NewItemName=\tCommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0\r\n"
-              "VHFuncBegin|DeleteFolderIcon|Icon=G\\J\r\n"
-              "VHFuncEnd|DeleteFolderIcon|Result=Success\t\tIcon=G\\J\r\n"
-              "VHFuncBegin|DeleteFolderIcon|Icon=G\\J\r\n"
-              "VHFuncBegin|DeleteFolderIcon|Icon=\r\n"
-              "VHFuncEnd|DeleteFolderIcon|Result=Failure\t\tError=0xffffffff\tIcon=\r\n"
-              "VHFuncBegin|CreateProgramFolder|Folder=F\r\n"
-              "VHFuncEnd|CreateProgramFolder|Result=Success\t\tFolder=F\r\n"
-              "VHFuncBegin|DeleteProgramFolder|Folder=F\r\n"
-              "VHFuncEnd|DeleteProgramFolder|Result=Success\t\tFolder=F\r\n"
-              "VHFuncBegin|DeleteProgramFolder|Folder=F\r\n"
-              "VHFuncEnd|DeleteProgramFolder|Result=Failure\t\tError=0x80070002\tFolder=F\r\n"
-              "VHFuncBegin|CreateProgramFolder|Folder=N\r\n");
+    const auto engine = engine::Engine::Open(Given());
+    const std::string text =
+        test::TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
+            const auto add = VHRT_GET(library, AddIcon);
+            const auto replace = VHRT_GET(library, ReplaceIcon);
+            add(context, L"G\\", L"I", L"a b", L"w", L"f", 1, L"F2", 4);
+            add(context, L"G\\", L"", L"a", L"", L"", 0, nullptr, 0);
+            replace(context, L"G\\", L"I", L"J", L"c", L"w", L"f", 2, L"", 0);
+            replace(context, L"", L"I", L"", L"c", L"w", L"f", 2, L"", 0);
+            for (const wchar_t* icon : {L"G\\J", L"G\\J", static_cast<const wchar_t*>(nullptr)})
+                VHRT_GET(library, DeleteIcon)(context, icon);
+            VHRT_GET(library, CreateFolder)(context, L"F");
+            for (int i = 0; i < 2; ++i)
+                VHRT_GET(library, DeleteFolder)(context, L"F");
+            VHRT_GET(library, CreateFolder)(nullptr, L"N");
+        });
+    using test::Record;
+    const char* const success = "Success\t\t";
+    const char* const failure = "Failure\t\tError=0xffffffff\t";
+    const std::string rest = "CommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0";
+    EXPECT_EQ(text, Record("AddFolderIcon",
+                           "ProgramFolder=G\\\tItemName=I\tCommandLine= a b\tWorkingDir=w\tIconFile=f\tIconIndex=1\t"
+                           "ShortcutKey=F2\tFlags=4",
+                           success) +
+                        Record("AddFolderIcon",
+                               "ProgramFolder=G\\\tItemName=\tCommandLine= a\tWorkingDir=\tIconFile=\tIconIndex=0\t"
+                               "ShortcutKey=\tFlags=0",
+                               "Failure\t\tError=0xffffffff\t\t") +
+                        Record("ReplaceFolderIcon", "ProgramFolder=G\\\tItemName=I\tNewItemName=J\t" + rest, success) +
+                        Record("ReplaceFolderIcon", "ProgramFolder=\tItemName=I\tNewItemName=\t" + rest, failure) +
+                        Record("DeleteFolderIcon", "Icon=G\\J", success) + Record("DeleteFolderIcon", "Icon=G\\J") +
+                        Record("DeleteFolderIcon", "Icon=", failure) +
+                        Record("CreateProgramFolder", "Folder=F", success) +
+                        Record("DeleteProgramFolder", "Folder=F", success) +
+                        Record("DeleteProgramFolder", "Folder=F", "Failure\t\tError=0x80070002\t") +
+                        Record("CreateProgramFolder", "Folder=N"));
 }
 
 } // namespace

@@ -64,12 +64,10 @@ TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
     struct row {
         int32_t high, low, cluster, high_sum, low_sum;
     };
-    const row rows[] = {
-        {0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
-        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
-        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
-        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0},
-    };
+    const row rows[] = {{0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
+                        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
+                        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
+                        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0}};
     for (const row& expected : rows) {
         int32_t high = 0, low = 0;
         EXPECT_EQ(_CalculateAndAddFileCost(expected.high, expected.low, expected.cluster, &high, &low), 0);

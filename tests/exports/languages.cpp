@@ -18,23 +18,21 @@ TEST(LanguageConfiguration, TellsWhatIsSupported)
         const char* list;
         int32_t language;
         int32_t supported;
-    } cases[] = {
-        {"0x0409,1041", 1033, 1},
-        {"0x0409,1041", 1041, 1},
-        {"0x0409,1041", 9, 1},
-        {"0x0409,1041", 1031, 0},
-        {"9", 9, 0},
-        {"1033,", 1033, 1},
-        {"1033 ", 1033, 1},
-        {" 1033", 1033, 1},
-        {"0X409", 1033, 0},
-        {"66569", 1033, 1},
-        {"", 1033, 0},
-        {"1033,,1041", 1041, 1},
-        {"1033", 0x10409, 1},
-        {"9", 0x10009, 1},
-        {"1033", 0x10009, 0},
-    };
+    } cases[] = {{"0x0409,1041", 1033, 1},
+                 {"0x0409,1041", 1041, 1},
+                 {"0x0409,1041", 9, 1},
+                 {"0x0409,1041", 1031, 0},
+                 {"9", 9, 0},
+                 {"1033,", 1033, 1},
+                 {"1033 ", 1033, 1},
+                 {" 1033", 1033, 1},
+                 {"0X409", 1033, 0},
+                 {"66569", 1033, 1},
+                 {"", 1033, 0},
+                 {"1033,,1041", 1041, 1},
+                 {"1033", 0x10409, 1},
+                 {"9", 0x10009, 1},
+                 {"1033", 0x10009, 0}};
     const vh::test::TempFolder folder;
     for (const auto& one : cases) {
         const auto path = folder.Write(L"l.ini", std::string("[languages]\nSUPPORTED=") + one.list);
@@ -64,25 +62,21 @@ TEST(NumberedText, IsTheUsersFirstAndTheStandardOneElse)
         const wchar_t* user;
         const wchar_t* standard;
     };
-    const Case cases[] = {
-        {14003, L"User title", L"User title", L"Standard title"},
-        {11626, L"Standard message", L"<0>", L"Standard message"},
-        {20001, L"Only the user's", L"Only the user's", L"<0>"},
-        {14002, L"The folder \"%s\" cannot be used.", L"<0>", L"The folder \"%s\" cannot be used."},
-        {14001, L"<0>", L"<0>", L"<0>"},
-        {0, L"<0>", L"<0>", L"<0>"},
-        {0x12345678, L"<0>", L"<0>", L"<0>"},
-    };
+    const Case cases[] = {{14003, L"User title", L"User title", L"Standard title"},
+                          {11626, L"Standard message", L"<0>", L"Standard message"},
+                          {20001, L"Only the user's", L"Only the user's", L"<0>"},
+                          {14002, L"The folder \"%s\" cannot be used.", L"<0>", L"The folder \"%s\" cannot be used."},
+                          {14001, L"<0>", L"<0>", L"<0>"},
+                          {0, L"<0>", L"<0>", L"<0>"},
+                          {0x12345678, L"<0>", L"<0>", L"<0>"}};
     const struct {
         std::wstring user;
         std::wstring standard;
         const wchar_t* Case::*text;
-    } libraries[] = {
-        {UserTexts(), StandardTexts(), &Case::both},
-        {UserTexts(), L"", &Case::user},
-        {L"", StandardTexts(), &Case::standard},
-        {L"no library.dll", StandardTexts(), &Case::standard},
-    };
+    } libraries[] = {{UserTexts(), StandardTexts(), &Case::both},
+                     {UserTexts(), L"", &Case::user},
+                     {L"", StandardTexts(), &Case::standard},
+                     {L"no library.dll", StandardTexts(), &Case::standard}};
     for (const auto& library : libraries) {
         const TextSession session(library.user, library.standard);
         for (const Case& one : cases)

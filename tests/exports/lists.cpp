@@ -1,4 +1,5 @@
 // Script lists, against a plain model and in the cases where results differ by design.
+#include <algorithm>
 #include <optional>
 #include <random>
 #include <vector>
@@ -7,6 +8,7 @@
 
 #include "../../exports/vhrt/lists.h"
 #include "../support/bare_context.h"
+#include "../support/call_export.h"
 #include "../support/temp_folder.h"
 
 using vh::test::BareContext;
@@ -189,32 +191,22 @@ TEST(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
     const BareContext context;
     const ListHandle numbers = _ListCreate(context, ListTypeNumber);
     const ListHandle texts = _ListCreate(context, ListTypeString);
-    int32_t number = 5;
-    wchar_t text[8];
+    // The numbers' calls first; each finds a list before it looks at anything else.
+    constexpr const char* names[] = {
+        "_ListAddItem",       "_ListCurrentItem",      "_ListSetCurrentItem", "_ListDeleteItem",
+        "_ListGetFirstItem",  "_ListGetNextItem",      "_ListFindItem",       "_ListAddString",
+        "_ListCurrentString", "_ListSetCurrentString", "_ListDeleteString",   "_ListGetFirstString",
+        "_ListGetNextString", "_ListFindString",       "_ListReadFromFile",   "_ListWriteToFile"};
     const auto all = [&](ListHandle list) {
-        return std::vector<int64_t>{_ListAddItem(context, list, 1, 0),
-                                    _ListCurrentItem(context, list, &number),
-                                    _ListSetCurrentItem(context, list, 1),
-                                    _ListDeleteItem(context, list),
-                                    _ListGetFirstItem(context, list, &number),
-                                    _ListGetNextItem(context, list, &number),
-                                    _ListFindItem(context, list, 1),
-                                    _ListAddString(context, list, L"", 0),
-                                    _ListCurrentString(context, list, text, 8),
-                                    _ListSetCurrentString(context, list, L""),
-                                    _ListDeleteString(context, list),
-                                    _ListGetFirstString(context, list, text, 8),
-                                    _ListGetNextString(context, list, text, 8),
-                                    _ListFindString(context, list, L""),
-                                    _ListReadFromFile(context, list, L"Z:\\no such file"),
-                                    _ListWriteToFile(context, list, L"Z:\\no such folder\\x", 0)};
+        std::vector<int64_t> codes;
+        wchar_t scratch[8] = L"Z:\\no";
+        for (const char* name : names)
+            codes.push_back(vh::test::CallExport(name, context, list, scratch, 0));
+        return codes;
     };
-    const std::vector<int64_t> of_texts = all(texts);
-    for (size_t i = 0; i < 7; ++i)
-        EXPECT_EQ(of_texts[i], VHRT_WRONG_TYPE) << i;
-    const std::vector<int64_t> of_numbers = all(numbers);
-    for (size_t i = 7; i < 16; ++i)
-        EXPECT_EQ(of_numbers[i], VHRT_WRONG_TYPE) << i;
+    const std::vector<int64_t> of_texts = all(texts), of_numbers = all(numbers);
+    EXPECT_EQ(std::count(of_texts.begin(), of_texts.begin() + 7, VHRT_WRONG_TYPE), 7);
+    EXPECT_EQ(std::count(of_numbers.begin() + 7, of_numbers.end(), VHRT_WRONG_TYPE), 9);
 
     ListHandle stale = texts;
     ASSERT_EQ(_ListDestroy(context, &stale), 0);
@@ -269,21 +261,19 @@ TEST(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
         std::optional<std::string> before;
         int32_t flags;
         std::string after;
-    } cases[] = {
-        {"new, no flag", std::nullopt, 0, "n\r\n"},
-        {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
-        {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
-        {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
-        {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
-        {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
-        {"wide stays wide", wide_a, 0, wide_new},
-        {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
-        {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
-        {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
-        {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
-        {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
-         wide_a + std::string("n\0\r\0\n\0", 6)},
-    };
+    } cases[] = {{"new, no flag", std::nullopt, 0, "n\r\n"},
+                 {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
+                 {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
+                 {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
+                 {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
+                 {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
+                 {"wide stays wide", wide_a, 0, wide_new},
+                 {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
+                 {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
+                 {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
+                 {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
+                 {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
+                  wide_a + std::string("n\0\r\0\n\0", 6)}};
     const TempFolder folder;
     const BareContext context;
     const ListHandle list = _ListCreate(context, ListTypeString);

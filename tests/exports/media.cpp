@@ -1,10 +1,14 @@
 // Media on engine data, through the component exports.
 #include <cstring>
 #include <functional>
+#include <map>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
+#include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
+#include "../support/import_patch.h"
 #include "../support/session.h"
 
 using namespace vh;
@@ -39,24 +43,21 @@ TEST(UnknownMedia, AnswersTheMixtureThatScriptsKnow)
     wchar_t text[512];
     int64_t wide = 0;
     const ListHandle list = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(_ComponentGetData(session, none, L"Core", 8, &number, text, 64), -132);
-    EXPECT_EQ(_ComponentSetData(session, none, L"Core", 0, 0, L""), -132);
-    EXPECT_EQ(_ComponentSelectItem(session, none, L"Core", 1), -132);
-    EXPECT_EQ(_ComponentIsItemSelected(session, none, L"Core"), -132);
-    EXPECT_EQ(_ComponentListItems(session, none, L"", list), -132);
-    EXPECT_EQ(_ComponentGetItemSize(session, none, L"Core", &number), -132);
+    for (const int32_t code :
+         {_ComponentGetData(session, none, L"Core", 8, &number, text, 64),
+          _ComponentSetData(session, none, L"Core", 0, 0, L""), _ComponentSelectItem(session, none, L"Core", 1),
+          _ComponentIsItemSelected(session, none, L"Core"), _ComponentListItems(session, none, L"", list),
+          _ComponentGetCost(session, none, L"Core", L"C:\\", &number), _ComponentTransferData(session, none),
+          _ComponentSetupTypeSet(session, none, L"x"), _ComponentFilterLanguage(session, none, 1033, 1),
+          _CreateRegistrySet(session, none, L"x"), _ComponentGetItemSize(session, none, L"Core", &number)})
+        EXPECT_EQ(code, -132);
     EXPECT_EQ(number, -1);
     EXPECT_EQ(_ComponentTotalSize(session, none, L"", 1, 1, 0), -132);
-    EXPECT_EQ(_ComponentGetCost(session, none, L"Core", L"C:\\", &number), -132);
-    EXPECT_EQ(_ComponentTransferData(session, none), -132);
-    EXPECT_EQ(_ComponentSetupTypeSet(session, none, L"x"), -132);
-    EXPECT_EQ(_ComponentFilterLanguage(session, none, 1033, 1), -132);
-    EXPECT_EQ(_CreateRegistrySet(session, none, L"x"), -132);
-    EXPECT_EQ(_ComponentMoveData(session, none, 0), -126);
-    EXPECT_EQ(_ComponentValidate(session, none, L"Core", L"k"), -126);
-    EXPECT_EQ(_ComponentFileEnum(session, none, L"Core", L"*", list, 0), -126);
-    EXPECT_EQ(_ComponentFileEnum(session, none, L"Core", L"a\\*", list, 0), -126);
-    EXPECT_EQ(_ComponentFileInfo(session, none, L"Core", L"", L"a\\b", 1, &wide, text), -126);
+    for (const int32_t code : {_ComponentMoveData(session, none, 0), _ComponentValidate(session, none, L"Core", L"k"),
+                               _ComponentFileEnum(session, none, L"Core", L"*", list, 0),
+                               _ComponentFileEnum(session, none, L"Core", L"a\\*", list, 0),
+                               _ComponentFileInfo(session, none, L"Core", L"", L"a\\b", 1, &wide, text)})
+        EXPECT_EQ(code, -126);
     EXPECT_EQ(_FeatureAddCost(session, none, L"Core", L"C:\\", 1, 0), -1);
     EXPECT_EQ(_MediaGetFilteringInfo(session, none, 0, list), static_cast<int32_t>(0x8004F084)) << "not mapped";
 
@@ -266,6 +267,10 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(high, 0);
     EXPECT_GE(low, 10);
 
+    EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"Core", 3, 1), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupItemUninstallCost.AddUninstallCost(\"Core\", 3, 1)"), 1);
+    EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"None", 3, 1), -1);
+    EXPECT_EQ(_FeatureAddCost(session, data, L"None", L"C:\\", 3, 1), -1);
     wchar_t drive[MAX_PATH] = L"kept";
     EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), 0);
     EXPECT_EQ(size, 0);
@@ -275,6 +280,32 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), -108);
     EXPECT_EQ(std::wstring(drive), target.substr(0, 2));
     EXPECT_EQ(size, INT32_MAX);
+}
+
+// Both sides are cut to units of 1024 bytes before they are compared.
+TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
+{
+    static uint64_t available;
+    const test::CallCounter<decltype(GetDiskFreeSpaceExW)> disk(
+        "GetDiskFreeSpaceExW", [](const wchar_t*, ULARGE_INTEGER* caller, ULARGE_INTEGER* all, ULARGE_INTEGER* free) {
+            caller->QuadPart = available;
+            all->QuadPart = free->QuadPart = 1;
+            return TRUE;
+        });
+    const Session session;
+    // Two megabytes with the product's own 100 bytes.
+    EXPECT_EQ(_FeatureAddCost(session, data, L"Core", session.folder.Target().c_str(), (2 << 20) - 100, 0), 0);
+    const struct {
+        uint64_t available;
+        int32_t result, size;
+    } cases[] = {{2 << 20, 0, 0}, {(2 << 20) + 1, 0, 0}, {(2 << 20) - 1, -108, 2 << 20}, {0, -108, 2 << 20}};
+    for (const auto& one : cases) {
+        available = one.available;
+        wchar_t drive[MAX_PATH] = L"";
+        int32_t size = -1;
+        EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), one.result) << available;
+        EXPECT_EQ(size, one.size) << available;
+    }
 }
 
 TEST(FileMedia, KnowsSetupTypesByName)
@@ -328,18 +359,126 @@ TEST(FileMedia, FiltersWithTheInvertedFlag)
     EXPECT_EQ(session.CallsOf(L"ISetupDataEx.FilterOS(1, 2, 0)"), 1);
 }
 
+// The files of an item that fit, or the code.
+std::wstring Files(ObjectContext* context, const wchar_t* item, const wchar_t* pattern, int32_t flag)
+{
+    const ListHandle list = _ListCreate(context, ListTypeString);
+    const int32_t code = _ComponentFileEnum(context, data, item, pattern, list, flag);
+    const std::wstring files = Texts(context, list);
+    return code ? std::to_wstring(code) + files : files;
+}
+
 TEST(FileMedia, EnumeratesFilesByPattern)
 {
     const Session session;
-    const ListHandle list = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*.*", list, 0), 0);
-    const std::wstring all = Texts(session, list);
-    EXPECT_NE(all, L"");
-    const ListHandle none = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*.none", none, 0), 0);
-    EXPECT_EQ(Texts(session, none), L"");
+    const struct {
+        const wchar_t *item, *pattern, *files;
+    } cases[] = {{L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
+                 {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
+                 {L"Tools\\Extra", L"*.none", L""},
+                 {L"Tools\\Extra", L"none\\*", L"-105"},
+                 {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
+                 {L"", L"*h*", L"help\\d.bin"},
+                 {L"", L"help\\*", L"d.bin"},
+                 {L"", L"none\\*", L"-105"},
+                 {L"No such", L"*", L"-105"}};
+    for (const auto& one : cases)
+        EXPECT_EQ(Files(session, one.item, one.pattern, 0), one.files) << one.item << " " << one.pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
-    EXPECT_EQ(_ComponentFileEnum(session, data, L"No such", L"*", 99, 0), -105);
+}
+
+// Gives a payload file its last write, in local time.
+void SetTime(const std::wstring& path, WORD year, WORD month, WORD day, WORD hour, WORD minute)
+{
+    const SYSTEMTIME moment{year, month, 0, day, hour, minute, 0, 0};
+    FILETIME local{}, written{};
+    SystemTimeToFileTime(&moment, &local);
+    LocalFileTimeToFileTime(&local, &written);
+    const unique_file file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &written));
+}
+
+TEST(FileMedia, TellsTheFactsOfItsFiles)
+{
+    engine::test::SetupFolder folder;
+    folder.Payload(L"p\\one.txt", "abc");
+    folder.Payload(L"q\\sub\\large.bin", "");
+    {
+        const unique_file large(CreateFileW(folder.Setup(L"q\\sub\\large.bin").c_str(), GENERIC_WRITE, 0, nullptr,
+                                            OPEN_EXISTING, 0, nullptr));
+        LARGE_INTEGER end;
+        end.QuadPart = (5ll << 30) + 7;
+        ASSERT_TRUE(SetFilePointerEx(large.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(large.get()));
+    }
+    SetTime(folder.Setup(L"p\\one.txt"), 2019, 11, 5, 16, 7);
+    SetTime(folder.Setup(L"q\\sub\\large.bin"), 1999, 12, 31, 1, 59);
+    SetFileAttributesW(folder.Setup(L"p\\one.txt").c_str(), FILE_ATTRIBUTE_HIDDEN);
+    folder.Product(R"("languages": [1033, 1031, 9], "features": [{"name": "F", "languages": [1033, 1031],
+        "systems": ["windows-7", "windows-10"], "files": [
+        {"name": "docs", "target": "t", "flags": ["shared"], "files": [{"path": "p/one.txt", "version": "1.2.3.4"},
+            {"path": "q/*", "recurse": true, "language": 1031, "flags": ["permanent", "never-overwrite"]}]},
+        {"name": "rest", "systems": ["windows-8", "windows-11"], "languages": [9], "files": []}]}])");
+    const Session session(folder.Given());
+    const std::map<std::wstring, const wchar_t*> paths = {
+        {L"small", L"docs\\one.txt"}, {L"large", L"docs\\sub\\large.bin"}, {L"group", L"docs"}, {L"rest", L"rest"}};
+    const std::map<std::wstring, std::wstring> folders = {{L"SOURCE", folder.Setup(L"p\\one.txt")},
+                                                          {L"FROM", folder.Setup(L"p")},
+                                                          {L"TO", folder.Target(L"t")},
+                                                          {L"BELOW", folder.Target(L"t\\sub")},
+                                                          {L"NONE", L""}};
+    // Code, number and text; -7 and "#" are those that stood there before.
+    const std::wstring facts = LR"(small 1 3 # small 2 0 # small 3 20325 11-05-19 small 4 32992 16:07 small 6 -7 1.2.3.4
+        small 7 -7 NONE small 8 -7 SOURCE small 9 20325 11-05-2019 small 11 -7 900150983CD24FB0D6963F7D28E17F72
+        small 12 3 # small 13 0 # small 16 -7 TO small 21 1 # small 22 0 # small 23 0 # small 24 -7 # large 1 1073741831 #
+        large 2 2 # large 3 10143 12-31-99 large 4 3936 01:59 large 7 -7 1031 large 9 10143 12-31-1999
+        large 12 1073741831 # large 13 2 # large 16 -7 BELOW large 21 1 # large 22 1 # large 23 1 # group 14 2 #
+        group 15 -7 docs group 17 -7 FROM group 18 1073741834 # group 19 -7 F group 20 2 # group 21 1 # rest 14 0 # small 5 )" +
+                               std::to_wstring(GetFileAttributesW(folder.Setup(L"p\\one.txt").c_str())) + L" #";
+    for (const wchar_t* item : {L"F", L""}) {
+        std::wistringstream rows(facts);
+        std::wstring path, wanted;
+        int32_t code = 0;
+        for (int64_t wanted_number = 0; rows >> path >> code >> wanted_number >> wanted;) {
+            int64_t number = -7;
+            wchar_t text[300] = L"#";
+            EXPECT_EQ(_ComponentFileInfo(session, data, item, L"", paths.at(path), code, &number, text),
+                      code == 24 ? E_INVALIDARG : 0)
+                << path << " " << code;
+            EXPECT_EQ(number, wanted_number) << path << " " << code;
+            EXPECT_EQ(text, folders.contains(wanted) ? folders.at(wanted) : wanted) << path << " " << code;
+        }
+    }
+    for (const wchar_t* item : {L"F", L""}) {
+        EXPECT_EQ(Files(session, item, L"docs\\*", 0), L"one.txt");
+        EXPECT_EQ(Files(session, item, L"docs\\*", 1), L"one.txt|sub\\large.bin");
+        EXPECT_EQ(Files(session, item, L"*", 0), L"docs\\one.txt|docs\\sub\\large.bin");
+    }
+    // Facts that go to a list; 10 and 131072 give one element for each bit.
+    const struct {
+        const wchar_t* path;
+        int32_t code;
+        std::vector<int32_t> numbers;
+    } lists[] = {
+        {L"docs\\one.txt", 10, {1, 8}},           {L"docs", 131072, {1, 8}}, {L"docs\\one.txt", 65536, {1033, 1031}},
+        {L"docs\\sub\\large.bin", 65536, {1031}}, {L"rest", 10, {2, 16}},    {L"rest", 65536, {9}}};
+    for (const auto& one : lists) {
+        int64_t list = _ListCreate(session, ListTypeNumber);
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), 0) << one.code;
+        std::vector<int32_t> numbers;
+        int32_t value = 0;
+        for (int64_t code = _ListGetFirstItem(session, list, &value); code == 0;
+             code = _ListGetNextItem(session, list, &value))
+            numbers.push_back(value);
+        EXPECT_EQ(numbers, one.numbers) << one.path << " " << one.code;
+        list = _ListCreate(session, ListTypeString);
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), VHRT_WRONG_TYPE);
+    }
+    for (const wchar_t* path : {L"docs", L"docs\\", L""})
+        for (const int32_t code : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13})
+            EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, code, nullptr, nullptr), -1) << code;
+    for (const wchar_t* path : {L"none", L"docs\\none"})
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, 14, nullptr, nullptr), -105) << path;
+    EXPECT_EQ(_ComponentFileInfo(session, data, L"None", L"", L"docs", 14, nullptr, nullptr), -105);
 }
 
 TEST(FileMedia, FailsEverywhereWithoutItsCollection)
@@ -356,12 +495,37 @@ TEST(FileMedia, FailsEverywhereWithoutItsCollection)
     EXPECT_EQ(_ComponentGetItemSize(session, data, L"Core", &number), E_POINTER);
 }
 
+TEST(FileMedia, GivesTheEnginesErrorToTheScript)
+{
+    engine::test::SetupFolder folder;
+    folder.Payload(L"a.bin", "a");
+    folder.Product(
+        R"("features": [{"name": "Lost", "target": "<NOWHERE>", "files": [{"name": "g", "files": ["a.bin"]}]}])");
+    const Session session(folder.Given());
+    EXPECT_EQ(_ComponentMoveData(session, data, 0), E_INVALIDARG);
+    variant error;
+    wchar_t media[64] = L"";
+    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), media), 0);
+    EXPECT_STREQ(media, data);
+    ASSERT_EQ(error.type(), VT_DISPATCH);
+    const std::pair<const wchar_t*, const wchar_t*> properties[] = {
+        {L"Code", L"-2147024809"}, {L"File", L"<NOWHERE>"}, {L"Reason", L"\"Lost\""}, {L"Text", L"\"Lost\""}};
+    for (const auto& [name, part] : properties) {
+        const std::wstring text = engine::test::PropertyText(error.get().pdispVal, name);
+        EXPECT_NE(text.find(part), text.npos) << name << ": " << text;
+    }
+}
+
 TEST(SupportMedia, MovesNothingAndTransfersNothing)
 {
-    const Session session;
+    const Session session(R"(, "support": [{"name": "Seen", "files": []}, {"name": "Unseen", "files": []}])");
     EXPECT_EQ(_ComponentMoveData(session, L"VHSUPPORTFILES", 1), 0);
     EXPECT_EQ(_ComponentTransferData(session, L"VHSUPPORTFILES"), -126);
     EXPECT_EQ(_ComponentSelectItem(session, L"VHSUPPORTFILES", L"", 1), 0);
+    EXPECT_EQ(Items(session, L"VHSUPPORTFILES", L""), L"Seen|Unseen");
+    EXPECT_EQ(_ComponentSetData(session, L"VHSUPPORTFILES", L"Unseen", 2, 0, nullptr), 0);
+    EXPECT_EQ(NumberAttribute(session, L"VHSUPPORTFILES", L"Seen", 2), 1);
+    EXPECT_EQ(NumberAttribute(session, L"VHSUPPORTFILES", L"Unseen", 2), 0);
     wchar_t text[64];
     variant error;
     int32_t number = 0;

@@ -24,6 +24,14 @@ BSTR WINAPI NoText(const OLECHAR*, UINT) { return nullptr; }
 // Small blocks are still there, as they are for the library's reserve.
 void* OnlySmallBlocks(size_t size) { return size < 512 ? std::malloc(size) : nullptr; }
 
+// Blocks as large as the reserve that the library gives back.
+int reserves_back;
+void CountedFree(void* block)
+{
+    reserves_back += block && _msize(block) >= 4096;
+    std::free(block);
+}
+
 template <class Work>
 HRESULT CodeOf(Work&& work)
 {
@@ -44,8 +52,11 @@ TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
     {
         const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "SysAllocStringLen", reinterpret_cast<void*>(&NoText));
         ASSERT_TRUE(none.found());
+        const ImportPatch counted(GetModuleHandleW(L"VHRT.dll"), "free", reinterpret_cast<void*>(&CountedFree));
+        reserves_back = 0;
         EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
                   E_OUTOFMEMORY);
+        EXPECT_EQ(reserves_back, 1) << "the exception's own memory";
         EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"short", ListAddAfter); }), S_OK);
         // Script files tell every failure by their result.
         EXPECT_EQ(_OpenFile(context, L"a path that needs a block", 2, 0), -1);

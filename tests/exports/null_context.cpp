@@ -7,23 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "../../exports/vhrt/types.h"
+#include "../support/call_export.h"
 
 namespace {
 
-// On 64-bit Windows all arguments take one slot each and further ones do no harm, so one shape of call does for all.
-using AnyFunction = int64_t(__stdcall*)(intptr_t, intptr_t, intptr_t, intptr_t, intptr_t, intptr_t, intptr_t, intptr_t,
-                                        intptr_t, intptr_t, intptr_t, intptr_t, intptr_t);
-
-int64_t CallWithNothing(const char* name)
-{
-    const FARPROC found = GetProcAddress(GetModuleHandleW(L"VHRT.dll"), name);
-    if (!found) {
-        ADD_FAILURE() << name << " is not exported";
-        return 0;
-    }
-    return reinterpret_cast<AnyFunction>(reinterpret_cast<void*>(found))(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
-}
+int64_t CallWithNothing(const char* name) { return vh::test::CallExport(name, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0); }
 
 std::vector<std::string> Words(const char* text)
 {
@@ -83,8 +71,7 @@ TEST(NullContext, GivesAnotherAnswerWhereTheFamilySaysSo)
         {"_ShowObjWizardPages", 0}, {"_SetupInet", 0},
         {"_CleanupInet", 0},        {"_InetGetNextDisk", 3},
         {"_InetGetLastError", 0},   {"_ComponentViewCreate", 0},
-        {"_TreeViewCreate", 0},     {"__CreateObjectContextSuiteExt", 0},
-    };
+        {"_TreeViewCreate", 0},     {"__CreateObjectContextSuiteExt", 0}};
     for (const auto& [name, answer] : answers)
         EXPECT_EQ(static_cast<int32_t>(CallWithNothing(name)), answer) << name;
     // These take null quietly and answer nothing.

@@ -77,21 +77,19 @@ TEST(RegistryValues, AreWrittenByTheirTypes)
         int32_t size;
         int64_t result;
         std::string bytes;
-    } cases[] = {
-        {REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
-        {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
-        {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
-        {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
-        {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
-        {REG_MULTI_SZ, nullptr, 3, -1, ""},
-        {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
-        {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
-        {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
-        {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
-        {REG_BINARY, L"x", 1, -10, ""},
-        {REG_NONE, L"x", 1, -1, ""},
-        {11, L"x", 1, -1, ""},
-    };
+    } cases[] = {{REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
+                 {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
+                 {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
+                 {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
+                 {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
+                 {REG_MULTI_SZ, nullptr, 3, -1, ""},
+                 {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
+                 {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
+                 {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
+                 {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
+                 {REG_BINARY, L"x", 1, -10, ""},
+                 {REG_NONE, L"x", 1, -1, ""},
+                 {11, L"x", 1, -1, ""}};
     for (const auto& one : cases) {
         RegDeleteTreeW(HKEY_CURRENT_USER, base);
         EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", one.type, one.value, one.size), one.result)
@@ -157,17 +155,15 @@ TEST(RegistryValues, ComeBackAsText)
         int32_t size_back;
         int32_t type;
         std::wstring units;
-    } cases[] = {
-        {L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
-        {L"text", 4, -5, 5, REG_SZ, L"#######"},
-        {L"text", 0, -5, 5, REG_SZ, L"#######"},
-        {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
-        {L"none", 0, -5, 1, REG_SZ, L"#######"},
-        {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
-        {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
-        {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
-        {L"missing", 9, not_found, 9, -7, L"#######"},
-    };
+    } cases[] = {{L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
+                 {L"text", 4, -5, 5, REG_SZ, L"#######"},
+                 {L"text", 0, -5, 5, REG_SZ, L"#######"},
+                 {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
+                 {L"none", 0, -5, 1, REG_SZ, L"#######"},
+                 {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
+                 {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
+                 {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
+                 {L"missing", 9, not_found, 9, -7, L"#######"}};
     for (const auto& one : cases) {
         wchar_t buffer[] = L"#######";
         int32_t type = -7, size = one.size;
@@ -182,13 +178,11 @@ TEST(RegistryValues, ComeBackAsText)
         int64_t result;
         int32_t size_back;
         std::string bytes;
-    } binary[] = {
-        {L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
-        {L"bytes", 3, -5, 4, "#####"},
-        {L"text", 9, -1, 9, "#####"},
-        {L"number", 9, -1, 9, "#####"},
-        {L"missing", 9, not_found, 9, "#####"},
-    };
+    } binary[] = {{L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
+                  {L"bytes", 3, -5, 4, "#####"},
+                  {L"text", 9, -1, 9, "#####"},
+                  {L"number", 9, -1, 9, "#####"},
+                  {L"missing", 9, not_found, 9, "#####"}};
     for (const auto& one : binary) {
         char buffer[] = "#####";
         int32_t size = one.size;
@@ -248,15 +242,14 @@ TEST(RegistryWrites, AreUndoneWithTheRun)
 
 TEST(RegistryOptions, ChooseTheView)
 {
-    const TestKey cleared;
     const Session session;
-    int32_t options = -7;
-    EXPECT_EQ(_RegGetOptions(session, &options), 0);
-    EXPECT_EQ(options, 0);
-    EXPECT_EQ(_RegSetOptions(session, 1), 0);
-    EXPECT_EQ(_RegGetOptions(session, &options), 0);
-    EXPECT_EQ(options, 1);
-    EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
+    for (const int32_t wanted : {0, 1, 0}) {
+        int32_t options = -7;
+        EXPECT_EQ(_RegSetOptions(session, wanted), 0);
+        EXPECT_EQ(_RegGetOptions(session, &options), 0);
+        EXPECT_EQ(options, wanted);
+        EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
+    }
     EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);
 }
 
@@ -270,19 +263,15 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
                                static_cast<int64_t>(static_cast<int32_t>(0x80000005)), int64_t{0}, int64_t{-1}})
         EXPECT_EQ(_RegConnectRegistry(session, root, L""), -1) << root;
     EXPECT_EQ(session.CallsOf(L"ISetupRegistry.Connect"), 0);
-    const struct {
-        HRESULT code;
-        int64_t result;
-    } failures[] = {
+    const std::pair<HRESULT, int64_t> failures[] = {
         {HRESULT_FROM_WIN32(123), -3},
         {HRESULT_FROM_WIN32(1009), -4},
         {HRESULT_FROM_WIN32(1114), -2},
         {HRESULT_FROM_WIN32(5), HRESULT_FROM_WIN32(5)},
-        {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)},
-    };
-    for (const auto& one : failures) {
-        session.calls().FailCall(L"ISetupRegistry.Connect", one.code);
-        EXPECT_EQ(_RegConnectRegistry(session, local_machine, L"\\\\there"), one.result);
+        {static_cast<HRESULT>(0x8004007B), static_cast<HRESULT>(0x8004007B)}};
+    for (const auto& [code, result] : failures) {
+        session.calls().FailCall(L"ISetupRegistry.Connect", code);
+        EXPECT_EQ(_RegConnectRegistry(session, local_machine, L"\\\\there"), result);
         EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     }
     EXPECT_EQ(session.calls().Lines().back(), L"ISetupRegistry.Connect(-2147483646, \"\\\\there\")");
@@ -310,72 +299,48 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
 TEST(TracedRegistry, WritesBeginAndEndWithItsFields)
 {
     const TestKey cleared;
-    const test::TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    const test::TracedLibrary library(path);
     engine::test::SetupFolder setup;
     engine::test::MakeTree(setup);
     const auto engine = setup.Open();
-    const auto host = engine->Host();
-    const auto services = engine->Services();
-    ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(host.get(), services.get());
-    const auto set = VHRT_GET(library, _RegSetKeyValue);
-    VHRT_GET(library, _RegCreateKey)(context, current_user, L"", L"c", 1);
-    VHRT_GET(library, _RegCreateKey)(context, current_user, L"\\Software\\VHRegistryTest", nullptr, 3);
-    set(context, current_user, base, L"N", 4, L"12", 9);
-    set(context, current_user, base, L"N", 3, L"b", 1);
-    set(context, current_user, base, L"N", 11, nullptr, 0);
-    set(context, current_user, L"", L"N", 1, L"x", 0);
-    VHRT_GET(library, _RegSetKeyBinaryValue)(context, current_user, base, L"B", "xyz", 3);
-    VHRT_GET(library, _RegDeleteValue)(context, current_user, base, L"N");
-    VHRT_GET(library, _RegDeleteValue)(context, current_user, nullptr, L"N");
-    VHRT_GET(library, _RegDeleteKey)(context, current_user, base);
-    VHRT_GET(library, _RegDeleteKey)(context, current_user, base);
-    VHRT_GET(library, _RegDeleteKey)(context, current_user, L"");
-    VHRT_GET(library, _RegDeleteKey)(nullptr, 1, L"k");
-    set(nullptr, 1, L"k", L"n", 3, L"v", 2);
-    VHRT_GET(library, __ReleaseObjectContext)(context);
-
-    const std::string text = test::DecodedTrace(path);
-    const std::string first = "VHFuncBegin|RegDB";
-    ASSERT_NE(text.find(first), text.npos);
-    const std::string key = "RootKey=-2147483647\tKey=Software\\VHRegistryTest";
-    const std::string failure = "Result=Failure\t\tError=0xffffffff\t";
-    std::string expected;
-    const auto record = [&](bool begin, const char* name, const std::string& details) {
-        expected += std::string(begin ? "VHFuncBegin|" : "VHFuncEnd|") + name + "|" + details + "\r\n";
-    };
-    const char* const set_name = "RegDBSetKeyValueEx";
-    const std::string created = "RootKey=-2147483647\tKey=\\Software\\VHRegistryTest\tClass=\tShared=3";
-    record(true, "RegDBCreateKeyEx", "RootKey=-2147483647\tKey=\tClass=c\tShared=1");
-    record(true, "RegDBCreateKeyEx", created);
-    record(false, "RegDBCreateKeyEx", "Result=Success\t\t" + created);
-    const std::string number = key + "\tValueName=N\tValueType=4\tValue=12\tValueSize=9";
-    record(true, set_name, number);
-    record(false, set_name, "Result=Success\t\t" + number);
-    const std::string binary = key + "\tValueName=N\tValueType=3\tValue=b\tValueSize=1";
-    record(true, set_name, binary);
-    record(false, set_name, "Result=Failure\t\tError=0xfffffff6\t" + binary);
-    const std::string unknown = key + "\tValueName=N\tValueType=11\tValue=\tValueSize=0";
-    record(true, set_name, unknown);
-    record(false, set_name, failure + unknown);
-    record(true, set_name, "RootKey=-2147483647\tKey=\tValueName=N\tValueType=1\tValue=x\tValueSize=0");
-    const std::string bytes = key + "\tValueName=B\tValueType=3\tValue=\tValueSize=3";
-    record(true, set_name, bytes);
-    record(false, set_name, "Result=Success\t\t" + bytes);
-    record(true, "RegDBDeleteValue", key + "\tValue=N");
-    record(false, "RegDBDeleteValue", "Result=Success\t\t" + key + "\tValue=N");
-    record(true, "RegDBDeleteValue", "RootKey=-2147483647\tKey=\tValue=N");
-    record(false, "RegDBDeleteValue", failure + "RootKey=-2147483647\tKey=\tValue=N");
-    record(true, "RegDBDeleteKey", key);
-    record(false, "RegDBDeleteKey", "Result=Success\t\t" + key);
-    record(true, "RegDBDeleteKey", key);
-    record(false, "RegDBDeleteKey", failure + key);
-    record(true, "RegDBDeleteKey", "RootKey=-2147483647\tKey=");
-    record(false, "RegDBDeleteKey", failure + "RootKey=-2147483647\tKey=");
-    record(true, "RegDBDeleteKey", "RootKey=1\tKey=k");
-    record(true, set_name, "RootKey=1\tKey=k\tValueName=n\tValueType=3\tValue=v\tValueSize=2");
-    EXPECT_EQ(text.substr(text.find(first)), expected);
+    const std::string text =
+        test::TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
+            const auto set = VHRT_GET(library, _RegSetKeyValue);
+            const auto create = VHRT_GET(library, _RegCreateKey);
+            const auto erase_value = VHRT_GET(library, _RegDeleteValue);
+            const auto erase = VHRT_GET(library, _RegDeleteKey);
+            create(context, current_user, L"", L"c", 1);
+            create(context, current_user, L"\\Software\\VHRegistryTest", nullptr, 3);
+            set(context, current_user, base, L"N", 4, L"12", 9);
+            set(context, current_user, base, L"N", 3, L"b", 1);
+            set(context, current_user, base, L"N", 11, nullptr, 0);
+            set(context, current_user, L"", L"N", 1, L"x", 0);
+            VHRT_GET(library, _RegSetKeyBinaryValue)(context, current_user, base, L"B", "xyz", 3);
+            erase_value(context, current_user, base, L"N");
+            erase_value(context, current_user, nullptr, L"N");
+            for (const wchar_t* key : {base, base, L""})
+                erase(context, current_user, key);
+            erase(nullptr, 1, L"k");
+            set(nullptr, 1, L"k", L"n", 3, L"v", 2);
+        });
+    using test::Record;
+    const std::string root = "RootKey=-2147483647\tKey=";
+    const std::string key = root + "Software\\VHRegistryTest";
+    const char* const success = "Success\t\t";
+    const char* const failure = "Failure\t\tError=0xffffffff\t";
+    const char* const set = "RegDBSetKeyValueEx";
+    EXPECT_EQ(text, Record("RegDBCreateKeyEx", root + "\tClass=c\tShared=1") +
+                        Record("RegDBCreateKeyEx", root + "\\Software\\VHRegistryTest\tClass=\tShared=3", success) +
+                        Record(set, key + "\tValueName=N\tValueType=4\tValue=12\tValueSize=9", success) +
+                        Record(set, key + "\tValueName=N\tValueType=3\tValue=b\tValueSize=1",
+                               "Failure\t\tError=0xfffffff6\t") +
+                        Record(set, key + "\tValueName=N\tValueType=11\tValue=\tValueSize=0", failure) +
+                        Record(set, root + "\tValueName=N\tValueType=1\tValue=x\tValueSize=0") +
+                        Record(set, key + "\tValueName=B\tValueType=3\tValue=\tValueSize=3", success) +
+                        Record("RegDBDeleteValue", key + "\tValue=N", success) +
+                        Record("RegDBDeleteValue", root + "\tValue=N", failure) +
+                        Record("RegDBDeleteKey", key, success) + Record("RegDBDeleteKey", key, failure) +
+                        Record("RegDBDeleteKey", root, failure) + Record("RegDBDeleteKey", "RootKey=1\tKey=k") +
+                        Record(set, "RootKey=1\tKey=k\tValueName=n\tValueType=3\tValue=v\tValueSize=2"));
 }
 
 } // namespace

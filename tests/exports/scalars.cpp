@@ -14,10 +14,8 @@ TEST(Bytes, CopyFailsInTheOrderOfItsTests)
     const struct {
         uint32_t target_offset, target_size, source_offset, source_size, count;
         int32_t result;
-    } cases[] = {
-        {0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
-        {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0},
-    };
+    } cases[] = {{0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
+                 {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0}};
     for (const auto& one : cases) {
         char target[9] = "........";
         EXPECT_EQ(_CopyBytes(target, one.target_offset, one.target_size, "abcdefgh", one.source_offset, one.source_size,
@@ -125,6 +123,11 @@ TEST(Sprintf, TakesNumbersAsIntegersAndAllElseAsText)
     EXPECT_EQ(_DoSprintf(buffer, 64, L"%d %d %d %d", &shifted.get()), 7);
     EXPECT_STREQ(buffer, L"0 0 0 7") << "the slot is the index";
     EXPECT_TRUE(SafeArrayGetDim(shifted.get().parray) == 1) << "the array is still the caller's";
+    {
+        const vh::safe_array taken(shifted);
+        EXPECT_EQ(taken.last(), 3);
+        EXPECT_EQ(shifted.type(), VT_EMPTY) << "one holder at a time";
+    }
 }
 
 TEST(Sprintf, RefusesArgumentsThatHaveNoSlot)

@@ -1,5 +1,8 @@
 // Media that a script builds, and the arithmetic of costs, which they make exact.
+#include <map>
 #include <random>
+#include <sstream>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -82,6 +85,10 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), 0);
     EXPECT_EQ(number(2), 0);
     EXPECT_EQ(number(8), 1);
+    for (const int32_t selected : {0, 2, 0, 1}) {
+        EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 8, selected, nullptr), 0);
+        EXPECT_EQ(number(8), selected != 0);
+    }
     EXPECT_EQ(number(10), 3000) << "bytes";
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 10, 77, nullptr), 0);
     EXPECT_EQ(number(10), 77);
@@ -118,38 +125,28 @@ TEST(ScriptMedia, AddsUpWhatIsSelected)
 
 TEST(Costs, RoundAndChooseTheirUnits)
 {
-    const struct {
-        int32_t bytes;
-        int32_t kilobytes;
-        const wchar_t* text;
-        int32_t unit;
-    } cases[] = {
-        {0, 0, L"", 99},
-        {1, 1, L"0.00", 10},
-        {511, 1, L"0.50", 10},
-        {512, 1, L"0.50", 10},
-        {1024, 1, L"1.00", 10},
-        {1535, 1, L"1.50", 10},
-        {1536, 2, L"1.50", 10},
-        {0xFFFFF, 1024, L"1024.00", 10},
-        {0x100000, 1024, L"1.00", 20},
-        {0x3FFFFFFF, 0x100000, L"1024.00", 20},
-        {0x40000000, 0x100000, L"1.00", 30},
-        {0x60000000, 0x180000, L"1.50", 30},
-    };
-    for (const auto& one : cases) {
+    // Bytes, kilobytes, text and unit; nothing costs no text and leaves the unit.
+    std::wistringstream rows(LR"(1 1 0.00 10 511 1 0.50 10 512 1 0.50 10 1024 1 1.00 10 1535 1 1.50 10 1536 2 1.50 10
+        1048575 1024 1024.00 10 1048576 1024 1.00 20 1073741823 1048576 1024.00 20 1073741824 1048576 1.00 30
+        1610612736 1572864 1.50 30 0 0)");
+    int32_t bytes = 0, kilobytes = 0;
+    while (rows >> bytes >> kilobytes) {
+        std::wstring wanted;
+        int32_t wanted_unit = 99;
+        if (bytes)
+            rows >> wanted >> wanted_unit;
         const BareContext context;
-        _ComponentAddItem(context, mine, L"x", one.bytes, 1);
+        _ComponentAddItem(context, mine, L"x", bytes, 1);
         int32_t cost = -1;
         EXPECT_EQ(_ComponentGetCost(context, mine, L"x", L"any target", &cost), 0);
-        EXPECT_EQ(cost, one.kilobytes) << one.bytes;
+        EXPECT_EQ(cost, kilobytes) << bytes;
         EXPECT_EQ(_ComponentGetTotalCost(context, mine, L"", &cost), 0);
-        EXPECT_EQ(cost, one.kilobytes);
+        EXPECT_EQ(cost, kilobytes);
         wchar_t text[32] = L"#";
         int32_t unit = 99;
         EXPECT_EQ(_ComponentGetCostEx(context, mine, L"x", L"", text, &unit), 0);
-        EXPECT_STREQ(text, one.text) << one.bytes;
-        EXPECT_EQ(unit, one.unit) << one.bytes;
+        EXPECT_EQ(text, wanted) << bytes;
+        EXPECT_EQ(unit, wanted_unit) << bytes;
         EXPECT_EQ(_ComponentGetTotalCostEx(context, mine, nullptr, text, &unit), -1);
     }
     const BareContext context;
@@ -186,6 +183,82 @@ TEST(ScriptMedia, HoldsManySiblings)
         ASSERT_EQ(_ComponentAddItem(context, mine, (L"item " + std::to_wstring(i)).c_str(), 1, 1), 0);
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"", 1, 1, 0), 20000);
     EXPECT_EQ(_ComponentIsItemSelected(context, mine, L"item 19999"), 1);
+}
+
+// Selection by path, with every ancestor looked at anew.
+class Model {
+public:
+    bool Add(const std::wstring& path, bool selected)
+    {
+        if (m_selected.contains(path))
+            return false;
+        for (std::size_t slash = path.find(L'\\'); slash != path.npos; slash = path.find(L'\\', slash + 1))
+            m_selected.try_emplace(path.substr(0, slash), false);
+        m_selected[path] = selected;
+        FollowChildren(path, selected);
+        return true;
+    }
+    bool Select(const std::wstring& path, bool selected)
+    {
+        if (!m_selected.contains(path))
+            return false;
+        for (auto& [other, state] : m_selected)
+            if (other == path || other.starts_with(path + L"\\"))
+                state = selected;
+        FollowChildren(path, selected);
+        return true;
+    }
+    const std::map<std::wstring, bool>& all() const { return m_selected; }
+
+private:
+    void FollowChildren(const std::wstring& path, bool selected)
+    {
+        const std::size_t slash = path.find(L'\\');
+        if (slash == path.npos)
+            return;
+        const std::wstring top = path.substr(0, slash);
+        bool any = false;
+        for (const auto& [other, state] : m_selected)
+            any = any || (state && other.starts_with(top + L"\\") && other.find(L'\\', slash + 1) == other.npos);
+        if (any == selected)
+            m_selected[top] = selected;
+    }
+
+    std::map<std::wstring, bool> m_selected;
+};
+
+std::wstring RandomPath(std::mt19937& random)
+{
+    std::wstring path(1, static_cast<wchar_t>(L'A' + random() % 3));
+    for (auto depth = random() % 3; depth > 0; --depth)
+        path += std::wstring(L"\\") + static_cast<wchar_t>(L'a' + random() % 3);
+    return path;
+}
+
+TEST(ScriptMedia, SelectsAsAPlainModelDoes)
+{
+    for (unsigned seed = 1; seed <= 50; ++seed) {
+        std::mt19937 random(seed);
+        BareContext context;
+        Model model;
+        for (int step = 0; step < 60; ++step) {
+            const std::wstring path = RandomPath(random);
+            const bool selected = random() % 2 != 0;
+            if (random() % 2) {
+                const bool added = model.Add(path, selected);
+                // On a media that is there already the code comes unmapped.
+                const auto exists = static_cast<int32_t>(0x8004F066);
+                ASSERT_EQ(_ComponentAddItem(context, mine, path.c_str(), 1, selected), added ? 0 : exists);
+            } else {
+                const bool known = model.Select(path, selected);
+                const int32_t missing = model.all().empty() ? -132 : -105;
+                ASSERT_EQ(_ComponentSelectItem(context, mine, path.c_str(), selected), known ? 0 : missing);
+            }
+            for (const auto& [item, state] : model.all())
+                ASSERT_EQ(_ComponentIsItemSelected(context, mine, item.c_str()), state ? 1 : 0)
+                    << "seed " << seed << ", step " << step;
+        }
+    }
 }
 
 } // namespace

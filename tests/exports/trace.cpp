@@ -151,38 +151,30 @@ TEST(Trace, NamesItsFileAfterTheProcessOnTheDesktop)
 
 TEST(TracedCalls, WriteBeginAndEndWithTheirTabs)
 {
-    const TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    TracedLibrary library(path);
-    ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(nullptr, nullptr);
-    VHRT_GET(library, _ComponentMoveData)(context, L"none", 7);
-    VHRT_GET(library, _ComponentTransferData)(context, L"none");
-    VHRT_GET(library, _CreateRegistrySet)(context, nullptr, L"Set");
-    VHRT_GET(library, _CreateShellObjects)(context, L"none");
-    VHRT_GET(library, _ComponentLoadTarget)(context, L"T");
-    VHRT_GET(library, _ComponentSaveTarget)(context, L"T");
-    VHRT_GET(library, _FileCopy)(context, L"C:\\a", nullptr, 0x202);
-    VHRT_GET(library, _CreateDir)(context, L"C:\\d");
-    VHRT_GET(library, _ComponentMoveData)(nullptr, L"M", 0);
-    VHRT_GET(library, _FileCopy)(nullptr, L"s", L"t", 1);
-    VHRT_GET(library, __ReleaseObjectContext)(context);
-    EXPECT_EQ(Lines(path), "VHFuncBegin|FeatureMoveData|Media=none\r\n"
-                           "VHFuncEnd|FeatureMoveData|Result=Failure\t\tError=0x8004f07e\t\tMedia=none\r\n"
-                           "VHFuncBegin|FeatureTransferData|Media=none\r\n"
-                           "VHFuncEnd|FeatureTransferData|Result=Failure\t\tError=0x8004f084\t\tMedia=none\r\n"
-                           "VHFuncBegin|CreateRegistrySet|Set\r\n"
-                           "VHFuncEnd|CreateRegistrySet|Result=Failure\t\tError=0x8004f084\tRegistrySet=Set\r\n"
-                           "VHFuncBegin|CreateShellObjects|\r\n"
-                           "VHFuncEnd|CreateShellObjects|Result=Failure\t\tError=0x8004f084\t\r\n"
-                           "VHFuncBegin|FeatureLoadTarget|Name=T\r\n"
-                           "VHFuncBegin|FeatureSaveTarget|Name=T\r\n"
-                           "VHFuncBegin|XCopyFile|Source=C:\\a\tTarget=\tFlags=0x00000202\r\n"
-                           "VHFuncEnd|XCopyFile|Result=Failure\t\tError=0xffffffff\t\t"
-                           "Source=C:\\a\tTarget=\tFlags=0x00000202\r\n"
-                           "VHFuncBegin|CreateDir|Dir=C:\\d\r\n"
-                           "VHFuncEnd|CreateDir|Result=Failure\t\tError=0xffffffff\t\tDir=C:\\d\r\n"
-                           "VHFuncBegin|FeatureMoveData|Media=M\r\n"
-                           "VHFuncBegin|XCopyFile|Source=s\tTarget=t\tFlags=0x00000001\r\n");
+    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext* context) {
+        VHRT_GET(library, _ComponentMoveData)(context, L"none", 7);
+        VHRT_GET(library, _ComponentTransferData)(context, L"none");
+        VHRT_GET(library, _CreateRegistrySet)(context, nullptr, L"Set");
+        VHRT_GET(library, _CreateShellObjects)(context, L"none");
+        VHRT_GET(library, _ComponentLoadTarget)(context, L"T");
+        VHRT_GET(library, _ComponentSaveTarget)(context, L"T");
+        VHRT_GET(library, _FileCopy)(context, L"C:\\a", nullptr, 0x202);
+        VHRT_GET(library, _CreateDir)(context, L"C:\\d");
+        VHRT_GET(library, _ComponentMoveData)(nullptr, L"M", 0);
+        VHRT_GET(library, _FileCopy)(nullptr, L"s", L"t", 1);
+    });
+    using vh::test::Record;
+    const char* const failure = "Failure\t\tError=0xffffffff\t\t";
+    const char* const no_media = "Failure\t\tError=0x8004f084\t\t";
+    EXPECT_EQ(text, Record("FeatureMoveData", "Media=none", "Failure\t\tError=0x8004f07e\t\t") +
+                        Record("FeatureTransferData", "Media=none", no_media) +
+                        "VHFuncBegin|CreateRegistrySet|Set\r\n"
+                        "VHFuncEnd|CreateRegistrySet|Result=Failure\t\tError=0x8004f084\tRegistrySet=Set\r\n" +
+                        Record("CreateShellObjects", "", "Failure\t\tError=0x8004f084\t") +
+                        Record("FeatureLoadTarget", "Name=T") + Record("FeatureSaveTarget", "Name=T") +
+                        Record("XCopyFile", "Source=C:\\a\tTarget=\tFlags=0x00000202", failure) +
+                        Record("CreateDir", "Dir=C:\\d", failure) + Record("FeatureMoveData", "Media=M") +
+                        Record("XCopyFile", "Source=s\tTarget=t\tFlags=0x00000001"));
 }
 
 } // namespace

@@ -48,13 +48,15 @@ TEST(MoveData, EndsAtTheFirstFailingStep)
     const struct {
         const wchar_t* failing;
         bool stops;
-    } steps[] = {
-        {L"ISetupHost.BeginData", true},         {L"ISetupFeatureHost.Reinstall", false},
-        {L"ISetupFeatureHost.GetCosts", true},   {L"ISetupCosts.GetTotalLow", true},
-        {L"ISetupCosts.GetTotalHigh", true},     {L"IServiceProvider.QueryService(ISetupProgress)", true},
-        {L"ISetupProgress.BeginTransfer", true}, {L"ISetupFeatureHost.Move", true},
-        {L"ISetupHost.EndData", true},
-    };
+    } steps[] = {{L"ISetupHost.BeginData", true},
+                 {L"ISetupFeatureHost.Reinstall", false},
+                 {L"ISetupFeatureHost.GetCosts", true},
+                 {L"ISetupCosts.GetTotalLow", true},
+                 {L"ISetupCosts.GetTotalHigh", true},
+                 {L"IServiceProvider.QueryService(ISetupProgress)", true},
+                 {L"ISetupProgress.BeginTransfer", true},
+                 {L"ISetupFeatureHost.Move", true},
+                 {L"ISetupHost.EndData", true}};
     for (const auto& step : steps) {
         const Session session;
         session.calls().FailCall(step.failing, static_cast<HRESULT>(0x8004F06C));
@@ -68,11 +70,9 @@ TEST(FixedActions, LeaveTheirModes)
         int32_t(__stdcall* action)(ObjectContext*);
         const wchar_t* call;
         const wchar_t* mode;
-    } actions[] = {
-        {_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-        {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-        {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"},
-    };
+    } actions[] = {{_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+                   {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+                   {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"}};
     for (const auto& one : actions) {
         const Session session;
         EXPECT_EQ(one.action(session), 0) << session.engine->LogFile().size();
@@ -98,7 +98,9 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
 {
     const Session session;
     session.folder.Payload(L"more.hdr", R"({"format": 1, "name": "More", "version": "1",
-        "guid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", "features": [{"name": "One"}, {"name": "Two"}]})");
+        "guid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", "features": [
+        {"name": "One", "files": [{"name": "g", "files": ["a.bin"]}]},
+        {"name": "Two", "files": [{"name": "g", "files": ["b.bin"]}]}]})");
     const std::wstring header = session.folder.Setup(L"more.dat");
     EXPECT_EQ(_FeatureInitialize(session, L"MORE", L"<Data>", header.c_str()), 0) << "the extension becomes .hdr";
     const ListHandle list = _ListCreate(session, ListTypeString);
@@ -110,7 +112,14 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     EXPECT_EQ(_ComponentInitialize(session, L"<Data>", session.folder.Setup(L"more").c_str()), 0);
     EXPECT_EQ(_ComponentListItems(session, L"<Data>", L"", list), 0);
     EXPECT_EQ(_ComponentTransferData(session, L"MORE"), -1);
+    int32_t cost = -1;
+    EXPECT_EQ(_FeatureAddCost(session, L"MORE", L"Two", L"Q:\\x", 4 << 10, 0), 0);
+    const long asked = session.CallsOf(L"ISetupItem.GetCosts");
+    EXPECT_EQ(_ComponentGetTotalCost(session, L"MORE", L"Q:\\", &cost), 0);
+    EXPECT_EQ(cost, 4);
+    EXPECT_EQ(session.CallsOf(L"ISetupItem.GetCosts") - asked, 3) << "from the first disk on, which is never moved";
     EXPECT_EQ(_ComponentMoveData(session, L"MORE", 1), 0);
+    EXPECT_EQ(engine::test::Tree(session.folder.Target()), (std::vector<std::wstring>{L"a.bin", L"b.bin"}));
     EXPECT_EQ(_ComponentSelectItem(session, L"MORE", L"", 0), 0);
     EXPECT_EQ(_ComponentIsItemSelected(session, L"MORE", L"Two"), 0);
     EXPECT_EQ(_FeatureInitialize(nullptr, L"x", L"y", L"z"), -1);
@@ -145,6 +154,9 @@ TEST(Targets, SaveAndLoadBothStores)
     session.calls().FailCall(L"ISetupLogDB.GetStore", E_FAIL);
     EXPECT_EQ(_ComponentSaveTarget(session, L"U"), 0) << "without the database the local store is saved alone";
     session.calls().FailCall(L"ISetupLogDB.GetStore", S_OK);
+    session.calls().FailCall(L"ISetupDataEx.GetTargetState", E_ACCESSDENIED);
+    EXPECT_EQ(_ComponentSaveTarget(session, L"V"), E_ACCESSDENIED);
+    session.calls().FailCall(L"ISetupDataEx.GetTargetState", S_OK);
     session.calls().FailCall(L"ISetupTextSub.Save(\"VGlobal\"", E_ABORT);
     EXPECT_EQ(_ComponentSaveTarget(session, L"V"), E_ABORT);
     EXPECT_EQ(session.CallsOf(L"ISetupTextSub.Save(\"VLocal\""), 0);

@@ -68,18 +68,15 @@ TEST(FileVersion, IsFourNumbersFromHighToLow)
 TEST(FileVersion, ThatCannotBeReadHasACodeForEachReason)
 {
     const TempFolder folder;
-    std::string whole = ImageWithVersion(Resource(FixedPart(1, 1)));
-    EXPECT_EQ(VersionOf(folder / L"missing.dll"), L"<-2>");
-    EXPECT_EQ(VersionOf(L""), L"<-2>");
-    EXPECT_EQ(VersionOf(L"C:\\no|such?name"), L"<-2>");
+    for (const std::wstring& missing : {folder / L"missing.dll", std::wstring(), std::wstring(L"C:\\no|such?name")})
+        EXPECT_EQ(VersionOf(missing), L"<-2>") << missing;
     EXPECT_EQ(VersionOf(folder.path().wstring()), L"<-8>") << "a directory exists";
-    EXPECT_EQ(VersionOf(folder.Write(L"text.txt", "no image")), L"<-8>");
-    EXPECT_EQ(VersionOf(folder.Write(L"empty.dll", "")), L"<-8>");
-    EXPECT_EQ(VersionOf(folder.Write(L"cut.dll", whole.substr(0, 0x180))), L"<-8>");
-    EXPECT_EQ(VersionOf(folder.Write(L"none.dll", ImageWithVersion(""))), L"<-8>");
-    EXPECT_EQ(VersionOf(folder.Write(L"no fixed part.dll", ImageWithVersion(Resource("")))), L"<-8>");
-    EXPECT_EQ(VersionOf(folder.Write(L"short.dll", ImageWithVersion(Resource(FixedPart(1, 1).substr(0, 48))))),
-              L"<-8>");
+    // No image, an empty and a cut one; no resource, none with a fixed part, a short fixed part.
+    for (const std::string& unsound :
+         {std::string("no image"), std::string(), ImageWithVersion(Resource(FixedPart(1, 1))).substr(0, 0x180),
+          ImageWithVersion(""), ImageWithVersion(Resource("")),
+          ImageWithVersion(Resource(FixedPart(1, 1).substr(0, 48)))})
+        EXPECT_EQ(VersionOf(folder.Write(L"unsound.dll", unsound)), L"<-8>") << unsound.size();
     EXPECT_EQ(VerGetFileVersion(nullptr, nullptr), -2);
 }
 
@@ -170,47 +167,34 @@ TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
 TEST(VersionTrace, TellsFileAndVersionAtBothEnds)
 {
     const TempFolder folder;
-    const std::wstring trace = folder / L"t.bin";
     const std::wstring sound = folder.Write(
         L"sound.dll", ImageWithVersion(Resource(FixedPart(0x10002, 0x30004), {Translations(Words({0x04B00409}))})));
     const std::wstring missing = folder / L"missing.dll";
-    vh::test::TracedLibrary library(trace);
-    const auto create = VHRT_GET(library, __CreateObjectContext);
-    ObjectContext* context = create(nullptr, nullptr);
-    ASSERT_NE(context, nullptr);
-    const ListHandle texts = VHRT_GET(library, _ListCreate)(context, ListTypeString);
-    const ListHandle numbers = VHRT_GET(library, _ListCreate)(context, ListTypeNumber);
-    const auto version = VHRT_GET(library, VerGetFileVersion);
-    const auto languages = VHRT_GET(library, _VerGetFileLanguages);
-    wchar_t buffer[24] = L"before";
-    version(sound.c_str(), buffer);
-    version(missing.c_str(), buffer);
-    languages(context, sound.c_str(), numbers);
-    languages(context, sound.c_str(), texts);
-    languages(context, folder.path().c_str(), numbers);
-    languages(nullptr, sound.c_str(), numbers);
-    VHRT_GET(library, __ReleaseObjectContext)(context);
-
-    const std::string good = std::filesystem::path(sound).string();
-    const std::string gone = std::filesystem::path(missing).string();
-    const std::string place = folder.path().string();
-    const auto line = [](const std::string& record, const std::string& fields) { return record + fields + "\r\n"; };
-    const std::string version_begin = "VHFuncBegin|VerGetFileVersion|FileName=";
-    const std::string version_end = "VHFuncEnd|VerGetFileVersion|Result=";
-    const std::string languages_begin = "VHFuncBegin|VerGetFileLanguages|FileName=";
-    const std::string languages_end = "VHFuncEnd|VerGetFileLanguages|Result=";
-    const std::string expected =
-        line(version_begin, good + "\tFileVersion=before") +
-        line(version_end, "Success\tFileName=" + good + "\tFileVersion=1.2.3.4") +
-        line(version_begin, gone + "\tFileVersion=1.2.3.4") +
-        line(version_end, "Failure\t\tError=0xfffffffe\tFileName=" + gone) + line(languages_begin, good) +
-        line(languages_end, "Success\tFileName=" + good) + line(languages_begin, good) +
-        line(languages_end, "Failure\t\tError=0xfffffe0c\tFileName=" + good) + line(languages_begin, place) +
-        line(languages_end, "Failure\t\tError=0xfffffff8\tFileName=" + place) +
-        // Without a context there is no end record.
-        line(languages_begin, good);
-    const std::string text = vh::test::DecodedTrace(trace);
-    EXPECT_NE(text.find(expected), text.npos) << text;
+    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [&](auto& library, ObjectContext* context) {
+        const ListHandle texts = VHRT_GET(library, _ListCreate)(context, ListTypeString);
+        const ListHandle numbers = VHRT_GET(library, _ListCreate)(context, ListTypeNumber);
+        const auto languages = VHRT_GET(library, _VerGetFileLanguages);
+        wchar_t buffer[24] = L"before";
+        VHRT_GET(library, VerGetFileVersion)(sound.c_str(), buffer);
+        VHRT_GET(library, VerGetFileVersion)(missing.c_str(), buffer);
+        languages(context, sound.c_str(), numbers);
+        languages(context, sound.c_str(), texts);
+        languages(context, folder.path().c_str(), numbers);
+        languages(nullptr, sound.c_str(), numbers);
+    });
+    const std::string good = "FileName=" + std::filesystem::path(sound).string();
+    const std::string gone = "FileName=" + std::filesystem::path(missing).string();
+    const std::string place = "FileName=" + folder.path().string();
+    using vh::test::Record;
+    EXPECT_EQ(text, Record("VerGetFileVersion", good + "\tFileVersion=before") +
+                        "VHFuncEnd|VerGetFileVersion|Result=Success\t" + good + "\tFileVersion=1.2.3.4\r\n" +
+                        Record("VerGetFileVersion", gone + "\tFileVersion=1.2.3.4") +
+                        "VHFuncEnd|VerGetFileVersion|Result=Failure\t\tError=0xfffffffe\t" + gone + "\r\n" +
+                        Record("VerGetFileLanguages", good, "Success\t") +
+                        Record("VerGetFileLanguages", good, "Failure\t\tError=0xfffffe0c\t") +
+                        Record("VerGetFileLanguages", place, "Failure\t\tError=0xfffffff8\t") +
+                        // Without a context there is no end record.
+                        Record("VerGetFileLanguages", good));
 }
 
 } // namespace

@@ -10,8 +10,7 @@ namespace {
 const std::vector<vh::ProcessEntry> family = {
     {40, 10, L"late.exe"},      {10, 4, L"setup.exe"},       {30, 20, L"grandchild.exe"}, {20, 10, L"c.exe"},
     {12, 10, L"x pstores.exe"}, {14, 10, L"old.exe"},        {50, 51, L"circle.exe"},     {51, 50, L"circle.exe"},
-    {60, 999, L"orphan.exe"},   {70, 70, L"own parent.exe"}, {80, 60, L"of orphan.exe"},
-};
+    {60, 999, L"orphan.exe"},   {70, 70, L"own parent.exe"}, {80, 60, L"of orphan.exe"}};
 
 TEST(ChildProcesses, AreTheFirstThatQualify)
 {
@@ -29,15 +28,13 @@ TEST(ChildProcesses, AreTheFirstThatQualify)
         std::optional<uint64_t> parent_time;
         uint32_t child;
         std::vector<uint32_t> asked;
-    } cases[] = {
-        {10, false, 100, 20, {14, 20}}, // the older one has a number that came back
-        {10, false, std::nullopt, 14, {}}, {10, false, 350, 40, {14, 20, 40}},
-        {10, true, 250, 30, {14, 20, 30}}, {10, true, 500, 0, {14, 20, 30, 40}},
-        {4, false, 1, 10, {10}},           {4, true, std::nullopt, 10, {}},
-        {20, true, 1, 30, {30}},           {30, true, 1, 0, {}},
-        {51, true, 1, 50, {50}},           {999, true, 7, 60, {60}}, // its time can't be read: accepted
-        {60, false, 60, 0, {80}},          {123, true, 1, 0, {}},
-    };
+    } cases[] = {{10, false, 100, 20, {14, 20}}, // the older one has a number that came back
+                 {10, false, std::nullopt, 14, {}}, {10, false, 350, 40, {14, 20, 40}},
+                 {10, true, 250, 30, {14, 20, 30}}, {10, true, 500, 0, {14, 20, 30, 40}},
+                 {4, false, 1, 10, {10}},           {4, true, std::nullopt, 10, {}},
+                 {20, true, 1, 30, {30}},           {30, true, 1, 0, {}},
+                 {51, true, 1, 50, {50}},           {999, true, 7, 60, {60}}, // its time can't be read: accepted
+                 {60, false, 60, 0, {80}},          {123, true, 1, 0, {}}};
     for (const auto& one : cases) {
         asked.clear();
         EXPECT_EQ(table.FindChild(one.parent, one.descendants, one.parent_time, time_of), one.child) << one.parent;

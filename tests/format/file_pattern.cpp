@@ -41,12 +41,11 @@ TEST(FilePattern, KnowsTheRulesForNames)
     const struct {
         std::u16string_view name, pattern;
         bool fits;
-    } cases[] = {
-        {u"readme", u"*.*", true},   {u"", u"*.*", true},        {u"readme", u"r*.*", true}, {u"readme", u"r*.?", true},
-        {u"readme", u"*.t*", false}, {u"a.txt", u"*.TXT", true}, {u"a.txt", u"a.???", true}, {u"a.txt", u"a.??", false},
-        {u"a.b.c", u"*.c", true},    {u"a", u"a.", true},        {u"a", u"", false},         {u"", u"", true},
-        {u"a.b", u"a", false},       {u"a", u"b.*", false},
-    };
+    } cases[] = {{u"readme", u"*.*", true},  {u"", u"*.*", true},         {u"readme", u"r*.*", true},
+                 {u"readme", u"r*.?", true}, {u"readme", u"*.t*", false}, {u"a.txt", u"*.TXT", true},
+                 {u"a.txt", u"a.???", true}, {u"a.txt", u"a.??", false},  {u"a.b.c", u"*.c", true},
+                 {u"a", u"a.", true},        {u"a", u"", false},          {u"", u"", true},
+                 {u"a.b", u"a", false},      {u"a", u"b.*", false}};
     for (const auto& one : cases)
         EXPECT_EQ(Fits(one.name, one.pattern), one.fits) << std::string(one.name.begin(), one.name.end()) << " "
                                                          << std::string(one.pattern.begin(), one.pattern.end());

@@ -51,26 +51,24 @@ TEST(IniText, IsReadLineByLine)
         const char* text;
         const char* separator;
         const char* shown;
-    } cases[] = {
-        {"", "=", ""},
-        {"\r\n\n\r;x\n;[\n", "=", ""},
-        {"[a]", "=", "[a]"},
-        {"[a]\r\nk=v", "=", "[a]k>v;"},
-        {"[a]\rk=v\rl=w\n\rm=", "=", "[a]k>v;l>w;m>;"},
-        {"[a] tail=1\nx=1=2", "=", "[a]x>1=2;"},
-        {"[a]b]\n", "=", "[a]"},
-        {"[]\n=v\n=", "=", "[]>v;>;"},
-        {"[a]\n k = v \n ;no comment", "=", "[a] k > v ; ;no comment>;"},
-        {"[a]\nflag", "=", "[a]flag>;"},
-        {"[a\nk=v", "=", "!"},
-        {"k=v\n[a]", "=", "!"},
-        {";c\n\nk", "=", "!"},
-        {"[a]\nk=v\n[b", "=", "[a]k>v;!"},
-        {"[a]\nk::v", "::", "[a]k>:v;"},
-        {"[a]\nk:v::w\nx::", "::", "[a]k:v>:w;x>:;"},
-        {"[a]\nk=v", "", "[a]>=v;"},
-        {"[a]\nk\tv", "\t", "[a]k>v;"},
-    };
+    } cases[] = {{"", "=", ""},
+                 {"\r\n\n\r;x\n;[\n", "=", ""},
+                 {"[a]", "=", "[a]"},
+                 {"[a]\r\nk=v", "=", "[a]k>v;"},
+                 {"[a]\rk=v\rl=w\n\rm=", "=", "[a]k>v;l>w;m>;"},
+                 {"[a] tail=1\nx=1=2", "=", "[a]x>1=2;"},
+                 {"[a]b]\n", "=", "[a]"},
+                 {"[]\n=v\n=", "=", "[]>v;>;"},
+                 {"[a]\n k = v \n ;no comment", "=", "[a] k > v ; ;no comment>;"},
+                 {"[a]\nflag", "=", "[a]flag>;"},
+                 {"[a\nk=v", "=", "!"},
+                 {"k=v\n[a]", "=", "!"},
+                 {";c\n\nk", "=", "!"},
+                 {"[a]\nk=v\n[b", "=", "[a]k>v;!"},
+                 {"[a]\nk::v", "::", "[a]k>:v;"},
+                 {"[a]\nk:v::w\nx::", "::", "[a]k:v>:w;x>:;"},
+                 {"[a]\nk=v", "", "[a]>=v;"},
+                 {"[a]\nk\tv", "\t", "[a]k>v;"}};
     for (const auto& one : cases) {
         EXPECT_EQ(Shown<char>(one.text, one.separator), one.shown) << testing::PrintToString(one.text);
         EXPECT_EQ(Shown<char16_t>(one.text, one.separator), one.shown) << testing::PrintToString(one.text);

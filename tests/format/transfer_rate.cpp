@@ -49,8 +49,7 @@ TEST(TransferRate, CountsSlowAndFastLines)
         uint32_t seconds;
         uint64_t rate;
     } cases[] = {
-        {1, 100, 0}, {15, 100, 0}, {150, 100, 1}, {1'000'000'000, 20, 50'000'000}, {4'294'967'295, 100, 42'949'600},
-    };
+        {1, 100, 0}, {15, 100, 0}, {150, 100, 1}, {1'000'000'000, 20, 50'000'000}, {4'294'967'295, 100, 42'949'600}};
     for (const auto& [bytes, seconds, expected] : cases) {
         vh::transfer_rate rate;
         rate.add(bytes, seconds * frequency, frequency);

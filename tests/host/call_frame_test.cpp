@@ -47,6 +47,7 @@ int64_t __stdcall AddAll(void* context, int32_t a, int64_t b, const wchar_t* tex
 }
 
 int64_t __stdcall Echo(int64_t number) { return number; }
+int64_t __stdcall LastUnit(const char* text) { return text ? static_cast<unsigned char>(text[strlen(text) - 1]) : -1; }
 
 int texts_asked;
 
@@ -100,45 +101,41 @@ TEST(CallFrame, PassesNumbersTextsAndTheContext)
     EXPECT_EQ(ToInt64(CallOf(AddAll, row, arguments).get()), 4294968291) << "undefined is a null text";
 }
 
-TEST(CallFrame, KeepsEvery64BitNumberExact)
+TEST(CallFrame, KeepsEveryNumberExact)
 {
     const CallRow row{"Echo", "int64", "number:int64"};
     for (const int64_t number : {int64_t{0}, int64_t{-1}, int64_t{INT32_MAX} + 1, int64_t{0x7FFE12345678},
-                                 (int64_t{1} << 53) - 1, (int64_t{1} << 53) + 1, INT64_MAX, INT64_MIN}) {
-        const vh::variant crossed = CallOf(Echo, row, {FromInt64(number)});
-        EXPECT_EQ(ToInt64(crossed.get()), number);
-    }
+                                 (int64_t{1} << 53) - 1, (int64_t{1} << 53) + 1, INT64_MAX, INT64_MIN})
+        EXPECT_EQ(ToInt64(CallOf(Echo, row, {FromInt64(number)}).get()), number);
     EXPECT_EQ(FromInt64(int64_t{0x7FFE12345678}).type(), VT_R8);
     EXPECT_EQ(FromInt64(INT64_MAX).type(), VT_BSTR);
-}
-
-TEST(CallFrame, TakesErrorCodesInEitherSign)
-{
+    // Error codes come in either sign.
     EXPECT_EQ(ToInt(Number(2147807364.0).get()), static_cast<int32_t>(0x8004F084));
     EXPECT_EQ(ToInt(vh::variant(L"0x8004F084").get()), static_cast<int32_t>(0x8004F084));
     EXPECT_THROW(ToInt(vh::variant(L"12a").get()), script_error);
     EXPECT_THROW(ToInt64(Number(1e300).get()), script_error);
 }
 
-TEST(CallFrame, AsksAgainWithTheRoomThatATextNeeds)
+TEST(CallFrame, PassesNarrowTexts)
+{
+    const CallRow row{"LastUnit", "int64", "text:narrow"};
+    EXPECT_EQ(ToInt64(CallOf(LastUnit, row, {vh::variant(L"caf\u00E9")}).get()), 0xE9);
+    EXPECT_EQ(ToInt64(CallOf(LastUnit, row, {vh::variant()}).get()), -1);
+}
+
+TEST(CallFrame, GivesATextTheRoomThatItNeedsOrThatTheScriptLeaves)
 {
     texts_asked = 0;
-    const vh::variant result = CallOf(LongText, {"LongText", "int", "text:buffer"}, {});
+    vh::variant result = CallOf(LongText, {"LongText", "int", "text:buffer"}, {});
     EXPECT_EQ(texts_asked, 2);
     EXPECT_EQ(ToInt(Out(result, L"result").get()), 0);
     EXPECT_EQ(Out(result, L"text").text(), std::wstring(5000, L'x'));
-}
 
-TEST(CallFrame, LeavesTheRoomToTheScriptWhereItGivesTheSize)
-{
-    const vh::variant result = CallOf(LongText, {"LongText", "int", "text:buffer_of"}, {vh::variant(100L)});
+    result = CallOf(LongText, {"LongText", "int", "text:buffer_of"}, {vh::variant(100L)});
     EXPECT_EQ(ToInt(Out(result, L"result").get()), 5001);
     EXPECT_TRUE(Out(result, L"text").text().empty());
-}
 
-TEST(CallFrame, GrowsBytesUntilTheSizeSuffices)
-{
-    const vh::variant result = CallOf(SizedBytes, {"SizedBytes", "int", "value:bytes_inout"}, {});
+    result = CallOf(SizedBytes, {"SizedBytes", "int", "value:bytes_inout"}, {});
     EXPECT_EQ(ToInt(Out(result, L"result").get()), 0);
     EXPECT_EQ(Out(result, L"value").text(), std::wstring(3000, L'\u00E9'));
 }

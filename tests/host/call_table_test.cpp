@@ -69,67 +69,40 @@ std::map<std::string, Declaration> Declarations()
 }
 
 const std::string integer = "int16_t|u?int32_t|uint8_t|wchar_t|FileHandle";
+const std::string wide_reference = R"(int64_t\*|ListHandle\*|FILETIME\*|\w+\*\*)";
 const std::string wide_integer = R"(int64_t|ListHandle|HWND|HANDLE|HMODULE|\w+\*)";
 
 // C types that fit the slots of each kind, in order.
-std::vector<std::string> TypesThatFit(Kind kind)
-{
-    switch (kind) {
-    case Kind::Context:
-        return {R"(ObjectContext\*)"};
-    case Kind::Host:
-        return {R"(ISetupHost\*)"};
-    case Kind::Services:
-        return {R"(IServiceProvider\*)"};
-    case Kind::Null:
-        return {R"(const void\*)"};
-    case Kind::SizeOf:
-    case Kind::Int:
-    case Kind::AtMost:
-        return {integer};
-    case Kind::Int64:
-        return {wide_integer + R"(|const char\* const\*|char\*\*)"};
-    case Kind::Text:
-        return {R"(const wchar_t\*)"};
-    case Kind::Narrow:
-        return {R"(const char\*)"};
-    case Kind::Variant:
-        return {R"((const )?VARIANT\*)"};
-    case Kind::OutVariant:
-        return {R"(VARIANT\*)"};
-    case Kind::NarrowArray:
-        return {R"(const char\* const\*)"};
-    case Kind::Texts:
-        return {R"(const wchar_t\* const\*)"};
-    case Kind::OutTexts:
-        return {R"(wchar_t\*\*)"};
-    case Kind::InOutInt:
-    case Kind::OutInt:
-        return {R"(u?int32_t\*)"};
-    case Kind::InOutInt64:
-    case Kind::OutInt64:
-        return {R"(int64_t\*|ListHandle\*|FILETIME\*|\w+\*\*)"};
-    case Kind::InOutText:
-        return {R"(wchar_t\*|void\*)"};
-    case Kind::OutText:
-        return {R"(wchar_t\*)"};
-    case Kind::InOutBstr:
-        return {R"(BSTR\*)"};
-    case Kind::Block:
-        return {R"((const )?void\*)"};
-    case Kind::Record:
-        return {R"(VHRT\w+\*|const INSTALLERINFO\*)"};
-    case Kind::Buffer:
-    case Kind::BufferOf:
-        return {R"(wchar_t\*)", "int32_t"};
-    case Kind::BufferInOut:
-    case Kind::ValueOf:
-        return {R"(wchar_t\*)", R"(u?int32_t\*)"};
-    case Kind::BytesInOut:
-        return {R"(void\*)", R"(int32_t\*)"};
-    }
-    return {};
-}
+const std::map<Kind, std::vector<std::string>> types_that_fit = {
+    {Kind::Context, {R"(ObjectContext\*)"}},
+    {Kind::Host, {R"(ISetupHost\*)"}},
+    {Kind::Services, {R"(IServiceProvider\*)"}},
+    {Kind::Null, {R"(const void\*)"}},
+    {Kind::SizeOf, {integer}},
+    {Kind::AtMost, {integer}},
+    {Kind::NarrowArray, {R"(const char\* const\*)"}},
+    {Kind::ValueOf, {R"(wchar_t\*)", R"(u?int32_t\*)"}},
+    {Kind::Int, {integer}},
+    {Kind::Int64, {wide_integer + R"(|const char\* const\*|char\*\*)"}},
+    {Kind::Text, {R"(const wchar_t\*)"}},
+    {Kind::Narrow, {R"(const char\*)"}},
+    {Kind::Variant, {R"((const )?VARIANT\*)"}},
+    {Kind::OutVariant, {R"(VARIANT\*)"}},
+    {Kind::Texts, {R"(const wchar_t\* const\*)"}},
+    {Kind::OutTexts, {R"(wchar_t\*\*)"}},
+    {Kind::InOutInt, {R"(u?int32_t\*)"}},
+    {Kind::OutInt, {R"(u?int32_t\*)"}},
+    {Kind::InOutInt64, {wide_reference}},
+    {Kind::OutInt64, {wide_reference}},
+    {Kind::InOutText, {R"(wchar_t\*|void\*)"}},
+    {Kind::OutText, {R"(wchar_t\*)"}},
+    {Kind::InOutBstr, {R"(BSTR\*)"}},
+    {Kind::Block, {R"((const )?void\*)"}},
+    {Kind::Record, {R"(VHRT\w+\*|const INSTALLERINFO\*)"}},
+    {Kind::Buffer, {R"(wchar_t\*)", "int32_t"}},
+    {Kind::BufferOf, {R"(wchar_t\*)", "int32_t"}},
+    {Kind::BufferInOut, {R"(wchar_t\*)", R"(u?int32_t\*)"}},
+    {Kind::BytesInOut, {R"(void\*)", R"(int32_t\*)"}}};
 
 std::string ResultThatFits(Result result)
 {
@@ -167,7 +140,7 @@ TEST(CallTable, PassesTheTypesThatTheHeadersDeclare)
         EXPECT_TRUE(std::regex_match(declared.result, std::regex(ResultThatFits(call.result)))) << declared.result;
         std::vector<std::string> fitting;
         for (const Argument& argument : call.arguments)
-            for (const std::string& type : TypesThatFit(argument.kind))
+            for (const std::string& type : types_that_fit.at(argument.kind))
                 fitting.push_back(type);
         ASSERT_EQ(fitting.size(), declared.types.size());
         for (std::size_t i = 0; i < fitting.size(); ++i)

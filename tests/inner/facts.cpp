@@ -1,7 +1,6 @@
 // Facts where the system lacks a function, and where it refuses.
 #include <map>
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -28,14 +27,21 @@ TEST(Memory, OfAnySizeGoesThroughShiftAndLimits)
         memory->ullTotalPhys = 0x3'8000'0000;
         return TRUE;
     });
-    EXPECT_EQ(Memory(0), 0x3'8000'0000u);
-    EXPECT_EQ(Memory(20), 0x3800u);
-    EXPECT_EQ(Memory(64), 0u);
-    EXPECT_EQ(Memory(0, 2), 0x2'8000'0000u);
-    EXPECT_EQ(Memory(0, 3), 0x3'8000'0000u);
-    EXPECT_EQ(Memory(0, 0, 0x80000000), 0x3'8000'0000u) << "the low half is not above its limit";
-    EXPECT_EQ(Memory(0, 0, 0x7FFFFFFF), 0x7FFFFFFFu) << "a low limit that bites clears the high half";
-    EXPECT_EQ(Memory(0, 2, 5), 5u);
+    const struct {
+        int32_t shift;
+        uint32_t high_limit, low_limit;
+        uint64_t size;
+    } cases[] = {{0, 0, 0, 0x3'8000'0000},
+                 {20, 0, 0, 0x3800},
+                 {64, 0, 0, 0},
+                 {0, 2, 0, 0x2'8000'0000},
+                 {0, 3, 0, 0x3'8000'0000},
+                 {0, 2, 5, 5},
+                 // The low half is not above its limit; one that bites clears the high half.
+                 {0, 0, 0x80000000, 0x3'8000'0000},
+                 {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
+    for (const auto& one : cases)
+        EXPECT_EQ(Memory(one.shift, one.high_limit, one.low_limit), one.size) << one.shift << " " << one.low_limit;
 }
 
 TEST(Memory, ComesFromTheOlderCallIn32Bits)
@@ -130,61 +136,61 @@ TEST(Resolution, IsTheMonitorsOrElseTheScreens)
 }
 
 USHORT native_machine;
+BOOL wow64_answer;
+
+BOOL WINAPI SayEmulated(HANDLE, BOOL* yes)
+{
+    *yes = TRUE;
+    return wow64_answer;
+}
 
 TEST(Bitness, IsAskedByName)
 {
     {
-        const Replaced emulated(vh::late::is_wow64_process, [](HANDLE, BOOL* yes) WINAPI -> BOOL {
-            *yes = TRUE;
-            return TRUE;
-        });
-        EXPECT_EQ(_IsWow64(), 1);
-    }
-    {
-        const Replaced failing(vh::late::is_wow64_process, [](HANDLE, BOOL* yes) WINAPI -> BOOL {
-            *yes = TRUE;
-            return FALSE;
-        });
-        EXPECT_EQ(_IsWow64(), 0);
+        const Replaced told(vh::late::is_wow64_process, SayEmulated);
+        for (const BOOL answer : {FALSE, TRUE}) {
+            wow64_answer = answer;
+            EXPECT_EQ(_IsWow64(), answer);
+        }
     }
     const Replaced hidden(vh::late::is_wow64_process);
     EXPECT_EQ(_IsWow64(), 0);
-
-    const auto machine = [](HANDLE, USHORT* process, USHORT* native) WINAPI -> BOOL {
-        *process = IMAGE_FILE_MACHINE_AMD64;
-        *native = native_machine;
-        return TRUE;
-    };
-    for (const auto& [native, answer] : std::map<USHORT, int32_t>{{0xAA64, 1}, {0x8664, 0}, {0x1C4, 0}}) {
-        const Replaced told(vh::late::is_wow64_process2, machine);
-        native_machine = native;
-        EXPECT_EQ(_IsArm64(), answer);
+    {
+        const Replaced told(vh::late::is_wow64_process2, [](HANDLE, USHORT* process, USHORT* native) WINAPI -> BOOL {
+            *process = IMAGE_FILE_MACHINE_AMD64;
+            *native = native_machine;
+            return TRUE;
+        });
+        for (const auto& [native, answer] : std::map<USHORT, int32_t>{{0xAA64, 1}, {0x8664, 0}, {0x1C4, 0}}) {
+            native_machine = native;
+            EXPECT_EQ(_IsArm64(), answer);
+        }
     }
     const Replaced none(vh::late::is_wow64_process2);
     EXPECT_EQ(_IsArm64(), 0);
 }
 
 // What the system does with its redirection: each disable gives a value, each revert takes one.
-std::vector<std::string> redirection_calls;
+std::string redirection_calls;
 bool redirection_fails;
 
 BOOL WINAPI Disable(void** before)
 {
     static std::intptr_t count = 0;
     *before = reinterpret_cast<void*>(++count);
-    redirection_calls.push_back("disable " + std::to_string(count));
+    redirection_calls += " disable " + std::to_string(count);
     return !redirection_fails;
 }
 
 BOOL WINAPI Revert(void* before)
 {
-    redirection_calls.push_back("revert " + std::to_string(reinterpret_cast<std::intptr_t>(before)));
+    redirection_calls += " revert " + std::to_string(reinterpret_cast<std::intptr_t>(before));
     return !redirection_fails;
 }
 
 BOOLEAN WINAPI Enable(BOOLEAN on)
 {
-    redirection_calls.push_back("enable " + std::to_string(on));
+    redirection_calls += " enable " + std::to_string(on);
     return !redirection_fails;
 }
 
@@ -194,18 +200,18 @@ protected:
     {
         redirection_calls.clear();
         redirection_fails = false;
+        wow64_answer = TRUE;
     }
-    void ExpectCalls(const std::vector<std::string>& calls)
+    // The result, and the calls that it took.
+    std::string Switch(int32_t on, bool fails = false)
     {
-        EXPECT_EQ(redirection_calls, calls);
+        redirection_fails = fails;
         redirection_calls.clear();
+        const int32_t result = _EnableWow64FsRedirection(on);
+        return std::to_string(result) + redirection_calls;
     }
 
-    Replaced<decltype(vh::late::is_wow64_process)> m_emulated{vh::late::is_wow64_process,
-                                                              [](HANDLE, BOOL* yes) WINAPI -> BOOL {
-                                                                  *yes = TRUE;
-                                                                  return TRUE;
-                                                              }};
+    Replaced<decltype(vh::late::is_wow64_process)> m_emulated{vh::late::is_wow64_process, SayEmulated};
     Replaced<decltype(vh::late::wow64_disable_fs_redirection)> m_disable{vh::late::wow64_disable_fs_redirection,
                                                                          Disable};
     Replaced<decltype(vh::late::wow64_revert_fs_redirection)> m_revert{vh::late::wow64_revert_fs_redirection, Revert};
@@ -214,49 +220,31 @@ protected:
 
 TEST_F(Redirection, IsPutBackInReverseOrder)
 {
-    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
-    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
-    EXPECT_EQ(_EnableWow64FsRedirection(1), 0);
-    EXPECT_EQ(_EnableWow64FsRedirection(256), 0);
-    ExpectCalls({"disable 1", "disable 2", "revert 2", "revert 1"});
-    EXPECT_EQ(_EnableWow64FsRedirection(256), 0);
-    ExpectCalls({"enable 1"});
-}
-
-TEST_F(Redirection, TellsFailuresAndKeepsNothingOfThem)
-{
-    redirection_fails = true;
-    EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
-    redirection_fails = false;
-    redirection_calls.clear();
-    EXPECT_EQ(_EnableWow64FsRedirection(1), 0);
-    ExpectCalls({"enable 1"});
-    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
-    redirection_fails = true;
-    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
-    redirection_calls.clear();
-    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
-    ExpectCalls({"enable 1"});
+    EXPECT_EQ(Switch(0), "0 disable 1");
+    EXPECT_EQ(Switch(0), "0 disable 2");
+    EXPECT_EQ(Switch(1), "0 revert 2");
+    EXPECT_EQ(Switch(256), "0 revert 1");
+    EXPECT_EQ(Switch(256), "0 enable 1") << "nothing is left to revert";
+    // Failures are told, and nothing of them is kept.
+    EXPECT_EQ(Switch(0, true), "-1 disable 3");
+    EXPECT_EQ(Switch(1), "0 enable 1");
+    EXPECT_EQ(Switch(0), "0 disable 4");
+    EXPECT_EQ(Switch(1, true), "-1 revert 4");
+    EXPECT_EQ(Switch(1, true), "-1 enable 1");
 }
 
 TEST_F(Redirection, TakesTheOlderFunctionWhenOneOfThePairIsMissing)
 {
     vh::late::wow64_revert_fs_redirection.hide();
-    EXPECT_EQ(_EnableWow64FsRedirection(0), 0);
-    EXPECT_EQ(_EnableWow64FsRedirection(1), 0);
-    ExpectCalls({"enable 0", "enable 1"});
+    EXPECT_EQ(Switch(0), "0 enable 0");
+    EXPECT_EQ(Switch(1), "0 enable 1");
     vh::late::wow64_enable_fs_redirection.hide();
-    EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
-    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
-    ExpectCalls({});
-}
-
-TEST_F(Redirection, IsNotTouchedInANativeProcess)
-{
+    for (const int32_t on : {0, 1})
+        EXPECT_EQ(Switch(on), "-1");
+    vh::late::wow64_enable_fs_redirection.show();
     vh::late::is_wow64_process.hide();
-    EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
-    EXPECT_EQ(_EnableWow64FsRedirection(1), -1);
-    ExpectCalls({});
+    for (const int32_t on : {0, 1})
+        EXPECT_EQ(Switch(on), "-1") << "a native process is not touched";
 }
 
 } // namespace

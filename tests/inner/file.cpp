@@ -38,9 +38,8 @@ TEST(File, KnowsItsMark)
         std::string content;
         UINT code_page;
     } cases[] = {
-        {"", 0},    {"\xFF", 0}, {"\xFF\xFE", 1200}, {"\xFE\xFFx", 1201}, {"\xEF\xBB", 0}, {"\xEF\xBB\xBF", 65001},
-        {"abc", 0},
-    };
+        {"", 0},   {"\xFF", 0}, {"\xFF\xFE", 1200}, {"\xFE\xFFx", 1201}, {"\xEF\xBB", 0}, {"\xEF\xBB\xBF", 65001},
+        {"abc", 0}};
     const TempFolder folder;
     for (const auto& [content, code_page] : cases) {
         vh::file file;

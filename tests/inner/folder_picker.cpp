@@ -40,39 +40,30 @@ struct FakeDialog {
     static inline const PIDLIST_ABSOLUTE* s_selection = nullptr;
 };
 
+const vh::PickerTexts texts;
+
 TEST(FolderPicker, HidesItsOwnEditFromThePlatform)
 {
     const struct {
         int32_t asked;
         UINT seen;
         bool root;
-    } cases[] = {
-        {0, 0, false},
-        {0x1, 0x1, false},
-        {0x5, 0x5, false},
-        {0x15, 0x1, false},
-        {0x14 | 0x1000, 0x4 | 0x1000, true},
-        {0x14 | 0x2000, 0x4 | 0x2000, false},
-        {0x14 | 0x3000, 0x4 | 0x3000, true},
-        {0x51, 0x41, false},
-    };
-    const vh::PickerTexts texts;
+        // A thread that shares its objects with others gets the plain style.
+        bool shares = false;
+    } cases[] = {{0, 0, false},          {0x1, 0x1, false},      {0x5, 0x5, false},
+                 {0x15, 0x1, false},     {0x1014, 0x1004, true}, {0x2014, 0x2004, false},
+                 {0x3014, 0x3004, true}, {0x51, 0x41, false},    {0x51, 0x1, false, true}};
     for (const auto& one : cases) {
+        if (one.shares) {
+            ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+        }
         const FakeDialog dialog(false, nullptr);
         EXPECT_FALSE(vh::FolderPicker(texts, one.asked, false).Run(nullptr, L"c:\\start"));
         EXPECT_EQ(FakeDialog::s_flags, one.seen) << std::hex << one.asked;
         EXPECT_EQ(FakeDialog::s_has_root, one.root) << std::hex << one.asked;
+        if (one.shares)
+            CoUninitialize();
     }
-}
-
-TEST(FolderPicker, TakesThePlainStyleOnAThreadThatSharesItsObjects)
-{
-    ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-    const vh::PickerTexts texts;
-    const FakeDialog dialog(false, nullptr);
-    EXPECT_FALSE(vh::FolderPicker(texts, 0x51, false).Run(nullptr, L""));
-    EXPECT_EQ(FakeDialog::s_flags, 1u);
-    CoUninitialize();
 }
 
 TEST(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
@@ -87,18 +78,15 @@ TEST(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
         int32_t flags;
         const PIDLIST_ABSOLUTE* selection;
         const wchar_t* path;
-    } cases[] = {
-        {0x1, &folder, windows},
-        {0x2, &folder, windows},
-        {0x1, &no_path, L""},
-        {0x4, &no_path, L""},
-        {0x2, &no_path, L"display name"},
-        {0x8, &no_path, L"display name"},
-        {0x1000, &no_path, L"display name"},
-        {0x2000, &no_path, L"display name"},
-        {0x1, nullptr, L"c:\\start"},
-    };
-    const vh::PickerTexts texts;
+    } cases[] = {{0x1, &folder, windows},
+                 {0x2, &folder, windows},
+                 {0x1, &no_path, L""},
+                 {0x4, &no_path, L""},
+                 {0x2, &no_path, L"display name"},
+                 {0x8, &no_path, L"display name"},
+                 {0x1000, &no_path, L"display name"},
+                 {0x2000, &no_path, L"display name"},
+                 {0x1, nullptr, L"c:\\start"}};
     for (const auto& one : cases) {
         const FakeDialog dialog(true, one.selection);
         vh::FolderPicker picker(texts, one.flags, false);
@@ -149,61 +137,40 @@ private:
     HWND m_window;
 };
 
-// Lets the picker run with such a dialog, which nobody picks an item in; `story` is what happens in it.
-bool RunBare(vh::FolderPicker& picker, void (*story)(BareDialog&))
+using Story = void (*)(const BareDialog&);
+Story s_story;
+
+TEST(FolderPicker, NeedsNoControlOfThePlatforms)
 {
-    static void (*s_story)(BareDialog&);
-    s_story = story;
+    const std::pair<Story, bool> cases[] = {
+        // The starting folder stays while the tree comes up.
+        {[](const BareDialog& shown) {
+             EXPECT_EQ(GetWindowLongPtrW(shown.window(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP, 0);
+             vh::unique_id_list item;
+             ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, item.put()), S_OK);
+             shown.Tell(BFFM_SELCHANGED, item.get());
+             EXPECT_EQ(shown.Typed(), L"c:\\start");
+             shown.Settle();
+             EXPECT_EQ(shown.Typed(), L"c:\\start");
+             shown.Tell(BFFM_SELCHANGED, item.get());
+             EXPECT_NE(shown.Typed(), L"c:\\start");
+         },
+         false},
+        {[](const BareDialog& shown) { shown.Settle(), shown.Press(IDOK); }, true},
+        {[](const BareDialog& shown) { shown.Press(IDOK), shown.Press(IDCANCEL); }, false}};
     vh::late::browse_for_folder.replace([](BROWSEINFOW* info) -> PIDLIST_ABSOLUTE {
-        BareDialog dialog(info);
+        const BareDialog dialog(info);
         dialog.Tell(BFFM_INITIALIZED);
         s_story(dialog);
         return nullptr;
     });
-    const bool picked = picker.Run(nullptr, L"c:\\start");
+    for (const auto& [story, picked] : cases) {
+        s_story = story;
+        vh::FolderPicker picker(texts, BIF_EDITBOX, false);
+        EXPECT_EQ(picker.Run(nullptr, L"c:\\start"), picked);
+        EXPECT_STREQ(picker.Path().c_str(), L"c:\\start");
+    }
     vh::late::browse_for_folder.replace(nullptr);
-    return picked;
-}
-
-TEST(FolderPicker, KeepsTheStartingFolderWhileTheTreeComesUp)
-{
-    const vh::PickerTexts texts;
-    vh::FolderPicker picker(texts, BIF_EDITBOX, false);
-    const bool picked = RunBare(picker, [](BareDialog& shown) {
-        vh::unique_id_list item;
-        ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, item.put()), S_OK);
-        shown.Tell(BFFM_SELCHANGED, item.get());
-        EXPECT_EQ(shown.Typed(), L"c:\\start");
-        shown.Settle();
-        EXPECT_EQ(shown.Typed(), L"c:\\start");
-        shown.Tell(BFFM_SELCHANGED, item.get());
-        EXPECT_NE(shown.Typed(), L"c:\\start");
-    });
-    EXPECT_FALSE(picked);
-}
-
-TEST(FolderPicker, NeedsNoControlOfThePlatforms)
-{
-    const vh::PickerTexts texts;
-    vh::FolderPicker picker(texts, BIF_EDITBOX, false);
-    const bool picked = RunBare(picker, [](BareDialog& shown) {
-        EXPECT_EQ(GetWindowLongPtrW(shown.window(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP, 0);
-        shown.Settle();
-        shown.Press(IDOK);
-    });
-    EXPECT_TRUE(picked);
-    EXPECT_STREQ(picker.Path().c_str(), L"c:\\start");
-}
-
-TEST(FolderPicker, IsCancelledByTheLastWord)
-{
-    const vh::PickerTexts texts;
-    vh::FolderPicker picker(texts, BIF_EDITBOX, false);
-    const bool picked = RunBare(picker, [](BareDialog& shown) {
-        shown.Press(IDOK);
-        shown.Press(IDCANCEL);
-    });
-    EXPECT_FALSE(picked);
 }
 
 } // namespace

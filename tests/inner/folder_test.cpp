@@ -18,8 +18,6 @@ BOOL WINAPI DeniedFolder(LPCWSTR, LPSECURITY_ATTRIBUTES)
     return FALSE;
 }
 
-HMODULE Self() { return GetModuleHandleW(nullptr); }
-
 // Names of all that lies below, each with a blank behind it.
 std::wstring Below(const TempFolder& folder)
 {
@@ -31,44 +29,34 @@ std::wstring Below(const TempFolder& folder)
 
 TEST(TypedFolder, LosesBlanksAndOneBackslashButKeepsARoot)
 {
-    const struct {
-        const wchar_t* typed;
-        const wchar_t* folder;
-    } cases[] = {
-        {L"", L""},
-        {L" \t\n ", L""},
-        {L"c:\\a", L"c:\\a"},
-        {L" \tc:\\a b\\\n", L"c:\\a b"},
-        {L"c:\\a\\ ", L"c:\\a"},
-        {L"c:\\a\\\\", L"c:\\a\\"},
-        {L"c:\\", L"c:\\"},
-        {L"c:", L"c:"},
-        {L"\\\\server\\share\\", L"\\\\server\\share\\"},
-        {L"\\\\server\\share\\a\\", L"\\\\server\\share\\a"},
-        {L"\\", L"\\"},
-    };
-    for (const auto& one : cases)
-        EXPECT_EQ(vh::TypedFolder(one.typed), one.folder) << one.typed;
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"", L""},
+                                                               {L" \t\n ", L""},
+                                                               {L"c:\\a", L"c:\\a"},
+                                                               {L" \tc:\\a b\\\n", L"c:\\a b"},
+                                                               {L"c:\\a\\ ", L"c:\\a"},
+                                                               {L"c:\\a\\\\", L"c:\\a\\"},
+                                                               {L"c:\\", L"c:\\"},
+                                                               {L"c:", L"c:"},
+                                                               {L"\\\\server\\share\\", L"\\\\server\\share\\"},
+                                                               {L"\\\\server\\share\\a\\", L"\\\\server\\share\\a"},
+                                                               {L"\\", L"\\"}};
+    for (const auto& [typed, folder] : cases)
+        EXPECT_EQ(vh::TypedFolder(typed), folder) << typed;
 }
 
 TEST(TextWithPath, PutsThePathInOnceAndTakesNothingElseForAFormat)
 {
-    const struct {
-        const wchar_t* text;
-        const wchar_t* made;
-    } cases[] = {
-        {L"", L""},
-        {L"no path", L"no path"},
-        {L"%s", L"c:\\%s"},
-        {L"Not \"%s\".", L"Not \"c:\\%s\"."},
-        {L"Not %ls!", L"Not c:\\%s!"},
-        {L"%s and %s", L"c:\\%s and %s"},
-        {L"100%% of %s", L"100% of c:\\%s"},
-        {L"%d %n %", L"%d %n %"},
-        {L"%%s", L"%s"},
-    };
-    for (const auto& one : cases)
-        EXPECT_EQ(vh::TextWithPath(one.text, L"c:\\%s"), one.made) << one.text;
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"", L""},
+                                                               {L"no path", L"no path"},
+                                                               {L"%s", L"c:\\%s"},
+                                                               {L"Not \"%s\".", L"Not \"c:\\%s\"."},
+                                                               {L"Not %ls!", L"Not c:\\%s!"},
+                                                               {L"%s and %s", L"c:\\%s and %s"},
+                                                               {L"100%% of %s", L"100% of c:\\%s"},
+                                                               {L"%d %n %", L"%d %n %"},
+                                                               {L"%%s", L"%s"}};
+    for (const auto& [text, made] : cases)
+        EXPECT_EQ(vh::TextWithPath(text, L"c:\\%s"), made) << text;
 }
 
 TEST(NewFolder, IsPossibleWhereItCanBeMadeAndIsTakenAwayAgain)
@@ -76,47 +64,36 @@ TEST(NewFolder, IsPossibleWhereItCanBeMadeAndIsTakenAwayAgain)
     const TempFolder folder;
     folder.Write(L"there\\file", "x");
     const std::wstring before = Below(folder);
-    const struct {
-        const wchar_t* name;
-        bool possible;
-    } cases[] = {
-        {L"new", true},
-        {L"new\\", true},
-        {L"new\\below\\and below", true},
-        {L"there\\new", true},
-        {L"there\\\\new\\\\", true},
-        {L"there", false},
-        {L"there\\", false},
-        {L"there\\file", false},
-        {L"there\\file\\new", false},
-        {L"bad?name", false},
-        {L"", false},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + one.name), one.possible) << one.name;
-        EXPECT_EQ(Below(folder), before) << one.name;
+    const std::pair<const wchar_t*, bool> cases[] = {{L"new", true},
+                                                     {L"new\\", true},
+                                                     {L"new\\below\\and below", true},
+                                                     {L"there\\new", true},
+                                                     {L"there", false},
+                                                     {L"there\\", false},
+                                                     {L"there\\\\new\\\\", true},
+                                                     {L"there\\file", false},
+                                                     {L"bad?name", false},
+                                                     {L"there\\file\\new", false},
+                                                     {L"", false}};
+    for (const auto& [name, possible] : cases) {
+        EXPECT_EQ(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name), possible) << name;
+        EXPECT_EQ(Below(folder), before) << name;
     }
-    EXPECT_FALSE(vh::IsNewFolderPossible(L""));
-    EXPECT_FALSE(vh::IsNewFolderPossible(L"c:"));
-    EXPECT_FALSE(vh::IsNewFolderPossible(L"c:\\"));
-    EXPECT_FALSE(vh::IsNewFolderPossible(folder / std::wstring(300, L'x')));
+    for (const std::wstring& path :
+         {std::wstring(), std::wstring(L"c:"), std::wstring(L"c:\\"), folder / std::wstring(300, L'x')})
+        EXPECT_FALSE(vh::IsNewFolderPossible(path)) << path;
 }
 
-TEST(NewFolder, IsTakenAwayWhenItTakesNoFile)
+TEST(NewFolder, IsNotPossibleWhereNoneMayBeMadeOrItTakesNoFile)
 {
     const TempFolder folder;
-    const ImportPatch no_files(Self(), "GetTempFileNameW", reinterpret_cast<void*>(&NoTempFile));
-    ASSERT_TRUE(no_files.found());
-    EXPECT_FALSE(vh::IsNewFolderPossible(folder / L"new\\below"));
-    EXPECT_EQ(Below(folder), L"");
-}
-
-TEST(NewFolder, IsNotPossibleWhereNoneMayBeMade)
-{
-    const TempFolder folder;
-    const ImportPatch denied(Self(), "CreateDirectoryW", reinterpret_cast<void*>(&DeniedFolder));
-    ASSERT_TRUE(denied.found());
-    EXPECT_FALSE(vh::IsNewFolderPossible(folder / L"new"));
+    for (const auto& [function, refusal] : {std::pair("GetTempFileNameW", reinterpret_cast<void*>(&NoTempFile)),
+                                            {"CreateDirectoryW", reinterpret_cast<void*>(&DeniedFolder)}}) {
+        const ImportPatch refused(GetModuleHandleW(nullptr), function, refusal);
+        ASSERT_TRUE(refused.found());
+        EXPECT_FALSE(vh::IsNewFolderPossible(folder / L"new\\below"));
+        EXPECT_EQ(Below(folder), L"");
+    }
 }
 
 TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)
@@ -127,17 +104,15 @@ TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)
         std::wstring path;
         bool plain;
         bool verified;
-    } cases[] = {
-        {there, true, false},
-        {there + L"\\new", true, true},
-        {there + L"\\a|b", false, false},
-        {there + L"\\a?b", false, false},
-        {L"c:\\", true, false},
-        {L"q:\\folder", false, false},
-        {L"folder", false, false},
-        {L"\\\\no such server\\share\\a", false, false},
-        {L"", false, false},
-    };
+    } cases[] = {{there, true, false},
+                 {there + L"\\new", true, true},
+                 {there + L"\\a|b", false, false},
+                 {there + L"\\a?b", false, false},
+                 {L"c:\\", true, false},
+                 {L"q:\\folder", false, false},
+                 {L"folder", false, false},
+                 {L"\\\\no such server\\share\\a", false, false},
+                 {L"", false, false}};
     for (const auto& one : cases) {
         EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), false), one.plain) << one.path;
         EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), true), one.verified) << one.path;

@@ -70,16 +70,14 @@ TEST(IniFile, ComesBackAsItsRulesSay)
         const wchar_t* separator;
         bool keep_bare_keys;
         const char* saved;
-    } cases[] = {
-        {"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
-        {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
-        {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
-        {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
-        {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
-        // Only one unit of a longer separator is stepped over, so the rest doubles.
-        {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
-        {"", L"=", false, ""},
-    };
+    } cases[] = {{"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
+                 {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
+                 {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
+                 {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
+                 {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
+                 // Only one unit of a longer separator is stepped over, so the rest doubles.
+                 {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
+                 {"", L"=", false, ""}};
     for (const auto& one : cases) {
         Loaded file(one.given, one.separator, one.keep_bare_keys);
         EXPECT_TRUE(file.read);
@@ -94,12 +92,10 @@ TEST(IniFile, KeepsItsEncoding)
     const struct {
         std::string bytes;
         bool marked;
-    } cases[] = {
-        {"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
-        {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
-        {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
-        {"[a]\r\nk=v\r\n"s, false},
-    };
+    } cases[] = {{"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
+                 {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
+                 {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
+                 {"[a]\r\nk=v\r\n"s, false}};
     for (const auto& one : cases) {
         Loaded file(one.bytes);
         EXPECT_TRUE(file.read);
@@ -153,10 +149,11 @@ TEST(IniFile, GivesNumberedValues)
         const char* text;
         const wchar_t* format;
         const wchar_t* values;
-    } cases[] = {
-        {"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},   {"[s]\nk0=a\nk2=b", L"k%d", L"a"}, {"[s]\nk2=b", L"k%d", L""},
-        {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"}, {"[t]\nk0=a", L"k%d", L""},
-    };
+    } cases[] = {{"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},
+                 {"[s]\nk0=a\nk2=b", L"k%d", L"a"},
+                 {"[s]\nk2=b", L"k%d", L""},
+                 {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"},
+                 {"[t]\nk0=a", L"k%d", L""}};
     for (const auto& one : cases) {
         Loaded file(one.text);
         inifilex::names values;
@@ -169,47 +166,64 @@ TEST(IniFile, GivesNumberedValues)
     EXPECT_LE(values.size(), 3u) << "a format without a number must end";
 }
 
+// Sections and their keys, as "s:a,b|t:".
+std::wstring Shape(const inifilex& document)
+{
+    std::wstring shape;
+    for (const auto& [name, section] : document) {
+        shape += (shape.empty() ? L"" : L"|") + std::wstring(name.view()) + L":";
+        for (const auto& [key, entry] : section)
+            shape += (shape.ends_with(L":") ? L"" : L",") + std::wstring(key.view());
+    }
+    return shape;
+}
+
 TEST(IniFile, RenamesMovesRemovesAndSorts)
 {
     Loaded file("[p1]\nc=1\nB=2\na=3\n[q]\n[P2]\n[r1]");
     inifilex& document = file.document;
-    EXPECT_TRUE(document.rename_section(L"nowhere", L"nowhere"));
-    EXPECT_FALSE(document.rename_section(L"q", L"R1"));
-    EXPECT_TRUE(document.rename_section(L"q", L"Q")) << "names are equal without regard to case";
-    EXPECT_FALSE(document.rename_section(L"z", L"new"));
-    EXPECT_FALSE(document.is_dirty());
-    EXPECT_FALSE(document.move_entry(L"p1", L"c", L"zz"));
-    EXPECT_TRUE(document.is_dirty());
-    EXPECT_TRUE(document.move_entry(L"p1", L"C", L"b"));
-    EXPECT_EQ(Keys(document, L"p1"), L"B|c|a");
-    EXPECT_TRUE(document.move_entry(L"p1", L"a", L"b"));
-    EXPECT_EQ(Keys(document, L"p1"), L"B|a|c");
-    EXPECT_EQ(document.get_string(L"p1", L"A", L"").view(), L"3");
-    EXPECT_TRUE(document.rename_entry(L"p1", L"b", L"zeta"));
-    EXPECT_FALSE(document.rename_entry(L"p1", L"a", L"C"));
-    document.sort_entries_of(L"p1");
-    EXPECT_EQ(Keys(document, L"p1"), L"a|c|zeta");
-    EXPECT_EQ(document.get_string(L"p1", L"zeta", L"").view(), L"2");
-    // "p1" gives way to the "r1" that is there.
-    document.rename_sections(L"p", L"r");
-    EXPECT_EQ(Sections(document), L"p1|q|r2|r1");
-    document.sort_sections();
-    EXPECT_EQ(Sections(document), L"p1|q|r1|r2");
-    inifilex::names found;
-    EXPECT_EQ(document.find_sections(found, L"R"), 2u);
-    document.set_dirty(false);
-    document.remove_sections(L"R");
-    EXPECT_TRUE(document.is_dirty());
-    EXPECT_EQ(Sections(document), L"p1|q");
-    EXPECT_TRUE(document.has_section(L"Q"));
-    EXPECT_TRUE(document.clear_section(L"p1"));
-    EXPECT_TRUE(document.has_section(L"p1"));
-    EXPECT_FALSE(document.remove_entry(L"p1", L"a"));
-    EXPECT_TRUE(document.remove_section(L"p1"));
-    EXPECT_FALSE(document.remove_section(L"p1"));
-    document.set_dirty(false);
-    document.clear();
-    EXPECT_FALSE(document.is_dirty());
+    const std::wstring start = L"p1:c,B,a|q:|P2:|r1:";
+    const struct {
+        std::function<bool(inifilex&)> work;
+        bool result, dirty;
+        std::wstring shape;
+    } steps[] = {{[](auto& d) { return d.rename_section(L"nowhere", L"nowhere"); }, true, false, start},
+                 {[](auto& d) { return d.rename_section(L"q", L"R1"); }, false, false, start},
+                 // Names are equal without regard to case.
+                 {[](auto& d) { return d.rename_section(L"q", L"Q"); }, true, false, start},
+                 {[](auto& d) { return d.rename_section(L"z", L"new"); }, false, false, start},
+                 {[](auto& d) { return d.rename_section(L"q", L"s"); }, true, true, L"p1:c,B,a|s:|P2:|r1:"},
+                 {[](auto& d) { return d.rename_section(L"S", L"q"); }, true, true, start},
+                 {[](auto& d) { return d.move_entry(L"p1", L"c", L"zz"); }, false, true, start},
+                 {[](auto& d) { return d.move_entry(L"p1", L"C", L"b"); }, true, true, L"p1:B,c,a|q:|P2:|r1:"},
+                 {[](auto& d) { return d.move_entry(L"p1", L"a", L"b"); }, true, true, L"p1:B,a,c|q:|P2:|r1:"},
+                 {[](auto& d) { return d.rename_entry(L"p1", L"b", L"zeta"); }, true, true, L"p1:zeta,a,c|q:|P2:|r1:"},
+                 {[](auto& d) { return d.rename_entry(L"p1", L"a", L"C"); }, false, false, L"p1:zeta,a,c|q:|P2:|r1:"},
+                 {[](auto& d) { return d.sort_entries_of(L"p1"), true; }, true, false, L"p1:a,c,zeta|q:|P2:|r1:"},
+                 // "p1" gives way to the "r1" that is there.
+                 {[](auto& d) { return d.rename_sections(L"p", L"r"), true; }, true, true, L"p1:a,c,zeta|q:|r2:|r1:"},
+                 {[](auto& d) { return d.sort_sections(), true; }, true, false, L"p1:a,c,zeta|q:|r1:|r2:"},
+                 {[](auto& d) { return d.remove_sections(L"R"), true; }, true, true, L"p1:a,c,zeta|q:"},
+                 {[](auto& d) { return d.has_section(L"Q"); }, true, false, L"p1:a,c,zeta|q:"},
+                 {[](auto& d) { return d.remove_entry(L"p1", L"C"); }, true, true, L"p1:a,zeta|q:"},
+                 {[](auto& d) { return d.clear_section(L"p1"); }, true, true, L"p1:|q:"},
+                 {[](auto& d) { return d.remove_entry(L"p1", L"a"); }, false, false, L"p1:|q:"},
+                 {[](auto& d) { return d.remove_section(L"p1"); }, true, true, L"q:"},
+                 {[](auto& d) { return d.remove_section(L"p1"); }, false, false, L"q:"},
+                 {[](auto& d) { return d.clear(), true; }, true, false, L""}};
+    for (const auto& step : steps) {
+        const auto at = &step - steps;
+        document.set_dirty(false);
+        EXPECT_EQ(step.work(document), step.result) << at;
+        EXPECT_EQ(document.is_dirty(), step.dirty) << at;
+        EXPECT_EQ(Shape(document), step.shape) << at;
+        if (step.shape.starts_with(L"p1:a,c,zeta")) {
+            EXPECT_EQ(document.get_string(L"p1", L"A", L"").view(), L"3");
+            EXPECT_EQ(document.get_string(L"p1", L"zeta", L"").view(), L"2");
+        }
+        inifilex::names found;
+        EXPECT_EQ(document.find_sections(found, L"R"), static_cast<std::size_t>(std::ranges::count(step.shape, L'r')));
+    }
 }
 
 TEST(IniFile, TakesSectionsOfOthers)
@@ -393,8 +407,7 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
              disk_room = 5;
              way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
          },
-         inifile_set_encoding, ERROR_DISK_FULL},
-    };
+         inifile_set_encoding, ERROR_DISK_FULL}};
     for (const auto& one : cases) {
         Loaded file("[a]\nx=1\n");
         const std::string old = BytesOf(file.path);

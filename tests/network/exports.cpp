@@ -2,6 +2,7 @@
 #include "../../exports/vhrt/disks.h"
 #include "../../exports/vhrt/file_copy.h"
 #include "../../exports/vhrt/files.h"
+#include "../../exports/vhrt/language.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
 #include "../support/temp_folder.h"
@@ -92,6 +93,17 @@ TEST(Addresses, ReadLikeFiles)
     _CloseFile(context, missing);
 }
 
+// An INI file of more than 64 KB, whose last section counts.
+TEST(Addresses, AreReadAsIniFiles)
+{
+    const Dialogs dialogs;
+    const std::wstring text = L"text=[x]~key=value~&repeat=5000&tail=[Languages]~Supported=1041~";
+    const std::wstring address = Address(text, L"ini");
+    EXPECT_EQ(_IsLangSupported(1041, address.c_str()), 1);
+    EXPECT_EQ(_IsLangSupported(1033, address.c_str()), 0);
+    EXPECT_EQ(_IsLangSupported(1041, Address(text + L"&drop=70000", L"ini").c_str()), 0);
+}
+
 TEST(Addresses, GiveTheirLines)
 {
     const Dialogs dialogs;
@@ -99,13 +111,11 @@ TEST(Addresses, GiveTheirLines)
     const struct {
         const wchar_t* query;
         const wchar_t* lines;
-    } cases[] = {
-        {L"text=one~two~~four", L"one|two||four"},
-        {L"text=one~two&drip=1", L"one|two"},
-        {L"wide=one~two", L"one|two"},
-        // Without a length the content is taken for wide text, and a narrow one ends at its first unit.
-        {L"text=one~two&chunked=1", L""},
-    };
+    } cases[] = {{L"text=one~two~~four", L"one|two||four"},
+                 {L"text=one~two&drip=1", L"one|two"},
+                 {L"wide=one~two", L"one|two"},
+                 // Without a length the content is taken for wide text, and a narrow one ends at its first unit.
+                 {L"text=one~two&chunked=1", L""}};
     for (const auto& [query, lines] : cases) {
         const std::wstring address = Address(query, L"lines");
         const auto list = static_cast<ListHandle>(_ListCreate(context, 0));
@@ -134,11 +144,9 @@ TEST(Addresses, InASilentRunShowNoDialog)
         bool done;
         const char* requests;
         int shown;
-    } cases[] = {
-        {L"silent drop", L"drop=1500&times=1&size=3000", true, true, "-|bytes=1500-", 0},
-        {L"silent 404", L"status=404", true, false, "-", 0},
-        {L"loud 404", L"status=404", false, false, "-", 1},
-    };
+    } cases[] = {{L"silent drop", L"drop=1500&times=1&size=3000", true, true, "-|bytes=1500-", 0},
+                 {L"silent 404", L"status=404", true, false, "-", 0},
+                 {L"loud 404", L"status=404", false, false, "-", 1}};
     for (const auto& [key, query, silent, done, requests, shown] : cases) {
         vh::engine::test::SetupFolder folder;
         vh::engine::test::MakeTree(folder);

@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "../../diagnostics/inet_session.h"
+#include "../support/import_patch.h"
 #include "server_access.h"
 
 namespace {
@@ -46,6 +47,7 @@ protected:
         late::internet_close_handle.show();
         late::internet_query_option.show();
         late::internet_open_url.show();
+        late::internet_read_file.show();
         late::internet_get_connected_state.show();
         late::internet_autodial.show();
     }
@@ -106,17 +108,59 @@ TEST_F(Lifetime, EndsBeforeAHandleIsMade)
         Reader reader(Address(L"", L"never"), 0, 20);
         EXPECT_FALSE(reader.Read(10));
         EXPECT_EQ(reader.error, static_cast<DWORD>(ERROR_INTERNET_TIMEOUT));
+        news();
+        EXPECT_EQ(handles, 1) << "only the session: the request is given up, its handle closed";
+        EXPECT_EQ(reader->handle(), nullptr);
         const auto first = news;
         EXPECT_FALSE(reader.Read(10));
         first();
-        EXPECT_EQ(handles, 1) << "only the session: the first request is given up, its handle closed";
-        EXPECT_EQ(reader->handle(), nullptr);
+        EXPECT_EQ(handles, 2) << "news of a request that is over reach nobody";
+        --handles;
     }
     EXPECT_EQ(handles, 0) << "the session has gone with its reader";
     news();
     EXPECT_EQ(handles, 0) << "the orphan is closed";
-    news();
-    EXPECT_EQ(handles, 1) << "news of a request that is over reach nobody";
+}
+
+int pins;
+BOOL WINAPI CountPins(DWORD flags, const wchar_t*, HMODULE*)
+{
+    pins += (flags & GET_MODULE_HANDLE_EX_FLAG_PIN) != 0;
+    return TRUE;
+}
+
+// Code that late news may come to has to stay; after a read that completed at once none come.
+TEST_F(Lifetime, KeepsTheModuleOnlyForNewsThatMayStillCome)
+{
+    const ImportPatch pinned(GetModuleHandleW(nullptr), "GetModuleHandleExW", reinterpret_cast<void*>(&CountPins));
+    ASSERT_TRUE(pinned.found());
+    static BOOL at_once;
+    static DWORD_PTR request;
+    late::internet_open_url.replace(
+        [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
+            request = context;
+            INTERNET_ASYNC_RESULT made{reinterpret_cast<DWORD_PTR>(open(L"request", 0, nullptr, nullptr, 0)), 0};
+            vh::inet_status_callback(nullptr, context, INTERNET_STATUS_HANDLE_CREATED, &made, sizeof(made));
+            return reinterpret_cast<HINTERNET>(made.dwResult);
+        });
+    late::internet_close_handle.replace([](HINTERNET handle) {
+        vh::inet_status_callback(nullptr, request, INTERNET_STATUS_HANDLE_CLOSING, &handle, sizeof(handle));
+        return close(handle);
+    });
+    late::internet_read_file.replace([](HINTERNET, void*, DWORD, DWORD* count) -> BOOL {
+        *count = 0;
+        SetLastError(at_once ? ERROR_SUCCESS : ERROR_IO_PENDING);
+        return at_once;
+    });
+    for (const BOOL done : {TRUE, FALSE}) {
+        at_once = done;
+        pins = 0;
+        {
+            Reader reader(Address(L"", L"pinned"), 0, 20);
+            EXPECT_EQ(reader.Read(10), done == TRUE);
+        }
+        EXPECT_EQ(pins, done ? 0 : 1) << done;
+    }
 }
 
 // What a server says is asked for with one error only.

@@ -19,14 +19,12 @@ TEST(Reading, GetsTheWholeThroughFaults)
         const wchar_t* key;
         const wchar_t* query;
         const char* requests;
-    } cases[] = {
-        {L"plain", L"", "-"},
-        {L"once", L"drop=99000&times=1", "-|bytes=99000-"},
-        {L"first", L"drop=1500&times=1", "-|bytes=1500-"},
-        {L"nolength", L"length=none", "-"},
-        {L"chunked", L"chunked=1", "-"},
-        {L"status", L"status=503&times=1", "-|-"},
-    };
+    } cases[] = {{L"plain", L"", "-"},
+                 {L"once", L"drop=99000&times=1", "-|bytes=99000-"},
+                 {L"first", L"drop=1500&times=1", "-|bytes=1500-"},
+                 {L"nolength", L"length=none", "-"},
+                 {L"chunked", L"chunked=1", "-"},
+                 {L"status", L"status=503&times=1", "-|-"}};
     for (const auto& [key, query, requests] : cases) {
         Reader whole(Address(std::wstring(query) + L"&size=300000", key), 5);
         ASSERT_TRUE(whole.Read(size)) << key << " " << whole.error;
@@ -64,14 +62,12 @@ TEST(Reading, FailsWhenTheServerDoes)
         DWORD error;
         std::size_t tries;
         DWORD count;
-    } cases[] = {
-        {L"404", L"status=404", 0, 0x8004D554, 1, 0},
-        {L"500", L"status=500", 2, 0x8004D5B4, 3, 0},
-        {L"forever", L"status=404", 100, 0x8004D554, 6, 0},
-        {L"dropped", L"drop=99000", 0, WSAECONNRESET, 1, 99000},
-        {L"ignored", L"drop=99000&times=1&range=ignore", 5, refused_range, 6, 99000},
-        {L"shifted", L"drop=99000&times=1&range=shift", 1, refused_range, 2, 99000},
-    };
+    } cases[] = {{L"404", L"status=404", 0, 0x8004D554, 1, 0},
+                 {L"500", L"status=500", 2, 0x8004D5B4, 3, 0},
+                 {L"forever", L"status=404", 100, 0x8004D554, 6, 0},
+                 {L"dropped", L"drop=99000", 0, WSAECONNRESET, 1, 99000},
+                 {L"ignored", L"drop=99000&times=1&range=ignore", 5, refused_range, 6, 99000},
+                 {L"shifted", L"drop=99000&times=1&range=shift", 1, refused_range, 2, 99000}};
     for (const auto& [key, query, retries, error, tries, count] : cases) {
         Reader reader(Address(std::wstring(query) + L"&size=300000", key), retries);
         EXPECT_FALSE(reader.Read(size)) << key;
@@ -138,29 +134,42 @@ TEST(Reading, TakesAnEndInOrderForTheEnd)
 
 TEST(Reading, GoesWhereASeekPoints)
 {
-    Reader reader(Address(L"size=300000", L"seek"));
-    ASSERT_TRUE(reader.Read(10000));
+    static int round = 0;
+    const std::wstring key = L"seek" + std::to_wstring(++round);
+    Reader reader(Address(L"size=300000", key));
+    ASSERT_TRUE(reader.Read(10000)) << reader.error;
     EXPECT_EQ(reader->seek(0, FILE_CURRENT), 10000u);
     EXPECT_EQ(reader->seek(10000, FILE_BEGIN), 10000u);
-    ASSERT_TRUE(reader.Read(1000));
+    ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 1000, 10000));
     EXPECT_EQ(reader->seek(-1000, FILE_CURRENT), 10000u);
-    ASSERT_TRUE(reader.Read(1000));
+    ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 1000, 10000));
     EXPECT_EQ(reader->seek(-500, FILE_END), 299500u);
-    ASSERT_TRUE(reader.Read(1000));
+    ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_EQ(reader.count, 500u);
     EXPECT_TRUE(IsContent(reader.bytes.data(), 500, 299500));
     EXPECT_EQ(reader->seek(7, 99), 7u) << "an unknown whence counts from the start";
-    EXPECT_EQ(Requests(L"seek"), "-|bytes=10000-|bytes=299500-");
+    EXPECT_EQ(Requests(key), "-|bytes=10000-|bytes=299500-");
 
     Reader unknown(Address(L"size=300000&length=none", L"seekend"));
     EXPECT_EQ(unknown->seek(-1, FILE_END), INVALID_SET_FILE_POINTER);
 
-    Reader distant(Address(L"size=1000", L"far"));
+    Reader distant(Address(L"size=1000", L"far" + key));
     EXPECT_EQ(distant->seek(static_cast<LONG>(0x80000000), FILE_BEGIN), 0x80000000u);
     EXPECT_FALSE(distant.Read(10));
-    EXPECT_EQ(Requests(L"far"), "bytes=-2147483648-") << "offsets show as signed numbers";
+    // The system repeats a request of its own accord where a connection that it kept has gone meanwhile.
+    EXPECT_TRUE(Requests(L"far" + key).starts_with("bytes=-2147483648-")) << "offsets show as signed numbers";
+}
+
+TEST(Reading, SendsTheCallersHeadersAlsoWithARange)
+{
+    Reader reader(Address(L"size=3000&header=X-Own", L"headers"), 0, 30000, L"X-Own: yes");
+    ASSERT_TRUE(reader.Read(100));
+    reader->seek(1000, FILE_BEGIN);
+    ASSERT_TRUE(reader.Read(100));
+    EXPECT_TRUE(IsContent(reader.bytes.data(), 100, 1000));
+    EXPECT_EQ(Requests(L"headers"), "yes|yes");
 }
 
 TEST(Reading, AnswersQuestionsWithARequestOfTheirOwn)
@@ -190,11 +199,9 @@ TEST(Reading, TakesCredentialsAlsoOfADomain)
         const wchar_t* query;
         const wchar_t* credentials;
         DWORD error;
-    } cases[] = {
-        {L"user=anna&password=secret", L"anna:secret@", 0},
-        {L"domain=dom&user=anna&password=secret", L"dom\\anna:secret@", 0},
-        {L"user=anna&password=secret", L"anna:wrong@", 0x8004D551},
-    };
+    } cases[] = {{L"user=anna&password=secret", L"anna:secret@", 0},
+                 {L"domain=dom&user=anna&password=secret", L"dom\\anna:secret@", 0},
+                 {L"user=anna&password=secret", L"anna:wrong@", 0x8004D551}};
     for (const auto& [query, credentials, error] : cases) {
         Reader reader(Address(query, L"user", server::http, credentials));
         reader.Read(1000);

@@ -18,7 +18,9 @@ Further parameters are what goes wrong:
   status=S      answers S with a short body; with times=T only T times for the key
   chunked=1     sends chunks and no length
   to=ADDRESS    redirects
-  text=T, wide=T     sends this text, in UTF-8 or in UTF-16 with its mark, "~" being a line end
+  header=NAME   writes down this header in place of the part
+  text=T, wide=T     sends this text, in UTF-8 or in UTF-16 with its mark, "~" being a line end; repeat=N times, with
+                     tail=T behind it
   user=U&password=P  wants these, with domain=D the user DOMAIN\\USER
 /log?key=K tells what was asked under the key: a line for each request, the part that it wants or "-".
 """
@@ -77,7 +79,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def write_down(self):
         with lock:
-            requests[self.key].append(self.headers.get("Range", "-"))
+            requests[self.key].append(self.headers.get(self.ask("header", "Range"), "-"))
 
     def short(self, status, text, **headers):
         self.send_response(status)
@@ -124,7 +126,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         text = self.ask("text") or self.ask("wide")
         if text is None:
             return None
-        text = text.replace("~", "\r\n")
+        text = (text * self.number("repeat", 1) + self.ask("tail", "")).replace("~", "\r\n")
         return text.encode() if self.ask("text") else b"\xff\xfe" + text.encode("utf-16-le")
 
     def send_file(self):

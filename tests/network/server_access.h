@@ -74,12 +74,12 @@ private:
 class Reader {
 public:
     explicit Reader(const std::wstring& address, int retries = 0,
-                    DWORD timeout_ms = wininet_async_handle::default_timeout_ms)
+                    DWORD timeout_ms = wininet_async_handle::default_timeout_ms, const wchar_t* headers = nullptr)
         : patience(retries), m_reader(new http_file(http_file::default_settings(), timeout_ms))
     {
         m_reader->set_retry_handler(&patience);
         EXPECT_TRUE(
-            m_reader->open(address.c_str(), nullptr,
+            m_reader->open(address.c_str(), headers,
                            INTERNET_FLAG_RELOAD | INTERNET_FLAG_KEEP_CONNECTION | INTERNET_FLAG_PRAGMA_NOCACHE));
     }
     http_file* operator->() const { return m_reader.get(); }

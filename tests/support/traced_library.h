@@ -5,6 +5,7 @@
 #include <string>
 
 #include "../../diagnostics/trace_record.h"
+#include "../../exports/vhrt/context.h"
 #include "temp_folder.h"
 
 namespace vh::test {
@@ -78,3 +79,31 @@ inline std::string DecodedTrace(const std::wstring& path, int* records = nullptr
 
 // Gets an export of a library under its own name.
 #define VHRT_GET(library, name) (library).Get(&name, #name)
+
+namespace vh::test {
+
+// What a traced run writes of the calls that `body` makes with a library and a context of its own.
+template <class Body>
+std::string TracedCalls(ISetupHost* host, IServiceProvider* services, Body&& body)
+{
+    const TempFolder folder;
+    const std::wstring path = folder / L"t.bin";
+    {
+        const TracedLibrary library(path);
+        ObjectContext* context = VHRT_GET(library, __CreateObjectContext)(host, services);
+        body(library, context);
+        VHRT_GET(library, __ReleaseObjectContext)(context);
+    }
+    const std::string text = DecodedTrace(path);
+    const std::size_t begin = text.find("VHFuncBegin");
+    return begin == text.npos ? text : text.substr(begin, text.find("VHSetupInit", begin) - begin);
+}
+
+// A call's records; without a result there is no end record. The first field of an end may stand behind a tab more.
+inline std::string Record(const std::string& name, const std::string& fields, const char* result = nullptr)
+{
+    return "VHFuncBegin|" + name + "|" + fields + "\r\n" +
+           (result ? "VHFuncEnd|" + name + "|Result=" + result + fields + "\r\n" : "");
+}
+
+} // namespace vh::test

@@ -35,58 +35,99 @@ HWND Tree(HWND parent)
 }
 bool Press(HWND dialog, int button) { return PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(button), 0); }
 bool Type(const std::wstring& text) { return SetWindowTextW(Edit(), text.c_str()); }
+LRESULT Tell(HWND window, UINT message, WPARAM what, LPARAM of) { return SendMessageW(window, message, what, of); }
+LRESULT Tell(HWND window, UINT message, WPARAM what, auto* of)
+{
+    return SendMessageW(window, message, what, reinterpret_cast<LPARAM>(of));
+}
 
 // Common steps. The picker stands on the screen when the focus is where it puts it.
+using Step = DialogDriver::Step;
 bool EditStands() { return Edit() && GetFocus() == Edit(); }
 bool TreeStands() { return Dialog() && IsWindowVisible(Dialog()) && Tree(Dialog()); }
+bool BareTreeStands() { return TreeStands() && !Edit(); }
+bool TreeHasFocus() { return GetFocus() == Tree(Dialog()); }
+bool OkIsOn() { return IsWindowEnabled(OkButton()) != 0; }
+bool OkIsOff() { return !OkIsOn(); }
 bool PressOk() { return Press(Dialog(), IDOK); }
 bool PressCancel() { return Press(Dialog(), IDCANCEL); }
-DialogDriver::Step Typed(std::wstring text)
+Step Once(auto body)
+{
+    return [body] { return body(), true; };
+}
+Step Typed(std::wstring text)
 {
     return [text = std::move(text)] { return Type(text); };
 }
+Step Key(WPARAM code)
+{
+    return [code] { return PostMessageW(GetFocus(), WM_KEYDOWN, code, 0) != 0; };
+}
+Step Kept(std::wstring name)
+{
+    return Once([name] { KeepPicture(Dialog(), name); });
+}
+// Lets the tree select a folder, as a click would.
+Step Selected(const wchar_t* path)
+{
+    return Once([path] { Tell(Dialog(), BFFM_SETSELECTIONW, TRUE, path); });
+}
+// The dialog, wider and higher by some pixels.
+Step Sized(int by)
+{
+    return Once([by] {
+        const RECT place = PlaceOnScreen(Dialog());
+        SetWindowPos(Dialog(), nullptr, 0, 0, place.right - place.left + by, place.bottom - place.top + by,
+                     SWP_NOMOVE | SWP_NOZORDER);
+    });
+}
 // An error box with that text in it; it is closed, and the edit has the focus again.
-DialogDriver::Step Refused(std::wstring path)
+Step Refused(std::wstring path)
 {
     return [text = L"The folder \"" + path + L"\" cannot be used.", seen = false]() mutable {
         const HWND box = DialogNamed(error_title);
         if (!box && seen && EditStands()) {
             DWORD end = 0;
-            SendMessageW(Edit(), EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
+            Tell(Edit(), EM_GETSEL, 0, &end);
             EXPECT_EQ(end, TextOf(Edit()).size()) << "not all is selected";
             return true;
         }
-        if (!box)
-            return false;
-        EXPECT_TRUE(seen || VisibleChild(box, L"Static", text.c_str())) << "missing: " << text;
-        if (!seen)
-            Press(box, IDOK);
-        seen = true;
+        if (box && !seen) {
+            EXPECT_TRUE(VisibleChild(box, L"Static", text.c_str())) << "missing: " << text;
+            seen = Press(box, IDOK);
+        }
         return false;
     };
 }
 
+// One call: what it is given, and what is done in its dialog.
+struct Shown {
+    std::wstring start;
+    std::vector<Step> steps;
+    int32_t flags = with_edit;
+    bool verify = false;
+    int32_t size = MAX_PATH;
+    std::wstring label = L"&Folder:";
+    std::wstring second_label = L"Or from here:";
+};
+
+// The result, and what the buffer holds then.
+std::wstring Browse(ObjectContext* context, Shown shown)
+{
+    std::wstring buffer(static_cast<std::size_t>(shown.size) + 1, L'~');
+    shown.start.copy(buffer.data(), shown.start.size());
+    buffer[shown.start.size()] = L'\0';
+    const DialogDriver driver(std::move(shown.steps));
+    const int64_t result =
+        _BrowseForFolder(context, title, L"Pick one of these.", shown.label.c_str(), shown.second_label.c_str(),
+                         shown.flags, buffer.data(), shown.size, shown.verify);
+    EXPECT_EQ(buffer.back(), L'~') << "written behind the buffer";
+    return std::to_wstring(result) + L" " + buffer.c_str();
+}
+
 class FolderPicker : public ::testing::Test {
 protected:
-    // What the call answers, and what the buffer holds then.
-    int64_t Browse(const std::wstring& start, int32_t flags, bool verify, std::vector<DialogDriver::Step> steps,
-                   int32_t size = MAX_PATH)
-    {
-        m_buffer.assign(static_cast<std::size_t>(size) + 1, L'~');
-        start.copy(m_buffer.data(), start.size());
-        m_buffer[start.size()] = L'\0';
-        const DialogDriver driver(std::move(steps));
-        const int64_t result = _BrowseForFolder(m_session, title, L"Pick one of these.", L"&Folder:", L"Or from here:",
-                                                flags, m_buffer.data(), size, verify);
-        EXPECT_EQ(m_buffer.back(), L'~') << "written behind the buffer";
-        return result;
-    }
-    const wchar_t* Path() const { return m_buffer.data(); }
-    ObjectContext* Context() const { return m_session; }
-
-private:
-    TextSession m_session{UserTexts(), StandardTexts()};
-    std::vector<wchar_t> m_buffer;
+    TextSession session{UserTexts(), StandardTexts()};
 };
 
 // Nothing that can be seen lies on anything else or beyond the dialog's edge.
@@ -129,30 +170,35 @@ void ExpectEditAboveTree(HWND dialog)
     ExpectTidy(dialog);
 }
 
+void ExpectCentre(HWND window, LONG x, LONG y)
+{
+    const RECT place = PlaceOnScreen(window);
+    EXPECT_NEAR((place.left + place.right) / 2.0, x, 2);
+    EXPECT_NEAR((place.top + place.bottom) / 2.0, y, 2);
+}
+
 TEST_F(FolderPicker, ShowsTheStartingFolderInAnEditAboveTheTree)
 {
     const auto look = [] {
         EXPECT_EQ(TextOf(Edit()), L"c:\\windows");
-        DWORD from = 0;
-        DWORD to = 0;
-        SendMessageW(Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), reinterpret_cast<LPARAM>(&to));
+        DWORD from = 1, to = 0;
+        Tell(Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), &to);
         EXPECT_EQ(from, 0u);
         EXPECT_EQ(to, 10u);
-        EXPECT_EQ(SendMessageW(Edit(), EM_GETLIMITTEXT, 0, 0), 260);
+        EXPECT_EQ(Tell(Edit(), EM_GETLIMITTEXT, 0, 0), 260);
         EXPECT_TRUE(VisibleChild(Dialog(), L"Static", L"Pick one of these."));
-        EXPECT_TRUE(IsWindowEnabled(OkButton()));
+        EXPECT_TRUE(OkIsOn());
         ExpectEditAboveTree(Dialog());
-        const RECT place = PlaceOnScreen(Dialog());
-        EXPECT_NEAR((place.left + place.right) / 2.0, GetSystemMetrics(SM_CXSCREEN) / 2.0, 2);
-        EXPECT_NEAR((place.top + place.bottom) / 2.0, GetSystemMetrics(SM_CYSCREEN) / 2.0, 2);
-        return true;
+        ExpectCentre(Dialog(), GetSystemMetrics(SM_CXSCREEN) / 2, GetSystemMetrics(SM_CYSCREEN) / 2);
     };
-    const auto keep = [] {
-        KeepPicture(Dialog(), L"folder picker with edit");
-        return true;
-    };
-    EXPECT_EQ(Browse(L"c:\\windows\\", with_edit, false, {EditStands, look, keep, PressOk}), 1);
-    EXPECT_STREQ(Path(), L"c:\\windows");
+    EXPECT_EQ(Browse(session, {L"c:\\windows\\", {EditStands, Once(look), Kept(L"folder picker with edit"), PressOk}}),
+              L"1 c:\\windows");
+    const Step ordered = Once([] { ExpectEditAboveTree(Dialog()); });
+    EXPECT_EQ(Browse(session, {L"c:\\windows",
+                               {EditStands, ordered, Kept(L"folder picker in the new style"), Sized(80), ordered,
+                                Sized(-60), ordered, Sized(-400), ordered, PressCancel},
+                               with_edit | BIF_NEWDIALOGSTYLE}),
+              L"2 c:\\windows");
 }
 
 TEST_F(FolderPicker, LetsOkBePressedOnlyWhileSomethingIsTyped)
@@ -160,280 +206,151 @@ TEST_F(FolderPicker, LetsOkBePressedOnlyWhileSomethingIsTyped)
     const auto ok_follows = [] {
         for (const wchar_t* nothing : {L"", L"  ", L"\t "}) {
             Type(nothing);
-            EXPECT_FALSE(IsWindowEnabled(OkButton())) << nothing;
+            EXPECT_TRUE(OkIsOff()) << nothing;
             Type(L"x");
-            EXPECT_TRUE(IsWindowEnabled(OkButton()));
+            EXPECT_TRUE(OkIsOn());
         }
-        SendMessageW(Edit(), EM_SETSEL, 0, -1);
-        SendMessageW(Edit(), WM_CHAR, VK_BACK, 0);
-        EXPECT_FALSE(IsWindowEnabled(OkButton()));
-        SendMessageW(Edit(), WM_CHAR, L'y', 0);
-        EXPECT_TRUE(IsWindowEnabled(OkButton()));
-        return true;
+        Tell(Edit(), EM_SETSEL, 0, -1);
+        Tell(Edit(), WM_CHAR, VK_BACK, 0);
+        EXPECT_TRUE(OkIsOff());
+        Tell(Edit(), WM_CHAR, L'y', 0);
+        EXPECT_TRUE(OkIsOn());
     };
-    EXPECT_EQ(Browse(L"", with_edit, false,
-                     {[] {
-                          if (!EditStands())
-                              return false;
-                          EXPECT_FALSE(IsWindowEnabled(OkButton()));
-                          return true;
-                      },
-                      ok_follows, Typed(L" c:\\not there\\ "), PressOk}),
-              1);
-    EXPECT_STREQ(Path(), L"c:\\not there");
+    EXPECT_EQ(Browse(session, {L"", {EditStands, OkIsOff, Once(ok_follows), Typed(L" c:\\not there\\ "), PressOk}}),
+              L"1 c:\\not there");
 }
 
-TEST_F(FolderPicker, StaysOpenOnAFolderThatCanNotBe)
+// The item above the drives has no path; the platform would leave OK as it pleases.
+void SelectComputer()
 {
-    EXPECT_EQ(Browse(L"c:\\start\\", with_edit, false,
-                     {EditStands, Typed(L" c:\\a|b\\"), PressOk, Refused(L"c:\\a|b"), Typed(L"q:\\folder"), PressOk,
-                      Refused(L"q:\\folder"), Typed(L"folder"), PressOk, Refused(L"folder"), PressCancel}),
-              2);
-    EXPECT_STREQ(Path(), L"c:\\start");
+    const auto tree = [](UINT message, WPARAM what, LPARAM of) { return Tell(Tree(Dialog()), message, what, of); };
+    LPARAM item = tree(TVM_GETNEXTITEM, TVGN_CARET, 0);
+    while (item && !TextOf(Edit()).empty()) {
+        item = tree(TVM_GETNEXTITEM, TVGN_PARENT, item);
+        tree(TVM_SELECTITEM, TVGN_CARET, item);
+    }
+    EXPECT_TRUE(item) << "each item has a path";
 }
 
-TEST_F(FolderPicker, AsksForANewFolderWhenItVerifies)
+TEST_F(FolderPicker, AnswersAsItIsDriven)
 {
     const TempFolder folder;
     const std::wstring there = folder.path().wstring();
-    EXPECT_EQ(Browse(there, with_edit, true,
-                     {EditStands, PressOk, Refused(there), Typed(there + L"\\new\\below\\"), PressOk}),
-              1);
-    EXPECT_EQ(Path(), there + L"\\new\\below");
-    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
-}
-
-TEST_F(FolderPicker, FailsWhenTheFolderDoesNotFitTheBuffer)
-{
-    EXPECT_EQ(Browse(L"c:\\", with_edit, false, {EditStands, Typed(L"c:\\ten units"), PressOk}, 12), -1);
-    EXPECT_STREQ(Path(), L"c:");
-    EXPECT_EQ(Browse(L"c:\\", with_edit, false, {EditStands, Typed(L"c:\\ten unit"), PressOk}, 12), 1);
-    EXPECT_STREQ(Path(), L"c:\\ten unit");
-}
-
-TEST_F(FolderPicker, ObeysTheKeyboard)
-{
-    const auto key = [](WPARAM code) { return [code] { return PostMessageW(GetFocus(), WM_KEYDOWN, code, 0) != 0; }; };
-    const auto tree_has_focus = [] { return GetFocus() == Tree(Dialog()); };
-    EXPECT_EQ(Browse(L"c:\\windows", with_edit, false, {EditStands, key(VK_TAB), tree_has_focus, key(VK_ESCAPE)}), 2);
-    EXPECT_EQ(Browse(L"c:\\windows", with_edit, false,
-                     {EditStands, Typed(L"q:\\none"), key(VK_RETURN), Refused(L"q:\\none"), Typed(L"c:\\typed"),
-                      key(VK_RETURN)}),
-              1);
-    EXPECT_STREQ(Path(), L"c:\\typed");
-}
-
-TEST_F(FolderPicker, NeedsABuffer)
-{
-    wchar_t buffer[] = L"c:\\";
-    EXPECT_EQ(_BrowseForFolder(Context(), title, L"", L"", L"", with_edit, nullptr, 260, 0), -1);
-    EXPECT_EQ(_BrowseForFolder(Context(), title, L"", L"", L"", with_edit, buffer, 0, 0), -1);
-    EXPECT_EQ(_BrowseForFolder(Context(), title, L"", L"", L"", with_edit, buffer, -5, 0), -1);
-    EXPECT_STREQ(buffer, L"c:\\");
-}
-
-// The dialog, wider and higher by some pixels.
-DialogDriver::Step Sized(int by)
-{
-    return [by] {
-        const RECT place = PlaceOnScreen(Dialog());
-        SetWindowPos(Dialog(), nullptr, 0, 0, place.right - place.left + by, place.bottom - place.top + by,
-                     SWP_NOMOVE | SWP_NOZORDER);
-        return true;
+    const auto shows_system32 = [] { return _wcsicmp(TextOf(Edit()).c_str(), L"c:\\windows\\system32") == 0; };
+    const auto shows_status = [] { return TextOf(GetDlgItem(Dialog(), status_id)) == L"Or from here:"; };
+    const auto windows_is_selected = [] {
+        wchar_t name[MAX_PATH] = L"";
+        TVITEMW item{};
+        item.mask = TVIF_TEXT;
+        item.pszText = name;
+        item.cchTextMax = MAX_PATH;
+        item.hItem = reinterpret_cast<HTREEITEM>(Tell(Tree(Dialog()), TVM_GETNEXTITEM, TVGN_CARET, 0));
+        Tell(Tree(Dialog()), TVM_GETITEMW, 0, &item);
+        return _wcsicmp(name, L"windows") == 0;
     };
+    const std::pair<Shown, std::wstring> cases[] = {
+        {{L"c:\\start\\",
+          {EditStands, Typed(L" c:\\a|b\\"), PressOk, Refused(L"c:\\a|b"), Typed(L"q:\\folder"), PressOk,
+           Refused(L"q:\\folder"), Typed(L"folder"), PressOk, Refused(L"folder"), PressCancel}},
+         L"2 c:\\start"},
+        // A folder that is there already is refused where a new one is wanted.
+        {{there, {EditStands, PressOk, Refused(there), Typed(there + L"\\new\\below\\"), PressOk}, with_edit, true},
+         L"1 " + there + L"\\new\\below"},
+        {{L"c:\\", {EditStands, Typed(L"c:\\ten units"), PressOk}, with_edit, false, 12}, L"-1 c:"},
+        {{L"c:\\", {EditStands, Typed(L"c:\\ten unit"), PressOk}, with_edit, false, 12}, L"1 c:\\ten unit"},
+        {{L"c:\\windows", {EditStands, Key(VK_TAB), TreeHasFocus, Key(VK_ESCAPE)}}, L"2 c:\\windows"},
+        {{L"c:\\windows",
+          {EditStands, Typed(L"q:\\none"), Key(VK_RETURN), Refused(L"q:\\none"), Typed(L"c:\\typed"), Key(VK_RETURN)}},
+         L"1 c:\\typed"},
+        {{L"c:\\start",
+          {EditStands, Selected(L"c:\\windows\\system32"), shows_system32, OkIsOn, Once(SelectComputer), OkIsOff,
+           Typed(L"c:\\typed"), OkIsOn, PressOk},
+          BIF_EDITBOX},
+         L"1 c:\\typed"},
+        // Without an edit.
+        {{L"c:\\windows\\",
+          {BareTreeStands, shows_status, windows_is_selected, PressOk},
+          folders_only | BIF_STATUSTEXT},
+         L"1 c:\\windows"},
+        {{L"c:\\", {TreeStands, Selected(L"c:\\windows\\system32"), PressOk}, folders_only},
+         L"1 c:\\windows\\system32"},
+        {{L"c:\\windows\\", {TreeStands, PressCancel}, folders_only}, L"2 c:\\windows"},
+        {{L"c:\\windows\\", {BareTreeStands, PressOk}, BIF_EDITBOX | BIF_BROWSEFORPRINTER}, L"1 c:\\windows"},
+        {{L"c:\\", {BareTreeStands, PressCancel}, BIF_EDITBOX | BIF_BROWSEFORCOMPUTER}, L"2 c:"}};
+    for (const auto& [shown, answer] : cases)
+        EXPECT_EQ(_wcsicmp(Browse(session, shown).c_str(), answer.c_str()), 0) << answer;
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+    EXPECT_GT(Browse(session, {L"", {BareTreeStands, PressOk}, BIF_EDITBOX | BIF_BROWSEFORCOMPUTER}), L"1 ")
+        << "no name of what was picked";
+
+    wchar_t buffer[] = L"c:\\";
+    for (const auto& [to, size] : {std::pair<wchar_t*, int32_t>(nullptr, 260), {buffer, 0}, {buffer, -5}})
+        EXPECT_EQ(_BrowseForFolder(session, title, L"", L"", L"", with_edit, to, size, 0), -1);
+    EXPECT_STREQ(buffer, L"c:\\");
 }
 
 TEST_F(FolderPicker, GivesLongLabelsTheirRoomAndKeepsTheRestInSight)
 {
-    std::wstring words;
-    std::vector<std::wstring> labels;
-    for (int lines = 0; lines < 400; ++lines) {
-        words += L"some words of a long label, ";
-        if (lines == 3 || lines == 399)
-            labels.push_back(words);
-    }
-    for (const std::wstring& label : labels) {
-        wchar_t buffer[MAX_PATH] = L"c:\\";
-        const auto look = [&] {
+    for (const int lines : {4, 400}) {
+        std::wstring label;
+        for (int line = 0; line < lines; ++line)
+            label += L"some words of a long label, ";
+        const Step look = Once([&] {
             ExpectTidy(Dialog());
-            const HWND shown = VisibleChild(Dialog(), L"Static", label.c_str());
-            const RECT place = PlaceOnScreen(shown);
-            const RECT edit = PlaceOnScreen(Edit());
-            EXPECT_GT(place.bottom - place.top, edit.bottom - edit.top);
-            const RECT tree = PlaceOnScreen(Tree(Dialog()));
-            EXPECT_GT(tree.bottom - tree.top, edit.bottom - edit.top);
+            const auto height = [](HWND window) { return PlaceOnScreen(window).bottom - PlaceOnScreen(window).top; };
+            EXPECT_GT(height(VisibleChild(Dialog(), L"Static", label.c_str())), height(Edit()));
+            EXPECT_GT(height(Tree(Dialog())), height(Edit()));
             const RECT dialog = PlaceOnScreen(Dialog());
             EXPECT_TRUE(dialog.top >= 0 && dialog.bottom <= GetSystemMetrics(SM_CYSCREEN));
-            return true;
-        };
-        const auto keep = [&] {
-            KeepPicture(Dialog(), L"folder picker with long labels " + std::to_wstring(label.size()));
-            return true;
-        };
-        for (const int32_t style : {BIF_NEWDIALOGSTYLE, 0}) {
-            std::vector<DialogDriver::Step> steps{EditStands, look, keep};
-            if (style)
-                steps.insert(steps.end(), {Sized(-400), look});
-            steps.push_back(PressCancel);
-            const DialogDriver driver(std::move(steps));
-            EXPECT_EQ(_BrowseForFolder(Context(), title, L"Pick one of these.", label.c_str(), label.c_str(),
-                                       with_edit | style, buffer, MAX_PATH, 0),
-                      2);
-        }
+        });
+        const Step keep = Kept(L"folder picker with long labels " + std::to_wstring(lines));
+        for (const bool sizable : {true, false})
+            EXPECT_EQ(Browse(session, {L"c:\\",
+                                       {EditStands, look, keep, Sized(sizable ? -400 : 0), look, PressCancel},
+                                       with_edit | (sizable ? BIF_NEWDIALOGSTYLE : 0),
+                                       false,
+                                       MAX_PATH,
+                                       label,
+                                       label}),
+                      L"2 c:");
     }
 }
-
-// A main window for as long as a test needs one.
-class MainWindow {
-public:
-    MainWindow()
-        : m_window(CreateWindowExW(0, L"Static", L"Setup", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 30, 600, 500, nullptr,
-                                   nullptr, nullptr, nullptr))
-    {
-    }
-    MainWindow(const MainWindow&) = delete;
-    MainWindow& operator=(const MainWindow&) = delete;
-    ~MainWindow() { DestroyWindow(m_window); }
-    operator HWND() const { return m_window; }
-
-private:
-    HWND m_window;
-};
 
 TEST(FolderPickerOfAMainWindow, StandsOverItAndGivesItBack)
 {
-    const MainWindow main;
+    const HWND main = CreateWindowExW(0, L"Static", L"Setup", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 30, 600, 500,
+                                      nullptr, nullptr, nullptr, nullptr);
     const TextSession session(UserTexts(), StandardTexts(), main);
-    wchar_t buffer[MAX_PATH] = L"c:\\";
     const auto look = [&] {
         EXPECT_EQ(GetWindow(Dialog(), GW_OWNER), main);
         EXPECT_FALSE(IsWindowEnabled(main));
-        const RECT place = PlaceOnScreen(Dialog());
-        EXPECT_NEAR((place.left + place.right) / 2.0, 320, 2);
-        EXPECT_NEAR((place.top + place.bottom) / 2.0, 280, 2);
-        return true;
+        ExpectCentre(Dialog(), 320, 280);
     };
-    const DialogDriver driver({EditStands, look, PressCancel});
-    EXPECT_EQ(_BrowseForFolder(session, title, L"", L"", L"", with_edit, buffer, MAX_PATH, 0), 2);
+    EXPECT_EQ(Browse(session, {L"c:\\", {EditStands, Once(look), PressCancel}}), L"2 c:");
     EXPECT_TRUE(IsWindowEnabled(main));
-}
-
-// Lets the tree select a folder, as a click would.
-DialogDriver::Step Selected(const wchar_t* path)
-{
-    return [path] {
-        SendMessageW(Dialog(), BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path));
-        return true;
-    };
-}
-
-TEST_F(FolderPicker, PutsWhatIsSelectedIntoTheEdit)
-{
-    const auto shows_folder = [] { return _wcsicmp(TextOf(Edit()).c_str(), L"c:\\windows\\system32") == 0; };
-    // The item above the drives has no path; the platform would leave OK as it pleases.
-    const auto select_computer = [] {
-        const auto tree = [](UINT message, WPARAM what, LPARAM of) {
-            return SendMessageW(Tree(Dialog()), message, what, of);
-        };
-        LPARAM item = tree(TVM_GETNEXTITEM, TVGN_CARET, 0);
-        while (item && !TextOf(Edit()).empty()) {
-            item = tree(TVM_GETNEXTITEM, TVGN_PARENT, item);
-            tree(TVM_SELECTITEM, TVGN_CARET, item);
-        }
-        EXPECT_TRUE(item) << "each item has a path";
-        return true;
-    };
-    const auto ok_is_off = [] { return !IsWindowEnabled(OkButton()); };
-    const auto ok_is_on = [] { return IsWindowEnabled(OkButton()) != 0; };
-    EXPECT_EQ(Browse(L"c:\\start", BIF_EDITBOX, false,
-                     {EditStands, Selected(L"c:\\windows\\system32"), shows_folder, ok_is_on, select_computer,
-                      ok_is_off, Typed(L"c:\\typed"), ok_is_on, PressOk}),
-              1);
-    EXPECT_STREQ(Path(), L"c:\\typed");
-}
-
-std::wstring SelectedName()
-{
-    wchar_t name[MAX_PATH] = L"";
-    TVITEMW item{};
-    item.mask = TVIF_TEXT;
-    item.pszText = name;
-    item.cchTextMax = MAX_PATH;
-    item.hItem = reinterpret_cast<HTREEITEM>(SendMessageW(Tree(Dialog()), TVM_GETNEXTITEM, TVGN_CARET, 0));
-    SendMessageW(Tree(Dialog()), TVM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    return name;
-}
-
-TEST_F(FolderPicker, WithoutAnEditReturnsWhatIsSelectedAndShowsTheStatus)
-{
-    const auto look = [] {
-        if (!TreeStands())
-            return false;
-        EXPECT_FALSE(Edit());
-        EXPECT_EQ(TextOf(GetDlgItem(Dialog(), status_id)), L"Or from here:");
-        EXPECT_EQ(_wcsicmp(SelectedName().c_str(), L"windows"), 0) << SelectedName();
-        return true;
-    };
-    EXPECT_EQ(Browse(L"c:\\windows\\", folders_only | BIF_STATUSTEXT, false, {look, PressOk}), 1);
-    EXPECT_EQ(_wcsicmp(Path(), L"c:\\windows"), 0) << Path();
-    EXPECT_EQ(Browse(L"c:\\", folders_only, false, {TreeStands, Selected(L"c:\\windows\\system32"), PressOk}), 1);
-    EXPECT_EQ(_wcsicmp(Path(), L"c:\\windows\\system32"), 0) << Path();
-    EXPECT_EQ(Browse(L"c:\\windows\\", folders_only, false, {TreeStands, PressCancel}), 2);
-    EXPECT_STREQ(Path(), L"c:\\windows");
-}
-
-TEST_F(FolderPicker, HasNoEditForComputersAndPrinters)
-{
-    const auto look = [] {
-        if (!TreeStands())
-            return false;
-        EXPECT_FALSE(Edit());
-        return true;
-    };
-    EXPECT_EQ(Browse(L"c:\\windows\\", BIF_EDITBOX | BIF_BROWSEFORPRINTER, false, {look, PressOk}), 1);
-    EXPECT_EQ(_wcsicmp(Path(), L"c:\\windows"), 0) << Path();
-    EXPECT_EQ(Browse(L"", BIF_EDITBOX | BIF_BROWSEFORCOMPUTER, false, {look, PressOk}), 1);
-    EXPECT_STRNE(Path(), L"") << "no name of what was picked";
-    EXPECT_EQ(Browse(L"c:\\", BIF_EDITBOX | BIF_BROWSEFORCOMPUTER, false, {look, PressCancel}), 2);
-    EXPECT_STREQ(Path(), L"c:");
+    DestroyWindow(main);
 }
 
 TEST_F(FolderPicker, TakesMissingTextsFromTheResourceLibraries)
 {
     wchar_t buffer[MAX_PATH] = L"c:\\";
     const auto dialog = [] { return DialogNamed(L"User title"); };
-    const DialogDriver driver(
-        {[&] { return dialog() && VisibleChild(dialog(), L"Edit"); },
-         [&] {
-             for (const wchar_t* text : {L"Standard message", L"Standard &folder:", L"Standard status:"})
-                 EXPECT_TRUE(VisibleChild(dialog(), L"Static", text)) << text;
-             return true;
-         },
-         [&] { return Press(dialog(), IDCANCEL); }});
-    EXPECT_EQ(_BrowseForFolder(Context(), L"", nullptr, L"", nullptr, with_edit, buffer, MAX_PATH, 0), 2);
-}
-
-TEST_F(FolderPicker, KeepsItsOrderWhenTheDialogIsSized)
-{
-    const auto look = [] {
-        ExpectEditAboveTree(Dialog());
+    const auto texts_stand = [&] {
+        for (const wchar_t* text : {L"Standard message", L"Standard &folder:", L"Standard status:"})
+            if (!VisibleChild(dialog(), L"Static", text))
+                return false;
         return true;
     };
-    const auto keep = [] {
-        KeepPicture(Dialog(), L"folder picker in the new style");
-        return true;
-    };
-    EXPECT_EQ(Browse(L"c:\\windows", with_edit | BIF_NEWDIALOGSTYLE, false,
-                     {EditStands, look, keep, Sized(80), look, Sized(-60), look, Sized(-400), look, PressCancel}),
-              2);
+    const DialogDriver driver({texts_stand, [&] { return Press(dialog(), IDCANCEL); }});
+    EXPECT_EQ(_BrowseForFolder(session, L"", nullptr, L"", nullptr, with_edit, buffer, MAX_PATH, 0), 2);
 }
 
 TEST_F(FolderPicker, LeavesTheThreadsWayOfSharingObjectsAsItWas)
 {
-    ASSERT_EQ(Browse(L"c:\\", with_edit, false, {EditStands, PressCancel}), 2);
+    ASSERT_EQ(Browse(session, {L"c:\\", {EditStands, PressCancel}}), L"2 c:");
     ASSERT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK) << "the picker left the thread with a way";
-    EXPECT_EQ(Browse(L"c:\\windows", with_edit | BIF_NEWDIALOGSTYLE, false, {EditStands, PressOk}), 1);
-    EXPECT_STREQ(Path(), L"c:\\windows");
+    EXPECT_EQ(Browse(session, {L"c:\\windows", {EditStands, PressOk}, with_edit | BIF_NEWDIALOGSTYLE}),
+              L"1 c:\\windows");
     CoUninitialize();
 }
 
@@ -450,7 +367,7 @@ TEST_F(FolderPicker, EndsWithTheErrorWhenMemoryRunsOutInside)
         return Type(L"c:\\a text that is not short");
     };
     try {
-        Browse(L"c:\\", with_edit, false, {EditStands, run_out});
+        Browse(session, {L"c:\\", {EditStands, run_out}});
     } catch (const vh::com_exception& failure) {
         code = failure.code();
     }
