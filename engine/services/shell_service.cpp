@@ -132,9 +132,10 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     file.flags = file_always_overwrite;
     file.kind = LogKind::shell;
     file.loose = loose;
-    // A shortcut of somebody else comes back at removal.
-    if (!loose && there.file() && !IsOurs(core, file, there))
-        file.previous = ReadWhole(path, largest_shortcut);
+    // A shortcut of somebody else comes back at removal, however often ours is written.
+    if (!loose && there.file())
+        file.previous = IsOurs(core, file, there) ? FromHex(core.log->Newest(file.kind, path)->oldData)
+                                                  : ReadWhole(path, largest_shortcut);
     WriteAllOrNothing(core, {&file, 1}, {[](uint64_t, const FileToWrite&) {}});
 }
 

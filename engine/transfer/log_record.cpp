@@ -123,6 +123,9 @@ bool IsShortcutName(const std::wstring& path)
     return path.size() > extension.size() && SameText(path.substr(path.size() - extension.size()), extension);
 }
 
+// Numbers count on from here without an end in sight.
+constexpr long largest_number = 1'000'000'000;
+
 // Names that only a forged record holds lead to files of others.
 bool IsTrusted(const LogRecord& record)
 {
@@ -186,7 +189,8 @@ std::optional<LogRecord> FromLine(std::string_view text)
         if (const auto texts = line.find("texts"); texts != line.end())
             for (const auto& [key, value] : texts->items())
                 record.texts[ToWide(key)] = ToWide(value.get<std::string>());
-        if (record.id > 0 && record.run >= 0 && IsTrusted(record))
+        if (record.id > 0 && record.id <= largest_number && record.run >= 0 && record.run <= largest_number &&
+            IsTrusted(record))
             return record;
     } catch (const json::exception&) {
         // Well-formed by its sum, but no record.

@@ -168,6 +168,14 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
     RecoverRuns(log);
     auto results = UndoRecords(
         log, Undo::removal, [](const LogRecord&) { return true; }, onRemoval);
+    // What a killed run took away and no removal knows of gets a second chance, and stays recorded without it.
+    if (!log.UnfinishedRuns().empty())
+        for (Removal& left : RecoverRuns(log))
+            if (left.outcome == RemovalOutcome::failed) {
+                results.push_back(std::move(left));
+                if (onRemoval)
+                    onRemoval(results.back());
+            }
     // Folders and keys that others use are all that may be left when nothing failed.
     if (!AnyFailed(results))
         log.Clear();

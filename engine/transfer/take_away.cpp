@@ -116,13 +116,17 @@ std::vector<Removal> TakeBack(Core& core, const RecordFilter& wanted)
     for (std::size_t i = core.log->Records().size(); i-- > 0;) {
         const LogRecord record = core.log->Records()[i];
         const bool taken = IsFile(record.kind) || record.kind == LogKind::value;
-        if (!taken || !IsForRemoval(record) || core.log->Undone(record) || !wanted(record))
+        if (!taken || !IsForRemoval(record) || core.log->Undone(record))
             continue;
-        if (IsFile(record.kind) && !seen.insert(Upper(record.what)).second) {
-            // An older record of a file that has gone with the newest one.
+        if (IsFile(record.kind) && seen.contains(Upper(record.what))) {
+            // An older record, also of another feature, of a file that has gone with the newest one.
             Forget(core, record);
             continue;
         }
+        if (!wanted(record))
+            continue;
+        if (IsFile(record.kind))
+            seen.insert(Upper(record.what));
         results.push_back(TakeOneBack(core, record));
     }
     return results;

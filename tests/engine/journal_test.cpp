@@ -1,4 +1,6 @@
 // The install log as a journal: claims, damage, full disks, and the way back of every step.
+#include <limits>
+
 #include "../../engine/transfer/log_record.h"
 #include "../support/import_patch.h"
 #include "setup_folder.h"
@@ -204,6 +206,29 @@ TEST_F(Journal, TheOriginalOfAStepThatCouldNotBeUndoneComesBackAtRemoval)
     ExpectAsBefore();
 }
 
+// A removal that can't finish a killed run's rollback says so and keeps the record of what waits.
+TEST_F(Journal, ARemovalForgetsNothingThatCouldNotBeUndone)
+{
+    const std::wstring path = folder.Target(L"one.lnk");
+    const std::wstring waiting = folder.Target(L".~vh123456789abc-1.old");
+    WriteText(waiting, "user's");
+    LogRecord taken;
+    taken.kind = LogKind::taken;
+    taken.id = taken.run = 1;
+    taken.what = path;
+    taken.backup = waiting;
+    const std::wstring log = engine->LogFile();
+    engine.reset();
+    WriteText(log, Lines({taken}));
+    WriteText(path, "somebody else's");
+    EXPECT_TRUE(AnyFailed(Uninstall(log)));
+    EXPECT_EQ("user's", ReadWhole(waiting, 100));
+    RemoveFile(path);
+    EXPECT_FALSE(AnyFailed(Uninstall(log)));
+    EXPECT_EQ("user's", ReadWhole(path, 100));
+    EXPECT_FALSE(Exists(log));
+}
+
 // Each destructive step of a maintenance run, and a rollback of all.
 TEST_F(Journal, EveryStepOfAMaintenanceRunHasItsWayBack)
 {
@@ -271,6 +296,46 @@ TEST_F(Journal, FoldersStayOwnedUntilTheyAreGoneAndUnselectingIsRemembered)
     EXPECT_EQ((std::vector<std::wstring>{}), Tree(folder.Target()));
 }
 
+// A later product file gives the target to another feature: it goes with that one, and no older record stays.
+TEST_F(Journal, AFileGoesWithTheFeatureThatWroteItLast)
+{
+    for (const char* files : {R"(["a.bin"]}]}, {"name": "G")", R"(["c.bin"]}]}, {"name": "G", "files": [{"name": "g",
+                              "files": [{"path": "b.bin", "name": "a.bin"}]}])"}) {
+        folder.Product(R"("features": [{"name": "F", "files": [{"name": "g", "files": )" + std::string(files) + "}]");
+        Reopen();
+        engine->Host().query<ISetupFeatureHost>()->Reinstall(VARIANT_FALSE);
+        Feature(*engine, {L"G"})->SetSelected(2);
+        Install();
+    }
+    Reopen();
+    Feature(*engine, {L"G"})->SetSelected(0);
+    Install();
+    Reopen();
+    ASSERT_EQ(1u, engine->Installed().size());
+    EXPECT_EQ(folder.Target(L"c.bin"), engine->Installed().front().target);
+}
+
+TEST_F(Journal, AShortcutOfTheUsersComesBackHoweverOftenOursIsWritten)
+{
+    const std::wstring path = folder.Target(L"menu\\one.lnk");
+    std::string users;
+    for (const wchar_t* target : {L"C:\\of the user.exe", L"C:\\one.exe", L"C:\\the second.exe"}) {
+        Reopen();
+        com_ptr<ISetupShortcut> shortcut;
+        ASSERT_EQ(S_OK, ServiceOf<ISetupShell>(*engine)->NewItem(shortcut.put()));
+        shortcut->SetTarget(bstr(target).get());
+        variant name(path.c_str());
+        const auto log = users.empty() ? com_ptr<ISetupLog>() : ServiceOf<ISetupLog>(*engine);
+        ASSERT_EQ(S_OK, shortcut->Save(log.get(), &name.get())) << ToUtf8(LastReason(*engine));
+        engine->Commit();
+        if (users.empty())
+            users = ReadWhole(path, 10'000);
+    }
+    engine.reset();
+    Uninstall(LogFile());
+    EXPECT_EQ(users, ReadWhole(path, 10'000));
+}
+
 TEST_F(Journal, ARunThatOnlyUnselectsWhatHasNoFilesIsRecorded)
 {
     folder.Product(R"("features": [{"name": "F", "files": [{"name": "g", "files": ["a.bin"]}]}, {"name": "Empty"}])");
@@ -332,7 +397,7 @@ TEST_F(Journal, ForgedRecordsReachNoFileOfOthers)
     file.id = 900;
     file.run = 1;
     file.what = folder.Target(L"a.bin");
-    std::vector<LogRecord> forged(6, file);
+    std::vector<LogRecord> forged(7, file);
     forged[0].temp = victim;
     forged[1].backup = victim;
     forged[2].backup = folder.Target(L"bin\\.~vh123456789abc-1.old");
@@ -341,6 +406,8 @@ TEST_F(Journal, ForgedRecordsReachNoFileOfOthers)
     forged[4].what = victim + L".lnk";
     forged[4].oldData = L"6869";
     forged[5].kind = LogKind::taken;
+    forged[6].id = std::numeric_limits<long>::max();
+    EXPECT_FALSE(FromLine(ToLine(forged[6]))) << "numbers could not go on from there";
     WriteText(folder.Target(L"bin\\.~vh123456789abc-1.old"), "waits");
     for (const bool unfinished : {false, true}) {
         WriteText(victim, "victim");
