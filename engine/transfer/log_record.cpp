@@ -111,12 +111,6 @@ constexpr std::size_t sum_member_size = 18;
 // A full path without parts that lead elsewhere.
 bool IsPlainPath(const std::wstring& path) { return !DriveOf(path).empty() && FullPath(path) == path; }
 
-// What a restored shortcut has to begin with: the header of the shell's own format.
-bool IsShortcutContent(const std::wstring& hex)
-{
-    return Upper(std::wstring_view(hex).substr(0, 40)) == L"4C0000000114020000000000C000000000000046";
-}
-
 bool IsShortcutName(const std::wstring& path)
 {
     constexpr std::wstring_view extension = L".lnk";
@@ -138,8 +132,7 @@ bool IsTrusted(const LogRecord& record)
     const bool path = IsFile(record.kind) || record.kind == LogKind::folder || record.kind == LogKind::taken;
     if (path && !IsPlainPath(record.what))
         return false;
-    return record.oldData.empty() || record.kind == LogKind::value ||
-           (path && IsShortcutName(record.what) && IsShortcutContent(record.oldData));
+    return record.oldData.empty() || record.kind == LogKind::value || (path && IsShortcutName(record.what));
 }
 
 } // namespace
