@@ -1,5 +1,6 @@
 #include "core.h"
 
+#include <algorithm>
 #include <array>
 
 #include <shlobj.h>
@@ -84,9 +85,7 @@ Core::Core(Options given) : options(std::move(given)), product(std::make_shared<
         options.dataDir = DefaultDataDir();
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
-    for (const long line : log->DamagedLines())
-        Report({Severity::warning, log->File(), L"line " + Number(line) + L" is damaged and was passed over",
-                HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT)});
+    ReportDamage();
     support = std::make_unique<SupportFolder>(contextGuid);
     supportDir = support->path();
     CopySupportFiles(*product->product, supportDir);
@@ -94,6 +93,20 @@ Core::Core(Options given) : options(std::move(given)), product(std::make_shared<
 }
 
 Core::~Core() = default;
+
+void Core::ReportDamage()
+{
+    // A log that became something else may have millions of them.
+    constexpr std::size_t told_lines = 20;
+    const std::vector<long>& lines = log->DamagedLines();
+    const auto warn = [&](const std::wstring& reason) {
+        Report({Severity::warning, log->File(), reason, HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT)});
+    };
+    for (std::size_t i = 0; i < std::min(lines.size(), told_lines); ++i)
+        warn(L"line " + Number(lines[i]) + L" is damaged and was passed over");
+    if (lines.size() > told_lines)
+        warn(L"so were " + Number(static_cast<int64_t>(lines.size() - told_lines)) + L" further lines");
+}
 
 void Core::SetVariables()
 {

@@ -64,6 +64,7 @@ public:
 
 private:
     std::optional<std::wstring> Variable(std::wstring_view name, bool local) const;
+    void ReportDamage();
     void SetVariables();
 };
 

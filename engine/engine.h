@@ -68,12 +68,13 @@ enum class RemovalOutcome {
     kept_not_empty, // a folder with other files in it
     kept_permanent, // marked as not to be removed
     kept_found,     // was there, the same, before the product
+    unreadable,     // a damaged line of the log: what it told of stays
     failed,
 };
 
 struct Removal {
     RemovalOutcome outcome;
-    // "file", "folder", "key", "value", "shell".
+    // "file", "folder", "key", "value", "shell", "line".
     std::wstring kind;
     // The path, or root\key[\value].
     std::wstring what;

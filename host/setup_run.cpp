@@ -182,6 +182,7 @@ std::wstring NameOf(const vh::engine::Removal& removal)
         {RemovalOutcome::kept_not_empty, L"kept, not empty"},
         {RemovalOutcome::kept_permanent, L"kept, permanent"},
         {RemovalOutcome::kept_found, L"kept, was there before"},
+        {RemovalOutcome::unreadable, L"unreadable in the log"},
         {RemovalOutcome::failed, L"FAILED"},
     };
     for (const auto& [outcome, word] : words)

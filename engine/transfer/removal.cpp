@@ -160,22 +160,38 @@ void TidyUp(InstallLog& log)
             log.TryFinish(run, LogKind::clean);
 }
 
+namespace {
+
+bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& what)
+{
+    return std::any_of(removals.begin(), removals.end(), [&](const Removal& removal) {
+        return removal.outcome == RemovalOutcome::failed && removal.what == what;
+    });
+}
+
+} // namespace
+
 std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
 {
     if (!FactsOf(logFile).file())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile, L"there is no install log");
     InstallLog log(logFile);
+    const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
     auto results = UndoRecords(
         log, Undo::removal, [](const LogRecord&) { return true; }, onRemoval);
+    const auto tell = [&](Removal removal) {
+        results.push_back(std::move(removal));
+        if (onRemoval)
+            onRemoval(results.back());
+    };
+    for (const long line : damaged)
+        tell({RemovalOutcome::unreadable, L"line", logFile + L": " + Number(line), {}});
     // What a killed run took away and no removal knows of gets a second chance, and stays recorded without it.
     if (!log.UnfinishedRuns().empty())
         for (Removal& left : RecoverRuns(log))
-            if (left.outcome == RemovalOutcome::failed) {
-                results.push_back(std::move(left));
-                if (onRemoval)
-                    onRemoval(results.back());
-            }
+            if (left.outcome == RemovalOutcome::failed && !IsAmongFailed(results, left.what))
+                tell(std::move(left));
     // Folders and keys that others use are all that may be left when nothing failed.
     if (!AnyFailed(results))
         log.Clear();

@@ -147,7 +147,7 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
     });
     for (const Removal& removal : removed)
         if (removal.outcome == RemovalOutcome::failed)
-            core.Report({Severity::warning, removal.what, L"can't be removed: " + removal.reason, E_FAIL});
+            core.Report({Severity::warning, removal.what, L"stays: " + removal.reason, E_FAIL});
 }
 
 } // namespace vh::engine
