@@ -54,6 +54,16 @@ RegistryPlace PlaceOf(std::wstring_view name)
     return place;
 }
 
+bool IsPlaceName(std::wstring_view name)
+{
+    const std::size_t slash = name.find(L'\\');
+    std::wstring_view root = name.substr(0, slash);
+    if (root.ends_with(view32_mark))
+        root.remove_suffix(view32_mark.size());
+    return slash != name.npos && std::any_of(std::begin(root_names), std::end(root_names),
+                                             [&](const RootName& entry) { return root == entry.name; });
+}
+
 RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32)
 {
     RegistryPlace place;

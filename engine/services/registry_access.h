@@ -26,6 +26,8 @@ struct RegistryPlace {
 
 // Throws for a root that does not exist. Backslashes at the end of a key do not count.
 RegistryPlace PlaceOf(std::wstring_view name);
+// Whether it begins with a root that there is; the key behind the backslash may be empty.
+bool IsPlaceName(std::wstring_view name);
 RegistryPlace PlaceOf(LONG64 root, std::wstring_view key, bool view32);
 // The same place below the run's own root, where it has one. A remote key is no place of this machine and stays.
 RegistryPlace Redirected(const Core& core, RegistryPlace place);

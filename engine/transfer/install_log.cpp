@@ -67,6 +67,9 @@ void InstallLog::Claim()
         const DWORD code = GetLastError();
         if (code == ERROR_SHARING_VIOLATION)
             ThrowClaimed();
+        if (code == ERROR_ACCESS_DENIED && attempt == 0 && FactsOf(m_file).file() &&
+            SetFileAttributesW(LongPath(m_file).c_str(), FILE_ATTRIBUTE_NORMAL))
+            continue;
         if (code != ERROR_PATH_NOT_FOUND || attempt == 3)
             ThrowFileError(m_file, cant_write, code);
     }
@@ -100,7 +103,11 @@ void InstallLog::Read()
         const std::size_t end = content.find('\n', start);
         if (end == std::string::npos)
             break;
-        if (auto record = FromLine(std::string_view(content).substr(start, end - start))) {
+        std::string_view line = std::string_view(content).substr(start, end - start);
+        // An editor's line ends are no damage.
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        if (auto record = FromLine(line)) {
             Keep(std::move(*record));
         } else {
             m_damaged.push_back(static_cast<long>(number));

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "../product/json_reader.h"
+#include "../services/registry_access.h"
 
 namespace vh::engine {
 
@@ -128,6 +129,9 @@ bool IsTrusted(const LogRecord& record)
     if (!record.backup.empty() && !IsAsideOf(record.backup, record.what))
         return false;
     if (record.kind == LogKind::taken && record.backup.empty())
+        return false;
+    const bool place = record.kind == LogKind::key || record.kind == LogKind::value || record.kind == LogKind::unkey;
+    if (place && !IsPlaceName(record.what))
         return false;
     const bool path = IsFile(record.kind) || record.kind == LogKind::folder || record.kind == LogKind::taken;
     if (path && !IsPlainPath(record.what))

@@ -129,6 +129,22 @@ TEST_F(Journal, OneChangedByteCostsNoMoreThanItsLine)
     }
 }
 
+TEST_F(Journal, AnEditorsMarksDoNoHarm)
+{
+    const std::wstring log = Install();
+    std::string content = ReadWhole(log, 100'000);
+    for (std::size_t end = 0; (end = content.find('\n', end)) != content.npos; end += 2)
+        content.replace(end, 1, "\r\n");
+    WriteText(log, content);
+    SetFileAttributesW(log.c_str(), FILE_ATTRIBUTE_READONLY);
+    Reopen();
+    EXPECT_TRUE(engine->Messages().empty());
+    EXPECT_EQ(4u, engine->Installed().size());
+    engine.reset();
+    Uninstall(log);
+    EXPECT_EQ((std::vector<std::wstring>{L"bin", L"bin\\mine.txt"}), Tree(folder.Target()));
+}
+
 TEST_F(Journal, CutAnywhereLeavesTheUsersFilesAndANextRun)
 {
     ASSERT_EQ(S_OK, MoveAll(*engine));
@@ -413,6 +429,13 @@ TEST_F(Journal, ForgedRecordsReachNoFileOfOthers)
     forged[5].kind = LogKind::taken;
     forged[6].id = std::numeric_limits<long>::max();
     EXPECT_FALSE(FromLine(ToLine(forged[6]))) << "numbers could not go on from there";
+    for (const auto& [place, good] :
+         {std::pair(L"HKCU\\A", true), {L"HKLM/32\\", true}, {L"HKXX\\A", false}, {L"", false}}) {
+        LogRecord key = file;
+        key.kind = LogKind::key;
+        key.what = place;
+        EXPECT_EQ(good, FromLine(ToLine(key)).has_value()) << ToUtf8(place);
+    }
     WriteText(folder.Target(L"bin\\.~vh123456789abc-1.old"), "waits");
     for (const bool unfinished : {false, true}) {
         WriteText(victim, "victim");
