@@ -12,7 +12,7 @@ namespace vh {
 inline int32_t AddTexts(ObjectContext& context, ListHandle list, const safe_array& texts)
 {
     return texts.for_each([&](const variant& text) {
-        return context.lists.Find(list).AddString(stringx(text.text()).c_str(), ListAddAfter) < 0 ? -1 : 0;
+        return context.lists.Find(list).TakeString(stringx(text.text()), ListAddAfter) < 0 ? -1 : 0;
     });
 }
 

@@ -14,11 +14,6 @@ constexpr std::wstring_view extension = L".lnk";
 constexpr uint64_t largest_shortcut = 1 << 20;
 constexpr HRESULT not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
 
-bool IsShortcut(std::wstring_view name)
-{
-    return name.size() > extension.size() && SameText(name.substr(name.size() - extension.size()), extension);
-}
-
 // Names in a folder: those of its folders, or those of its shortcuts without extension.
 std::vector<std::wstring> NamesIn(const std::wstring& folder, bool folders)
 {
@@ -26,7 +21,7 @@ std::vector<std::wstring> NamesIn(const std::wstring& folder, bool folders)
     for (const Entry& entry : ListFolder(folder)) {
         if (folders && entry.facts.folder())
             names.push_back(entry.name);
-        else if (!folders && entry.facts.file() && IsShortcut(entry.name))
+        else if (!folders && entry.facts.file() && IsShortcutName(entry.name))
             names.push_back(entry.name.substr(0, entry.name.size() - extension.size()));
     }
     return names;
@@ -51,7 +46,7 @@ void CheckRemovable(const std::wstring& folder)
         // What the run took away and may bring back goes along.
         if (IsAsideName(entry.name))
             continue;
-        if (!entry.facts.file() || !IsShortcut(entry.name))
+        if (!entry.facts.file() || !IsShortcutName(entry.name))
             ThrowFileError(folder, L"can't remove the folder", ERROR_DIR_NOT_EMPTY);
         shortcuts.push_back(JoinPath(folder, entry.name));
     }
@@ -109,7 +104,7 @@ std::wstring ShellFolderPath(const Core& core, std::wstring_view name)
 std::wstring ShortcutPath(const Core& core, std::wstring_view name)
 {
     const std::wstring path = ShellFolderPath(core, name);
-    return IsShortcut(path) ? path : path + std::wstring(extension);
+    return IsShortcutName(path) ? path : path + std::wstring(extension);
 }
 
 void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, const std::wstring& feature, bool loose)

@@ -112,12 +112,6 @@ constexpr std::size_t sum_member_size = 18;
 // A full path without parts that lead elsewhere.
 bool IsPlainPath(const std::wstring& path) { return !DriveOf(path).empty() && FullPath(path) == path; }
 
-bool IsShortcutName(const std::wstring& path)
-{
-    constexpr std::wstring_view extension = L".lnk";
-    return path.size() > extension.size() && SameText(path.substr(path.size() - extension.size()), extension);
-}
-
 // Numbers count on from here without an end in sight.
 constexpr long largest_number = 1'000'000'000;
 
@@ -238,6 +232,12 @@ bool IsAsideName(std::wstring_view name)
             name.substr(aside_mark.size(), name.size() - aside_mark.size() - ending.size());
         return middle.find_first_not_of(L"0123456789abcdef-") == middle.npos;
     });
+}
+
+bool IsShortcutName(std::wstring_view path)
+{
+    constexpr std::wstring_view extension = L".lnk";
+    return path.size() > extension.size() && SameText(path.substr(path.size() - extension.size()), extension);
 }
 
 bool IsAsideOf(const std::wstring& aside, const std::wstring& target)

@@ -90,6 +90,8 @@ std::wstring Readable(const LogRecord& record);
 // A name beside `target`, for a file on its way in (L"new") or out (L"old"). `token` tells one log from another, the
 // number one name of it from the next.
 std::wstring AsideName(const std::wstring& target, const std::wstring& token, long number, const wchar_t* ending);
+// Whether the name is that of a shortcut.
+bool IsShortcutName(std::wstring_view path);
 // Whether a file's name has that form, and whether `aside` is such a name beside `target`.
 bool IsAsideName(std::wstring_view name);
 bool IsAsideOf(const std::wstring& aside, const std::wstring& target);

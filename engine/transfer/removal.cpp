@@ -116,10 +116,11 @@ bool DropBackup(const LogRecord& record)
     // A folder of shortcuts, with what the run took out of it before, or a link; whatever else got into it stays.
     if (!(waiting.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
         for (const Entry& entry : ListFolder(record.backup)) {
-            if (entry.facts.file())
-                RemoveFile(JoinPath(record.backup, entry.name));
-            else if (IsAsideName(entry.name))
+            const bool aside = IsAsideName(entry.name);
+            if (entry.facts.folder() && aside)
                 RemoveTree(JoinPath(record.backup, entry.name));
+            else if (aside || IsShortcutName(entry.name))
+                RemoveFile(JoinPath(record.backup, entry.name));
         }
     return RemoveDirectoryW(LongPath(record.backup).c_str()) != 0;
 }

@@ -52,19 +52,16 @@ RemovalOutcome TakeFileBack(Core& core, const LogRecord& file)
         return RemovalOutcome::removed;
     }
     // The shortcut that stood there before comes back; its facts tell a rollback what to replace.
-    const std::string content = FromHex(file.oldData);
-    const std::wstring aside = core.log->NewAside(file.what, L"new");
-    if (!WriteWhole(aside, content)) {
-        const DWORD code = GetLastError();
-        RemoveFile(aside);
-        ThrowFileError(file.what, L"can't be restored", code);
-    }
-    const FileFacts before = FactsOf(aside);
-    record.temp = aside;
+    const std::wstring draft = JoinPath(core.supportDir, L"restored");
+    if (!WriteWhole(draft, FromHex(file.oldData)))
+        ThrowFileError(file.what, L"can't be restored", GetLastError());
+    const FileFacts before = FactsOf(draft);
+    const std::wstring aside = record.temp = core.log->NewAside(file.what, L"new");
     record.size = before.size;
     record.time = before.time;
     MoveAside(core, std::move(record));
-    if (!MoveFileExW(LongPath(aside).c_str(), LongPath(file.what).c_str(), 0)) {
+    if (!CopyFileW(LongPath(draft).c_str(), LongPath(aside).c_str(), TRUE) ||
+        !MoveFileExW(LongPath(aside).c_str(), LongPath(file.what).c_str(), 0)) {
         const DWORD code = GetLastError();
         RemoveFile(aside);
         ThrowFileError(file.what, L"can't be restored", code);

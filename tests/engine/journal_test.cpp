@@ -336,6 +336,41 @@ TEST_F(Journal, AFileGoesWithTheFeatureThatWroteItLast)
     EXPECT_EQ(folder.Target(L"c.bin"), engine->Installed().front().target);
 }
 
+TEST_F(Journal, AShortcutOfTheUsersComesBackWithItsUnselectedFeature)
+{
+    const std::wstring path = folder.Target(L"menu\\one.lnk");
+    com_ptr<ISetupShortcut> shortcut;
+    ASSERT_EQ(S_OK, ServiceOf<ISetupShell>(*engine)->NewItem(shortcut.put()));
+    shortcut->SetTarget(bstr(L"C:\\of the user.exe").get());
+    variant name(path.c_str());
+    ASSERT_EQ(S_OK, shortcut->Save(nullptr, &name.get()));
+    shortcut.reset();
+    engine->Commit();
+    const std::string users = ReadWhole(path, 10'000);
+    folder.Product(R"("features": [{"name": "F"}, {"name": "G"}], "shellObjects": [
+        {"name": "one", "folder": "menu", "target": "C:\\a.exe", "feature": "F"}])");
+    Options options = folder.Given();
+    options.variables.emplace_back(L"PROGRAMS", folder.Target());
+    Reopen(options);
+    ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()))
+        << ToUtf8(LastReason(*engine));
+    engine->Commit();
+    const std::string ours = ReadWhole(path, 10'000);
+    EXPECT_NE(users, ours);
+    const auto installed = Tree(folder.Target());
+    for (const bool commit : {false, true}) {
+        Reopen(options);
+        Feature(*engine, {L"F"})->SetSelected(0);
+        ASSERT_EQ(S_OK, MoveAll(*engine));
+        EXPECT_EQ(users, ReadWhole(path, 10'000));
+        commit ? engine->Commit() : static_cast<void>(engine->Rollback());
+        EXPECT_EQ(commit ? users : ours, ReadWhole(path, 10'000));
+        EXPECT_EQ(installed, Tree(folder.Target()));
+    }
+    engine.reset();
+    EXPECT_FALSE(Exists(LogFile()));
+}
+
 TEST_F(Journal, AShortcutOfTheUsersComesBackHoweverOftenOursIsWritten)
 {
     const std::wstring path = folder.Target(L"menu\\one.lnk");
