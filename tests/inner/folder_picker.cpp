@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "../../dialogs/folder_picker.h"
-#include "../../dialogs/late_shell.h"
+#include "../../dialogs/late_dialogs.h"
 #include "../../scriptdata/task_memory.h"
 
 namespace {
