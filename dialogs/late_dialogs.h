@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include <ole2.h>
+#include <shellapi.h>
 #include <shlobj.h>
 
 #include "../scriptdata/late_windows.h"
@@ -47,6 +48,8 @@ inline constinit late_function<decltype(MapWindowPoints)> map_window_points(user
 inline constinit late_function<decltype(MessageBoxW)> message_box(user32, "MessageBoxW");
 inline constinit late_function<decltype(MonitorFromWindow)> monitor_from_window(user32, "MonitorFromWindow");
 inline constinit late_function<decltype(MoveWindow)> move_window(user32, "MoveWindow");
+inline constinit late_function<decltype(RegisterWindowMessageW)> register_window_message(user32,
+                                                                                         "RegisterWindowMessageW");
 inline constinit late_function<decltype(ScreenToClient)> screen_to_client(user32, "ScreenToClient");
 inline constinit late_function<decltype(SendMessageW)> send_message(user32, "SendMessageW");
 inline constinit late_function<decltype(SetActiveWindow)> set_active_window(user32, "SetActiveWindow");
@@ -75,5 +78,6 @@ inline constinit late_function<decltype(SHBrowseForFolderW)> browse_for_folder(s
 inline constinit late_function<decltype(SHGetPathFromIDListW)> path_from_id_list(shell32, "SHGetPathFromIDListW");
 inline constinit late_function<decltype(SHGetSpecialFolderLocation)>
     special_folder_location(shell32, "SHGetSpecialFolderLocation");
+inline constinit late_function<decltype(ShellExecuteW)> shell_execute(shell32, "ShellExecuteW");
 
 } // namespace vh::late

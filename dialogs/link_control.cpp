@@ -1,5 +1,6 @@
 #include "link_control.h"
 
+#include "html_control.h"
 #include "hyperlink_control.h"
 
 namespace vh {
@@ -21,7 +22,7 @@ std::unique_ptr<CLinkControlHolder> MakeLinkControl(LinkKind kind, HWND placehol
 {
     if (kind == LinkKind::link)
         return std::make_unique<CHyperlinkControl>(placeholder, id, dialog);
-    return nullptr;
+    return std::make_unique<CHtmlControl>(placeholder, id, dialog);
 }
 
 } // namespace vh
