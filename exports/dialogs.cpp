@@ -3,27 +3,16 @@
 
 #include "../dialogs/status_window.h"
 #include "../runtime/context.h"
-#include "../runtime/frame.h"
+#include "../runtime/own_windows.h"
 #include "../scriptdata/results.h"
 #include "pending.h"
 
 using namespace vh::pending;
 
-namespace {
-
-// -1 as for no context where the engine shows its own windows.
-template <class Body>
-auto OwnUi(ObjectContext* context, Body&& body)
-{
-    return vh::Framed(context && !context->externalUi ? context : nullptr, body);
-}
-
-} // namespace
-
 int32_t _DefineDialog(ObjectContext* context, const wchar_t* name, HMODULE module, const wchar_t* library,
                       int32_t resource, const wchar_t* resourceName, int32_t, HWND parent, int32_t style)
 {
-    return OwnUi(context, [&](ObjectContext& c) {
+    return vh::WithOwnWindows(context, [&](ObjectContext& c) {
         const auto main_window = reinterpret_cast<HWND>(intptr_t{-2});
         const DialogDefinition definition{
             module, library, resource, resourceName, parent == main_window ? c.MainWindow() : parent, style};
@@ -41,7 +30,7 @@ int32_t _WaitOnDialog(ObjectContext* context, const wchar_t* name)
 
 int32_t _EndDialog(ObjectContext* context, const wchar_t* name)
 {
-    return OwnUi(context, [&](ObjectContext& c) -> int32_t {
+    return vh::WithOwnWindows(context, [&](ObjectContext& c) -> int32_t {
         const stringx ended(name);
         if (ended == progress_dialog)
             return vh::StatusWindow(c.dialogs).Close();
@@ -93,7 +82,7 @@ int32_t _GetCurrentDialogName(ObjectContext* context, wchar_t* buffer, int32_t s
 
 int32_t _DialogSetFont(ObjectContext* context, const wchar_t* face, int32_t size)
 {
-    return OwnUi(context, [&](ObjectContext& c) {
+    return vh::WithOwnWindows(context, [&](ObjectContext& c) {
         c.dialogs.SetFont(face, static_cast<uint16_t>(size));
         return 0;
     });

@@ -3,7 +3,7 @@
 
 #include "../dialogs/status_window.h"
 #include "../runtime/context.h"
-#include "../runtime/frame.h"
+#include "../runtime/own_windows.h"
 
 namespace {
 
@@ -24,8 +24,7 @@ int32_t _EnableStatus(ObjectContext* context, int32_t style)
 
 int32_t _DisableStatus(ObjectContext* context)
 {
-    return vh::Framed(context && !context->externalUi ? context : nullptr,
-                      [](ObjectContext& c) { return vh::StatusWindow(c.dialogs).Close(); });
+    return vh::WithOwnWindows(context, [](ObjectContext& c) { return vh::StatusWindow(c.dialogs).Close(); });
 }
 
 int32_t _StatusUpdate(ObjectContext* context, int32_t link, int16_t position)
