@@ -36,10 +36,10 @@ int32_t GiveObject(ObjectContext* context, const vh::variant* index, VARIANT* ob
     return vh::Mapped(context, [&](ObjectContext& c) -> int32_t {
         if (!index)
             return vh::InterfaceResult(c.host.get(), object, -1);
-        if (!c.objects)
-            return -1;
         if (const HRESULT code = vh::ClearResult(object); FAILED(code))
             return code;
+        if (!c.objects)
+            return -1;
         vh::com_ptr<IUnknown> found;
         const HRESULT code = c.objects->Item(index->get(), found.put());
         if (FAILED(code))

@@ -303,6 +303,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
         const test::BareContext bare;
         EXPECT_EQ(_GetObject(bare, name, &named.get()), -1) << name;
         EXPECT_EQ(_GetObjectByIndex(bare, index, &numbered.get()), -1) << index;
+        EXPECT_TRUE(named.type() == VT_EMPTY && numbered.type() == VT_EMPTY) << name;
         EXPECT_EQ(_GetObjectCount(bare, &count), -1);
     }
     variant object;

@@ -203,6 +203,11 @@ TEST(FileMedia, LooksDownPathsOfAnyDepth)
     EXPECT_EQ(session.CallsOf(L"ISetupItems.Item"), 2) << "no level below one that is not there";
     for (const wchar_t* path : {L"\\", L"\\Tools", L"Tools\\", L"Tools\\\\Extra"})
         EXPECT_EQ(_ComponentIsItemSelected(session, data, path), -105) << std::wstring(path);
+    session.calls().FailCall(L"ISetupItem.GetChildren", E_INVALIDARG);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core\\x"), -105);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core"), E_INVALIDARG) << "the item itself is there";
+    session.calls().FailCall(L"ISetupItem.GetName", E_INVALIDARG);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", 0), -105);
 }
 
 TEST(FileMedia, ShiftsDisplayOrdersByTheBase)
