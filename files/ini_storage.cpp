@@ -120,15 +120,18 @@ bool MayGo(const stringx& path)
 
 // The new file takes the name, the attributes and the access list of the old one. False when that is refused, and
 // the old file is untouched.
-bool Exchange(const stringx& made, const stringx& path, DWORD attributes)
+bool Exchange(new_file& made, const stringx& path, DWORD attributes)
 {
     if (!MayGo(path))
         return false;
-    SetFileAttributesW(made.c_str(), attributes);
-    if (ReplaceFileW(path.c_str(), made.c_str(), nullptr, 0, nullptr, nullptr))
+    SetFileAttributesW(made.name.c_str(), attributes);
+    if (ReplaceFileW(path.c_str(), made.name.c_str(), nullptr, 0, nullptr, nullptr))
         return true;
-    // One of the failures leaves nothing under the old name.
-    return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && MoveFileExW(made.c_str(), path.c_str(), 0);
+    if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES)
+        return false;
+    // One of the failures leaves nothing under the old name; then the new file is all that there is.
+    made.stays = true;
+    return MoveFileExW(made.name.c_str(), path.c_str(), 0);
 }
 
 std::string ContentOf(const stringx& path)
@@ -194,7 +197,7 @@ void PutFile(const stringx& path, std::string_view bytes)
     if (!exists) {
         if (!MoveFileExW(made.name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
             throw vh::win32_exception(GetLastError());
-    } else if (!Exchange(made.name, path, attributes)) {
+    } else if (!Exchange(made, path, attributes)) {
         WriteInPlace(path, bytes);
     }
 }

@@ -513,6 +513,25 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
     }
 }
 
+// An exchange that fails when the old file has gone already.
+TEST(IniFile, KeepsTheNewContentWhenTheOldIsLost)
+{
+    const vh::test::ImportPatch replace(
+        GetModuleHandleW(nullptr), "ReplaceFileW",
+        reinterpret_cast<void*>(+[](LPCWSTR old, LPCWSTR, LPCWSTR, DWORD, void*, void*) WINAPI -> BOOL {
+            DeleteFileW(old);
+            return FALSE;
+        }));
+    Loaded file("[a]\nx=1\n");
+    EXPECT_EQ(file.Saved(), "[a]\r\nx=1\r\n");
+    const vh::test::ImportPatch move(
+        GetModuleHandleW(nullptr), "MoveFileExW",
+        reinterpret_cast<void*>(+[](LPCWSTR, LPCWSTR, DWORD) WINAPI -> BOOL { return FALSE; }));
+    EXPECT_FALSE(file.document.save(0, 0, false));
+    ASSERT_EQ(EntriesIn(file.folder), 1);
+    EXPECT_EQ(BytesOf(std::filesystem::directory_iterator(file.folder.path())->path()), "[a]\r\nx=1\r\n");
+}
+
 TEST(IniFile, TakesTextsOfItsOwn)
 {
     Loaded file("[a long section name]\nkey of some length=value of some length\n");
@@ -532,11 +551,13 @@ TEST(IniFile, TakesTextsOfItsOwn)
     document.remove_sections(std::next(document.begin())->first.view().substr(0, 1));
     EXPECT_EQ(document.size(), 1u);
     // A path that is a section's name, which moves when the sections are sorted.
-    const std::wstring target = file.folder / L"n.ini";
-    document.section(target);
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(file.folder.path());
+    document.section(L"n.ini");
     document.section(L"0");
     EXPECT_TRUE(document.save_as(document.key_at(1), inifile_sort, 0, false));
-    EXPECT_EQ(document.get_path().view(), target);
+    EXPECT_EQ(document.get_path().view(), L"n.ini");
+    std::filesystem::current_path(before);
 }
 
 TEST(IniFile, MakesItsFolderAgainButNotInPlaceOfAFile)
