@@ -97,7 +97,8 @@ int32_t _ShowObjWizardPages(ObjectContext* context, int32_t value)
     while (position >= 1 && position <= count) {
         const vh::variant index(position);
         vh::com_ptr<IUnknown> object;
-        if (const HRESULT code = objects->Item(index.get(), object.put()); FAILED(code))
+        const HRESULT found = objects->Item(index.get(), object.put());
+        if (const HRESULT code = vh::Given(found, object); FAILED(code))
             return code;
         // An object without pages is passed over.
         if (const auto wizard = object.query<ISetupWizard>())

@@ -313,6 +313,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
         session.calls().FailCall(L"ISetupObjects.Item", code);
         EXPECT_EQ(_GetObject(session, L"none", object.put()), result);
         EXPECT_EQ(_GetObjectByIndex(session, 7, object.put()), result);
+        EXPECT_EQ(_ShowObjWizardPages(session, 3), code == S_FALSE ? E_POINTER : code);
     }
     VARIANT unclear{};
     unclear.vt = 0x0FFF;
