@@ -390,6 +390,9 @@ TEST(FileMedia, EnumeratesFilesByPattern)
     for (const auto& one : cases)
         EXPECT_EQ(Files(session, one.item, one.pattern, 0), one.files) << one.item << " " << one.pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
+    const long asked = session.CallsOf(L"ISetupItems.Item");
+    EXPECT_EQ(Files(session, std::wstring(300, L'x').c_str(), L"*", 0), L"-105");
+    EXPECT_EQ(session.CallsOf(L"ISetupItems.Item") - asked, 2) << "a path behind its root may have any length";
 }
 
 // Gives a payload file its last write, in local time.
