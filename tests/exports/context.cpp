@@ -303,6 +303,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
         const test::BareContext bare;
         EXPECT_EQ(_GetObject(bare, name, &named.get()), -1) << name;
         EXPECT_EQ(_GetObjectByIndex(bare, index, &numbered.get()), -1) << index;
+        EXPECT_TRUE(named.type() == VT_EMPTY && numbered.type() == VT_EMPTY) << name;
         EXPECT_EQ(_GetObjectCount(bare, &count), -1);
     }
     variant object;
@@ -312,6 +313,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
         session.calls().FailCall(L"ISetupObjects.Item", code);
         EXPECT_EQ(_GetObject(session, L"none", object.put()), result);
         EXPECT_EQ(_GetObjectByIndex(session, 7, object.put()), result);
+        EXPECT_EQ(_ShowObjWizardPages(session, 3), code == S_FALSE ? E_POINTER : code);
     }
     VARIANT unclear{};
     unclear.vt = 0x0FFF;

@@ -106,6 +106,10 @@ TEST_F(Folders, GetRealShortcuts)
     session->calls().Reset();
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 22, directory, icon, &index, key, &flags), 23);
     EXPECT_EQ(session->CallsOf(L"ISetupShortcut.GetWorkingDir"), 0) << "nothing is asked behind a refused command line";
+    key[0] = 0;
+    session->calls().FailCall(L"ISetupShortcut.GetShowCommand", E_ABORT);
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_ABORT);
+    EXPECT_STREQ(key, L"None") << "the texts are there before the show command is asked for";
     session->calls().FailCall(L"ISetupShell.OpenItem", S_FALSE);
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_POINTER)
         << "a success without a shortcut";

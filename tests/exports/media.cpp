@@ -203,6 +203,11 @@ TEST(FileMedia, LooksDownPathsOfAnyDepth)
     EXPECT_EQ(session.CallsOf(L"ISetupItems.Item"), 2) << "no level below one that is not there";
     for (const wchar_t* path : {L"\\", L"\\Tools", L"Tools\\", L"Tools\\\\Extra"})
         EXPECT_EQ(_ComponentIsItemSelected(session, data, path), -105) << std::wstring(path);
+    session.calls().FailCall(L"ISetupItem.GetChildren", E_INVALIDARG);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core\\x"), -105);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core"), E_INVALIDARG) << "the item itself is there";
+    session.calls().FailCall(L"ISetupItem.GetName", E_INVALIDARG);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", 0), -105);
 }
 
 TEST(FileMedia, ShiftsDisplayOrdersByTheBase)
@@ -385,6 +390,9 @@ TEST(FileMedia, EnumeratesFilesByPattern)
     for (const auto& one : cases)
         EXPECT_EQ(Files(session, one.item, one.pattern, 0), one.files) << one.item << " " << one.pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
+    const long asked = session.CallsOf(L"ISetupItems.Item");
+    EXPECT_EQ(Files(session, std::wstring(300, L'x').c_str(), L"*", 0), L"-105");
+    EXPECT_EQ(session.CallsOf(L"ISetupItems.Item") - asked, 2) << "a path behind its root may have any length";
 }
 
 // Gives a payload file its last write, in local time.

@@ -116,6 +116,12 @@ TEST(ScriptMedia, AddsUpWhatIsSelected)
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"a", 1, 0, 0),
               20 + (_ComponentIsItemSelected(context, mine, L"a") ? 10 : 0));
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"", 1, 0, 0), 0x7FFFFFFF);
+    // A size, or a wanted length, with the bits of a failure is none.
+    constexpr int32_t looks_failed = 0x4F066;
+    _ComponentAddItem(context, mine, L"e", looks_failed, 0);
+    EXPECT_EQ(_ComponentTotalSize(context, mine, L"e", 0, 0, 0), looks_failed);
+    _ComponentSetData(context, mine, L"e", 0, 0, std::wstring(looks_failed - 1, L'x').c_str());
+    EXPECT_EQ(_ComponentGetData(context, mine, L"e", 0, nullptr, nullptr, 1), looks_failed);
     int32_t size = 0;
     EXPECT_EQ(_ComponentGetItemSize(context, mine, L"a\\c", &size), 0);
     EXPECT_EQ(size, 40);

@@ -109,6 +109,8 @@ TEST(Trace, CutsLongDetails)
         const std::string expected = "C|S|" + std::string(std::min<size_t>(length, 16381), 'x') + "\r\n";
         EXPECT_EQ(DecodedTrace(path), expected) << length;
     }
+    VHRT_GET(library, _SetupTraceWrite)((std::wstring(16370, L'c') + L"http://u:secret@h").c_str(), L"", L"");
+    EXPECT_NE(DecodedTrace(path).find("chttp://u:***"), std::string::npos) << "cut inside a password";
 }
 
 TEST(Trace, NeverFailsItsCaller)

@@ -151,9 +151,11 @@ TEST(Targets, SaveAndLoadBothStores)
     EXPECT_EQ(get(local), L"local value");
     EXPECT_EQ(get(global), L"global value");
 
-    session.calls().FailCall(L"ISetupLogDB.GetStore", E_FAIL);
-    EXPECT_EQ(_ComponentSaveTarget(session, L"U"), 0) << "without the database the local store is saved alone";
-    session.calls().FailCall(L"ISetupLogDB.GetStore", S_OK);
+    for (const HRESULT code : {E_FAIL, S_FALSE, S_OK}) {
+        session.calls().FailCall(L"ISetupLogDB.GetStore", code);
+        EXPECT_EQ(_ComponentSaveTarget(session, L"U"), 0);
+        EXPECT_EQ(session.CallsOf(L"ISetupTextSub.Save(\"UGlobal\""), code == S_OK) << "only into a store";
+    }
     session.calls().FailCall(L"ISetupDataEx.GetTargetState", E_ACCESSDENIED);
     EXPECT_EQ(_ComponentSaveTarget(session, L"V"), E_ACCESSDENIED);
     session.calls().FailCall(L"ISetupDataEx.GetTargetState", S_OK);

@@ -434,6 +434,18 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
     }
 }
 
+decltype(&CreateFileW) real_create;
+std::wstring closed_folder;
+
+HANDLE WINAPI CreateOutside(LPCWSTR name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD disposition,
+                            DWORD flags, HANDLE pattern)
+{
+    if (disposition != CREATE_NEW || closed_folder.empty() || !std::wstring_view(name).starts_with(closed_folder))
+        return real_create(name, access, share, security, disposition, flags, pattern);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
+}
+
 // What others see of the file stays: its attributes, its other names, and the file that they have open.
 TEST(IniFile, SavesIntoTheFileThatOthersKnow)
 {
@@ -455,8 +467,18 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
                                                 OPEN_EXISTING, 0, nullptr));
          },
          0},
+        {"a folder that takes no new file",
+         [](const std::wstring& path, auto&) {
+             closed_folder = path.substr(0, path.rfind(L'\\'));
+             return vh::unique_file();
+         },
+         FILE_ATTRIBUTE_HIDDEN},
     };
+    const vh::test::ImportPatch outside(GetModuleHandleW(nullptr), "CreateFileW",
+                                        reinterpret_cast<void*>(&CreateOutside));
+    real_create = reinterpret_cast<decltype(&CreateFileW)>(outside.original());
     for (const auto& one : cases) {
+        closed_folder.clear();
         Loaded file("[a]\nx=1\nlong=a value that goes\n");
         SetFileAttributesW(file.path.c_str(), one.attributes ? one.attributes : DWORD{FILE_ATTRIBUTE_NORMAL});
         const std::wstring other = file.folder / L"other.ini";
@@ -491,6 +513,25 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
     }
 }
 
+// An exchange that fails when the old file has gone already.
+TEST(IniFile, KeepsTheNewContentWhenTheOldIsLost)
+{
+    const vh::test::ImportPatch replace(
+        GetModuleHandleW(nullptr), "ReplaceFileW",
+        reinterpret_cast<void*>(+[](LPCWSTR old, LPCWSTR, LPCWSTR, DWORD, void*, void*) WINAPI -> BOOL {
+            DeleteFileW(old);
+            return FALSE;
+        }));
+    Loaded file("[a]\nx=1\n");
+    EXPECT_EQ(file.Saved(), "[a]\r\nx=1\r\n");
+    const vh::test::ImportPatch move(
+        GetModuleHandleW(nullptr), "MoveFileExW",
+        reinterpret_cast<void*>(+[](LPCWSTR, LPCWSTR, DWORD) WINAPI -> BOOL { return FALSE; }));
+    EXPECT_FALSE(file.document.save(0, 0, false));
+    ASSERT_EQ(EntriesIn(file.folder), 1);
+    EXPECT_EQ(BytesOf(std::filesystem::directory_iterator(file.folder.path())->path()), "[a]\r\nx=1\r\n");
+}
+
 TEST(IniFile, TakesTextsOfItsOwn)
 {
     Loaded file("[a long section name]\nkey of some length=value of some length\n");
@@ -509,6 +550,14 @@ TEST(IniFile, TakesTextsOfItsOwn)
     EXPECT_TRUE(document.has_section(L"t0") && document.has_section(L"t49"));
     document.remove_sections(std::next(document.begin())->first.view().substr(0, 1));
     EXPECT_EQ(document.size(), 1u);
+    // A path that is a section's name, which moves when the sections are sorted.
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(file.folder.path());
+    document.section(L"n.ini");
+    document.section(L"0");
+    EXPECT_TRUE(document.save_as(document.key_at(1), inifile_sort, 0, false));
+    EXPECT_EQ(document.get_path().view(), L"n.ini");
+    std::filesystem::current_path(before);
 }
 
 TEST(IniFile, MakesItsFolderAgainButNotInPlaceOfAFile)
