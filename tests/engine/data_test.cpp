@@ -1,4 +1,3 @@
-#include <sstream>
 
 #include "../../engine/services/shell_link.h"
 #include "setup_folder.h"

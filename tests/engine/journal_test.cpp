@@ -1,5 +1,4 @@
 // The install log as a journal: claims, damage, full disks, and the way back of every step.
-#include <algorithm>
 #include <limits>
 
 #include "../../engine/transfer/log_record.h"

@@ -1,19 +1,14 @@
 // Calls out of the script: foreign functions, and processes of the test's own.
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <tlhelp32.h>
-
 #include "../../exports/vhrt/calls.h"
 #include "../../scriptdata/unique.h"
 #include "../support/import_patch.h"
+#include "../support/test.h"
 #include "../support/traced_library.h"
 
+#include <tlhelp32.h>
+
 using vh::unique_handle;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 // What the tests call: this program is a library of its own.
 extern "C" {
@@ -54,15 +49,13 @@ TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
 
 TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
 {
-    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext*) {
+    const std::string text = TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext*) {
         const auto call = VHRT_GET(library, CallDLLFn);
         call(L"kernel32.dll", "GetCurrentProcessId", 0x1F, const_cast<wchar_t*>(L"text"), 1);
         call(L"kernel32.dll", "NoSuchFunction", -1, nullptr, 1);
         call(L"C:\\none.dll", "f", 0, nullptr, 0);
     });
-    const auto record = [](const char* fields, const char* result) {
-        return vh::test::Record("CallDllFx", fields, result);
-    };
+    const auto record = [](const char* fields, const char* result) { return Record("CallDllFx", fields, result); };
     const char* const failure = "Failure\t\tError=0xffffffff\t";
     EXPECT_EQ(text,
               record("Dll=kernel32.dll\tFunction=GetCurrentProcessId\tParam00=0x0000001f\tParam01=text", "Success\t") +
@@ -132,8 +125,8 @@ TEST(ChildSearch, FindsTheFirstChildAndOpensNoOther)
     const WaitingProcess skipped(folder, L"vhrt pstores.exe", parent.handle());
     EXPECT_EQ(_GetRunningChildProcess(parent.id()), 0);
     const WaitingProcess child(folder, L"vhrt child.exe", parent.handle());
-    vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
-    vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot");
+    CallCounter<decltype(OpenProcess)> opened("OpenProcess");
+    CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot");
     // Processes whose parent the snapshot lacks are asked for it.
     EXPECT_EQ(_GetRunningChildProcessEx(child.id(), child.handle()), 0);
     const auto asked = opened.calls();
@@ -181,14 +174,14 @@ TEST(KillProcesses, EndsThoseOfTheNamesAndNoOther)
         EXPECT_EQ(_KillProcesses(names), 0);
     EXPECT_TRUE(first.Runs() && second.Runs() && third.Runs());
     {
-        vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
+        CallCounter<decltype(OpenProcess)> opened("OpenProcess");
         EXPECT_EQ(_KillProcesses(L"vhrt no such.exe;VHRT Kill ONE.exe;vhrt kill two.exe"), 0);
         EXPECT_EQ(opened.calls(), 2);
     }
     EXPECT_EQ(first.ExitCode(), 1067u);
     EXPECT_EQ(second.ExitCode(), 1067u);
     EXPECT_TRUE(third.Runs());
-    vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot", NoSnapshot);
+    CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot", NoSnapshot);
     EXPECT_EQ(_KillProcesses(L"vhrt kill three.exe"), ERROR_NOT_SUPPORTED);
     EXPECT_EQ(_KillProcesses(L";"), 0) << "nothing to look for";
     EXPECT_TRUE(third.Runs());

@@ -1,13 +1,11 @@
 // How a context is filled, what a failing engine leaves of it, and how it ends.
-#include <gtest/gtest.h>
-
 #include <objbase.h>
 
 #include "../support/bare_context.h"
 #include "../support/session.h"
 
 using namespace vh;
-using vh::test::Session;
+using namespace vh::test;
 
 namespace {
 
@@ -22,42 +20,22 @@ TEST(Context, AsksTheEngineInItsOrder)
 {
     Session session(R"(, "variables": {"VHRES": "none.dll"})");
     session.Create();
-    const wchar_t* const order[] = {L"ISetupHost.GetObjects",
-                                    L"IServiceProvider.QueryService(local ISetupTextSub)",
-                                    L"IServiceProvider.QueryService(global ISetupTextSub)",
-                                    L"IServiceProvider.QueryService(ISetupStrings",
-                                    L"IServiceProvider.QueryService(ISetupInfo",
-                                    L"ISetupInfo.GetFact(2)",
-                                    L"ISetupInfo.GetFact(18)",
-                                    L"IServiceProvider.QueryService(ISetupData",
-                                    L"ISetupDataEx.GetFlags",
-                                    L"ISetupData.GetProductGuid(0)",
-                                    L"ISetupDataEx.GetInstallGuid",
-                                    L"ISetupFeatureHost.GetFeatures",
-                                    L"ISetupData.GetRoot",
-                                    L"ISetupDataEx.GetEnabledServices",
-                                    L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
-                                    L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
-                                    L"IServiceProvider.QueryService(ISetupRegistry",
-                                    L"ISetupSiteAware.SetSite",
-                                    L"IServiceProvider.QueryService(ISetupUser",
-                                    L"ISetupUser.GetWindow",
-                                    L"IServiceProvider.QueryService(ISetupLog",
-                                    L"IServiceProvider.QueryService(ISetupReboot",
-                                    L"IServiceProvider.QueryService(ISetupDirs",
-                                    L"ISetupDirs.GetSupportDir",
-                                    L"ISetupTextSub.GetValue(\"VHRES\")",
-                                    L"ISetupTextSub.GetValue(\"VHUSER\")",
-                                    L"IServiceProvider.QueryService(ISetupResources",
-                                    L"ISetupResources.Load(",
-                                    L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
-                                    L"ISetupInfo.GetFact(21)",
-                                    L"ISetupInfo.GetFact(43)"};
+    std::wistringstream order(LR"(ISetupHost.GetObjects;IServiceProvider.QueryService(local ISetupTextSub);
+IServiceProvider.QueryService(global ISetupTextSub);IServiceProvider.QueryService(ISetupStrings;
+IServiceProvider.QueryService(ISetupInfo;ISetupInfo.GetFact(2);ISetupInfo.GetFact(18);
+IServiceProvider.QueryService(ISetupData;ISetupDataEx.GetFlags;ISetupData.GetProductGuid(0);ISetupDataEx.GetInstallGuid;
+ISetupFeatureHost.GetFeatures;ISetupData.GetRoot;ISetupDataEx.GetEnabledServices;
+ISetupTextSub.SetValue("PACKAGE_LOCATION";ISetupTextSubEx.Protect("PACKAGE_LOCATION", 1);
+IServiceProvider.QueryService(ISetupRegistry;ISetupSiteAware.SetSite;IServiceProvider.QueryService(ISetupUser;
+ISetupUser.GetWindow;IServiceProvider.QueryService(ISetupLog;IServiceProvider.QueryService(ISetupReboot;
+IServiceProvider.QueryService(ISetupDirs;ISetupDirs.GetSupportDir;ISetupTextSub.GetValue("VHRES");
+ISetupTextSub.GetValue("VHUSER");IServiceProvider.QueryService(ISetupResources;ISetupResources.Load(;
+ISetupTextSub.GetValue("ENGINEDIR");ISetupInfo.GetFact(21);ISetupInfo.GetFact(43);)");
     const auto& lines = session.calls().Lines();
     auto at = lines.begin();
-    for (const wchar_t* const wanted : order) {
+    for (std::wstring wanted; std::getline(order >> std::ws, wanted, L';');) {
         at = std::find_if(at, lines.end(), [&](const std::wstring& line) { return line.starts_with(wanted); });
-        ASSERT_NE(at, lines.end()) << std::string(wanted, wanted + wcslen(wanted)) << " is missing or out of order";
+        ASSERT_NE(at, lines.end()) << wanted << " is missing or out of order";
     }
 }
 
@@ -124,27 +102,25 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
 
 TEST(Context, TakesSourceAndPackageFromTheFacts)
 {
-    const struct {
-        bool set_source, has_package, keep_package;
-        const wchar_t *source, *package;
-    } cases[] = {{true, true, false, L"C:\\from\\", L"C:\\package.zip"},
-                 {true, false, false, L"C:\\from\\", L""},
-                 {false, true, true, L"before", L"before"}};
-    for (const auto& one : cases) {
+    Table<bool, bool, bool, const wchar_t*, const wchar_t*> cases = {
+        {true, true, false, L"C:\\from\\", L"C:\\package.zip"},
+        {true, false, false, L"C:\\from\\", L""},
+        {false, true, true, L"before", L"before"}};
+    for (const auto& [set_source, has_package, keep_package, source, package] : cases) {
         engine::test::SetupFolder folder;
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.variables = {{L"SRCDIR", L"before"}, {L"PACKAGE_LOCATION", L"before"}};
         options.facts[2] = variant(L"C:\\from\\setup.exe");
-        options.facts[16] = variant(one.set_source);
-        options.facts[29] = variant(one.has_package);
-        options.facts[22] = variant(one.keep_package);
+        options.facts[16] = variant(set_source);
+        options.facts[29] = variant(has_package);
+        options.facts[22] = variant(keep_package);
         options.facts[44] = variant(L"C:\\package.zip");
         Session session(std::move(options));
-        EXPECT_EQ(Variable(*session.engine, global_text_service, L"SRCDIR"), one.source);
-        EXPECT_EQ(Variable(*session.engine, global_text_service, L"PACKAGE_LOCATION"), one.package);
-        if (!one.keep_package) {
-            EXPECT_EQ(Variable(*session.engine, local_text_service, L"PACKAGE_LOCATION"), one.package);
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"SRCDIR"), source);
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"PACKAGE_LOCATION"), package);
+        if (!keep_package) {
+            EXPECT_EQ(Variable(*session.engine, local_text_service, L"PACKAGE_LOCATION"), package);
         }
     }
 }
@@ -187,7 +163,7 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
 TEST(Context, GivesObjectsOnlyWhenItHasThem)
 {
     Session session;
-    const test::BareContext bare;
+    const BareContext bare;
     using Getter = int32_t(__stdcall*)(ObjectContext*, VARIANT*);
     for (const Getter get : {__GetInfo, __GetLog, __GetReboot, __GetUser, __GetLogDB, __GetProgress, __GetObjects}) {
         variant object;
@@ -256,7 +232,7 @@ TEST(Texts, ComeFromTheStringTableAndTheVariables)
     EXPECT_EQ(__LoadString(session, nullptr, text, 16), -1);
     session.calls().FailCall(L"ISetupStrings.GetString", E_ABORT);
     EXPECT_EQ(__LoadString(session, L"HELLO", text, 16), E_ABORT);
-    EXPECT_EQ(__LoadString(test::BareContext(), L"HELLO", text, 16), -1);
+    EXPECT_EQ(__LoadString(BareContext(), L"HELLO", text, 16), -1);
 
     bstr pattern(L"for <WHO> and <NOBODY>");
     BSTR raw = pattern.detach();
@@ -269,23 +245,21 @@ TEST(Texts, ComeFromTheStringTableAndTheVariables)
 TEST(Phases, ReachTheHostAndItsObjects)
 {
     Session session;
-    const struct {
-        int32_t(__stdcall* call)(ObjectContext*);
-        const wchar_t* line;
-    } phases[] = {{_InitInstall, L"ISetupHost.InitInstall"},
-                  {_ExitInstall, L"ISetupHost.ExitInstall"},
-                  {_CCPSearch, L"ISetupHost.CCPSearch"},
-                  {_AppSearch, L"ISetupHost.AppSearch"},
-                  {_Preprogram, L"ISetupProgramPhases.Preprogram"},
-                  {_Postprogram, L"ISetupProgramPhases.Postprogram"},
-                  {_OnUninstPriv, L"ISetupUninstallPhases.OnUninstall"},
-                  {_Rebooted, L"ISetupRebootPhase.Rebooted"}};
-    for (const auto& phase : phases) {
-        EXPECT_GE(phase.call(session), 0);
-        EXPECT_EQ(session.CallsOf(phase.line), 1);
-        session.calls().FailCall(phase.line, E_ABORT);
-        EXPECT_EQ(phase.call(session), E_ABORT);
-        session.calls().FailCall(phase.line, S_OK);
+    Table<int32_t(__stdcall*)(ObjectContext*), const wchar_t*> phases = {
+        {_InitInstall, L"ISetupHost.InitInstall"},
+        {_ExitInstall, L"ISetupHost.ExitInstall"},
+        {_CCPSearch, L"ISetupHost.CCPSearch"},
+        {_AppSearch, L"ISetupHost.AppSearch"},
+        {_Preprogram, L"ISetupProgramPhases.Preprogram"},
+        {_Postprogram, L"ISetupProgramPhases.Postprogram"},
+        {_OnUninstPriv, L"ISetupUninstallPhases.OnUninstall"},
+        {_Rebooted, L"ISetupRebootPhase.Rebooted"}};
+    for (const auto& [call, line] : phases) {
+        EXPECT_GE(call(session), 0);
+        EXPECT_EQ(session.CallsOf(line), 1);
+        session.calls().FailCall(line, E_ABORT);
+        EXPECT_EQ(call(session), E_ABORT);
+        session.calls().FailCall(line, S_OK);
     }
     EXPECT_EQ(_ShowObjWizardPages(nullptr, 12), 12);
     EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
@@ -300,7 +274,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
         EXPECT_EQ(_GetObjectByIndex(session, index, &numbered.get()), 0) << index;
         EXPECT_EQ(named.type(), VT_DISPATCH) << name;
         EXPECT_EQ(numbered.type(), VT_DISPATCH) << index;
-        const test::BareContext bare;
+        const BareContext bare;
         EXPECT_EQ(_GetObject(bare, name, &named.get()), -1) << name;
         EXPECT_EQ(_GetObjectByIndex(bare, index, &numbered.get()), -1) << index;
         EXPECT_EQ(_GetObjectCount(bare, &count), -1);

@@ -1,19 +1,12 @@
 // Facts about machine, system and language through the exports.
-#include <algorithm>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <winspool.h>
-
-#include "../../exports/vhrt/calls.h"
 #include "../../exports/vhrt/facts.h"
+#include "../../exports/vhrt/calls.h"
 #include "../../exports/vhrt/language.h"
 #include "../../exports/vhrt/versions.h"
 #include "../support/import_patch.h"
+#include "../support/test.h"
+
+#include <winspool.h>
 
 namespace {
 
@@ -90,12 +83,10 @@ TEST(Facts, OfPortsAreThoseThatTheSystemLists)
 
 TEST(Language, GetsSublanguage1OnlyWhenItHasNone)
 {
-    struct row {
-        int32_t given, standard;
-    };
-    for (const row& expected : {row{9, 1033}, row{1033, 1033}, row{0, 1024}, row{2057, 2057}, row{0x3FF, 0x7FF},
-                                row{0x10009, 0x10009}, row{-1, -1}})
-        EXPECT_EQ(_GetStandardLangId(expected.given), expected.standard);
+    vh::test::Table<int32_t, int32_t> rows = {{9, 1033},      {1033, 1033},       {0, 1024}, {2057, 2057},
+                                              {0x3FF, 0x7FF}, {0x10009, 0x10009}, {-1, -1}};
+    for (const auto& [given, standard] : rows)
+        EXPECT_EQ(_GetStandardLangId(given), standard);
 }
 
 TEST(DllDirectory, IsSetAndClearedLikeTheSystems)

@@ -1,19 +1,10 @@
 // Script files: how lines are cut, how the open decides, what bytes reach the disk.
-#include <algorithm>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/files.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
 #include "../support/temp_folder.h"
 
-using vh::test::BareContext;
-using vh::test::BytesOf;
-using vh::test::CallCounter;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
@@ -41,35 +32,32 @@ std::string Widened(const std::string& narrow, bool mark = true)
 TEST(TextFile, CutsLinesAlikeInBothEncodings)
 {
     using Expected = std::vector<std::wstring>;
-    const struct {
-        std::string text;
-        Expected lines;
-    } cases[] = {{"", {}},
-                 {"\r\n", {}},
-                 {"\n", {}},
-                 {"\n\n", {}},
-                 {"a", {L"a"}},
-                 {"a\r\n", {L"a"}},
-                 {"a\n", {L"a"}},
-                 {"a\r\n\r\n", {L"a"}},
-                 {"a\r\n\r\nb", {L"a", L"", L"b"}},
-                 {"a\r\n\r\n\r\n", {L"a", L""}},
-                 {"a\n\nb", {L"a", L"b"}},
-                 {"a\n\n\nb", {L"a", L"", L"b"}},
-                 {"a\r\rb", {L"a", L"b"}},
-                 {"a\n\rb", {L"a", L"b"}},
-                 {"\r\na", {L"", L"a"}},
-                 {"\r\n\r\n", {L""}},
-                 {" \r\n\t", {L" ", L"\t"}},
-                 {std::string("a\0b\r\nc", 6), {}},
-                 {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
+    Table<std::string, Expected> cases = {{"", {}},
+                                          {"\r\n", {}},
+                                          {"\n", {}},
+                                          {"\n\n", {}},
+                                          {"a", {L"a"}},
+                                          {"a\r\n", {L"a"}},
+                                          {"a\n", {L"a"}},
+                                          {"a\r\n\r\n", {L"a"}},
+                                          {"a\r\n\r\nb", {L"a", L"", L"b"}},
+                                          {"a\r\n\r\n\r\n", {L"a", L""}},
+                                          {"a\n\nb", {L"a", L"b"}},
+                                          {"a\n\n\nb", {L"a", L"", L"b"}},
+                                          {"a\r\rb", {L"a", L"b"}},
+                                          {"a\n\rb", {L"a", L"b"}},
+                                          {"\r\na", {L"", L"a"}},
+                                          {"\r\n\r\n", {L""}},
+                                          {" \r\n\t", {L" ", L"\t"}},
+                                          {std::string("a\0b\r\nc", 6), {}},
+                                          {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
     const TempFolder folder;
     const BareContext context;
-    for (const auto& one : cases) {
-        const std::wstring narrow = folder.Write(L"narrow.txt", one.text);
-        const std::wstring wide = folder.Write(L"wide.txt", Widened(one.text));
-        EXPECT_EQ(Lines(context, narrow), one.lines) << testing::PrintToString(one.text);
-        EXPECT_EQ(Lines(context, wide), one.lines) << "wide " << testing::PrintToString(one.text);
+    for (const auto& [text, lines] : cases) {
+        const std::wstring narrow = folder.Write(L"narrow.txt", text);
+        const std::wstring wide = folder.Write(L"wide.txt", Widened(text));
+        EXPECT_EQ(Lines(context, narrow), lines) << testing::PrintToString(text);
+        EXPECT_EQ(Lines(context, wide), lines) << "wide " << testing::PrintToString(text);
     }
     EXPECT_EQ(Lines(context, folder.Write(L"u8.txt", "\xEF\xBB\xBF"
                                                      "a"))

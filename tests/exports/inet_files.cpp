@@ -1,15 +1,12 @@
 // Size, time and cost of files through the exports.
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/file_copy.h"
 #include "../../scriptdata/unique.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
-using vh::test::TempFolder;
+using namespace vh::test;
 
 TEST(InetFile, GivesTheLow32BitsOfALocalSize)
 {
@@ -61,18 +58,16 @@ TEST(InetFile, ThatIsNotThereWritesNothing)
 
 TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
 {
-    struct row {
-        int32_t high, low, cluster, high_sum, low_sum;
-    };
-    const row rows[] = {{0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
-                        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
-                        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
-                        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0}};
-    for (const row& expected : rows) {
+    Table<int32_t, int32_t, int32_t, int32_t, int32_t> rows = {
+        {0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
+        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
+        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
+        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0}};
+    for (const auto& [file_high, file_low, cluster, high_sum, low_sum] : rows) {
         int32_t high = 0, low = 0;
-        EXPECT_EQ(_CalculateAndAddFileCost(expected.high, expected.low, expected.cluster, &high, &low), 0);
-        EXPECT_EQ(high, expected.high_sum);
-        EXPECT_EQ(low, expected.low_sum);
+        EXPECT_EQ(_CalculateAndAddFileCost(file_high, file_low, cluster, &high, &low), 0);
+        EXPECT_EQ(high, high_sum);
+        EXPECT_EQ(low, low_sum);
     }
 }
 

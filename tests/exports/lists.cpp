@@ -1,20 +1,10 @@
 // Script lists, against a plain model and in the cases where results differ by design.
-#include <algorithm>
-#include <optional>
-#include <random>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/lists.h"
 #include "../support/bare_context.h"
 #include "../support/call_export.h"
 #include "../support/temp_folder.h"
 
-using vh::test::BareContext;
-using vh::test::BytesOf;
-using vh::test::ListText;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
@@ -201,7 +191,7 @@ TEST(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
         std::vector<int64_t> codes;
         wchar_t scratch[8] = L"Z:\\no";
         for (const char* name : names)
-            codes.push_back(vh::test::CallExport(name, context, list, scratch, 0));
+            codes.push_back(CallExport(name, context, list, scratch, 0));
         return codes;
     };
     const std::vector<int64_t> of_texts = all(texts), of_numbers = all(numbers);
@@ -256,35 +246,31 @@ TEST(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
     const std::string wide_new("\xFF\xFE"
                                "n\0\r\0\n\0",
                                8);
-    const struct {
-        const char* what;
-        std::optional<std::string> before;
-        int32_t flags;
-        std::string after;
-    } cases[] = {{"new, no flag", std::nullopt, 0, "n\r\n"},
-                 {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
-                 {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
-                 {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
-                 {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
-                 {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
-                 {"wide stays wide", wide_a, 0, wide_new},
-                 {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
-                 {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
-                 {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
-                 {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
-                 {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
-                  wide_a + std::string("n\0\r\0\n\0", 6)}};
+    Table<const char*, std::optional<std::string>, int32_t, std::string> cases = {
+        {"new, no flag", std::nullopt, 0, "n\r\n"},
+        {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
+        {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
+        {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
+        {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
+        {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
+        {"wide stays wide", wide_a, 0, wide_new},
+        {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
+        {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
+        {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
+        {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
+        {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
+         wide_a + std::string("n\0\r\0\n\0", 6)}};
     const TempFolder folder;
     const BareContext context;
     const ListHandle list = _ListCreate(context, ListTypeString);
     _ListAddString(context, list, L"n", ListAddAfter);
-    for (const auto& one : cases) {
+    for (const auto& [what, before, flags, after] : cases) {
         const std::wstring path = folder / L"list.txt";
         DeleteFileW(path.c_str());
-        if (one.before)
-            folder.Write(L"list.txt", *one.before);
-        EXPECT_EQ(_ListWriteToFile(context, list, path.c_str(), one.flags), 0) << one.what;
-        EXPECT_EQ(BytesOf(path), one.after) << one.what;
+        if (before)
+            folder.Write(L"list.txt", *before);
+        EXPECT_EQ(_ListWriteToFile(context, list, path.c_str(), flags), 0) << what;
+        EXPECT_EQ(BytesOf(path), after) << what;
     }
     _ListDeleteAll(context, list);
     const std::wstring empty = folder / L"empty.txt";

@@ -1,20 +1,11 @@
 // Media on engine data, through the component exports.
-#include <cstring>
-#include <functional>
-#include <map>
-#include <sstream>
-
-#include <gtest/gtest.h>
-
 #include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
 #include "../support/session.h"
 
 using namespace vh;
-using vh::test::NumberAttribute;
-using vh::test::Session;
-using vh::test::TextAttribute;
+using namespace vh::test;
 
 namespace {
 
@@ -22,7 +13,7 @@ constexpr const wchar_t* data = L"DATA";
 
 std::wstring Texts(ObjectContext* context, ListHandle list)
 {
-    std::wstring all = vh::test::ListText(context, list);
+    std::wstring all = ListText(context, list);
     ListHandle handle = list;
     _ListDestroy(context, &handle);
     return all;
@@ -129,13 +120,12 @@ TEST(FileMedia, ReadsAndWritesAttributes)
     EXPECT_EQ(NumberAttribute(session, data, L"Core", 5), 4);
     EXPECT_EQ(NumberAttribute(session, data, L"Core", 6), 0);
 
-    const struct {
-        int32_t code, get, set;
-    } odd[] = {{10, -126, -126}, {3, -137, -137}, {4, -137, -137},  {7, -137, -137},  {5, 4, -137},
-               {6, 0, -140},     {9, -137, -137}, {12, -137, -137}, {25, -137, -137}, {-1, -137, -137}};
-    for (const auto& one : odd) {
-        EXPECT_EQ(NumberAttribute(session, data, L"Core", one.code), one.get) << one.code;
-        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, L""), one.set) << one.code;
+    Table<int32_t, int32_t, int32_t> odd = {{10, -126, -126}, {3, -137, -137}, {4, -137, -137}, {7, -137, -137},
+                                            {5, 4, -137},     {6, 0, -140},    {9, -137, -137}, {12, -137, -137},
+                                            {25, -137, -137}, {-1, -137, -137}};
+    for (const auto& [code, get, set] : odd) {
+        EXPECT_EQ(NumberAttribute(session, data, L"Core", code), get) << code;
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", code, 0, L""), set) << code;
     }
     EXPECT_EQ(NumberAttribute(session, data, L"Nothing", 8), -105);
     EXPECT_EQ(NumberAttribute(session, data, L"Nothing\\Below", 8), -105);
@@ -154,39 +144,27 @@ TEST(FileMedia, GivesZeroForEverySuccessOfTheEngine)
     wchar_t text[64];
     const auto get = [&](int32_t code) { return _ComponentGetData(session, data, L"Core", code, &number, text, 64); };
     const auto set = [&](int32_t code) { return _ComponentSetData(session, data, L"Core", code, 1, L"x"); };
-    const struct {
-        const wchar_t* call;
-        std::function<int32_t()> run;
-    } cases[] = {
-        {L"ISetupItem.SetDescription", [&] { return set(0); }},
-        {L"ISetupItem.SetLongText", [&] { return set(1); }},
-        {L"ISetupItem.SetVisible", [&] { return set(2); }},
-        {L"ISetupItem.SetSelected", [&] { return set(8); }},
-        {L"ISetupItem.SetMiscText", [&] { return set(11); }},
-        {L"ISetupItem.SetDisplayOrder", [&] { return set(14); }},
-        {L"ISetupItem.SetDisplayName", [&] { return set(15); }},
-        {L"ISetupItem.SetText17", [&] { return set(17); }},
-        {L"ISetupItem.SetText18", [&] { return set(18); }},
-        {L"ISetupItem.GetDescription", [&] { return get(0); }},
-        {L"ISetupItem.GetVisible", [&] { return get(2); }},
-        {L"ISetupItem.GetStatus", [&] { return get(5); }},
-        {L"ISetupItem.GetNeedsValidation", [&] { return get(6); }},
-        {L"ISetupItem.GetFlags", [&] { return get(13); }},
-        {L"ISetupItem.GetDisplayOrder", [&] { return get(14); }},
-        {L"ISetupItem.GetFlags", [&] { return get(24); }},
+    Table<const wchar_t*, std::function<int32_t()>> others = {
         {L"ISetupItem.GetSize", [&] { return _ComponentGetItemSize(session, data, L"Core", &number); }},
         {L"ISetupData.FilterLanguage", [&] { return _ComponentFilterLanguage(session, data, 1, 1); }},
         {L"ISetupDataEx.FilterOS", [&] { return _ComponentFilterOS(session, data, 1, 1, 1); }},
         {L"ISetupFeatureModes.SelectNew", [&] { return _ComponentSelectNew(session, data, 1); }},
         {L"ISetupFeatureHost.SelectAll", [&] { return _ComponentSelectItem(session, data, L"", 1); }},
-        {L"ISetupType.Activate", [&] { return _ComponentSetupTypeSet(session, data, L"All"); }},
-    };
-    for (const auto& one : cases) {
+        {L"ISetupType.Activate", [&] { return _ComponentSetupTypeSet(session, data, L"All"); }}};
+    const auto expect_zero = [&](const std::wstring& call, const std::function<int32_t()>& run) {
         session.calls().Reset();
-        session.calls().FailCall(one.call, S_FALSE);
-        EXPECT_EQ(one.run(), 0) << std::wstring(one.call);
-        EXPECT_EQ(session.CallsOf(one.call), 1) << std::wstring(one.call);
-    }
+        session.calls().FailCall(call, S_FALSE);
+        EXPECT_EQ(run(), 0) << call;
+        EXPECT_EQ(session.CallsOf(call), 1) << call;
+    };
+    std::wistringstream attributes(LR"(SetDescription 0 SetLongText 1 SetVisible 2 SetSelected 8 SetMiscText 11
+        SetDisplayOrder 14 SetDisplayName 15 SetText17 17 SetText18 18 GetDescription 0 GetVisible 2 GetStatus 5
+        GetNeedsValidation 6 GetFlags 13 GetDisplayOrder 14 GetFlags 24)");
+    int32_t code = 0;
+    for (std::wstring call; attributes >> call >> code;)
+        expect_zero(L"ISetupItem." + call, [&] { return call[0] == L'S' ? set(code) : get(code); });
+    for (const auto& [call, run] : others)
+        expect_zero(call, run);
     // A checked key hands the engine's success on.
     session.calls().FailCall(L"ISetupItem.GetNeedsValidation", S_FALSE);
     session.calls().FailCall(L"ISetupItem.Validate", S_FALSE);
@@ -286,7 +264,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
 TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
 {
     static uint64_t available;
-    const test::CallCounter<decltype(GetDiskFreeSpaceExW)> disk(
+    const CallCounter<decltype(GetDiskFreeSpaceExW)> disk(
         "GetDiskFreeSpaceExW", [](const wchar_t*, ULARGE_INTEGER* caller, ULARGE_INTEGER* all, ULARGE_INTEGER* free) {
             caller->QuadPart = available;
             all->QuadPart = free->QuadPart = 1;
@@ -295,16 +273,14 @@ TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
     const Session session;
     // Two megabytes with the product's own 100 bytes.
     EXPECT_EQ(_FeatureAddCost(session, data, L"Core", session.folder.Target().c_str(), (2 << 20) - 100, 0), 0);
-    const struct {
-        uint64_t available;
-        int32_t result, size;
-    } cases[] = {{2 << 20, 0, 0}, {(2 << 20) + 1, 0, 0}, {(2 << 20) - 1, -108, 2 << 20}, {0, -108, 2 << 20}};
-    for (const auto& one : cases) {
-        available = one.available;
+    Table<uint64_t, int32_t, int32_t> cases = {
+        {2 << 20, 0, 0}, {(2 << 20) + 1, 0, 0}, {(2 << 20) - 1, -108, 2 << 20}, {0, -108, 2 << 20}};
+    for (const auto& [room, result, wanted_size] : cases) {
+        available = room;
         wchar_t drive[MAX_PATH] = L"";
         int32_t size = -1;
-        EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), one.result) << available;
-        EXPECT_EQ(size, one.size) << available;
+        EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), result) << available;
+        EXPECT_EQ(size, wanted_size) << available;
     }
 }
 
@@ -371,19 +347,18 @@ std::wstring Files(ObjectContext* context, const wchar_t* item, const wchar_t* p
 TEST(FileMedia, EnumeratesFilesByPattern)
 {
     const Session session;
-    const struct {
-        const wchar_t *item, *pattern, *files;
-    } cases[] = {{L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
-                 {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
-                 {L"Tools\\Extra", L"*.none", L""},
-                 {L"Tools\\Extra", L"none\\*", L"-105"},
-                 {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
-                 {L"", L"*h*", L"help\\d.bin"},
-                 {L"", L"help\\*", L"d.bin"},
-                 {L"", L"none\\*", L"-105"},
-                 {L"No such", L"*", L"-105"}};
-    for (const auto& one : cases)
-        EXPECT_EQ(Files(session, one.item, one.pattern, 0), one.files) << one.item << " " << one.pattern;
+    Table<const wchar_t*, const wchar_t*, const wchar_t*> cases = {
+        {L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
+        {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
+        {L"Tools\\Extra", L"*.none", L""},
+        {L"Tools\\Extra", L"none\\*", L"-105"},
+        {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
+        {L"", L"*h*", L"help\\d.bin"},
+        {L"", L"help\\*", L"d.bin"},
+        {L"", L"none\\*", L"-105"},
+        {L"No such", L"*", L"-105"}};
+    for (const auto& [item, pattern, files] : cases)
+        EXPECT_EQ(Files(session, item, pattern, 0), files) << item << " " << pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
 }
 
@@ -454,24 +429,20 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
         EXPECT_EQ(Files(session, item, L"*", 0), L"docs\\one.txt|docs\\sub\\large.bin");
     }
     // Facts that go to a list; 10 and 131072 give one element for each bit.
-    const struct {
-        const wchar_t* path;
-        int32_t code;
-        std::vector<int32_t> numbers;
-    } lists[] = {
+    Table<const wchar_t*, int32_t, std::vector<int32_t>> lists = {
         {L"docs\\one.txt", 10, {1, 8}},           {L"docs", 131072, {1, 8}}, {L"docs\\one.txt", 65536, {1033, 1031}},
         {L"docs\\sub\\large.bin", 65536, {1031}}, {L"rest", 10, {2, 16}},    {L"rest", 65536, {9}}};
-    for (const auto& one : lists) {
+    for (const auto& [path, code, wanted_numbers] : lists) {
         int64_t list = _ListCreate(session, ListTypeNumber);
-        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), 0) << one.code;
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, code, &list, nullptr), 0) << code;
         std::vector<int32_t> numbers;
         int32_t value = 0;
-        for (int64_t code = _ListGetFirstItem(session, list, &value); code == 0;
-             code = _ListGetNextItem(session, list, &value))
+        for (int64_t more = _ListGetFirstItem(session, list, &value); more == 0;
+             more = _ListGetNextItem(session, list, &value))
             numbers.push_back(value);
-        EXPECT_EQ(numbers, one.numbers) << one.path << " " << one.code;
+        EXPECT_EQ(numbers, wanted_numbers) << path << " " << code;
         list = _ListCreate(session, ListTypeString);
-        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), VHRT_WRONG_TYPE);
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, code, &list, nullptr), VHRT_WRONG_TYPE);
     }
     for (const wchar_t* path : {L"docs", L"docs\\", L""})
         for (const int32_t code : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13})

@@ -1,21 +1,12 @@
 // Exhausted memory leaves the library as one exception type, which the host catches by that type.
-#include <cstdlib>
-#include <string>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <oaidl.h>
-#include <oleauto.h>
-
 #include "../../exports/vhrt.h"
 #include "../../exports/vhrt/exceptions.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
 
-using vh::test::BareContext;
-using vh::test::ImportPatch;
+#include <oleauto.h>
+
+using namespace vh::test;
 
 namespace {
 

@@ -1,12 +1,7 @@
 // The path family through the exports.
-#include <filesystem>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/paths.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 

@@ -1,18 +1,10 @@
 // Media that a script builds, and the arithmetic of costs, which they make exact.
-#include <map>
-#include <random>
-#include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../Src/inc/engine_features.h"
 #include "../../exports/vhrt.h"
 #include "../../scriptdata/com_object.h"
 #include "../support/bare_context.h"
 
-using vh::test::BareContext;
-using vh::test::ListText;
+using namespace vh::test;
 
 namespace {
 
@@ -92,13 +84,11 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(number(10), 3000) << "bytes";
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 10, 77, nullptr), 0);
     EXPECT_EQ(number(10), 77);
-    const struct {
-        int32_t code, get, set;
-    } odd[] = {{1, -118, -118}, {16, -118, -118}, {5, -118, -137},  {6, -118, -140},
-               {3, -137, -137}, {13, -137, -137}, {19, -137, -137}, {24, -137, -137}};
-    for (const auto& one : odd) {
-        EXPECT_EQ(number(one.code), one.get) << one.code;
-        EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", one.code, 0, nullptr), one.set) << one.code;
+    Table<int32_t, int32_t, int32_t> odd = {{1, -118, -118}, {16, -118, -118}, {5, -118, -137},  {6, -118, -140},
+                                            {3, -137, -137}, {13, -137, -137}, {19, -137, -137}, {24, -137, -137}};
+    for (const auto& [code, get, set] : odd) {
+        EXPECT_EQ(number(code), get) << code;
+        EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", code, 0, nullptr), set) << code;
     }
     EXPECT_EQ(_ComponentSelectItem(context, mine, L"", 1), -105);
     EXPECT_EQ(_ComponentMoveData(context, mine, 1), -126);

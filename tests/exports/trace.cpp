@@ -1,15 +1,12 @@
 // The trace log, seen in the files that it leaves.
-#include <gtest/gtest.h>
-
+#include "../../exports/vhrt/trace.h"
 #include "../../exports/vhrt/context.h"
 #include "../../exports/vhrt/file_copy.h"
-#include "../../exports/vhrt/trace.h"
 #include "../../exports/vhrt/transfer.h"
+#include "../support/test.h"
 #include "../support/traced_library.h"
 
-using vh::test::DecodedTrace;
-using vh::test::TempFolder;
-using vh::test::TracedLibrary;
+using namespace vh::test;
 
 namespace {
 
@@ -65,10 +62,7 @@ TEST(Trace, StoresLengthAndScrambledBytes)
 
 TEST(Trace, CleansLineEndsOutOfDetails)
 {
-    const struct {
-        const wchar_t* details;
-        const char* line;
-    } cases[] = {
+    Table<const wchar_t*, const char*> cases = {
         {L"abc", "abc"},
         {L"abc\r\n", "abc"},
         {L"abc\n\n", "abc_"},
@@ -91,9 +85,9 @@ TEST(Trace, CleansLineEndsOutOfDetails)
     const std::wstring path = folder / L"t.bin";
     TracedLibrary library(path);
     std::string expected;
-    for (const auto& one : cases) {
-        EXPECT_EQ(VHRT_GET(library, _SetupTraceWrite)(L"Cat\n", nullptr, one.details), 0);
-        expected += "Cat\n||" + std::string(one.line) + "\r\n";
+    for (const auto& [details, line] : cases) {
+        EXPECT_EQ(VHRT_GET(library, _SetupTraceWrite)(L"Cat\n", nullptr, details), 0);
+        expected += "Cat\n||" + std::string(line) + "\r\n";
     }
     EXPECT_EQ(Lines(path), expected);
 }
@@ -151,7 +145,7 @@ TEST(Trace, NamesItsFileAfterTheProcessOnTheDesktop)
 
 TEST(TracedCalls, WriteBeginAndEndWithTheirTabs)
 {
-    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext* context) {
+    const std::string text = TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext* context) {
         VHRT_GET(library, _ComponentMoveData)(context, L"none", 7);
         VHRT_GET(library, _ComponentTransferData)(context, L"none");
         VHRT_GET(library, _CreateRegistrySet)(context, nullptr, L"Set");
@@ -163,7 +157,6 @@ TEST(TracedCalls, WriteBeginAndEndWithTheirTabs)
         VHRT_GET(library, _ComponentMoveData)(nullptr, L"M", 0);
         VHRT_GET(library, _FileCopy)(nullptr, L"s", L"t", 1);
     });
-    using vh::test::Record;
     const char* const failure = "Failure\t\tError=0xffffffff\t\t";
     const char* const no_media = "Failure\t\tError=0x8004f084\t\t";
     EXPECT_EQ(text, Record("FeatureMoveData", "Media=none", "Failure\t\tError=0x8004f07e\t\t") +

@@ -1,10 +1,8 @@
 // The large actions: what reaches the engine, in which order, and what is left behind.
-#include <gtest/gtest.h>
-
 #include "../support/session.h"
 
 using namespace vh;
-using vh::test::Session;
+using namespace vh::test;
 
 namespace {
 
@@ -45,45 +43,39 @@ TEST(TransferData, AddsItsOwnStepBehindTheMove)
 
 TEST(MoveData, EndsAtTheFirstFailingStep)
 {
-    const struct {
-        const wchar_t* failing;
-        bool stops;
-    } steps[] = {{L"ISetupHost.BeginData", true},
-                 {L"ISetupFeatureHost.Reinstall", false},
-                 {L"ISetupFeatureHost.GetCosts", true},
-                 {L"ISetupCosts.GetTotalLow", true},
-                 {L"ISetupCosts.GetTotalHigh", true},
-                 {L"IServiceProvider.QueryService(ISetupProgress)", true},
-                 {L"ISetupProgress.BeginTransfer", true},
-                 {L"ISetupFeatureHost.Move", true},
-                 {L"ISetupHost.EndData", true}};
-    for (const auto& step : steps) {
+    Table<const wchar_t*, bool> steps = {{L"ISetupHost.BeginData", true},
+                                         {L"ISetupFeatureHost.Reinstall", false},
+                                         {L"ISetupFeatureHost.GetCosts", true},
+                                         {L"ISetupCosts.GetTotalLow", true},
+                                         {L"ISetupCosts.GetTotalHigh", true},
+                                         {L"IServiceProvider.QueryService(ISetupProgress)", true},
+                                         {L"ISetupProgress.BeginTransfer", true},
+                                         {L"ISetupFeatureHost.Move", true},
+                                         {L"ISetupHost.EndData", true}};
+    for (const auto& [failing, stops] : steps) {
         const Session session;
-        session.calls().FailCall(step.failing, static_cast<HRESULT>(0x8004F06C));
-        EXPECT_EQ(_ComponentMoveData(session, data, 1), step.stops ? -108 : 0);
+        session.calls().FailCall(failing, static_cast<HRESULT>(0x8004F06C));
+        EXPECT_EQ(_ComponentMoveData(session, data, 1), stops ? -108 : 0);
     }
 }
 
 TEST(FixedActions, LeaveTheirModes)
 {
-    const struct {
-        int32_t(__stdcall* action)(ObjectContext*);
-        const wchar_t* call;
-        const wchar_t* mode;
-    } actions[] = {{_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-                   {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-                   {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"}};
-    for (const auto& one : actions) {
+    Table<int32_t(__stdcall*)(ObjectContext*), const wchar_t*, const wchar_t*> actions = {
+        {_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+        {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+        {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"}};
+    for (const auto& [action, call, mode] : actions) {
         const Session session;
-        EXPECT_EQ(one.action(session), 0) << session.engine->LogFile().size();
-        EXPECT_EQ(session.CallsOf(one.mode), 1);
-        session.calls().FailCall(one.call, static_cast<HRESULT>(0x8004F069));
-        EXPECT_EQ(one.action(session), -105);
-        EXPECT_EQ(session.CallsOf(one.mode), 2) << "also when the action failed";
-        session.calls().FailCall(one.mode, E_ABORT);
-        EXPECT_EQ(one.action(session), -105) << "the action's failure comes first";
-        session.calls().FailCall(one.call, S_OK);
-        EXPECT_EQ(one.action(session), one.action == _ComponentRemoveAll ? 0 : E_ABORT);
+        EXPECT_EQ(action(session), 0) << session.engine->LogFile().size();
+        EXPECT_EQ(session.CallsOf(mode), 1);
+        session.calls().FailCall(call, static_cast<HRESULT>(0x8004F069));
+        EXPECT_EQ(action(session), -105);
+        EXPECT_EQ(session.CallsOf(mode), 2) << "also when the action failed";
+        session.calls().FailCall(mode, E_ABORT);
+        EXPECT_EQ(action(session), -105) << "the action's failure comes first";
+        session.calls().FailCall(call, S_OK);
+        EXPECT_EQ(action(session), action == _ComponentRemoveAll ? 0 : E_ABORT);
     }
     const Session session;
     EXPECT_EQ(_ComponentUpdate(session), 0);
@@ -167,17 +159,14 @@ TEST(Targets, SaveAndLoadBothStores)
 
 TEST(FileCopy, TranslatesItsFlags)
 {
-    const struct {
-        int32_t given;
-        long passed;
-    } cases[] = {{0x202, 0x300}, {0x22, 0x30}, {0x222, 0x330}, {0x2000, 0x6000}, {0x200, 0x200},
-                 {0x20, 0x20},   {0x2, 0},     {0, 0},         {0x2002, 0x6000}, {0x4001, 0x4001}};
+    Table<int32_t, long> cases = {{0x202, 0x300}, {0x22, 0x30}, {0x222, 0x330}, {0x2000, 0x6000}, {0x200, 0x200},
+                                  {0x20, 0x20},   {0x2, 0},     {0, 0},         {0x2002, 0x6000}, {0x4001, 0x4001}};
     const Session session;
     session.calls().FailCall(L"ISetupFileOps.CreateCopyJob", E_ABORT);
-    for (const auto& one : cases) {
-        EXPECT_EQ(_FileCopy(session, L"s", L"t", one.given), E_ABORT);
+    for (const auto& [given, passed] : cases) {
+        EXPECT_EQ(_FileCopy(session, L"s", L"t", given), E_ABORT);
         EXPECT_EQ(session.calls().Lines().back(),
-                  L"ISetupFileOps.CreateCopyJob(\"s\", \"t\", " + std::to_wstring(one.passed) + L")");
+                  L"ISetupFileOps.CreateCopyJob(\"s\", \"t\", " + std::to_wstring(passed) + L")");
     }
     EXPECT_EQ(_FileCopy(session, nullptr, nullptr, 0), E_ABORT);
     EXPECT_EQ(session.calls().Lines().back(), L"ISetupFileOps.CreateCopyJob(null, null, 0)");

@@ -1,13 +1,9 @@
 // The user's rights, by the token as it is and by tokens that the system could give.
-#include <map>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/facts.h"
 #include "../support/import_patch.h"
+#include "../support/test.h"
 
-using vh::test::ImportPatch;
+using namespace vh::test;
 
 namespace {
 

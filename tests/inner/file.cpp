@@ -1,12 +1,11 @@
 // The library's file: shared by its copies, marked or not, and the names of temporary files.
-#include <gtest/gtest.h>
-
 #include "../../diagnostics/file.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
-using vh::test::TempFolder;
+using namespace vh::test;
 
 DWORD OpenForReading(vh::file& file, const std::wstring& path)
 {
@@ -34,10 +33,7 @@ TEST(File, StaysOpenUntilItsLastCopyIsClosed)
 
 TEST(File, KnowsItsMark)
 {
-    const struct {
-        std::string content;
-        UINT code_page;
-    } cases[] = {
+    Table<std::string, UINT> cases = {
         {"", 0},   {"\xFF", 0}, {"\xFF\xFE", 1200}, {"\xFE\xFFx", 1201}, {"\xEF\xBB", 0}, {"\xEF\xBB\xBF", 65001},
         {"abc", 0}};
     const TempFolder folder;

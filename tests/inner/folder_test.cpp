@@ -1,13 +1,11 @@
 // Which folders the picker takes, and that its test of a new folder leaves nothing behind.
-#include <gtest/gtest.h>
-
 #include "../../dialogs/folder_test.h"
 #include "../support/import_patch.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace fs = std::filesystem;
-using vh::test::ImportPatch;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
@@ -100,22 +98,18 @@ TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)
 {
     const TempFolder folder;
     const std::wstring there = folder.path().wstring();
-    const struct {
-        std::wstring path;
-        bool plain;
-        bool verified;
-    } cases[] = {{there, true, false},
-                 {there + L"\\new", true, true},
-                 {there + L"\\a|b", false, false},
-                 {there + L"\\a?b", false, false},
-                 {L"c:\\", true, false},
-                 {L"q:\\folder", false, false},
-                 {L"folder", false, false},
-                 {L"\\\\no such server\\share\\a", false, false},
-                 {L"", false, false}};
-    for (const auto& one : cases) {
-        EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), false), one.plain) << one.path;
-        EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), true), one.verified) << one.path;
+    Table<std::wstring, bool, bool> cases = {{there, true, false},
+                                             {there + L"\\new", true, true},
+                                             {there + L"\\a|b", false, false},
+                                             {there + L"\\a?b", false, false},
+                                             {L"c:\\", true, false},
+                                             {L"q:\\folder", false, false},
+                                             {L"folder", false, false},
+                                             {L"\\\\no such server\\share\\a", false, false},
+                                             {L"", false, false}};
+    for (const auto& [path, plain, verified] : cases) {
+        EXPECT_EQ(vh::IsFolderAccepted(path.c_str(), false), plain) << path;
+        EXPECT_EQ(vh::IsFolderAccepted(path.c_str(), true), verified) << path;
     }
     EXPECT_EQ(Below(folder), L"");
 }

@@ -1,9 +1,8 @@
 // Functions bound late: found in the system folder, missed with an error, replaced by a test.
-#include <gtest/gtest.h>
-
+#include "../../scriptdata/late_library.h"
 #include "../../diagnostics/late_wininet.h"
 #include "../../exports/vhrt/paths.h"
-#include "../../scriptdata/late_library.h"
+#include "../support/test.h"
 
 namespace {
 

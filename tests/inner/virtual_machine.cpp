@@ -1,15 +1,10 @@
 // Probes for virtual machines: their order, and that none of them brings the process down.
-#include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include "../../exports/vhrt/facts.h"
 #include "../../system/virtual_machine.h"
+#include "../../exports/vhrt/facts.h"
 #include "../support/import_patch.h"
+#include "../support/test.h"
 
-using vh::test::ImportPatch;
+using namespace vh::test;
 
 namespace {
 

@@ -108,14 +108,12 @@ TEST(Addresses, GiveTheirLines)
 {
     const Dialogs dialogs;
     const BareContext context;
-    const struct {
-        const wchar_t* query;
-        const wchar_t* lines;
-    } cases[] = {{L"text=one~two~~four", L"one|two||four"},
-                 {L"text=one~two&drip=1", L"one|two"},
-                 {L"wide=one~two", L"one|two"},
-                 // Without a length the content is taken for wide text, and a narrow one ends at its first unit.
-                 {L"text=one~two&chunked=1", L""}};
+    Table<const wchar_t*, const wchar_t*> cases = {
+        {L"text=one~two~~four", L"one|two||four"},
+        {L"text=one~two&drip=1", L"one|two"},
+        {L"wide=one~two", L"one|two"},
+        // Without a length the content is taken for wide text, and a narrow one ends at its first unit.
+        {L"text=one~two&chunked=1", L""}};
     for (const auto& [query, lines] : cases) {
         const std::wstring address = Address(query, L"lines");
         const auto list = static_cast<ListHandle>(_ListCreate(context, 0));
@@ -137,16 +135,10 @@ TEST(Addresses, GiveTheirLines)
 TEST(Addresses, InASilentRunShowNoDialog)
 {
     const Dialogs dialogs;
-    const struct {
-        const wchar_t* key;
-        const wchar_t* query;
-        bool silent;
-        bool done;
-        const char* requests;
-        int shown;
-    } cases[] = {{L"silent drop", L"drop=1500&times=1&size=3000", true, true, "-|bytes=1500-", 0},
-                 {L"silent 404", L"status=404", true, false, "-", 0},
-                 {L"loud 404", L"status=404", false, false, "-", 1}};
+    Table<const wchar_t*, const wchar_t*, bool, bool, const char*, int> cases = {
+        {L"silent drop", L"drop=1500&times=1&size=3000", true, true, "-|bytes=1500-", 0},
+        {L"silent 404", L"status=404", true, false, "-", 0},
+        {L"loud 404", L"status=404", false, false, "-", 1}};
     for (const auto& [key, query, silent, done, requests, shown] : cases) {
         vh::engine::test::SetupFolder folder;
         vh::engine::test::MakeTree(folder);

@@ -1,6 +1,5 @@
 // What readers hold, and what becomes of it: handles of the system, sessions, requests that are given up.
 #include <atomic>
-#include <functional>
 
 #include "../../diagnostics/inet_session.h"
 #include "../support/import_patch.h"

@@ -8,18 +8,11 @@
 // - Of a section that comes again profile functions know the first part, documents all of it.
 // - Profile functions list a key twice when the file has it twice; documents keep the first.
 // - A file without sections, or with a "[" that is not closed, is read as far as it goes; documents refuse it.
-#include <algorithm>
-#include <cstdlib>
 #include <cwctype>
-#include <fstream>
-#include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "../../files/ini_file.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 

@@ -1,6 +1,4 @@
 // The folder picker, driven as a user drives it.
-#include <gtest/gtest.h>
-
 #include <shlobj.h>
 
 #include "../../exports/vhrt/folders.h"
