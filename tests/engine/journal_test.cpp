@@ -2,7 +2,7 @@
 #include <limits>
 
 #include "../../engine/transfer/log_record.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -169,8 +169,7 @@ TEST_F(Journal, CutAnywhereLeavesTheUsersFilesAndANextRun)
 
 TEST_F(Journal, AFullDiskFailsTheRunAndNothingElse)
 {
-    const vh::test::ImportPatch patch(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(WriteToFullDisk));
-    ASSERT_TRUE(patch.found());
+    const vh::test::Patched patch("WriteFile", WriteToFullDisk);
     log_disk_is_full = true;
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), MoveAll(*engine));
     log_disk_is_full = false;
@@ -421,8 +420,7 @@ TEST_F(Journal, ALostLogIsMadeAgainWithoutClaimingTheFiles)
 
 TEST_F(Journal, CoarseFileTimesAreReadBack)
 {
-    const vh::test::ImportPatch patch(GetModuleHandleW(nullptr), "SetFileTime", reinterpret_cast<void*>(SetEvenTime));
-    ASSERT_TRUE(patch.found());
+    const vh::test::Patched patch("SetFileTime", SetEvenTime);
     const FILETIME odd{12345678, 30'000'000};
     SetTime(folder.Setup(L"a.bin"), odd);
     Reopen();

@@ -1,4 +1,4 @@
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -108,9 +108,7 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
         {R"("features": [], "features": [])", L"product.json: ", L"twice"},
         {R"("features": [}])", L"product.json: ", L"no valid JSON"},
         {"\"features\": [\"\xC3(\"]", L"product.json: ", L"no valid JSON"}};
-    const vh::test::ImportPatch links(GetModuleHandleW(nullptr), "GetFileAttributesExW",
-                                      reinterpret_cast<void*>(&AttributesWithLinks));
-    ASSERT_TRUE(links.found());
+    const vh::test::Patched links("GetFileAttributesExW", AttributesWithLinks);
     for (const auto& [members, place, reason] : cases) {
         SetupFolder folder;
         folder.Payload(L"a.bin", std::string(10, 'a'));

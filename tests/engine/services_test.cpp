@@ -44,9 +44,7 @@ const char* const registry_product =
     {"name": "Value", "keys": [{"root": "HKCU", "key": "Software\\VHEngineTest", "values": [
         {"name": "Mine", "type": "text", "data": "new"}]}]}])";
 
-using Calls = OnTree;
 using Directories = OnTree;
-using Errors = OnTree;
 using Registry = OnTree;
 using Scripts = OnTree;
 
@@ -95,30 +93,6 @@ TEST(RegistrySets, AreWrittenForSelectedFeaturesAndRemovedByTheLog)
     Uninstall(logFile);
     EXPECT_EQ(L"old", key.Text(L"Mine"));
     EXPECT_EQ(L"", key.Text(L"Path", L"\\Probe"));
-}
-
-TEST_F(Registry, WritesSubstitutesListsAndUndoesWithTheRun)
-{
-    const TestKey key;
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
-    const bstr name(L"Software\\VHEngineTest\\Sub");
-    ASSERT_EQ(S_OK, registry->CreateKey(current_user, name.get(), nullptr, VARIANT_FALSE, log.get()));
-    variant text(L"<PRODUCT_NAME>");
-    ASSERT_EQ(S_OK, registry->SetValue(current_user, name.get(), bstr(L"A").get(), REG_SZ, &text.get(), log.get()));
-    registry.query<ISetupSiteAware>()->EnableTextSubs(VARIANT_FALSE);
-    ASSERT_EQ(S_OK, registry->SetValue(0x80000001, name.get(), bstr(L"B").get(), REG_SZ, &text.get(), log.get()));
-    EXPECT_EQ(E_INVALIDARG, registry->SetValue(current_user, name.get(), bstr(L"C").get(), 11, &text.get(), log.get()));
-    EXPECT_EQ(L"Probe", key.Text(L"A", L"\\Sub"));
-    EXPECT_EQ(L"<PRODUCT_NAME>", key.Text(L"B", L"\\Sub"));
-    safe_array names;
-    ASSERT_EQ(S_OK, registry->EnumValues(current_user, name.get(), names.put()));
-    EXPECT_EQ(1, names.last());
-    ASSERT_EQ(S_OK, registry->DeleteValue(current_user, name.get(), bstr(L"B").get()));
-    ASSERT_EQ(S_OK, registry->EnumKeys(current_user, bstr(L"Software\\VHEngineTest").get(), names.put()));
-    EXPECT_EQ(L"Sub", names.at(0).text());
-    engine->Rollback();
-    EXPECT_FALSE(key.Exists());
 }
 
 // The whole registry below one key, each root and each view under a name of its own.
@@ -423,36 +397,6 @@ TEST(Facts, AnswerByNumberAndGiveWayToTheHosts)
     EXPECT_EQ(E_INVALIDARG, info->GetFact(1, value.put()));
 }
 
-TEST_F(Calls, AreRecordedCountedAndFailedOnDemand)
-{
-    Recorder& calls = engine->Calls();
-    calls.Record(true);
-    EXPECT_EQ(0, engine->LiveObjects());
-    {
-        const auto item = Feature(*engine, {L"Tools", L"Extra"});
-        item->SetSelected(0);
-        EXPECT_GT(engine->LiveObjects(), 0);
-        EXPECT_EQ(L"ISetupItem.SetSelected(\"Tools\\Extra\", 0)", calls.Lines().back());
-        EXPECT_EQ(1, calls.Count(L"ISetupFeatureHost.GetFeatures"));
-        calls.FailCall(2, E_FAIL);
-        EXPECT_EQ(S_OK, item->SetSelected(2));
-        EXPECT_EQ(E_FAIL, item->SetSelected(0));
-        EXPECT_EQ(S_OK, item->SetSelected(2));
-        calls.FailCall(L"ISetupItem.SetSelected(\"Tools\\Extra\"", E_ACCESSDENIED);
-        EXPECT_EQ(E_ACCESSDENIED, item->SetSelected(0));
-        EXPECT_EQ(2, Selected(*engine, {L"Tools", L"Extra"}));
-        calls.FailCall(L"IServiceProvider.QueryService(ISetupLog)", E_NOINTERFACE);
-        EXPECT_FALSE(ServiceOf<ISetupLog>(*engine));
-        EXPECT_TRUE(ServiceOf<ISetupLogDB>(*engine));
-        calls.FailCall(L"IUnknown.QueryInterface(ISetupFeatureHost)", E_NOINTERFACE);
-        EXPECT_FALSE(engine->Host().query<ISetupFeatureHost>());
-        calls.Reset();
-        EXPECT_EQ(S_OK, item->SetSelected(0));
-        EXPECT_EQ(1, calls.Calls());
-    }
-    EXPECT_EQ(0, engine->LiveObjects());
-}
-
 TEST_F(Scripts, DriveObjectsByName)
 {
     const auto invoke = [](const com_ptr<IDispatch>& object, const wchar_t* name, WORD flags,
@@ -484,20 +428,4 @@ TEST_F(Scripts, DriveObjectsByName)
     EXPECT_EQ(L"object", invoke(engine->Host().query<IDispatch>(), L"Features", DISPATCH_PROPERTYGET, {}));
     EXPECT_EQ(L"Probe",
               invoke(ServiceOf<ISetupInfo>(*engine).query<IDispatch>(), L"ProductName", DISPATCH_PROPERTYGET, {}));
-}
-
-TEST_F(Errors, AreKeptForScriptsWithFileAndReason)
-{
-    RemoveFile(folder.Setup(L"a.bin"));
-    ASSERT_TRUE(FAILED(MoveAll(*engine)));
-    com_ptr<IUnknown> error;
-    ASSERT_EQ(S_OK, engine->Host().query<ISetupFeatureHost>()->GetErrorObject(error.put()));
-    const auto object = error.query<IDispatch>();
-    LPOLESTR name = const_cast<LPOLESTR>(L"File");
-    DISPID id = 0;
-    DISPPARAMS none{};
-    variant file;
-    ASSERT_EQ(S_OK, object->GetIDsOfNames(GUID_NULL, &name, 1, 0, &id));
-    ASSERT_EQ(S_OK, object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, file.put(), nullptr, nullptr));
-    EXPECT_EQ(folder.Setup(L"a.bin"), file.text());
 }

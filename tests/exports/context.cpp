@@ -37,6 +37,10 @@ ISetupTextSub.GetValue("ENGINEDIR");ISetupInfo.GetFact(21);ISetupInfo.GetFact(43
         at = std::find_if(at, lines.end(), [&](const std::wstring& line) { return line.starts_with(wanted); });
         ASSERT_NE(at, lines.end()) << wanted << " is missing or out of order";
     }
+    EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact(35)"), 0) << "without a skin its place is of no interest";
+    Session skinned(R"(, "skin": "blue.skin")");
+    skinned.Create();
+    EXPECT_EQ(skinned.CallsOf(L"ISetupInfo.GetFact(35)"), 1);
 }
 
 TEST(Context, StaysUsableWhateverEngineCallFails)
@@ -262,6 +266,14 @@ TEST(Phases, ReachTheHostAndItsObjects)
         session.calls().FailCall(line, S_OK);
     }
     EXPECT_EQ(_ShowObjWizardPages(nullptr, 12), 12);
+    for (const HRESULT without : {S_OK, E_NOINTERFACE}) {
+        session.calls().Reset();
+        session.calls().FailCall(L"IUnknown.QueryInterface(ISetupWizard)", without);
+        EXPECT_EQ(_ShowObjWizardPages(session, 12), 12);
+        EXPECT_EQ(session.CallsOf(L"ISetupObjects.Item"), 2) << "one without pages is passed over";
+        EXPECT_EQ(session.CallsOf(L"ISetupWizard.ShowPages"), without ? 0 : 2);
+    }
+    session.calls().Reset();
     EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
     int32_t count = -1;
     EXPECT_EQ(_GetObjectCount(session, &count), 0);

@@ -45,7 +45,6 @@ void WINAPI Itanium(SYSTEM_INFO* system)
 TEST(Facts, OfAnotherMachineFollowItsArchitecture)
 {
     const vh::test::CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
-    ASSERT_TRUE(system.found());
     EXPECT_EQ(_GetVirtualMachineType(), 0);
     EXPECT_EQ(_IsVirtualMachine(), 0);
     EXPECT_EQ(GetCPUType(), 586);

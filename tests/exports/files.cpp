@@ -10,17 +10,6 @@ namespace {
 
 constexpr int32_t room = 512;
 
-std::vector<std::wstring> Lines(ObjectContext* context, const std::wstring& path, int32_t mode = FileReadText)
-{
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, 0));
-    std::vector<std::wstring> lines;
-    wchar_t buffer[room];
-    while (_GetLine(context, file, buffer, room) == 0)
-        lines.emplace_back(buffer);
-    EXPECT_EQ(_CloseFile(context, file), 0);
-    return lines;
-}
-
 std::string Widened(const std::string& narrow, bool mark = true)
 {
     std::string wide = mark ? "\xFF\xFE" : "";
@@ -29,7 +18,31 @@ std::string Widened(const std::string& narrow, bool mark = true)
     return wide;
 }
 
-TEST(TextFile, CutsLinesAlikeInBothEncodings)
+class FileTest : public testing::Test {
+protected:
+    FileHandle Open(const std::wstring& path, int32_t mode = FileReadText, int32_t create = 0) const
+    {
+        return static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, create));
+    }
+    std::vector<std::wstring> Lines(const std::wstring& path) const
+    {
+        const FileHandle file = Open(path);
+        std::vector<std::wstring> lines;
+        wchar_t line[room];
+        while (_GetLine(context, file, line, room) == 0)
+            lines.emplace_back(line);
+        EXPECT_EQ(_CloseFile(context, file), 0);
+        return lines;
+    }
+
+    const TempFolder folder;
+    const BareContext context;
+};
+using BinaryFile = FileTest;
+using Files = FileTest;
+using TextFile = FileTest;
+
+TEST_F(TextFile, CutsLinesAlikeInBothEncodings)
 {
     using Expected = std::vector<std::wstring>;
     Table<std::string, Expected> cases = {{"", {}},
@@ -51,31 +64,23 @@ TEST(TextFile, CutsLinesAlikeInBothEncodings)
                                           {" \r\n\t", {L" ", L"\t"}},
                                           {std::string("a\0b\r\nc", 6), {}},
                                           {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
-    const TempFolder folder;
-    const BareContext context;
     for (const auto& [text, lines] : cases) {
         const std::wstring narrow = folder.Write(L"narrow.txt", text);
         const std::wstring wide = folder.Write(L"wide.txt", Widened(text));
-        EXPECT_EQ(Lines(context, narrow), lines) << testing::PrintToString(text);
-        EXPECT_EQ(Lines(context, wide), lines) << "wide " << testing::PrintToString(text);
+        EXPECT_EQ(Lines(narrow), lines) << testing::PrintToString(text);
+        EXPECT_EQ(Lines(wide), lines) << "wide " << testing::PrintToString(text);
     }
-    EXPECT_EQ(Lines(context, folder.Write(L"u8.txt", "\xEF\xBB\xBF"
-                                                     "a"))
-                  .size(),
-              1u)
-        << "a UTF-8 mark is text";
-    EXPECT_EQ(Lines(context, folder.Write(L"mark.txt", "\xFF\xFE")), Expected{});
+    EXPECT_EQ(Lines(folder.Write(L"u8.txt", "\xEF\xBB\xBF\x61")).size(), 1u) << "a UTF-8 mark is text";
+    EXPECT_EQ(Lines(folder.Write(L"mark.txt", "\xFF\xFE")), Expected{});
 }
 
-TEST(TextFile, ReadsItsWholeContentAtOnce)
+TEST_F(TextFile, ReadsItsWholeContentAtOnce)
 {
-    const TempFolder folder;
-    const BareContext context;
     std::string text;
     for (int i = 0; i < 5000; ++i)
         text += "line number " + std::to_string(i) + "\r\n";
     const std::wstring path = folder.Write(L"long.txt", text);
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    const auto file = Open(path);
     const CallCounter<decltype(ReadFile)> reads("ReadFile");
     wchar_t buffer[room];
     int lines = 0;
@@ -86,12 +91,10 @@ TEST(TextFile, ReadsItsWholeContentAtOnce)
     _CloseFile(context, file);
 }
 
-TEST(TextFile, PeeksAtTheSizeWithoutMoving)
+TEST_F(TextFile, PeeksAtTheSizeWithoutMoving)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder.Write(L"a.txt", "abcd\r\nxy");
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    const auto file = Open(path);
     int32_t size = -1;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(_GetLineSize(context, file, &size), 0);
@@ -107,7 +110,7 @@ TEST(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(_GetLineSize(context, file, &size), -1);
     EXPECT_EQ(size, 0);
     for (const int32_t no_room : {0, -1}) {
-        const auto again = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+        const auto again = Open(path);
         EXPECT_EQ(_GetLine(context, again, buffer, no_room), 0);
         EXPECT_EQ(buffer[0], L'x') << "nothing is written";
         EXPECT_EQ(_GetLine(context, again, buffer, 3), 0);
@@ -116,12 +119,10 @@ TEST(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(_GetLine(context, file, buffer, 6), -1);
 }
 
-TEST(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
+TEST_F(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
 {
-    const TempFolder folder;
-    const BareContext context;
     const auto write = [&](const std::wstring& path, int32_t mode, int32_t create) {
-        const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, create));
+        const auto file = Open(path, mode, create);
         const CallCounter<decltype(WriteFile)> writes("WriteFile");
         const CallCounter<decltype(SetFilePointer)> seeks("SetFilePointer");
         EXPECT_EQ(_WriteLine(context, file, L"text"), 0);
@@ -140,14 +141,12 @@ TEST(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
     EXPECT_EQ(write(path, FileReadText, 1), "text\r\n\r\n") << "replaced";
 
     folder.Write(L"r.txt", "x");
-    const auto file = static_cast<FileHandle>(_OpenFile(context, (folder / L"r.txt").c_str(), FileReadText, 0));
+    const auto file = Open(folder / L"r.txt");
     EXPECT_EQ(_WriteLine(context, file, L"no"), -1) << "opened for reading";
 }
 
-TEST(Files, NumberTheirHandlesAndCountFailedOpens)
+TEST_F(Files, NumberTheirHandlesAndCountFailedOpens)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder.Write(L"a", "a");
     EXPECT_EQ(_OpenFile(context, path.c_str(), FileReadText, 0), 2778);
     EXPECT_EQ(_OpenFile(context, (folder / L"absent").c_str(), FileReadText, 0), -1);
@@ -162,13 +161,11 @@ TEST(Files, NumberTheirHandlesAndCountFailedOpens)
     EXPECT_EQ(_OpenFile(context, nullptr, FileReadText, 0), -1);
 }
 
-TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
+TEST_F(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder.Write(L"a", "abc");
-    const auto text = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
-    const auto bytes = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadBytes, 0));
+    const auto text = Open(path);
+    const auto bytes = Open(path, FileReadBytes);
     const auto all = [&](FileHandle file) {
         wchar_t line[8];
         uint8_t buffer[8];
@@ -188,12 +185,10 @@ TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
     }
 }
 
-TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)
+TEST_F(BinaryFile, ReadsAndWritesWithinTheBuffer)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder / L"b.bin";
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadWriteBytes, 1));
+    const auto file = Open(path, FileReadWriteBytes, 1);
     const char source[] = "0123456789";
     EXPECT_EQ(_WriteBytes(context, file, source, 10, 2, 100), 8);
     EXPECT_EQ(_WriteBytes(context, file, source, 10, 10, 1), -1);
@@ -213,13 +208,12 @@ TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)
     EXPECT_EQ(_ReadBytes(context, file, buffer, 0, 0, 1), -1);
 }
 
-TEST(Files, AreClosedWithTheirContext)
+TEST_F(Files, AreClosedWithTheirContext)
 {
-    const TempFolder folder;
     const std::wstring path = folder.Write(L"open.txt", "x");
     {
-        const BareContext context;
-        ASSERT_GT(_OpenFile(context, path.c_str(), FileReadWriteBytes, 0), 0);
+        const BareContext own;
+        ASSERT_GT(_OpenFile(own, path.c_str(), FileReadWriteBytes, 0), 0);
         EXPECT_FALSE(DeleteFileW(path.c_str()));
     }
     EXPECT_TRUE(DeleteFileW(path.c_str()));

@@ -3,7 +3,7 @@
 
 #include "../../engine/services/shell_link.h"
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
 
@@ -232,8 +232,7 @@ TEST_F(Folders, ShowWhatTheSystemSays)
     static INT_PTR answer;
     const auto execute = +[](HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT)
                               WINAPI -> HINSTANCE { return reinterpret_cast<HINSTANCE>(answer); };
-    const ImportPatch patch(GetModuleHandleW(nullptr), "ShellExecuteW", reinterpret_cast<void*>(execute));
-    ASSERT_TRUE(patch.found());
+    const Patched patch("ShellExecuteW", execute);
     const std::pair<INT_PTR, int32_t> answers[] = {
         {0, E_OUTOFMEMORY}, {5, E_ACCESSDENIED}, {32, HRESULT_FROM_WIN32(32)}, {33, 0}};
     for (const auto& [given, expected] : answers) {
@@ -260,6 +259,11 @@ TEST_F(Folders, AreMadeListedAndRemoved)
     EXPECT_EQ(EnumFoldersItems(*session, L"Group\\Sub", 12345, 12345), 0) << "nothing to add";
     EXPECT_EQ(EnumFoldersItems(*session, L"None", items, folders), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
 
+    {
+        const Patched square(
+            "SafeArrayGetDim", +[](SAFEARRAY*) WINAPI -> UINT { return 2; }, L"VHRT.dll");
+        EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, folders), DISP_E_TYPEMISMATCH);
+    }
     EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_DIR_NOT_EMPTY));
     EXPECT_TRUE(engine::test::Exists(File(L"A"))) << "a folder that can't go keeps its shortcuts";
     EXPECT_EQ(DeleteIcon(*session, L"Group\\A"), 0);

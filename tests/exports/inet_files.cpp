@@ -17,13 +17,7 @@ TEST(InetFile, GivesTheLow32BitsOfALocalSize)
     EXPECT_EQ(_GetInetFileSize(folder.Write(L"empty", "").c_str(), &size), 0);
     EXPECT_EQ(size, 0u);
 
-    const std::wstring large = folder.Write(L"large", "");
-    {
-        const vh::unique_file file(CreateFileW(large.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        LARGE_INTEGER end;
-        end.QuadPart = (5ll << 30) + 7;
-        ASSERT_TRUE(SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(file.get()));
-    }
+    const std::wstring large = folder.Large(L"large", (5ll << 30) + 7);
     EXPECT_EQ(_GetInetFileSize(large.c_str(), &size), 0);
     EXPECT_EQ(size, 0x40000007u);
 }

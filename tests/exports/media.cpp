@@ -2,6 +2,7 @@
 #include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/session.h"
 
 using namespace vh;
@@ -286,28 +287,32 @@ TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
 
 TEST(FileMedia, KnowsSetupTypesByName)
 {
-    const Session session(R"(, "setupTypes": [
-        {"name": "Small", "displayName": "A small one", "description": "Core alone", "features": ["Core"]},
-        {"name": "All", "features": ["*"]}])");
+    const Session session(R"(, "setupTypes": [{"name": "All", "features": ["*"]},
+        {"name": "Small", "displayName": "A small <PRODUCT_NAME>", "description": "Core alone", "features": ["Core"]},
+        {"name": "Help", "features": ["Tools\\Help"]}, {"name": "Tools", "features": ["Tools"]}])");
     const ListHandle list = _ListCreate(session, ListTypeString);
     EXPECT_EQ(_ComponentSetupTypeEnum(session, data, list), 0);
-    EXPECT_EQ(Texts(session, list), L"Small|All");
-    wchar_t text[64];
-    int32_t number = 0;
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 1, &number, text, 64), 0);
-    EXPECT_STREQ(text, L"Core alone");
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 2, &number, text, 64), 0);
-    EXPECT_STREQ(text, L"A small one");
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"All", 2, &number, text, 64), 0);
-    EXPECT_STREQ(text, L"All") << "its own name stands in";
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 2, &number, text, 11), 12);
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 3, &number, text, 64), -5);
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"None", 1, &number, text, 64), -3);
+    EXPECT_EQ(Texts(session, list), L"All|Small|Help|Tools");
+    // A type's own name stands in for a display text.
+    Table<const wchar_t*, int32_t, int32_t, int32_t, const wchar_t*> facts = {
+        {L"Small", 1, 64, 0, L"Core alone"}, {L"Small", 2, 64, 0, L"A small Probe"},
+        {L"All", 2, 64, 0, L"All"},          {L"Small", 2, 13, 14, L"#"},
+        {L"Small", 3, 64, -5, L"#"},         {L"None", 1, 64, -3, L"#"}};
+    for (const auto& [name, code, room, result, wanted] : facts) {
+        wchar_t text[64] = L"#";
+        int32_t number = 0;
+        EXPECT_EQ(_ComponentSetupTypeGetData(session, data, name, code, &number, text, room), result) << name << code;
+        EXPECT_STREQ(text, wanted);
+    }
     EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"None"), -3);
-    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"Small"), 0);
-    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 0);
-    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"All"), 0);
-    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 1);
+    Table<const wchar_t*, int32_t, int32_t, int32_t> states = {
+        {L"Small", 0, 0, 0}, {L"Help", 1, 0, 1}, {L"Tools", 1, 1, 1}, {L"Help", 1, 0, 1}, {L"All", 1, 1, 1}};
+    for (const auto& [name, tools, extra, help] : states) {
+        EXPECT_EQ(_ComponentSetupTypeSet(session, data, name), 0);
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), tools) << name;
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), extra) << name;
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Help"), help) << name;
+    }
 }
 
 TEST(FileMedia, ChecksKeys)
@@ -333,6 +338,11 @@ TEST(FileMedia, FiltersWithTheInvertedFlag)
     EXPECT_EQ(session.CallsOf(L"ISetupData.FilterLanguage(1033, -1)"), 1);
     EXPECT_GE(_ComponentFilterOS(session, data, 1, 2, 5), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupDataEx.FilterOS(1, 2, 0)"), 1);
+    const ListHandle list = _ListCreate(session, ListTypeNumber);
+    EXPECT_EQ(_MediaGetFilteringInfo(session, data, 0, list), 0);
+    const Patched square(
+        "SafeArrayGetDim", +[](SAFEARRAY*) WINAPI -> UINT { return 2; }, L"VHRT.dll");
+    EXPECT_EQ(_MediaGetFilteringInfo(session, data, 0, list), DISP_E_TYPEMISMATCH);
 }
 
 // The files of an item that fit, or the code.

@@ -2,7 +2,7 @@
 #include "../../exports/vhrt.h"
 #include "../../exports/vhrt/exceptions.h"
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 
 #include <oleauto.h>
 
@@ -41,9 +41,8 @@ TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
     const ListHandle numbers = _ListCreate(context, ListTypeNumber);
     _ListAddString(context, texts, L"here before", ListAddAfter);
     {
-        const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "SysAllocStringLen", reinterpret_cast<void*>(&NoText));
-        ASSERT_TRUE(none.found());
-        const ImportPatch counted(GetModuleHandleW(L"VHRT.dll"), "free", reinterpret_cast<void*>(&CountedFree));
+        const Patched none("SysAllocStringLen", NoText, L"VHRT.dll");
+        const Patched counted("free", CountedFree, L"VHRT.dll");
         reserves_back = 0;
         EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
                   E_OUTOFMEMORY);
@@ -53,8 +52,7 @@ TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
         EXPECT_EQ(_OpenFile(context, L"a path that needs a block", 2, 0), -1);
     }
     {
-        const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "malloc", reinterpret_cast<void*>(&OnlySmallBlocks));
-        ASSERT_TRUE(none.found());
+        const Patched none("malloc", OnlySmallBlocks, L"VHRT.dll");
         const HRESULT code = CodeOf([&] {
             for (int i = 0; i < 1000; ++i)
                 _ListAddItem(context, numbers, i, ListAddAfter);

@@ -1,5 +1,6 @@
 // The registry family on the embedded engine: what reaches it, what comes back, what the trace shows.
 #include "../support/bare_context.h"
+#include "../support/replaced.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
 
@@ -12,12 +13,6 @@ constexpr int64_t current_user = static_cast<int32_t>(0x80000001);
 constexpr int64_t local_machine = static_cast<int32_t>(0x80000002);
 constexpr int64_t not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
 constexpr const wchar_t* base = L"Software\\VHRegistryTest";
-
-// A key of the test's own; it goes with the test.
-struct TestKey {
-    TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
-    ~TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
-};
 
 // A value as the registry holds it, read past the library: type and bytes.
 std::pair<DWORD, std::string> Raw(const wchar_t* name)
@@ -35,10 +30,31 @@ std::string Wide(std::wstring_view text)
     return std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
 }
 
-TEST(RegistryKeys, LoseOneLeadingBackslash)
+// A session with a key of its own, which goes with it.
+class RegistryTest : public testing::Test {
+protected:
+    RegistryTest()
+    {
+        RegDeleteTreeW(HKEY_CURRENT_USER, base);
+        const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
+        texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
+        session.calls().Reset();
+    }
+    ~RegistryTest() override { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
+
+    Session session;
+    const ListHandle list = _ListCreate(session, ListTypeString);
+};
+using RegistryKeys = RegistryTest;
+using RegistryOptions = RegistryTest;
+using RegistryTextSubs = RegistryTest;
+using RegistryValues = RegistryTest;
+using RegistryWrites = RegistryTest;
+using RemoteRegistry = RegistryTest;
+using TracedRegistry = RegistryTest;
+
+TEST_F(RegistryKeys, LoseOneLeadingBackslash)
 {
-    const TestKey cleared;
-    const Session session;
     Table<const wchar_t*, const wchar_t*> cases = {{L"\\A\\B", L"A\\B"}, {L"A\\B", L"A\\B"}, {L"\\\\A", L"\\A"},
                                                    {L"\\", L""},         {L"", nullptr},     {nullptr, nullptr}};
     session.calls().FailCall(L"ISetupRegistry.", E_ABORT);
@@ -54,23 +70,18 @@ TEST(RegistryKeys, LoseOneLeadingBackslash)
                 std::wstring(sent) == L"A\\B" && given[0] != L'\\' ? 2 : 1);
         }
     }
-    const ListHandle list = _ListCreate(session, ListTypeString);
     EXPECT_EQ(_RegEnum(session, current_user, L"", RegEnumKeys, list), E_ABORT) << "listing a root needs no key";
 }
 
-TEST(RegistryValues, AreWrittenByTheirTypes)
+TEST_F(RegistryValues, AreWrittenByTheirTypes)
 {
-    const TestKey cleared;
-    const Session session;
-    const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
-    texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
-    const std::wstring list(L"one\0two\0", 8);
+    const std::wstring two(L"one\0two\0", 8);
     Table<int32_t, const wchar_t*, int32_t, int64_t, std::string> cases = {
         {REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
         {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
         {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
-        {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
-        {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
+        {REG_MULTI_SZ, two.c_str(), 8, 0, Wide(two + L'\0')},
+        {REG_MULTI_SZ, two.c_str(), -1, -1, ""},
         {REG_MULTI_SZ, nullptr, 3, -1, ""},
         {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
         {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
@@ -96,12 +107,8 @@ TEST(RegistryValues, AreWrittenByTheirTypes)
     EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, L"", L"B", "x", 1), -1);
 }
 
-TEST(RegistryTextSubs, ReachBothTheEngineAndNumbers)
+TEST_F(RegistryTextSubs, ReachBothTheEngineAndNumbers)
 {
-    const TestKey cleared;
-    const Session session;
-    const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
-    texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
     const auto write = [&](int32_t type) {
         EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", type, L"<SEVEN>", 0), 0);
         return Raw(L"V").second;
@@ -127,10 +134,8 @@ TEST(RegistryTextSubs, ReachBothTheEngineAndNumbers)
     EXPECT_EQ(_RegSetOptions(session, 1), -1);
 }
 
-TEST(RegistryValues, ComeBackAsText)
+TEST_F(RegistryValues, ComeBackAsText)
 {
-    const TestKey cleared;
-    const Session session;
     _RegSetKeyValue(session, current_user, base, L"text", REG_SZ, L"four", 0);
     _RegSetKeyValue(session, current_user, base, L"none", REG_SZ, L"", 0);
     _RegSetKeyValue(session, current_user, base, L"list", REG_MULTI_SZ, L"a\0b\0", 4);
@@ -169,10 +174,8 @@ TEST(RegistryValues, ComeBackAsText)
     }
 }
 
-TEST(RegistryKeys, AreFoundListedAndDeleted)
+TEST_F(RegistryKeys, AreFoundListedAndDeleted)
 {
-    const TestKey cleared;
-    const Session session;
     const std::wstring sub = std::wstring(L"\\") + base + L"\\Sub";
     EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
     EXPECT_EQ(_RegDeleteKey(session, current_user, sub.c_str()), -1);
@@ -183,7 +186,6 @@ TEST(RegistryKeys, AreFoundListedAndDeleted)
     _RegSetKeyValue(session, current_user, base, L"V", REG_SZ, L"", 0);
     _RegSetKeyValue(session, current_user, base, L"W", REG_SZ, L"", 0);
 
-    const ListHandle list = _ListCreate(session, ListTypeString);
     const ListHandle numbers = _ListCreate(session, ListTypeNumber);
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, list), 0);
     EXPECT_EQ(ListText(session, list), L"Sub");
@@ -200,16 +202,20 @@ TEST(RegistryKeys, AreFoundListedAndDeleted)
     EXPECT_EQ(_RegDeleteValue(session, current_user, (sub + L"\\none").c_str(), L"V"), -1);
     EXPECT_EQ(_RegDeleteKey(session, current_user, sub.c_str()), 0);
     EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
+    {
+        const Patched square(
+            "SafeArrayGetDim", +[](SAFEARRAY*) WINAPI -> UINT { return 2; }, L"VHRT.dll");
+        for (const int32_t kind : {RegEnumKeys, RegEnumValues})
+            EXPECT_EQ(_RegEnum(session, current_user, base, kind, list), DISP_E_TYPEMISMATCH);
+    }
     session.calls().FailCall(L"ISetupRegistry.KeyExists", E_ABORT);
     EXPECT_EQ(_RegExistsKey(session, current_user, base), -1);
     EXPECT_EQ(_RegDeleteKey(session, current_user, base), -1) << "a key that is not seen is not deleted";
 }
 
-TEST(RegistryWrites, AreUndoneWithTheRun)
+TEST_F(RegistryWrites, AreUndoneWithTheRun)
 {
-    const TestKey cleared;
     RegSetKeyValueW(HKEY_CURRENT_USER, base, L"Old", REG_SZ, L"before", 14);
-    const Session session;
     EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"Old", REG_SZ, L"after", 0), 0);
     EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, (std::wstring(base) + L"\\New").c_str(), L"B", "x", 1), 0);
     session.engine->Rollback();
@@ -217,9 +223,8 @@ TEST(RegistryWrites, AreUndoneWithTheRun)
     EXPECT_EQ(_RegExistsKey(session, current_user, (std::wstring(base) + L"\\New").c_str()), 0);
 }
 
-TEST(RegistryOptions, ChooseTheView)
+TEST_F(RegistryOptions, ChooseTheView)
 {
-    const Session session;
     for (const int32_t wanted : {0, 1, 0}) {
         int32_t options = -7;
         EXPECT_EQ(_RegSetOptions(session, wanted), 0);
@@ -230,10 +235,8 @@ TEST(RegistryOptions, ChooseTheView)
     EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);
 }
 
-TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
+TEST_F(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
 {
-    const TestKey cleared;
-    const Session session;
     EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     EXPECT_EQ(_RegDisConnectRegistry(session), 0);
     for (const int64_t root : {current_user, int64_t{0x80000002},
@@ -267,20 +270,17 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
     EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     EXPECT_EQ(_RegIsRemoteRegConnected(nullptr), 0);
 
-    Session left;
-    ASSERT_EQ(_RegConnectRegistry(left, local_machine, L""), 0);
-    left.Release();
-    EXPECT_EQ(left.CallsOf(L"ISetupRegistry.Disconnect"), 1) << "a context's end closes its connection";
+    ASSERT_EQ(_RegConnectRegistry(session, local_machine, L""), 0);
+    session.calls().Reset();
+    session.Release();
+    EXPECT_EQ(session.CallsOf(L"ISetupRegistry.Disconnect"), 1) << "a context's end closes its connection";
 }
 
-TEST(TracedRegistry, WritesBeginAndEndWithItsFields)
+TEST_F(TracedRegistry, WritesBeginAndEndWithItsFields)
 {
-    const TestKey cleared;
-    engine::test::SetupFolder setup;
-    engine::test::MakeTree(setup);
-    const auto engine = setup.Open();
-    const std::string text =
-        TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
+    session.Release();
+    const std::string text = TracedCalls(
+        session.engine->Host().get(), session.engine->Services().get(), [](auto& library, ObjectContext* context) {
             const auto set = VHRT_GET(library, _RegSetKeyValue);
             const auto create = VHRT_GET(library, _RegCreateKey);
             const auto erase_value = VHRT_GET(library, _RegDeleteValue);

@@ -54,10 +54,14 @@ TEST(Trace, StoresLengthAndScrambledBytes)
     TracedLibrary library(path);
     DeleteFileW(path.c_str());
     VHRT_GET(library, _SetupTraceWrite)(L"A", L"", L"");
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     // "A||" and "\r\n", each with its length; a file that was deleted comes back without a header.
-    EXPECT_EQ(bytes, std::string("\3\0\0\0\x24\xD4\xD8\2\0\0\0\x15\x0D", 13));
+    const std::string record("\3\0\0\0\x24\xD4\xD8\2\0\0\0\x15\x0D", 13);
+    EXPECT_EQ(BytesOf(path), record);
+    folder.Large(L"t.bin", (5ll << 30) + 7);
+    VHRT_GET(library, _SetupTraceWrite)(L"A", L"", L"");
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    file.seekg((5ll << 30) + 7);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), record) << "at the end of a file of any size";
 }
 
 TEST(Trace, CleansLineEndsOutOfDetails)

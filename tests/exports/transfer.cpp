@@ -82,6 +82,13 @@ TEST(FixedActions, LeaveTheirModes)
     EXPECT_EQ(session.CallsOf(L"ISetupDataModes.SetReinstallMode"), 1);
     EXPECT_EQ(_ComponentRemoveAllInLogOnly(session), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupFeatureModes.RemoveAllInLogOnly(-1)"), 1);
+    for (const wchar_t* call : {L"ISetupData.GetRoot", L"ISetupItems.Item", L"ISetupItem.GetChildren",
+                                L"ISetupItems.Count", L"ISetupItem.GetName", L"ISetupItem.Reinstall"})
+        for (const HRESULT code : {E_INVALIDARG, static_cast<HRESULT>(0x8004F069)}) {
+            session.calls().Reset();
+            session.calls().FailCall(call, code);
+            EXPECT_EQ(_ComponentUpdate(session), -105) << call << " " << code;
+        }
     session.calls().FailCall(L"IServiceProvider.QueryService(ISetupData)", E_NOINTERFACE);
     EXPECT_EQ(_ComponentReinstall(session), E_FAIL);
 }

@@ -1,4 +1,6 @@
 // The library's file: shared by its copies, marked or not, and the names of temporary files.
+#include <thread>
+
 #include "../../diagnostics/file.h"
 #include "../support/temp_folder.h"
 #include "../support/test.h"
@@ -44,6 +46,23 @@ TEST(File, KnowsItsMark)
         EXPECT_EQ(file.seek(0, FILE_CURRENT), 0u) << "the mark is still to be read";
         EXPECT_EQ(file.size(), content.size());
     }
+    // A pipe has no size, and what were read from it would be lost.
+    const std::wstring name = L"\\\\.\\pipe\\vhrt test " + std::to_wstring(GetCurrentProcessId());
+    const HANDLE pipe = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 64, 64, 0, nullptr);
+    std::thread writer([pipe] {
+        DWORD written = 0;
+        ConnectNamedPipe(pipe, nullptr);
+        WriteFile(pipe, "\xFF\xFEx", 3, &written, nullptr);
+        FlushFileBuffers(pipe);
+        CloseHandle(pipe);
+    });
+    vh::file file;
+    char bytes[4] = "";
+    EXPECT_EQ(OpenForReading(file, name), 0u);
+    EXPECT_EQ(file.code_page(), 0u);
+    EXPECT_EQ(file.read_bytes(bytes, 3), 3u);
+    EXPECT_STREQ(bytes, "\xFF\xFEx");
+    writer.join();
 }
 
 TEST(File, SaysWhatFailed)

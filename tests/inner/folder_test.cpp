@@ -1,6 +1,6 @@
 // Which folders the picker takes, and that its test of a new folder leaves nothing behind.
 #include "../../dialogs/folder_test.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/temp_folder.h"
 #include "../support/test.h"
 
@@ -62,21 +62,11 @@ TEST(NewFolder, IsPossibleWhereItCanBeMadeAndIsTakenAwayAgain)
     const TempFolder folder;
     folder.Write(L"there\\file", "x");
     const std::wstring before = Below(folder);
-    const std::pair<const wchar_t*, bool> cases[] = {{L"new", true},
-                                                     {L"new\\", true},
-                                                     {L"new\\below\\and below", true},
-                                                     {L"there\\new", true},
-                                                     {L"there", false},
-                                                     {L"there\\", false},
-                                                     {L"there\\\\new\\\\", true},
-                                                     {L"there\\file", false},
-                                                     {L"bad?name", false},
-                                                     {L"there\\file\\new", false},
-                                                     {L"", false}};
-    for (const auto& [name, possible] : cases) {
-        EXPECT_EQ(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name), possible) << name;
-        EXPECT_EQ(Below(folder), before) << name;
-    }
+    for (const wchar_t* name : {L"new", L"new\\", L"new\\below\\and below", L"there\\new", L"there\\\\new\\\\"})
+        EXPECT_TRUE(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name)) << name;
+    for (const wchar_t* name : {L"there", L"there\\", L"there\\file", L"bad?name", L"there\\file\\new", L""})
+        EXPECT_FALSE(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name)) << name;
+    EXPECT_EQ(Below(folder), before);
     for (const std::wstring& path :
          {std::wstring(), std::wstring(L"c:"), std::wstring(L"c:\\"), folder / std::wstring(300, L'x')})
         EXPECT_FALSE(vh::IsNewFolderPossible(path)) << path;
@@ -85,13 +75,16 @@ TEST(NewFolder, IsPossibleWhereItCanBeMadeAndIsTakenAwayAgain)
 TEST(NewFolder, IsNotPossibleWhereNoneMayBeMadeOrItTakesNoFile)
 {
     const TempFolder folder;
-    for (const auto& [function, refusal] : {std::pair("GetTempFileNameW", reinterpret_cast<void*>(&NoTempFile)),
-                                            {"CreateDirectoryW", reinterpret_cast<void*>(&DeniedFolder)}}) {
-        const ImportPatch refused(GetModuleHandleW(nullptr), function, refusal);
-        ASSERT_TRUE(refused.found());
+    const auto expect_none = [&] {
         EXPECT_FALSE(vh::IsNewFolderPossible(folder / L"new\\below"));
         EXPECT_EQ(Below(folder), L"");
+    };
+    {
+        const Patched no_file("GetTempFileNameW", NoTempFile);
+        expect_none();
     }
+    const Patched no_folder("CreateDirectoryW", DeniedFolder);
+    expect_none();
 }
 
 TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)

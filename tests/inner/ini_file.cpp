@@ -5,6 +5,7 @@
 #include "../../files/ini_file.h"
 #include "../../scriptdata/unique.h"
 #include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/temp_folder.h"
 #include "../support/test.h"
 
@@ -455,7 +456,7 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
         if (one.attributes == 0) {
             const std::string before = BytesOf(file.path);
             file.document.set_string(L"a", L"more", std::wstring(100, L'm'));
-            const ImportPatch cut(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&CutThirdWrite));
+            const Patched cut("WriteFile", CutThirdWrite);
             real_write = reinterpret_cast<decltype(&WriteFile)>(cut.original());
             writes = 0;
             EXPECT_FALSE(file.document.save(0, 0, false)) << one.what;

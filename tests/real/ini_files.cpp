@@ -16,13 +16,8 @@
 
 namespace {
 
+using vh::test::BytesOf;
 using Entries = std::vector<std::pair<std::wstring, std::wstring>>;
-
-std::string BytesOf(const std::wstring& path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::wstring Trimmed(std::wstring_view text)
 {

@@ -4,7 +4,7 @@
 #include "../../exports/vhrt/folders.h"
 #include "../../scriptdata/exception.h"
 #include "../support/dialog_driver.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/screenshot.h"
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
@@ -357,11 +357,9 @@ BSTR WINAPI NoText(const OLECHAR*, UINT) { return nullptr; }
 TEST_F(FolderPicker, EndsWithTheErrorWhenMemoryRunsOutInside)
 {
     HRESULT code = S_OK;
-    std::unique_ptr<ImportPatch> no_memory;
+    std::optional<Patched> no_memory;
     const auto run_out = [&] {
-        no_memory = std::make_unique<ImportPatch>(GetModuleHandleW(L"VHRT.dll"), "SysAllocStringLen",
-                                                  reinterpret_cast<void*>(&NoText));
-        EXPECT_TRUE(no_memory->found());
+        no_memory.emplace("SysAllocStringLen", NoText, L"VHRT.dll");
         return Type(L"c:\\a text that is not short");
     };
     try {
