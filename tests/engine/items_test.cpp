@@ -139,9 +139,9 @@ TEST_F(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
                                    {{L"Tools"}, 0, S_OK, L"s---"},
                                    {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
                                    {{L"Tools"}, 2, S_OK, L"ssss"}};
-    for (const SelectionCase& step : steps) {
-        EXPECT_EQ(step.code, Feature(*engine, step.path)->SetSelected(step.value));
-        EXPECT_EQ(step.state, State(*engine));
+    for (const auto& [path, value, code, state] : steps) {
+        EXPECT_EQ(code, Feature(*engine, path)->SetSelected(value));
+        EXPECT_EQ(state, State(*engine));
     }
     const auto features = engine->Host().query<ISetupFeatureHost>();
     features->SelectAll(0);

@@ -35,13 +35,10 @@ TEST_F(Bags, ChangeValuesToTheWantedType)
     for (const auto& [name, wanted_number, wanted_truth, text] : cases) {
         int32_t number = -7, truth = -7, size = 3;
         wchar_t buffer[8] = L"#######";
-        EXPECT_EQ(ReadNumberProperty(bag.get(), name, &number), 0);
-        EXPECT_EQ(number, wanted_number);
-        EXPECT_EQ(ReadBoolProperty(bag.get(), name, &truth), 0);
-        EXPECT_EQ(truth, wanted_truth);
+        EXPECT_GIVES(ReadNumberProperty(bag.get(), name, &number), 0, number, wanted_number);
+        EXPECT_GIVES(ReadBoolProperty(bag.get(), name, &truth), 0, truth, wanted_truth);
         if (text) {
-            EXPECT_EQ(_ReadStringProperty(bag.get(), name, buffer, &size), 0);
-            EXPECT_STREQ(buffer, text);
+            EXPECT_GIVES_TEXT(_ReadStringProperty(bag.get(), name, buffer, &size), 0, buffer, text);
             EXPECT_EQ(size, 3) << "the size stays when the text fits";
         }
     }
@@ -59,8 +56,7 @@ TEST_F(Bags, TellTheSizeThatATextNeeds)
     for (const auto& [room, result, size_back, text] : cases) {
         wchar_t buffer[8] = L"##";
         int32_t size = room;
-        EXPECT_EQ(_ReadStringProperty(bag.get(), L"four", buffer, &size), result);
-        EXPECT_EQ(size, size_back);
+        EXPECT_GIVES(_ReadStringProperty(bag.get(), L"four", buffer, &size), result, size, size_back);
         EXPECT_STREQ(buffer, text);
     }
     VARIANT nothing{};
@@ -96,8 +92,7 @@ TEST_F(Bags, KeepWhatIsWritten)
     array.parray = numbers;
     EXPECT_EQ(WriteArrayProperty(bag.get(), L"a", &array), 0);
     VARIANT back = array; // its content goes before the value comes
-    EXPECT_EQ(ReadArrayProperty(bag.get(), L"a", &back), 0);
-    EXPECT_EQ(back.vt, VT_ARRAY | VT_I4);
+    EXPECT_GIVES(ReadArrayProperty(bag.get(), L"a", &back), 0, back.vt, VT_ARRAY | VT_I4);
     EXPECT_NE(back.parray, nullptr);
     EXPECT_EQ(ReadArrayProperty(bag.get(), L"none", &back), E_INVALIDARG);
     EXPECT_EQ(back.vt, VT_ARRAY | VT_I4) << "a failing read leaves the output alone";
@@ -116,11 +111,9 @@ TEST_F(Bags, ComeOutOfTheirStreamOnce)
         IStream* stream = nullptr;
         ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(iid_of<ISetupPropertyBag>, bag.get(), &stream), S_OK);
         ISetupPropertyBag* out = nullptr;
-        EXPECT_EQ(__VHRTGetPropertyBag(&stream, &out), 0);
-        EXPECT_EQ(stream, nullptr);
+        EXPECT_GIVES(__VHRTGetPropertyBag(&stream, &out), 0, stream, nullptr);
         int32_t number = 0;
-        EXPECT_EQ(ReadNumberProperty(out, L"n", &number), 0);
-        EXPECT_EQ(number, 41);
+        EXPECT_GIVES(ReadNumberProperty(out, L"n", &number), 0, number, 41);
         bag.reset();
         EXPECT_EQ(__VHRTReleasePropertyBag(out), 0) << "no reference is left";
         EXPECT_EQ(__VHRTReleasePropertyBag(nullptr), 0);

@@ -35,8 +35,7 @@ TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
 {
     const std::wstring self = OwnPath();
     wchar_t text[] = L"abc";
-    EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", 40, text, 2), 42);
-    EXPECT_STREQ(text, L"#bc");
+    EXPECT_GIVES_TEXT(CallDLLFn(self.c_str(), "VHTestSum", 40, text, 2), 42, text, L"#bc");
     EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", -40, nullptr, 2), -38);
     for (int32_t i = 0; i < 5; ++i)
         EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestUnbalanced", i, text, 0), 42) << "the stack is put back";

@@ -82,19 +82,15 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
         R"(, "maintenanceOption": 8, "enabledServices": 5, "installGuid": "{11111111-2222-3333-4444-555555555555}")");
     wchar_t text[64];
     int32_t number = 0;
-    EXPECT_EQ(__GetProductGuid(session, text), 0);
-    EXPECT_STREQ(text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
-    EXPECT_EQ(__GetInstallGuid(session, text), 0);
-    EXPECT_STREQ(text, L"{11111111-2222-3333-4444-555555555555}");
+    EXPECT_GIVES_TEXT(__GetProductGuid(session, text), 0, text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
+    EXPECT_GIVES_TEXT(__GetInstallGuid(session, text), 0, text, L"{11111111-2222-3333-4444-555555555555}");
     using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
     for (const auto& [get, value] :
          {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}}) {
-        EXPECT_EQ(get(session, &number), 0);
-        EXPECT_EQ(number, value);
+        EXPECT_GIVES(get(session, &number), 0, number, value);
     }
     EXPECT_EQ(__PutEnabledIServices(session, 9), 0);
-    EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
-    EXPECT_EQ(number, 9);
+    EXPECT_GIVES(__GetEnabledIServices(session, &number), 0, number, 9);
     EXPECT_EQ(_SetGlobalFlags(session, 0x55), 0);
     EXPECT_EQ(_SetGlobalFlags(session, 1), 0x55);
     EXPECT_EQ(_GetGlobalFlags(session), 1);
@@ -135,8 +131,7 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
     {
         ObjectContext* suite = __CreateObjectContextSuiteExt(session.engine->Services().get(), L"C:\\suite");
         wchar_t text[64];
-        EXPECT_EQ(_GetSupportDir(suite, text, 64), 0);
-        EXPECT_STREQ(text, L"C:\\suite");
+        EXPECT_GIVES_TEXT(_GetSupportDir(suite, text, 64), 0, text, L"C:\\suite");
         EXPECT_EQ(Variable(*session.engine, global_text_service, L"ENGINECOMMONDIR"), L"C:\\suite");
         EXPECT_EQ(Variable(*session.engine, global_text_service, L"SHAREDSUPPORTDIR"), L"C:\\suite");
         EXPECT_EQ(_ComponentGetData(suite, L"DATA", L"Core", 8, nullptr, text, 64), -132);
@@ -159,8 +154,7 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
     __ReleaseObjectContextSuiteExt(nullptr);
     ObjectContext* empty = __CreateObjectContextSuiteExt(session.engine->Services().get(), nullptr);
     wchar_t text[4] = L"x";
-    EXPECT_EQ(_GetSupportDir(empty, text, 4), 0);
-    EXPECT_STREQ(text, L"");
+    EXPECT_GIVES_TEXT(_GetSupportDir(empty, text, 4), 0, text, L"");
     __ReleaseObjectContextSuiteExt(empty);
 }
 
@@ -229,8 +223,7 @@ TEST(Texts, ComeFromTheStringTableAndTheVariables)
 {
     const Session session(R"(, "strings": {"1033": {"HELLO": "Good day"}}, "variables": {"WHO": "you"})");
     wchar_t text[16] = L"";
-    EXPECT_EQ(__LoadString(session, L"HELLO", text, 9), 0);
-    EXPECT_STREQ(text, L"Good day");
+    EXPECT_GIVES_TEXT(__LoadString(session, L"HELLO", text, 9), 0, text, L"Good day");
     EXPECT_EQ(__LoadString(session, L"HELLO", text, 8), 9);
     EXPECT_EQ(__LoadString(session, L"ABSENT", text, 16), -1);
     EXPECT_EQ(__LoadString(session, nullptr, text, 16), -1);
@@ -276,8 +269,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
     session.calls().Reset();
     EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
     int32_t count = -1;
-    EXPECT_EQ(_GetObjectCount(session, &count), 0);
-    EXPECT_EQ(count, 2);
+    EXPECT_GIVES(_GetObjectCount(session, &count), 0, count, 2);
     // The host itself, then its objects; each call makes its view of the object anew.
     const std::pair<const wchar_t*, int32_t> objects[] = {{L"", 0}, {L"Core", 1}, {L"tools", 2}};
     for (const auto& [name, index] : objects) {
@@ -355,8 +347,7 @@ TEST(DataModes, AreReadAndSetInTheDataSet)
     const auto expect = [&](std::initializer_list<std::pair<Getter, int32_t>> modes, int32_t result) {
         for (const auto& [get, mode] : modes) {
             int32_t on = -1;
-            EXPECT_EQ(get(session, &on), result);
-            EXPECT_EQ(on, mode);
+            EXPECT_GIVES(get(session, &on), result, on, mode);
         }
     };
     expect({{__GetUpdateMode, 0}, {__GetRemoveAllMode, 0}, {__GetReinstallMode, 0}}, 0);

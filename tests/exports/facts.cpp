@@ -15,8 +15,7 @@ TEST(Facts, OfTheProcessorAreTheNativeSystems)
     SYSTEM_INFO system;
     GetNativeSystemInfo(&system);
     VHRTProcessorInfo info{};
-    EXPECT_EQ(_GetProcessorInfo(&info), 0);
-    EXPECT_EQ(info.architecture, system.wProcessorArchitecture);
+    EXPECT_GIVES(_GetProcessorInfo(&info), 0, info.architecture, system.wProcessorArchitecture);
     EXPECT_EQ(info.processorCount, static_cast<int32_t>(system.dwNumberOfProcessors));
     EXPECT_EQ(info.processorType, static_cast<int32_t>(system.dwProcessorType));
     EXPECT_EQ(info.processorLevel, system.wProcessorLevel);

@@ -107,8 +107,7 @@ TEST_F(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(size, 2);
     ASSERT_EQ(_GetLine(context, file, buffer, 6), 0);
     EXPECT_EQ(std::wstring(buffer, 7), std::wstring(L"xy\0\0\0\0#", 7)) << "padded up to the size";
-    EXPECT_EQ(_GetLineSize(context, file, &size), -1);
-    EXPECT_EQ(size, 0);
+    EXPECT_GIVES(_GetLineSize(context, file, &size), -1, size, 0);
     for (const int32_t no_room : {0, -1}) {
         const auto again = Open(path);
         EXPECT_EQ(_GetLine(context, again, buffer, no_room), 0);
@@ -194,8 +193,7 @@ TEST_F(BinaryFile, ReadsAndWritesWithinTheBuffer)
     EXPECT_EQ(_WriteBytes(context, file, source, 10, 10, 1), -1);
     EXPECT_EQ(_SeekBytes(context, file, 1, SeekFromStart), 0);
     char buffer[8] = "#######";
-    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 3, 2), 2);
-    EXPECT_STREQ(buffer, "###34##");
+    EXPECT_GIVES_TEXT(_ReadBytes(context, file, buffer, 7, 3, 2), 2, buffer, "###34##");
     EXPECT_EQ(_SeekBytes(context, file, -1, SeekFromCurrent), 0);
     EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 1), 1);
     EXPECT_EQ(buffer[0], '4');

@@ -12,14 +12,11 @@ TEST(InetFile, GivesTheLow32BitsOfALocalSize)
 {
     const TempFolder folder;
     uint32_t size = 1;
-    EXPECT_EQ(_GetInetFileSize(folder.Write(L"small", "12345").c_str(), &size), 0);
-    EXPECT_EQ(size, 5u);
-    EXPECT_EQ(_GetInetFileSize(folder.Write(L"empty", "").c_str(), &size), 0);
-    EXPECT_EQ(size, 0u);
+    EXPECT_GIVES(_GetInetFileSize(folder.Write(L"small", "12345").c_str(), &size), 0, size, 5u);
+    EXPECT_GIVES(_GetInetFileSize(folder.Write(L"empty", "").c_str(), &size), 0, size, 0u);
 
     const std::wstring large = folder.Large(L"large", (5ll << 30) + 7);
-    EXPECT_EQ(_GetInetFileSize(large.c_str(), &size), 0);
-    EXPECT_EQ(size, 0x40000007u);
+    EXPECT_GIVES(_GetInetFileSize(large.c_str(), &size), 0, size, 0x40000007u);
 }
 
 TEST(InetFile, GivesTheTimeOfTheLastWrite)
@@ -33,8 +30,7 @@ TEST(InetFile, GivesTheTimeOfTheLastWrite)
         ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &wanted));
     }
     FILETIME time{};
-    EXPECT_EQ(_GetInetFileTime(path.c_str(), &time), 0);
-    EXPECT_EQ(time.dwHighDateTime, wanted.dwHighDateTime);
+    EXPECT_GIVES(_GetInetFileTime(path.c_str(), &time), 0, time.dwHighDateTime, wanted.dwHighDateTime);
     EXPECT_EQ(time.dwLowDateTime, wanted.dwLowDateTime);
 }
 
@@ -59,8 +55,7 @@ TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
         {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0}};
     for (const auto& [file_high, file_low, cluster, high_sum, low_sum] : rows) {
         int32_t high = 0, low = 0;
-        EXPECT_EQ(_CalculateAndAddFileCost(file_high, file_low, cluster, &high, &low), 0);
-        EXPECT_EQ(high, high_sum);
+        EXPECT_GIVES(_CalculateAndAddFileCost(file_high, file_low, cluster, &high, &low), 0, high, high_sum);
         EXPECT_EQ(low, low_sum);
     }
 }
@@ -68,8 +63,7 @@ TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
 TEST(FileCost, AddsUpWithoutACarry)
 {
     int32_t high = 10, low = 0x7FFFF000;
-    EXPECT_EQ(_CalculateAndAddFileCost(1, 1, 4096, &high, &low), 0);
-    EXPECT_EQ(high, 11);
+    EXPECT_GIVES(_CalculateAndAddFileCost(1, 1, 4096, &high, &low), 0, high, 11);
     EXPECT_EQ(static_cast<uint32_t>(low), 0x80000000u);
 }
 

@@ -210,8 +210,7 @@ TEST_F(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
         for (size_t i = 0; i < codes.size(); ++i)
             EXPECT_EQ(codes[i], i == 6 ? VHRT_WRONG_TYPE : VHRT_BAD_HANDLE) << unknown << " call " << i;
         ListHandle kept = unknown;
-        EXPECT_EQ(_ListDestroy(context, &kept), VHRT_BAD_HANDLE);
-        EXPECT_EQ(kept, unknown);
+        EXPECT_GIVES(_ListDestroy(context, &kept), VHRT_BAD_HANDLE, kept, unknown);
     }
     for (const int32_t type : {1, 2, -2, 7})
         EXPECT_EQ(_ListCreate(context, type), -1);
@@ -282,8 +281,7 @@ TEST_F(ListFiles, LandBehindTheCurrentElement)
     _ListSetIndex(context, texts, ListIndexFirst);
     const std::wstring file = folder.Write(L"in.txt", "one\r\n\r\nthree");
     EXPECT_EQ(_ListReadFromFile(context, texts, file.c_str()), 0);
-    EXPECT_EQ(_ListCurrentString(context, texts, buffer, 8), 0);
-    EXPECT_STREQ(buffer, L"three");
+    EXPECT_GIVES_TEXT(_ListCurrentString(context, texts, buffer, 8), 0, buffer, L"three");
     EXPECT_EQ(ListText(context, texts), L"first|one||three|last");
     EXPECT_EQ(_ListReadFromFile(context, texts, (folder / L"absent").c_str()), -1);
 }

@@ -55,12 +55,10 @@ TEST(UnknownMedia, AnswersTheMixtureThatScriptsKnow)
 
     _ComponentGetData(session, L"lost", L"Core", 8, &number, text, 64);
     variant error;
-    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), text), -132);
-    EXPECT_STREQ(text, L"lost");
+    EXPECT_GIVES_TEXT(_ComponentErrorInfo(session, error.put(), text), -132, text, L"lost");
     wchar_t detail1[64] = L"x";
     wchar_t detail2[64] = L"x";
-    EXPECT_EQ(_ComponentError(session, L"lost", text, 64, detail1, detail2, &number), 0);
-    EXPECT_EQ(number, -132);
+    EXPECT_GIVES(_ComponentError(session, L"lost", text, 64, detail1, detail2, &number), 0, number, -132);
     EXPECT_STREQ(text, L"");
     EXPECT_STREQ(detail1, L"");
 }
@@ -224,8 +222,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
 {
     const Session session;
     int32_t size = 0;
-    EXPECT_EQ(_ComponentGetItemSize(session, data, L"Tools", &size), 0);
-    EXPECT_EQ(size, 20);
+    EXPECT_GIVES(_ComponentGetItemSize(session, data, L"Tools", &size), 0, size, 20);
     EXPECT_EQ(_ComponentTotalSize(session, data, L"Tools", 0, 0, 0), 20);
     EXPECT_GE(_ComponentTotalSize(session, data, L"Tools", 1, 1, 10), 50) << "the shift has no effect";
     EXPECT_GE(_ComponentTotalSize(session, data, L"", 1, 1, 0), 60);
@@ -236,14 +233,12 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(_ComponentGetTotalCost(session, data, target.c_str(), &cost), 0);
     EXPECT_GE(cost, 1);
     int32_t other = -1;
-    EXPECT_EQ(_ComponentGetTotalCost(session, data, L"Q:\\elsewhere", &other), 0);
-    EXPECT_EQ(other, 0);
+    EXPECT_GIVES(_ComponentGetTotalCost(session, data, L"Q:\\elsewhere", &other), 0, other, 0);
     EXPECT_EQ(_ComponentGetCost(session, data, L"Nothing", target.c_str(), &other), -105);
     EXPECT_EQ(_ComponentGetCost(session, data, L"Core", nullptr, &other), -1);
     int32_t high = -1;
     int32_t low = -1;
-    EXPECT_EQ(_FeatureGetCost(session, data, L"Core", target.c_str(), &high, &low), 0);
-    EXPECT_EQ(high, 0);
+    EXPECT_GIVES(_FeatureGetCost(session, data, L"Core", target.c_str(), &high, &low), 0, high, 0);
     EXPECT_GE(low, 10);
 
     EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"Core", 3, 1), 0);
@@ -251,8 +246,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"None", 3, 1), -1);
     EXPECT_EQ(_FeatureAddCost(session, data, L"None", L"C:\\", 3, 1), -1);
     wchar_t drive[MAX_PATH] = L"kept";
-    EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), 0);
-    EXPECT_EQ(size, 0);
+    EXPECT_GIVES(_ComponentCompareSizeRequired(session, data, drive, &size), 0, size, 0);
     EXPECT_STREQ(drive, L"kept");
     // Petabytes, as the engine's own cost of the product.
     EXPECT_EQ(_FeatureAddCost(session, data, L"Core", target.c_str(), 0, 0x7FFFFF), 0);
@@ -486,8 +480,7 @@ TEST(FileMedia, GivesTheEnginesErrorToTheScript)
     EXPECT_EQ(_ComponentMoveData(session, data, 0), E_INVALIDARG);
     variant error;
     wchar_t media[64] = L"";
-    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), media), 0);
-    EXPECT_STREQ(media, data);
+    EXPECT_GIVES_TEXT(_ComponentErrorInfo(session, error.put(), media), 0, media, data);
     ASSERT_EQ(error.type(), VT_DISPATCH);
     const std::pair<const wchar_t*, const wchar_t*> properties[] = {
         {L"Code", L"-2147024809"}, {L"File", L"<NOWHERE>"}, {L"Reason", L"\"Lost\""}, {L"Text", L"\"Lost\""}};
@@ -520,8 +513,7 @@ TEST(MediaInfo, FillsTheRecordOfTheScript)
         R"(, "media": {"texts": ["one", "two", "three"], "number": 77, "truths": [true, false, true]})");
     VHRTMediaInfo info;
     std::memset(&info, 0xEE, sizeof(info));
-    EXPECT_EQ(_MediaGetInfo(session, data, &info), 0);
-    EXPECT_EQ(info.number, 77);
+    EXPECT_GIVES(_MediaGetInfo(session, data, &info), 0, info.number, 77);
     EXPECT_STREQ(info.text1, L"one");
     EXPECT_STREQ(info.text3, L"three");
     EXPECT_STREQ(info.text14, L"");

@@ -142,14 +142,10 @@ TEST_F(RegistryValues, ComeBackAsText)
     _RegSetKeyValue(session, current_user, base, L"number", REG_DWORD, L"-12", 0);
     _RegSetKeyBinaryValue(session, current_user, base, L"bytes", "\1\2\3", 3);
     Table<const wchar_t*, int32_t, int64_t, int32_t, int32_t, std::wstring> cases = {
-        {L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
-        {L"text", 4, -5, 5, REG_SZ, L"#######"},
-        {L"text", 0, -5, 5, REG_SZ, L"#######"},
-        {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
-        {L"none", 0, -5, 1, REG_SZ, L"#######"},
-        {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
-        {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
-        {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
+        {L"text", 4, -5, 5, REG_SZ, L"#######"},       {L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
+        {L"text", 0, -5, 5, REG_SZ, L"#######"},       {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
+        {L"none", 0, -5, 1, REG_SZ, L"#######"},       {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
+        {L"bytes", 9, -10, 9, REG_BINARY, L"#######"}, {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
         {L"missing", 9, not_found, 9, -7, L"#######"}};
     for (const auto& [name, room, result, size_back, wanted_type, units] : cases) {
         wchar_t buffer[] = L"#######";
@@ -228,8 +224,7 @@ TEST_F(RegistryOptions, ChooseTheView)
     for (const int32_t wanted : {0, 1, 0}) {
         int32_t options = -7;
         EXPECT_EQ(_RegSetOptions(session, wanted), 0);
-        EXPECT_EQ(_RegGetOptions(session, &options), 0);
-        EXPECT_EQ(options, wanted);
+        EXPECT_GIVES(_RegGetOptions(session, &options), 0, options, wanted);
         EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
     }
     EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);

@@ -46,8 +46,7 @@ TEST(Numbers, DivideAndCombineAsText)
     Table<int32_t, int32_t, int32_t, const wchar_t*> divisions = {
         {1, 3, 4, L"0.3333"}, {-7, 2, 1, L"-3.5"}, {2, 3, 0, L"1"}, {10, 5, 2, L"2.00"}};
     for (const auto& [numerator, denominator, precision, wanted_text] : divisions) {
-        EXPECT_EQ(_Divide(numerator, denominator, precision, text, point), 0);
-        EXPECT_STREQ(text, wanted_text);
+        EXPECT_GIVES_TEXT(_Divide(numerator, denominator, precision, text, point), 0, text, wanted_text);
         EXPECT_STREQ(point, L".");
     }
     EXPECT_EQ(_Divide(1, 0, 2, text, point), 0);
@@ -57,12 +56,10 @@ TEST(Numbers, DivideAndCombineAsText)
         {L"", L"2", L'-', L"-2.00"},        {L"abc", L"1", L'+', L"1.00"},  {nullptr, L"1", L'+', L"1.00"},
         {L"1e3", L"0.25", L'+', L"1000.25"}};
     for (const auto& [a, b, operation, wanted_text] : operations) {
-        EXPECT_EQ(_FloatingPointOperation(a, b, operation, text), 0);
-        EXPECT_STREQ(text, wanted_text);
+        EXPECT_GIVES_TEXT(_FloatingPointOperation(a, b, operation, text), 0, text, wanted_text);
     }
     wcscpy(text, L"kept");
-    EXPECT_EQ(_FloatingPointOperation(L"1", L"2", L'%', text), E_INVALIDARG);
-    EXPECT_STREQ(text, L"kept");
+    EXPECT_GIVES_TEXT(_FloatingPointOperation(L"1", L"2", L'%', text), E_INVALIDARG, text, L"kept");
     EXPECT_EQ(_CompareDWORD(0x80000000, 1), 1);
     EXPECT_EQ(_CompareDWORD(1, 0xFFFFFFFF), -1);
     EXPECT_EQ(_CompareDWORD(5, 5), 0);

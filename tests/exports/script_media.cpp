@@ -23,8 +23,7 @@ TEST(ScriptMedia, IsMadeByItsFirstItem)
     wchar_t detail[64];
     int32_t code = 0;
     _ComponentSetData(context, mine, L"a", 15, 0, L"The letter");
-    EXPECT_EQ(_ComponentError(context, mine, text, 64, detail, detail, &code), 0);
-    EXPECT_EQ(code, -102);
+    EXPECT_GIVES(_ComponentError(context, mine, text, 64, detail, detail, &code), 0, code, -102);
     EXPECT_STREQ(text, L"The letter") << "shown by its display name";
     EXPECT_EQ(_ComponentError(context, mine, text, 10, detail, detail, &code), 11);
 }
@@ -107,10 +106,8 @@ TEST(ScriptMedia, AddsUpWhatIsSelected)
               20 + (_ComponentIsItemSelected(context, mine, L"a") ? 10 : 0));
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"", 1, 0, 0), 0x7FFFFFFF);
     int32_t size = 0;
-    EXPECT_EQ(_ComponentGetItemSize(context, mine, L"a\\c", &size), 0);
-    EXPECT_EQ(size, 40);
-    EXPECT_EQ(_ComponentGetItemSize(context, mine, L"none", &size), -105);
-    EXPECT_EQ(size, -1);
+    EXPECT_GIVES(_ComponentGetItemSize(context, mine, L"a\\c", &size), 0, size, 40);
+    EXPECT_GIVES(_ComponentGetItemSize(context, mine, L"none", &size), -105, size, -1);
 }
 
 TEST(Costs, RoundAndChooseTheirUnits)
@@ -130,8 +127,7 @@ TEST(Costs, RoundAndChooseTheirUnits)
         int32_t cost = -1;
         EXPECT_EQ(_ComponentGetCost(context, mine, L"x", L"any target", &cost), 0);
         EXPECT_EQ(cost, kilobytes) << bytes;
-        EXPECT_EQ(_ComponentGetTotalCost(context, mine, L"", &cost), 0);
-        EXPECT_EQ(cost, kilobytes);
+        EXPECT_GIVES(_ComponentGetTotalCost(context, mine, L"", &cost), 0, cost, kilobytes);
         wchar_t text[32] = L"#";
         int32_t unit = 99;
         EXPECT_EQ(_ComponentGetCostEx(context, mine, L"x", L"", text, &unit), 0);
@@ -144,8 +140,7 @@ TEST(Costs, RoundAndChooseTheirUnits)
         _ComponentAddItem(context, mine, std::to_wstring(i).c_str(), 0x7FFFFFFF, 1);
     int32_t high = 0;
     int32_t low = 0;
-    EXPECT_EQ(_FeatureGetCost(context, mine, L"", L"", &high, &low), 0);
-    EXPECT_EQ(high, 4);
+    EXPECT_GIVES(_FeatureGetCost(context, mine, L"", L"", &high, &low), 0, high, 4);
     EXPECT_EQ(low, 0x7FFFFFFF - 4);
     wchar_t text[32];
     int32_t unit = 0;

@@ -66,25 +66,23 @@ TEST(Trace, StoresLengthAndScrambledBytes)
 
 TEST(Trace, CleansLineEndsOutOfDetails)
 {
-    Table<const wchar_t*, const char*> cases = {
-        {L"abc", "abc"},
-        {L"abc\r\n", "abc"},
-        {L"abc\n\n", "abc_"},
-        {L"a\r\nb\nc", "a_b_c"},
-        {L"a\rb", "a\rb"},
-        {L"a\r\n\r\n", "a_"},
-        {L"\n", ""},
-        {L"\r", ""},
-        {L"", ""},
-        {L"a|b\tc", "a|b\tc"},
-        {L"100%%", "100%"},
-        {L"%d of %d", "0 of 0"},
-        {L"%s.", "(null)."},
-        {L"a%n%5hhnb", "ab"},
-        {L"%%n", "%n"},
-        {L"%5%nn.%d", "%5n.0"},
-        {L"http://u:p@h/x", "http://u:***@h/x"},
-    };
+    Table<const wchar_t*, const char*> cases = {{L"abc", "abc"},
+                                                {L"abc\r\n", "abc"},
+                                                {L"abc\n\n", "abc_"},
+                                                {L"a\r\nb\nc", "a_b_c"},
+                                                {L"a\rb", "a\rb"},
+                                                {L"a\r\n\r\n", "a_"},
+                                                {L"\n", ""},
+                                                {L"\r", ""},
+                                                {L"", ""},
+                                                {L"a|b\tc", "a|b\tc"},
+                                                {L"100%%", "100%"},
+                                                {L"%d of %d", "0 of 0"},
+                                                {L"%s.", "(null)."},
+                                                {L"a%n%5hhnb", "ab"},
+                                                {L"%%n", "%n"},
+                                                {L"%5%nn.%d", "%5n.0"},
+                                                {L"http://u:p@h/x", "http://u:***@h/x"}};
     const TempFolder folder;
     const std::wstring path = folder / L"t.bin";
     TracedLibrary library(path);

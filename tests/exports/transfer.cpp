@@ -114,8 +114,7 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     int32_t cost = -1;
     EXPECT_EQ(_FeatureAddCost(session, L"MORE", L"Two", L"Q:\\x", 4 << 10, 0), 0);
     const long asked = session.CallsOf(L"ISetupItem.GetCosts");
-    EXPECT_EQ(_ComponentGetTotalCost(session, L"MORE", L"Q:\\", &cost), 0);
-    EXPECT_EQ(cost, 4);
+    EXPECT_GIVES(_ComponentGetTotalCost(session, L"MORE", L"Q:\\", &cost), 0, cost, 4);
     EXPECT_EQ(session.CallsOf(L"ISetupItem.GetCosts") - asked, 3) << "from the first disk on, which is never moved";
     EXPECT_EQ(_ComponentMoveData(session, L"MORE", 1), 0);
     EXPECT_EQ(engine::test::Tree(session.folder.Target()), (std::vector<std::wstring>{L"a.bin", L"b.bin"}));

@@ -144,8 +144,7 @@ TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
     const std::wstring source = folder.Write(L"source.dll", "new");
     const std::wstring target = folder / L"target.dll";
     wchar_t buffer[MAX_PATH] = L"";
-    EXPECT_EQ(_VerUpdateFile(session, source.c_str(), target.c_str(), 0, buffer), 0);
-    EXPECT_EQ(buffer, target);
+    EXPECT_GIVES(_VerUpdateFile(session, source.c_str(), target.c_str(), 0, buffer), 0, buffer, target);
     EXPECT_TRUE(std::filesystem::exists(target));
 
     wcscpy_s(buffer, untouched);
@@ -153,8 +152,7 @@ TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
     EXPECT_EQ(failed, _FileCopy(session, (folder / L"missing.dll").c_str(), target.c_str(), 0));
     EXPECT_NE(failed, 0);
     EXPECT_STREQ(buffer, untouched);
-    EXPECT_EQ(_VerUpdateFile(nullptr, source.c_str(), target.c_str(), 0, buffer), -1);
-    EXPECT_STREQ(buffer, untouched);
+    EXPECT_GIVES_TEXT(_VerUpdateFile(nullptr, source.c_str(), target.c_str(), 0, buffer), -1, buffer, untouched);
 }
 
 TEST(VersionTrace, TellsFileAndVersionAtBothEnds)

@@ -85,15 +85,13 @@ TEST(Ports, AreCountedByTheStartsOfTheirNames)
         const Replaced spooler(vh::late::enum_ports, SomePorts);
         for (const auto& [needed, asked] : std::map<DWORD, DWORD>{{0, 4096}, {4096, 4096}, {100, 4096}, {5000, 5000}}) {
             needed_bytes = needed;
-            EXPECT_EQ(GetPorts(&printers, &serial), 0);
-            EXPECT_EQ(printers, 2);
+            EXPECT_GIVES(GetPorts(&printers, &serial), 0, printers, 2);
             EXPECT_EQ(serial, 3);
             EXPECT_EQ(asked_bytes, asked);
         }
     }
     const Replaced spooler(vh::late::enum_ports, NoPorts);
-    EXPECT_EQ(GetPorts(&printers, &serial), -1);
-    EXPECT_EQ(printers, 0);
+    EXPECT_GIVES(GetPorts(&printers, &serial), -1, printers, 0);
     EXPECT_EQ(serial, 0);
 }
 

@@ -60,8 +60,7 @@ TEST(File, KnowsItsMark)
     char bytes[4] = "";
     EXPECT_EQ(OpenForReading(file, name), 0u);
     EXPECT_EQ(file.code_page(), 0u);
-    EXPECT_EQ(file.read_bytes(bytes, 3), 3u);
-    EXPECT_STREQ(bytes, "\xFF\xFEx");
+    EXPECT_GIVES_TEXT(file.read_bytes(bytes, 3), 3u, bytes, "\xFF\xFEx");
     writer.join();
 }
 

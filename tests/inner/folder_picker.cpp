@@ -75,15 +75,10 @@ TEST(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
     ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, item.put()), S_OK);
     const PIDLIST_ABSOLUTE folder = item.get();
     const PIDLIST_ABSOLUTE no_path = nullptr;
-    Table<int32_t, const PIDLIST_ABSOLUTE*, const wchar_t*> cases = {{0x1, &folder, windows},
-                                                                     {0x2, &folder, windows},
-                                                                     {0x1, &no_path, L""},
-                                                                     {0x4, &no_path, L""},
-                                                                     {0x2, &no_path, L"display name"},
-                                                                     {0x8, &no_path, L"display name"},
-                                                                     {0x1000, &no_path, L"display name"},
-                                                                     {0x2000, &no_path, L"display name"},
-                                                                     {0x1, nullptr, L"c:\\start"}};
+    Table<int32_t, const PIDLIST_ABSOLUTE*, const wchar_t*> cases = {
+        {0x1, &folder, windows}, {0x2, &folder, windows},          {0x8, &no_path, L"display name"},
+        {0x1, &no_path, L""},    {0x2, &no_path, L"display name"}, {0x1000, &no_path, L"display name"},
+        {0x4, &no_path, L""},    {0x1, nullptr, L"c:\\start"},     {0x2000, &no_path, L"display name"}};
     for (const auto& [flags, selection, path] : cases) {
         const FakeDialog dialog(true, selection);
         vh::FolderPicker picker(texts, flags, false);

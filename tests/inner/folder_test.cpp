@@ -44,15 +44,10 @@ TEST(TypedFolder, LosesBlanksAndOneBackslashButKeepsARoot)
 
 TEST(TextWithPath, PutsThePathInOnceAndTakesNothingElseForAFormat)
 {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"", L""},
-                                                               {L"no path", L"no path"},
-                                                               {L"%s", L"c:\\%s"},
-                                                               {L"Not \"%s\".", L"Not \"c:\\%s\"."},
-                                                               {L"Not %ls!", L"Not c:\\%s!"},
-                                                               {L"%s and %s", L"c:\\%s and %s"},
-                                                               {L"100%% of %s", L"100% of c:\\%s"},
-                                                               {L"%d %n %", L"%d %n %"},
-                                                               {L"%%s", L"%s"}};
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"", L""},         {L"no path", L"no path"},      {L"Not \"%s\".", L"Not \"c:\\%s\"."},
+        {L"%s", L"c:\\%s"}, {L"Not %ls!", L"Not c:\\%s!"}, {L"%s and %s", L"c:\\%s and %s"},
+        {L"%%s", L"%s"},    {L"%d %n %", L"%d %n %"},      {L"100%% of %s", L"100% of c:\\%s"}};
     for (const auto& [text, made] : cases)
         EXPECT_EQ(vh::TextWithPath(text, L"c:\\%s"), made) << text;
 }

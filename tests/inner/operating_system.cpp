@@ -26,18 +26,12 @@ TEST(OperatingSystem, HasACodeAndANameForEachKnownVersion)
         ++checked;
     }
     EXPECT_EQ(checked, 23);
-    Table<uint32_t, const wchar_t*> names = {{16, L"Windows 95"},
-                                             {64, L"Windows 98"},
-                                             {128, L"Windows Me"},
-                                             {0x10000, L"Windows NT 4.0"},
-                                             {0x100000, L"Windows 2000"},
-                                             {0x400000, L"Windows XP"},
-                                             {0x800000, L"Windows Server 2003"},
-                                             {0x1000000, L"Windows Vista / Server 2008"},
-                                             {0x2000000, L"Windows 7 / Server 2008 R2"},
-                                             {0x4000000, L"Windows 8 / Server 2012"},
-                                             {0x8000000, L"Windows 8.1 / Server 2012 R2"},
-                                             {0x10000000, L"Windows 10 / Server 2016"}};
+    Table<uint32_t, const wchar_t*> names = {{16, L"Windows 95"},          {0x800000, L"Windows Server 2003"},
+                                             {64, L"Windows 98"},          {0x1000000, L"Windows Vista / Server 2008"},
+                                             {128, L"Windows Me"},         {0x2000000, L"Windows 7 / Server 2008 R2"},
+                                             {0x10000, L"Windows NT 4.0"}, {0x4000000, L"Windows 8 / Server 2012"},
+                                             {0x100000, L"Windows 2000"},  {0x8000000, L"Windows 8.1 / Server 2012 R2"},
+                                             {0x400000, L"Windows XP"},    {0x10000000, L"Windows 10 / Server 2016"}};
     for (const auto& [code, name] : names)
         EXPECT_STREQ(vh::GetOsNameText(code, 1), name);
     EXPECT_STREQ(vh::GetOsNameText(0x20000, 1), L"");

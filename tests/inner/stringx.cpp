@@ -72,8 +72,7 @@ TEST(Stringx, ShowsItselfAsBstr)
     for (const wchar_t* value : {L"a", L"a longer text", L"b", L"", L"another long text"}) {
         text = value;
         const BSTR view = text.AsBstr();
-        EXPECT_EQ(SysStringLen(view), wcslen(value));
-        EXPECT_STREQ(view, value);
+        EXPECT_GIVES_TEXT(SysStringLen(view), wcslen(value), view, value);
     }
     const stringx embedded(std::wstring_view(L"a\0b", 3));
     EXPECT_EQ(SysStringLen(embedded.AsBstr()), 3u);

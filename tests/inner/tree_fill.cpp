@@ -51,8 +51,7 @@ TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
         EXPECT_EQ(tree.shown.size(), depth < 2 ? 0u : depth == 2 ? 1u : depth == 3 ? 2u : 3u);
     }
     NotedTree hidden;
-    EXPECT_EQ(media.AddTreeItem(hidden, L"a\\hidden", 0, 1), 0);
-    EXPECT_EQ(hidden.text, L"");
+    EXPECT_GIVES(media.AddTreeItem(hidden, L"a\\hidden", 0, 1), 0, hidden.text, L"");
     EXPECT_EQ(media.AddTreeItem(hidden, L"none", 0, 1), vh::media_no_item);
     EXPECT_EQ(CVHRTMediaError::ErrorMedia().AddTreeItem(hidden, L"", 0, 1), vh::media_no_media);
     NotedTree refusing;

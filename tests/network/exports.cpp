@@ -38,11 +38,9 @@ TEST(Addresses, TellSizeTimeAndExistence)
     const Dialogs dialogs;
     const std::wstring there = Address(L"size=300000", L"facts");
     uint32_t size = 0;
-    EXPECT_EQ(_GetInetFileSize(there.c_str(), &size), 0);
-    EXPECT_EQ(size, 300000u);
+    EXPECT_GIVES(_GetInetFileSize(there.c_str(), &size), 0, size, 300000u);
     FILETIME time{};
-    EXPECT_EQ(_GetInetFileTime(there.c_str(), &time), 0);
-    EXPECT_EQ(time.dwHighDateTime, 0x01D10BD2u);
+    EXPECT_GIVES(_GetInetFileTime(there.c_str(), &time), 0, time.dwHighDateTime, 0x01D10BD2u);
     EXPECT_EQ(_ExistsFile(there.c_str()), 1);
     EXPECT_EQ(Requests(L"facts"), "-|-") << "existence asks no server";
 
@@ -74,8 +72,7 @@ TEST(Addresses, ReadLikeFiles)
     EXPECT_EQ(Dialogs::shown, 1);
     EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, Address(L"status=404", L"hash").c_str(), of_address),
               static_cast<int32_t>(0x8004D554));
-    EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, there.c_str(), of_address), 0);
-    EXPECT_STREQ(of_address, of_file);
+    EXPECT_GIVES_TEXT(_GenerateFileMD5SignatureHex(nullptr, there.c_str(), of_address), 0, of_address, of_file);
 
     const BareContext context;
     const auto file = static_cast<FileHandle>(_OpenFile(context, there.c_str(), FileReadBytes, 0));

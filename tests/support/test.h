@@ -36,3 +36,12 @@ template <class... Cells>
 using Table = const std::tuple<Cells...>[];
 
 } // namespace vh::test
+
+// A call's result, and what it has written: a value, or a text.
+#define EXPECT_GIVES(call, result, output, wanted)                                                                     \
+    do {                                                                                                               \
+        EXPECT_EQ(call, result);                                                                                       \
+        EXPECT_EQ(output, wanted);                                                                                     \
+    } while (false)
+#define EXPECT_GIVES_TEXT(call, result, output, wanted)                                                                \
+    EXPECT_GIVES(call, result, std::basic_string_view(output), wanted)
