@@ -228,8 +228,7 @@ TEST_F(Journal, TheOriginalOfAStepThatCouldNotBeUndoneComesBackAtRemoval)
 // A removal that can't finish a killed run's rollback says so and keeps the record of what waits.
 TEST_F(Journal, ARemovalForgetsNothingThatCouldNotBeUndone)
 {
-    const std::wstring path = folder.Target(L"one.lnk");
-    const std::wstring waiting = folder.Target(L".~vh123456789abc-1.old");
+    const std::wstring path = folder.Target(L"one.lnk"), waiting = folder.Target(L".~vh123456789abc-1.old");
     WriteText(waiting, "user's");
     LogRecord taken;
     taken.kind = LogKind::taken;

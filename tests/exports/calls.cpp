@@ -147,8 +147,7 @@ TEST(ChildSearch, FindsTheFirstChildAndOpensNoOther)
 TEST(ChildSearch, GoesDeeperOnDemand)
 {
     const TempFolder folder;
-    const WaitingProcess parent(folder, L"vhrt parent.exe");
-    const WaitingProcess between(folder, L"vhrt pstores.exe", parent.handle());
+    const WaitingProcess parent(folder, L"vhrt parent.exe"), between(folder, L"vhrt pstores.exe", parent.handle());
     const WaitingProcess grandchild(folder, L"vhrt grandchild.exe", between.handle());
     EXPECT_EQ(_GetRunningChildProcessEx2(parent.id(), nullptr, 0), nullptr);
     const unique_handle found(_GetRunningChildProcessEx2(parent.id(), parent.handle(), 1));
@@ -165,8 +164,7 @@ HANDLE WINAPI NoSnapshot(DWORD, DWORD)
 TEST(KillProcesses, EndsThoseOfTheNamesAndNoOther)
 {
     const TempFolder folder;
-    const WaitingProcess first(folder, L"vhrt kill one.exe");
-    const WaitingProcess second(folder, L"vhrt kill two.exe");
+    const WaitingProcess first(folder, L"vhrt kill one.exe"), second(folder, L"vhrt kill two.exe");
     const WaitingProcess third(folder, L"vhrt kill three.exe");
     for (const wchar_t* names : {static_cast<const wchar_t*>(nullptr), L"", L";", L";;", L"vhrt kill", L"one.exe",
                                  L"vhrt kill one", L"vhrt kill ?ne.exe", L"vhrt kill one.exe ", L"*"})

@@ -58,8 +58,7 @@ TEST(Context, StaysUsableWhateverEngineCallFails)
         session.calls().Reset();
         // Each answers by code, not by crash.
         wchar_t text[300];
-        int32_t number = 0;
-        int32_t size = 0;
+        int32_t number = 0, size = 0;
         _ComponentGetData(session, L"DATA", L"Tools", 8, &number, text, 300);
         _ComponentSelectItem(session, L"DATA", L"Tools", 1);
         _ComponentGetTotalCost(session, L"DATA", L"C:\\", &number);

@@ -65,8 +65,7 @@ TEST_F(TextFile, CutsLinesAlikeInBothEncodings)
                                           {std::string("a\0b\r\nc", 6), {}},
                                           {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
     for (const auto& [text, lines] : cases) {
-        const std::wstring narrow = folder.Write(L"narrow.txt", text);
-        const std::wstring wide = folder.Write(L"wide.txt", Widened(text));
+        const std::wstring narrow = folder.Write(L"narrow.txt", text), wide = folder.Write(L"wide.txt", Widened(text));
         EXPECT_EQ(Lines(narrow), lines) << testing::PrintToString(text);
         EXPECT_EQ(Lines(wide), lines) << "wide " << testing::PrintToString(text);
     }

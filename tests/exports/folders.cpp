@@ -248,8 +248,7 @@ TEST_F(Folders, AreMadeListedAndRemoved)
     EXPECT_EQ(Add(L"B", L"C:\\b.exe"), 0);
     EXPECT_EQ(Add(L"A", L"C:\\a.exe"), 0);
     engine::test::WriteText(programs + L"\\Group\\readme.txt", "x");
-    const ListHandle items = _ListCreate(*session, ListTypeString);
-    const ListHandle folders = _ListCreate(*session, ListTypeString);
+    const ListHandle items = _ListCreate(*session, ListTypeString), folders = _ListCreate(*session, ListTypeString);
     EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, folders), 0);
     EXPECT_EQ(ListText(*session, items), L"A|B");
     EXPECT_EQ(ListText(*session, folders), L"Sub");

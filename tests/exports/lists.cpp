@@ -81,8 +81,7 @@ protected:
 
     const BareContext context;
     const TempFolder folder;
-    const ListHandle texts = _ListCreate(context, ListTypeString);
-    const ListHandle numbers = _ListCreate(context, ListTypeNumber);
+    const ListHandle texts = _ListCreate(context, ListTypeString), numbers = _ListCreate(context, ListTypeNumber);
     wchar_t buffer[14] = L"untouched";
 };
 using ListFiles = ListTest;
@@ -131,8 +130,7 @@ TEST_F(NumberList, AgreesWithAPlainModelOverRandomOperations)
             break;
         }
         ASSERT_EQ(_ListCount(context, numbers), model.count()) << step;
-        int32_t current = -7;
-        int32_t index = -7;
+        int32_t current = -7, index = -7;
         const bool empty = model.items.empty();
         ASSERT_EQ(_ListCurrentItem(context, numbers, &current), empty ? 1 : 0);
         ASSERT_EQ(_ListGetIndex(context, numbers, &index), empty ? 1 : 0);

@@ -56,8 +56,7 @@ TEST(UnknownMedia, AnswersTheMixtureThatScriptsKnow)
     _ComponentGetData(session, L"lost", L"Core", 8, &number, text, 64);
     variant error;
     EXPECT_GIVES_TEXT(_ComponentErrorInfo(session, error.put(), text), -132, text, L"lost");
-    wchar_t detail1[64] = L"x";
-    wchar_t detail2[64] = L"x";
+    wchar_t detail1[64] = L"x", detail2[64] = L"x";
     EXPECT_GIVES(_ComponentError(session, L"lost", text, 64, detail1, detail2, &number), 0, number, -132);
     EXPECT_STREQ(text, L"");
     EXPECT_STREQ(detail1, L"");
@@ -236,8 +235,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_GIVES(_ComponentGetTotalCost(session, data, L"Q:\\elsewhere", &other), 0, other, 0);
     EXPECT_EQ(_ComponentGetCost(session, data, L"Nothing", target.c_str(), &other), -105);
     EXPECT_EQ(_ComponentGetCost(session, data, L"Core", nullptr, &other), -1);
-    int32_t high = -1;
-    int32_t low = -1;
+    int32_t high = -1, low = -1;
     EXPECT_GIVES(_FeatureGetCost(session, data, L"Core", target.c_str(), &high, &low), 0, high, 0);
     EXPECT_GE(low, 10);
 

@@ -37,8 +37,7 @@ HRESULT CodeOf(Work&& work)
 TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
 {
     const BareContext context;
-    const ListHandle texts = _ListCreate(context, ListTypeString);
-    const ListHandle numbers = _ListCreate(context, ListTypeNumber);
+    const ListHandle texts = _ListCreate(context, ListTypeString), numbers = _ListCreate(context, ListTypeNumber);
     _ListAddString(context, texts, L"here before", ListAddAfter);
     {
         const Patched none("SysAllocStringLen", NoText, L"VHRT.dll");

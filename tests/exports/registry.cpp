@@ -18,8 +18,7 @@ constexpr const wchar_t* base = L"Software\\VHRegistryTest";
 std::pair<DWORD, std::string> Raw(const wchar_t* name)
 {
     char bytes[256];
-    DWORD size = sizeof(bytes);
-    DWORD type = 0;
+    DWORD size = sizeof(bytes), type = 0;
     if (RegGetValueW(HKEY_CURRENT_USER, base, name, RRF_RT_ANY | RRF_NOEXPAND, &type, bytes, &size) != ERROR_SUCCESS)
         return {};
     return {type, std::string(bytes, size)};
@@ -294,8 +293,7 @@ TEST_F(TracedRegistry, WritesBeginAndEndWithItsFields)
             erase(nullptr, 1, L"k");
             set(nullptr, 1, L"k", L"n", 3, L"v", 2);
         });
-    const std::string root = "RootKey=-2147483647\tKey=";
-    const std::string key = root + "Software\\VHRegistryTest";
+    const std::string root = "RootKey=-2147483647\tKey=", key = root + "Software\\VHRegistryTest";
     const char* const success = "Success\t\t";
     const char* const failure = "Failure\t\tError=0xffffffff\t";
     const char* const set = "RegDBSetKeyValueEx";

@@ -41,8 +41,7 @@ TEST(Bytes, AcceptTheIndexOneBehindTheEnd)
 
 TEST(Numbers, DivideAndCombineAsText)
 {
-    wchar_t text[64];
-    wchar_t point[8];
+    wchar_t text[64], point[8];
     Table<int32_t, int32_t, int32_t, const wchar_t*> divisions = {
         {1, 3, 4, L"0.3333"}, {-7, 2, 1, L"-3.5"}, {2, 3, 0, L"1"}, {10, 5, 2, L"2.00"}};
     for (const auto& [numerator, denominator, precision, wanted_text] : divisions) {

@@ -19,8 +19,7 @@ TEST(ScriptMedia, IsMadeByItsFirstItem)
     EXPECT_EQ(_ComponentAddItem(context, mine, L"", 1, 1), static_cast<int32_t>(0x8004F093)) << "now unmapped";
     EXPECT_EQ(_ComponentAddItem(context, mine, L"a", 1, 1), 0);
     EXPECT_EQ(_ComponentAddItem(context, mine, L"a", 1, 1), static_cast<int32_t>(0x8004F066));
-    wchar_t text[64];
-    wchar_t detail[64];
+    wchar_t text[64], detail[64];
     int32_t code = 0;
     _ComponentSetData(context, mine, L"a", 15, 0, L"The letter");
     EXPECT_GIVES(_ComponentError(context, mine, text, 64, detail, detail, &code), 0, code, -102);
@@ -138,8 +137,7 @@ TEST(Costs, RoundAndChooseTheirUnits)
     const BareContext context;
     for (int i = 0; i < 5; ++i)
         _ComponentAddItem(context, mine, std::to_wstring(i).c_str(), 0x7FFFFFFF, 1);
-    int32_t high = 0;
-    int32_t low = 0;
+    int32_t high = 0, low = 0;
     EXPECT_GIVES(_FeatureGetCost(context, mine, L"", L"", &high, &low), 0, high, 4);
     EXPECT_EQ(low, 0x7FFFFFFF - 4);
     wchar_t text[32];

@@ -13,8 +13,7 @@ namespace {
 // What stands behind the heading, without the line of the load.
 std::string Lines(const std::wstring& path)
 {
-    const std::string text = DecodedTrace(path);
-    const std::string heading = "Category|SubCategory|Details\r\n";
+    const std::string text = DecodedTrace(path), heading = "Category|SubCategory|Details\r\n";
     const size_t begin = text.find(heading);
     if (begin == text.npos)
         return "<no heading>";

@@ -181,8 +181,7 @@ TEST(FileCopy, TranslatesItsFlags)
 TEST(FileCopy, CopiesThroughTheEngineAndTellsTheFirstFailure)
 {
     const Session session;
-    const std::wstring source = session.folder.Setup(L"*.bin");
-    const std::wstring target = session.folder.Target(L"copies");
+    const std::wstring source = session.folder.Setup(L"*.bin"), target = session.folder.Target(L"copies");
     EXPECT_EQ(_CreateDir(session, target.c_str()), 0);
     EXPECT_EQ(_FileCopy(session, source.c_str(), target.c_str(), 0), 0);
     EXPECT_EQ(engine::test::Tree(target).size(), 4u);

@@ -31,10 +31,7 @@ struct Group {
 // The token that the next look-ups find, or the error of each step.
 struct Token {
     std::vector<Group> groups;
-    DWORD thread_error = ERROR_NO_TOKEN;
-    DWORD process_error = 0;
-    DWORD size_error = 0;
-    DWORD read_error = 0;
+    DWORD thread_error = ERROR_NO_TOKEN, process_error = 0, size_error = 0, read_error = 0;
 };
 Token token;
 

@@ -141,8 +141,7 @@ TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
 {
     Session session;
     const TempFolder folder;
-    const std::wstring source = folder.Write(L"source.dll", "new");
-    const std::wstring target = folder / L"target.dll";
+    const std::wstring source = folder.Write(L"source.dll", "new"), target = folder / L"target.dll";
     wchar_t buffer[MAX_PATH] = L"";
     EXPECT_GIVES(_VerUpdateFile(session, source.c_str(), target.c_str(), 0, buffer), 0, buffer, target);
     EXPECT_TRUE(std::filesystem::exists(target));

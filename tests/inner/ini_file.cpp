@@ -266,8 +266,7 @@ TEST(IniFile, FindsEachNameAfterAnyChange)
             break;
         default:
             if (plain.size() > 1) {
-                const std::size_t from = random() % plain.size();
-                const std::size_t behind = (from + 1) % plain.size();
+                const std::size_t from = random() % plain.size(), behind = (from + 1) % plain.size();
                 map.move_behind(static_cast<uint32_t>(from), static_cast<uint32_t>(behind));
                 const auto moved = plain[from];
                 const std::wstring target = plain[behind].first;
@@ -510,8 +509,7 @@ TEST(IniFile, SavesUnderTheLongestPaths)
     constexpr std::size_t longest_folder = MAX_PATH - 13;
     const Loaded file("[a]\nx=1\n");
     inifilex document = file.document;
-    const std::wstring root = file.folder / L"";
-    const std::wstring deep = root + std::wstring(longest_folder - root.size(), L'd');
+    const std::wstring root = file.folder / L"", deep = root + std::wstring(longest_folder - root.size(), L'd');
     for (const std::wstring& path : {deep + L"\\i", root + std::wstring(longest - root.size(), L'n')}) {
         ASSERT_TRUE(document.save_as(path, 0, 0, false)) << document.get_last_error();
         ASSERT_TRUE(document.save_as(path, 0, 0, false)) << document.get_last_error();

@@ -69,10 +69,8 @@ struct Rewriting {
     }
 
     std::string text;
-    bool wanted = true;
-    bool plain = true;
-    std::size_t sections = 0;
-    std::size_t entries = 0;
+    bool wanted = true, plain = true;
+    std::size_t sections = 0, entries = 0;
 };
 
 // Texts that end in a NUL each, and all in one more.
@@ -172,10 +170,7 @@ TEST(IniFilesOfTheMachine, AreReadAsTheSystemReadsThem)
     const char* list = std::getenv("VHRT_INI_FILES");
     ASSERT_TRUE(list) << "name the list of files in VHRT_INI_FILES";
     const vh::test::TempFolder folder;
-    int read = 0;
-    int refused = 0;
-    int compared = 0;
-    int rewritten = 0;
+    int read = 0, refused = 0, compared = 0, rewritten = 0;
     std::ifstream names(list);
     for (std::string name; std::getline(names, name);) {
         SCOPED_TRACE(name);

@@ -105,8 +105,7 @@ struct Shown {
     int32_t flags = with_edit;
     bool verify = false;
     int32_t size = MAX_PATH;
-    std::wstring label = L"&Folder:";
-    std::wstring second_label = L"Or from here:";
+    std::wstring label = L"&Folder:", second_label = L"Or from here:";
 };
 
 // The result, and what the buffer holds then.
