@@ -1,6 +1,6 @@
 // What the folder picker asks of the platform's dialog, and what it makes of the answer.
 #include "../../dialogs/folder_picker.h"
-#include "../../dialogs/late_shell.h"
+#include "../../dialogs/late_dialogs.h"
 #include "../../scriptdata/task_memory.h"
 #include "../support/test.h"
 

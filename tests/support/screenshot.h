@@ -11,6 +11,7 @@ inline void KeepPicture(HWND window, const std::wstring& name)
     wchar_t folder[MAX_PATH] = L"";
     if (!GetEnvironmentVariableW(L"VHRT_PICTURES", folder, MAX_PATH))
         return;
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     RECT place{};
     GetWindowRect(window, &place);
     BITMAPINFOHEADER picture{};
