@@ -24,10 +24,7 @@ TEST(Facts, OfTheProcessorAreTheNativeSystems)
     // A 64-bit processor type is none of those that scripts know.
     EXPECT_EQ(GetCPUType(), 0);
     EXPECT_EQ(_IsArm64(), system.wProcessorArchitecture == PROCESSOR_ARCHITECTURE_ARM64);
-}
-
-TEST(Facts, OfThisProcessAndSystem)
-{
+    // This process and its system.
     EXPECT_EQ(_IsWow64(), 0);
     EXPECT_EQ(_EnableWow64FsRedirection(0), -1);
     EXPECT_EQ(IsOSTypeNT(), 1);

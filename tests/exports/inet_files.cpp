@@ -58,10 +58,7 @@ TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
         EXPECT_GIVES(_CalculateAndAddFileCost(file_high, file_low, cluster, &high, &low), 0, high, high_sum);
         EXPECT_EQ(low, low_sum);
     }
-}
-
-TEST(FileCost, AddsUpWithoutACarry)
-{
+    // Sums have no carry.
     int32_t high = 10, low = 0x7FFFF000;
     EXPECT_GIVES(_CalculateAndAddFileCost(1, 1, 4096, &high, &low), 0, high, 11);
     EXPECT_EQ(static_cast<uint32_t>(low), 0x80000000u);

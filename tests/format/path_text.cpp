@@ -43,24 +43,16 @@ TEST(PathText, TakesEveryPathApart)
     }
 }
 
-TEST(PathText, ReducesAPathToItsFolderOnlyBeyondTheRoot)
+TEST(PathText, BecomeAFolderAnotherExtensionOrALongerPath)
 {
     EXPECT_EQ(vh::PathFolder(u"c:\\setup\\setup.exe"sv), u"c:\\setup\\");
     EXPECT_EQ(vh::PathFolder(u"c:\\setup.exe"sv), u"c:\\");
     EXPECT_EQ(vh::PathFolder(u"\\\\server\\share"sv), u"\\\\server\\share");
     EXPECT_EQ(vh::PathFolder(u"setup.exe"sv), u"setup.exe");
-}
-
-TEST(PathText, ReplacesOrAddsAnExtension)
-{
     EXPECT_EQ(vh::PathWithExtension(u"c:\\d.x\\data.cab"sv, u".hdr"), u"c:\\d.x\\data.hdr");
     EXPECT_EQ(vh::PathWithExtension(u"c:\\d.x\\data"sv, u".hdr"), u"c:\\d.x\\data.hdr");
     EXPECT_EQ(vh::PathWithExtension(u"a.b.c"sv, u".hdr"), u"a.b.hdr");
     EXPECT_EQ(vh::PathWithExtension(u""sv, u".hdr"), u".hdr");
-}
-
-TEST(PathText, JoinsWithOneBackslash)
-{
     Table<view, view, view> rows = {
         {u"c:\\a", u"b", u"c:\\a\\b"}, {u"c:\\a\\", u"b", u"c:\\a\\b"}, {u"", u"b", u"b"}, {u"c:", u"", u"c:\\"}};
     for (const auto& [folder, name, joined] : rows) {
