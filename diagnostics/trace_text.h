@@ -39,7 +39,7 @@ std::basic_string<Unit> HarmlessFormat(std::basic_string_view<Unit> format)
                     for (const char digit : std::to_string(number))
                         conversion += Unit(digit);
             } else if (flags_and_sizes.find(static_cast<char>(format[at])) != flags_and_sizes.npos &&
-                       format[at] < Unit(0x80)) {
+                       static_cast<char32_t>(format[at]) < 0x80) {
                 conversion += format[at++];
             } else {
                 break;

@@ -1,9 +1,6 @@
 // What stays out of a trace line.
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../diagnostics/trace_text.h"
+#include "../support/test.h"
 
 namespace {
 

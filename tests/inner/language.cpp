@@ -1,9 +1,6 @@
 // Language names in both directions, on systems with and without the functions for them, and the order of the
 // modules that hold resources.
 #include <clocale>
-#include <sstream>
-
-#include <gtest/gtest.h>
 
 #include "../../diagnostics/language.h"
 #include "../../dialogs/resource_modules.h"
@@ -11,6 +8,7 @@
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 

@@ -1,11 +1,7 @@
 // A picture of a part of the screen, kept for people to look at.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
-#include <windows.h>
+#include "test.h"
 
 namespace vh::test {
 

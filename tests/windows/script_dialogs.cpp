@@ -1,6 +1,4 @@
 // Script dialogs, driven by what their controls send.
-#include <gtest/gtest.h>
-
 #include <windows.h>
 
 #include <commctrl.h>
@@ -45,14 +43,7 @@ TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
 TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
 {
     constexpr int none = 8; // only the help key came
-    const struct {
-        int id;
-        UINT code;
-        bool standard;
-        bool all;
-        int32_t sub;
-        int32_t notification;
-    } cases[] = {
+    Table<int, UINT, bool, bool, int32_t, int32_t> cases = {
         {edit, EN_CHANGE, true, true, -1007, -1007},
         {edit, EN_UPDATE, true, false, -999, EN_UPDATE},
         {edit, EN_MAXTEXT, true, false, -999, EN_MAXTEXT},
@@ -81,17 +72,17 @@ TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
         const TestDialog dialog(session, L"d", 100, mode | DialogCentered);
         ASSERT_EQ(dialog.Wait(), DialogCreated);
         EXPECT_EQ(dialog.WaitOrHelp(), none);
-        for (const auto& one : cases) {
-            dialog.Post(one.id, one.code);
-            const bool delivered = all ? one.all : one.standard;
-            ASSERT_EQ(dialog.WaitOrHelp(), delivered ? one.id : none) << one.id << " " << one.code << " " << mode;
+        for (const auto& [id, code, standard, wanted_all, sub, notification] : cases) {
+            dialog.Post(id, code);
+            const bool delivered = all ? wanted_all : standard;
+            ASSERT_EQ(dialog.WaitOrHelp(), delivered ? id : none) << id << " " << code << " " << mode;
             if (!delivered)
                 continue;
             EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND);
-            EXPECT_EQ(_CmdGetParam1(session, L"d"), MAKEWPARAM(one.id, one.code));
-            EXPECT_EQ(_CmdGetParam2(session, L"d"), reinterpret_cast<int64_t>(dialog.Control(one.id)));
-            EXPECT_EQ(_CtrlGetSubCommand(session, L"d"), one.sub) << one.id << " " << one.code;
-            EXPECT_EQ(_CtrlGetNotificationCode(session, L"d"), one.notification) << one.id << " " << one.code;
+            EXPECT_EQ(_CmdGetParam1(session, L"d"), MAKEWPARAM(id, code));
+            EXPECT_EQ(_CmdGetParam2(session, L"d"), reinterpret_cast<int64_t>(dialog.Control(id)));
+            EXPECT_EQ(_CtrlGetSubCommand(session, L"d"), sub) << id << " " << code;
+            EXPECT_EQ(_CtrlGetNotificationCode(session, L"d"), notification) << id << " " << code;
         }
     }
     // Without a way of delivery nothing comes.
