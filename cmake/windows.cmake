@@ -44,6 +44,19 @@ target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/
 include(cmake/version.cmake)
 vhrt_version(VHRT VHRT.dll VFT_DLL "Run-time library of setup scripts")
 
+# Resource libraries: the standard dialogs, pictures and texts, and what the sample's author adds. Neither has code.
+function(vhrt_resource_library name source description)
+  add_library(${name} MODULE ${source})
+  vhrt_version(${name} ${name}.dll VFT_DLL ${description})
+  set_target_properties(${name} PROPERTIES PREFIX "" LINKER_LANGUAGE C)
+  target_link_options(${name} PRIVATE -nostdlib -Wl,-e,0)
+endfunction()
+vhrt_resource_library(vhres resources/vhres/vhres.rc "Standard dialogs, pictures and texts")
+vhrt_resource_library(vhuser resources/vhuser/vhuser.rc "Dialogs of the sample setup")
+file(GLOB resource_parts CONFIGURE_DEPENDS resources/*.h resources/*/*.h resources/*/*.rc resources/pictures/*.png)
+set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc PROPERTIES
+  OBJECT_DEPENDS "${resource_parts}")
+
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine engine/product engine/transfer engine/services engine/windows)
