@@ -76,10 +76,10 @@ endif()
 add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp tools/export_table.cpp)
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/vhhost.rc)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
