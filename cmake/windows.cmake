@@ -27,7 +27,7 @@ function(vhrt_sources result)
 endfunction()
 
 # The library, as objects: the DLL and the tests of inner parts link the same ones.
-vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media pictures skin dialogs views runtime exports)
+vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media pictures pictures/formats skin dialogs views runtime exports)
 list(FILTER library_sources EXCLUDE REGEX "/runtime/load\\.cpp$")
 add_library(vhrt_objects OBJECT ${library_sources})
 target_link_libraries(vhrt_objects PUBLIC vhrt_options)
@@ -115,6 +115,8 @@ if(CMAKE_CROSSCOMPILING)
 endif()
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
+file(GLOB format_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/pictures/formats/*.cpp)
+target_sources(vhrt_format_tests PRIVATE ${format_sources})
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 # Beside a server that misbehaves.
 vhrt_sources(network_tests tests/network)
