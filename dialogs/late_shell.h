@@ -32,8 +32,6 @@ inline constinit late_function<decltype(SetWindowLongPtrW)> set_window_long(user
 inline constinit late_function<decltype(SetWindowPos)> set_window_pos(user32, "SetWindowPos");
 inline constinit late_function<decltype(SetWindowTextW)> set_text(user32, "SetWindowTextW");
 
-inline constinit late_function<decltype(SelectObject)> select_object(gdi32, "SelectObject");
-
 inline constinit late_function<decltype(OleInitialize)> ole_initialize(ole32, "OleInitialize");
 inline constinit late_function<decltype(OleUninitialize)> ole_uninitialize(ole32, "OleUninitialize");
 

@@ -2,7 +2,7 @@
 
 namespace vh {
 
-bool ReadGifColors(gif_input& input, uint8_t packed, std::vector<gif_color>& colors)
+bool ReadGifColors(gif_input& input, uint8_t packed, std::vector<table_color>& colors)
 {
     constexpr uint8_t has_table = 0x80;
     colors.clear();

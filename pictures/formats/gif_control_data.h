@@ -18,7 +18,7 @@ public:
 
     void SetControl(const vh::gif_control& control) { m_control = control; }
     // The colours that a record of this block takes a copy of.
-    virtual std::span<const vh::gif_color> colors() const { return {}; }
+    virtual std::span<const vh::table_color> colors() const { return {}; }
 
 protected:
     CGifControlData() = default;
@@ -31,7 +31,7 @@ protected:
 namespace vh {
 
 // The table that a packed byte announces; none leaves it empty. False when the file ends in it.
-bool ReadGifColors(gif_input& input, uint8_t packed, std::vector<gif_color>& colors);
+bool ReadGifColors(gif_input& input, uint8_t packed, std::vector<table_color>& colors);
 bool ReadGifPlace(gif_input& input, gif_place& place);
 
 } // namespace vh

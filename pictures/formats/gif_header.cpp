@@ -169,7 +169,7 @@ uint32_t CGifHeader::ReadApplication(gif_input& input)
     return Keep<CGifUnknownAppExt>(input);
 }
 
-CGifHeader::delivered& CGifHeader::Deliver(std::span<const gif_color> colors)
+CGifHeader::delivered& CGifHeader::Deliver(std::span<const table_color> colors)
 {
     m_delivered.emplace_back().colors.assign(colors.begin(), colors.end());
     return m_delivered.back();

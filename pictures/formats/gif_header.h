@@ -24,7 +24,7 @@ public:
 private:
     struct delivered {
         vh::gif_record record{};
-        std::vector<vh::gif_color> colors;
+        std::vector<vh::table_color> colors;
     };
 
     uint32_t ReadScreen(vh::gif_input& input);
@@ -37,10 +37,10 @@ private:
     template <class Block>
     uint32_t Keep(vh::gif_input& input);
 
-    delivered& Deliver(std::span<const vh::gif_color> colors);
+    delivered& Deliver(std::span<const vh::table_color> colors);
     const vh::gif_record* DeliverHeader();
 
-    std::vector<vh::gif_color> m_colors;
+    std::vector<vh::table_color> m_colors;
     // Of a graphic control block, for the image or text behind it.
     vh::gif_control m_pending{};
     bool m_has_pending = false;

@@ -3,15 +3,9 @@
 
 #include <cstdint>
 
-namespace vh {
+#include "table_color.h"
 
-// In the order of a device bitmap's colour table.
-struct gif_color {
-    uint8_t blue;
-    uint8_t green;
-    uint8_t red;
-    uint8_t reserved;
-};
+namespace vh {
 
 // What a graphic control block says about the block behind it.
 struct gif_control {
@@ -36,9 +30,9 @@ struct gif_image_record {
     gif_control control;
     uint8_t interlaced;
     uint8_t sorted;
-    uint32_t color_count;    // of the image's own table
-    const gif_color* colors; // belongs to the record
-    const uint8_t* pixels;   // rows bottom first, `stride` bytes each; belongs to the file's block
+    uint32_t color_count;      // of the image's own table
+    const table_color* colors; // belongs to the record
+    const uint8_t* pixels;     // rows bottom first, `stride` bytes each; belongs to the file's block
     uint64_t pixels_size;
     uint32_t stride;
 };
@@ -68,8 +62,8 @@ struct gif_header_record {
     uint8_t background;
     uint8_t aspect_ratio;
     uint32_t color_count;
-    const gif_color* colors; // belongs to the record
-    uint8_t loops;           // a truth
+    const table_color* colors; // belongs to the record
+    uint8_t loops;             // a truth
     uint16_t loop_count;
 };
 
