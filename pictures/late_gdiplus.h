@@ -48,6 +48,8 @@ inline constinit late_function<decltype(gp::GdipSetInterpolationMode)> set_inter
 inline constinit late_function<decltype(gp::GdipSetPixelOffsetMode)> set_pixel_offset(gdiplus,
                                                                                       "GdipSetPixelOffsetMode");
 inline constinit late_function<decltype(gp::GdipDrawImageRectI)> draw_image(gdiplus, "GdipDrawImageRectI");
+inline constinit late_function<decltype(gp::GdipBitmapLockBits)> lock_bits(gdiplus, "GdipBitmapLockBits");
+inline constinit late_function<decltype(gp::GdipBitmapUnlockBits)> unlock_bits(gdiplus, "GdipBitmapUnlockBits");
 inline constinit late_function<decltype(gp::GdipCreateHICONFromBitmap)> icon_from_bitmap(gdiplus,
                                                                                          "GdipCreateHICONFromBitmap");
 

@@ -1,0 +1,259 @@
+// Bitmap, metafile and palette files: where things stand in them, and what is refused.
+#include <functional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "../../pictures/formats/bitmap_file.h"
+#include "../../pictures/formats/metafile_file.h"
+#include "../../pictures/formats/palette_file.h"
+
+namespace {
+
+using namespace vh;
+
+std::string Number(uint64_t value, std::size_t size)
+{
+    std::string bytes;
+    for (std::size_t i = 0; i < size; ++i)
+        bytes += static_cast<char>(value >> 8 * i);
+    return bytes;
+}
+std::string Word(uint64_t value) { return Number(value, 2); }
+std::string Long(uint64_t value) { return Number(value, 4); }
+std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
+
+// A bitmap file out of its parts; the file header tells where the pixels start.
+std::string BitmapFile(const std::string& header, const std::string& table, const std::string& pixels,
+                       std::size_t start = 0)
+{
+    const std::size_t told = start ? start : 14 + header.size() + table.size();
+    return "BM" + Long(0) + Long(0) + Long(told) + header + table + pixels;
+}
+std::string Header(int width, int height, unsigned bits, unsigned compression = 0, unsigned colors = 0,
+                   unsigned size = 40)
+{
+    const std::string start = Long(size) + Long(static_cast<unsigned>(width)) + Long(static_cast<unsigned>(height)) +
+                              Word(1) + Word(bits) + Long(compression) + Long(0) + Long(0) + Long(0) + Long(colors) +
+                              Long(0);
+    return start + std::string(size > 40 ? size - 40 : 0, '\0');
+}
+std::string Table(unsigned count, unsigned entry_size = 4)
+{
+    std::string table;
+    for (unsigned i = 0; i < count; ++i)
+        table += Number(0x332211 + i, entry_size);
+    return table;
+}
+
+TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
+{
+    const std::string row(4, '\x5A');
+    const struct {
+        const char* name;
+        std::string file;
+        uint32_t code;
+        std::size_t colors = 0;
+        std::size_t pixels_at = 0;
+    } cases[] = {
+        {"1 bit", BitmapFile(Header(9, 1, 1), Table(2), row), 0, 2, 62},
+        {"one color of two", BitmapFile(Header(9, 1, 1, 0, 1), Table(1), row), 0, 1, 58},
+        {"4 bits", BitmapFile(Header(8, -1, 4), Table(16), row), 0, 16, 118},
+        {"more colors than fit", BitmapFile(Header(8, 1, 4, 0, 20), Table(20), row), 0, 16, 134},
+        {"16 bits", BitmapFile(Header(2, 1, 16), "", row), 0, 0, 54},
+        {"with fields", BitmapFile(Header(2, 1, 16, 3), Table(3), row), 0, 0, 66},
+        {"with fields inside", BitmapFile(Header(2, 1, 16, 3, 0, 108), "", row), 0, 0, 122},
+        {"24 bits with a table", BitmapFile(Header(1, 1, 24, 0, 7), Table(7), row), 0, 0, 82},
+        {"old", BitmapFile(Long(12) + Word(8) + Word(1) + Word(1) + Word(4), Table(16, 3), row), 0, 16, 74},
+        {"later", BitmapFile(Header(1, 1, 24), "", "...." + row, 58), 0, 0, 58},
+        {"told in the table", BitmapFile(Header(8, 1, 4), Table(16), row, 60), 0, 16, 118},
+        {"told beyond the end", BitmapFile(Header(8, 1, 4), Table(16), row, 5000), 0, 16, 118},
+        {"one byte short", BitmapFile(Header(8, 1, 4), Table(16), "abc"), 13},
+        {"a table beyond the end", BitmapFile(Header(8, 1, 8, 0, 0xFFFFFFFF), Table(16), row), 13},
+        {"no width", BitmapFile(Header(0, 1, 24), "", row), 13},
+        {"no height", BitmapFile(Header(1, 0, 24), "", row), 13},
+        {"least height", BitmapFile(Header(1, INT32_MIN, 24), "", row), 13},
+        {"giant", BitmapFile(Header(INT32_MAX, INT32_MAX, 32), "", row), 13},
+        {"2 bits", BitmapFile(Header(1, 1, 2), Table(4), row), 13},
+        {"a picture of another kind inside", BitmapFile(Header(1, 1, 0, 5), "", row), 13},
+        {"runs top first", BitmapFile(Header(1, -1, 8, 1), Table(256), row), 13},
+        {"giant runs", BitmapFile(Header(1 << 20, 1 << 20, 8, 1), Table(256), row), 13},
+        {"a header of 16", BitmapFile(Header(1, 1, 24, 0, 0, 40).replace(0, 1, 1, '\x10'), "", row), 13},
+        {"another mark", "MB" + BitmapFile(Header(1, 1, 24), "", row).substr(2), 13},
+    };
+    for (const auto& one : cases) {
+        bitmap_picture picture;
+        EXPECT_EQ(ReadBitmapFile(Bytes(one.file), picture), one.code) << one.name;
+        if (one.code)
+            continue;
+        EXPECT_EQ(picture.colors.size(), one.colors) << one.name;
+        EXPECT_EQ(picture.pixels.data(), Bytes(one.file).data() + one.pixels_at) << one.name;
+        EXPECT_EQ(picture.pixels.size(), 4u) << one.name;
+        if (one.colors) {
+            EXPECT_EQ(picture.colors[0].red, 0x33) << one.name;
+            EXPECT_EQ(picture.colors[one.colors - 1].blue, 0x11 + one.colors - 1) << one.name;
+        }
+        // A resource has no file header, and its pixels stand behind the table.
+        if (one.pixels_at == one.file.size() - 4 && std::string(one.name) != "later") {
+            EXPECT_EQ(ReadBitmapResource(Bytes(one.file).subspan(14), picture), 0u) << one.name;
+        }
+    }
+}
+
+TEST(PictureFiles, TakeRunsApart)
+{
+    const struct {
+        const char* name;
+        unsigned bits;
+        std::string runs;
+        std::string shown; // 5 x 2, the lower row first
+    } cases[] = {
+        {"runs", 8, std::string("\5\7\0\0\2\1\3\2\0\1", 10), "\7\7\7\7\7\1\1\2\2\2"},
+        {"pixels", 8, std::string("\0\5\1\2\3\4\5\0\0\0\5\6\0\1", 14), "\1\2\3\4\5\6\6\6\6\6"},
+        {"moves", 8, std::string("\1\7\0\2\2\1\2\3\0\1", 10), std::string("\7\0\0\0\0\0\0\0\3\3", 10)},
+        {"beyond the row", 8, std::string("\11\7\0\0\1\1\0\1", 8), std::string("\7\7\7\7\7\1\0\0\0\0", 10)},
+        {"beyond the rows", 8, std::string("\0\2\0\11\1\1\0\1", 8), std::string(10, '\0')},
+        {"half bytes", 4, std::string("\5\x12\0\0\0\3\x34\x50\2\x67\0\1", 12), "\1\2\1\2\1\3\4\5\6\7"},
+        {"cut in a run", 8, std::string("\5\7\0\0\2", 5), std::string("\7\7\7\7\7\0\0\0\0\0", 10)},
+        {"cut in pixels", 8, std::string("\0\5\1\2", 4), std::string("\1\2\0\0\0\0\0\0\0\0", 10)},
+    };
+    for (const auto& one : cases) {
+        const std::string file =
+            BitmapFile(Header(5, 2, one.bits, one.bits == 8 ? 1 : 2), Table(1u << one.bits), one.runs);
+        bitmap_picture picture;
+        ASSERT_EQ(ReadBitmapFile(Bytes(file), picture), 0u) << one.name;
+        EXPECT_EQ(picture.bits, 8);
+        ASSERT_EQ(picture.pixels.size(), 16u);
+        const std::string pixels(reinterpret_cast<const char*>(picture.pixels.data()), 16);
+        EXPECT_EQ(pixels.substr(0, 5) + pixels.substr(8, 5), one.shown) << one.name;
+    }
+}
+
+std::string Record(unsigned words, unsigned function)
+{
+    return Long(words) + Word(function) + std::string(2 * words - 6, 'r');
+}
+// `words` is what the header tells of the size.
+std::string MetafileFile(const std::string& records, unsigned words, const std::string& key = Long(0x9AC6CDD7))
+{
+    const std::string placed =
+        key + Word(0) + Word(0xFFF6) + Word(20) + Word(90) + Word(70) + Word(1000) + Long(0) + Word(0);
+    return placed + Word(1) + Word(9) + Word(0x300) + Long(words) + Word(0) + Long(5) + Word(0) + records;
+}
+
+TEST(PictureFiles, GiveAWholeMetafile)
+{
+    const std::string two = Record(4, 0x20B) + Record(5, 0x20C);
+    const std::string end = Record(3, 0);
+    const struct {
+        const char* name;
+        std::string file;
+        uint32_t code;
+        std::string records;
+    } cases[] = {
+        {"as it should be", MetafileFile(two + end, 21), 0, two},
+        {"its size with the file's header", MetafileFile(two + end, 32), 0, two},
+        {"a giant's size", MetafileFile(two + end, 0xFFFFFFFF), 0, two},
+        {"a size that cuts a record", MetafileFile(two + end, 14), 0, Record(4, 0x20B)},
+        {"no end", MetafileFile(two, 18), 0, two},
+        {"something behind the end", MetafileFile(two + end + Record(3, 1), 24), 0, two},
+        {"cut in a record", MetafileFile(two.substr(0, 13), 21), 0, Record(4, 0x20B)},
+        {"a record of no size", MetafileFile(Record(4, 0x20B) + Long(2) + Word(7) + end, 19), 0, Record(4, 0x20B)},
+        {"a record of any size", MetafileFile(Long(0xFFFFFFFF) + Word(7) + end, 19), 0, ""},
+        {"no room for the header", MetafileFile("", 8), 13, ""},
+        {"another key", MetafileFile(two + end, 21, Long(0x9AC6CDD6)), 13, ""},
+        {"cut in the header", MetafileFile("", 9).substr(0, 39), 13, ""},
+    };
+    for (const auto& one : cases) {
+        metafile_picture picture;
+        EXPECT_EQ(ReadMetafile(Bytes(one.file), picture), one.code) << one.name;
+        if (one.code)
+            continue;
+        EXPECT_EQ(picture.left, -10);
+        EXPECT_EQ(picture.bottom, 70);
+        const std::string bits(reinterpret_cast<const char*>(picture.bits.data()), picture.bits.size());
+        EXPECT_EQ(bits.substr(18), one.records + end) << one.name;
+        EXPECT_EQ(bits.substr(6, 4), Long(bits.size() / 2)) << one.name;
+    }
+}
+
+TEST(PictureFiles, ReadPalettes)
+{
+    const auto file = [](unsigned count, unsigned entries, unsigned length) {
+        std::string made = "RIFF" + Long(0) + "PAL data" + Long(length) + Word(0x300) + Word(count);
+        for (unsigned i = 0; i < entries; ++i)
+            made += Long(0x04030201 + i);
+        return made;
+    };
+    const struct {
+        const char* name;
+        std::string file;
+        uint32_t code;
+        unsigned first = 0;
+        unsigned count = 0;
+    } cases[] = {
+        {"whole", file(256, 256, 4 + 1024), 0, 0, 256},
+        {"whole, with more behind", file(256, 300, 4 + 1200), 0, 0, 256},
+        {"a short chunk", file(256, 256, 4 + 400), 0, 0, 100},
+        {"between the system's colors", file(236, 236, 4 + 944), 0, 10, 236},
+        {"few", file(16, 16, 4 + 64), 0, 10, 16},
+        {"too many", file(1000, 1000, 4 + 4000), 0, 10, 236},
+        {"cut", file(256, 256, 4 + 1024).substr(0, 1047), 13},
+        {"a chunk without a header", file(256, 256, 3), 13},
+        {"cut in the header", file(256, 0, 4).substr(0, 23), 13},
+        {"another mark", "RIFX" + file(256, 256, 1028).substr(4), 13},
+    };
+    for (const auto& one : cases) {
+        palette_picture palette;
+        EXPECT_EQ(ReadPaletteFile(Bytes(one.file), palette), one.code) << one.name;
+        if (one.code)
+            continue;
+        EXPECT_EQ(palette.version, 0x300);
+        EXPECT_EQ(palette.has_system_colors, one.first != 0) << one.name;
+        EXPECT_EQ(palette.entries[one.first].green, 2) << one.name;
+        unsigned filled = 0;
+        for (const palette_entry& entry : palette.entries)
+            filled += entry.flags != 0;
+        EXPECT_EQ(filled, one.count) << one.name;
+    }
+}
+
+TEST(PictureFiles, SurviveEveryCutAndEveryChangedByte)
+{
+    const struct {
+        std::string file;
+        std::function<uint32_t(std::span<const std::byte>)> read;
+    } cases[] = {
+        {BitmapFile(Header(5, 3, 8, 1), Table(256), std::string("\5\7\0\0\0\5\1\2\3\4\5\0\0\2\1\1\3\1\0\1", 20)),
+         [](auto bytes) {
+             bitmap_picture picture;
+             return ReadBitmapFile(bytes, picture);
+         }},
+        {BitmapFile(Header(3, 2, 16, 3), Table(3), std::string(16, 'p')),
+         [](auto bytes) {
+             bitmap_picture picture;
+             return ReadBitmapFile(bytes, picture);
+         }},
+        {MetafileFile(Record(4, 0x20B) + Record(5, 0x20C) + Record(3, 0), 21),
+         [](auto bytes) {
+             metafile_picture picture;
+             return ReadMetafile(bytes, picture);
+         }},
+    };
+    for (const auto& one : cases) {
+        for (std::size_t length = 0; length < one.file.size(); ++length) {
+            // Of exactly the size, so that a read too far is seen.
+            const std::vector<char> cut(one.file.begin(), one.file.begin() + static_cast<std::ptrdiff_t>(length));
+            one.read(std::as_bytes(std::span(cut)));
+        }
+        for (std::size_t at = 0; at < one.file.size(); ++at)
+            for (const int change : {1, 0x40, 0xFF}) {
+                std::vector<char> changed(one.file.begin(), one.file.end());
+                changed[at] = static_cast<char>(changed[at] ^ change);
+                const uint32_t code = one.read(std::as_bytes(std::span(changed)));
+                EXPECT_TRUE(code == picture_done || code == picture_data_error);
+            }
+    }
+}
+
+} // namespace
