@@ -7,44 +7,14 @@
 #include "../../pictures/formats/bitmap_file.h"
 #include "../../pictures/formats/metafile_file.h"
 #include "../../pictures/formats/palette_file.h"
+#include "../support/bitmap_writer.h"
 
 namespace {
 
 using namespace vh;
+using namespace vh::test;
 
-std::string Number(uint64_t value, std::size_t size)
-{
-    std::string bytes;
-    for (std::size_t i = 0; i < size; ++i)
-        bytes += static_cast<char>(value >> 8 * i);
-    return bytes;
-}
-std::string Word(uint64_t value) { return Number(value, 2); }
-std::string Long(uint64_t value) { return Number(value, 4); }
 std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
-
-// A bitmap file out of its parts; the file header tells where the pixels start.
-std::string BitmapFile(const std::string& header, const std::string& table, const std::string& pixels,
-                       std::size_t start = 0)
-{
-    const std::size_t told = start ? start : 14 + header.size() + table.size();
-    return "BM" + Long(0) + Long(0) + Long(told) + header + table + pixels;
-}
-std::string Header(int width, int height, unsigned bits, unsigned compression = 0, unsigned colors = 0,
-                   unsigned size = 40)
-{
-    const std::string start = Long(size) + Long(static_cast<unsigned>(width)) + Long(static_cast<unsigned>(height)) +
-                              Word(1) + Word(bits) + Long(compression) + Long(0) + Long(0) + Long(0) + Long(colors) +
-                              Long(0);
-    return start + std::string(size > 40 ? size - 40 : 0, '\0');
-}
-std::string Table(unsigned count, unsigned entry_size = 4)
-{
-    std::string table;
-    for (unsigned i = 0; i < count; ++i)
-        table += Number(0x332211 + i, entry_size);
-    return table;
-}
 
 TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
 {
