@@ -121,6 +121,25 @@ gdiplus_bitmap gdiplus_bitmap::Resized(SIZE size) const
     return made;
 }
 
+const char* gdiplus_bitmap::Format() const
+{
+    // The identifiers differ in their first part alone.
+    struct row {
+        uint32_t first;
+        const char* name;
+    };
+    static constexpr row formats[] = {{0xB96B3CAB, "bmp"},  {0xB96B3CAC, "emf"},  {0xB96B3CAD, "wmf"},
+                                      {0xB96B3CAE, "jpeg"}, {0xB96B3CAF, "png"},  {0xB96B3CB0, "gif"},
+                                      {0xB96B3CB1, "tiff"}, {0xB96B3CB2, "exif"}, {0xB96B3CB5, "icon"}};
+    GUID format{};
+    if (m_bitmap)
+        late::get_image_format(Image(m_bitmap.get()), &format);
+    for (const row& one : formats)
+        if (format.Data1 == one.first)
+            return one.name;
+    return "unknown";
+}
+
 unique_icon gdiplus_bitmap::Icon() const
 {
     unique_icon icon;

@@ -37,6 +37,8 @@ public:
     // Redrawn at another size.
     gdiplus_bitmap Resized(SIZE size) const;
     unique_icon Icon() const;
+    // "png", "jpeg" and so on; "unknown" for others.
+    const char* Format() const;
     // A GpBitmap, for what only callers of GDI+ ask of it.
     void* get() const { return m_bitmap.get(); }
 

@@ -13,11 +13,13 @@ inline constinit late_function<decltype(CreateCompatibleBitmap)> create_compatib
                                                                                           "CreateCompatibleBitmap");
 inline constinit late_function<decltype(CreateCompatibleDC)> create_compatible_dc(gdi32, "CreateCompatibleDC");
 inline constinit late_function<decltype(CreateDIBitmap)> create_di_bitmap(gdi32, "CreateDIBitmap");
+inline constinit late_function<decltype(CreateDIBSection)> create_dib_section(gdi32, "CreateDIBSection");
 inline constinit late_function<decltype(CreatePalette)> create_palette(gdi32, "CreatePalette");
 inline constinit late_function<decltype(CreatePatternBrush)> create_pattern_brush(gdi32, "CreatePatternBrush");
 inline constinit late_function<decltype(CreateSolidBrush)> create_solid_brush(gdi32, "CreateSolidBrush");
 inline constinit late_function<decltype(DeleteDC)> delete_dc(gdi32, "DeleteDC");
 inline constinit late_function<decltype(DeleteMetaFile)> delete_metafile(gdi32, "DeleteMetaFile");
+inline constinit late_function<decltype(GdiFlush)> gdi_flush(gdi32, "GdiFlush");
 inline constinit late_function<decltype(GetBkColor)> get_background(gdi32, "GetBkColor");
 inline constinit late_function<decltype(GetSystemPaletteEntries)> get_system_palette(gdi32, "GetSystemPaletteEntries");
 inline constinit late_function<decltype(IntersectClipRect)> intersect_clip(gdi32, "IntersectClipRect");

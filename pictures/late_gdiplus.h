@@ -35,18 +35,12 @@ inline constinit late_function<decltype(gp::GdipDisposeImage)> dispose_image(gdi
 inline constinit late_function<decltype(gp::GdipGetImageWidth)> get_image_width(gdiplus, "GdipGetImageWidth");
 inline constinit late_function<decltype(gp::GdipGetImageHeight)> get_image_height(gdiplus, "GdipGetImageHeight");
 inline constinit late_function<decltype(gp::GdipGetImageRawFormat)> get_image_format(gdiplus, "GdipGetImageRawFormat");
-inline constinit late_function<decltype(gp::GdipImageGetFrameCount)> get_frame_count(gdiplus, "GdipImageGetFrameCount");
-inline constinit late_function<decltype(gp::GdipImageSelectActiveFrame)> select_frame(gdiplus,
-                                                                                      "GdipImageSelectActiveFrame");
-inline constinit late_function<decltype(gp::GdipSaveImageToFile)> save_image(gdiplus, "GdipSaveImageToFile");
 inline constinit late_function<decltype(gp::GdipCreateFromHDC)> graphics_of_dc(gdiplus, "GdipCreateFromHDC");
 inline constinit late_function<decltype(gp::GdipGetImageGraphicsContext)>
     graphics_of_image(gdiplus, "GdipGetImageGraphicsContext");
 inline constinit late_function<decltype(gp::GdipDeleteGraphics)> delete_graphics(gdiplus, "GdipDeleteGraphics");
 inline constinit late_function<decltype(gp::GdipSetInterpolationMode)> set_interpolation(gdiplus,
                                                                                          "GdipSetInterpolationMode");
-inline constinit late_function<decltype(gp::GdipSetPixelOffsetMode)> set_pixel_offset(gdiplus,
-                                                                                      "GdipSetPixelOffsetMode");
 inline constinit late_function<decltype(gp::GdipDrawImageRectI)> draw_image(gdiplus, "GdipDrawImageRectI");
 inline constinit late_function<decltype(gp::GdipBitmapLockBits)> lock_bits(gdiplus, "GdipBitmapLockBits");
 inline constinit late_function<decltype(gp::GdipBitmapUnlockBits)> unlock_bits(gdiplus, "GdipBitmapUnlockBits");
