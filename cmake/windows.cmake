@@ -77,7 +77,7 @@ vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
-  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files and libraries of VHRT")
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files, pictures and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
 endif()
@@ -158,6 +158,9 @@ add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DH
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
+add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/picture
+  -P ${CMAKE_SOURCE_DIR}/tests/host/picture.cmake)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

@@ -13,6 +13,7 @@
 #include "picture_sheet.h"
 #include "picture_source.h"
 #include "pictures/option_text.h"
+#include "scriptdata/exception.h"
 #include "sha256.h"
 
 namespace tools {
@@ -29,7 +30,12 @@ bool EndsWith(std::string_view text, std::string_view end)
 // The old file stays until the new one is complete.
 void WriteFileOf(const std::wstring& path, std::string_view bytes)
 {
-    const stringx temporary = vh::make_temp_name(path);
+    stringx temporary;
+    try {
+        temporary = vh::make_temp_name(path);
+    } catch (const vh::win32_exception& failure) {
+        ThrowFor(path, failure.code());
+    }
     {
         const vh::unique_file made(CreateFileW(host::LongPath(std::wstring(temporary.view())).c_str(), GENERIC_WRITE, 0,
                                                nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
