@@ -98,11 +98,12 @@ void HidePasswords(wchar_t* text, std::size_t room, bool cut)
 void WriteLineV(const wchar_t* category, const wchar_t* subcategory, const wchar_t* format, va_list arguments)
 {
     std::array<wchar_t, line_units> line;
-    FormatText(line.data(), line.size(), L"%ls|%ls|", category ? category : L"", subcategory ? subcategory : L"");
-    HidePasswords(line.data(), line.size() - 1, false);
+    bool cut = FormatText(line.data(), line.size(), L"%ls|%ls|", category ? category : L"",
+                          subcategory ? subcategory : L"") < 0;
+    HidePasswords(line.data(), line.size() - 1, cut);
     TraceWriteRecord(line.data());
 
-    const bool cut = FormatTextV(line.data(), detail_units + 1, format, arguments) < 0;
+    cut = FormatTextV(line.data(), detail_units + 1, format, arguments) < 0;
     HidePasswords(line.data(), detail_units, cut);
     const std::size_t length = CleanDetails(line.data(), std::wcslen(line.data()));
     line[length] = L'\r';

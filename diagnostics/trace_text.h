@@ -39,7 +39,7 @@ std::basic_string<Unit> HarmlessFormat(std::basic_string_view<Unit> format)
                     for (const char digit : std::to_string(number))
                         conversion += Unit(digit);
             } else if (flags_and_sizes.find(static_cast<char>(format[at])) != flags_and_sizes.npos &&
-                       format[at] < Unit(0x80)) {
+                       static_cast<char32_t>(format[at]) < 0x80) {
                 conversion += format[at++];
             } else {
                 break;
@@ -62,9 +62,8 @@ template <class Unit>
 std::basic_string<Unit> WithoutPasswords(std::basic_string_view<Unit> text, bool cut)
 {
     constexpr Unit scheme_end[] = {Unit(':'), Unit('/'), Unit('/')};
-    // Nothing of an address's user or password.
-    constexpr Unit ends[] = {Unit('/'), Unit('\\'), Unit('"'),  Unit('<'),
-                             Unit('>'), Unit('\t'), Unit('\r'), Unit('\n')};
+    // Nothing of an address's user or password; the user may be "domain\user".
+    constexpr Unit ends[] = {Unit('/'), Unit('\t'), Unit('\r'), Unit('\n')};
     constexpr Unit mask[] = {Unit('*'), Unit('*'), Unit('*')};
     const std::basic_string_view<Unit> marker(scheme_end, std::size(scheme_end));
     std::basic_string<Unit> made;

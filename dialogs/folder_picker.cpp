@@ -4,7 +4,7 @@
 
 #include "../scriptdata/task_memory.h"
 #include "folder_test.h"
-#include "late_shell.h"
+#include "late_dialogs.h"
 
 namespace vh {
 

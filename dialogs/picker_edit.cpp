@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "late_shell.h"
+#include "late_dialogs.h"
 
 namespace vh {
 

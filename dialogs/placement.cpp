@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "late_shell.h"
+#include "late_dialogs.h"
 
 namespace vh {
 
@@ -36,9 +36,15 @@ RECT WorkAreaOf(HWND window)
 
 void Centre(HWND window, HWND owner)
 {
-    const bool over_owner = owner && late::is_visible(owner) && !late::is_iconic(owner);
-    const RECT area = WorkAreaOf(over_owner ? owner : window);
-    const RECT about = over_owner ? PlaceOf(owner) : area;
+    const auto style_of = [](HWND seen) { return late::get_window_long(seen, GWL_STYLE); };
+    const bool inside = (style_of(window) & WS_CHILD) != 0;
+    const bool over_owner = owner && (style_of(owner) & (WS_VISIBLE | WS_MINIMIZE)) == WS_VISIBLE;
+    RECT area{};
+    if (inside)
+        late::get_client_rect(owner, &area);
+    else
+        area = WorkAreaOf(over_owner ? owner : window);
+    const RECT about = over_owner && !inside ? PlaceOf(owner) : area;
     const RECT own = PlaceOf(window);
     // The upper left corner wins where the window is larger than the monitor.
     const auto start = [](LONG from, LONG to, LONG extent, LONG least, LONG most) {

@@ -20,7 +20,8 @@ void Place(HWND window, const RECT& place);
 // What a window may take of its monitor.
 RECT WorkAreaOf(HWND window);
 
-// Over the owner when that can be seen, else in the middle of the monitor; never beyond its edges.
+// Over the owner when that can be seen, else in the middle of the monitor; a child window in the middle of its parent
+// `owner`. Never beyond the edges.
 void Centre(HWND window, HWND owner);
 
 } // namespace vh

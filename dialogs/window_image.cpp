@@ -1,6 +1,5 @@
 #include "window_image.h"
 
-#include "late_painting.h"
 #include "monitor_scale.h"
 #include "placement.h"
 

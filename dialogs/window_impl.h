@@ -4,7 +4,7 @@
 #include <utility>
 #include <windows.h>
 
-#include "late_shell.h"
+#include "late_dialogs.h"
 
 namespace vh {
 

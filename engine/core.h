@@ -56,7 +56,7 @@ public:
     long registryOptions = 0;
     Progress progress;
     std::wstring progressTitle;
-    com_ptr<IUnknown> progressBar;
+    com_ptr<ISetupProgressBar> progressBar;
     std::vector<std::array<std::wstring, 3>> rebootTexts;
     // What the last failing engine call had to say.
     Message lastError;

@@ -77,9 +77,9 @@ int64_t GetHandle(ObjectContext* context, int32_t selector)
         case HandleMainWindow:
             return reinterpret_cast<int64_t>(c.MainWindow());
         case HandleResourceModule:
-            return reinterpret_cast<int64_t>(c.resourceModule);
+            return reinterpret_cast<int64_t>(c.modules.product);
         case HandleUserModule:
-            return reinterpret_cast<int64_t>(c.userModule);
+            return reinterpret_cast<int64_t>(c.modules.user);
         default:
             return int64_t{0};
         }

@@ -259,16 +259,17 @@ int64_t QueryIcon(ObjectContext* context, const wchar_t* folder, const wchar_t* 
                 return result;
             vh::bstr directory, icon, key;
             long index = 0, show = 0;
-            const HRESULT read =
-                InTurn([&] { return shortcut->GetWorkingDir(directory.put()); },
-                       [&] { return shortcut->GetIcon(icon.put(), &index); },
-                       [&] { return shortcut->GetHotKey(key.put()); }, [&] { return shortcut->GetShowCommand(&show); });
+            const HRESULT read = InTurn([&] { return shortcut->GetWorkingDir(directory.put()); },
+                                        [&] { return shortcut->GetIcon(icon.put(), &index); },
+                                        [&] { return shortcut->GetHotKey(key.put()); });
             if (FAILED(read))
                 return read;
             *iconIndex = index;
             if (vh::CopyOut(directory.view(), workingDir, text_size) || vh::CopyOut(icon.view(), iconFile, text_size) ||
                 vh::CopyOut(key.empty() ? no_key : key.view(), shortcutKey, text_size))
                 return -1;
+            if (const HRESULT code = shortcut->GetShowCommand(&show); FAILED(code))
+                return code;
             for (const FlagShow& known : flag_shows)
                 if (show == known.command)
                     *flags = known.flag;

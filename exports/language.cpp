@@ -5,15 +5,7 @@
 #include "../runtime/context.h"
 #include "../runtime/frame.h"
 #include "../scriptdata/bstr.h"
-#include "../scriptdata/late_library.h"
 #include "../scriptdata/results.h"
-
-namespace {
-
-constinit vh::late_library user32(L"user32.dll");
-constinit vh::late_function<decltype(LoadStringW)> load_string(user32, "LoadStringW");
-
-} // namespace
 
 int32_t _GetStandardLangId(int32_t language)
 {
@@ -25,14 +17,7 @@ int32_t _GetStandardLangId(int32_t language)
 // There is no test of the context here.
 int32_t LangLoadString(ObjectContext* context, uint32_t id, wchar_t* buffer, int32_t size)
 {
-    // For a size of 0 the platform would store an address.
-    if (!buffer || size <= 0)
-        return 0;
-    for (const HMODULE module : {context->userModule, context->resourceModule})
-        // Null would stand for the program itself.
-        if (const int length = module ? load_string(module, id, buffer, size) : 0)
-            return length;
-    return 0;
+    return context->modules.LoadText(id, buffer, size);
 }
 
 int32_t _IsLangSupported(int32_t language, const wchar_t* path)

@@ -36,10 +36,10 @@ int32_t GiveObject(ObjectContext* context, const vh::variant* index, VARIANT* ob
     return vh::Mapped(context, [&](ObjectContext& c) -> int32_t {
         if (!index)
             return vh::InterfaceResult(c.host.get(), object, -1);
-        if (!c.objects)
-            return -1;
         if (const HRESULT code = vh::ClearResult(object); FAILED(code))
             return code;
+        if (!c.objects)
+            return -1;
         vh::com_ptr<IUnknown> found;
         const HRESULT code = c.objects->Item(index->get(), found.put());
         if (FAILED(code))
@@ -97,7 +97,8 @@ int32_t _ShowObjWizardPages(ObjectContext* context, int32_t value)
     while (position >= 1 && position <= count) {
         const vh::variant index(position);
         vh::com_ptr<IUnknown> object;
-        if (const HRESULT code = objects->Item(index.get(), object.put()); FAILED(code))
+        const HRESULT found = objects->Item(index.get(), object.put());
+        if (const HRESULT code = vh::Given(found, object); FAILED(code))
             return code;
         // An object without pages is passed over.
         if (const auto wizard = object.query<ISetupWizard>())

@@ -1,6 +1,7 @@
 // The registry through the engine's service: keys made uniform, values turned from and into text, writes traced.
 #include "vhrt/registry.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "../diagnostics/trace.h"
@@ -15,7 +16,7 @@ constexpr vh::TraceFormats create_formats = VH_TRACE_FORMATS(L"\t", L"RootKey=%l
 constexpr vh::TraceFormats delete_key_formats = VH_TRACE_FORMATS(L"\t", L"RootKey=%ld\tKey=%s");
 constexpr vh::TraceFormats delete_value_formats = VH_TRACE_FORMATS(L"\t", L"RootKey=%ld\tKey=%s\tValue=%s");
 constexpr vh::TraceFormats set_formats =
-    VH_TRACE_FORMATS(L"\t", L"RootKey=%ld\tKey=%s\tValueName=%s\tValueType=%ld\tValue=%s\tValueSize=%ld");
+    VH_TRACE_FORMATS(L"\t", L"RootKey=%ld\tKey=%s\tValueName=%s\tValueType=%ld\tValue=%.*s\tValueSize=%ld");
 
 // What the family's results mean beside 0, -1 and the engine's codes.
 constexpr int64_t too_small = -5;
@@ -79,8 +80,8 @@ public:
     ValueWrite(int64_t root, const wchar_t* key, const wchar_t* name, int32_t type, const wchar_t* shown_value,
                int32_t size)
         : m_root(root), m_key(key), m_name(name), m_type(type), m_value(shown_value), m_size(size),
-          m_call(L"RegDBSetKeyValueEx", set_formats.begin, Shown(root), key, name, static_cast<long>(type), shown_value,
-                 static_cast<long>(size))
+          m_call(L"RegDBSetKeyValueEx", set_formats.begin, Shown(root), key, name, static_cast<long>(type),
+                 ShownUnits(), shown_value, static_cast<long>(size))
     {
     }
 
@@ -97,10 +98,12 @@ public:
     }
 
 private:
+    // A text of this type ends by its size: the trace looks no further.
+    int ShownUnits() const { return m_type == REG_MULTI_SZ ? std::max(m_size, 0) : INT32_MAX; }
     int64_t End(int32_t code, int64_t root) const
     {
         return m_call.End(code, set_formats.failure, set_formats.success, Shown(root), m_key, m_name,
-                          static_cast<long>(m_type), m_value, static_cast<long>(m_size));
+                          static_cast<long>(m_type), ShownUnits(), m_value, static_cast<long>(m_size));
     }
 
     int64_t m_root;
@@ -307,11 +310,7 @@ int64_t _RegQueryKeyBinaryValue(ObjectContext* context, int64_t root, const wcha
 int64_t _RegSetKeyValue(ObjectContext* context, int64_t root, const wchar_t* key, const wchar_t* name, int32_t type,
                         const wchar_t* value, int32_t size)
 {
-    // A text of this type ends by its size: the trace looks no further.
-    stringx shown;
-    if (vh::trace_enabled && type == REG_MULTI_SZ && value && size > 0)
-        shown = std::wstring_view(value, wcsnlen(value, static_cast<uint32_t>(size)));
-    const ValueWrite write(root, key, name, type, type == REG_MULTI_SZ ? shown.c_str() : value, size);
+    const ValueWrite write(root, key, name, type, value, size);
     return vh::Framed(context, [&](ObjectContext& c) -> int64_t {
         switch (type) {
         case REG_SZ:

@@ -2,9 +2,9 @@
 #include "vhrt/state.h"
 
 #include "../runtime/context.h"
-#include "../runtime/facts.h"
 #include "../runtime/frame.h"
 #include "../runtime/interface_result.h"
+#include "../scriptdata/facts.h"
 #include "../scriptdata/results.h"
 
 namespace {

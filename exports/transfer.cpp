@@ -141,7 +141,7 @@ int32_t ExchangeTargets(ObjectContext& context, std::wstring_view name,
     };
     vh::com_ptr<IUnknown> store;
     const auto database = context.Ask<ISetupLogDB>();
-    if (database && SUCCEEDED(database->GetStore(store.put())))
+    if (database && SUCCEEDED(database->GetStore(store.put())) && store)
         if (const HRESULT code = run(context.textSubGlobal, L"Global", store.get()); FAILED(code))
             return code;
     return run(context.textSubLocal, L"Local", context.log.get());

@@ -1,5 +1,6 @@
 // INI documents on disk.
 #include <climits>
+#include <optional>
 
 #include "../diagnostics/file.h"
 #include "../scriptdata/format.h"
@@ -56,7 +57,7 @@ struct new_file {
     explicit new_file(const stringx& beside) : name(beside)
     {
         const std::size_t folder = name.view().find_last_of(L"\\/") + 1;
-        DWORD error = ERROR_FILE_EXISTS;
+        error = ERROR_FILE_EXISTS;
         const DWORD start = GetTickCount();
         for (DWORD tries = 0; error == ERROR_FILE_EXISTS && tries <= 0xFFFF; ++tries) {
             wchar_t made[16];
@@ -65,8 +66,6 @@ struct new_file {
             name += made;
             error = file.open(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, CREATE_NEW);
         }
-        if (error)
-            throw vh::win32_exception(error);
     }
 
     new_file(const new_file&) = delete;
@@ -75,12 +74,17 @@ struct new_file {
     {
         // An open file can't be deleted.
         file = vh::file();
-        if (!stays)
+        if (!error && !stays)
             DeleteFileW(name.c_str());
     }
 
+    void put(std::string_view bytes);
+    // A folder may take no new file and still let those be written that it has.
+    bool refused() const { return error == ERROR_ACCESS_DENIED; }
+
     stringx name;
     vh::file file;
+    DWORD error = NO_ERROR;
     bool stays = false;
 };
 
@@ -93,6 +97,14 @@ void WriteAll(vh::file& file, std::string_view bytes)
             throw vh::win32_exception(ERROR_DISK_FULL);
         bytes.remove_prefix(count);
     }
+}
+
+void new_file::put(std::string_view bytes)
+{
+    if (error)
+        throw vh::win32_exception(error);
+    WriteAll(file, bytes);
+    file.close();
 }
 
 // A file that exists under one name of its own, and that nobody keeps from going, so that a new one may take that name.
@@ -108,15 +120,18 @@ bool MayGo(const stringx& path)
 
 // The new file takes the name, the attributes and the access list of the old one. False when that is refused, and
 // the old file is untouched.
-bool Exchange(const stringx& made, const stringx& path, DWORD attributes)
+bool Exchange(new_file& made, const stringx& path, DWORD attributes)
 {
     if (!MayGo(path))
         return false;
-    SetFileAttributesW(made.c_str(), attributes);
-    if (ReplaceFileW(path.c_str(), made.c_str(), nullptr, 0, nullptr, nullptr))
+    SetFileAttributesW(made.name.c_str(), attributes);
+    if (ReplaceFileW(path.c_str(), made.name.c_str(), nullptr, 0, nullptr, nullptr))
         return true;
-    // One of the failures leaves nothing under the old name.
-    return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES && MoveFileExW(made.c_str(), path.c_str(), 0);
+    if (GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES)
+        return false;
+    // One of the failures leaves nothing under the old name; then the new file is all that there is.
+    made.stays = true;
+    return MoveFileExW(made.name.c_str(), path.c_str(), 0);
 }
 
 std::string ContentOf(const stringx& path)
@@ -128,14 +143,22 @@ std::string ContentOf(const stringx& path)
     return ReadAll(file);
 }
 
+stringx TempFolder()
+{
+    wchar_t folder[MAX_PATH + 1] = L"";
+    GetTempPathW(MAX_PATH + 1, folder);
+    return folder;
+}
+
 // Puts the bytes into the file as it stands. What it held comes back when that fails; when not even that can be
-// done, a copy of it stays beside the file.
+// done, a copy of it stays beside the file, or in the temporary folder where the file's own takes none.
 void WriteInPlace(const stringx& path, std::string_view bytes)
 {
     const std::string before = ContentOf(path);
-    new_file copy(path);
-    WriteAll(copy.file, before);
-    copy.file.close();
+    std::optional<new_file> copy(path);
+    if (copy->refused())
+        copy.emplace(TempFolder());
+    copy->put(before);
     vh::file file;
     if (const DWORD error =
             file.open(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
@@ -148,16 +171,16 @@ void WriteInPlace(const stringx& path, std::string_view bytes)
     try {
         put(bytes);
     } catch (const vh::win32_exception&) {
-        copy.stays = true;
+        copy->stays = true;
         put(before);
-        copy.stays = false;
+        copy->stays = false;
         throw;
     }
     file.close();
 }
 
 // A complete new file takes the place of the old one. Where the old one has to stay, because it is open without
-// leave to delete it or has other names, its content changes behind a complete copy beside it.
+// leave to delete it, has other names or a folder that takes no new file, its content changes behind a complete copy.
 void PutFile(const stringx& path, std::string_view bytes)
 {
     // Not every system keeps a read-only file from being replaced.
@@ -166,12 +189,15 @@ void PutFile(const stringx& path, std::string_view bytes)
     if (exists && attributes & FILE_ATTRIBUTE_READONLY)
         throw vh::win32_exception(ERROR_ACCESS_DENIED);
     new_file made(path);
-    WriteAll(made.file, bytes);
-    made.file.close();
+    if (exists && made.refused()) {
+        WriteInPlace(path, bytes);
+        return;
+    }
+    made.put(bytes);
     if (!exists) {
         if (!MoveFileExW(made.name.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
             throw vh::win32_exception(GetLastError());
-    } else if (!Exchange(made.name, path, attributes)) {
+    } else if (!Exchange(made, path, attributes)) {
         WriteInPlace(path, bytes);
     }
 }
@@ -246,6 +272,8 @@ bool inifilex::save_as(text path, uint32_t flags, uint32_t code_page, bool mark)
 {
     if (flags & inifile_skip_empty && empty())
         return true;
+    // A copy, as a text of this document moves with its section.
+    const stringx target(path);
     m_saving = true;
     if (flags & inifile_set_encoding) {
         m_code_page = code_page;
@@ -254,8 +282,7 @@ bool inifilex::save_as(text path, uint32_t flags, uint32_t code_page, bool mark)
     if (flags & inifile_sort)
         sort_sections();
     bool done = false;
-    if (!path.empty()) {
-        const stringx target(path);
+    if (!target.empty()) {
         m_path = target;
         MakeFolderOf(target);
         const UINT used = m_code_page == no_code_page ? CP_ACP : m_code_page;

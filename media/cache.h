@@ -45,8 +45,9 @@ public:
         Items* collection = m_root.get();
         for (std::size_t begin = 0, end = 0; end != path.size(); begin = end + 1) {
             end = std::min(path.find(L'\\', begin), path.size());
+            // Above the last level every code that says so means that there is no item.
             if (const HRESULT code = FindLevel(collection, path.substr(0, end), begin, node); FAILED(code))
-                return code;
+                return end == path.size() ? code : vh::NoItemCode(code);
             collection = node->children.get();
         }
         return S_OK;

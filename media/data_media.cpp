@@ -12,12 +12,13 @@ namespace {
 // The script's flag minus 1 in 16 bits, as the engine's filters take it.
 constexpr VARIANT_BOOL Inverted(bool flag) { return static_cast<VARIANT_BOOL>(flag ? 0 : -1); }
 
-// "<Data>\" in front of a path that does not start with a root item. False when it gets too long.
+// "<Data>\" in front of a path that does not start with a root item. False when that makes it too long.
 bool RootPath(std::wstring_view item, stringx& path)
 {
     constexpr std::size_t longest = 259;
-    path = item.starts_with(L'<') ? stringx(item) : vh::Concat(L"<Data>\\", item);
-    return path.size() <= longest;
+    const bool whole = item.starts_with(L'<');
+    path = whole ? stringx(item) : vh::Concat(L"<Data>\\", item);
+    return whole || path.size() <= longest;
 }
 
 } // namespace

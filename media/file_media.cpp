@@ -50,7 +50,7 @@ HRESULT CVHFileMediaImpl<Item, Items>::ReadChild(Items* children, long index, te
     if (const HRESULT code = vh::ItemAt(children, index, child); FAILED(code))
         return code;
     if (const HRESULT code = child->GetName(name.put()); FAILED(code))
-        return code;
+        return vh::NoItemCode(code);
     path = parent;
     if (!parent.empty())
         path += L'\\';
@@ -108,7 +108,7 @@ int32_t CVHFileMediaImpl<Item, Items>::GetChildCount(text parent, int32_t& count
         VARIANT_BOOL visible = VARIANT_FALSE;
         const HRESULT code = child->GetVisible(&visible);
         count += visible ? 1 : 0;
-        return code;
+        return vh::NoItemCode(code);
     });
 }
 

@@ -1,19 +1,11 @@
 // Owners of drawing objects.
 #pragma once
 
-#include "../scriptdata/unique.h"
+#include "../scriptdata/unique_gdi.h"
 #include "late_drawing.h"
 
 namespace vh {
 
-template <class Handle>
-struct gdi_traits {
-    using value_type = Handle;
-    static Handle none() { return nullptr; }
-    static void close(Handle object) { late::delete_object(HGDIOBJ{object}); }
-};
-using unique_bitmap = unique<gdi_traits<HBITMAP>>;
-using unique_brush = unique<gdi_traits<HBRUSH>>;
 using unique_palette = unique<gdi_traits<HPALETTE>>;
 
 struct metafile_traits {

@@ -54,8 +54,6 @@ com_ptr<IStream> StreamOf(HMODULE module, HRSRC place)
 
 void gdiplus_bitmap_traits::close(value_type bitmap) { late::dispose_image(Image(bitmap)); }
 
-void icon_traits::close(HICON icon) { late::destroy_icon(icon); }
-
 bool StartGdiplus()
 {
     static const bool started = [] {

@@ -14,13 +14,6 @@ struct gdiplus_bitmap_traits {
     static void close(value_type bitmap);
 };
 
-struct icon_traits {
-    using value_type = HICON;
-    static HICON none() { return nullptr; }
-    static void close(HICON icon);
-};
-using unique_icon = unique<icon_traits>;
-
 class gdiplus_bitmap {
 public:
     gdiplus_bitmap() = default;

@@ -40,7 +40,6 @@ inline constinit late_function<decltype(SetWindowExtEx)> set_window_extent(gdi32
 inline constinit late_function<decltype(SetWindowOrgEx)> set_window_origin(gdi32, "SetWindowOrgEx");
 inline constinit late_function<decltype(StretchBlt)> stretch_blt(gdi32, "StretchBlt");
 
-inline constinit late_function<decltype(DestroyIcon)> destroy_icon(user32, "DestroyIcon");
 inline constinit late_function<decltype(FillRect)> fill_rect(user32, "FillRect");
 
 } // namespace vh::late

@@ -4,14 +4,11 @@
 
 #include "../diagnostics/language.h"
 #include "../media/concrete_media.h"
+#include "../scriptdata/facts.h"
 #include "../scriptdata/late_windows.h"
 #include "../scriptdata/path_text.h"
-#include "facts.h"
 
 namespace {
-
-// The window that stands for the setup inside a Windows Installer session.
-constexpr const wchar_t* installer_window_class = L"MsiDialogCloseClass";
 
 stringx ReadVariable(ISetupTextSub* store, std::wstring_view name)
 {
@@ -165,8 +162,8 @@ void ObjectContext::AskForWindow()
     Ask(user);
     if (!user || FAILED(user->GetWindow(window.put())))
         return;
-    windowEx1 = vh::QueryUnknown(window.get(), vh::window_ex1_id);
-    windowEx2 = vh::QueryUnknown(windowEx1.get(), vh::window_ex2_id);
+    windowEx1 = window.query<ISetupWindowEx1>();
+    windowEx2 = windowEx1.query<ISetupWindowEx2>();
 }
 
 void ObjectContext::LoadModules()
@@ -186,8 +183,8 @@ void ObjectContext::LoadModules()
         HMODULE loaded = nullptr;
         return SUCCEEDED(resources->Load(file.AsBstr(), &loaded)) ? loaded : nullptr;
     };
-    resourceModule = load(resource_file);
-    userModule = load(user_file);
+    modules.product = load(resource_file);
+    modules.user = load(user_file);
 }
 
 void ObjectContext::ChooseSkin(std::wstring_view source_dir)
@@ -279,23 +276,14 @@ ObjectContext::~ObjectContext()
     // A script that ended while connected; the remote key is of no use to anybody else.
     if (connected && registry)
         registry->Disconnect(remoteKey);
-    if (!resourceModule && !userModule)
+    if (!modules)
         return;
     if (const auto resources = Ask<ISetupResources>()) {
         long result = 0;
-        if (resourceModule)
-            resources->Free(resourceModule, &result);
-        if (userModule)
-            resources->Free(userModule, &result);
+        for (const HMODULE module : {modules.product, modules.user})
+            if (module)
+                resources->Free(module, &result);
     }
 }
 
-HWND ObjectContext::MainWindow() const
-{
-    HWND handle = nullptr;
-    if (window)
-        window->GetHandle(&handle);
-    if (!handle && vh::fact(info.get(), vh::fact_installer_session).truth())
-        handle = vh::late::find_window(installer_window_class, nullptr);
-    return handle;
-}
+HWND ObjectContext::MainWindow() const { return vh::MainWindowOf(window.get(), info.get()); }

@@ -97,8 +97,8 @@ struct ObjectContext {
     vh::com_ptr<ISetupTextSub> textSubGlobal;
     vh::com_ptr<ISetupUser> user;
     vh::com_ptr<ISetupWindow> window;
-    vh::com_ptr<IUnknown> windowEx1;
-    vh::com_ptr<IUnknown> windowEx2;
+    vh::com_ptr<ISetupWindowEx1> windowEx1;
+    vh::com_ptr<ISetupWindowEx2> windowEx2;
     vh::com_ptr<IUnknown> spare;
     vh::com_ptr<ISetupInfo> info;
     vh::com_ptr<ISetupReboot> reboot;
@@ -118,10 +118,11 @@ struct ObjectContext {
     FileTable files;
     MediaTable media;
     vh::DriverPackages driverPackages{*this};
-    // The libraries of the variables VHRES and VHUSER.
-    HMODULE resourceModule = nullptr;
-    HMODULE userModule = nullptr;
-    CDialogManager dialogs{*this};
+    vh::ResourceModules modules;
+    // The status window while one is up.
+    HWND statusDialog = nullptr;
+    CDialogManager dialogs{{services, textSubLocal, info, window, windowEx1, modules, status, statusDialog, silent,
+                            silentEx, externalUi, supportDir}};
     vh::StatusBlock status;
     // For pictures, on displays that have one.
     vh::unique_palette palette;
@@ -130,7 +131,6 @@ struct ObjectContext {
     stringx productGuid;
     bool maintenance = false;
     WaitHandles waitHandles;
-    HWND statusDialog = nullptr;
     stringx installGuid;
     int32_t maintOption = 0;
     // Only a full context may use skins.

@@ -28,11 +28,14 @@ constexpr int32_t MapResult(int32_t code)
     return code;
 }
 
-// Framed, with the result mapped.
+// Framed, with a failure mapped. A size or a length is none, whatever its bits.
 template <class Body>
 inline int32_t Mapped(ObjectContext* context, Body&& body)
 {
-    return context ? MapResult(body(*context)) : -1;
+    if (!context)
+        return -1;
+    const int32_t code = body(*context);
+    return code < 0 ? MapResult(code) : code;
 }
 
 } // namespace vh

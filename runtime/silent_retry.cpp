@@ -1,7 +1,7 @@
 #include "silent_retry.h"
 
+#include "../scriptdata/facts.h"
 #include "context.h"
-#include "facts.h"
 
 DWORD SilentRetry::on_error(vh::inet_file& file)
 {

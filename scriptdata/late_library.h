@@ -14,18 +14,22 @@ public:
     // `name` must outlive the object.
     constexpr explicit late_library(const wchar_t* name) : m_name(name) {}
 
-    // Null, with the thread's last error set, when library or function is missing.
-    FARPROC find(const char* function)
+    // Null, with the thread's last error set, when the library is missing.
+    HMODULE load()
     {
         HMODULE module = m_module.load(std::memory_order_acquire);
         if (!module) {
             module = LoadLibraryExW(m_name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
-            if (!module)
-                return nullptr;
             // A second thread that comes here at the same time gets the same module.
             m_module.store(module, std::memory_order_release);
         }
-        return GetProcAddress(module, function);
+        return module;
+    }
+    // The same for one of its functions.
+    FARPROC find(const char* function)
+    {
+        const HMODULE module = load();
+        return module ? GetProcAddress(module, function) : nullptr;
     }
 
 private:

@@ -18,10 +18,12 @@ inline constinit late_function<decltype(ShowWindow)> show_window(user32, "ShowWi
 inline constinit late_function<decltype(WaitForInputIdle)> wait_for_input_idle(user32, "WaitForInputIdle");
 inline constinit late_function<decltype(IsWindow)> is_window(user32, "IsWindow");
 inline constinit late_function<decltype(PostMessageW)> post_message(user32, "PostMessageW");
+inline constinit late_function<decltype(GetClassNameW)> get_class_name(user32, "GetClassNameW");
 inline constinit late_function<decltype(GetClassInfoW)> get_class_info(user32, "GetClassInfoW");
 inline constinit late_function<decltype(RegisterClassW)> register_class(user32, "RegisterClassW");
 inline constinit late_function<decltype(UnregisterClassW)> unregister_class(user32, "UnregisterClassW");
 inline constinit late_function<decltype(CreateWindowExW)> create_window_ex(user32, "CreateWindowExW");
+inline constinit late_function<decltype(DestroyIcon)> destroy_icon(user32, "DestroyIcon");
 inline constinit late_function<decltype(DestroyWindow)> destroy_window(user32, "DestroyWindow");
 inline constinit late_function<decltype(DefWindowProcW)> def_window_proc(user32, "DefWindowProcW");
 inline constinit late_function<decltype(SetPropW)> set_prop(user32, "SetPropW");
@@ -35,6 +37,7 @@ inline constinit late_function<decltype(MsgWaitForMultipleObjects)>
     msg_wait_for_multiple_objects(user32, "MsgWaitForMultipleObjects");
 inline constinit late_function<decltype(GetDesktopWindow)> get_desktop_window(user32, "GetDesktopWindow");
 inline constinit late_function<decltype(MonitorFromPoint)> monitor_from_point(user32, "MonitorFromPoint");
+inline constinit late_function<decltype(LoadStringW)> load_string(user32, "LoadStringW");
 
 inline constinit late_library gdi32(L"gdi32.dll");
 inline constinit late_function<decltype(GetTextExtentPoint32W)> get_text_extent(gdi32, "GetTextExtentPoint32W");

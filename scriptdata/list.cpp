@@ -1,5 +1,7 @@
 #include "list.h"
 
+#include <memory>
+
 #include "../Src/inc/script_values.h"
 #include "results.h"
 
@@ -44,6 +46,8 @@ bool CVHListImpl<T>::Next()
     const iterator next = std::next(m_current);
     if (next == list::end())
         return false;
+    // Elements lie one behind the other in their blocks: what a walk reaches soon is on its way already.
+    PreFetchCacheLine(PF_TEMPORAL_LEVEL_1, reinterpret_cast<const char*>(std::addressof(*next)) + 1024);
     GoTo(next, m_index + 1);
     return true;
 }

@@ -6,3 +6,4 @@
 #include "engine_host.h"
 #include "engine_progress.h"
 #include "engine_services.h"
+#include "engine_window.h"

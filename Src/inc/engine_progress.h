@@ -3,6 +3,7 @@
 
 #include <oaidl.h>
 
+#include "engine_window.h"
 #include "identifiers.h"
 #include "slots.h"
 
@@ -14,8 +15,8 @@ struct ISetupProgress : IDispatch {
     VH_SLOT(9) SetTitle(BSTR title) = 0;
     VH_SLOT(10) SetMainImage(BSTR image) = 0;
     VH_SLOT(11) GetWindow(long index, HWND* window) = 0;
-    VH_SLOT(12) GetBar(IUnknown** bar) = 0;
-    VH_SLOT(13) SetBar(IUnknown* bar) = 0;
+    VH_SLOT(12) GetBar(ISetupProgressBar** bar) = 0;
+    VH_SLOT(13) SetBar(ISetupProgressBar* bar) = 0;
     // Announces the bytes to come, as two halves; gives the progress object that a transfer reports to.
     VH_SLOT(14) BeginTransfer(unsigned long low, unsigned long high, short stopAt, IUnknown** progress) = 0;
     VH_SLOT(15) Open(HWND parent, BSTR templateFile, long resource) = 0;

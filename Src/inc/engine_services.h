@@ -40,7 +40,7 @@ struct ISetupStrings : IDispatch {
     VH_SLOT(7) GetString(BSTR id, BSTR* text) = 0;
 };
 
-// Numbered setup facts; the numbers in use are listed in runtime/facts.h.
+// Numbered setup facts; the numbers in use are listed in scriptdata/facts.h.
 struct ISetupInfo : IDispatch {
     static constexpr GUID iid = vh::Guid("{64774064-13C7-4F86-9801-EF0AB28E3D90}");
     VH_SLOTS_FROM(7);
@@ -87,27 +87,6 @@ struct ISetupRegistryOptions : vh::unnamed_slots<IDispatch, 7, 19> {
     VH_SLOT(20) SetOptions(long options) = 0;
     VH_SLOT(21) GetOptions(long* options) = 0;
 };
-
-// The main window. The two interfaces behind it belong to dialogs and status.
-struct ISetupWindow : IDispatch {
-    VH_SLOTS_FROM(7);
-    VH_UNNAMED(7)
-    VH_UNNAMED(8)
-    VH_SLOT(9) GetHandle(HWND* window) = 0;
-};
-
-struct ISetupUser : IDispatch {
-    static constexpr GUID iid = vh::Guid("{9428A859-6DA5-4B68-B599-3751B6C6B281}");
-    VH_SLOTS_FROM(7);
-    VH_SLOT(7) GetWindow(ISetupWindow** window) = 0;
-};
-
-namespace vh {
-
-inline constexpr GUID window_ex1_id = Guid("{3E906893-7A1C-42EF-841C-FA3D7E4609C6}");
-inline constexpr GUID window_ex2_id = Guid("{0817F488-2943-4CA3-9E24-53EEDA4C1AFB}");
-
-} // namespace vh
 
 struct ISetupReboot : IDispatch {
     static constexpr GUID iid = vh::Guid("{A9556F76-7376-4F6B-80CD-7266953C51A6}");

@@ -1,5 +1,7 @@
 #include "small_services.h"
 
+#include "../windows/window_object.h"
+
 namespace vh::engine {
 
 const dispatch_entry<StringsObject> StringsObject::names[1] = {
@@ -56,11 +58,6 @@ HRESULT ResourcesObject::Free(HMODULE module, long* result)
         unique_module closed(module);
         return result ? Give(result, 1) : S_OK;
     });
-}
-
-HRESULT WindowObject::GetHandle(HWND* window)
-{
-    return Call("ISetupWindow.GetHandle")([&] { return Give(window, core().options.window); });
 }
 
 const dispatch_entry<UserObject> UserObject::names[2] = {

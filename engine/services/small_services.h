@@ -28,12 +28,6 @@ public:
     HRESULT STDMETHODCALLTYPE Free(HMODULE module, long* result) override;
 };
 
-class WindowObject final : public engine_object<WindowObject, ISetupWindow> {
-public:
-    using engine_object::engine_object;
-    HRESULT STDMETHODCALLTYPE GetHandle(HWND* window) override;
-};
-
 class UserObject final : public engine_object<UserObject, ISetupUser> {
 public:
     using engine_object::engine_object;

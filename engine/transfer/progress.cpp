@@ -53,12 +53,13 @@ HRESULT ProgressObject::GetWindow(long index, HWND* window)
     return Call("ISetupProgress.GetWindow", index)([&] { return Give(window, static_cast<HWND>(nullptr)); });
 }
 
-HRESULT ProgressObject::GetBar(IUnknown** bar)
+HRESULT ProgressObject::GetBar(ISetupProgressBar** bar)
 {
-    return Call("ISetupProgress.GetBar")([&] { return GiveObject(bar, com_ptr<IUnknown>(core().progressBar)); });
+    return Call("ISetupProgress.GetBar")(
+        [&] { return GiveObject(bar, com_ptr<ISetupProgressBar>(core().progressBar)); });
 }
 
-HRESULT ProgressObject::SetBar(IUnknown* bar)
+HRESULT ProgressObject::SetBar(ISetupProgressBar* bar)
 {
     return Call("ISetupProgress.SetBar")([&] {
         core().progressBar.reset(bar);

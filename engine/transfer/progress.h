@@ -30,8 +30,8 @@ public:
     HRESULT STDMETHODCALLTYPE SetMainImage(BSTR image) override;
     // There is no window: null.
     HRESULT STDMETHODCALLTYPE GetWindow(long index, HWND* window) override;
-    HRESULT STDMETHODCALLTYPE GetBar(IUnknown** bar) override;
-    HRESULT STDMETHODCALLTYPE SetBar(IUnknown* bar) override;
+    HRESULT STDMETHODCALLTYPE GetBar(ISetupProgressBar** bar) override;
+    HRESULT STDMETHODCALLTYPE SetBar(ISetupProgressBar* bar) override;
     HRESULT STDMETHODCALLTYPE BeginTransfer(unsigned long low, unsigned long high, short stopAt,
                                             IUnknown** progress) override;
     HRESULT STDMETHODCALLTYPE Open(HWND parent, BSTR templateFile, long resource) override;

@@ -6,7 +6,7 @@
 
 #include "types.h"
 
-/* Makes an empty list of the type. Result: its handle, -1 for another type. */
+/* Makes an empty list of the type. Result: its handle, -1 for another type or without memory. */
 VHRT_FUNCTION(int64_t) _ListCreate(ObjectContext* context, int32_t type);
 
 /* Destroys the list and sets the variable to 0. Result: 0; -501 with the variable left alone. */

@@ -1,4 +1,3 @@
-#include <sstream>
 
 #include "../../engine/services/shell_link.h"
 #include "setup_folder.h"
@@ -16,7 +15,6 @@ std::wstring Text(const auto& object, auto getter)
     return std::wstring(text.view());
 }
 
-using Host = OnTree;
 using Maintenance = OnTree;
 
 } // namespace
@@ -139,22 +137,6 @@ TEST(ShellLinks, SpellTheirKeysInOneWay)
         EXPECT_THROW(HotKeyOf(bad), engine_error) << ToUtf8(bad);
 }
 
-TEST_F(Host, CountsItsObjects)
-{
-    const auto host = engine->Host();
-    com_ptr<ISetupObjects> objects;
-    ASSERT_EQ(S_OK, host->GetObjects(objects.put()));
-    long count = 0;
-    objects->Count(&count);
-    EXPECT_EQ(2, count);
-    com_ptr<IUnknown> object;
-    ASSERT_EQ(S_OK, objects->Item(variant(L"tools").get(), object.put()));
-    long pages = 0;
-    ASSERT_EQ(S_OK, object.query<ISetupWizard>()->ShowPages(12, &pages));
-    EXPECT_EQ(12, pages);
-    EXPECT_EQ(static_cast<HRESULT>(0x8004F069), objects->Item(variant(3L).get(), object.put()));
-}
-
 TEST(Resources, LoadFromTheSupportFolderAndSayWhatIsMissing)
 {
     SetupFolder folder;
@@ -172,15 +154,4 @@ TEST(Resources, LoadFromTheSupportFolderAndSayWhatIsMissing)
     ASSERT_EQ(S_OK, resources->Free(module, &result));
     EXPECT_TRUE(FAILED(resources->Load(bstr(L"none.dll").get(), &module)));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none.dll"));
-}
-
-TEST(SupportFolder, GoesWithTheEngine)
-{
-    SetupFolder folder;
-    MakeTree(folder, R"(, "support": [{"name": "s", "files": ["a.bin"]}])");
-    auto engine = folder.Open();
-    const std::wstring support = Text(ServiceOf<ISetupDirs>(*engine), &ISetupDirs::GetSupportDir);
-    EXPECT_TRUE(Exists(JoinPath(support, L"a.bin")));
-    engine.reset();
-    EXPECT_FALSE(Exists(support));
 }

@@ -116,7 +116,12 @@ TEST_F(Items, ShowTheSameStateAsFeaturesAndAsComponents)
     EXPECT_TRUE(child(children, L"License"));
     bstr support;
     ServiceOf<ISetupDirs>(*engine)->GetSupportDir(support.put());
-    EXPECT_EQ(10u, FactsOf(JoinPath(support.view(), L"a.bin")).size);
+    const std::wstring file = JoinPath(support.view(), L"a.bin");
+    EXPECT_EQ(10u, FactsOf(file).size);
+    root.reset();
+    children.reset();
+    engine.reset();
+    EXPECT_FALSE(Exists(FolderOf(file))) << "it goes with the engine";
 }
 
 struct SelectionCase {
@@ -134,9 +139,9 @@ TEST_F(Selection, FollowsParentsAndChildrenAndKeepsRequiredItems)
                                    {{L"Tools"}, 0, S_OK, L"s---"},
                                    {{L"Tools", L"Help"}, 2, S_OK, L"sp-s"},
                                    {{L"Tools"}, 2, S_OK, L"ssss"}};
-    for (const SelectionCase& step : steps) {
-        EXPECT_EQ(step.code, Feature(*engine, step.path)->SetSelected(step.value));
-        EXPECT_EQ(step.state, State(*engine));
+    for (const auto& [path, value, code, state] : steps) {
+        EXPECT_EQ(code, Feature(*engine, path)->SetSelected(value));
+        EXPECT_EQ(state, State(*engine));
     }
     const auto features = engine->Host().query<ISetupFeatureHost>();
     features->SelectAll(0);
@@ -171,34 +176,6 @@ TEST_F(Selection, TellsSubscribedViewsUntilTheyLeave)
     EXPECT_EQ(E_INVALIDARG, Feature(*engine, {L"Tools"})->Unadvise(tools));
     Feature(*engine, {L"Tools", L"Extra"})->SetSelected(2);
     EXPECT_EQ(L"7:0:0 8:0:0 8:2:0 ", heard);
-}
-
-TEST(SetupTypes, SelectTheirFeaturesAndWhatLiesBelow)
-{
-    SetupFolder folder;
-    MakeTree(folder, R"(, "setupTypes": [
-        {"name": "Minimal", "displayName": "<PRODUCT_NAME> minimal", "features": []},
-        {"name": "Helpful", "features": ["Tools\\Help"]}, {"name": "Tools", "features": ["Tools"]}, {"name": "All", "features": ["*"]}])");
-    const auto engine = folder.Open();
-    com_ptr<ISetupTypes> types;
-    ServiceOf<ISetupData>(*engine)->GetSetupTypes(types.put());
-    long count = 0;
-    types->Count(&count);
-    EXPECT_EQ(4, count);
-    const std::pair<const wchar_t*, const wchar_t*> states[] = {
-        {L"Minimal", L"s---"}, {L"Helpful", L"sp-s"}, {L"Tools", L"ssss"}, {L"Helpful", L"sp-s"}, {L"All", L"ssss"}};
-    for (const auto& [name, state] : states) {
-        com_ptr<ISetupType> type;
-        ASSERT_EQ(S_OK, types->Item(variant(name).get(), type.put()));
-        ASSERT_EQ(S_OK, type->Activate());
-        EXPECT_EQ(state, State(*engine)) << ToUtf8(name);
-    }
-    com_ptr<ISetupType> type;
-    EXPECT_EQ(static_cast<HRESULT>(0x8004F003), types->Item(variant(L"None").get(), type.put()));
-    bstr text;
-    types->Item(variant(1L).get(), type.put());
-    type->GetDisplayText(text.put());
-    EXPECT_EQ(L"Probe minimal", text.view());
 }
 
 TEST_F(Costs, CountSelectedFilesPerDriveInPlainBytes)
@@ -263,26 +240,4 @@ TEST_F(Filters, TakeFeaturesOutAndLetThemBackIn)
     EXPECT_EQ(E_INVALIDARG, data.query<ISetupDataModes>()->GetFilteringNumbers(2, none.put()));
     ASSERT_EQ(S_OK, MoveAll(*engine));
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin"}), Tree(folder.Target()));
-}
-
-TEST(HeaderFiles, OpenAsDataSetsWithMovesOfTheirOwn)
-{
-    SetupFolder folder;
-    MakeTree(folder);
-    const std::string product = ReadWhole(folder.Setup(L"product.json"), 100000);
-    WriteText(folder.Setup(L"more.hdr"), product);
-    const auto engine = folder.Open();
-    com_ptr<ISetupData> data;
-    ASSERT_EQ(S_OK, ServiceOf<ISetupDataFactory>(*engine)->Open(bstr(L"more.hdr").get(), nullptr, data.put()));
-    com_ptr<ISetupComponents> items;
-    com_ptr<ISetupComponent> item;
-    data->GetRoot(items.put());
-    items->Item(variant(L"<Data>").get(), item.put());
-    item->GetChildren(items.put());
-    items->Item(variant(2L).get(), item.put());
-    ASSERT_EQ(S_OK, item->Move(nullptr));
-    EXPECT_EQ((std::vector<std::wstring>{L"a.bin"}), Tree(folder.Target()));
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
-              ServiceOf<ISetupDataFactory>(*engine)->Open(bstr(L"none.hdr").get(), nullptr, data.put()));
-    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none.hdr"));
 }

@@ -1,9 +1,8 @@
 // The install log as a journal: claims, damage, full disks, and the way back of every step.
-#include <algorithm>
 #include <limits>
 
 #include "../../engine/transfer/log_record.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -170,8 +169,7 @@ TEST_F(Journal, CutAnywhereLeavesTheUsersFilesAndANextRun)
 
 TEST_F(Journal, AFullDiskFailsTheRunAndNothingElse)
 {
-    const vh::test::ImportPatch patch(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(WriteToFullDisk));
-    ASSERT_TRUE(patch.found());
+    const vh::test::Patched patch("WriteFile", WriteToFullDisk);
     log_disk_is_full = true;
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_DISK_FULL), MoveAll(*engine));
     log_disk_is_full = false;
@@ -230,8 +228,7 @@ TEST_F(Journal, TheOriginalOfAStepThatCouldNotBeUndoneComesBackAtRemoval)
 // A removal that can't finish a killed run's rollback says so and keeps the record of what waits.
 TEST_F(Journal, ARemovalForgetsNothingThatCouldNotBeUndone)
 {
-    const std::wstring path = folder.Target(L"one.lnk");
-    const std::wstring waiting = folder.Target(L".~vh123456789abc-1.old");
+    const std::wstring path = folder.Target(L"one.lnk"), waiting = folder.Target(L".~vh123456789abc-1.old");
     WriteText(waiting, "user's");
     LogRecord taken;
     taken.kind = LogKind::taken;
@@ -422,8 +419,7 @@ TEST_F(Journal, ALostLogIsMadeAgainWithoutClaimingTheFiles)
 
 TEST_F(Journal, CoarseFileTimesAreReadBack)
 {
-    const vh::test::ImportPatch patch(GetModuleHandleW(nullptr), "SetFileTime", reinterpret_cast<void*>(SetEvenTime));
-    ASSERT_TRUE(patch.found());
+    const vh::test::Patched patch("SetFileTime", SetEvenTime);
     const FILETIME odd{12345678, 30'000'000};
     SetTime(folder.Setup(L"a.bin"), odd);
     Reopen();

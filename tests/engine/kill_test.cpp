@@ -40,8 +40,7 @@ bool RunKilled(const SetupFolder& folder, const wchar_t* test, int step)
         ADD_FAILURE() << "no child: " << GetLastError();
         return false;
     }
-    const unique_handle process(made.hProcess);
-    const unique_handle thread(made.hThread);
+    const unique_handle process(made.hProcess), thread(made.hThread);
     EXPECT_EQ(WAIT_OBJECT_0, WaitForSingleObject(process.get(), 60'000));
     DWORD code = 0;
     GetExitCodeProcess(process.get(), &code);

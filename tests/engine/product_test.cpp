@@ -1,4 +1,4 @@
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -6,6 +6,8 @@ using namespace vh::engine;
 using namespace vh::engine::test;
 
 namespace {
+
+using vh::test::Table;
 
 std::wstring OpenError(const SetupFolder& folder)
 {
@@ -29,12 +31,18 @@ BOOL WINAPI AttributesWithLinks(LPCWSTR path, GET_FILEEX_INFO_LEVELS level, LPVO
     return done;
 }
 
+// Members of a product with one feature and one group, which has these files.
+std::string WithFiles(const std::string& files)
+{
+    return R"("features": [{"name": "A", "files": [{"name": "g", "files": [)" + files + "]}]}]";
+}
+
 // `count` elements of a list, or members of an object, "#" standing for their numbers.
-std::string Many(std::size_t count, const std::string& element)
+std::string Many(std::size_t count, const std::string& element, const char* separator = ",")
 {
     std::string list;
     for (std::size_t i = 0; i < count; ++i) {
-        std::string one = (i ? "," : "") + element;
+        std::string one = (i ? separator : "") + element;
         for (std::size_t at = one.find('#'); at != std::string::npos; at = one.find('#', at))
             one.replace(at, 1, std::to_string(i));
         list += one;
@@ -44,15 +52,9 @@ std::string Many(std::size_t count, const std::string& element)
 
 } // namespace
 
-struct BrokenProduct {
-    std::string members;
-    const wchar_t* place; // a part of the message
-    const wchar_t* reason;
-};
-
 TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
 {
-    const BrokenProduct cases[] = {
+    Table<std::string, const wchar_t*, const wchar_t*> cases = {
         {R"("features": [], "colour": 1)", L"/: ", L"unknown key \"colour\""},
         {R"("features": {})", L"/features: ", L"list"},
         {R"("company": "x")", L"/: ", L"\"features\" is missing"},
@@ -64,28 +66,22 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
         {R"("features": [{"name": "A", "order": 40000}])", L"/features/0/order: ", L"between 0 and 32767"},
         {R"("features": [{"name": "A", "target": "<TARGETDIR>\\..\\x"}])", L"/features/0/target: ", L"\"..\""},
         {R"("features": [{"name": "A", "systems": ["beos"]}])", L"/features/0/systems/0: ", L"beos"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["../x"]}]}])",
-         L"/features/0/files/0/files/0: ", L"relative"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["C:\\x"]}]}])",
-         L"/features/0/files/0/files/0: ", L"relative"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["none.txt"]}]}])",
-         L"/features/0/files/0/files/0: ", L"none.txt: the payload file is missing"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["*.none"]}]}])",
-         L"/features/0/files/0/files/0: ", L"no payload file matches"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "a.bin", "size": 4}]}]}])",
-         L"/features/0/files/0/files/0: ", L"10 bytes instead of 4"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "a.bin", "flags": ["x"]}]}]}])",
-         L"/features/0/files/0/files/0/flags/0: ", L"unknown flag"},
+        {WithFiles(R"("../x")"), L"/features/0/files/0/files/0: ", L"relative"},
+        {WithFiles(R"("C:\\x")"), L"/features/0/files/0/files/0: ", L"relative"},
+        {WithFiles(R"("none.txt")"), L"/features/0/files/0/files/0: ", L"none.txt: the payload file is missing"},
+        {WithFiles(R"("*.none")"), L"/features/0/files/0/files/0: ", L"no payload file matches"},
+        {WithFiles(R"({"path": "a.bin", "size": 4})"), L"/features/0/files/0/files/0: ", L"10 bytes instead of 4"},
+        {WithFiles(R"({"path": "a.bin", "flags": ["x"]})"), L"/features/0/files/0/files/0/flags/0: ", L"unknown flag"},
         {R"("features": [{"name": "A", "files": [{"name": "g", "target": "../up", "files": []}]}])",
          L"/features/0/files/0/target: ", L"relative"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "a.bin", "name": "Nul.txt"}]}]}])",
-         L"/features/0/files/0/files/0/name: ", L"\"Nul.txt\" holds \"Nul.txt\", the name of a device"},
+        {WithFiles(R"({"path": "a.bin", "name": "Nul.txt"})"), L"/features/0/files/0/files/0/name: ",
+         L"\"Nul.txt\" holds \"Nul.txt\", the name of a device"},
         {R"("features": [{"name": "A", "files": [{"name": "g", "target": "x/end.", "files": ["a.bin"]}]}])",
          L"/features/0/files/0/target: ", L"dot or blank"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "odd/*", "target": "t"}]}]}])",
-         L"/features/0/files/0/files/0: ", L"the name \"t\\com7.x\" at the target holds \"com7.x\""},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["a.bin", {"path": "b.bin", "name": "A.BIN"}]}]}])",
-         L": \"A\": ", L"b.bin has the target <TARGETDIR>\\A.BIN, which is that of "},
+        {WithFiles(R"({"path": "odd/*", "target": "t"})"), L"/features/0/files/0/files/0: ",
+         L"the name \"t\\com7.x\" at the target holds \"com7.x\""},
+        {WithFiles(R"("a.bin", {"path": "b.bin", "name": "A.BIN"})"), L": \"A\": ",
+         L"b.bin has the target <TARGETDIR>\\A.BIN, which is that of "},
         {R"("features": [{"name": "A", "target": "<TARGETDIR>/s", "files": [{"name": "g", "files": ["a.bin"]}]},
             {"name": "B", "files": [{"name": "g", "files": [{"path": "b.bin", "name": "a.bin", "target": "S"}]}]}])",
          L": \"B\": ", L"b.bin has the target <TARGETDIR>\\S\\a.bin, which is that of "},
@@ -94,10 +90,8 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
         {R"("features": [], "support": [{"name": "g", "files": [{"path": "a.bin", "target": "aux"}]}])",
          L"/support/0/files/0/target: ", L"device"},
         {R"("features": [], "target": "<PROGRAMFILES>\\con\\x")", L"/target: ", L"the name of a device"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["out/secret.txt"]}]}])",
-         L"/features/0/files/0/files/0: ", L"out: is a link to another folder"},
-        {R"("features": [{"name": "A", "files": [{"name": "g", "files": ["out/deep/*"]}]}])",
-         L"/features/0/files/0/files/0: ", L"out: is a link to another folder"},
+        {WithFiles(R"("out/secret.txt")"), L"/features/0/files/0/files/0: ", L"out: is a link to another folder"},
+        {WithFiles(R"("out/deep/*")"), L"/features/0/files/0/files/0: ", L"out: is a link to another folder"},
         {R"("features": [], "payload": "out", "support": [{"name": "g", "files": ["secret.txt"]}])",
          L"/support/0/files/0: ", L"out: is a link to another folder"},
         {R"("features": [], "variables": [])", L"/variables: ", L"must be an object"},
@@ -113,94 +107,68 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
          L"/registrySets/0/keys/0/values/0/data: ", L"hexadecimal"},
         {R"("features": [], "features": [])", L"product.json: ", L"twice"},
         {R"("features": [}])", L"product.json: ", L"no valid JSON"},
-        {"\"features\": [\"\xC3(\"]", L"product.json: ", L"no valid JSON"},
-    };
-    const vh::test::ImportPatch links(GetModuleHandleW(nullptr), "GetFileAttributesExW",
-                                      reinterpret_cast<void*>(&AttributesWithLinks));
-    ASSERT_TRUE(links.found());
-    for (const BrokenProduct& broken : cases) {
+        {"\"features\": [\"\xC3(\"]", L"product.json: ", L"no valid JSON"}};
+    const vh::test::Patched links("GetFileAttributesExW", AttributesWithLinks);
+    for (const auto& [members, place, reason] : cases) {
         SetupFolder folder;
         folder.Payload(L"a.bin", std::string(10, 'a'));
         folder.Payload(L"b.bin", "b");
         WriteText(L"\\\\?\\" + folder.Setup(L"odd\\com7.x"), "x");
         folder.Payload(L"out\\secret.txt", "x");
         folder.Payload(L"out\\deep\\x", "x");
-        folder.Product(broken.members);
+        folder.Product(members);
         const std::wstring message = OpenError(folder);
-        EXPECT_NE(std::wstring::npos, message.find(broken.place)) << broken.members << "\n" << ToUtf8(message);
-        EXPECT_NE(std::wstring::npos, message.find(broken.reason)) << broken.members << "\n" << ToUtf8(message);
+        EXPECT_NE(std::wstring::npos, message.find(place)) << members << "\n" << ToUtf8(message);
+        EXPECT_NE(std::wstring::npos, message.find(reason)) << members << "\n" << ToUtf8(message);
         EXPECT_EQ(0u, message.find(folder.Setup(L"product.json"))) << ToUtf8(message);
     }
 }
 
-struct Limit {
-    std::size_t most;
-    const wchar_t* reason; // of one more
-    std::string (*members)(std::size_t count);
-};
-
 // Each bound of docs/product-file.md, at the bound and one above.
 TEST(ProductFile, TakesWhatItsBoundsAllowAndNoMore)
 {
-    const Limit limits[] = {
-        {4096, L"4096", [](std::size_t n) { return R"("features": [)" + Many(n, R"({"name": "F#"})") + "]"; }},
-        {4096, L"more than 4096 features",
-         [](std::size_t n) {
-             return R"("features": [{"name": "A", "features": [)" + Many(n - 1, R"({"name": "F#"})") + "]}]";
-         }},
-        {65536, L"65536",
-         [](std::size_t n) {
-             return R"("features": [{"name": "A", "files": [{"name": "g", "files": [)" +
-                    Many(n, R"({"path": "a.bin", "name": "#"})") + "]}]}]";
-         }},
-        {262144, L"262144 files",
-         [](std::size_t n) {
-             return R"("features": [{"name": "A", "files": [{"name": "g", "files": [)" +
-                    Many(n / 64, R"({"path": "p/*", "target": "t#"})") + Many(n % 64, R"(, "a.bin")") + "]}]}]";
-         }},
-        {16, L"deeper than 16 levels",
-         [](std::size_t n) {
-             std::string nested = "[]";
-             for (std::size_t i = 0; i < n; ++i)
-                 nested = R"([{"name": "F", "features": )" + nested + "}]";
-             return "\"features\": " + nested;
-         }},
-        {1024, L"1024",
-         [](std::size_t n) {
-             return R"("features": [], "setupTypes": [)" + Many(n, R"({"name": "T#", "features": []})") + "]";
-         }},
-        {1024, L"1024",
-         [](std::size_t n) { return R"("features": [], "registrySets": [)" + Many(n, R"({"name": "S"})") + "]"; }},
-        {1024, L"1024",
-         [](std::size_t n) {
-             return R"("features": [], "shellObjects": [)" + Many(n, R"({"name": "S#", "target": "x"})") + "]";
-         }},
-        {1024, L"1024",
-         [](std::size_t n) {
-             return R"("features": [], "support": [)" + Many(n, R"({"name": "g#", "files": []})") + "]";
-         }},
-        {1024, L"1024",
-         [](std::size_t n) { return R"("features": [], "variables": {)" + Many(n, R"("V#": "x")") + "}"; }},
-        {14, L"14", [](std::size_t n) { return R"("features": [], "media": {"texts": [)" + Many(n, "\"x\"") + "]}"; }},
-        {255, L"255",
-         [](std::size_t n) { return R"("features": [], "media": {"texts": [")" + std::string(n, 'x') + "\"]}"; }},
-        {5, L"5", [](std::size_t n) { return R"("features": [], "media": {"truths": [)" + Many(n, "true") + "]}"; }},
-        {32767, L"32767", [](std::size_t n) { return R"("features": [], "company": ")" + std::string(n, 'x') + '"'; }},
-        {200, L"200", [](std::size_t n) { return R"("features": [{"name": ")" + std::string(n, 'x') + "\"}]"; }},
-        {1024, L"1024", [](std::size_t n) { return R"("features": [], "target": ")" + std::string(n, 'x') + '"'; }},
-        {65535, L"65535", [](std::size_t n) { return R"("features": [], "languages": [)" + std::to_string(n) + "]"; }},
-    };
+    // The count, a part of what one more is refused with, and what stands before, between and behind the elements.
+    Table<std::size_t, const wchar_t*, const char*, const char*, const char*, const char*> limits = {
+        {4096, L"4096", R"("features": [)", R"({"name": "F#"})", ",", "]"},
+        {4095, L"more than 4096 features", R"("features": [{"name": "A", "features": [)", R"({"name": "F#"})", ",",
+         "]}]"},
+        {65536, L"65536", R"("features": [{"name": "A", "files": [{"name": "g", "files": [)",
+         R"({"path": "a.bin", "name": "#"})", ",", "]}]}]"},
+        {16, L"deeper than 16 levels", R"("features": )", R"([{"name": "F", "features": )", "", "[]"},
+        {1024, L"1024", R"("features": [], "setupTypes": [)", R"({"name": "T#", "features": []})", ",", "]"},
+        {1024, L"1024", R"("features": [], "registrySets": [)", R"({"name": "S"})", ",", "]"},
+        {1024, L"1024", R"("features": [], "shellObjects": [)", R"({"name": "S#", "target": "x"})", ",", "]"},
+        {1024, L"1024", R"("features": [], "support": [)", R"({"name": "g#", "files": []})", ",", "]"},
+        {1024, L"1024", R"("features": [], "variables": {)", R"("V#": "x")", ",", "}"},
+        {14, L"14", R"("features": [], "media": {"texts": [)", R"("x")", ",", "]}"},
+        {255, L"255", R"("features": [], "media": {"texts": [")", "x", "", R"("]})"},
+        {5, L"5", R"("features": [], "media": {"truths": [)", "true", ",", "]}"},
+        {32767, L"32767", R"("features": [], "company": ")", "x", "", "\""},
+        {200, L"200", R"("features": [{"name": ")", "x", "", R"("}])"},
+        {1024, L"1024", R"("features": [], "target": ")", "x", "", "\""}};
     SetupFolder folder;
     folder.Payload(L"a.bin", "a");
     for (int i = 0; i < 64; ++i)
         folder.Payload(L"p\\" + std::to_wstring(i), "p");
-    for (const Limit& limit : limits) {
-        folder.Product(limit.members(limit.most));
-        EXPECT_EQ(L"(no error)", OpenError(folder)) << ToUtf8(limit.reason);
-        folder.Product(limit.members(limit.most + 1));
+    const auto check = [&](const std::string& allowed, const std::string& one_more, const std::wstring& reason) {
+        folder.Product(allowed);
+        EXPECT_EQ(L"(no error)", OpenError(folder)) << ToUtf8(reason);
+        folder.Product(one_more);
         const std::wstring error = OpenError(folder);
-        EXPECT_NE(std::wstring::npos, error.find(limit.reason)) << ToUtf8(error);
+        EXPECT_NE(std::wstring::npos, error.find(reason)) << ToUtf8(error);
+    };
+    for (const auto& [most, reason, before, element, separator, behind] : limits) {
+        const auto members = [&](std::size_t count) {
+            std::string closing = behind;
+            for (std::size_t i = 0; !*separator && *element == '[' && i < count; ++i)
+                closing += "}]";
+            return before + Many(count, element, separator) + closing;
+        };
+        check(members(most), members(most + 1), reason);
     }
+    const std::string full = Many(4096, R"({"path": "p/*", "target": "t#"})");
+    check(WithFiles(full), WithFiles(full + R"(, "a.bin")"), L"262144 files");
+    check(R"("features": [], "languages": [65535])", R"("features": [], "languages": [65536])", L"65535");
     folder.Product("\"features\": []");
     std::string content = ReadWhole(folder.Setup(L"product.json"), 10000);
     content.resize(16u << 20, ' ');
@@ -219,8 +187,7 @@ TEST(ProductFile, TakesSharedTargetsThatDoNoHarm)
             {"name": "en", "languages": [1033], "files": ["a.bin"]}, {"name": "de", "languages": [1031], "files": [{"path": "b.bin", "name": "a.bin"}]}]}])",
         R"("features": [{"name": "A", "systems": ["windows-7"], "files": [{"name": "g", "files": ["a.bin"]}]},
             {"name": "B", "systems": ["windows-11"], "files": [{"name": "g", "files": [{"path": "b.bin", "name": "a.bin"}]}]}])",
-        R"("features": [{"name": "A", "files": [{"name": "g", "files": ["a.bin"]}]}], "support": [{"name": "g", "files": ["a.bin"]}])",
-    };
+        R"("features": [{"name": "A", "files": [{"name": "g", "files": ["a.bin"]}]}], "support": [{"name": "g", "files": ["a.bin"]}])"};
     for (const char* product : products) {
         SetupFolder folder;
         folder.Payload(L"a.bin", "a");

@@ -7,7 +7,7 @@ using namespace vh::engine::test;
 
 namespace {
 
-const LONG64 current_user = static_cast<LONG64>(static_cast<int32_t>(0x80000001));
+const LONG64 current_user = static_cast<int32_t>(0x80000001), local_machine = static_cast<int32_t>(0x80000002);
 
 // A key of the test's own; it goes with the test.
 class TestKey {
@@ -35,6 +35,57 @@ public:
     }
 };
 
+// The registry service with its log and a key of the test's own; names of keys are those below it.
+class Registry : public OnTree {
+protected:
+    void SetUp() override
+    {
+        OnTree::SetUp();
+        Begin(folder.Given());
+    }
+    void Begin(const Options& options)
+    {
+        registry.reset();
+        log.reset();
+        Reopen(options);
+        registry = ServiceOf<ISetupRegistry>(*engine);
+        log = ServiceOf<ISetupLog>(*engine);
+    }
+    static bstr At(const wchar_t* below = L"")
+    {
+        return bstr((L"Software\\VHEngineTest" + std::wstring(below)).c_str());
+    }
+    HRESULT Create(const bstr& name, LONG64 root = current_user) const
+    {
+        return registry->CreateKey(root, name.get(), nullptr, VARIANT_FALSE, log.get());
+    }
+    HRESULT Set(const bstr& name, const wchar_t* name_of_value, const wchar_t* text, LONG64 root = current_user) const
+    {
+        variant data(text);
+        return registry->SetValue(root, name.get(), bstr(name_of_value).get(), REG_SZ, &data.get(), log.get());
+    }
+    HRESULT Delete(const bstr& name, LONG64 root = current_user) const
+    {
+        return registry->DeleteKey(root, name.get(), 0);
+    }
+    HRESULT Erase(const bstr& name, const wchar_t* name_of_value) const
+    {
+        return registry->DeleteValue(current_user, name.get(), bstr(name_of_value).get());
+    }
+    bool There(const bstr& name, LONG64 root = current_user) const
+    {
+        VARIANT_BOOL exists = VARIANT_FALSE;
+        return SUCCEEDED(registry->KeyExists(root, name.get(), &exists)) && exists;
+    }
+
+    const TestKey key;
+    com_ptr<ISetupRegistry> registry;
+    com_ptr<ISetupLog> log;
+    variant value;
+    safe_array names;
+    long type = 0;
+};
+
 const char* const registry_product =
     R"("features": [{"name": "On"}, {"name": "Off", "selected": false}], "registrySets": [
     {"name": "Main", "keys": [{"root": "HKCU", "key": "Software\\VHEngineTest\\<PRODUCT_NAME>", "values": [
@@ -44,10 +95,7 @@ const char* const registry_product =
     {"name": "Value", "keys": [{"root": "HKCU", "key": "Software\\VHEngineTest", "values": [
         {"name": "Mine", "type": "text", "data": "new"}]}]}])";
 
-using Calls = OnTree;
 using Directories = OnTree;
-using Errors = OnTree;
-using Registry = OnTree;
 using Scripts = OnTree;
 
 } // namespace
@@ -97,55 +145,22 @@ TEST(RegistrySets, AreWrittenForSelectedFeaturesAndRemovedByTheLog)
     EXPECT_EQ(L"", key.Text(L"Path", L"\\Probe"));
 }
 
-TEST_F(Registry, WritesSubstitutesListsAndUndoesWithTheRun)
-{
-    const TestKey key;
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
-    const bstr name(L"Software\\VHEngineTest\\Sub");
-    ASSERT_EQ(S_OK, registry->CreateKey(current_user, name.get(), nullptr, VARIANT_FALSE, log.get()));
-    variant text(L"<PRODUCT_NAME>");
-    ASSERT_EQ(S_OK, registry->SetValue(current_user, name.get(), bstr(L"A").get(), REG_SZ, &text.get(), log.get()));
-    registry.query<ISetupSiteAware>()->EnableTextSubs(VARIANT_FALSE);
-    ASSERT_EQ(S_OK, registry->SetValue(0x80000001, name.get(), bstr(L"B").get(), REG_SZ, &text.get(), log.get()));
-    EXPECT_EQ(E_INVALIDARG, registry->SetValue(current_user, name.get(), bstr(L"C").get(), 11, &text.get(), log.get()));
-    EXPECT_EQ(L"Probe", key.Text(L"A", L"\\Sub"));
-    EXPECT_EQ(L"<PRODUCT_NAME>", key.Text(L"B", L"\\Sub"));
-    safe_array names;
-    ASSERT_EQ(S_OK, registry->EnumValues(current_user, name.get(), names.put()));
-    EXPECT_EQ(1, names.last());
-    ASSERT_EQ(S_OK, registry->DeleteValue(current_user, name.get(), bstr(L"B").get()));
-    ASSERT_EQ(S_OK, registry->EnumKeys(current_user, bstr(L"Software\\VHEngineTest").get(), names.put()));
-    EXPECT_EQ(L"Sub", names.at(0).text());
-    engine->Rollback();
-    EXPECT_FALSE(key.Exists());
-}
-
 // The whole registry below one key, each root and each view under a name of its own.
 TEST_F(Registry, CanBeARunsOwn)
 {
-    const TestKey key;
     folder.Product(registry_product);
     Options options = folder.Given();
     options.registryRoot = L"HKCU\\Software\\VHEngineTest\\Own";
-    Reopen(options);
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
+    Begin(options);
     ASSERT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateRegistrySet(bstr(L"").get(), log.get()));
     EXPECT_EQ(folder.Target(L"x"), key.Text(L"Path", L"\\Own\\HKCU\\Software\\VHEngineTest\\Probe"));
-
-    const LONG64 local_machine = static_cast<LONG64>(static_cast<int32_t>(0x80000002));
-    const bstr name(L"Software\\Any");
-    const variant plain(L"64"), other(L"32");
-    const auto set = [&](const variant& value) {
-        return registry->SetValue(local_machine, name.get(), bstr(L"V").get(), REG_SZ,
-                                  const_cast<VARIANT*>(&value.get()), log.get());
-    };
-    ASSERT_EQ(S_OK, set(plain));
+    ASSERT_EQ(S_OK, Set(bstr(L"Software\\Any"), L"V", L"64", local_machine));
     registry.query<ISetupRegistryOptions>()->SetOptions(registry_view32);
-    ASSERT_EQ(S_OK, set(other));
+    ASSERT_EQ(S_OK, Set(bstr(L"Software\\Any"), L"V", L"32", local_machine));
     EXPECT_EQ(L"64", key.Text(L"V", L"\\Own\\HKLM\\Software\\Any"));
     EXPECT_EQ(L"32", key.Text(L"V", L"\\Own\\HKLM32\\Software\\Any"));
+    log.reset();
+    registry.reset();
     engine->Commit();
     const std::wstring logFile = engine->LogFile();
     engine.reset();
@@ -156,7 +171,6 @@ TEST_F(Registry, CanBeARunsOwn)
 // Whatever a script takes away comes back with the rollback, and a commit ends that.
 TEST_F(Registry, AndShortcutsComeBackFromEveryDeletion)
 {
-    const TestKey key;
     key.Write(L"Mine", L"one");
     RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\A\\B", L"Deep", REG_SZ, L"two", 8);
     RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\A", nullptr, REG_SZ, L"three", 12);
@@ -165,14 +179,12 @@ TEST_F(Registry, AndShortcutsComeBackFromEveryDeletion)
     WriteText(menu + L"\\two.lnk", "shortcut 2");
     const auto tree = Tree(folder.Target());
     for (const bool commit : {false, true}) {
-        const auto registry = ServiceOf<ISetupRegistry>(*engine);
         const auto shell = ServiceOf<ISetupShell>(*engine);
-        ASSERT_EQ(S_OK, registry->DeleteKey(current_user, bstr(L"Software\\VHEngineTest\\A").get(), 0));
-        ASSERT_EQ(S_OK,
-                  registry->DeleteValue(current_user, bstr(L"Software\\VHEngineTest").get(), bstr(L"Mine").get()));
+        ASSERT_EQ(S_OK, Delete(At(L"\\A")));
+        ASSERT_EQ(S_OK, Erase(At(), L"Mine"));
         variant text(L"unlogged");
-        ASSERT_EQ(S_OK, registry->SetValue(current_user, bstr(L"Software\\VHEngineTest\\A").get(), bstr(L"").get(),
-                                           REG_SZ, &text.get(), nullptr));
+        ASSERT_EQ(S_OK,
+                  registry->SetValue(current_user, At(L"\\A").get(), bstr(L"").get(), REG_SZ, &text.get(), nullptr));
         ASSERT_EQ(S_OK, shell->RemoveItem(bstr(menu + L"\\two").get()));
         ASSERT_EQ(S_OK, shell->RemoveFolder(bstr(menu + L"\\sub").get()));
         EXPECT_FALSE(Exists(menu + L"\\two.lnk") || Exists(menu + L"\\sub"));
@@ -190,6 +202,8 @@ TEST_F(Registry, AndShortcutsComeBackFromEveryDeletion)
         EXPECT_EQ(L"two", key.Text(L"Deep", L"\\A\\B"));
         EXPECT_EQ(L"three", key.Text(L"", L"\\A"));
     }
+    registry.reset();
+    log.reset();
     engine.reset();
     EXPECT_FALSE(Exists(LogFileOf(folder.Setup(), folder.Data()))) << "nothing stays to be removed";
 }
@@ -197,42 +211,24 @@ TEST_F(Registry, AndShortcutsComeBackFromEveryDeletion)
 // A slash is a letter of a name, and backslashes at the end count in no call.
 TEST_F(Registry, DividesKeysAtBackslashesAlone)
 {
-    const TestKey key;
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
-    const auto at = [](const wchar_t* below) {
-        return bstr((std::wstring(L"Software\\VHEngineTest\\") + below).c_str());
-    };
-    const auto exists = [&](const wchar_t* below) {
-        VARIANT_BOOL flag = VARIANT_FALSE;
-        return SUCCEEDED(registry->KeyExists(current_user, at(below).get(), &flag)) && flag;
-    };
-    const auto create = [&](const wchar_t* below) {
-        return registry->CreateKey(current_user, at(below).get(), nullptr, VARIANT_FALSE, log.get());
-    };
-    ASSERT_EQ(S_OK, create(L"A\\B\\C\\\\"));
-    ASSERT_EQ(S_OK, create(L"A/B"));
-    variant text(L"t");
-    long type = 0;
-    variant value;
-    safe_array names;
-    EXPECT_EQ(S_OK,
-              registry->SetValue(current_user, at(L"A\\B\\").get(), bstr(L"V").get(), REG_SZ, &text.get(), nullptr));
-    EXPECT_EQ(S_OK, registry->QueryValue(current_user, at(L"A\\B\\").get(), bstr(L"V").get(), &type, value.put()));
-    EXPECT_EQ(S_OK, registry->EnumKeys(current_user, at(L"A\\").get(), names.put()));
-    EXPECT_EQ(S_OK, registry->DeleteValue(current_user, at(L"A\\B\\").get(), bstr(L"V").get()));
-    EXPECT_EQ(S_OK, registry->DeleteKey(current_user, at(L"A/B\\").get(), 0));
-    EXPECT_FALSE(exists(L"A/B"));
-    EXPECT_TRUE(exists(L"A\\B\\C"));
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), registry->DeleteKey(current_user, at(L"A/B").get(), 0));
-    EXPECT_EQ(E_INVALIDARG, registry->DeleteKey(current_user, bstr(L"\\").get(), 0)) << "a root stays";
-    EXPECT_EQ(S_OK, registry->DeleteKey(current_user, at(L"A\\").get(), 0));
-    EXPECT_FALSE(exists(L"A"));
+    ASSERT_EQ(S_OK, Create(At(L"\\A\\B\\C\\\\")));
+    ASSERT_EQ(S_OK, Create(At(L"\\A/B")));
+    const bstr b = At(L"\\A\\B\\");
+    EXPECT_EQ(S_OK, Set(b, L"V", L"t"));
+    EXPECT_EQ(S_OK, registry->QueryValue(current_user, b.get(), bstr(L"V").get(), &type, value.put()));
+    EXPECT_EQ(S_OK, registry->EnumKeys(current_user, At(L"\\A\\").get(), names.put()));
+    EXPECT_EQ(S_OK, Erase(b, L"V"));
+    EXPECT_EQ(S_OK, Delete(At(L"\\A/B\\")));
+    EXPECT_FALSE(There(At(L"\\A/B")));
+    EXPECT_TRUE(There(At(L"\\A\\B\\C")));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), Delete(At(L"\\A/B")));
+    EXPECT_EQ(E_INVALIDARG, Delete(bstr(L"\\"))) << "a root stays";
+    EXPECT_EQ(S_OK, Delete(At(L"\\A\\")));
+    EXPECT_FALSE(There(At(L"\\A")));
 }
 
 TEST_F(Registry, TakesAClosedKeyForOneThatIsThere)
 {
-    const TestKey key;
     key.Write(L"V", L"kept");
     unique_key open;
     RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\VHEngineTest", 0, KEY_ALL_ACCESS, open.put());
@@ -242,22 +238,15 @@ TEST_F(Registry, TakesAClosedKeyForOneThatIsThere)
     InitializeAcl(&empty, sizeof empty, ACL_REVISION);
     SetSecurityDescriptorDacl(&nobody, TRUE, &empty, FALSE);
     ASSERT_EQ(ERROR_SUCCESS, RegSetKeySecurity(open.get(), DACL_SECURITY_INFORMATION, &nobody));
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
-    const bstr name(L"Software\\VHEngineTest"), v(L"V");
     VARIANT_BOOL exists = VARIANT_FALSE;
-    long type = 0;
-    variant value, text(L"new");
-    safe_array names;
-    const HRESULT codes[] = {
-        registry->KeyExists(current_user, name.get(), &exists),
-        registry->QueryValue(current_user, name.get(), v.get(), &type, value.put()),
-        registry->CreateKey(current_user, name.get(), nullptr, VARIANT_FALSE, log.get()),
-        registry->SetValue(current_user, name.get(), v.get(), REG_SZ, &text.get(), log.get()),
-        registry->EnumValues(current_user, name.get(), names.put()),
-        registry->DeleteValue(current_user, name.get(), v.get()),
-        registry->DeleteKey(current_user, name.get(), 0),
-    };
+    const bstr name = At();
+    const HRESULT codes[] = {registry->KeyExists(current_user, name.get(), &exists),
+                             registry->QueryValue(current_user, name.get(), bstr(L"V").get(), &type, value.put()),
+                             Create(name),
+                             Set(name, L"V", L"new"),
+                             registry->EnumValues(current_user, name.get(), names.put()),
+                             Erase(name, L"V"),
+                             Delete(name)};
     SetSecurityDescriptorDacl(&nobody, TRUE, nullptr, FALSE);
     RegSetKeySecurity(open.get(), DACL_SECURITY_INFORMATION, &nobody);
     for (const HRESULT code : codes)
@@ -269,23 +258,15 @@ TEST_F(Registry, TakesAClosedKeyForOneThatIsThere)
 // Bit 0 of the option word.
 TEST_F(Registry, KeepsItsViewsApart)
 {
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
-    const auto options = registry.query<ISetupRegistryOptions>();
-    const LONG64 local_machine = static_cast<LONG64>(static_cast<int32_t>(0x80000002));
-    const bstr name(L"Software\\VHEngineTest");
     const auto there = [&](long view) {
-        VARIANT_BOOL exists = VARIANT_FALSE;
-        options->SetOptions(view);
-        registry->KeyExists(local_machine, name.get(), &exists);
-        return exists != VARIANT_FALSE;
+        registry.query<ISetupRegistryOptions>()->SetOptions(view);
+        return There(At(), local_machine);
     };
-    options->SetOptions(registry_view32);
-    ASSERT_EQ(S_OK, registry->CreateKey(local_machine, name.get(), nullptr, VARIANT_FALSE, log.get()));
+    EXPECT_FALSE(there(registry_view32));
+    ASSERT_EQ(S_OK, Create(At(), local_machine));
     EXPECT_TRUE(there(registry_view32));
     EXPECT_FALSE(there(0));
-    options->SetOptions(0);
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), registry->DeleteKey(local_machine, name.get(), 0));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), Delete(At(), local_machine));
     EXPECT_TRUE(there(registry_view32));
     engine->Rollback();
     EXPECT_FALSE(there(registry_view32));
@@ -293,16 +274,12 @@ TEST_F(Registry, KeepsItsViewsApart)
 
 TEST_F(Registry, ConnectsToAMachineByNameOrSaysWhyNot)
 {
-    const TestKey key;
-    key.Write(L"Mine", L"seen");
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
     wchar_t machine[MAX_COMPUTERNAME_LENGTH + 1];
     DWORD size = MAX_COMPUTERNAME_LENGTH + 1;
     ASSERT_TRUE(GetComputerNameW(machine, &size));
-    const LONG64 users = static_cast<LONG64>(static_cast<int32_t>(0x80000003));
+    const LONG64 users = static_cast<int32_t>(0x80000003);
     LONG64 remote = 0;
     ASSERT_EQ(S_OK, registry->Connect(users, bstr((std::wstring(L"\\\\") + machine).c_str()).get(), &remote));
-    safe_array names;
     EXPECT_EQ(S_OK, registry->EnumKeys(remote, bstr(L"").get(), names.put()));
     EXPECT_GE(names.last(), 0);
     EXPECT_EQ(S_OK, registry->Disconnect(remote));
@@ -311,23 +288,15 @@ TEST_F(Registry, ConnectsToAMachineByNameOrSaysWhyNot)
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"no-such-machine")) << ToUtf8(LastReason(*engine));
 }
 
-struct CopyCase {
-    const wchar_t* source;
-    const wchar_t* target;
-    unsigned long flags;
-    const wchar_t* tree; // names with a semicolon after each
-};
-
 TEST(CopyJobs, TakeFilesWildcardsAndSubfolders)
 {
-    const CopyCase cases[] = {
+    vh::test::Table<const wchar_t*, const wchar_t*, unsigned long, const wchar_t*> cases = {
         {L"a.bin", L"x\\", 0, L"x;x\\a.bin;"},
         {L"a.bin", L"renamed.bin", 0, L"renamed.bin;"},
         {L"<SRCDIR>\\*.bin", L"all", 0, L"all;all\\a.bin;all\\b.bin;all\\c.bin;all\\d.bin;"},
         {L"docs\\*.t?t", L"t", 0, L"t;t\\1.txt;"},
-        {L"docs\\*", L"t", 1, L"t;t\\1.txt;t\\deep;t\\deep\\\u00e4.txt;"},
-    };
-    for (const CopyCase& at : cases) {
+        {L"docs\\*", L"t", 1, L"t;t\\1.txt;t\\deep;t\\deep\\\u00e4.txt;"}};
+    for (const auto& [source, target, flags, tree] : cases) {
         SetupFolder folder;
         MakeTree(folder);
         folder.Payload(L"docs\\1.txt", "1");
@@ -335,13 +304,13 @@ TEST(CopyJobs, TakeFilesWildcardsAndSubfolders)
         const auto engine = folder.Open();
         const auto files = ServiceOf<ISetupFileOps>(*engine);
         com_ptr<ISetupCopyJob> job;
-        ASSERT_EQ(S_OK, files->CreateCopyJob(bstr(at.source).get(), bstr(at.target).get(), at.flags, job.put()))
-            << ToUtf8(at.source);
+        ASSERT_EQ(S_OK, files->CreateCopyJob(bstr(source).get(), bstr(target).get(), flags, job.put()))
+            << ToUtf8(source);
         ASSERT_EQ(S_OK, job->Run(ServiceOf<ISetupLog>(*engine).get(), nullptr)) << ToUtf8(LastReason(*engine));
-        std::wstring tree;
+        std::wstring made;
         for (const std::wstring& name : Tree(folder.Target()))
-            tree += name + L";";
-        EXPECT_EQ(at.tree, tree);
+            made += name + L";";
+        EXPECT_EQ(tree, made);
         engine->Rollback();
         EXPECT_FALSE(Exists(folder.Target()));
     }
@@ -403,14 +372,8 @@ TEST(Facts, AnswerByNumberAndGiveWayToTheHosts)
     const auto engine = Engine::Open(std::move(options));
     const auto info = ServiceOf<ISetupInfo>(*engine);
     const std::pair<long, std::wstring> facts[] = {
-        {2, folder.Setup(L"setup.js")},
-        {10, L"-1"},
-        {12, L"--silent x"},
-        {18, L"1031"},
-        {21, L"blue.skin"},
-        {35, L"0"},
-        {44, L"C:\\pack"},
-    };
+        {10, L"-1"}, {12, L"--silent x"}, {2, folder.Setup(L"setup.js")}, {18, L"1031"}, {21, L"blue.skin"},
+        {35, L"0"},  {44, L"C:\\pack"}};
     for (const auto& [number, expected] : facts) {
         variant value;
         ASSERT_EQ(S_OK, info->GetFact(number, value.put())) << number;
@@ -421,36 +384,6 @@ TEST(Facts, AnswerByNumberAndGiveWayToTheHosts)
     }
     variant value;
     EXPECT_EQ(E_INVALIDARG, info->GetFact(1, value.put()));
-}
-
-TEST_F(Calls, AreRecordedCountedAndFailedOnDemand)
-{
-    Recorder& calls = engine->Calls();
-    calls.Record(true);
-    EXPECT_EQ(0, engine->LiveObjects());
-    {
-        const auto item = Feature(*engine, {L"Tools", L"Extra"});
-        item->SetSelected(0);
-        EXPECT_GT(engine->LiveObjects(), 0);
-        EXPECT_EQ(L"ISetupItem.SetSelected(\"Tools\\Extra\", 0)", calls.Lines().back());
-        EXPECT_EQ(1, calls.Count(L"ISetupFeatureHost.GetFeatures"));
-        calls.FailCall(2, E_FAIL);
-        EXPECT_EQ(S_OK, item->SetSelected(2));
-        EXPECT_EQ(E_FAIL, item->SetSelected(0));
-        EXPECT_EQ(S_OK, item->SetSelected(2));
-        calls.FailCall(L"ISetupItem.SetSelected(\"Tools\\Extra\"", E_ACCESSDENIED);
-        EXPECT_EQ(E_ACCESSDENIED, item->SetSelected(0));
-        EXPECT_EQ(2, Selected(*engine, {L"Tools", L"Extra"}));
-        calls.FailCall(L"IServiceProvider.QueryService(ISetupLog)", E_NOINTERFACE);
-        EXPECT_FALSE(ServiceOf<ISetupLog>(*engine));
-        EXPECT_TRUE(ServiceOf<ISetupLogDB>(*engine));
-        calls.FailCall(L"IUnknown.QueryInterface(ISetupFeatureHost)", E_NOINTERFACE);
-        EXPECT_FALSE(engine->Host().query<ISetupFeatureHost>());
-        calls.Reset();
-        EXPECT_EQ(S_OK, item->SetSelected(0));
-        EXPECT_EQ(1, calls.Calls());
-    }
-    EXPECT_EQ(0, engine->LiveObjects());
 }
 
 TEST_F(Scripts, DriveObjectsByName)
@@ -484,20 +417,4 @@ TEST_F(Scripts, DriveObjectsByName)
     EXPECT_EQ(L"object", invoke(engine->Host().query<IDispatch>(), L"Features", DISPATCH_PROPERTYGET, {}));
     EXPECT_EQ(L"Probe",
               invoke(ServiceOf<ISetupInfo>(*engine).query<IDispatch>(), L"ProductName", DISPATCH_PROPERTYGET, {}));
-}
-
-TEST_F(Errors, AreKeptForScriptsWithFileAndReason)
-{
-    RemoveFile(folder.Setup(L"a.bin"));
-    ASSERT_TRUE(FAILED(MoveAll(*engine)));
-    com_ptr<IUnknown> error;
-    ASSERT_EQ(S_OK, engine->Host().query<ISetupFeatureHost>()->GetErrorObject(error.put()));
-    const auto object = error.query<IDispatch>();
-    LPOLESTR name = const_cast<LPOLESTR>(L"File");
-    DISPID id = 0;
-    DISPPARAMS none{};
-    variant file;
-    ASSERT_EQ(S_OK, object->GetIDsOfNames(GUID_NULL, &name, 1, 0, &id));
-    ASSERT_EQ(S_OK, object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, file.put(), nullptr, nullptr));
-    EXPECT_EQ(folder.Setup(L"a.bin"), file.text());
 }

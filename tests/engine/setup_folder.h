@@ -1,15 +1,10 @@
 // A setup folder of the test's own, with an engine on it.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <memory>
-#include <string>
-
 #include "../../engine/engine.h"
 #include "../../engine/files.h"
 #include "../../scriptdata/com_object.h"
+#include "../support/test.h"
 
 namespace vh::engine::test {
 

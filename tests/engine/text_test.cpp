@@ -32,11 +32,6 @@ using TextStores = OnTree;
 
 } // namespace
 
-struct PatternCase {
-    const wchar_t* text;
-    const wchar_t* result;
-};
-
 TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
 {
     const std::map<std::wstring, std::wstring> values{{L"A", L"1"},          {L"B", L"<A>2"}, {L"KIND", L"A"},
@@ -45,22 +40,13 @@ TEST(TextPatterns, AreReplacedInnermostFirstAndUnknownNamesStay)
         const auto found = values.find(Upper(name));
         return found == values.end() ? std::nullopt : std::optional(found->second);
     };
-    const PatternCase cases[] = {
-        {L"", L""},
-        {L"plain > text <", L"plain > text <"},
-        {L"<A>", L"1"},
-        {L"<a>-<B>", L"1-12"},
-        {L"<<KIND>>", L"1"},
-        {L"<C> and <A>", L"<C> and 1"},
-        {L"<C<A>>", L"<C1>"},
-        {L"a<EMPTY>b", L"ab"},
-        {L"a < b <A>", L"a < b 1"},
-        {L"<LEFT>A>", L"<A>"},
-        {L"<C<A>>-<A><KIND>", L"<C1>-1A"},
-        {L"<X<LEFT>A><A>", L"<X<A>1"},
-    };
-    for (const PatternCase& at : cases)
-        EXPECT_EQ(at.result, SubstituteText(at.text, lookup)) << ToUtf8(at.text);
+    vh::test::Table<const wchar_t*, const wchar_t*> cases = {
+        {L"", L""},           {L"<a>-<B>", L"1-12"},      {L"plain > text <", L"plain > text <"},
+        {L"<A>", L"1"},       {L"a<EMPTY>b", L"ab"},      {L"<C> and <A>", L"<C> and 1"},
+        {L"<<KIND>>", L"1"},  {L"a < b <A>", L"a < b 1"}, {L"<C<A>>-<A><KIND>", L"<C1>-1A"},
+        {L"<C<A>>", L"<C1>"}, {L"<LEFT>A>", L"<A>"},      {L"<X<LEFT>A><A>", L"<X<A>1"}};
+    for (const auto& [text, result] : cases)
+        EXPECT_EQ(result, SubstituteText(text, lookup)) << ToUtf8(text);
     // A value that holds itself ends at the depth bound, and one that doubles can't grow without limit.
     EXPECT_EQ(32u + 6u, SubstituteText(L"<LOOP>", lookup).size());
     const auto doubling = [](std::wstring_view) { return std::optional<std::wstring>(L"<A><A>"); };
@@ -110,15 +96,13 @@ TEST_F(TextStores, BeginWithTheVariablesOfTheRunAndTheSystem)
         {L"COMPANY_NAME", L"overridden"},
         {L"LANGUAGE", L"1031"},
         {L"OURS", L"host's"},
-        {L"DESKTOP", L"elsewhere"},
-    };
+        {L"DESKTOP", L"elsewhere"}};
     for (const auto& [name, value] : plain)
         EXPECT_EQ(value, Value(*global.get(), name)) << ToUtf8(name);
     EXPECT_EQ(L"host's", Substituted(*global.get(), L"<OWN>"));
     const std::pair<const wchar_t*, const wchar_t*> folders[] = {
         {L"WINDIR", L"windir"},   {L"PROGRAMFILES", L"ProgramFiles"}, {L"COMMONFILES", L"CommonProgramFiles"},
-        {L"APPDATA", L"APPDATA"}, {L"LOCALAPPDATA", L"LOCALAPPDATA"}, {L"COMMONAPPDATA", L"ProgramData"},
-    };
+        {L"APPDATA", L"APPDATA"}, {L"LOCALAPPDATA", L"LOCALAPPDATA"}, {L"COMMONAPPDATA", L"ProgramData"}};
     for (const auto& [name, variable] : folders) {
         wchar_t value[MAX_PATH] = L"";
         GetEnvironmentVariableW(variable, value, MAX_PATH);
@@ -190,40 +174,14 @@ TEST(Strings, FallBackToTheDefaultLanguageAndFillDisplayTexts)
 
 TEST(PathHelpers, KnowWhatLeavesAFolder)
 {
-    const std::pair<const wchar_t*, bool> relative[] = {
-        {L"a", true},
-        {L"a/b\\c.txt", true},
-        {L"\u65e5\\\u00e4", true},
-        {L"..", false},
-        {L"a/../b", false},
-        {L"a\\..", false},
-        {L"/a", false},
-        {L"\\\\s\\a", false},
-        {L"C:a", false},
-        {L"a:b", false},
-        {L"a//b", false},
-        {L"a/", false},
-        {L"a. ", false},
-        {L"a.\\b", false},
-        {L"*", false},
-        {L"a\tb", false},
-        {L"", false},
-        {L"a \\b", false},
-        {L"con", false},
-        {L"a/NUL.tar.gz", false},
-        {L"Aux .c", false},
-        {L"com1", false},
-        {L"LPT\u00b3.x", false},
-        {L"conin$", false},
-        {L"com10", true},
-        {L"COM0", true},
-        {L"nul1", true},
-        {L"console", true},
-        {L"a.con", true},
-        {L".a b", true},
-    };
-    for (const auto& [path, safe] : relative)
-        EXPECT_EQ(safe, PathFault(path).empty()) << ToUtf8(path);
+    for (const wchar_t* path :
+         {L"a", L"a/b\\c.txt", L"\u65e5\\\u00e4", L"com10", L"COM0", L"nul1", L"console", L"a.con", L".a b"})
+        EXPECT_TRUE(PathFault(path).empty()) << ToUtf8(path);
+    for (const wchar_t* path :
+         {L"..",    L"a/../b", L"a\\..",        L"/a",     L"\\\\s\\a", L"C:a",         L"a:b",
+          L"a//b",  L"a/",     L"a. ",          L"a.\\b",  L"*",        L"a\tb",        L"",
+          L"a \\b", L"con",    L"a/NUL.tar.gz", L"Aux .c", L"com1",     L"LPT\u00b3.x", L"conin$"})
+        EXPECT_FALSE(PathFault(path).empty()) << ToUtf8(path);
     EXPECT_EQ(L"", PathFault(L"a/*.t?t", true));
     EXPECT_NE(L"", PathFault(L"*/a", true));
     EXPECT_TRUE(LiesIn(L"C:\\a\\b", L"c:\\A"));

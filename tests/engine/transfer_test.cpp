@@ -190,8 +190,7 @@ TEST_F(Removals, ContinuesAfterAFailureAndAfterAKill)
 {
     const std::wstring log = Install();
     {
-        const unique_file held = Hold(folder.Target(L"b.bin"));
-        const unique_file heldInBin = Hold(folder.Target(L"bin\\b.bin"));
+        const unique_file held = Hold(folder.Target(L"b.bin")), heldInBin = Hold(folder.Target(L"bin\\b.bin"));
         const auto first = Uninstall(log);
         EXPECT_EQ(L"b.bin ", Outcomes(first, RemovalOutcome::failed).substr(0, 6));
         EXPECT_TRUE(Exists(log));

@@ -1,11 +1,11 @@
 // Property bags, read and written as a script does it.
-#include <gtest/gtest.h>
-
 #include "../support/session.h"
 
 using namespace vh;
 
 namespace {
+
+using namespace vh::test;
 
 class Bags : public testing::Test {
 protected:
@@ -30,22 +30,15 @@ TEST_F(Bags, ChangeValuesToTheWantedType)
     Put(L"text", variant(L"text"));
     Put(L"five", variant(5L));
     Put(L"true", variant(true));
-    const struct {
-        const wchar_t* name;
-        int32_t number;
-        int32_t truth;
-        const wchar_t* text;
-    } cases[] = {{L"twelve", 12, 1, L"12"}, {L"five", 5, 1, L"5"}, {L"TRUE", -1, 1, nullptr}};
-    for (const auto& one : cases) {
+    Table<const wchar_t*, int32_t, int32_t, const wchar_t*> cases = {
+        {L"twelve", 12, 1, L"12"}, {L"five", 5, 1, L"5"}, {L"TRUE", -1, 1, nullptr}};
+    for (const auto& [name, wanted_number, wanted_truth, text] : cases) {
         int32_t number = -7, truth = -7, size = 3;
         wchar_t buffer[8] = L"#######";
-        EXPECT_EQ(ReadNumberProperty(bag.get(), one.name, &number), 0);
-        EXPECT_EQ(number, one.number);
-        EXPECT_EQ(ReadBoolProperty(bag.get(), one.name, &truth), 0);
-        EXPECT_EQ(truth, one.truth);
-        if (one.text) {
-            EXPECT_EQ(_ReadStringProperty(bag.get(), one.name, buffer, &size), 0);
-            EXPECT_STREQ(buffer, one.text);
+        EXPECT_GIVES(ReadNumberProperty(bag.get(), name, &number), 0, number, wanted_number);
+        EXPECT_GIVES(ReadBoolProperty(bag.get(), name, &truth), 0, truth, wanted_truth);
+        if (text) {
+            EXPECT_GIVES_TEXT(_ReadStringProperty(bag.get(), name, buffer, &size), 0, buffer, text);
             EXPECT_EQ(size, 3) << "the size stays when the text fits";
         }
     }
@@ -58,18 +51,13 @@ TEST_F(Bags, ChangeValuesToTheWantedType)
 TEST_F(Bags, TellTheSizeThatATextNeeds)
 {
     Put(L"four", variant(L"four"));
-    const struct {
-        int32_t size;
-        HRESULT result;
-        int32_t size_back;
-        const wchar_t* text;
-    } cases[] = {{5, 0, 5, L"four"}, {9, 0, 9, L"four"}, {4, E_INVALIDARG, 5, L"##"}, {0, E_INVALIDARG, 5, L"##"}};
-    for (const auto& one : cases) {
+    Table<int32_t, HRESULT, int32_t, const wchar_t*> cases = {
+        {5, 0, 5, L"four"}, {9, 0, 9, L"four"}, {4, E_INVALIDARG, 5, L"##"}, {0, E_INVALIDARG, 5, L"##"}};
+    for (const auto& [room, result, size_back, text] : cases) {
         wchar_t buffer[8] = L"##";
-        int32_t size = one.size;
-        EXPECT_EQ(_ReadStringProperty(bag.get(), L"four", buffer, &size), one.result);
-        EXPECT_EQ(size, one.size_back);
-        EXPECT_STREQ(buffer, one.text);
+        int32_t size = room;
+        EXPECT_GIVES(_ReadStringProperty(bag.get(), L"four", buffer, &size), result, size, size_back);
+        EXPECT_STREQ(buffer, text);
     }
     VARIANT nothing{};
     nothing.vt = VT_NULL;
@@ -104,8 +92,7 @@ TEST_F(Bags, KeepWhatIsWritten)
     array.parray = numbers;
     EXPECT_EQ(WriteArrayProperty(bag.get(), L"a", &array), 0);
     VARIANT back = array; // its content goes before the value comes
-    EXPECT_EQ(ReadArrayProperty(bag.get(), L"a", &back), 0);
-    EXPECT_EQ(back.vt, VT_ARRAY | VT_I4);
+    EXPECT_GIVES(ReadArrayProperty(bag.get(), L"a", &back), 0, back.vt, VT_ARRAY | VT_I4);
     EXPECT_NE(back.parray, nullptr);
     EXPECT_EQ(ReadArrayProperty(bag.get(), L"none", &back), E_INVALIDARG);
     EXPECT_EQ(back.vt, VT_ARRAY | VT_I4) << "a failing read leaves the output alone";
@@ -124,11 +111,9 @@ TEST_F(Bags, ComeOutOfTheirStreamOnce)
         IStream* stream = nullptr;
         ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(iid_of<ISetupPropertyBag>, bag.get(), &stream), S_OK);
         ISetupPropertyBag* out = nullptr;
-        EXPECT_EQ(__VHRTGetPropertyBag(&stream, &out), 0);
-        EXPECT_EQ(stream, nullptr);
+        EXPECT_GIVES(__VHRTGetPropertyBag(&stream, &out), 0, stream, nullptr);
         int32_t number = 0;
-        EXPECT_EQ(ReadNumberProperty(out, L"n", &number), 0);
-        EXPECT_EQ(number, 41);
+        EXPECT_GIVES(ReadNumberProperty(out, L"n", &number), 0, number, 41);
         bag.reset();
         EXPECT_EQ(__VHRTReleasePropertyBag(out), 0) << "no reference is left";
         EXPECT_EQ(__VHRTReleasePropertyBag(nullptr), 0);

@@ -1,19 +1,14 @@
 // Calls out of the script: foreign functions, and processes of the test's own.
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <tlhelp32.h>
-
 #include "../../exports/vhrt/calls.h"
 #include "../../scriptdata/unique.h"
 #include "../support/import_patch.h"
+#include "../support/test.h"
 #include "../support/traced_library.h"
 
+#include <tlhelp32.h>
+
 using vh::unique_handle;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 // What the tests call: this program is a library of its own.
 extern "C" {
@@ -40,8 +35,7 @@ TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
 {
     const std::wstring self = OwnPath();
     wchar_t text[] = L"abc";
-    EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", 40, text, 2), 42);
-    EXPECT_STREQ(text, L"#bc");
+    EXPECT_GIVES_TEXT(CallDLLFn(self.c_str(), "VHTestSum", 40, text, 2), 42, text, L"#bc");
     EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", -40, nullptr, 2), -38);
     for (int32_t i = 0; i < 5; ++i)
         EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestUnbalanced", i, text, 0), 42) << "the stack is put back";
@@ -54,15 +48,13 @@ TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
 
 TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
 {
-    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext*) {
+    const std::string text = TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext*) {
         const auto call = VHRT_GET(library, CallDLLFn);
         call(L"kernel32.dll", "GetCurrentProcessId", 0x1F, const_cast<wchar_t*>(L"text"), 1);
         call(L"kernel32.dll", "NoSuchFunction", -1, nullptr, 1);
         call(L"C:\\none.dll", "f", 0, nullptr, 0);
     });
-    const auto record = [](const char* fields, const char* result) {
-        return vh::test::Record("CallDllFx", fields, result);
-    };
+    const auto record = [](const char* fields, const char* result) { return Record("CallDllFx", fields, result); };
     const char* const failure = "Failure\t\tError=0xffffffff\t";
     EXPECT_EQ(text,
               record("Dll=kernel32.dll\tFunction=GetCurrentProcessId\tParam00=0x0000001f\tParam01=text", "Success\t") +
@@ -132,8 +124,8 @@ TEST(ChildSearch, FindsTheFirstChildAndOpensNoOther)
     const WaitingProcess skipped(folder, L"vhrt pstores.exe", parent.handle());
     EXPECT_EQ(_GetRunningChildProcess(parent.id()), 0);
     const WaitingProcess child(folder, L"vhrt child.exe", parent.handle());
-    vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
-    vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot");
+    CallCounter<decltype(OpenProcess)> opened("OpenProcess");
+    CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot");
     // Processes whose parent the snapshot lacks are asked for it.
     EXPECT_EQ(_GetRunningChildProcessEx(child.id(), child.handle()), 0);
     const auto asked = opened.calls();
@@ -155,8 +147,7 @@ TEST(ChildSearch, FindsTheFirstChildAndOpensNoOther)
 TEST(ChildSearch, GoesDeeperOnDemand)
 {
     const TempFolder folder;
-    const WaitingProcess parent(folder, L"vhrt parent.exe");
-    const WaitingProcess between(folder, L"vhrt pstores.exe", parent.handle());
+    const WaitingProcess parent(folder, L"vhrt parent.exe"), between(folder, L"vhrt pstores.exe", parent.handle());
     const WaitingProcess grandchild(folder, L"vhrt grandchild.exe", between.handle());
     EXPECT_EQ(_GetRunningChildProcessEx2(parent.id(), nullptr, 0), nullptr);
     const unique_handle found(_GetRunningChildProcessEx2(parent.id(), parent.handle(), 1));
@@ -173,22 +164,21 @@ HANDLE WINAPI NoSnapshot(DWORD, DWORD)
 TEST(KillProcesses, EndsThoseOfTheNamesAndNoOther)
 {
     const TempFolder folder;
-    const WaitingProcess first(folder, L"vhrt kill one.exe");
-    const WaitingProcess second(folder, L"vhrt kill two.exe");
+    const WaitingProcess first(folder, L"vhrt kill one.exe"), second(folder, L"vhrt kill two.exe");
     const WaitingProcess third(folder, L"vhrt kill three.exe");
     for (const wchar_t* names : {static_cast<const wchar_t*>(nullptr), L"", L";", L";;", L"vhrt kill", L"one.exe",
                                  L"vhrt kill one", L"vhrt kill ?ne.exe", L"vhrt kill one.exe ", L"*"})
         EXPECT_EQ(_KillProcesses(names), 0);
     EXPECT_TRUE(first.Runs() && second.Runs() && third.Runs());
     {
-        vh::test::CallCounter<decltype(OpenProcess)> opened("OpenProcess");
+        CallCounter<decltype(OpenProcess)> opened("OpenProcess");
         EXPECT_EQ(_KillProcesses(L"vhrt no such.exe;VHRT Kill ONE.exe;vhrt kill two.exe"), 0);
         EXPECT_EQ(opened.calls(), 2);
     }
     EXPECT_EQ(first.ExitCode(), 1067u);
     EXPECT_EQ(second.ExitCode(), 1067u);
     EXPECT_TRUE(third.Runs());
-    vh::test::CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot", NoSnapshot);
+    CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot", NoSnapshot);
     EXPECT_EQ(_KillProcesses(L"vhrt kill three.exe"), ERROR_NOT_SUPPORTED);
     EXPECT_EQ(_KillProcesses(L";"), 0) << "nothing to look for";
     EXPECT_TRUE(third.Runs());

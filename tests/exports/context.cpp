@@ -1,13 +1,11 @@
 // How a context is filled, what a failing engine leaves of it, and how it ends.
-#include <gtest/gtest.h>
-
 #include <objbase.h>
 
 #include "../support/bare_context.h"
 #include "../support/session.h"
 
 using namespace vh;
-using vh::test::Session;
+using namespace vh::test;
 
 namespace {
 
@@ -22,43 +20,27 @@ TEST(Context, AsksTheEngineInItsOrder)
 {
     Session session(R"(, "variables": {"VHRES": "none.dll"})");
     session.Create();
-    const wchar_t* const order[] = {L"ISetupHost.GetObjects",
-                                    L"IServiceProvider.QueryService(local ISetupTextSub)",
-                                    L"IServiceProvider.QueryService(global ISetupTextSub)",
-                                    L"IServiceProvider.QueryService(ISetupStrings",
-                                    L"IServiceProvider.QueryService(ISetupInfo",
-                                    L"ISetupInfo.GetFact(2)",
-                                    L"ISetupInfo.GetFact(18)",
-                                    L"IServiceProvider.QueryService(ISetupData",
-                                    L"ISetupDataEx.GetFlags",
-                                    L"ISetupData.GetProductGuid(0)",
-                                    L"ISetupDataEx.GetInstallGuid",
-                                    L"ISetupFeatureHost.GetFeatures",
-                                    L"ISetupData.GetRoot",
-                                    L"ISetupDataEx.GetEnabledServices",
-                                    L"ISetupTextSub.SetValue(\"PACKAGE_LOCATION\"",
-                                    L"ISetupTextSubEx.Protect(\"PACKAGE_LOCATION\", 1)",
-                                    L"IServiceProvider.QueryService(ISetupRegistry",
-                                    L"ISetupSiteAware.SetSite",
-                                    L"IServiceProvider.QueryService(ISetupUser",
-                                    L"ISetupUser.GetWindow",
-                                    L"IServiceProvider.QueryService(ISetupLog",
-                                    L"IServiceProvider.QueryService(ISetupReboot",
-                                    L"IServiceProvider.QueryService(ISetupDirs",
-                                    L"ISetupDirs.GetSupportDir",
-                                    L"ISetupTextSub.GetValue(\"VHRES\")",
-                                    L"ISetupTextSub.GetValue(\"VHUSER\")",
-                                    L"IServiceProvider.QueryService(ISetupResources",
-                                    L"ISetupResources.Load(",
-                                    L"ISetupTextSub.GetValue(\"ENGINEDIR\")",
-                                    L"ISetupInfo.GetFact(21)",
-                                    L"ISetupInfo.GetFact(43)"};
+    std::wistringstream order(LR"(ISetupHost.GetObjects;IServiceProvider.QueryService(local ISetupTextSub);
+IServiceProvider.QueryService(global ISetupTextSub);IServiceProvider.QueryService(ISetupStrings;
+IServiceProvider.QueryService(ISetupInfo;ISetupInfo.GetFact(2);ISetupInfo.GetFact(18);
+IServiceProvider.QueryService(ISetupData;ISetupDataEx.GetFlags;ISetupData.GetProductGuid(0);ISetupDataEx.GetInstallGuid;
+ISetupFeatureHost.GetFeatures;ISetupData.GetRoot;ISetupDataEx.GetEnabledServices;
+ISetupTextSub.SetValue("PACKAGE_LOCATION";ISetupTextSubEx.Protect("PACKAGE_LOCATION", 1);
+IServiceProvider.QueryService(ISetupRegistry;ISetupSiteAware.SetSite;IServiceProvider.QueryService(ISetupUser;
+ISetupUser.GetWindow;IServiceProvider.QueryService(ISetupLog;IServiceProvider.QueryService(ISetupReboot;
+IServiceProvider.QueryService(ISetupDirs;ISetupDirs.GetSupportDir;ISetupTextSub.GetValue("VHRES");
+ISetupTextSub.GetValue("VHUSER");IServiceProvider.QueryService(ISetupResources;ISetupResources.Load(;
+ISetupTextSub.GetValue("ENGINEDIR");ISetupInfo.GetFact(21);ISetupInfo.GetFact(43);)");
     const auto& lines = session.calls().Lines();
     auto at = lines.begin();
-    for (const wchar_t* const wanted : order) {
+    for (std::wstring wanted; std::getline(order >> std::ws, wanted, L';');) {
         at = std::find_if(at, lines.end(), [&](const std::wstring& line) { return line.starts_with(wanted); });
-        ASSERT_NE(at, lines.end()) << std::string(wanted, wanted + wcslen(wanted)) << " is missing or out of order";
+        ASSERT_NE(at, lines.end()) << wanted << " is missing or out of order";
     }
+    EXPECT_EQ(session.CallsOf(L"ISetupInfo.GetFact(35)"), 0) << "without a skin its place is of no interest";
+    Session skinned(R"(, "skin": "blue.skin")");
+    skinned.Create();
+    EXPECT_EQ(skinned.CallsOf(L"ISetupInfo.GetFact(35)"), 1);
 }
 
 TEST(Context, StaysUsableWhateverEngineCallFails)
@@ -76,8 +58,7 @@ TEST(Context, StaysUsableWhateverEngineCallFails)
         session.calls().Reset();
         // Each answers by code, not by crash.
         wchar_t text[300];
-        int32_t number = 0;
-        int32_t size = 0;
+        int32_t number = 0, size = 0;
         _ComponentGetData(session, L"DATA", L"Tools", 8, &number, text, 300);
         _ComponentSelectItem(session, L"DATA", L"Tools", 1);
         _ComponentGetTotalCost(session, L"DATA", L"C:\\", &number);
@@ -100,19 +81,15 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
         R"(, "maintenanceOption": 8, "enabledServices": 5, "installGuid": "{11111111-2222-3333-4444-555555555555}")");
     wchar_t text[64];
     int32_t number = 0;
-    EXPECT_EQ(__GetProductGuid(session, text), 0);
-    EXPECT_STREQ(text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
-    EXPECT_EQ(__GetInstallGuid(session, text), 0);
-    EXPECT_STREQ(text, L"{11111111-2222-3333-4444-555555555555}");
+    EXPECT_GIVES_TEXT(__GetProductGuid(session, text), 0, text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
+    EXPECT_GIVES_TEXT(__GetInstallGuid(session, text), 0, text, L"{11111111-2222-3333-4444-555555555555}");
     using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
     for (const auto& [get, value] :
          {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}}) {
-        EXPECT_EQ(get(session, &number), 0);
-        EXPECT_EQ(number, value);
+        EXPECT_GIVES(get(session, &number), 0, number, value);
     }
     EXPECT_EQ(__PutEnabledIServices(session, 9), 0);
-    EXPECT_EQ(__GetEnabledIServices(session, &number), 0);
-    EXPECT_EQ(number, 9);
+    EXPECT_GIVES(__GetEnabledIServices(session, &number), 0, number, 9);
     EXPECT_EQ(_SetGlobalFlags(session, 0x55), 0);
     EXPECT_EQ(_SetGlobalFlags(session, 1), 0x55);
     EXPECT_EQ(_GetGlobalFlags(session), 1);
@@ -124,27 +101,25 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
 
 TEST(Context, TakesSourceAndPackageFromTheFacts)
 {
-    const struct {
-        bool set_source, has_package, keep_package;
-        const wchar_t *source, *package;
-    } cases[] = {{true, true, false, L"C:\\from\\", L"C:\\package.zip"},
-                 {true, false, false, L"C:\\from\\", L""},
-                 {false, true, true, L"before", L"before"}};
-    for (const auto& one : cases) {
+    Table<bool, bool, bool, const wchar_t*, const wchar_t*> cases = {
+        {true, true, false, L"C:\\from\\", L"C:\\package.zip"},
+        {true, false, false, L"C:\\from\\", L""},
+        {false, true, true, L"before", L"before"}};
+    for (const auto& [set_source, has_package, keep_package, source, package] : cases) {
         engine::test::SetupFolder folder;
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.variables = {{L"SRCDIR", L"before"}, {L"PACKAGE_LOCATION", L"before"}};
         options.facts[2] = variant(L"C:\\from\\setup.exe");
-        options.facts[16] = variant(one.set_source);
-        options.facts[29] = variant(one.has_package);
-        options.facts[22] = variant(one.keep_package);
+        options.facts[16] = variant(set_source);
+        options.facts[29] = variant(has_package);
+        options.facts[22] = variant(keep_package);
         options.facts[44] = variant(L"C:\\package.zip");
         Session session(std::move(options));
-        EXPECT_EQ(Variable(*session.engine, global_text_service, L"SRCDIR"), one.source);
-        EXPECT_EQ(Variable(*session.engine, global_text_service, L"PACKAGE_LOCATION"), one.package);
-        if (!one.keep_package) {
-            EXPECT_EQ(Variable(*session.engine, local_text_service, L"PACKAGE_LOCATION"), one.package);
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"SRCDIR"), source);
+        EXPECT_EQ(Variable(*session.engine, global_text_service, L"PACKAGE_LOCATION"), package);
+        if (!keep_package) {
+            EXPECT_EQ(Variable(*session.engine, local_text_service, L"PACKAGE_LOCATION"), package);
         }
     }
 }
@@ -155,8 +130,7 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
     {
         ObjectContext* suite = __CreateObjectContextSuiteExt(session.engine->Services().get(), L"C:\\suite");
         wchar_t text[64];
-        EXPECT_EQ(_GetSupportDir(suite, text, 64), 0);
-        EXPECT_STREQ(text, L"C:\\suite");
+        EXPECT_GIVES_TEXT(_GetSupportDir(suite, text, 64), 0, text, L"C:\\suite");
         EXPECT_EQ(Variable(*session.engine, global_text_service, L"ENGINECOMMONDIR"), L"C:\\suite");
         EXPECT_EQ(Variable(*session.engine, global_text_service, L"SHAREDSUPPORTDIR"), L"C:\\suite");
         EXPECT_EQ(_ComponentGetData(suite, L"DATA", L"Core", 8, nullptr, text, 64), -132);
@@ -179,15 +153,14 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
     __ReleaseObjectContextSuiteExt(nullptr);
     ObjectContext* empty = __CreateObjectContextSuiteExt(session.engine->Services().get(), nullptr);
     wchar_t text[4] = L"x";
-    EXPECT_EQ(_GetSupportDir(empty, text, 4), 0);
-    EXPECT_STREQ(text, L"");
+    EXPECT_GIVES_TEXT(_GetSupportDir(empty, text, 4), 0, text, L"");
     __ReleaseObjectContextSuiteExt(empty);
 }
 
 TEST(Context, GivesObjectsOnlyWhenItHasThem)
 {
     Session session;
-    const test::BareContext bare;
+    const BareContext bare;
     using Getter = int32_t(__stdcall*)(ObjectContext*, VARIANT*);
     for (const Getter get : {__GetInfo, __GetLog, __GetReboot, __GetUser, __GetLogDB, __GetProgress, __GetObjects}) {
         variant object;
@@ -249,14 +222,13 @@ TEST(Texts, ComeFromTheStringTableAndTheVariables)
 {
     const Session session(R"(, "strings": {"1033": {"HELLO": "Good day"}}, "variables": {"WHO": "you"})");
     wchar_t text[16] = L"";
-    EXPECT_EQ(__LoadString(session, L"HELLO", text, 9), 0);
-    EXPECT_STREQ(text, L"Good day");
+    EXPECT_GIVES_TEXT(__LoadString(session, L"HELLO", text, 9), 0, text, L"Good day");
     EXPECT_EQ(__LoadString(session, L"HELLO", text, 8), 9);
     EXPECT_EQ(__LoadString(session, L"ABSENT", text, 16), -1);
     EXPECT_EQ(__LoadString(session, nullptr, text, 16), -1);
     session.calls().FailCall(L"ISetupStrings.GetString", E_ABORT);
     EXPECT_EQ(__LoadString(session, L"HELLO", text, 16), E_ABORT);
-    EXPECT_EQ(__LoadString(test::BareContext(), L"HELLO", text, 16), -1);
+    EXPECT_EQ(__LoadString(BareContext(), L"HELLO", text, 16), -1);
 
     bstr pattern(L"for <WHO> and <NOBODY>");
     BSTR raw = pattern.detach();
@@ -269,29 +241,34 @@ TEST(Texts, ComeFromTheStringTableAndTheVariables)
 TEST(Phases, ReachTheHostAndItsObjects)
 {
     Session session;
-    const struct {
-        int32_t(__stdcall* call)(ObjectContext*);
-        const wchar_t* line;
-    } phases[] = {{_InitInstall, L"ISetupHost.InitInstall"},
-                  {_ExitInstall, L"ISetupHost.ExitInstall"},
-                  {_CCPSearch, L"ISetupHost.CCPSearch"},
-                  {_AppSearch, L"ISetupHost.AppSearch"},
-                  {_Preprogram, L"ISetupProgramPhases.Preprogram"},
-                  {_Postprogram, L"ISetupProgramPhases.Postprogram"},
-                  {_OnUninstPriv, L"ISetupUninstallPhases.OnUninstall"},
-                  {_Rebooted, L"ISetupRebootPhase.Rebooted"}};
-    for (const auto& phase : phases) {
-        EXPECT_GE(phase.call(session), 0);
-        EXPECT_EQ(session.CallsOf(phase.line), 1);
-        session.calls().FailCall(phase.line, E_ABORT);
-        EXPECT_EQ(phase.call(session), E_ABORT);
-        session.calls().FailCall(phase.line, S_OK);
+    Table<int32_t(__stdcall*)(ObjectContext*), const wchar_t*> phases = {
+        {_InitInstall, L"ISetupHost.InitInstall"},
+        {_ExitInstall, L"ISetupHost.ExitInstall"},
+        {_CCPSearch, L"ISetupHost.CCPSearch"},
+        {_AppSearch, L"ISetupHost.AppSearch"},
+        {_Preprogram, L"ISetupProgramPhases.Preprogram"},
+        {_Postprogram, L"ISetupProgramPhases.Postprogram"},
+        {_OnUninstPriv, L"ISetupUninstallPhases.OnUninstall"},
+        {_Rebooted, L"ISetupRebootPhase.Rebooted"}};
+    for (const auto& [call, line] : phases) {
+        EXPECT_GE(call(session), 0);
+        EXPECT_EQ(session.CallsOf(line), 1);
+        session.calls().FailCall(line, E_ABORT);
+        EXPECT_EQ(call(session), E_ABORT);
+        session.calls().FailCall(line, S_OK);
     }
     EXPECT_EQ(_ShowObjWizardPages(nullptr, 12), 12);
+    for (const HRESULT without : {S_OK, E_NOINTERFACE}) {
+        session.calls().Reset();
+        session.calls().FailCall(L"IUnknown.QueryInterface(ISetupWizard)", without);
+        EXPECT_EQ(_ShowObjWizardPages(session, 12), 12);
+        EXPECT_EQ(session.CallsOf(L"ISetupObjects.Item"), 2) << "one without pages is passed over";
+        EXPECT_EQ(session.CallsOf(L"ISetupWizard.ShowPages"), without ? 0 : 2);
+    }
+    session.calls().Reset();
     EXPECT_EQ(_DoInstall(nullptr), E_NOTIMPL);
     int32_t count = -1;
-    EXPECT_EQ(_GetObjectCount(session, &count), 0);
-    EXPECT_EQ(count, 2);
+    EXPECT_GIVES(_GetObjectCount(session, &count), 0, count, 2);
     // The host itself, then its objects; each call makes its view of the object anew.
     const std::pair<const wchar_t*, int32_t> objects[] = {{L"", 0}, {L"Core", 1}, {L"tools", 2}};
     for (const auto& [name, index] : objects) {
@@ -300,9 +277,10 @@ TEST(Phases, ReachTheHostAndItsObjects)
         EXPECT_EQ(_GetObjectByIndex(session, index, &numbered.get()), 0) << index;
         EXPECT_EQ(named.type(), VT_DISPATCH) << name;
         EXPECT_EQ(numbered.type(), VT_DISPATCH) << index;
-        const test::BareContext bare;
+        const BareContext bare;
         EXPECT_EQ(_GetObject(bare, name, &named.get()), -1) << name;
         EXPECT_EQ(_GetObjectByIndex(bare, index, &numbered.get()), -1) << index;
+        EXPECT_TRUE(named.type() == VT_EMPTY && numbered.type() == VT_EMPTY) << name;
         EXPECT_EQ(_GetObjectCount(bare, &count), -1);
     }
     variant object;
@@ -312,6 +290,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
         session.calls().FailCall(L"ISetupObjects.Item", code);
         EXPECT_EQ(_GetObject(session, L"none", object.put()), result);
         EXPECT_EQ(_GetObjectByIndex(session, 7, object.put()), result);
+        EXPECT_EQ(_ShowObjWizardPages(session, 3), code == S_FALSE ? E_POINTER : code);
     }
     VARIANT unclear{};
     unclear.vt = 0x0FFF;
@@ -369,8 +348,7 @@ TEST(DataModes, AreReadAndSetInTheDataSet)
     const auto expect = [&](std::initializer_list<std::pair<Getter, int32_t>> modes, int32_t result) {
         for (const auto& [get, mode] : modes) {
             int32_t on = -1;
-            EXPECT_EQ(get(session, &on), result);
-            EXPECT_EQ(on, mode);
+            EXPECT_GIVES(get(session, &on), result, on, mode);
         }
     };
     expect({{__GetUpdateMode, 0}, {__GetRemoveAllMode, 0}, {__GetReinstallMode, 0}}, 0);

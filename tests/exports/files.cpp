@@ -1,34 +1,14 @@
 // Script files: how lines are cut, how the open decides, what bytes reach the disk.
-#include <algorithm>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/files.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
 #include "../support/temp_folder.h"
 
-using vh::test::BareContext;
-using vh::test::BytesOf;
-using vh::test::CallCounter;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
 constexpr int32_t room = 512;
-
-std::vector<std::wstring> Lines(ObjectContext* context, const std::wstring& path, int32_t mode = FileReadText)
-{
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, 0));
-    std::vector<std::wstring> lines;
-    wchar_t buffer[room];
-    while (_GetLine(context, file, buffer, room) == 0)
-        lines.emplace_back(buffer);
-    EXPECT_EQ(_CloseFile(context, file), 0);
-    return lines;
-}
 
 std::string Widened(const std::string& narrow, bool mark = true)
 {
@@ -38,56 +18,68 @@ std::string Widened(const std::string& narrow, bool mark = true)
     return wide;
 }
 
-TEST(TextFile, CutsLinesAlikeInBothEncodings)
+class FileTest : public testing::Test {
+protected:
+    FileHandle Open(const std::wstring& path, int32_t mode = FileReadText, int32_t create = 0) const
+    {
+        return static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, create));
+    }
+    std::vector<std::wstring> Lines(const std::wstring& path) const
+    {
+        const FileHandle file = Open(path);
+        std::vector<std::wstring> lines;
+        wchar_t line[room];
+        while (_GetLine(context, file, line, room) == 0)
+            lines.emplace_back(line);
+        EXPECT_EQ(_CloseFile(context, file), 0);
+        return lines;
+    }
+
+    const TempFolder folder;
+    const BareContext context;
+};
+using BinaryFile = FileTest;
+using Files = FileTest;
+using TextFile = FileTest;
+
+TEST_F(TextFile, CutsLinesAlikeInBothEncodings)
 {
     using Expected = std::vector<std::wstring>;
-    const struct {
-        std::string text;
-        Expected lines;
-    } cases[] = {{"", {}},
-                 {"\r\n", {}},
-                 {"\n", {}},
-                 {"\n\n", {}},
-                 {"a", {L"a"}},
-                 {"a\r\n", {L"a"}},
-                 {"a\n", {L"a"}},
-                 {"a\r\n\r\n", {L"a"}},
-                 {"a\r\n\r\nb", {L"a", L"", L"b"}},
-                 {"a\r\n\r\n\r\n", {L"a", L""}},
-                 {"a\n\nb", {L"a", L"b"}},
-                 {"a\n\n\nb", {L"a", L"", L"b"}},
-                 {"a\r\rb", {L"a", L"b"}},
-                 {"a\n\rb", {L"a", L"b"}},
-                 {"\r\na", {L"", L"a"}},
-                 {"\r\n\r\n", {L""}},
-                 {" \r\n\t", {L" ", L"\t"}},
-                 {std::string("a\0b\r\nc", 6), {}},
-                 {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
-    const TempFolder folder;
-    const BareContext context;
-    for (const auto& one : cases) {
-        const std::wstring narrow = folder.Write(L"narrow.txt", one.text);
-        const std::wstring wide = folder.Write(L"wide.txt", Widened(one.text));
-        EXPECT_EQ(Lines(context, narrow), one.lines) << testing::PrintToString(one.text);
-        EXPECT_EQ(Lines(context, wide), one.lines) << "wide " << testing::PrintToString(one.text);
+    Table<std::string, Expected> cases = {{"", {}},
+                                          {"\r\n", {}},
+                                          {"\n", {}},
+                                          {"\n\n", {}},
+                                          {"a", {L"a"}},
+                                          {"a\r\n", {L"a"}},
+                                          {"a\n", {L"a"}},
+                                          {"a\r\n\r\n", {L"a"}},
+                                          {"a\r\n\r\nb", {L"a", L"", L"b"}},
+                                          {"a\r\n\r\n\r\n", {L"a", L""}},
+                                          {"a\n\nb", {L"a", L"b"}},
+                                          {"a\n\n\nb", {L"a", L"", L"b"}},
+                                          {"a\r\rb", {L"a", L"b"}},
+                                          {"a\n\rb", {L"a", L"b"}},
+                                          {"\r\na", {L"", L"a"}},
+                                          {"\r\n\r\n", {L""}},
+                                          {" \r\n\t", {L" ", L"\t"}},
+                                          {std::string("a\0b\r\nc", 6), {}},
+                                          {std::string("a\r\nb\0c\r\nd", 9), {L"a"}}};
+    for (const auto& [text, lines] : cases) {
+        const std::wstring narrow = folder.Write(L"narrow.txt", text), wide = folder.Write(L"wide.txt", Widened(text));
+        EXPECT_EQ(Lines(narrow), lines) << testing::PrintToString(text);
+        EXPECT_EQ(Lines(wide), lines) << "wide " << testing::PrintToString(text);
     }
-    EXPECT_EQ(Lines(context, folder.Write(L"u8.txt", "\xEF\xBB\xBF"
-                                                     "a"))
-                  .size(),
-              1u)
-        << "a UTF-8 mark is text";
-    EXPECT_EQ(Lines(context, folder.Write(L"mark.txt", "\xFF\xFE")), Expected{});
+    EXPECT_EQ(Lines(folder.Write(L"u8.txt", "\xEF\xBB\xBF\x61")).size(), 1u) << "a UTF-8 mark is text";
+    EXPECT_EQ(Lines(folder.Write(L"mark.txt", "\xFF\xFE")), Expected{});
 }
 
-TEST(TextFile, ReadsItsWholeContentAtOnce)
+TEST_F(TextFile, ReadsItsWholeContentAtOnce)
 {
-    const TempFolder folder;
-    const BareContext context;
     std::string text;
     for (int i = 0; i < 5000; ++i)
         text += "line number " + std::to_string(i) + "\r\n";
     const std::wstring path = folder.Write(L"long.txt", text);
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    const auto file = Open(path);
     const CallCounter<decltype(ReadFile)> reads("ReadFile");
     wchar_t buffer[room];
     int lines = 0;
@@ -98,12 +90,10 @@ TEST(TextFile, ReadsItsWholeContentAtOnce)
     _CloseFile(context, file);
 }
 
-TEST(TextFile, PeeksAtTheSizeWithoutMoving)
+TEST_F(TextFile, PeeksAtTheSizeWithoutMoving)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder.Write(L"a.txt", "abcd\r\nxy");
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+    const auto file = Open(path);
     int32_t size = -1;
     for (int i = 0; i < 3; ++i) {
         ASSERT_EQ(_GetLineSize(context, file, &size), 0);
@@ -116,10 +106,9 @@ TEST(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(size, 2);
     ASSERT_EQ(_GetLine(context, file, buffer, 6), 0);
     EXPECT_EQ(std::wstring(buffer, 7), std::wstring(L"xy\0\0\0\0#", 7)) << "padded up to the size";
-    EXPECT_EQ(_GetLineSize(context, file, &size), -1);
-    EXPECT_EQ(size, 0);
+    EXPECT_GIVES(_GetLineSize(context, file, &size), -1, size, 0);
     for (const int32_t no_room : {0, -1}) {
-        const auto again = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
+        const auto again = Open(path);
         EXPECT_EQ(_GetLine(context, again, buffer, no_room), 0);
         EXPECT_EQ(buffer[0], L'x') << "nothing is written";
         EXPECT_EQ(_GetLine(context, again, buffer, 3), 0);
@@ -128,12 +117,10 @@ TEST(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(_GetLine(context, file, buffer, 6), -1);
 }
 
-TEST(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
+TEST_F(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
 {
-    const TempFolder folder;
-    const BareContext context;
     const auto write = [&](const std::wstring& path, int32_t mode, int32_t create) {
-        const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, create));
+        const auto file = Open(path, mode, create);
         const CallCounter<decltype(WriteFile)> writes("WriteFile");
         const CallCounter<decltype(SetFilePointer)> seeks("SetFilePointer");
         EXPECT_EQ(_WriteLine(context, file, L"text"), 0);
@@ -152,14 +139,12 @@ TEST(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
     EXPECT_EQ(write(path, FileReadText, 1), "text\r\n\r\n") << "replaced";
 
     folder.Write(L"r.txt", "x");
-    const auto file = static_cast<FileHandle>(_OpenFile(context, (folder / L"r.txt").c_str(), FileReadText, 0));
+    const auto file = Open(folder / L"r.txt");
     EXPECT_EQ(_WriteLine(context, file, L"no"), -1) << "opened for reading";
 }
 
-TEST(Files, NumberTheirHandlesAndCountFailedOpens)
+TEST_F(Files, NumberTheirHandlesAndCountFailedOpens)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder.Write(L"a", "a");
     EXPECT_EQ(_OpenFile(context, path.c_str(), FileReadText, 0), 2778);
     EXPECT_EQ(_OpenFile(context, (folder / L"absent").c_str(), FileReadText, 0), -1);
@@ -174,13 +159,11 @@ TEST(Files, NumberTheirHandlesAndCountFailedOpens)
     EXPECT_EQ(_OpenFile(context, nullptr, FileReadText, 0), -1);
 }
 
-TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
+TEST_F(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder.Write(L"a", "abc");
-    const auto text = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadText, 0));
-    const auto bytes = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadBytes, 0));
+    const auto text = Open(path);
+    const auto bytes = Open(path, FileReadBytes);
     const auto all = [&](FileHandle file) {
         wchar_t line[8];
         uint8_t buffer[8];
@@ -200,19 +183,16 @@ TEST(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
     }
 }
 
-TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)
+TEST_F(BinaryFile, ReadsAndWritesWithinTheBuffer)
 {
-    const TempFolder folder;
-    const BareContext context;
     const std::wstring path = folder / L"b.bin";
-    const auto file = static_cast<FileHandle>(_OpenFile(context, path.c_str(), FileReadWriteBytes, 1));
+    const auto file = Open(path, FileReadWriteBytes, 1);
     const char source[] = "0123456789";
     EXPECT_EQ(_WriteBytes(context, file, source, 10, 2, 100), 8);
     EXPECT_EQ(_WriteBytes(context, file, source, 10, 10, 1), -1);
     EXPECT_EQ(_SeekBytes(context, file, 1, SeekFromStart), 0);
     char buffer[8] = "#######";
-    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 3, 2), 2);
-    EXPECT_STREQ(buffer, "###34##");
+    EXPECT_GIVES_TEXT(_ReadBytes(context, file, buffer, 7, 3, 2), 2, buffer, "###34##");
     EXPECT_EQ(_SeekBytes(context, file, -1, SeekFromCurrent), 0);
     EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 1), 1);
     EXPECT_EQ(buffer[0], '4');
@@ -225,13 +205,12 @@ TEST(BinaryFile, ReadsAndWritesWithinTheBuffer)
     EXPECT_EQ(_ReadBytes(context, file, buffer, 0, 0, 1), -1);
 }
 
-TEST(Files, AreClosedWithTheirContext)
+TEST_F(Files, AreClosedWithTheirContext)
 {
-    const TempFolder folder;
     const std::wstring path = folder.Write(L"open.txt", "x");
     {
-        const BareContext context;
-        ASSERT_GT(_OpenFile(context, path.c_str(), FileReadWriteBytes, 0), 0);
+        const BareContext own;
+        ASSERT_GT(_OpenFile(own, path.c_str(), FileReadWriteBytes, 0), 0);
         EXPECT_FALSE(DeleteFileW(path.c_str()));
     }
     EXPECT_TRUE(DeleteFileW(path.c_str()));

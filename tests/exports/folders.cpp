@@ -1,16 +1,14 @@
 // Program folders and shortcuts: what reaches the engine's shell service, and the real files that it makes.
-#include <gtest/gtest.h>
-
 #include <shlobj.h>
 
 #include "../../engine/services/shell_link.h"
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
 
 using namespace vh;
-using vh::test::Session;
+using namespace vh::test;
 
 namespace {
 
@@ -50,27 +48,24 @@ private:
 
 TEST_F(Folders, SplitCommandLines)
 {
-    const struct {
-        const wchar_t* line;
-        const wchar_t* target;
-        const wchar_t* arguments;
-    } cases[] = {{L"C:\\a.exe", L"C:\\a.exe", L""},
-                 {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
-                 {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
-                 {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
-                 {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
-                 {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
-                 {L" a b", L"", L"a b"},
-                 {L"\"\"a\"\" b", L"\"a\"", L"b"},
-                 {L"\"", L"", L""},
-                 {L"", L"", L""}};
+    Table<const wchar_t*, const wchar_t*, const wchar_t*> cases = {
+        {L"C:\\a.exe", L"C:\\a.exe", L""},
+        {L"C:\\a.exe /x \"y z\" ", L"C:\\a.exe", L"/x \"y z\""},
+        {L"\"C:\\my app\\a.exe\" /x", L"C:\\my app\\a.exe", L"/x"},
+        {L"\"C:\\my app\\a.exe", L"C:\\my app\\a.exe", L""},
+        {L"C:\\my\" app\\\"a.exe b", L"C:\\my\" app\\\"a.exe", L"b"},
+        {L"\t\n\"a\"\n \t b\t\n", L"a", L"b"},
+        {L" a b", L"", L"a b"},
+        {L"\"\"a\"\" b", L"\"a\"", L"b"},
+        {L"\"", L"", L""},
+        {L"", L"", L""}};
     session->calls().FailCall(L"ISetupShortcut.SetWorkingDir", E_ABORT);
-    for (const auto& one : cases) {
+    for (const auto& [line, target, arguments] : cases) {
         session->calls().Reset();
         session->calls().FailCall(L"ISetupShortcut.SetWorkingDir", E_ABORT);
-        EXPECT_EQ(Add(L"I", one.line), E_ABORT);
-        EXPECT_TRUE(Called(L"ISetupShortcut.SetTarget(\"" + std::wstring(one.target) + L"\")"));
-        EXPECT_TRUE(Called(L"ISetupShortcut.SetArguments(\"" + std::wstring(one.arguments) + L"\")"));
+        EXPECT_EQ(Add(L"I", line), E_ABORT);
+        EXPECT_TRUE(Called(L"ISetupShortcut.SetTarget(\"" + std::wstring(target) + L"\")"));
+        EXPECT_TRUE(Called(L"ISetupShortcut.SetArguments(\"" + std::wstring(arguments) + L"\")"));
     }
 }
 
@@ -106,6 +101,10 @@ TEST_F(Folders, GetRealShortcuts)
     session->calls().Reset();
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 22, directory, icon, &index, key, &flags), 23);
     EXPECT_EQ(session->CallsOf(L"ISetupShortcut.GetWorkingDir"), 0) << "nothing is asked behind a refused command line";
+    key[0] = 0;
+    session->calls().FailCall(L"ISetupShortcut.GetShowCommand", E_ABORT);
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_ABORT);
+    EXPECT_STREQ(key, L"None") << "the texts are there before the show command is asked for";
     session->calls().FailCall(L"ISetupShell.OpenItem", S_FALSE);
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_POINTER)
         << "a success without a shortcut";
@@ -117,19 +116,16 @@ TEST_F(Folders, GetRealShortcuts)
 
 TEST_F(Folders, TakeFlagsInTheirOrder)
 {
-    const struct {
-        int32_t flags;
-        int command; // 0: none is set
-        const wchar_t* properties;
-    } cases[] = {{0, 0, L""},       {1, 7, L""},       {4, 1, L""},       {5, 7, L""},
-                 {9, 3, L""},       {8, 3, L""},       {13, 3, L""},      {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
-                 {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "}};
-    for (const auto& one : cases) {
+    Table<int32_t, int, const wchar_t*> cases = {
+        {0, 0, L""},       {1, 7, L""},       {4, 1, L""},       {5, 7, L""},
+        {9, 3, L""},       {8, 3, L""},       {13, 3, L""},      {32 | 64 | 128, 0, L"9=-1 8=-1 12=1 "},
+        {32, 0, L"12=1 "}, {64, 0, L"9=-1 "}, {128, 0, L"8=-1 "}};
+    for (const auto& [flags, command, properties] : cases) {
         session->calls().Reset();
-        EXPECT_EQ(Add(L"Flags", L"C:\\a.exe", one.flags | IconReplace), 0) << one.flags;
-        EXPECT_EQ(session->CallsOf(L"ISetupShortcut.SetShowCommand"), one.command ? 1 : 0) << one.flags;
-        if (one.command) {
-            EXPECT_TRUE(Called(L"ISetupShortcut.SetShowCommand(" + std::to_wstring(one.command) + L")")) << one.flags;
+        EXPECT_EQ(Add(L"Flags", L"C:\\a.exe", flags | IconReplace), 0) << flags;
+        EXPECT_EQ(session->CallsOf(L"ISetupShortcut.SetShowCommand"), command ? 1 : 0) << flags;
+        if (command) {
+            EXPECT_TRUE(Called(L"ISetupShortcut.SetShowCommand(" + std::to_wstring(command) + L")")) << flags;
         }
         std::wstring set;
         const std::wstring start = L"ISetupShortcutProperties.SetProperty(\"{9F4C2855-9F79-4B39-A8D0-E1D42DE1D5F3}, ";
@@ -140,7 +136,7 @@ TEST_F(Folders, TakeFlagsInTheirOrder)
             set += line.substr(0, line.find(L'"')) + L"=" + line.substr(line.find(L", \"") + 3);
             set.replace(set.size() - 2, 2, L" ");
         }
-        EXPECT_EQ(set, one.properties) << one.flags;
+        EXPECT_EQ(set, properties) << flags;
     }
     session->calls().FailCall(L"IUnknown.QueryInterface(ISetupShortcutProperties)", E_NOINTERFACE);
     EXPECT_EQ(Add(L"Plain", L"C:\\a.exe", IconNoPin), 0) << "properties are no condition";
@@ -240,8 +236,7 @@ TEST_F(Folders, ShowWhatTheSystemSays)
     static INT_PTR answer;
     const auto execute = +[](HWND, LPCWSTR, LPCWSTR, LPCWSTR, LPCWSTR, INT)
                               WINAPI -> HINSTANCE { return reinterpret_cast<HINSTANCE>(answer); };
-    const test::ImportPatch patch(GetModuleHandleW(nullptr), "ShellExecuteW", reinterpret_cast<void*>(execute));
-    ASSERT_TRUE(patch.found());
+    const Patched patch("ShellExecuteW", execute);
     const std::pair<INT_PTR, int32_t> answers[] = {
         {0, E_OUTOFMEMORY}, {5, E_ACCESSDENIED}, {32, HRESULT_FROM_WIN32(32)}, {33, 0}};
     for (const auto& [given, expected] : answers) {
@@ -257,17 +252,21 @@ TEST_F(Folders, AreMadeListedAndRemoved)
     EXPECT_EQ(Add(L"B", L"C:\\b.exe"), 0);
     EXPECT_EQ(Add(L"A", L"C:\\a.exe"), 0);
     engine::test::WriteText(programs + L"\\Group\\readme.txt", "x");
-    const ListHandle items = _ListCreate(*session, ListTypeString);
-    const ListHandle folders = _ListCreate(*session, ListTypeString);
+    const ListHandle items = _ListCreate(*session, ListTypeString), folders = _ListCreate(*session, ListTypeString);
     EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, folders), 0);
-    EXPECT_EQ(test::ListText(*session, items), L"A|B");
-    EXPECT_EQ(test::ListText(*session, folders), L"Sub");
+    EXPECT_EQ(ListText(*session, items), L"A|B");
+    EXPECT_EQ(ListText(*session, folders), L"Sub");
     EXPECT_EQ(EnumFoldersItems(*session, L"Group", 12345, folders), -1);
     EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, 12345), -1);
     EXPECT_EQ(EnumFoldersItems(*session, L"", items, folders), -1);
     EXPECT_EQ(EnumFoldersItems(*session, L"Group\\Sub", 12345, 12345), 0) << "nothing to add";
     EXPECT_EQ(EnumFoldersItems(*session, L"None", items, folders), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
 
+    {
+        const Patched square(
+            "SafeArrayGetDim", +[](SAFEARRAY*) WINAPI -> UINT { return 2; }, L"VHRT.dll");
+        EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, folders), DISP_E_TYPEMISMATCH);
+    }
     EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_DIR_NOT_EMPTY));
     EXPECT_TRUE(engine::test::Exists(File(L"A"))) << "a folder that can't go keeps its shortcuts";
     EXPECT_EQ(DeleteIcon(*session, L"Group\\A"), 0);
@@ -335,7 +334,7 @@ TEST_F(Folders, TraceTheirChanges)
     session.reset();
     const auto engine = engine::Engine::Open(Given());
     const std::string text =
-        test::TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
+        TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
             const auto add = VHRT_GET(library, AddIcon);
             const auto replace = VHRT_GET(library, ReplaceIcon);
             add(context, L"G\\", L"I", L"a b", L"w", L"f", 1, L"F2", 4);
@@ -349,7 +348,6 @@ TEST_F(Folders, TraceTheirChanges)
                 VHRT_GET(library, DeleteFolder)(context, L"F");
             VHRT_GET(library, CreateFolder)(nullptr, L"N");
         });
-    using test::Record;
     const char* const success = "Success\t\t";
     const char* const failure = "Failure\t\tError=0xffffffff\t";
     const std::string rest = "CommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0";

@@ -1,34 +1,22 @@
 // Size, time and cost of files through the exports.
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/file_copy.h"
 #include "../../scriptdata/unique.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
-using vh::test::TempFolder;
+using namespace vh::test;
 
 TEST(InetFile, GivesTheLow32BitsOfALocalSize)
 {
     const TempFolder folder;
     uint32_t size = 1;
-    EXPECT_EQ(_GetInetFileSize(folder.Write(L"small", "12345").c_str(), &size), 0);
-    EXPECT_EQ(size, 5u);
-    EXPECT_EQ(_GetInetFileSize(folder.Write(L"empty", "").c_str(), &size), 0);
-    EXPECT_EQ(size, 0u);
+    EXPECT_GIVES(_GetInetFileSize(folder.Write(L"small", "12345").c_str(), &size), 0, size, 5u);
+    EXPECT_GIVES(_GetInetFileSize(folder.Write(L"empty", "").c_str(), &size), 0, size, 0u);
 
-    const std::wstring large = folder.Write(L"large", "");
-    {
-        const vh::unique_file file(CreateFileW(large.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-        LARGE_INTEGER end;
-        end.QuadPart = (5ll << 30) + 7;
-        ASSERT_TRUE(SetFilePointerEx(file.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(file.get()));
-    }
-    EXPECT_EQ(_GetInetFileSize(large.c_str(), &size), 0);
-    EXPECT_EQ(size, 0x40000007u);
+    const std::wstring large = folder.Large(L"large", (5ll << 30) + 7);
+    EXPECT_GIVES(_GetInetFileSize(large.c_str(), &size), 0, size, 0x40000007u);
 }
 
 TEST(InetFile, GivesTheTimeOfTheLastWrite)
@@ -42,8 +30,7 @@ TEST(InetFile, GivesTheTimeOfTheLastWrite)
         ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &wanted));
     }
     FILETIME time{};
-    EXPECT_EQ(_GetInetFileTime(path.c_str(), &time), 0);
-    EXPECT_EQ(time.dwHighDateTime, wanted.dwHighDateTime);
+    EXPECT_GIVES(_GetInetFileTime(path.c_str(), &time), 0, time.dwHighDateTime, wanted.dwHighDateTime);
     EXPECT_EQ(time.dwLowDateTime, wanted.dwLowDateTime);
 }
 
@@ -61,26 +48,19 @@ TEST(InetFile, ThatIsNotThereWritesNothing)
 
 TEST(FileCost, IsRoundedUpToClustersInHalvesOf31Bits)
 {
-    struct row {
-        int32_t high, low, cluster, high_sum, low_sum;
-    };
-    const row rows[] = {{0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
-                        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
-                        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
-                        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0}};
-    for (const row& expected : rows) {
+    Table<int32_t, int32_t, int32_t, int32_t, int32_t> rows = {
+        {0, 0, 4096, 0, 0},          {0, 1, 4096, 0, 4096},
+        {0, 4096, 4096, 0, 4096},    {0, 4097, 4096, 0, 8192},
+        {0, 0x7FFFFFFF, 4096, 1, 0}, {3, 5, 512, 3, 512},
+        {0, 10, 3, 0, 12},           {0x3FFFFFFF, 0x7FFFF001, 4096, 0x40000000, 0}};
+    for (const auto& [file_high, file_low, cluster, high_sum, low_sum] : rows) {
         int32_t high = 0, low = 0;
-        EXPECT_EQ(_CalculateAndAddFileCost(expected.high, expected.low, expected.cluster, &high, &low), 0);
-        EXPECT_EQ(high, expected.high_sum);
-        EXPECT_EQ(low, expected.low_sum);
+        EXPECT_GIVES(_CalculateAndAddFileCost(file_high, file_low, cluster, &high, &low), 0, high, high_sum);
+        EXPECT_EQ(low, low_sum);
     }
-}
-
-TEST(FileCost, AddsUpWithoutACarry)
-{
+    // Sums have no carry.
     int32_t high = 10, low = 0x7FFFF000;
-    EXPECT_EQ(_CalculateAndAddFileCost(1, 1, 4096, &high, &low), 0);
-    EXPECT_EQ(high, 11);
+    EXPECT_GIVES(_CalculateAndAddFileCost(1, 1, 4096, &high, &low), 0, high, 11);
     EXPECT_EQ(static_cast<uint32_t>(low), 0x80000000u);
 }
 

@@ -1,42 +1,24 @@
 // Which languages a configuration file supports, and where numbered texts come from.
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/language.h"
 #include "../support/bare_context.h"
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
 
-using vh::test::StandardTexts;
-using vh::test::TextSession;
-using vh::test::UserTexts;
+using namespace vh::test;
 
 namespace {
 
 TEST(LanguageConfiguration, TellsWhatIsSupported)
 {
-    const struct {
-        const char* list;
-        int32_t language;
-        int32_t supported;
-    } cases[] = {{"0x0409,1041", 1033, 1},
-                 {"0x0409,1041", 1041, 1},
-                 {"0x0409,1041", 9, 1},
-                 {"0x0409,1041", 1031, 0},
-                 {"9", 9, 0},
-                 {"1033,", 1033, 1},
-                 {"1033 ", 1033, 1},
-                 {" 1033", 1033, 1},
-                 {"0X409", 1033, 0},
-                 {"66569", 1033, 1},
-                 {"", 1033, 0},
-                 {"1033,,1041", 1041, 1},
-                 {"1033", 0x10409, 1},
-                 {"9", 0x10009, 1},
-                 {"1033", 0x10009, 0}};
-    const vh::test::TempFolder folder;
-    for (const auto& one : cases) {
-        const auto path = folder.Write(L"l.ini", std::string("[languages]\nSUPPORTED=") + one.list);
-        EXPECT_EQ(_IsLangSupported(one.language, path.c_str()), one.supported) << one.list << " " << one.language;
+    Table<const char*, int32_t, int32_t> cases = {
+        {"9", 9, 0},        {"0x0409,1041", 1033, 1}, {"1033,", 1033, 1}, {"0x0409,1041", 1041, 1},
+        {"1033 ", 1033, 1}, {"0x0409,1041", 9, 1},    {" 1033", 1033, 1}, {"0x0409,1041", 1031, 0},
+        {"0X409", 1033, 0}, {"1033,,1041", 1041, 1},  {"66569", 1033, 1}, {"1033", 0x10409, 1},
+        {"", 1033, 0},      {"1033", 0x10009, 0},     {"9", 0x10009, 1}};
+    const TempFolder folder;
+    for (const auto& [list, language, supported] : cases) {
+        const auto path = folder.Write(L"l.ini", std::string("[languages]\nSUPPORTED=") + list);
+        EXPECT_EQ(_IsLangSupported(language, path.c_str()), supported) << list << " " << language;
     }
     EXPECT_EQ(_IsLangSupported(1033, (folder / L"missing").c_str()), 0);
     EXPECT_EQ(_IsLangSupported(1033, nullptr), 0);
@@ -69,18 +51,15 @@ TEST(NumberedText, IsTheUsersFirstAndTheStandardOneElse)
                           {14001, L"<0>", L"<0>", L"<0>"},
                           {0, L"<0>", L"<0>", L"<0>"},
                           {0x12345678, L"<0>", L"<0>", L"<0>"}};
-    const struct {
-        std::wstring user;
-        std::wstring standard;
-        const wchar_t* Case::*text;
-    } libraries[] = {{UserTexts(), StandardTexts(), &Case::both},
-                     {UserTexts(), L"", &Case::user},
-                     {L"", StandardTexts(), &Case::standard},
-                     {L"no library.dll", StandardTexts(), &Case::standard}};
-    for (const auto& library : libraries) {
-        const TextSession session(library.user, library.standard);
+    Table<std::wstring, std::wstring, const wchar_t* Case::*> libraries = {
+        {UserTexts(), StandardTexts(), &Case::both},
+        {UserTexts(), L"", &Case::user},
+        {L"", StandardTexts(), &Case::standard},
+        {L"no library.dll", StandardTexts(), &Case::standard}};
+    for (const auto& [user_file, standard_file, text] : libraries) {
+        const TextSession session(user_file, standard_file);
         for (const Case& one : cases)
-            EXPECT_EQ(LoadedText(session, one.id), one.*library.text) << one.id << " " << library.user;
+            EXPECT_EQ(LoadedText(session, one.id), one.*text) << one.id << " " << user_file;
     }
 }
 
@@ -92,12 +71,11 @@ TEST(NumberedText, IsCutToTheBufferAndMissingWithoutLibraries)
     EXPECT_EQ(LoadedText(session, 14003, 2), L"U");
     EXPECT_EQ(LangLoadString(session, 14003, nullptr, 60), 0);
     wchar_t untouched[] = L"untouched";
-    EXPECT_EQ(LangLoadString(session, 14003, untouched, 0), 0);
-    EXPECT_STREQ(untouched, L"untouched");
+    EXPECT_GIVES_TEXT(LangLoadString(session, 14003, untouched, 0), 0, untouched, L"untouched");
 
     const TextSession without(L"", L"");
     EXPECT_EQ(LoadedText(without, 14003), L"<0>");
-    EXPECT_EQ(LoadedText(vh::test::BareContext(), 14003), L"<0>");
+    EXPECT_EQ(LoadedText(BareContext(), 14003), L"<0>");
 }
 
 } // namespace

@@ -1,20 +1,10 @@
 // Script lists, against a plain model and in the cases where results differ by design.
-#include <algorithm>
-#include <optional>
-#include <random>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/lists.h"
 #include "../support/bare_context.h"
 #include "../support/call_export.h"
 #include "../support/temp_folder.h"
 
-using vh::test::BareContext;
-using vh::test::BytesOf;
-using vh::test::ListText;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
@@ -80,10 +70,27 @@ struct Model {
     }
 };
 
-TEST(NumberList, AgreesWithAPlainModelOverRandomOperations)
-{
+class ListTest : public testing::Test {
+protected:
+    // The position ends on the last text.
+    void Add(std::initializer_list<const wchar_t*> added, int32_t mode = ListAddAfter) const
+    {
+        for (const wchar_t* text : added)
+            EXPECT_EQ(_ListAddString(context, texts, text, mode), 0);
+    }
+
     const BareContext context;
-    const ListHandle list = _ListCreate(context, ListTypeNumber);
+    const TempFolder folder;
+    const ListHandle texts = _ListCreate(context, ListTypeString), numbers = _ListCreate(context, ListTypeNumber);
+    wchar_t buffer[14] = L"untouched";
+};
+using ListFiles = ListTest;
+using Lists = ListTest;
+using NumberList = ListTest;
+using StringList = ListTest;
+
+TEST_F(NumberList, AgreesWithAPlainModelOverRandomOperations)
+{
     Model model;
     std::mt19937 random(20261124);
     const auto pick = [&](int below) { return static_cast<int32_t>(random() % static_cast<unsigned>(below)); };
@@ -95,88 +102,76 @@ TEST(NumberList, AgreesWithAPlainModelOverRandomOperations)
         case 1:
         case 2: {
             const int32_t mode = pick(12) == 0 ? 2 : pick(2);
-            ASSERT_EQ(_ListAddItem(context, list, value, mode), model.Add(value, mode)) << step;
+            ASSERT_EQ(_ListAddItem(context, numbers, value, mode), model.Add(value, mode)) << step;
             break;
         }
         case 3:
-            ASSERT_EQ(_ListFindItem(context, list, value), model.Find(value)) << step;
+            ASSERT_EQ(_ListFindItem(context, numbers, value), model.Find(value)) << step;
             break;
         case 4: {
             const int32_t special[] = {ListIndexNext, ListIndexPrevious, ListIndexLast, ListIndexFirst, -1, -102};
             const int32_t index = pick(2) ? special[pick(6)] : pick(model.count() + 2);
-            ASSERT_EQ(_ListSetIndex(context, list, index), model.SetIndex(index)) << step << " index " << index;
+            ASSERT_EQ(_ListSetIndex(context, numbers, index), model.SetIndex(index)) << step << " index " << index;
             break;
         }
         case 5: {
             int32_t got = 77;
-            ASSERT_EQ(_ListGetNextItem(context, list, &got), model.Next()) << step;
+            ASSERT_EQ(_ListGetNextItem(context, numbers, &got), model.Next()) << step;
             break;
         }
         case 6:
             if (pick(40) == 0) {
-                ASSERT_EQ(_ListDeleteAll(context, list), 0);
+                ASSERT_EQ(_ListDeleteAll(context, numbers), 0);
                 model = {};
             }
             break;
         default:
-            ASSERT_EQ(_ListDeleteItem(context, list), model.Delete()) << step;
+            ASSERT_EQ(_ListDeleteItem(context, numbers), model.Delete()) << step;
             break;
         }
-        ASSERT_EQ(_ListCount(context, list), model.count()) << step;
-        int32_t current = -7;
-        int32_t index = -7;
+        ASSERT_EQ(_ListCount(context, numbers), model.count()) << step;
+        int32_t current = -7, index = -7;
         const bool empty = model.items.empty();
-        ASSERT_EQ(_ListCurrentItem(context, list, &current), empty ? 1 : 0);
-        ASSERT_EQ(_ListGetIndex(context, list, &index), empty ? 1 : 0);
+        ASSERT_EQ(_ListCurrentItem(context, numbers, &current), empty ? 1 : 0);
+        ASSERT_EQ(_ListGetIndex(context, numbers, &index), empty ? 1 : 0);
         ASSERT_EQ(current, empty ? -7 : model.items[static_cast<size_t>(model.at)]) << step;
         ASSERT_EQ(index, empty ? -7 : model.at) << step;
     }
 }
 
-TEST(StringList, KeepsOrderBehindAndReversesInFront)
+TEST_F(StringList, KeepsOrderBehindAndReversesInFront)
 {
-    const BareContext context;
-    const ListHandle list = _ListCreate(context, ListTypeString);
-    for (const wchar_t* text : {L"a", L"b", L"c"})
-        ASSERT_EQ(_ListAddString(context, list, text, ListAddAfter), 0);
-    ASSERT_EQ(_ListSetIndex(context, list, 1), 0);
-    for (const wchar_t* text : {L"x", L"y", L""})
-        ASSERT_EQ(_ListAddString(context, list, text, ListAddBefore), 0);
-    EXPECT_EQ(ListText(context, list), L"a||y|x|b|c");
-    ASSERT_EQ(_ListSetCurrentString(context, list, nullptr), 0);
-    EXPECT_EQ(ListText(context, list), L"a||y|x|b|");
+    Add({L"a", L"b", L"c"});
+    ASSERT_EQ(_ListSetIndex(context, texts, 1), 0);
+    Add({L"x", L"y", L""}, ListAddBefore);
+    EXPECT_EQ(ListText(context, texts), L"a||y|x|b|c");
+    ASSERT_EQ(_ListSetCurrentString(context, texts, nullptr), 0);
+    EXPECT_EQ(ListText(context, texts), L"a||y|x|b|");
 }
 
-TEST(StringList, TellsTheRoomAndStaysForTheRetry)
+TEST_F(StringList, TellsTheRoomAndStaysForTheRetry)
 {
-    const BareContext context;
-    const ListHandle list = _ListCreate(context, ListTypeString);
-    _ListAddString(context, list, L"one", ListAddAfter);
-    _ListAddString(context, list, L"a longer text", ListAddAfter);
-    wchar_t buffer[14] = L"untouched";
+    Add({L"one", L"a longer text"});
 
-    ASSERT_EQ(_ListGetFirstString(context, list, buffer, 3), 4);
+    ASSERT_EQ(_ListGetFirstString(context, texts, buffer, 3), 4);
     EXPECT_STREQ(buffer, L"untouched");
-    ASSERT_EQ(_ListCurrentString(context, list, buffer, 4), 0);
+    ASSERT_EQ(_ListCurrentString(context, texts, buffer, 4), 0);
     EXPECT_STREQ(buffer, L"one");
-    ASSERT_EQ(_ListGetNextString(context, list, buffer, 13), 14);
-    ASSERT_EQ(_ListGetNextString(context, list, buffer, -1), 14);
-    ASSERT_EQ(_ListGetNextString(context, list, buffer, 14), 0);
+    ASSERT_EQ(_ListGetNextString(context, texts, buffer, 13), 14);
+    ASSERT_EQ(_ListGetNextString(context, texts, buffer, -1), 14);
+    ASSERT_EQ(_ListGetNextString(context, texts, buffer, 14), 0);
     EXPECT_STREQ(buffer, L"a longer text");
-    EXPECT_EQ(_ListGetNextString(context, list, buffer, 14), VHRT_NO_ITEM);
-    EXPECT_EQ(_ListCurrentString(context, list, buffer, 13), 14);
+    EXPECT_EQ(_ListGetNextString(context, texts, buffer, 14), VHRT_NO_ITEM);
+    EXPECT_EQ(_ListCurrentString(context, texts, buffer, 13), 14);
 }
 
-TEST(StringList, FindsExactTextFromTheCurrentOneOn)
+TEST_F(StringList, FindsExactTextFromTheCurrentOneOn)
 {
-    const BareContext context;
-    const ListHandle list = _ListCreate(context, ListTypeString);
-    for (const wchar_t* text : {L"Ab", L"ab", L"abc", L"ab"})
-        _ListAddString(context, list, text, ListAddAfter);
-    _ListSetIndex(context, list, ListIndexFirst);
+    Add({L"Ab", L"ab", L"abc", L"ab"});
+    _ListSetIndex(context, texts, ListIndexFirst);
     const auto found_at = [&](const wchar_t* text) {
         int32_t index = -1;
-        return _ListFindString(context, list, text) == 0 && _ListGetIndex(context, list, &index) == 0 ? index : -1;
+        return _ListFindString(context, texts, text) == 0 && _ListGetIndex(context, texts, &index) == 0 ? index : -1;
     };
     EXPECT_EQ(found_at(L"ab"), 1);
     EXPECT_EQ(found_at(L"ab"), 1) << "the hit itself is included";
@@ -186,11 +181,8 @@ TEST(StringList, FindsExactTextFromTheCurrentOneOn)
     EXPECT_EQ(found_at(L"ab"), 3) << "a miss left the position alone";
 }
 
-TEST(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
+TEST_F(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
 {
-    const BareContext context;
-    const ListHandle numbers = _ListCreate(context, ListTypeNumber);
-    const ListHandle texts = _ListCreate(context, ListTypeString);
     // The numbers' calls first; each finds a list before it looks at anything else.
     constexpr const char* names[] = {
         "_ListAddItem",       "_ListCurrentItem",      "_ListSetCurrentItem", "_ListDeleteItem",
@@ -201,7 +193,7 @@ TEST(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
         std::vector<int64_t> codes;
         wchar_t scratch[8] = L"Z:\\no";
         for (const char* name : names)
-            codes.push_back(vh::test::CallExport(name, context, list, scratch, 0));
+            codes.push_back(CallExport(name, context, list, scratch, 0));
         return codes;
     };
     const std::vector<int64_t> of_texts = all(texts), of_numbers = all(numbers);
@@ -216,17 +208,15 @@ TEST(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
         for (size_t i = 0; i < codes.size(); ++i)
             EXPECT_EQ(codes[i], i == 6 ? VHRT_WRONG_TYPE : VHRT_BAD_HANDLE) << unknown << " call " << i;
         ListHandle kept = unknown;
-        EXPECT_EQ(_ListDestroy(context, &kept), VHRT_BAD_HANDLE);
-        EXPECT_EQ(kept, unknown);
+        EXPECT_GIVES(_ListDestroy(context, &kept), VHRT_BAD_HANDLE, kept, unknown);
     }
     for (const int32_t type : {1, 2, -2, 7})
         EXPECT_EQ(_ListCreate(context, type), -1);
     EXPECT_EQ(_ListCount(nullptr, numbers), -1);
 }
 
-TEST(Lists, KeepApartWhenMadeAndDestroyedInAnyOrder)
+TEST_F(Lists, KeepApartWhenMadeAndDestroyedInAnyOrder)
 {
-    const BareContext context;
     std::vector<ListHandle> lists;
     std::mt19937 random(7);
     for (int step = 0; step < 4000; ++step) {
@@ -248,68 +238,50 @@ TEST(Lists, KeepApartWhenMadeAndDestroyedInAnyOrder)
     }
 }
 
-TEST(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
+TEST_F(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
 {
-    const std::string wide_a("\xFF\xFE"
-                             "a\0\r\0\n\0",
-                             8);
-    const std::string wide_new("\xFF\xFE"
-                               "n\0\r\0\n\0",
-                               8);
-    const struct {
-        const char* what;
-        std::optional<std::string> before;
-        int32_t flags;
-        std::string after;
-    } cases[] = {{"new, no flag", std::nullopt, 0, "n\r\n"},
-                 {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
-                 {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
-                 {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
-                 {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
-                 {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
-                 {"wide stays wide", wide_a, 0, wide_new},
-                 {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
-                 {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
-                 {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
-                 {"append to wide", wide_a, ListWriteAppend, wide_a + std::string("n\0\r\0\n\0", 6)},
-                 {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi,
-                  wide_a + std::string("n\0\r\0\n\0", 6)}};
-    const TempFolder folder;
-    const BareContext context;
-    const ListHandle list = _ListCreate(context, ListTypeString);
-    _ListAddString(context, list, L"n", ListAddAfter);
-    for (const auto& one : cases) {
+    using namespace std::string_literals;
+    const std::string wide_a = "\xFF\xFE\x61\0\r\0\n\0"s, wide_line = "n\0\r\0\n\0"s, wide_new = "\xFF\xFE" + wide_line;
+    Table<const char*, std::optional<std::string>, int32_t, std::string> cases = {
+        {"new, no flag", std::nullopt, 0, "n\r\n"},
+        {"new, ansi", std::nullopt, ListWriteAnsi, "n\r\n"},
+        {"new, unicode", std::nullopt, ListWriteUnicode, wide_new},
+        {"new, append to nothing", std::nullopt, ListWriteAppend | ListWriteUnicode, wide_new},
+        {"both, unicode wins", std::nullopt, ListWriteAnsi | ListWriteUnicode, wide_new},
+        {"narrow stays narrow", "a\r\n", 0, "n\r\n"},
+        {"wide stays wide", wide_a, 0, wide_new},
+        {"wide forced to ansi", wide_a, ListWriteAnsi, "n\r\n"},
+        {"append to narrow", "a\r\n", ListWriteAppend, "a\r\nn\r\n"},
+        {"append to narrow ignores unicode", "a\r\n", ListWriteAppend | ListWriteUnicode, "a\r\nn\r\n"},
+        {"append to wide", wide_a, ListWriteAppend, wide_a + wide_line},
+        {"append to wide ignores ansi", wide_a, ListWriteAppend | ListWriteAnsi, wide_a + wide_line}};
+    Add({L"n"});
+    for (const auto& [what, before, flags, after] : cases) {
         const std::wstring path = folder / L"list.txt";
         DeleteFileW(path.c_str());
-        if (one.before)
-            folder.Write(L"list.txt", *one.before);
-        EXPECT_EQ(_ListWriteToFile(context, list, path.c_str(), one.flags), 0) << one.what;
-        EXPECT_EQ(BytesOf(path), one.after) << one.what;
+        if (before)
+            folder.Write(L"list.txt", *before);
+        EXPECT_EQ(_ListWriteToFile(context, texts, path.c_str(), flags), 0) << what;
+        EXPECT_EQ(BytesOf(path), after) << what;
     }
-    _ListDeleteAll(context, list);
+    _ListDeleteAll(context, texts);
     const std::wstring empty = folder / L"empty.txt";
-    EXPECT_EQ(_ListWriteToFile(context, list, empty.c_str(), 0), 0);
+    EXPECT_EQ(_ListWriteToFile(context, texts, empty.c_str(), 0), 0);
     EXPECT_EQ(BytesOf(empty), "");
-    EXPECT_EQ(_ListWriteToFile(context, list, empty.c_str(), ListWriteUnicode), 0);
+    EXPECT_EQ(_ListWriteToFile(context, texts, empty.c_str(), ListWriteUnicode), 0);
     EXPECT_EQ(BytesOf(empty), "\xFF\xFE");
-    EXPECT_EQ(_ListWriteToFile(context, list, folder.path().c_str(), 0), -1) << "a folder can't be written";
+    EXPECT_EQ(_ListWriteToFile(context, texts, folder.path().c_str(), 0), -1) << "a folder can't be written";
 }
 
-TEST(ListFiles, LandBehindTheCurrentElement)
+TEST_F(ListFiles, LandBehindTheCurrentElement)
 {
-    const TempFolder folder;
-    const BareContext context;
-    const ListHandle list = _ListCreate(context, ListTypeString);
-    _ListAddString(context, list, L"first", ListAddAfter);
-    _ListAddString(context, list, L"last", ListAddAfter);
-    _ListSetIndex(context, list, ListIndexFirst);
+    Add({L"first", L"last"});
+    _ListSetIndex(context, texts, ListIndexFirst);
     const std::wstring file = folder.Write(L"in.txt", "one\r\n\r\nthree");
-    EXPECT_EQ(_ListReadFromFile(context, list, file.c_str()), 0);
-    wchar_t current[8];
-    EXPECT_EQ(_ListCurrentString(context, list, current, 8), 0);
-    EXPECT_STREQ(current, L"three");
-    EXPECT_EQ(ListText(context, list), L"first|one||three|last");
-    EXPECT_EQ(_ListReadFromFile(context, list, (folder / L"absent").c_str()), -1);
+    EXPECT_EQ(_ListReadFromFile(context, texts, file.c_str()), 0);
+    EXPECT_GIVES_TEXT(_ListCurrentString(context, texts, buffer, 8), 0, buffer, L"three");
+    EXPECT_EQ(ListText(context, texts), L"first|one||three|last");
+    EXPECT_EQ(_ListReadFromFile(context, texts, (folder / L"absent").c_str()), -1);
 }
 
 } // namespace

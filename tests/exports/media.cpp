@@ -1,20 +1,12 @@
 // Media on engine data, through the component exports.
-#include <cstring>
-#include <functional>
-#include <map>
-#include <sstream>
-
-#include <gtest/gtest.h>
-
 #include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/session.h"
 
 using namespace vh;
-using vh::test::NumberAttribute;
-using vh::test::Session;
-using vh::test::TextAttribute;
+using namespace vh::test;
 
 namespace {
 
@@ -22,7 +14,7 @@ constexpr const wchar_t* data = L"DATA";
 
 std::wstring Texts(ObjectContext* context, ListHandle list)
 {
-    std::wstring all = vh::test::ListText(context, list);
+    std::wstring all = ListText(context, list);
     ListHandle handle = list;
     _ListDestroy(context, &handle);
     return all;
@@ -63,12 +55,9 @@ TEST(UnknownMedia, AnswersTheMixtureThatScriptsKnow)
 
     _ComponentGetData(session, L"lost", L"Core", 8, &number, text, 64);
     variant error;
-    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), text), -132);
-    EXPECT_STREQ(text, L"lost");
-    wchar_t detail1[64] = L"x";
-    wchar_t detail2[64] = L"x";
-    EXPECT_EQ(_ComponentError(session, L"lost", text, 64, detail1, detail2, &number), 0);
-    EXPECT_EQ(number, -132);
+    EXPECT_GIVES_TEXT(_ComponentErrorInfo(session, error.put(), text), -132, text, L"lost");
+    wchar_t detail1[64] = L"x", detail2[64] = L"x";
+    EXPECT_GIVES(_ComponentError(session, L"lost", text, 64, detail1, detail2, &number), 0, number, -132);
     EXPECT_STREQ(text, L"");
     EXPECT_STREQ(detail1, L"");
 }
@@ -129,13 +118,12 @@ TEST(FileMedia, ReadsAndWritesAttributes)
     EXPECT_EQ(NumberAttribute(session, data, L"Core", 5), 4);
     EXPECT_EQ(NumberAttribute(session, data, L"Core", 6), 0);
 
-    const struct {
-        int32_t code, get, set;
-    } odd[] = {{10, -126, -126}, {3, -137, -137}, {4, -137, -137},  {7, -137, -137},  {5, 4, -137},
-               {6, 0, -140},     {9, -137, -137}, {12, -137, -137}, {25, -137, -137}, {-1, -137, -137}};
-    for (const auto& one : odd) {
-        EXPECT_EQ(NumberAttribute(session, data, L"Core", one.code), one.get) << one.code;
-        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, L""), one.set) << one.code;
+    Table<int32_t, int32_t, int32_t> odd = {{10, -126, -126}, {3, -137, -137}, {4, -137, -137}, {7, -137, -137},
+                                            {5, 4, -137},     {6, 0, -140},    {9, -137, -137}, {12, -137, -137},
+                                            {25, -137, -137}, {-1, -137, -137}};
+    for (const auto& [code, get, set] : odd) {
+        EXPECT_EQ(NumberAttribute(session, data, L"Core", code), get) << code;
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", code, 0, L""), set) << code;
     }
     EXPECT_EQ(NumberAttribute(session, data, L"Nothing", 8), -105);
     EXPECT_EQ(NumberAttribute(session, data, L"Nothing\\Below", 8), -105);
@@ -154,39 +142,27 @@ TEST(FileMedia, GivesZeroForEverySuccessOfTheEngine)
     wchar_t text[64];
     const auto get = [&](int32_t code) { return _ComponentGetData(session, data, L"Core", code, &number, text, 64); };
     const auto set = [&](int32_t code) { return _ComponentSetData(session, data, L"Core", code, 1, L"x"); };
-    const struct {
-        const wchar_t* call;
-        std::function<int32_t()> run;
-    } cases[] = {
-        {L"ISetupItem.SetDescription", [&] { return set(0); }},
-        {L"ISetupItem.SetLongText", [&] { return set(1); }},
-        {L"ISetupItem.SetVisible", [&] { return set(2); }},
-        {L"ISetupItem.SetSelected", [&] { return set(8); }},
-        {L"ISetupItem.SetMiscText", [&] { return set(11); }},
-        {L"ISetupItem.SetDisplayOrder", [&] { return set(14); }},
-        {L"ISetupItem.SetDisplayName", [&] { return set(15); }},
-        {L"ISetupItem.SetText17", [&] { return set(17); }},
-        {L"ISetupItem.SetText18", [&] { return set(18); }},
-        {L"ISetupItem.GetDescription", [&] { return get(0); }},
-        {L"ISetupItem.GetVisible", [&] { return get(2); }},
-        {L"ISetupItem.GetStatus", [&] { return get(5); }},
-        {L"ISetupItem.GetNeedsValidation", [&] { return get(6); }},
-        {L"ISetupItem.GetFlags", [&] { return get(13); }},
-        {L"ISetupItem.GetDisplayOrder", [&] { return get(14); }},
-        {L"ISetupItem.GetFlags", [&] { return get(24); }},
+    Table<const wchar_t*, std::function<int32_t()>> others = {
         {L"ISetupItem.GetSize", [&] { return _ComponentGetItemSize(session, data, L"Core", &number); }},
         {L"ISetupData.FilterLanguage", [&] { return _ComponentFilterLanguage(session, data, 1, 1); }},
         {L"ISetupDataEx.FilterOS", [&] { return _ComponentFilterOS(session, data, 1, 1, 1); }},
         {L"ISetupFeatureModes.SelectNew", [&] { return _ComponentSelectNew(session, data, 1); }},
         {L"ISetupFeatureHost.SelectAll", [&] { return _ComponentSelectItem(session, data, L"", 1); }},
-        {L"ISetupType.Activate", [&] { return _ComponentSetupTypeSet(session, data, L"All"); }},
-    };
-    for (const auto& one : cases) {
+        {L"ISetupType.Activate", [&] { return _ComponentSetupTypeSet(session, data, L"All"); }}};
+    const auto expect_zero = [&](const std::wstring& call, const std::function<int32_t()>& run) {
         session.calls().Reset();
-        session.calls().FailCall(one.call, S_FALSE);
-        EXPECT_EQ(one.run(), 0) << std::wstring(one.call);
-        EXPECT_EQ(session.CallsOf(one.call), 1) << std::wstring(one.call);
-    }
+        session.calls().FailCall(call, S_FALSE);
+        EXPECT_EQ(run(), 0) << call;
+        EXPECT_EQ(session.CallsOf(call), 1) << call;
+    };
+    std::wistringstream attributes(LR"(SetDescription 0 SetLongText 1 SetVisible 2 SetSelected 8 SetMiscText 11
+        SetDisplayOrder 14 SetDisplayName 15 SetText17 17 SetText18 18 GetDescription 0 GetVisible 2 GetStatus 5
+        GetNeedsValidation 6 GetFlags 13 GetDisplayOrder 14 GetFlags 24)");
+    int32_t code = 0;
+    for (std::wstring call; attributes >> call >> code;)
+        expect_zero(L"ISetupItem." + call, [&] { return call[0] == L'S' ? set(code) : get(code); });
+    for (const auto& [call, run] : others)
+        expect_zero(call, run);
     // A checked key hands the engine's success on.
     session.calls().FailCall(L"ISetupItem.GetNeedsValidation", S_FALSE);
     session.calls().FailCall(L"ISetupItem.Validate", S_FALSE);
@@ -203,6 +179,11 @@ TEST(FileMedia, LooksDownPathsOfAnyDepth)
     EXPECT_EQ(session.CallsOf(L"ISetupItems.Item"), 2) << "no level below one that is not there";
     for (const wchar_t* path : {L"\\", L"\\Tools", L"Tools\\", L"Tools\\\\Extra"})
         EXPECT_EQ(_ComponentIsItemSelected(session, data, path), -105) << std::wstring(path);
+    session.calls().FailCall(L"ISetupItem.GetChildren", E_INVALIDARG);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core\\x"), -105);
+    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core"), E_INVALIDARG) << "the item itself is there";
+    session.calls().FailCall(L"ISetupItem.GetName", E_INVALIDARG);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", 0), -105);
 }
 
 TEST(FileMedia, ShiftsDisplayOrdersByTheBase)
@@ -245,8 +226,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
 {
     const Session session;
     int32_t size = 0;
-    EXPECT_EQ(_ComponentGetItemSize(session, data, L"Tools", &size), 0);
-    EXPECT_EQ(size, 20);
+    EXPECT_GIVES(_ComponentGetItemSize(session, data, L"Tools", &size), 0, size, 20);
     EXPECT_EQ(_ComponentTotalSize(session, data, L"Tools", 0, 0, 0), 20);
     EXPECT_GE(_ComponentTotalSize(session, data, L"Tools", 1, 1, 10), 50) << "the shift has no effect";
     EXPECT_GE(_ComponentTotalSize(session, data, L"", 1, 1, 0), 60);
@@ -257,14 +237,11 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(_ComponentGetTotalCost(session, data, target.c_str(), &cost), 0);
     EXPECT_GE(cost, 1);
     int32_t other = -1;
-    EXPECT_EQ(_ComponentGetTotalCost(session, data, L"Q:\\elsewhere", &other), 0);
-    EXPECT_EQ(other, 0);
+    EXPECT_GIVES(_ComponentGetTotalCost(session, data, L"Q:\\elsewhere", &other), 0, other, 0);
     EXPECT_EQ(_ComponentGetCost(session, data, L"Nothing", target.c_str(), &other), -105);
     EXPECT_EQ(_ComponentGetCost(session, data, L"Core", nullptr, &other), -1);
-    int32_t high = -1;
-    int32_t low = -1;
-    EXPECT_EQ(_FeatureGetCost(session, data, L"Core", target.c_str(), &high, &low), 0);
-    EXPECT_EQ(high, 0);
+    int32_t high = -1, low = -1;
+    EXPECT_GIVES(_FeatureGetCost(session, data, L"Core", target.c_str(), &high, &low), 0, high, 0);
     EXPECT_GE(low, 10);
 
     EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"Core", 3, 1), 0);
@@ -272,8 +249,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
     EXPECT_EQ(_FeatureAddUninstallCost(session, data, L"None", 3, 1), -1);
     EXPECT_EQ(_FeatureAddCost(session, data, L"None", L"C:\\", 3, 1), -1);
     wchar_t drive[MAX_PATH] = L"kept";
-    EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), 0);
-    EXPECT_EQ(size, 0);
+    EXPECT_GIVES(_ComponentCompareSizeRequired(session, data, drive, &size), 0, size, 0);
     EXPECT_STREQ(drive, L"kept");
     // Petabytes, as the engine's own cost of the product.
     EXPECT_EQ(_FeatureAddCost(session, data, L"Core", target.c_str(), 0, 0x7FFFFF), 0);
@@ -286,7 +262,7 @@ TEST(FileMedia, AddsUpSizesAndCosts)
 TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
 {
     static uint64_t available;
-    const test::CallCounter<decltype(GetDiskFreeSpaceExW)> disk(
+    const CallCounter<decltype(GetDiskFreeSpaceExW)> disk(
         "GetDiskFreeSpaceExW", [](const wchar_t*, ULARGE_INTEGER* caller, ULARGE_INTEGER* all, ULARGE_INTEGER* free) {
             caller->QuadPart = available;
             all->QuadPart = free->QuadPart = 1;
@@ -295,43 +271,45 @@ TEST(FileMedia, ComparesItsCostWithTheFreeSpace)
     const Session session;
     // Two megabytes with the product's own 100 bytes.
     EXPECT_EQ(_FeatureAddCost(session, data, L"Core", session.folder.Target().c_str(), (2 << 20) - 100, 0), 0);
-    const struct {
-        uint64_t available;
-        int32_t result, size;
-    } cases[] = {{2 << 20, 0, 0}, {(2 << 20) + 1, 0, 0}, {(2 << 20) - 1, -108, 2 << 20}, {0, -108, 2 << 20}};
-    for (const auto& one : cases) {
-        available = one.available;
+    Table<uint64_t, int32_t, int32_t> cases = {
+        {2 << 20, 0, 0}, {(2 << 20) + 1, 0, 0}, {(2 << 20) - 1, -108, 2 << 20}, {0, -108, 2 << 20}};
+    for (const auto& [room, result, wanted_size] : cases) {
+        available = room;
         wchar_t drive[MAX_PATH] = L"";
         int32_t size = -1;
-        EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), one.result) << available;
-        EXPECT_EQ(size, one.size) << available;
+        EXPECT_EQ(_ComponentCompareSizeRequired(session, data, drive, &size), result) << available;
+        EXPECT_EQ(size, wanted_size) << available;
     }
 }
 
 TEST(FileMedia, KnowsSetupTypesByName)
 {
-    const Session session(R"(, "setupTypes": [
-        {"name": "Small", "displayName": "A small one", "description": "Core alone", "features": ["Core"]},
-        {"name": "All", "features": ["*"]}])");
+    const Session session(R"(, "setupTypes": [{"name": "All", "features": ["*"]},
+        {"name": "Small", "displayName": "A small <PRODUCT_NAME>", "description": "Core alone", "features": ["Core"]},
+        {"name": "Help", "features": ["Tools\\Help"]}, {"name": "Tools", "features": ["Tools"]}])");
     const ListHandle list = _ListCreate(session, ListTypeString);
     EXPECT_EQ(_ComponentSetupTypeEnum(session, data, list), 0);
-    EXPECT_EQ(Texts(session, list), L"Small|All");
-    wchar_t text[64];
-    int32_t number = 0;
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 1, &number, text, 64), 0);
-    EXPECT_STREQ(text, L"Core alone");
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 2, &number, text, 64), 0);
-    EXPECT_STREQ(text, L"A small one");
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"All", 2, &number, text, 64), 0);
-    EXPECT_STREQ(text, L"All") << "its own name stands in";
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 2, &number, text, 11), 12);
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"Small", 3, &number, text, 64), -5);
-    EXPECT_EQ(_ComponentSetupTypeGetData(session, data, L"None", 1, &number, text, 64), -3);
+    EXPECT_EQ(Texts(session, list), L"All|Small|Help|Tools");
+    // A type's own name stands in for a display text.
+    Table<const wchar_t*, int32_t, int32_t, int32_t, const wchar_t*> facts = {
+        {L"Small", 1, 64, 0, L"Core alone"}, {L"Small", 2, 64, 0, L"A small Probe"},
+        {L"All", 2, 64, 0, L"All"},          {L"Small", 2, 13, 14, L"#"},
+        {L"Small", 3, 64, -5, L"#"},         {L"None", 1, 64, -3, L"#"}};
+    for (const auto& [name, code, room, result, wanted] : facts) {
+        wchar_t text[64] = L"#";
+        int32_t number = 0;
+        EXPECT_EQ(_ComponentSetupTypeGetData(session, data, name, code, &number, text, room), result) << name << code;
+        EXPECT_STREQ(text, wanted);
+    }
     EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"None"), -3);
-    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"Small"), 0);
-    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 0);
-    EXPECT_EQ(_ComponentSetupTypeSet(session, data, L"All"), 0);
-    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), 1);
+    Table<const wchar_t*, int32_t, int32_t, int32_t> states = {
+        {L"Small", 0, 0, 0}, {L"Help", 1, 0, 1}, {L"Tools", 1, 1, 1}, {L"Help", 1, 0, 1}, {L"All", 1, 1, 1}};
+    for (const auto& [name, tools, extra, help] : states) {
+        EXPECT_EQ(_ComponentSetupTypeSet(session, data, name), 0);
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools"), tools) << name;
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), extra) << name;
+        EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Help"), help) << name;
+    }
 }
 
 TEST(FileMedia, ChecksKeys)
@@ -357,6 +335,11 @@ TEST(FileMedia, FiltersWithTheInvertedFlag)
     EXPECT_EQ(session.CallsOf(L"ISetupData.FilterLanguage(1033, -1)"), 1);
     EXPECT_GE(_ComponentFilterOS(session, data, 1, 2, 5), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupDataEx.FilterOS(1, 2, 0)"), 1);
+    const ListHandle list = _ListCreate(session, ListTypeNumber);
+    EXPECT_EQ(_MediaGetFilteringInfo(session, data, 0, list), 0);
+    const Patched square(
+        "SafeArrayGetDim", +[](SAFEARRAY*) WINAPI -> UINT { return 2; }, L"VHRT.dll");
+    EXPECT_EQ(_MediaGetFilteringInfo(session, data, 0, list), DISP_E_TYPEMISMATCH);
 }
 
 // The files of an item that fit, or the code.
@@ -371,20 +354,22 @@ std::wstring Files(ObjectContext* context, const wchar_t* item, const wchar_t* p
 TEST(FileMedia, EnumeratesFilesByPattern)
 {
     const Session session;
-    const struct {
-        const wchar_t *item, *pattern, *files;
-    } cases[] = {{L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
-                 {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
-                 {L"Tools\\Extra", L"*.none", L""},
-                 {L"Tools\\Extra", L"none\\*", L"-105"},
-                 {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
-                 {L"", L"*h*", L"help\\d.bin"},
-                 {L"", L"help\\*", L"d.bin"},
-                 {L"", L"none\\*", L"-105"},
-                 {L"No such", L"*", L"-105"}};
-    for (const auto& one : cases)
-        EXPECT_EQ(Files(session, one.item, one.pattern, 0), one.files) << one.item << " " << one.pattern;
+    Table<const wchar_t*, const wchar_t*, const wchar_t*> cases = {
+        {L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
+        {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
+        {L"Tools\\Extra", L"*.none", L""},
+        {L"Tools\\Extra", L"none\\*", L"-105"},
+        {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
+        {L"", L"*h*", L"help\\d.bin"},
+        {L"", L"help\\*", L"d.bin"},
+        {L"", L"none\\*", L"-105"},
+        {L"No such", L"*", L"-105"}};
+    for (const auto& [item, pattern, files] : cases)
+        EXPECT_EQ(Files(session, item, pattern, 0), files) << item << " " << pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);
+    const long asked = session.CallsOf(L"ISetupItems.Item");
+    EXPECT_EQ(Files(session, std::wstring(300, L'x').c_str(), L"*", 0), L"-105");
+    EXPECT_EQ(session.CallsOf(L"ISetupItems.Item") - asked, 2) << "a path behind its root may have any length";
 }
 
 // Gives a payload file its last write, in local time.
@@ -454,24 +439,20 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
         EXPECT_EQ(Files(session, item, L"*", 0), L"docs\\one.txt|docs\\sub\\large.bin");
     }
     // Facts that go to a list; 10 and 131072 give one element for each bit.
-    const struct {
-        const wchar_t* path;
-        int32_t code;
-        std::vector<int32_t> numbers;
-    } lists[] = {
+    Table<const wchar_t*, int32_t, std::vector<int32_t>> lists = {
         {L"docs\\one.txt", 10, {1, 8}},           {L"docs", 131072, {1, 8}}, {L"docs\\one.txt", 65536, {1033, 1031}},
         {L"docs\\sub\\large.bin", 65536, {1031}}, {L"rest", 10, {2, 16}},    {L"rest", 65536, {9}}};
-    for (const auto& one : lists) {
+    for (const auto& [path, code, wanted_numbers] : lists) {
         int64_t list = _ListCreate(session, ListTypeNumber);
-        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), 0) << one.code;
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, code, &list, nullptr), 0) << code;
         std::vector<int32_t> numbers;
         int32_t value = 0;
-        for (int64_t code = _ListGetFirstItem(session, list, &value); code == 0;
-             code = _ListGetNextItem(session, list, &value))
+        for (int64_t more = _ListGetFirstItem(session, list, &value); more == 0;
+             more = _ListGetNextItem(session, list, &value))
             numbers.push_back(value);
-        EXPECT_EQ(numbers, one.numbers) << one.path << " " << one.code;
+        EXPECT_EQ(numbers, wanted_numbers) << path << " " << code;
         list = _ListCreate(session, ListTypeString);
-        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", one.path, one.code, &list, nullptr), VHRT_WRONG_TYPE);
+        EXPECT_EQ(_ComponentFileInfo(session, data, L"F", L"", path, code, &list, nullptr), VHRT_WRONG_TYPE);
     }
     for (const wchar_t* path : {L"docs", L"docs\\", L""})
         for (const int32_t code : {1, 2, 3, 4, 5, 6, 7, 8, 9, 11, 12, 13})
@@ -505,8 +486,7 @@ TEST(FileMedia, GivesTheEnginesErrorToTheScript)
     EXPECT_EQ(_ComponentMoveData(session, data, 0), E_INVALIDARG);
     variant error;
     wchar_t media[64] = L"";
-    EXPECT_EQ(_ComponentErrorInfo(session, error.put(), media), 0);
-    EXPECT_STREQ(media, data);
+    EXPECT_GIVES_TEXT(_ComponentErrorInfo(session, error.put(), media), 0, media, data);
     ASSERT_EQ(error.type(), VT_DISPATCH);
     const std::pair<const wchar_t*, const wchar_t*> properties[] = {
         {L"Code", L"-2147024809"}, {L"File", L"<NOWHERE>"}, {L"Reason", L"\"Lost\""}, {L"Text", L"\"Lost\""}};
@@ -539,8 +519,7 @@ TEST(MediaInfo, FillsTheRecordOfTheScript)
         R"(, "media": {"texts": ["one", "two", "three"], "number": 77, "truths": [true, false, true]})");
     VHRTMediaInfo info;
     std::memset(&info, 0xEE, sizeof(info));
-    EXPECT_EQ(_MediaGetInfo(session, data, &info), 0);
-    EXPECT_EQ(info.number, 77);
+    EXPECT_GIVES(_MediaGetInfo(session, data, &info), 0, info.number, 77);
     EXPECT_STREQ(info.text1, L"one");
     EXPECT_STREQ(info.text3, L"three");
     EXPECT_STREQ(info.text14, L"");

@@ -1,21 +1,12 @@
 // Exhausted memory leaves the library as one exception type, which the host catches by that type.
-#include <cstdlib>
-#include <string>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <oaidl.h>
-#include <oleauto.h>
-
 #include "../../exports/vhrt.h"
 #include "../../exports/vhrt/exceptions.h"
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 
-using vh::test::BareContext;
-using vh::test::ImportPatch;
+#include <oleauto.h>
+
+using namespace vh::test;
 
 namespace {
 
@@ -46,13 +37,11 @@ HRESULT CodeOf(Work&& work)
 TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
 {
     const BareContext context;
-    const ListHandle texts = _ListCreate(context, ListTypeString);
-    const ListHandle numbers = _ListCreate(context, ListTypeNumber);
+    const ListHandle texts = _ListCreate(context, ListTypeString), numbers = _ListCreate(context, ListTypeNumber);
     _ListAddString(context, texts, L"here before", ListAddAfter);
     {
-        const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "SysAllocStringLen", reinterpret_cast<void*>(&NoText));
-        ASSERT_TRUE(none.found());
-        const ImportPatch counted(GetModuleHandleW(L"VHRT.dll"), "free", reinterpret_cast<void*>(&CountedFree));
+        const Patched none("SysAllocStringLen", NoText, L"VHRT.dll");
+        const Patched counted("free", CountedFree, L"VHRT.dll");
         reserves_back = 0;
         EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
                   E_OUTOFMEMORY);
@@ -62,8 +51,7 @@ TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
         EXPECT_EQ(_OpenFile(context, L"a path that needs a block", 2, 0), -1);
     }
     {
-        const ImportPatch none(GetModuleHandleW(L"VHRT.dll"), "malloc", reinterpret_cast<void*>(&OnlySmallBlocks));
-        ASSERT_TRUE(none.found());
+        const Patched none("malloc", OnlySmallBlocks, L"VHRT.dll");
         const HRESULT code = CodeOf([&] {
             for (int i = 0; i < 1000; ++i)
                 _ListAddItem(context, numbers, i, ListAddAfter);

@@ -1,12 +1,4 @@
 // What every export answers for a null context.
-#include <iterator>
-#include <map>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../support/call_export.h"
 
 namespace {

@@ -1,12 +1,7 @@
 // The path family through the exports.
-#include <filesystem>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/paths.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -40,11 +35,9 @@ TEST(Paths, AResultThatDoesNotFitWritesNothingAndTellsItsSize)
         const auto length = static_cast<int32_t>(whole.size());
         wchar_t buffer[64] = L"untouched";
         EXPECT_EQ(getter(L"c:\\nowhere\\file.ext", buffer, length), length + 1);
-        EXPECT_EQ(getter(L"c:\\nowhere\\file.ext", buffer, -5), length + 1);
-        EXPECT_STREQ(buffer, L"untouched");
+        EXPECT_GIVES_TEXT(getter(L"c:\\nowhere\\file.ext", buffer, -5), length + 1, buffer, L"untouched");
         EXPECT_EQ(getter(L"c:\\nowhere\\file.ext", nullptr, 64), -1);
-        EXPECT_EQ(getter(L"c:\\nowhere\\file.ext", buffer, length + 1), 0);
-        EXPECT_EQ(buffer, whole);
+        EXPECT_GIVES(getter(L"c:\\nowhere\\file.ext", buffer, length + 1), 0, buffer, whole);
         EXPECT_EQ(Get(getter, nullptr), L"");
     }
 }
@@ -121,10 +114,6 @@ TEST_F(CompactedPath, LosesFoldersOnlyAsFarAsTheWidthDemands)
         EXPECT_EQ(Compact(width - 1, stages[0].c_str()), stages[i + 1 < stages.size() ? i + 1 : i]);
     }
     EXPECT_EQ(Compact(1, L"no folder at all.txt"), L"no folder at all.txt");
-}
-
-TEST_F(CompactedPath, NeedsAWindow)
-{
     wchar_t buffer[16] = L"untouched";
     EXPECT_EQ(PathCompactPathPixel(reinterpret_cast<HWND>(intptr_t{0x7F123456}), L"c:\\a", buffer, 16), -1);
     EXPECT_STREQ(buffer, L"untouched");
@@ -157,8 +146,7 @@ TEST(CrackedUrl, OfATextThatIsNoneIsEmptyWithTheNumbersLeftAlone)
         wcscpy(parts.host, L"old");
         parts.schemeType = 77;
         parts.port = 78;
-        EXPECT_EQ(PathCrackUrl(text, &parts), 0);
-        EXPECT_STREQ(parts.host, L"");
+        EXPECT_GIVES_TEXT(PathCrackUrl(text, &parts), 0, parts.host, L"");
         EXPECT_EQ(parts.schemeType, 77);
         EXPECT_EQ(parts.port, 78);
     }
@@ -172,8 +160,7 @@ TEST(CrackedUrl, EndsAtTheFirstComponentThatDoesNotFit)
     wcscpy(parts.extra, L"old extra");
     parts.port = 78;
     const std::wstring url = L"http://host/" + std::wstring(1100, L'p') + L"?e";
-    EXPECT_EQ(PathCrackUrl(url.c_str(), &parts), -1);
-    EXPECT_STREQ(parts.host, L"host");
+    EXPECT_GIVES_TEXT(PathCrackUrl(url.c_str(), &parts), -1, parts.host, L"host");
     EXPECT_STREQ(parts.path, L"old path");
     EXPECT_STREQ(parts.extra, L"old extra");
     EXPECT_EQ(parts.port, 78);
@@ -181,8 +168,7 @@ TEST(CrackedUrl, EndsAtTheFirstComponentThatDoesNotFit)
     // 1023 units are the most that a path can have.
     const std::wstring longest = L"http://host/" + std::wstring(1022, L'p');
     EXPECT_EQ(PathCrackUrl(longest.c_str(), &parts), 0);
-    EXPECT_EQ(wcslen(parts.path), 1023u);
-    EXPECT_EQ(parts.port, 80);
+    EXPECT_GIVES(wcslen(parts.path), 1023u, parts.port, 80);
 }
 
 TEST(PathSyntax, TellsPathsAndUrlsFromOtherText)

@@ -1,12 +1,11 @@
 // The registry family on the embedded engine: what reaches it, what comes back, what the trace shows.
-#include <gtest/gtest.h>
-
 #include "../support/bare_context.h"
+#include "../support/replaced.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
 
 using namespace vh;
-using vh::test::Session;
+using namespace vh::test;
 
 namespace {
 
@@ -15,18 +14,11 @@ constexpr int64_t local_machine = static_cast<int32_t>(0x80000002);
 constexpr int64_t not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
 constexpr const wchar_t* base = L"Software\\VHRegistryTest";
 
-// A key of the test's own; it goes with the test.
-struct TestKey {
-    TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
-    ~TestKey() { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
-};
-
 // A value as the registry holds it, read past the library: type and bytes.
 std::pair<DWORD, std::string> Raw(const wchar_t* name)
 {
     char bytes[256];
-    DWORD size = sizeof(bytes);
-    DWORD type = 0;
+    DWORD size = sizeof(bytes), type = 0;
     if (RegGetValueW(HKEY_CURRENT_USER, base, name, RRF_RT_ANY | RRF_NOEXPAND, &type, bytes, &size) != ERROR_SUCCESS)
         return {};
     return {type, std::string(bytes, size)};
@@ -37,67 +29,73 @@ std::string Wide(std::wstring_view text)
     return std::string(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
 }
 
-TEST(RegistryKeys, LoseOneLeadingBackslash)
+// A session with a key of its own, which goes with it.
+class RegistryTest : public testing::Test {
+protected:
+    RegistryTest()
+    {
+        RegDeleteTreeW(HKEY_CURRENT_USER, base);
+        const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
+        texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
+        session.calls().Reset();
+    }
+    ~RegistryTest() override { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
+
+    Session session;
+    const ListHandle list = _ListCreate(session, ListTypeString);
+};
+using RegistryKeys = RegistryTest;
+using RegistryOptions = RegistryTest;
+using RegistryTextSubs = RegistryTest;
+using RegistryValues = RegistryTest;
+using RegistryWrites = RegistryTest;
+using RemoteRegistry = RegistryTest;
+using TracedRegistry = RegistryTest;
+
+TEST_F(RegistryKeys, LoseOneLeadingBackslash)
 {
-    const TestKey cleared;
-    const Session session;
-    const struct {
-        const wchar_t* given;
-        const wchar_t* sent; // null: the engine is not asked
-    } cases[] = {{L"\\A\\B", L"A\\B"}, {L"A\\B", L"A\\B"}, {L"\\\\A", L"\\A"},
-                 {L"\\", L""},         {L"", nullptr},     {nullptr, nullptr}};
+    Table<const wchar_t*, const wchar_t*> cases = {{L"\\A\\B", L"A\\B"}, {L"A\\B", L"A\\B"}, {L"\\\\A", L"\\A"},
+                                                   {L"\\", L""},         {L"", nullptr},     {nullptr, nullptr}};
     session.calls().FailCall(L"ISetupRegistry.", E_ABORT);
-    for (const auto& one : cases) {
+    for (const auto& [given, sent] : cases) {
         const long before = session.calls().Calls();
         int32_t type = 0, size = 0;
-        EXPECT_EQ(_RegCreateKey(session, current_user, one.given, L"c", 5), one.sent ? E_ABORT : -1);
-        EXPECT_EQ(_RegQueryKeyValue(session, current_user, one.given, L"n", &type, nullptr, &size),
-                  one.sent ? E_ABORT : -1);
-        EXPECT_EQ(session.calls().Calls() - before, one.sent ? 2 : 0);
-        if (one.sent) {
-            EXPECT_EQ(session.CallsOf(L"ISetupRegistry.CreateKey(-2147483647, \"" + std::wstring(one.sent) +
-                                      L"\", \"c\", -1)"),
-                      std::wstring(one.sent) == L"A\\B" && one.given[0] != L'\\' ? 2 : 1);
+        EXPECT_EQ(_RegCreateKey(session, current_user, given, L"c", 5), sent ? E_ABORT : -1);
+        EXPECT_EQ(_RegQueryKeyValue(session, current_user, given, L"n", &type, nullptr, &size), sent ? E_ABORT : -1);
+        EXPECT_EQ(session.calls().Calls() - before, sent ? 2 : 0);
+        if (sent) {
+            EXPECT_EQ(
+                session.CallsOf(L"ISetupRegistry.CreateKey(-2147483647, \"" + std::wstring(sent) + L"\", \"c\", -1)"),
+                std::wstring(sent) == L"A\\B" && given[0] != L'\\' ? 2 : 1);
         }
     }
-    const ListHandle list = _ListCreate(session, ListTypeString);
     EXPECT_EQ(_RegEnum(session, current_user, L"", RegEnumKeys, list), E_ABORT) << "listing a root needs no key";
 }
 
-TEST(RegistryValues, AreWrittenByTheirTypes)
+TEST_F(RegistryValues, AreWrittenByTheirTypes)
 {
-    const TestKey cleared;
-    const Session session;
-    const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
-    texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
-    const std::wstring list(L"one\0two\0", 8);
-    const struct {
-        int32_t type;
-        const wchar_t* value;
-        int32_t size;
-        int64_t result;
-        std::string bytes;
-    } cases[] = {{REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
-                 {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
-                 {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
-                 {REG_MULTI_SZ, list.c_str(), 8, 0, Wide(list + L'\0')},
-                 {REG_MULTI_SZ, list.c_str(), -1, -1, ""},
-                 {REG_MULTI_SZ, nullptr, 3, -1, ""},
-                 {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
-                 {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
-                 {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
-                 {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
-                 {REG_BINARY, L"x", 1, -10, ""},
-                 {REG_NONE, L"x", 1, -1, ""},
-                 {11, L"x", 1, -1, ""}};
-    for (const auto& one : cases) {
+    const std::wstring two(L"one\0two\0", 8);
+    Table<int32_t, const wchar_t*, int32_t, int64_t, std::string> cases = {
+        {REG_SZ, L"text", 1, 0, Wide(std::wstring(L"text\0", 5))},
+        {REG_SZ, nullptr, 9, 0, Wide(std::wstring(1, L'\0'))},
+        {REG_EXPAND_SZ, L"%TEMP%", 0, 0, Wide(std::wstring(L"%TEMP%\0", 7))},
+        {REG_MULTI_SZ, two.c_str(), 8, 0, Wide(two + L'\0')},
+        {REG_MULTI_SZ, two.c_str(), -1, -1, ""},
+        {REG_MULTI_SZ, nullptr, 3, -1, ""},
+        {REG_DWORD, L"12abc", 0, 0, std::string("\x0C\0\0\0", 4)},
+        {REG_DWORD, L"-1", 0, 0, "\xFF\xFF\xFF\xFF"},
+        {REG_DWORD, L"x", 0, 0, std::string(4, '\0')},
+        {REG_DWORD, L"4<SEVEN>", 0, 0, std::string("\x2F\0\0\0", 4)},
+        {REG_BINARY, L"x", 1, -10, ""},
+        {REG_NONE, L"x", 1, -1, ""},
+        {11, L"x", 1, -1, ""}};
+    for (const auto& [type, value, size, result, bytes] : cases) {
         RegDeleteTreeW(HKEY_CURRENT_USER, base);
-        EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", one.type, one.value, one.size), one.result)
-            << one.type;
-        if (one.result == 0) {
-            EXPECT_EQ(Raw(L"V"), std::make_pair(static_cast<DWORD>(one.type), one.bytes)) << one.type;
+        EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", type, value, size), result) << type;
+        if (result == 0) {
+            EXPECT_EQ(Raw(L"V"), std::make_pair(static_cast<DWORD>(type), bytes)) << type;
         } else {
-            EXPECT_EQ(Raw(L"V").second, "") << one.type;
+            EXPECT_EQ(Raw(L"V").second, "") << type;
         }
     }
     EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, base, L"B", "\0\1\2", 3), 0);
@@ -108,12 +106,8 @@ TEST(RegistryValues, AreWrittenByTheirTypes)
     EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, L"", L"B", "x", 1), -1);
 }
 
-TEST(RegistryTextSubs, ReachBothTheEngineAndNumbers)
+TEST_F(RegistryTextSubs, ReachBothTheEngineAndNumbers)
 {
-    const TestKey cleared;
-    const Session session;
-    const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
-    texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
     const auto write = [&](int32_t type) {
         EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", type, L"<SEVEN>", 0), 0);
         return Raw(L"V").second;
@@ -139,63 +133,44 @@ TEST(RegistryTextSubs, ReachBothTheEngineAndNumbers)
     EXPECT_EQ(_RegSetOptions(session, 1), -1);
 }
 
-TEST(RegistryValues, ComeBackAsText)
+TEST_F(RegistryValues, ComeBackAsText)
 {
-    const TestKey cleared;
-    const Session session;
     _RegSetKeyValue(session, current_user, base, L"text", REG_SZ, L"four", 0);
     _RegSetKeyValue(session, current_user, base, L"none", REG_SZ, L"", 0);
     _RegSetKeyValue(session, current_user, base, L"list", REG_MULTI_SZ, L"a\0b\0", 4);
     _RegSetKeyValue(session, current_user, base, L"number", REG_DWORD, L"-12", 0);
     _RegSetKeyBinaryValue(session, current_user, base, L"bytes", "\1\2\3", 3);
-    const struct {
-        const wchar_t* name;
-        int32_t size;
-        int64_t result;
-        int32_t size_back;
-        int32_t type;
-        std::wstring units;
-    } cases[] = {{L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
-                 {L"text", 4, -5, 5, REG_SZ, L"#######"},
-                 {L"text", 0, -5, 5, REG_SZ, L"#######"},
-                 {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
-                 {L"none", 0, -5, 1, REG_SZ, L"#######"},
-                 {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
-                 {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
-                 {L"bytes", 9, -10, 9, REG_BINARY, L"#######"},
-                 {L"missing", 9, not_found, 9, -7, L"#######"}};
-    for (const auto& one : cases) {
+    Table<const wchar_t*, int32_t, int64_t, int32_t, int32_t, std::wstring> cases = {
+        {L"text", 4, -5, 5, REG_SZ, L"#######"},       {L"text", 5, 0, 4, REG_SZ, std::wstring(L"four\0##", 7)},
+        {L"text", 0, -5, 5, REG_SZ, L"#######"},       {L"none", 1, 0, 0, REG_SZ, std::wstring(L"\0######", 7)},
+        {L"none", 0, -5, 1, REG_SZ, L"#######"},       {L"list", 5, 0, 4, REG_MULTI_SZ, std::wstring(L"a\0b\0\0##", 7)},
+        {L"bytes", 9, -10, 9, REG_BINARY, L"#######"}, {L"number", 0, 0, 4, REG_DWORD, std::wstring(L"-12\0###", 7)},
+        {L"missing", 9, not_found, 9, -7, L"#######"}};
+    for (const auto& [name, room, result, size_back, wanted_type, units] : cases) {
         wchar_t buffer[] = L"#######";
-        int32_t type = -7, size = one.size;
-        EXPECT_EQ(_RegQueryKeyValue(session, current_user, base, one.name, &type, buffer, &size), one.result);
-        EXPECT_EQ(size, one.size_back);
-        EXPECT_EQ(type, one.type);
-        EXPECT_EQ(std::wstring(buffer, 7), one.units);
+        int32_t type = -7, size = room;
+        EXPECT_EQ(_RegQueryKeyValue(session, current_user, base, name, &type, buffer, &size), result);
+        EXPECT_EQ(size, size_back);
+        EXPECT_EQ(type, wanted_type);
+        EXPECT_EQ(std::wstring(buffer, 7), units);
     }
-    const struct {
-        const wchar_t* name;
-        int32_t size;
-        int64_t result;
-        int32_t size_back;
-        std::string bytes;
-    } binary[] = {{L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
-                  {L"bytes", 3, -5, 4, "#####"},
-                  {L"text", 9, -1, 9, "#####"},
-                  {L"number", 9, -1, 9, "#####"},
-                  {L"missing", 9, not_found, 9, "#####"}};
-    for (const auto& one : binary) {
+    Table<const wchar_t*, int32_t, int64_t, int32_t, std::string> binary = {
+        {L"bytes", 4, 0, 3, std::string("\1\2\3\0#", 5)},
+        {L"bytes", 3, -5, 4, "#####"},
+        {L"text", 9, -1, 9, "#####"},
+        {L"number", 9, -1, 9, "#####"},
+        {L"missing", 9, not_found, 9, "#####"}};
+    for (const auto& [name, room, result, size_back, bytes] : binary) {
         char buffer[] = "#####";
-        int32_t size = one.size;
-        EXPECT_EQ(_RegQueryKeyBinaryValue(session, current_user, base, one.name, buffer, &size), one.result);
-        EXPECT_EQ(size, one.size_back);
-        EXPECT_EQ(std::string(buffer, 5), one.bytes);
+        int32_t size = room;
+        EXPECT_EQ(_RegQueryKeyBinaryValue(session, current_user, base, name, buffer, &size), result);
+        EXPECT_EQ(size, size_back);
+        EXPECT_EQ(std::string(buffer, 5), bytes);
     }
 }
 
-TEST(RegistryKeys, AreFoundListedAndDeleted)
+TEST_F(RegistryKeys, AreFoundListedAndDeleted)
 {
-    const TestKey cleared;
-    const Session session;
     const std::wstring sub = std::wstring(L"\\") + base + L"\\Sub";
     EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
     EXPECT_EQ(_RegDeleteKey(session, current_user, sub.c_str()), -1);
@@ -206,12 +181,11 @@ TEST(RegistryKeys, AreFoundListedAndDeleted)
     _RegSetKeyValue(session, current_user, base, L"V", REG_SZ, L"", 0);
     _RegSetKeyValue(session, current_user, base, L"W", REG_SZ, L"", 0);
 
-    const ListHandle list = _ListCreate(session, ListTypeString);
     const ListHandle numbers = _ListCreate(session, ListTypeNumber);
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, list), 0);
-    EXPECT_EQ(test::ListText(session, list), L"Sub");
+    EXPECT_EQ(ListText(session, list), L"Sub");
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumValues, list), 0);
-    EXPECT_EQ(test::ListText(session, list), L"Sub|V|W");
+    EXPECT_EQ(ListText(session, list), L"Sub|V|W");
     EXPECT_EQ(_RegEnum(session, current_user, base, 3, list), -1);
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, numbers), -1);
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, 12345), -1);
@@ -223,16 +197,20 @@ TEST(RegistryKeys, AreFoundListedAndDeleted)
     EXPECT_EQ(_RegDeleteValue(session, current_user, (sub + L"\\none").c_str(), L"V"), -1);
     EXPECT_EQ(_RegDeleteKey(session, current_user, sub.c_str()), 0);
     EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
+    {
+        const Patched square(
+            "SafeArrayGetDim", +[](SAFEARRAY*) WINAPI -> UINT { return 2; }, L"VHRT.dll");
+        for (const int32_t kind : {RegEnumKeys, RegEnumValues})
+            EXPECT_EQ(_RegEnum(session, current_user, base, kind, list), DISP_E_TYPEMISMATCH);
+    }
     session.calls().FailCall(L"ISetupRegistry.KeyExists", E_ABORT);
     EXPECT_EQ(_RegExistsKey(session, current_user, base), -1);
     EXPECT_EQ(_RegDeleteKey(session, current_user, base), -1) << "a key that is not seen is not deleted";
 }
 
-TEST(RegistryWrites, AreUndoneWithTheRun)
+TEST_F(RegistryWrites, AreUndoneWithTheRun)
 {
-    const TestKey cleared;
     RegSetKeyValueW(HKEY_CURRENT_USER, base, L"Old", REG_SZ, L"before", 14);
-    const Session session;
     EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"Old", REG_SZ, L"after", 0), 0);
     EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, (std::wstring(base) + L"\\New").c_str(), L"B", "x", 1), 0);
     session.engine->Rollback();
@@ -240,23 +218,19 @@ TEST(RegistryWrites, AreUndoneWithTheRun)
     EXPECT_EQ(_RegExistsKey(session, current_user, (std::wstring(base) + L"\\New").c_str()), 0);
 }
 
-TEST(RegistryOptions, ChooseTheView)
+TEST_F(RegistryOptions, ChooseTheView)
 {
-    const Session session;
     for (const int32_t wanted : {0, 1, 0}) {
         int32_t options = -7;
         EXPECT_EQ(_RegSetOptions(session, wanted), 0);
-        EXPECT_EQ(_RegGetOptions(session, &options), 0);
-        EXPECT_EQ(options, wanted);
+        EXPECT_GIVES(_RegGetOptions(session, &options), 0, options, wanted);
         EXPECT_EQ(_RegGetOptions(nullptr, &options), -1);
     }
     EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);
 }
 
-TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
+TEST_F(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
 {
-    const TestKey cleared;
-    const Session session;
     EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     EXPECT_EQ(_RegDisConnectRegistry(session), 0);
     for (const int64_t root : {current_user, int64_t{0x80000002},
@@ -290,20 +264,17 @@ TEST(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
     EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
     EXPECT_EQ(_RegIsRemoteRegConnected(nullptr), 0);
 
-    Session left;
-    ASSERT_EQ(_RegConnectRegistry(left, local_machine, L""), 0);
-    left.Release();
-    EXPECT_EQ(left.CallsOf(L"ISetupRegistry.Disconnect"), 1) << "a context's end closes its connection";
+    ASSERT_EQ(_RegConnectRegistry(session, local_machine, L""), 0);
+    session.calls().Reset();
+    session.Release();
+    EXPECT_EQ(session.CallsOf(L"ISetupRegistry.Disconnect"), 1) << "a context's end closes its connection";
 }
 
-TEST(TracedRegistry, WritesBeginAndEndWithItsFields)
+TEST_F(TracedRegistry, WritesBeginAndEndWithItsFields)
 {
-    const TestKey cleared;
-    engine::test::SetupFolder setup;
-    engine::test::MakeTree(setup);
-    const auto engine = setup.Open();
-    const std::string text =
-        test::TracedCalls(engine->Host().get(), engine->Services().get(), [](auto& library, ObjectContext* context) {
+    session.Release();
+    const std::string text = TracedCalls(
+        session.engine->Host().get(), session.engine->Services().get(), [](auto& library, ObjectContext* context) {
             const auto set = VHRT_GET(library, _RegSetKeyValue);
             const auto create = VHRT_GET(library, _RegCreateKey);
             const auto erase_value = VHRT_GET(library, _RegDeleteValue);
@@ -322,9 +293,7 @@ TEST(TracedRegistry, WritesBeginAndEndWithItsFields)
             erase(nullptr, 1, L"k");
             set(nullptr, 1, L"k", L"n", 3, L"v", 2);
         });
-    using test::Record;
-    const std::string root = "RootKey=-2147483647\tKey=";
-    const std::string key = root + "Software\\VHRegistryTest";
+    const std::string root = "RootKey=-2147483647\tKey=", key = root + "Software\\VHRegistryTest";
     const char* const success = "Success\t\t";
     const char* const failure = "Failure\t\tError=0xffffffff\t";
     const char* const set = "RegDBSetKeyValueEx";

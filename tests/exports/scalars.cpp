@@ -1,28 +1,22 @@
 // Bytes, numbers and formatted text.
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/scalars.h"
 #include "../../scriptdata/variant.h"
+#include "../support/test.h"
 
 namespace {
 
+using namespace vh::test;
+
 TEST(Bytes, CopyFailsInTheOrderOfItsTests)
 {
-    const struct {
-        uint32_t target_offset, target_size, source_offset, source_size, count;
-        int32_t result;
-    } cases[] = {{0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
-                 {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0}};
-    for (const auto& one : cases) {
+    Table<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, int32_t> cases = {
+        {0, 8, 0, 8, 8, 0}, {2, 8, 0, 8, 7, 9},  {0, 8, 4, 8, 5, -3}, {7, 8, 7, 8, 2, 9},
+        {0, 8, 0, 8, 0, 0}, {0, 8, 8, 8, 1, -3}, {0, 0, 0, 8, 1, 1},  {8, 8, 0, 0, 0, 0}};
+    for (const auto& [target_offset, target_size, source_offset, source_size, count, result] : cases) {
         char target[9] = "........";
-        EXPECT_EQ(_CopyBytes(target, one.target_offset, one.target_size, "abcdefgh", one.source_offset, one.source_size,
-                             one.count),
-                  one.result)
-            << one.target_offset << " " << one.count;
-        const bool copied = one.result == 0 && one.count;
+        EXPECT_EQ(_CopyBytes(target, target_offset, target_size, "abcdefgh", source_offset, source_size, count), result)
+            << target_offset << " " << count;
+        const bool copied = result == 0 && count;
         EXPECT_EQ(std::string(target) != "........", copied);
     }
     char overlap[] = "abcdef";
@@ -33,14 +27,12 @@ TEST(Bytes, CopyFailsInTheOrderOfItsTests)
 TEST(Bytes, AcceptTheIndexOneBehindTheEnd)
 {
     uint8_t buffer[] = {0x7F, 0xFF, 0x80, 0x01};
-    const struct {
-        uint32_t index;
-        int32_t code, value;
-    } cases[] = {{0, 0, 127}, {1, 0, -1}, {2, 0, -128}, {3, 0, 1}, {4, -4, 99}, {0xFFFFFFFF, -4, 99}};
-    for (const auto& one : cases) {
+    Table<uint32_t, int32_t, int32_t> cases = {{0, 0, 127}, {1, 0, -1},  {2, 0, -128},
+                                               {3, 0, 1},   {4, -4, 99}, {0xFFFFFFFF, -4, 99}};
+    for (const auto& [index, code, wanted_value] : cases) {
         int32_t value = 99;
-        EXPECT_EQ(_GetByte(buffer, 3, one.index, &value), one.code) << one.index;
-        EXPECT_EQ(value, one.value) << one.index;
+        EXPECT_EQ(_GetByte(buffer, 3, index, &value), code) << index;
+        EXPECT_EQ(value, wanted_value) << index;
     }
     EXPECT_EQ(_SetByte(buffer, 3, 3, 0x1AB), 0);
     EXPECT_EQ(buffer[3], 0xAB);
@@ -49,34 +41,24 @@ TEST(Bytes, AcceptTheIndexOneBehindTheEnd)
 
 TEST(Numbers, DivideAndCombineAsText)
 {
-    wchar_t text[64];
-    wchar_t point[8];
-    const struct {
-        int32_t numerator, denominator, precision;
-        const wchar_t* text;
-    } divisions[] = {{1, 3, 4, L"0.3333"}, {-7, 2, 1, L"-3.5"}, {2, 3, 0, L"1"}, {10, 5, 2, L"2.00"}};
-    for (const auto& one : divisions) {
-        EXPECT_EQ(_Divide(one.numerator, one.denominator, one.precision, text, point), 0);
-        EXPECT_STREQ(text, one.text);
+    wchar_t text[64], point[8];
+    Table<int32_t, int32_t, int32_t, const wchar_t*> divisions = {
+        {1, 3, 4, L"0.3333"}, {-7, 2, 1, L"-3.5"}, {2, 3, 0, L"1"}, {10, 5, 2, L"2.00"}};
+    for (const auto& [numerator, denominator, precision, wanted_text] : divisions) {
+        EXPECT_GIVES_TEXT(_Divide(numerator, denominator, precision, text, point), 0, text, wanted_text);
         EXPECT_STREQ(point, L".");
     }
     EXPECT_EQ(_Divide(1, 0, 2, text, point), 0);
 
-    const struct {
-        const wchar_t *a, *b;
-        wchar_t operation;
-        const wchar_t* text;
-    } operations[] = {{L"1.5", L"2", L'+', L"3.50"},      {L"1.5", L"2x", L'*', L"3.00"},
-                      {L"1", L"3", L'/', L"0.33"},        {L"", L"2", L'-', L"-2.00"},
-                      {L"abc", L"1", L'+', L"1.00"},      {nullptr, L"1", L'+', L"1.00"},
-                      {L"1e3", L"0.25", L'+', L"1000.25"}};
-    for (const auto& one : operations) {
-        EXPECT_EQ(_FloatingPointOperation(one.a, one.b, one.operation, text), 0);
-        EXPECT_STREQ(text, one.text);
+    Table<const wchar_t*, const wchar_t*, wchar_t, const wchar_t*> operations = {
+        {L"1.5", L"2", L'+', L"3.50"},      {L"1.5", L"2x", L'*', L"3.00"}, {L"1", L"3", L'/', L"0.33"},
+        {L"", L"2", L'-', L"-2.00"},        {L"abc", L"1", L'+', L"1.00"},  {nullptr, L"1", L'+', L"1.00"},
+        {L"1e3", L"0.25", L'+', L"1000.25"}};
+    for (const auto& [a, b, operation, wanted_text] : operations) {
+        EXPECT_GIVES_TEXT(_FloatingPointOperation(a, b, operation, text), 0, text, wanted_text);
     }
     wcscpy(text, L"kept");
-    EXPECT_EQ(_FloatingPointOperation(L"1", L"2", L'%', text), E_INVALIDARG);
-    EXPECT_STREQ(text, L"kept");
+    EXPECT_GIVES_TEXT(_FloatingPointOperation(L"1", L"2", L'%', text), E_INVALIDARG, text, L"kept");
     EXPECT_EQ(_CompareDWORD(0x80000000, 1), 1);
     EXPECT_EQ(_CompareDWORD(1, 0xFFFFFFFF), -1);
     EXPECT_EQ(_CompareDWORD(5, 5), 0);

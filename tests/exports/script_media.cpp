@@ -1,18 +1,10 @@
 // Media that a script builds, and the arithmetic of costs, which they make exact.
-#include <map>
-#include <random>
-#include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../Src/inc/engine_features.h"
 #include "../../exports/vhrt.h"
 #include "../../scriptdata/com_object.h"
 #include "../support/bare_context.h"
 
-using vh::test::BareContext;
-using vh::test::ListText;
+using namespace vh::test;
 
 namespace {
 
@@ -27,12 +19,10 @@ TEST(ScriptMedia, IsMadeByItsFirstItem)
     EXPECT_EQ(_ComponentAddItem(context, mine, L"", 1, 1), static_cast<int32_t>(0x8004F093)) << "now unmapped";
     EXPECT_EQ(_ComponentAddItem(context, mine, L"a", 1, 1), 0);
     EXPECT_EQ(_ComponentAddItem(context, mine, L"a", 1, 1), static_cast<int32_t>(0x8004F066));
-    wchar_t text[64];
-    wchar_t detail[64];
+    wchar_t text[64], detail[64];
     int32_t code = 0;
     _ComponentSetData(context, mine, L"a", 15, 0, L"The letter");
-    EXPECT_EQ(_ComponentError(context, mine, text, 64, detail, detail, &code), 0);
-    EXPECT_EQ(code, -102);
+    EXPECT_GIVES(_ComponentError(context, mine, text, 64, detail, detail, &code), 0, code, -102);
     EXPECT_STREQ(text, L"The letter") << "shown by its display name";
     EXPECT_EQ(_ComponentError(context, mine, text, 10, detail, detail, &code), 11);
 }
@@ -92,13 +82,11 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(number(10), 3000) << "bytes";
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 10, 77, nullptr), 0);
     EXPECT_EQ(number(10), 77);
-    const struct {
-        int32_t code, get, set;
-    } odd[] = {{1, -118, -118}, {16, -118, -118}, {5, -118, -137},  {6, -118, -140},
-               {3, -137, -137}, {13, -137, -137}, {19, -137, -137}, {24, -137, -137}};
-    for (const auto& one : odd) {
-        EXPECT_EQ(number(one.code), one.get) << one.code;
-        EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", one.code, 0, nullptr), one.set) << one.code;
+    Table<int32_t, int32_t, int32_t> odd = {{1, -118, -118}, {16, -118, -118}, {5, -118, -137},  {6, -118, -140},
+                                            {3, -137, -137}, {13, -137, -137}, {19, -137, -137}, {24, -137, -137}};
+    for (const auto& [code, get, set] : odd) {
+        EXPECT_EQ(number(code), get) << code;
+        EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", code, 0, nullptr), set) << code;
     }
     EXPECT_EQ(_ComponentSelectItem(context, mine, L"", 1), -105);
     EXPECT_EQ(_ComponentMoveData(context, mine, 1), -126);
@@ -116,11 +104,15 @@ TEST(ScriptMedia, AddsUpWhatIsSelected)
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"a", 1, 0, 0),
               20 + (_ComponentIsItemSelected(context, mine, L"a") ? 10 : 0));
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"", 1, 0, 0), 0x7FFFFFFF);
+    // A size, or a wanted length, with the bits of a failure is none.
+    constexpr int32_t looks_failed = 0x4F066;
+    _ComponentAddItem(context, mine, L"e", looks_failed, 0);
+    EXPECT_EQ(_ComponentTotalSize(context, mine, L"e", 0, 0, 0), looks_failed);
+    _ComponentSetData(context, mine, L"e", 0, 0, std::wstring(looks_failed - 1, L'x').c_str());
+    EXPECT_EQ(_ComponentGetData(context, mine, L"e", 0, nullptr, nullptr, 1), looks_failed);
     int32_t size = 0;
-    EXPECT_EQ(_ComponentGetItemSize(context, mine, L"a\\c", &size), 0);
-    EXPECT_EQ(size, 40);
-    EXPECT_EQ(_ComponentGetItemSize(context, mine, L"none", &size), -105);
-    EXPECT_EQ(size, -1);
+    EXPECT_GIVES(_ComponentGetItemSize(context, mine, L"a\\c", &size), 0, size, 40);
+    EXPECT_GIVES(_ComponentGetItemSize(context, mine, L"none", &size), -105, size, -1);
 }
 
 TEST(Costs, RoundAndChooseTheirUnits)
@@ -140,8 +132,7 @@ TEST(Costs, RoundAndChooseTheirUnits)
         int32_t cost = -1;
         EXPECT_EQ(_ComponentGetCost(context, mine, L"x", L"any target", &cost), 0);
         EXPECT_EQ(cost, kilobytes) << bytes;
-        EXPECT_EQ(_ComponentGetTotalCost(context, mine, L"", &cost), 0);
-        EXPECT_EQ(cost, kilobytes);
+        EXPECT_GIVES(_ComponentGetTotalCost(context, mine, L"", &cost), 0, cost, kilobytes);
         wchar_t text[32] = L"#";
         int32_t unit = 99;
         EXPECT_EQ(_ComponentGetCostEx(context, mine, L"x", L"", text, &unit), 0);
@@ -152,10 +143,8 @@ TEST(Costs, RoundAndChooseTheirUnits)
     const BareContext context;
     for (int i = 0; i < 5; ++i)
         _ComponentAddItem(context, mine, std::to_wstring(i).c_str(), 0x7FFFFFFF, 1);
-    int32_t high = 0;
-    int32_t low = 0;
-    EXPECT_EQ(_FeatureGetCost(context, mine, L"", L"", &high, &low), 0);
-    EXPECT_EQ(high, 4);
+    int32_t high = 0, low = 0;
+    EXPECT_GIVES(_FeatureGetCost(context, mine, L"", L"", &high, &low), 0, high, 4);
     EXPECT_EQ(low, 0x7FFFFFFF - 4);
     wchar_t text[32];
     int32_t unit = 0;

@@ -1,23 +1,19 @@
 // The trace log, seen in the files that it leaves.
-#include <gtest/gtest.h>
-
+#include "../../exports/vhrt/trace.h"
 #include "../../exports/vhrt/context.h"
 #include "../../exports/vhrt/file_copy.h"
-#include "../../exports/vhrt/trace.h"
 #include "../../exports/vhrt/transfer.h"
+#include "../support/test.h"
 #include "../support/traced_library.h"
 
-using vh::test::DecodedTrace;
-using vh::test::TempFolder;
-using vh::test::TracedLibrary;
+using namespace vh::test;
 
 namespace {
 
 // What stands behind the heading, without the line of the load.
 std::string Lines(const std::wstring& path)
 {
-    const std::string text = DecodedTrace(path);
-    const std::string heading = "Category|SubCategory|Details\r\n";
+    const std::string text = DecodedTrace(path), heading = "Category|SubCategory|Details\r\n";
     const size_t begin = text.find(heading);
     if (begin == text.npos)
         return "<no heading>";
@@ -57,43 +53,42 @@ TEST(Trace, StoresLengthAndScrambledBytes)
     TracedLibrary library(path);
     DeleteFileW(path.c_str());
     VHRT_GET(library, _SetupTraceWrite)(L"A", L"", L"");
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
     // "A||" and "\r\n", each with its length; a file that was deleted comes back without a header.
-    EXPECT_EQ(bytes, std::string("\3\0\0\0\x24\xD4\xD8\2\0\0\0\x15\x0D", 13));
+    const std::string record("\3\0\0\0\x24\xD4\xD8\2\0\0\0\x15\x0D", 13);
+    EXPECT_EQ(BytesOf(path), record);
+    folder.Large(L"t.bin", (5ll << 30) + 7);
+    VHRT_GET(library, _SetupTraceWrite)(L"A", L"", L"");
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    file.seekg((5ll << 30) + 7);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), record) << "at the end of a file of any size";
 }
 
 TEST(Trace, CleansLineEndsOutOfDetails)
 {
-    const struct {
-        const wchar_t* details;
-        const char* line;
-    } cases[] = {
-        {L"abc", "abc"},
-        {L"abc\r\n", "abc"},
-        {L"abc\n\n", "abc_"},
-        {L"a\r\nb\nc", "a_b_c"},
-        {L"a\rb", "a\rb"},
-        {L"a\r\n\r\n", "a_"},
-        {L"\n", ""},
-        {L"\r", ""},
-        {L"", ""},
-        {L"a|b\tc", "a|b\tc"},
-        {L"100%%", "100%"},
-        {L"%d of %d", "0 of 0"},
-        {L"%s.", "(null)."},
-        {L"a%n%5hhnb", "ab"},
-        {L"%%n", "%n"},
-        {L"%5%nn.%d", "%5n.0"},
-        {L"http://u:p@h/x", "http://u:***@h/x"},
-    };
+    Table<const wchar_t*, const char*> cases = {{L"abc", "abc"},
+                                                {L"abc\r\n", "abc"},
+                                                {L"abc\n\n", "abc_"},
+                                                {L"a\r\nb\nc", "a_b_c"},
+                                                {L"a\rb", "a\rb"},
+                                                {L"a\r\n\r\n", "a_"},
+                                                {L"\n", ""},
+                                                {L"\r", ""},
+                                                {L"", ""},
+                                                {L"a|b\tc", "a|b\tc"},
+                                                {L"100%%", "100%"},
+                                                {L"%d of %d", "0 of 0"},
+                                                {L"%s.", "(null)."},
+                                                {L"a%n%5hhnb", "ab"},
+                                                {L"%%n", "%n"},
+                                                {L"%5%nn.%d", "%5n.0"},
+                                                {L"http://u:p@h/x", "http://u:***@h/x"}};
     const TempFolder folder;
     const std::wstring path = folder / L"t.bin";
     TracedLibrary library(path);
     std::string expected;
-    for (const auto& one : cases) {
-        EXPECT_EQ(VHRT_GET(library, _SetupTraceWrite)(L"Cat\n", nullptr, one.details), 0);
-        expected += "Cat\n||" + std::string(one.line) + "\r\n";
+    for (const auto& [details, line] : cases) {
+        EXPECT_EQ(VHRT_GET(library, _SetupTraceWrite)(L"Cat\n", nullptr, details), 0);
+        expected += "Cat\n||" + std::string(line) + "\r\n";
     }
     EXPECT_EQ(Lines(path), expected);
 }
@@ -109,6 +104,8 @@ TEST(Trace, CutsLongDetails)
         const std::string expected = "C|S|" + std::string(std::min<size_t>(length, 16381), 'x') + "\r\n";
         EXPECT_EQ(DecodedTrace(path), expected) << length;
     }
+    VHRT_GET(library, _SetupTraceWrite)((std::wstring(16370, L'c') + L"http://u:secret@h").c_str(), L"", L"");
+    EXPECT_NE(DecodedTrace(path).find("chttp://u:***"), std::string::npos) << "cut inside a password";
 }
 
 TEST(Trace, NeverFailsItsCaller)
@@ -151,7 +148,7 @@ TEST(Trace, NamesItsFileAfterTheProcessOnTheDesktop)
 
 TEST(TracedCalls, WriteBeginAndEndWithTheirTabs)
 {
-    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext* context) {
+    const std::string text = TracedCalls(nullptr, nullptr, [](auto& library, ObjectContext* context) {
         VHRT_GET(library, _ComponentMoveData)(context, L"none", 7);
         VHRT_GET(library, _ComponentTransferData)(context, L"none");
         VHRT_GET(library, _CreateRegistrySet)(context, nullptr, L"Set");
@@ -163,7 +160,6 @@ TEST(TracedCalls, WriteBeginAndEndWithTheirTabs)
         VHRT_GET(library, _ComponentMoveData)(nullptr, L"M", 0);
         VHRT_GET(library, _FileCopy)(nullptr, L"s", L"t", 1);
     });
-    using vh::test::Record;
     const char* const failure = "Failure\t\tError=0xffffffff\t\t";
     const char* const no_media = "Failure\t\tError=0x8004f084\t\t";
     EXPECT_EQ(text, Record("FeatureMoveData", "Media=none", "Failure\t\tError=0x8004f07e\t\t") +

@@ -1,10 +1,8 @@
 // The large actions: what reaches the engine, in which order, and what is left behind.
-#include <gtest/gtest.h>
-
 #include "../support/session.h"
 
 using namespace vh;
-using vh::test::Session;
+using namespace vh::test;
 
 namespace {
 
@@ -45,51 +43,52 @@ TEST(TransferData, AddsItsOwnStepBehindTheMove)
 
 TEST(MoveData, EndsAtTheFirstFailingStep)
 {
-    const struct {
-        const wchar_t* failing;
-        bool stops;
-    } steps[] = {{L"ISetupHost.BeginData", true},
-                 {L"ISetupFeatureHost.Reinstall", false},
-                 {L"ISetupFeatureHost.GetCosts", true},
-                 {L"ISetupCosts.GetTotalLow", true},
-                 {L"ISetupCosts.GetTotalHigh", true},
-                 {L"IServiceProvider.QueryService(ISetupProgress)", true},
-                 {L"ISetupProgress.BeginTransfer", true},
-                 {L"ISetupFeatureHost.Move", true},
-                 {L"ISetupHost.EndData", true}};
-    for (const auto& step : steps) {
+    Table<const wchar_t*, bool> steps = {{L"ISetupHost.BeginData", true},
+                                         {L"ISetupFeatureHost.Reinstall", false},
+                                         {L"ISetupFeatureHost.GetCosts", true},
+                                         {L"ISetupCosts.GetTotalLow", true},
+                                         {L"ISetupCosts.GetTotalHigh", true},
+                                         {L"IServiceProvider.QueryService(ISetupProgress)", true},
+                                         {L"ISetupProgress.BeginTransfer", true},
+                                         {L"ISetupFeatureHost.Move", true},
+                                         {L"ISetupHost.EndData", true}};
+    for (const auto& [failing, stops] : steps) {
         const Session session;
-        session.calls().FailCall(step.failing, static_cast<HRESULT>(0x8004F06C));
-        EXPECT_EQ(_ComponentMoveData(session, data, 1), step.stops ? -108 : 0);
+        session.calls().FailCall(failing, static_cast<HRESULT>(0x8004F06C));
+        EXPECT_EQ(_ComponentMoveData(session, data, 1), stops ? -108 : 0);
     }
 }
 
 TEST(FixedActions, LeaveTheirModes)
 {
-    const struct {
-        int32_t(__stdcall* action)(ObjectContext*);
-        const wchar_t* call;
-        const wchar_t* mode;
-    } actions[] = {{_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-                   {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
-                   {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"}};
-    for (const auto& one : actions) {
+    Table<int32_t(__stdcall*)(ObjectContext*), const wchar_t*, const wchar_t*> actions = {
+        {_ComponentReinstall, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+        {_ComponentPatch, L"ISetupFeatureHost.Reinstall", L"ISetupDataModes.SetReinstallMode"},
+        {_ComponentRemoveAll, L"ISetupFeatureHost.SelectAll", L"ISetupDataEx.SetRemoveAllMode"}};
+    for (const auto& [action, call, mode] : actions) {
         const Session session;
-        EXPECT_EQ(one.action(session), 0) << session.engine->LogFile().size();
-        EXPECT_EQ(session.CallsOf(one.mode), 1);
-        session.calls().FailCall(one.call, static_cast<HRESULT>(0x8004F069));
-        EXPECT_EQ(one.action(session), -105);
-        EXPECT_EQ(session.CallsOf(one.mode), 2) << "also when the action failed";
-        session.calls().FailCall(one.mode, E_ABORT);
-        EXPECT_EQ(one.action(session), -105) << "the action's failure comes first";
-        session.calls().FailCall(one.call, S_OK);
-        EXPECT_EQ(one.action(session), one.action == _ComponentRemoveAll ? 0 : E_ABORT);
+        EXPECT_EQ(action(session), 0) << session.engine->LogFile().size();
+        EXPECT_EQ(session.CallsOf(mode), 1);
+        session.calls().FailCall(call, static_cast<HRESULT>(0x8004F069));
+        EXPECT_EQ(action(session), -105);
+        EXPECT_EQ(session.CallsOf(mode), 2) << "also when the action failed";
+        session.calls().FailCall(mode, E_ABORT);
+        EXPECT_EQ(action(session), -105) << "the action's failure comes first";
+        session.calls().FailCall(call, S_OK);
+        EXPECT_EQ(action(session), action == _ComponentRemoveAll ? 0 : E_ABORT);
     }
     const Session session;
     EXPECT_EQ(_ComponentUpdate(session), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupDataModes.SetReinstallMode"), 1);
     EXPECT_EQ(_ComponentRemoveAllInLogOnly(session), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupFeatureModes.RemoveAllInLogOnly(-1)"), 1);
+    for (const wchar_t* call : {L"ISetupData.GetRoot", L"ISetupItems.Item", L"ISetupItem.GetChildren",
+                                L"ISetupItems.Count", L"ISetupItem.GetName", L"ISetupItem.Reinstall"})
+        for (const HRESULT code : {E_INVALIDARG, static_cast<HRESULT>(0x8004F069)}) {
+            session.calls().Reset();
+            session.calls().FailCall(call, code);
+            EXPECT_EQ(_ComponentUpdate(session), -105) << call << " " << code;
+        }
     session.calls().FailCall(L"IServiceProvider.QueryService(ISetupData)", E_NOINTERFACE);
     EXPECT_EQ(_ComponentReinstall(session), E_FAIL);
 }
@@ -115,8 +114,7 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     int32_t cost = -1;
     EXPECT_EQ(_FeatureAddCost(session, L"MORE", L"Two", L"Q:\\x", 4 << 10, 0), 0);
     const long asked = session.CallsOf(L"ISetupItem.GetCosts");
-    EXPECT_EQ(_ComponentGetTotalCost(session, L"MORE", L"Q:\\", &cost), 0);
-    EXPECT_EQ(cost, 4);
+    EXPECT_GIVES(_ComponentGetTotalCost(session, L"MORE", L"Q:\\", &cost), 0, cost, 4);
     EXPECT_EQ(session.CallsOf(L"ISetupItem.GetCosts") - asked, 3) << "from the first disk on, which is never moved";
     EXPECT_EQ(_ComponentMoveData(session, L"MORE", 1), 0);
     EXPECT_EQ(engine::test::Tree(session.folder.Target()), (std::vector<std::wstring>{L"a.bin", L"b.bin"}));
@@ -151,9 +149,11 @@ TEST(Targets, SaveAndLoadBothStores)
     EXPECT_EQ(get(local), L"local value");
     EXPECT_EQ(get(global), L"global value");
 
-    session.calls().FailCall(L"ISetupLogDB.GetStore", E_FAIL);
-    EXPECT_EQ(_ComponentSaveTarget(session, L"U"), 0) << "without the database the local store is saved alone";
-    session.calls().FailCall(L"ISetupLogDB.GetStore", S_OK);
+    for (const HRESULT code : {E_FAIL, S_FALSE, S_OK}) {
+        session.calls().FailCall(L"ISetupLogDB.GetStore", code);
+        EXPECT_EQ(_ComponentSaveTarget(session, L"U"), 0);
+        EXPECT_EQ(session.CallsOf(L"ISetupTextSub.Save(\"UGlobal\""), code == S_OK) << "only into a store";
+    }
     session.calls().FailCall(L"ISetupDataEx.GetTargetState", E_ACCESSDENIED);
     EXPECT_EQ(_ComponentSaveTarget(session, L"V"), E_ACCESSDENIED);
     session.calls().FailCall(L"ISetupDataEx.GetTargetState", S_OK);
@@ -167,17 +167,14 @@ TEST(Targets, SaveAndLoadBothStores)
 
 TEST(FileCopy, TranslatesItsFlags)
 {
-    const struct {
-        int32_t given;
-        long passed;
-    } cases[] = {{0x202, 0x300}, {0x22, 0x30}, {0x222, 0x330}, {0x2000, 0x6000}, {0x200, 0x200},
-                 {0x20, 0x20},   {0x2, 0},     {0, 0},         {0x2002, 0x6000}, {0x4001, 0x4001}};
+    Table<int32_t, long> cases = {{0x202, 0x300}, {0x22, 0x30}, {0x222, 0x330}, {0x2000, 0x6000}, {0x200, 0x200},
+                                  {0x20, 0x20},   {0x2, 0},     {0, 0},         {0x2002, 0x6000}, {0x4001, 0x4001}};
     const Session session;
     session.calls().FailCall(L"ISetupFileOps.CreateCopyJob", E_ABORT);
-    for (const auto& one : cases) {
-        EXPECT_EQ(_FileCopy(session, L"s", L"t", one.given), E_ABORT);
+    for (const auto& [given, passed] : cases) {
+        EXPECT_EQ(_FileCopy(session, L"s", L"t", given), E_ABORT);
         EXPECT_EQ(session.calls().Lines().back(),
-                  L"ISetupFileOps.CreateCopyJob(\"s\", \"t\", " + std::to_wstring(one.passed) + L")");
+                  L"ISetupFileOps.CreateCopyJob(\"s\", \"t\", " + std::to_wstring(passed) + L")");
     }
     EXPECT_EQ(_FileCopy(session, nullptr, nullptr, 0), E_ABORT);
     EXPECT_EQ(session.calls().Lines().back(), L"ISetupFileOps.CreateCopyJob(null, null, 0)");
@@ -186,8 +183,7 @@ TEST(FileCopy, TranslatesItsFlags)
 TEST(FileCopy, CopiesThroughTheEngineAndTellsTheFirstFailure)
 {
     const Session session;
-    const std::wstring source = session.folder.Setup(L"*.bin");
-    const std::wstring target = session.folder.Target(L"copies");
+    const std::wstring source = session.folder.Setup(L"*.bin"), target = session.folder.Target(L"copies");
     EXPECT_EQ(_CreateDir(session, target.c_str()), 0);
     EXPECT_EQ(_FileCopy(session, source.c_str(), target.c_str(), 0), 0);
     EXPECT_EQ(engine::test::Tree(target).size(), 4u);

@@ -1,13 +1,10 @@
 // The user's rights, by the token as it is and by tokens that the system could give.
-#include <map>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/facts.h"
 #include "../support/import_patch.h"
+#include "../support/replaced.h"
+#include "../support/test.h"
 
-using vh::test::ImportPatch;
+using namespace vh::test;
 
 namespace {
 
@@ -34,10 +31,7 @@ struct Group {
 // The token that the next look-ups find, or the error of each step.
 struct Token {
     std::vector<Group> groups;
-    DWORD thread_error = ERROR_NO_TOKEN;
-    DWORD process_error = 0;
-    DWORD size_error = 0;
-    DWORD read_error = 0;
+    DWORD thread_error = ERROR_NO_TOKEN, process_error = 0, size_error = 0, read_error = 0;
 };
 Token token;
 
@@ -89,17 +83,12 @@ DWORD WINAPI VersionWithoutRights() { return 0x80000004; }
 
 class TokenRights : public testing::Test {
 protected:
-    void SetUp() override
-    {
-        token = {};
-        ASSERT_TRUE(m_thread.found() && m_process.found() && m_information.found());
-    }
+    void SetUp() override { token = {}; }
 
 private:
-    const HMODULE m_library = GetModuleHandleW(L"VHRT.dll");
-    const ImportPatch m_thread{m_library, "OpenThreadToken", reinterpret_cast<void*>(ThreadToken)};
-    const ImportPatch m_process{m_library, "OpenProcessToken", reinterpret_cast<void*>(ProcessToken)};
-    const ImportPatch m_information{m_library, "GetTokenInformation", reinterpret_cast<void*>(Information)};
+    const Patched m_thread{"OpenThreadToken", ThreadToken, L"VHRT.dll"};
+    const Patched m_process{"OpenProcessToken", ProcessToken, L"VHRT.dll"};
+    const Patched m_information{"GetTokenInformation", Information, L"VHRT.dll"};
 };
 
 TEST(RealRights, AreThoseOfTheProcess)
@@ -161,9 +150,7 @@ TEST_F(TokenRights, AreNoneWhenATokenCannotBeReadAndAllWhenTheSystemHasNoTokens)
         token = sound;
     }
     token.groups.clear();
-    const ImportPatch version(GetModuleHandleW(L"VHRT.dll"), "GetVersion",
-                              reinterpret_cast<void*>(VersionWithoutRights));
-    ASSERT_TRUE(version.found());
+    const Patched version("GetVersion", VersionWithoutRights, L"VHRT.dll");
     EXPECT_EQ(Rights(), (Answers{1, 1, 1}));
 }
 

@@ -1,6 +1,4 @@
 // Versions and translations of files, and the copy that goes with them.
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/versions.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
@@ -8,12 +6,7 @@
 #include "../support/traced_library.h"
 #include "../support/version_file.h"
 
-using vh::test::BareContext;
-using vh::test::FixedPart;
-using vh::test::ImageWithVersion;
-using vh::test::TempFolder;
-using vh::test::Translations;
-using vh::test::VersionBlock;
+using namespace vh::test;
 
 namespace {
 
@@ -146,13 +139,11 @@ TEST(DamagedVersions, AreReadInsideTheirBlockOnly)
 
 TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
 {
-    vh::test::Session session;
+    Session session;
     const TempFolder folder;
-    const std::wstring source = folder.Write(L"source.dll", "new");
-    const std::wstring target = folder / L"target.dll";
+    const std::wstring source = folder.Write(L"source.dll", "new"), target = folder / L"target.dll";
     wchar_t buffer[MAX_PATH] = L"";
-    EXPECT_EQ(_VerUpdateFile(session, source.c_str(), target.c_str(), 0, buffer), 0);
-    EXPECT_EQ(buffer, target);
+    EXPECT_GIVES(_VerUpdateFile(session, source.c_str(), target.c_str(), 0, buffer), 0, buffer, target);
     EXPECT_TRUE(std::filesystem::exists(target));
 
     wcscpy_s(buffer, untouched);
@@ -160,8 +151,7 @@ TEST(VersionUpdate, CopiesAndGivesTheTargetOnSuccessOnly)
     EXPECT_EQ(failed, _FileCopy(session, (folder / L"missing.dll").c_str(), target.c_str(), 0));
     EXPECT_NE(failed, 0);
     EXPECT_STREQ(buffer, untouched);
-    EXPECT_EQ(_VerUpdateFile(nullptr, source.c_str(), target.c_str(), 0, buffer), -1);
-    EXPECT_STREQ(buffer, untouched);
+    EXPECT_GIVES_TEXT(_VerUpdateFile(nullptr, source.c_str(), target.c_str(), 0, buffer), -1, buffer, untouched);
 }
 
 TEST(VersionTrace, TellsFileAndVersionAtBothEnds)
@@ -170,7 +160,7 @@ TEST(VersionTrace, TellsFileAndVersionAtBothEnds)
     const std::wstring sound = folder.Write(
         L"sound.dll", ImageWithVersion(Resource(FixedPart(0x10002, 0x30004), {Translations(Words({0x04B00409}))})));
     const std::wstring missing = folder / L"missing.dll";
-    const std::string text = vh::test::TracedCalls(nullptr, nullptr, [&](auto& library, ObjectContext* context) {
+    const std::string text = TracedCalls(nullptr, nullptr, [&](auto& library, ObjectContext* context) {
         const ListHandle texts = VHRT_GET(library, _ListCreate)(context, ListTypeString);
         const ListHandle numbers = VHRT_GET(library, _ListCreate)(context, ListTypeNumber);
         const auto languages = VHRT_GET(library, _VerGetFileLanguages);
@@ -185,7 +175,6 @@ TEST(VersionTrace, TellsFileAndVersionAtBothEnds)
     const std::string good = "FileName=" + std::filesystem::path(sound).string();
     const std::string gone = "FileName=" + std::filesystem::path(missing).string();
     const std::string place = "FileName=" + folder.path().string();
-    using vh::test::Record;
     EXPECT_EQ(text, Record("VerGetFileVersion", good + "\tFileVersion=before") +
                         "VHFuncEnd|VerGetFileVersion|Result=Success\t" + good + "\tFileVersion=1.2.3.4\r\n" +
                         Record("VerGetFileVersion", gone + "\tFileVersion=1.2.3.4") +

@@ -1,6 +1,4 @@
 // The conversation with a download agent, which is another process here.
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/web_disks.h"
 #include "../../scriptdata/unique.h"
 #include "../support/session.h"
@@ -8,13 +6,13 @@
 
 namespace {
 
-using vh::test::Session;
+using namespace vh::test;
 
 HWND AgentWindow() { return FindWindowW(nullptr, L"FetchOnDemand"); }
 
 class Agent {
 public:
-    explicit Agent(const vh::test::TempFolder& folder) : m_notes(folder / L"notes.txt")
+    explicit Agent(const TempFolder& folder) : m_notes(folder / L"notes.txt")
     {
         wchar_t program[MAX_PATH];
         GetModuleFileNameW(nullptr, program, MAX_PATH);
@@ -36,7 +34,7 @@ public:
     // What it was told, a line each.
     std::string Notes() const
     {
-        std::string notes = vh::test::BytesOf(m_notes);
+        std::string notes = BytesOf(m_notes);
         std::erase(notes, '\r');
         return notes;
     }
@@ -58,7 +56,7 @@ TEST(WebDisks, NeedAnAgent)
 
 TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
 {
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     const Agent agent(folder);
     Session session;
     ASSERT_EQ(_SetupInet(session), 1);
@@ -71,13 +69,10 @@ TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
     EXPECT_EQ(_InetGetNextDisk(session, L"data1.cab"), 4);
     session.calls().Reset();
 
-    const struct {
-        const wchar_t* file;
-        int32_t result;
-        int32_t error;
-    } requests[] = {{L"data2.cab", 4, 0}, {L"C:\\x\\disk3.cab", 4, 0}, {L"C:\\x2\\disk4.cab", 3, -2},
-                    {L"data.cab", 4, 0},  {L"C:/a/disk9", 4, 0},       {L"data2.1.cab", 4, 0},
-                    {nullptr, 4, 0}};
+    Table<const wchar_t*, int32_t, int32_t> requests = {
+        {L"data2.cab", 4, 0}, {L"C:\\x\\disk3.cab", 4, 0}, {L"C:\\x2\\disk4.cab", 3, -2},
+        {L"data.cab", 4, 0},  {L"C:/a/disk9", 4, 0},       {L"data2.1.cab", 4, 0},
+        {nullptr, 4, 0}};
     for (const auto& [file, result, error] : requests) {
         EXPECT_EQ(_InetGetNextDisk(session, file), result) << file;
         EXPECT_EQ(_InetGetLastError(session), error) << file;
@@ -102,7 +97,7 @@ TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
 // Noticed at the next check, 15 seconds after the request.
 TEST(WebDisks, AreNotThereWhenTheAgentGoesAway)
 {
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     const Agent agent(folder);
     const Session session;
     ASSERT_EQ(_SetupInet(session), 1);
@@ -115,7 +110,7 @@ TEST(WebDisks, AreNotThereWhenTheAgentGoesAway)
 // A window of the script gets its messages during a request: what it does to the link must not harm the request.
 TEST(WebDisks, EndWithTheLinkThatAWindowEndsMeanwhile)
 {
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     const Agent agent(folder);
     const Session session;
     ASSERT_EQ(_SetupInet(session), 1);
@@ -138,7 +133,7 @@ TEST(WebDisks, EndWithTheLinkThatAWindowEndsMeanwhile)
 // The context's end tells the agent, and a program that wants to end is not kept from it.
 TEST(WebDisks, LeaveTheQueueAndTheAgentInOrder)
 {
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     const Agent agent(folder);
     Session session;
     ASSERT_EQ(_SetupInet(session), 1);

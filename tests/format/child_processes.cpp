@@ -1,11 +1,10 @@
 // Which process counts as the child.
 #include "../../system/child_processes.h"
-
-#include <map>
-
-#include <gtest/gtest.h>
+#include "../support/test.h"
 
 namespace {
+
+using namespace vh::test;
 
 const std::vector<vh::ProcessEntry> family = {
     {40, 10, L"late.exe"},      {10, 4, L"setup.exe"},       {30, 20, L"grandchild.exe"}, {20, 10, L"c.exe"},
@@ -22,23 +21,18 @@ TEST(ChildProcesses, AreTheFirstThatQualify)
         const auto found = times.find(id);
         return found == times.end() ? std::nullopt : std::optional<uint64_t>(found->second);
     };
-    const struct {
-        uint32_t parent;
-        bool descendants;
-        std::optional<uint64_t> parent_time;
-        uint32_t child;
-        std::vector<uint32_t> asked;
-    } cases[] = {{10, false, 100, 20, {14, 20}}, // the older one has a number that came back
-                 {10, false, std::nullopt, 14, {}}, {10, false, 350, 40, {14, 20, 40}},
-                 {10, true, 250, 30, {14, 20, 30}}, {10, true, 500, 0, {14, 20, 30, 40}},
-                 {4, false, 1, 10, {10}},           {4, true, std::nullopt, 10, {}},
-                 {20, true, 1, 30, {30}},           {30, true, 1, 0, {}},
-                 {51, true, 1, 50, {50}},           {999, true, 7, 60, {60}}, // its time can't be read: accepted
-                 {60, false, 60, 0, {80}},          {123, true, 1, 0, {}}};
-    for (const auto& one : cases) {
+    Table<uint32_t, bool, std::optional<uint64_t>, uint32_t, std::vector<uint32_t>> cases = {
+        {10, false, 100, 20, {14, 20}}, // the older one has a number that came back
+        {10, false, std::nullopt, 14, {}}, {10, false, 350, 40, {14, 20, 40}},
+        {10, true, 250, 30, {14, 20, 30}}, {10, true, 500, 0, {14, 20, 30, 40}},
+        {4, false, 1, 10, {10}},           {4, true, std::nullopt, 10, {}},
+        {20, true, 1, 30, {30}},           {30, true, 1, 0, {}},
+        {51, true, 1, 50, {50}},           {999, true, 7, 60, {60}}, // its time can't be read: accepted
+        {60, false, 60, 0, {80}},          {123, true, 1, 0, {}}};
+    for (const auto& [parent, descendants, parent_time, child, wanted_asked] : cases) {
         asked.clear();
-        EXPECT_EQ(table.FindChild(one.parent, one.descendants, one.parent_time, time_of), one.child) << one.parent;
-        EXPECT_EQ(asked, one.asked) << one.parent;
+        EXPECT_EQ(table.FindChild(parent, descendants, parent_time, time_of), child) << parent;
+        EXPECT_EQ(asked, wanted_asked) << parent;
     }
     EXPECT_EQ(vh::ProcessTable({}).FindChild(1, true, 1, time_of), 0u);
 }

@@ -1,12 +1,10 @@
 // File patterns against a plain recursive matcher.
-#include <random>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../media/file_pattern.h"
+#include "../support/test.h"
 
 namespace {
+
+using namespace vh::test;
 
 bool Same(char16_t a, char16_t b) { return (a | 32) == (b | 32); }
 
@@ -38,17 +36,14 @@ TEST(FilePattern, AgreesWithAPlainMatcher)
 
 TEST(FilePattern, KnowsTheRulesForNames)
 {
-    const struct {
-        std::u16string_view name, pattern;
-        bool fits;
-    } cases[] = {{u"readme", u"*.*", true},  {u"", u"*.*", true},         {u"readme", u"r*.*", true},
-                 {u"readme", u"r*.?", true}, {u"readme", u"*.t*", false}, {u"a.txt", u"*.TXT", true},
-                 {u"a.txt", u"a.???", true}, {u"a.txt", u"a.??", false},  {u"a.b.c", u"*.c", true},
-                 {u"a", u"a.", true},        {u"a", u"", false},          {u"", u"", true},
-                 {u"a.b", u"a", false},      {u"a", u"b.*", false}};
-    for (const auto& one : cases)
-        EXPECT_EQ(Fits(one.name, one.pattern), one.fits) << std::string(one.name.begin(), one.name.end()) << " "
-                                                         << std::string(one.pattern.begin(), one.pattern.end());
+    Table<std::u16string_view, std::u16string_view, bool> cases = {
+        {u"readme", u"*.*", true},   {u"", u"*.*", true},        {u"readme", u"r*.*", true}, {u"readme", u"r*.?", true},
+        {u"readme", u"*.t*", false}, {u"a.txt", u"*.TXT", true}, {u"a.txt", u"a.???", true}, {u"a.txt", u"a.??", false},
+        {u"a.b.c", u"*.c", true},    {u"a", u"a.", true},        {u"a", u"", false},         {u"", u"", true},
+        {u"a.b", u"a", false},       {u"a", u"b.*", false}};
+    for (const auto& [name, pattern, fits] : cases)
+        EXPECT_EQ(Fits(name, pattern), fits)
+            << std::string(name.begin(), name.end()) << " " << std::string(pattern.begin(), pattern.end());
 }
 
 TEST(FilePattern, DoesNotExplodeOnManyStars)

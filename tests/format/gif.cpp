@@ -1,9 +1,8 @@
 // GIF files, made by a writer of the tests' own; digests of whole pictures come from another decoder.
 #include "../../pictures/formats/gif_header.h"
 
-#include <gtest/gtest.h>
-
 #include "../support/gif_writer.h"
+#include "../support/test.h"
 
 namespace {
 

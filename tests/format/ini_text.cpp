@@ -1,14 +1,10 @@
 // INI lines: what is a section, an entry, or nothing, in both unit sizes and for any bytes.
-#include <algorithm>
-#include <memory>
-#include <random>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../files/ini_text.h"
+#include "../support/test.h"
 
 namespace {
+
+using namespace vh::test;
 
 // "[name]" for a section, "key>value;" for an entry, "!" for a broken line.
 template <class Unit>
@@ -47,31 +43,28 @@ std::string Shown(const std::string& narrow, const std::string& separator)
 
 TEST(IniText, IsReadLineByLine)
 {
-    const struct {
-        const char* text;
-        const char* separator;
-        const char* shown;
-    } cases[] = {{"", "=", ""},
-                 {"\r\n\n\r;x\n;[\n", "=", ""},
-                 {"[a]", "=", "[a]"},
-                 {"[a]\r\nk=v", "=", "[a]k>v;"},
-                 {"[a]\rk=v\rl=w\n\rm=", "=", "[a]k>v;l>w;m>;"},
-                 {"[a] tail=1\nx=1=2", "=", "[a]x>1=2;"},
-                 {"[a]b]\n", "=", "[a]"},
-                 {"[]\n=v\n=", "=", "[]>v;>;"},
-                 {"[a]\n k = v \n ;no comment", "=", "[a] k > v ; ;no comment>;"},
-                 {"[a]\nflag", "=", "[a]flag>;"},
-                 {"[a\nk=v", "=", "!"},
-                 {"k=v\n[a]", "=", "!"},
-                 {";c\n\nk", "=", "!"},
-                 {"[a]\nk=v\n[b", "=", "[a]k>v;!"},
-                 {"[a]\nk::v", "::", "[a]k>:v;"},
-                 {"[a]\nk:v::w\nx::", "::", "[a]k:v>:w;x>:;"},
-                 {"[a]\nk=v", "", "[a]>=v;"},
-                 {"[a]\nk\tv", "\t", "[a]k>v;"}};
-    for (const auto& one : cases) {
-        EXPECT_EQ(Shown<char>(one.text, one.separator), one.shown) << testing::PrintToString(one.text);
-        EXPECT_EQ(Shown<char16_t>(one.text, one.separator), one.shown) << testing::PrintToString(one.text);
+    Table<const char*, const char*, const char*> cases = {
+        {"", "=", ""},
+        {"\r\n\n\r;x\n;[\n", "=", ""},
+        {"[a]", "=", "[a]"},
+        {"[a]\r\nk=v", "=", "[a]k>v;"},
+        {"[a]\rk=v\rl=w\n\rm=", "=", "[a]k>v;l>w;m>;"},
+        {"[a] tail=1\nx=1=2", "=", "[a]x>1=2;"},
+        {"[a]b]\n", "=", "[a]"},
+        {"[]\n=v\n=", "=", "[]>v;>;"},
+        {"[a]\n k = v \n ;no comment", "=", "[a] k > v ; ;no comment>;"},
+        {"[a]\nflag", "=", "[a]flag>;"},
+        {"[a\nk=v", "=", "!"},
+        {"k=v\n[a]", "=", "!"},
+        {";c\n\nk", "=", "!"},
+        {"[a]\nk=v\n[b", "=", "[a]k>v;!"},
+        {"[a]\nk::v", "::", "[a]k>:v;"},
+        {"[a]\nk:v::w\nx::", "::", "[a]k:v>:w;x>:;"},
+        {"[a]\nk=v", "", "[a]>=v;"},
+        {"[a]\nk\tv", "\t", "[a]k>v;"}};
+    for (const auto& [text, separator, shown] : cases) {
+        EXPECT_EQ(Shown<char>(text, separator), shown) << testing::PrintToString(text);
+        EXPECT_EQ(Shown<char16_t>(text, separator), shown) << testing::PrintToString(text);
     }
 }
 

@@ -1,10 +1,6 @@
 // MD5 against the published vectors, and over every way to cut the input.
 #include "../../files/md5.h"
-
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "../support/test.h"
 
 namespace {
 
@@ -42,17 +38,14 @@ TEST(Md5, GivesThePublishedDigests)
 
 TEST(Md5, PadsRightAroundTheEndOfABlock)
 {
-    struct row {
-        std::size_t length;
-        const char* digest;
-    };
-    const row rows[] = {{55, "ef1772b6dff9a122358552954ad0df65"},  {56, "3b0c8ac703f828b04c6c197006d17218"},
-                        {57, "652b906d60af96844ebd21b674f35e93"},  {63, "b06521f39153d618550606be297466d5"},
-                        {64, "014842d480b571495a4a0363793f7367"},  {65, "c743a45e0d2e6a95cb859adae0248435"},
-                        {119, "8a7bd0732ed6a28ce75f6dabc90e1613"}, {120, "5f61c0ccad4cac44c75ff505e1f1e537"},
-                        {128, "e510683b3f5ffe4093d021808bc6ff70"}};
-    for (const row& expected : rows)
-        EXPECT_EQ(SumOf(std::string(expected.length, 'a')), expected.digest) << expected.length;
+    vh::test::Table<std::size_t, const char*> rows = {
+        {55, "ef1772b6dff9a122358552954ad0df65"},  {56, "3b0c8ac703f828b04c6c197006d17218"},
+        {57, "652b906d60af96844ebd21b674f35e93"},  {63, "b06521f39153d618550606be297466d5"},
+        {64, "014842d480b571495a4a0363793f7367"},  {65, "c743a45e0d2e6a95cb859adae0248435"},
+        {119, "8a7bd0732ed6a28ce75f6dabc90e1613"}, {120, "5f61c0ccad4cac44c75ff505e1f1e537"},
+        {128, "e510683b3f5ffe4093d021808bc6ff70"}};
+    for (const auto& [length, digest] : rows)
+        EXPECT_EQ(SumOf(std::string(length, 'a')), digest) << length;
 }
 
 TEST(Md5, DoesNotDependOnHowTheInputIsCut)

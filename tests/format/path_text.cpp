@@ -1,21 +1,16 @@
 // Parts of paths, their shortening and their syntax, on 16-bit units everywhere.
 #include "../../scriptdata/path_text.h"
-
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "../support/test.h"
 
 namespace {
 
+using vh::test::Table;
 using namespace std::string_view_literals;
 using view = std::u16string_view;
 
 TEST(PathText, TakesEveryPathApart)
 {
-    struct row {
-        view path, root, part, directory, file, name, extension;
-    };
-    const row rows[] = {
+    Table<view, view, view, view, view, view, view> rows = {
         {u"", u"", u"", u"", u"", u"", u""},
         {u"c:", u"c:", u"c:", u"", u"", u"", u""},
         {u"c:\\", u"c:", u"c:\\", u"\\", u"", u"", u""},
@@ -37,43 +32,33 @@ TEST(PathText, TakesEveryPathApart)
         {u"\\c:b.txt", u"", u"\\", u"\\", u"b.txt", u"b", u"txt"},
         {u"x/y.z", u"", u"", u"", u"x/y.z", u"x/y", u"z"},
         {u"c:\\\u00E4\\\u4E2D.\u6587", u"c:", u"c:\\\u00E4\\", u"\\\u00E4\\", u"\u4E2D.\u6587", u"\u4E2D", u"\u6587"}};
-    for (const row& expected : rows) {
-        SCOPED_TRACE(::testing::PrintToString(expected.path));
-        EXPECT_EQ(vh::PathRoot(expected.path), expected.root);
-        EXPECT_EQ(vh::PathPart(expected.path), expected.part);
-        EXPECT_EQ(vh::PathDirectory(expected.path), expected.directory);
-        EXPECT_EQ(vh::PathFile(expected.path), expected.file);
-        EXPECT_EQ(vh::PathFileName(expected.path), expected.name);
-        EXPECT_EQ(vh::PathExtension(expected.path), expected.extension);
+    for (const auto& [path, root, part, directory, file, name, extension] : rows) {
+        SCOPED_TRACE(::testing::PrintToString(path));
+        EXPECT_EQ(vh::PathRoot(path), root);
+        EXPECT_EQ(vh::PathPart(path), part);
+        EXPECT_EQ(vh::PathDirectory(path), directory);
+        EXPECT_EQ(vh::PathFile(path), file);
+        EXPECT_EQ(vh::PathFileName(path), name);
+        EXPECT_EQ(vh::PathExtension(path), extension);
     }
 }
 
-TEST(PathText, ReducesAPathToItsFolderOnlyBeyondTheRoot)
+TEST(PathText, BecomeAFolderAnotherExtensionOrALongerPath)
 {
     EXPECT_EQ(vh::PathFolder(u"c:\\setup\\setup.exe"sv), u"c:\\setup\\");
     EXPECT_EQ(vh::PathFolder(u"c:\\setup.exe"sv), u"c:\\");
     EXPECT_EQ(vh::PathFolder(u"\\\\server\\share"sv), u"\\\\server\\share");
     EXPECT_EQ(vh::PathFolder(u"setup.exe"sv), u"setup.exe");
-}
-
-TEST(PathText, ReplacesOrAddsAnExtension)
-{
     EXPECT_EQ(vh::PathWithExtension(u"c:\\d.x\\data.cab"sv, u".hdr"), u"c:\\d.x\\data.hdr");
     EXPECT_EQ(vh::PathWithExtension(u"c:\\d.x\\data"sv, u".hdr"), u"c:\\d.x\\data.hdr");
     EXPECT_EQ(vh::PathWithExtension(u"a.b.c"sv, u".hdr"), u"a.b.hdr");
     EXPECT_EQ(vh::PathWithExtension(u""sv, u".hdr"), u".hdr");
-}
-
-TEST(PathText, JoinsWithOneBackslash)
-{
-    struct row {
-        view path, name, joined;
-    };
-    for (const row& expected : {row{u"c:\\a", u"b", u"c:\\a\\b"}, row{u"c:\\a\\", u"b", u"c:\\a\\b"},
-                                row{u"", u"b", u"b"}, row{u"c:", u"", u"c:\\"}}) {
-        std::u16string path(expected.path);
-        vh::PathAppend(path, expected.name);
-        EXPECT_EQ(path, expected.joined);
+    Table<view, view, view> rows = {
+        {u"c:\\a", u"b", u"c:\\a\\b"}, {u"c:\\a\\", u"b", u"c:\\a\\b"}, {u"", u"b", u"b"}, {u"c:", u"", u"c:\\"}};
+    for (const auto& [folder, name, joined] : rows) {
+        std::u16string path(folder);
+        vh::PathAppend(path, name);
+        EXPECT_EQ(path, joined);
     }
 }
 

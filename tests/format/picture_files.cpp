@@ -1,13 +1,9 @@
 // Bitmap, metafile and palette files: where things stand in them, and what is refused.
-#include <functional>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../pictures/formats/bitmap_file.h"
 #include "../../pictures/formats/metafile_file.h"
 #include "../../pictures/formats/palette_file.h"
 #include "../support/bitmap_writer.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -26,30 +22,30 @@ TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
         std::size_t colors = 0;
         std::size_t pixels_at = 0;
     } cases[] = {
-        {"1 bit", BitmapFile(Header(9, 1, 1), Table(2), row), 0, 2, 62},
-        {"one color of two", BitmapFile(Header(9, 1, 1, 0, 1), Table(1), row), 0, 1, 58},
-        {"4 bits", BitmapFile(Header(8, -1, 4), Table(16), row), 0, 16, 118},
-        {"more colors than fit", BitmapFile(Header(8, 1, 4, 0, 20), Table(20), row), 0, 16, 134},
-        {"16 bits", BitmapFile(Header(2, 1, 16), "", row), 0, 0, 54},
-        {"with fields", BitmapFile(Header(2, 1, 16, 3), Table(3), row), 0, 0, 66},
-        {"with fields inside", BitmapFile(Header(2, 1, 16, 3, 0, 108), "", row), 0, 0, 122},
-        {"24 bits with a table", BitmapFile(Header(1, 1, 24, 0, 7), Table(7), row), 0, 0, 82},
-        {"old", BitmapFile(Long(12) + Word(8) + Word(1) + Word(1) + Word(4), Table(16, 3), row), 0, 16, 74},
-        {"later", BitmapFile(Header(1, 1, 24), "", "...." + row, 58), 0, 0, 58},
-        {"told in the table", BitmapFile(Header(8, 1, 4), Table(16), row, 60), 0, 16, 118},
-        {"told beyond the end", BitmapFile(Header(8, 1, 4), Table(16), row, 5000), 0, 16, 118},
-        {"one byte short", BitmapFile(Header(8, 1, 4), Table(16), "abc"), 13},
-        {"a table beyond the end", BitmapFile(Header(8, 1, 8, 0, 0xFFFFFFFF), Table(16), row), 13},
-        {"no width", BitmapFile(Header(0, 1, 24), "", row), 13},
-        {"no height", BitmapFile(Header(1, 0, 24), "", row), 13},
-        {"least height", BitmapFile(Header(1, INT32_MIN, 24), "", row), 13},
-        {"giant", BitmapFile(Header(INT32_MAX, INT32_MAX, 32), "", row), 13},
-        {"2 bits", BitmapFile(Header(1, 1, 2), Table(4), row), 13},
-        {"a picture of another kind inside", BitmapFile(Header(1, 1, 0, 5), "", row), 13},
-        {"runs top first", BitmapFile(Header(1, -1, 8, 1), Table(256), row), 13},
-        {"giant runs", BitmapFile(Header(1 << 20, 1 << 20, 8, 1), Table(256), row), 13},
-        {"a header of 16", BitmapFile(Header(1, 1, 24, 0, 0, 40).replace(0, 1, 1, '\x10'), "", row), 13},
-        {"another mark", "MB" + BitmapFile(Header(1, 1, 24), "", row).substr(2), 13},
+        {"1 bit", BitmapFile(BitmapHeader(9, 1, 1), BitmapTable(2), row), 0, 2, 62},
+        {"one color of two", BitmapFile(BitmapHeader(9, 1, 1, 0, 1), BitmapTable(1), row), 0, 1, 58},
+        {"4 bits", BitmapFile(BitmapHeader(8, -1, 4), BitmapTable(16), row), 0, 16, 118},
+        {"more colors than fit", BitmapFile(BitmapHeader(8, 1, 4, 0, 20), BitmapTable(20), row), 0, 16, 134},
+        {"16 bits", BitmapFile(BitmapHeader(2, 1, 16), "", row), 0, 0, 54},
+        {"with fields", BitmapFile(BitmapHeader(2, 1, 16, 3), BitmapTable(3), row), 0, 0, 66},
+        {"with fields inside", BitmapFile(BitmapHeader(2, 1, 16, 3, 0, 108), "", row), 0, 0, 122},
+        {"24 bits with a table", BitmapFile(BitmapHeader(1, 1, 24, 0, 7), BitmapTable(7), row), 0, 0, 82},
+        {"old", BitmapFile(Long(12) + Word(8) + Word(1) + Word(1) + Word(4), BitmapTable(16, 3), row), 0, 16, 74},
+        {"later", BitmapFile(BitmapHeader(1, 1, 24), "", "...." + row, 58), 0, 0, 58},
+        {"told in the table", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), row, 60), 0, 16, 118},
+        {"told beyond the end", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), row, 5000), 0, 16, 118},
+        {"one byte short", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), "abc"), 13},
+        {"a table beyond the end", BitmapFile(BitmapHeader(8, 1, 8, 0, 0xFFFFFFFF), BitmapTable(16), row), 13},
+        {"no width", BitmapFile(BitmapHeader(0, 1, 24), "", row), 13},
+        {"no height", BitmapFile(BitmapHeader(1, 0, 24), "", row), 13},
+        {"least height", BitmapFile(BitmapHeader(1, INT32_MIN, 24), "", row), 13},
+        {"giant", BitmapFile(BitmapHeader(INT32_MAX, INT32_MAX, 32), "", row), 13},
+        {"2 bits", BitmapFile(BitmapHeader(1, 1, 2), BitmapTable(4), row), 13},
+        {"a picture of another kind inside", BitmapFile(BitmapHeader(1, 1, 0, 5), "", row), 13},
+        {"runs top first", BitmapFile(BitmapHeader(1, -1, 8, 1), BitmapTable(256), row), 13},
+        {"giant runs", BitmapFile(BitmapHeader(1 << 20, 1 << 20, 8, 1), BitmapTable(256), row), 13},
+        {"a header of 16", BitmapFile(BitmapHeader(1, 1, 24, 0, 0, 40).replace(0, 1, 1, '\x10'), "", row), 13},
+        {"another mark", "MB" + BitmapFile(BitmapHeader(1, 1, 24), "", row).substr(2), 13},
     };
     for (const auto& one : cases) {
         bitmap_picture picture;
@@ -89,7 +85,7 @@ TEST(PictureFiles, TakeRunsApart)
     };
     for (const auto& one : cases) {
         const std::string file =
-            BitmapFile(Header(5, 2, one.bits, one.bits == 8 ? 1 : 2), Table(1u << one.bits), one.runs);
+            BitmapFile(BitmapHeader(5, 2, one.bits, one.bits == 8 ? 1 : 2), BitmapTable(1u << one.bits), one.runs);
         bitmap_picture picture;
         ASSERT_EQ(ReadBitmapFile(Bytes(file), picture), 0u) << one.name;
         EXPECT_EQ(picture.bits, 8);
@@ -194,12 +190,13 @@ TEST(PictureFiles, SurviveEveryCutAndEveryChangedByte)
         std::string file;
         std::function<uint32_t(std::span<const std::byte>)> read;
     } cases[] = {
-        {BitmapFile(Header(5, 3, 8, 1), Table(256), std::string("\5\7\0\0\0\5\1\2\3\4\5\0\0\2\1\1\3\1\0\1", 20)),
+        {BitmapFile(BitmapHeader(5, 3, 8, 1), BitmapTable(256),
+                    std::string("\5\7\0\0\0\5\1\2\3\4\5\0\0\2\1\1\3\1\0\1", 20)),
          [](auto bytes) {
              bitmap_picture picture;
              return ReadBitmapFile(bytes, picture);
          }},
-        {BitmapFile(Header(3, 2, 16, 3), Table(3), std::string(16, 'p')),
+        {BitmapFile(BitmapHeader(3, 2, 16, 3), BitmapTable(3), std::string(16, 'p')),
          [](auto bytes) {
              bitmap_picture picture;
              return ReadBitmapFile(bytes, picture);

@@ -1,13 +1,6 @@
 // Cutting lines in memory: nothing is read beyond the buffer, whatever it holds.
-#include <cstring>
-#include <memory>
-#include <random>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../files/text_lines.h"
+#include "../support/test.h"
 
 namespace {
 

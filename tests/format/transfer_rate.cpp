@@ -1,9 +1,10 @@
 // How much a reader asks for at a time, from what has come before.
-#include <gtest/gtest.h>
-
 #include "../../diagnostics/transfer_rate.h"
+#include "../support/test.h"
 
 namespace {
+
+using namespace vh::test;
 
 constexpr uint64_t frequency = 10'000'000;
 constexpr uint32_t start_ms = 1'000'000;
@@ -20,11 +21,7 @@ TEST(TransferRate, AsksForLittleUntilTenSecondsAreMeasured)
     EXPECT_EQ(rate.chunk(start_ms), 1500u);
     rate.add(0, 60 * frequency, frequency);
     EXPECT_EQ(rate.chunk(start_ms), 1500u) << "no bytes, no rate";
-}
-
-TEST(TransferRate, AddsPassesShorterThanAMillisecond)
-{
-    vh::transfer_rate rate;
+    rate.clear();
     // A hundred thousand passes of 110 microseconds are 11 seconds.
     for (int i = 0; i < 100000; ++i)
         rate.add(1500, 1100, frequency);
@@ -44,11 +41,7 @@ TEST(TransferRate, ForgetsWhatIsOlderThanAMinute)
 
 TEST(TransferRate, CountsSlowAndFastLines)
 {
-    const struct {
-        uint32_t bytes;
-        uint32_t seconds;
-        uint64_t rate;
-    } cases[] = {
+    Table<uint32_t, uint32_t, uint64_t> cases = {
         {1, 100, 0}, {15, 100, 0}, {150, 100, 1}, {1'000'000'000, 20, 50'000'000}, {4'294'967'295, 100, 42'949'600}};
     for (const auto& [bytes, seconds, expected] : cases) {
         vh::transfer_rate rate;

@@ -1,10 +1,5 @@
 // How arguments and results cross between a script and exported functions, with functions of our own.
-#include <cstring>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
+#include "../support/test.h"
 #include "host/call_frame.h"
 #include "host/script_object.h"
 #include "host/script_value.h"

@@ -1,15 +1,7 @@
 // The call table against the export table and the public headers.
-#include <filesystem>
-#include <fstream>
-#include <map>
 #include <regex>
-#include <set>
-#include <sstream>
-#include <string>
-#include <vector>
 
-#include <gtest/gtest.h>
-
+#include "../support/test.h"
 #include "host/call_record.h"
 #include "host/call_signature.h"
 

@@ -1,14 +1,5 @@
 // Export tables of sound and of damaged images.
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
+#include "../support/test.h"
 #include "tools/export_table.h"
 
 namespace tools {

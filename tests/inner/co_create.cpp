@@ -1,8 +1,7 @@
 // Objects from files, past the registry.
-#include <gtest/gtest.h>
-
 #include "../../Src/inc/co_create.h"
 #include "../../scriptdata/com_ptr.h"
+#include "../support/test.h"
 
 namespace {
 

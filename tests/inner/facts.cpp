@@ -1,16 +1,12 @@
 // Facts where the system lacks a function, and where it refuses.
-#include <map>
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt/facts.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
 #include "../../system/late_winspool.h"
 #include "../support/replaced.h"
+#include "../support/test.h"
 
-using vh::test::Replaced;
+using namespace vh::test;
 
 namespace {
 
@@ -27,21 +23,18 @@ TEST(Memory, OfAnySizeGoesThroughShiftAndLimits)
         memory->ullTotalPhys = 0x3'8000'0000;
         return TRUE;
     });
-    const struct {
-        int32_t shift;
-        uint32_t high_limit, low_limit;
-        uint64_t size;
-    } cases[] = {{0, 0, 0, 0x3'8000'0000},
-                 {20, 0, 0, 0x3800},
-                 {64, 0, 0, 0},
-                 {0, 2, 0, 0x2'8000'0000},
-                 {0, 3, 0, 0x3'8000'0000},
-                 {0, 2, 5, 5},
-                 // The low half is not above its limit; one that bites clears the high half.
-                 {0, 0, 0x80000000, 0x3'8000'0000},
-                 {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
-    for (const auto& one : cases)
-        EXPECT_EQ(Memory(one.shift, one.high_limit, one.low_limit), one.size) << one.shift << " " << one.low_limit;
+    Table<int32_t, uint32_t, uint32_t, uint64_t> cases = {
+        {0, 0, 0, 0x3'8000'0000},
+        {20, 0, 0, 0x3800},
+        {64, 0, 0, 0},
+        {0, 2, 0, 0x2'8000'0000},
+        {0, 3, 0, 0x3'8000'0000},
+        {0, 2, 5, 5},
+        // The low half is not above its limit; one that bites clears the high half.
+        {0, 0, 0x80000000, 0x3'8000'0000},
+        {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
+    for (const auto& [shift, high_limit, low_limit, size] : cases)
+        EXPECT_EQ(Memory(shift, high_limit, low_limit), size) << shift << " " << low_limit;
 }
 
 TEST(Memory, ComesFromTheOlderCallIn32Bits)
@@ -92,15 +85,13 @@ TEST(Ports, AreCountedByTheStartsOfTheirNames)
         const Replaced spooler(vh::late::enum_ports, SomePorts);
         for (const auto& [needed, asked] : std::map<DWORD, DWORD>{{0, 4096}, {4096, 4096}, {100, 4096}, {5000, 5000}}) {
             needed_bytes = needed;
-            EXPECT_EQ(GetPorts(&printers, &serial), 0);
-            EXPECT_EQ(printers, 2);
+            EXPECT_GIVES(GetPorts(&printers, &serial), 0, printers, 2);
             EXPECT_EQ(serial, 3);
             EXPECT_EQ(asked_bytes, asked);
         }
     }
     const Replaced spooler(vh::late::enum_ports, NoPorts);
-    EXPECT_EQ(GetPorts(&printers, &serial), -1);
-    EXPECT_EQ(printers, 0);
+    EXPECT_GIVES(GetPorts(&printers, &serial), -1, printers, 0);
     EXPECT_EQ(serial, 0);
 }
 

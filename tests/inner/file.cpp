@@ -1,12 +1,13 @@
 // The library's file: shared by its copies, marked or not, and the names of temporary files.
-#include <gtest/gtest.h>
+#include <thread>
 
 #include "../../diagnostics/file.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
-using vh::test::TempFolder;
+using namespace vh::test;
 
 DWORD OpenForReading(vh::file& file, const std::wstring& path)
 {
@@ -34,10 +35,7 @@ TEST(File, StaysOpenUntilItsLastCopyIsClosed)
 
 TEST(File, KnowsItsMark)
 {
-    const struct {
-        std::string content;
-        UINT code_page;
-    } cases[] = {
+    Table<std::string, UINT> cases = {
         {"", 0},   {"\xFF", 0}, {"\xFF\xFE", 1200}, {"\xFE\xFFx", 1201}, {"\xEF\xBB", 0}, {"\xEF\xBB\xBF", 65001},
         {"abc", 0}};
     const TempFolder folder;
@@ -48,6 +46,22 @@ TEST(File, KnowsItsMark)
         EXPECT_EQ(file.seek(0, FILE_CURRENT), 0u) << "the mark is still to be read";
         EXPECT_EQ(file.size(), content.size());
     }
+    // A pipe has no size, and what were read from it would be lost.
+    const std::wstring name = L"\\\\.\\pipe\\vhrt test " + std::to_wstring(GetCurrentProcessId());
+    const HANDLE pipe = CreateNamedPipeW(name.c_str(), PIPE_ACCESS_OUTBOUND, PIPE_TYPE_BYTE, 1, 64, 64, 0, nullptr);
+    std::thread writer([pipe] {
+        DWORD written = 0;
+        ConnectNamedPipe(pipe, nullptr);
+        WriteFile(pipe, "\xFF\xFEx", 3, &written, nullptr);
+        FlushFileBuffers(pipe);
+        CloseHandle(pipe);
+    });
+    vh::file file;
+    char bytes[4] = "";
+    EXPECT_EQ(OpenForReading(file, name), 0u);
+    EXPECT_EQ(file.code_page(), 0u);
+    EXPECT_GIVES_TEXT(file.read_bytes(bytes, 3), 3u, bytes, "\xFF\xFEx");
+    writer.join();
 }
 
 TEST(File, SaysWhatFailed)

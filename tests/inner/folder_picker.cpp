@@ -1,11 +1,12 @@
 // What the folder picker asks of the platform's dialog, and what it makes of the answer.
-#include <gtest/gtest.h>
-
 #include "../../dialogs/folder_picker.h"
-#include "../../dialogs/late_shell.h"
+#include "../../dialogs/late_dialogs.h"
 #include "../../scriptdata/task_memory.h"
+#include "../support/test.h"
 
 namespace {
+
+using namespace vh::test;
 
 // Stands in for the platform's dialog: notes what it is asked, and picks an item of the test's.
 struct FakeDialog {
@@ -74,24 +75,15 @@ TEST(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
     ASSERT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, item.put()), S_OK);
     const PIDLIST_ABSOLUTE folder = item.get();
     const PIDLIST_ABSOLUTE no_path = nullptr;
-    const struct {
-        int32_t flags;
-        const PIDLIST_ABSOLUTE* selection;
-        const wchar_t* path;
-    } cases[] = {{0x1, &folder, windows},
-                 {0x2, &folder, windows},
-                 {0x1, &no_path, L""},
-                 {0x4, &no_path, L""},
-                 {0x2, &no_path, L"display name"},
-                 {0x8, &no_path, L"display name"},
-                 {0x1000, &no_path, L"display name"},
-                 {0x2000, &no_path, L"display name"},
-                 {0x1, nullptr, L"c:\\start"}};
-    for (const auto& one : cases) {
-        const FakeDialog dialog(true, one.selection);
-        vh::FolderPicker picker(texts, one.flags, false);
+    Table<int32_t, const PIDLIST_ABSOLUTE*, const wchar_t*> cases = {
+        {0x1, &folder, windows}, {0x2, &folder, windows},          {0x8, &no_path, L"display name"},
+        {0x1, &no_path, L""},    {0x2, &no_path, L"display name"}, {0x1000, &no_path, L"display name"},
+        {0x4, &no_path, L""},    {0x1, nullptr, L"c:\\start"},     {0x2000, &no_path, L"display name"}};
+    for (const auto& [flags, selection, path] : cases) {
+        const FakeDialog dialog(true, selection);
+        vh::FolderPicker picker(texts, flags, false);
         EXPECT_TRUE(picker.Run(nullptr, L"c:\\start"));
-        EXPECT_EQ(_wcsicmp(picker.Path().c_str(), one.path), 0) << one.flags << " " << picker.Path().c_str();
+        EXPECT_EQ(_wcsicmp(picker.Path().c_str(), path), 0) << flags << " " << picker.Path().c_str();
     }
 }
 

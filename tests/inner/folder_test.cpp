@@ -1,13 +1,11 @@
 // Which folders the picker takes, and that its test of a new folder leaves nothing behind.
-#include <gtest/gtest.h>
-
 #include "../../dialogs/folder_test.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace fs = std::filesystem;
-using vh::test::ImportPatch;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
@@ -46,15 +44,10 @@ TEST(TypedFolder, LosesBlanksAndOneBackslashButKeepsARoot)
 
 TEST(TextWithPath, PutsThePathInOnceAndTakesNothingElseForAFormat)
 {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"", L""},
-                                                               {L"no path", L"no path"},
-                                                               {L"%s", L"c:\\%s"},
-                                                               {L"Not \"%s\".", L"Not \"c:\\%s\"."},
-                                                               {L"Not %ls!", L"Not c:\\%s!"},
-                                                               {L"%s and %s", L"c:\\%s and %s"},
-                                                               {L"100%% of %s", L"100% of c:\\%s"},
-                                                               {L"%d %n %", L"%d %n %"},
-                                                               {L"%%s", L"%s"}};
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"", L""},         {L"no path", L"no path"},      {L"Not \"%s\".", L"Not \"c:\\%s\"."},
+        {L"%s", L"c:\\%s"}, {L"Not %ls!", L"Not c:\\%s!"}, {L"%s and %s", L"c:\\%s and %s"},
+        {L"%%s", L"%s"},    {L"%d %n %", L"%d %n %"},      {L"100%% of %s", L"100% of c:\\%s"}};
     for (const auto& [text, made] : cases)
         EXPECT_EQ(vh::TextWithPath(text, L"c:\\%s"), made) << text;
 }
@@ -64,21 +57,11 @@ TEST(NewFolder, IsPossibleWhereItCanBeMadeAndIsTakenAwayAgain)
     const TempFolder folder;
     folder.Write(L"there\\file", "x");
     const std::wstring before = Below(folder);
-    const std::pair<const wchar_t*, bool> cases[] = {{L"new", true},
-                                                     {L"new\\", true},
-                                                     {L"new\\below\\and below", true},
-                                                     {L"there\\new", true},
-                                                     {L"there", false},
-                                                     {L"there\\", false},
-                                                     {L"there\\\\new\\\\", true},
-                                                     {L"there\\file", false},
-                                                     {L"bad?name", false},
-                                                     {L"there\\file\\new", false},
-                                                     {L"", false}};
-    for (const auto& [name, possible] : cases) {
-        EXPECT_EQ(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name), possible) << name;
-        EXPECT_EQ(Below(folder), before) << name;
-    }
+    for (const wchar_t* name : {L"new", L"new\\", L"new\\below\\and below", L"there\\new", L"there\\\\new\\\\"})
+        EXPECT_TRUE(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name)) << name;
+    for (const wchar_t* name : {L"there", L"there\\", L"there\\file", L"bad?name", L"there\\file\\new", L""})
+        EXPECT_FALSE(vh::IsNewFolderPossible(folder.path().wstring() + L"\\" + name)) << name;
+    EXPECT_EQ(Below(folder), before);
     for (const std::wstring& path :
          {std::wstring(), std::wstring(L"c:"), std::wstring(L"c:\\"), folder / std::wstring(300, L'x')})
         EXPECT_FALSE(vh::IsNewFolderPossible(path)) << path;
@@ -87,35 +70,34 @@ TEST(NewFolder, IsPossibleWhereItCanBeMadeAndIsTakenAwayAgain)
 TEST(NewFolder, IsNotPossibleWhereNoneMayBeMadeOrItTakesNoFile)
 {
     const TempFolder folder;
-    for (const auto& [function, refusal] : {std::pair("GetTempFileNameW", reinterpret_cast<void*>(&NoTempFile)),
-                                            {"CreateDirectoryW", reinterpret_cast<void*>(&DeniedFolder)}}) {
-        const ImportPatch refused(GetModuleHandleW(nullptr), function, refusal);
-        ASSERT_TRUE(refused.found());
+    const auto expect_none = [&] {
         EXPECT_FALSE(vh::IsNewFolderPossible(folder / L"new\\below"));
         EXPECT_EQ(Below(folder), L"");
+    };
+    {
+        const Patched no_file("GetTempFileNameW", NoTempFile);
+        expect_none();
     }
+    const Patched no_folder("CreateDirectoryW", DeniedFolder);
+    expect_none();
 }
 
 TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)
 {
     const TempFolder folder;
     const std::wstring there = folder.path().wstring();
-    const struct {
-        std::wstring path;
-        bool plain;
-        bool verified;
-    } cases[] = {{there, true, false},
-                 {there + L"\\new", true, true},
-                 {there + L"\\a|b", false, false},
-                 {there + L"\\a?b", false, false},
-                 {L"c:\\", true, false},
-                 {L"q:\\folder", false, false},
-                 {L"folder", false, false},
-                 {L"\\\\no such server\\share\\a", false, false},
-                 {L"", false, false}};
-    for (const auto& one : cases) {
-        EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), false), one.plain) << one.path;
-        EXPECT_EQ(vh::IsFolderAccepted(one.path.c_str(), true), one.verified) << one.path;
+    Table<std::wstring, bool, bool> cases = {{there, true, false},
+                                             {there + L"\\new", true, true},
+                                             {there + L"\\a|b", false, false},
+                                             {there + L"\\a?b", false, false},
+                                             {L"c:\\", true, false},
+                                             {L"q:\\folder", false, false},
+                                             {L"folder", false, false},
+                                             {L"\\\\no such server\\share\\a", false, false},
+                                             {L"", false, false}};
+    for (const auto& [path, plain, verified] : cases) {
+        EXPECT_EQ(vh::IsFolderAccepted(path.c_str(), false), plain) << path;
+        EXPECT_EQ(vh::IsFolderAccepted(path.c_str(), true), verified) << path;
     }
     EXPECT_EQ(Below(folder), L"");
 }

@@ -1,20 +1,15 @@
 // INI documents: what is read, kept, changed and written back.
-#include <algorithm>
 #include <clocale>
 #include <cwctype>
-#include <functional>
-#include <optional>
-#include <random>
-
-#include <gtest/gtest.h>
 
 #include "../../files/ini_file.h"
 #include "../../scriptdata/unique.h"
 #include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
-using vh::test::BytesOf;
-using vh::test::TempFolder;
+using namespace vh::test;
 
 namespace {
 
@@ -65,42 +60,35 @@ struct Loaded {
 
 TEST(IniFile, ComesBackAsItsRulesSay)
 {
-    const struct {
-        const char* given;
-        const wchar_t* separator;
-        bool keep_bare_keys;
-        const char* saved;
-    } cases[] = {{"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
-                 {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
-                 {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
-                 {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
-                 {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
-                 // Only one unit of a longer separator is stepped over, so the rest doubles.
-                 {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
-                 {"", L"=", false, ""}};
-    for (const auto& one : cases) {
-        Loaded file(one.given, one.separator, one.keep_bare_keys);
+    Table<const char*, const wchar_t*, bool, const char*> cases = {
+        {"[a]\nx=1\n[A]\ny=2\n[b]\n", L"=", false, "[a]\r\nx=1\r\ny=2\r\n\r\n[b]\r\n"},
+        {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
+        {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
+        {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
+        {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
+        // Only one unit of a longer separator is stepped over, so the rest doubles.
+        {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
+        {"", L"=", false, ""}};
+    for (const auto& [given, separator, keep_bare_keys, saved] : cases) {
+        Loaded file(given, separator, keep_bare_keys);
         EXPECT_TRUE(file.read);
         EXPECT_FALSE(file.document.is_dirty());
-        EXPECT_EQ(file.Saved(), one.saved) << one.given;
+        EXPECT_EQ(file.Saved(), saved) << given;
     }
 }
 
 TEST(IniFile, KeepsItsEncoding)
 {
     using namespace std::string_literals;
-    const struct {
-        std::string bytes;
-        bool marked;
-    } cases[] = {{"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
-                 {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
-                 {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
-                 {"[a]\r\nk=v\r\n"s, false}};
-    for (const auto& one : cases) {
-        Loaded file(one.bytes);
+    Table<std::string, bool> cases = {{"\xEF\xBB\xBF[\xC3\xA4]\r\nk=\xE2\x82\xAC\r\n"s, true},
+                                      {"\xFF\xFE[\0a\0]\0\r\0\n\0k\0=\0\xAC\x20\r\0\n\0"s, true},
+                                      {"\xFE\xFF\0[\0a\0]\0\r\0\n\0k\0=\x20\xAC\0\r\0\n"s, true},
+                                      {"[a]\r\nk=v\r\n"s, false}};
+    for (const auto& [bytes, marked] : cases) {
+        Loaded file(bytes);
         EXPECT_TRUE(file.read);
         EXPECT_EQ(Keys(file.document, file.document.key_at(0)), L"k");
-        EXPECT_EQ(file.Saved(), one.bytes);
+        EXPECT_EQ(file.Saved(), bytes);
         EXPECT_EQ(file.Saved(inifile_set_encoding, 65001, false).substr(0, 1), "[");
     }
     // A code page that was set reads what has no mark, but not what has one.
@@ -128,12 +116,10 @@ TEST(IniFile, ReadsNumbersAndTruths)
 {
     Loaded file("[s]\na=0x1F\nb=0X1F\nc=12x\nd= -7\ne=\nf=x\ng=0xFFFFFFFF\ny1=yes\ny2=Y\ny3=TRUE\ny4=1\nn=no way");
     const inifilex& document = file.document;
-    const struct {
-        const wchar_t* key;
-        int32_t number;
-    } numbers[] = {{L"a", 31}, {L"b", 0}, {L"c", 12}, {L"d", -7}, {L"e", 99}, {L"f", 0}, {L"g", -1}, {L"none", 99}};
-    for (const auto& one : numbers)
-        EXPECT_EQ(document.get_number(L"S", one.key, 99), one.number) << one.key;
+    Table<const wchar_t*, int32_t> numbers = {{L"a", 31}, {L"b", 0}, {L"c", 12}, {L"d", -7},
+                                              {L"e", 99}, {L"f", 0}, {L"g", -1}, {L"none", 99}};
+    for (const auto& [key, number] : numbers)
+        EXPECT_EQ(document.get_number(L"S", key, 99), number) << key;
     for (const wchar_t* key : {L"y1", L"y2", L"y3", L"y4"})
         EXPECT_TRUE(document.get_boolean(L"s", key, false)) << key;
     EXPECT_FALSE(document.get_boolean(L"s", L"n", true));
@@ -145,20 +131,16 @@ TEST(IniFile, ReadsNumbersAndTruths)
 
 TEST(IniFile, GivesNumberedValues)
 {
-    const struct {
-        const char* text;
-        const wchar_t* format;
-        const wchar_t* values;
-    } cases[] = {{"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},
-                 {"[s]\nk0=a\nk2=b", L"k%d", L"a"},
-                 {"[s]\nk2=b", L"k%d", L""},
-                 {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"},
-                 {"[t]\nk0=a", L"k%d", L""}};
-    for (const auto& one : cases) {
-        Loaded file(one.text);
+    Table<const char*, const wchar_t*, const wchar_t*> cases = {{"[s]\nk1=a\nk2=b\nk4=c", L"k%d", L"a|b"},
+                                                                {"[s]\nk0=a\nk2=b", L"k%d", L"a"},
+                                                                {"[s]\nk2=b", L"k%d", L""},
+                                                                {"[s]\nk0=a\nk1=b\nk2=c", L"k%d", L"a|b|c"},
+                                                                {"[t]\nk0=a", L"k%d", L""}};
+    for (const auto& [text, format, wanted_values] : cases) {
+        Loaded file(text);
         inifilex::names values;
-        file.document.get_numbered_values(L"s", values, one.format);
-        EXPECT_EQ(Joined(values), one.values) << one.text;
+        file.document.get_numbered_values(L"s", values, format);
+        EXPECT_EQ(Joined(values), wanted_values) << text;
     }
     Loaded same("[s]\nk=a\nl=b");
     inifilex::names values;
@@ -284,8 +266,7 @@ TEST(IniFile, FindsEachNameAfterAnyChange)
             break;
         default:
             if (plain.size() > 1) {
-                const std::size_t from = random() % plain.size();
-                const std::size_t behind = (from + 1) % plain.size();
+                const std::size_t from = random() % plain.size(), behind = (from + 1) % plain.size();
                 map.move_behind(static_cast<uint32_t>(from), static_cast<uint32_t>(behind));
                 const auto moved = plain[from];
                 const std::wstring target = plain[behind].first;
@@ -379,14 +360,9 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
 {
     struct obstacle {
         vh::unique_file handle;
-        std::optional<vh::test::ImportPatch> patch;
+        std::optional<ImportPatch> patch;
     };
-    const struct {
-        const char* what;
-        std::function<void(const std::wstring&, obstacle&)> put;
-        uint32_t flags;
-        DWORD error;
-    } cases[] = {
+    Table<const char*, std::function<void(const std::wstring&, obstacle&)>, uint32_t, DWORD> cases = {
         {"another has it open",
          [](const std::wstring& path, obstacle& way) {
              way.handle.reset(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
@@ -408,30 +384,42 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
              way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
          },
          inifile_set_encoding, ERROR_DISK_FULL}};
-    for (const auto& one : cases) {
+    for (const auto& [what, put, flags, error] : cases) {
         Loaded file("[a]\nx=1\n");
         const std::string old = BytesOf(file.path);
         file.document.set_string(L"a", L"x", L"2");
         {
             obstacle way;
-            one.put(file.path, way);
-            EXPECT_FALSE(file.document.save(one.flags, CP_UTF8, true)) << one.what;
+            put(file.path, way);
+            EXPECT_FALSE(file.document.save(flags, CP_UTF8, true)) << what;
         }
-        EXPECT_NE(file.document.get_last_error(), 0u) << one.what;
-        if (one.error) {
-            EXPECT_EQ(file.document.get_last_error(), one.error) << one.what;
+        EXPECT_NE(file.document.get_last_error(), 0u) << what;
+        if (error) {
+            EXPECT_EQ(file.document.get_last_error(), error) << what;
         }
-        EXPECT_EQ(file.document.get_error_path().view(), file.path) << one.what;
-        EXPECT_TRUE(file.document.is_dirty()) << one.what;
-        EXPECT_EQ(BytesOf(file.path), old) << one.what;
-        EXPECT_EQ(EntriesIn(file.folder), 1) << one.what << ": the half-made file stays";
+        EXPECT_EQ(file.document.get_error_path().view(), file.path) << what;
+        EXPECT_TRUE(file.document.is_dirty()) << what;
+        EXPECT_EQ(BytesOf(file.path), old) << what;
+        EXPECT_EQ(EntriesIn(file.folder), 1) << what << ": the half-made file stays";
         SetFileAttributesW(file.path.c_str(), FILE_ATTRIBUTE_NORMAL);
         EXPECT_FALSE(file.document.save(inifile_set_encoding, 54321, false)) << "no such code page";
         EXPECT_EQ(BytesOf(file.path), old);
-        EXPECT_TRUE(file.document.save(inifile_set_encoding, 0, false)) << one.what;
+        EXPECT_TRUE(file.document.save(inifile_set_encoding, 0, false)) << what;
         EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=2\r\n");
         EXPECT_EQ(file.document.get_last_error(), 0u);
     }
+}
+
+decltype(&CreateFileW) real_create;
+std::wstring closed_folder;
+
+HANDLE WINAPI CreateOutside(LPCWSTR name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD disposition,
+                            DWORD flags, HANDLE pattern)
+{
+    if (disposition != CREATE_NEW || closed_folder.empty() || !std::wstring_view(name).starts_with(closed_folder))
+        return real_create(name, access, share, security, disposition, flags, pattern);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return INVALID_HANDLE_VALUE;
 }
 
 // What others see of the file stays: its attributes, its other names, and the file that they have open.
@@ -455,8 +443,18 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
                                                 OPEN_EXISTING, 0, nullptr));
          },
          0},
+        {"a folder that takes no new file",
+         [](const std::wstring& path, auto&) {
+             closed_folder = path.substr(0, path.rfind(L'\\'));
+             return vh::unique_file();
+         },
+         FILE_ATTRIBUTE_HIDDEN},
     };
+    const vh::test::ImportPatch outside(GetModuleHandleW(nullptr), "CreateFileW",
+                                        reinterpret_cast<void*>(&CreateOutside));
+    real_create = reinterpret_cast<decltype(&CreateFileW)>(outside.original());
     for (const auto& one : cases) {
+        closed_folder.clear();
         Loaded file("[a]\nx=1\nlong=a value that goes\n");
         SetFileAttributesW(file.path.c_str(), one.attributes ? one.attributes : DWORD{FILE_ATTRIBUTE_NORMAL});
         const std::wstring other = file.folder / L"other.ini";
@@ -479,8 +477,7 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
         if (one.attributes == 0) {
             const std::string before = BytesOf(file.path);
             file.document.set_string(L"a", L"more", std::wstring(100, L'm'));
-            const vh::test::ImportPatch cut(GetModuleHandleW(nullptr), "WriteFile",
-                                            reinterpret_cast<void*>(&CutThirdWrite));
+            const Patched cut("WriteFile", CutThirdWrite);
             real_write = reinterpret_cast<decltype(&WriteFile)>(cut.original());
             writes = 0;
             EXPECT_FALSE(file.document.save(0, 0, false)) << one.what;
@@ -489,6 +486,25 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
             EXPECT_EQ(std::to_string(EntriesIn(file.folder)), names) << one.what;
         }
     }
+}
+
+// An exchange that fails when the old file has gone already.
+TEST(IniFile, KeepsTheNewContentWhenTheOldIsLost)
+{
+    const vh::test::ImportPatch replace(
+        GetModuleHandleW(nullptr), "ReplaceFileW",
+        reinterpret_cast<void*>(+[](LPCWSTR old, LPCWSTR, LPCWSTR, DWORD, void*, void*) WINAPI -> BOOL {
+            DeleteFileW(old);
+            return FALSE;
+        }));
+    Loaded file("[a]\nx=1\n");
+    EXPECT_EQ(file.Saved(), "[a]\r\nx=1\r\n");
+    const vh::test::ImportPatch move(
+        GetModuleHandleW(nullptr), "MoveFileExW",
+        reinterpret_cast<void*>(+[](LPCWSTR, LPCWSTR, DWORD) WINAPI -> BOOL { return FALSE; }));
+    EXPECT_FALSE(file.document.save(0, 0, false));
+    ASSERT_EQ(EntriesIn(file.folder), 1);
+    EXPECT_EQ(BytesOf(std::filesystem::directory_iterator(file.folder.path())->path()), "[a]\r\nx=1\r\n");
 }
 
 TEST(IniFile, TakesTextsOfItsOwn)
@@ -509,6 +525,14 @@ TEST(IniFile, TakesTextsOfItsOwn)
     EXPECT_TRUE(document.has_section(L"t0") && document.has_section(L"t49"));
     document.remove_sections(std::next(document.begin())->first.view().substr(0, 1));
     EXPECT_EQ(document.size(), 1u);
+    // A path that is a section's name, which moves when the sections are sorted.
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(file.folder.path());
+    document.section(L"n.ini");
+    document.section(L"0");
+    EXPECT_TRUE(document.save_as(document.key_at(1), inifile_sort, 0, false));
+    EXPECT_EQ(document.get_path().view(), L"n.ini");
+    std::filesystem::current_path(before);
 }
 
 TEST(IniFile, MakesItsFolderAgainButNotInPlaceOfAFile)
@@ -534,8 +558,7 @@ TEST(IniFile, SavesUnderTheLongestPaths)
     constexpr std::size_t longest_folder = MAX_PATH - 13;
     const Loaded file("[a]\nx=1\n");
     inifilex document = file.document;
-    const std::wstring root = file.folder / L"";
-    const std::wstring deep = root + std::wstring(longest_folder - root.size(), L'd');
+    const std::wstring root = file.folder / L"", deep = root + std::wstring(longest_folder - root.size(), L'd');
     for (const std::wstring& path : {deep + L"\\i", root + std::wstring(longest - root.size(), L'n')}) {
         ASSERT_TRUE(document.save_as(path, 0, 0, false)) << document.get_last_error();
         ASSERT_TRUE(document.save_as(path, 0, 0, false)) << document.get_last_error();

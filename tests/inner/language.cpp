@@ -1,16 +1,14 @@
 // Language names in both directions, on systems with and without the functions for them, and the order of the
 // modules that hold resources.
 #include <clocale>
-#include <sstream>
-
-#include <gtest/gtest.h>
 
 #include "../../diagnostics/language.h"
+#include "../../dialogs/resource_modules.h"
 #include "../../files/language_config.h"
-#include "../../runtime/module_resources.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -149,19 +147,17 @@ TEST(LanguageConfiguration, IsReadKeyByKey)
 
 TEST(ModuleResources, LieInTheAuthorsModuleBeforeTheProducts)
 {
-    ObjectContext context;
+    vh::ResourceModules modules;
     const wchar_t* const version = RT_VERSION;
     const wchar_t* const first = MAKEINTRESOURCEW(1);
-    EXPECT_EQ(FindResourceInModules(context, version, first), nullptr);
-    context.resourceModule = GetModuleHandleW(L"kernel32.dll");
-    EXPECT_EQ(FindResourceInModules(context, version, first), context.resourceModule);
-    context.userModule = GetModuleHandleW(L"ntdll.dll");
-    EXPECT_EQ(FindResourceInModules(context, version, first), context.userModule);
+    EXPECT_EQ(modules.Find(version, first), nullptr);
+    modules.product = GetModuleHandleW(L"kernel32.dll");
+    EXPECT_EQ(modules.Find(version, first), modules.product);
+    modules.user = GetModuleHandleW(L"ntdll.dll");
+    EXPECT_EQ(modules.Find(version, first), modules.user);
     const wchar_t* const types[] = {L"no such type", version};
-    EXPECT_EQ(FindResourceInModules(context, types, first), context.userModule);
-    EXPECT_EQ(FindResourceInModules(context, std::span(types, 1), first), nullptr);
-    // The test's own modules are not the context's to free.
-    context.resourceModule = context.userModule = nullptr;
+    EXPECT_EQ(modules.Find(types, first), modules.user);
+    EXPECT_EQ(modules.Find(std::span(types, 1), first), nullptr);
 }
 
 } // namespace

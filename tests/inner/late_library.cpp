@@ -1,22 +1,13 @@
 // Functions bound late: found in the system folder, missed with an error, replaced by a test.
-#include <gtest/gtest.h>
-
+#include "../../scriptdata/late_library.h"
 #include "../../diagnostics/late_wininet.h"
 #include "../../exports/vhrt/paths.h"
-#include "../../scriptdata/late_library.h"
+#include "../support/test.h"
 
 namespace {
 
 vh::late_library version_library(L"version.dll");
 vh::late_library no_library(L"no-such-library.dll");
-
-TEST(LateFunction, IsFoundByNameOnFirstUse)
-{
-    vh::late_function<DWORD WINAPI(const wchar_t*, DWORD*)> size_of(version_library, "GetFileVersionInfoSizeW");
-    EXPECT_TRUE(size_of);
-    DWORD ignored = 0;
-    EXPECT_GT(size_of(L"kernel32.dll", &ignored), 0u);
-}
 
 template <class Function>
 DWORD ErrorOf(Function& function)

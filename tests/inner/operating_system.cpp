@@ -1,59 +1,39 @@
 // Systems by number and name, and the version information that tells some of them apart.
-#include <cstring>
-#include <map>
-#include <string_view>
-
-#include <gtest/gtest.h>
-
+#include "../../system/operating_system.h"
 #include "../../exports/vhrt/facts.h"
 #include "../../system/late_version.h"
-#include "../../system/operating_system.h"
 #include "../../system/version_info.h"
 #include "../support/replaced.h"
+#include "../support/test.h"
 
-using vh::test::Replaced;
+using namespace vh::test;
 
 namespace {
 
 TEST(OperatingSystem, HasACodeAndANameForEachKnownVersion)
 {
-    const struct {
-        uint32_t platform, major, minor;
-        bool is_me;
-        uint32_t code;
-        bool known;
-        const wchar_t* name;
-    } rows[] = {{1, 4, 0, false, 16, true, L"Windows 95"},
-                {1, 3, 0, true, 16, true, L"Windows 95"},
-                {1, 4, 10, false, 64, true, L"Windows 98"},
-                {1, 4, 10, true, 128, true, L"Windows Me"},
-                {1, 4, 90, false, 128, true, L"Windows Me"},
-                {1, 4, 11, false, 128, false, L"Windows Me"},
-                {2, 4, 0, false, 0x10000, true, L"Windows NT 4.0"},
-                {2, 4, 9, false, 0x10000, true, L"Windows NT 4.0"},
-                {2, 5, 0, false, 0x100000, true, L"Windows 2000"},
-                {2, 5, 1, false, 0x400000, true, L"Windows XP"},
-                {2, 5, 2, true, 0x800000, true, L"Windows Server 2003"},
-                {2, 5, 3, false, 0, false, L""},
-                {2, 6, 0, false, 0x1000000, true, L"Windows Vista / Server 2008"},
-                {2, 6, 1, false, 0x2000000, true, L"Windows 7 / Server 2008 R2"},
-                {2, 6, 2, false, 0x4000000, true, L"Windows 8 / Server 2012"},
-                {2, 6, 3, false, 0x8000000, true, L"Windows 8.1 / Server 2012 R2"},
-                {2, 6, 4, false, 0, false, L""},
-                {2, 10, 0, false, 0x10000000, true, L"Windows 10 / Server 2016"},
-                {2, 10, 1, false, 0, false, L""},
-                {2, 3, 51, false, 0x10000000, true, L"Windows 10 / Server 2016"},
-                {2, 11, 7, false, 0x10000000, true, L"Windows 10 / Server 2016"},
-                {0, 3, 10, false, 0, false, L""},
-                {3, 5, 0, false, 0, false, L""}};
-    for (const auto& row : rows) {
-        const vh::operating_system system = vh::OperatingSystemOf(row.platform, row.major, row.minor, row.is_me);
-        EXPECT_EQ(system.code, row.code) << row.platform << '.' << row.major << '.' << row.minor;
-        EXPECT_EQ(system.known, row.known) << row.platform << '.' << row.major << '.' << row.minor;
-        if (row.code) {
-            EXPECT_STREQ(vh::GetOsNameText(row.code, 1), row.name);
-        }
+    // Platform, major, minor, Me; code and known.
+    std::istringstream rows(R"(1 4 0 0 16 1 1 3 0 1 16 1 1 4 10 0 64 1 1 4 10 1 128 1 1 4 90 0 128 1 1 4 11 0 128 0
+        2 4 0 0 65536 1 2 4 9 0 65536 1 2 5 0 0 1048576 1 2 5 1 0 4194304 1 2 5 2 1 8388608 1 2 5 3 0 0 0
+        2 6 0 0 16777216 1 2 6 1 0 33554432 1 2 6 2 0 67108864 1 2 6 3 0 134217728 1 2 6 4 0 0 0 2 10 0 0 268435456 1
+        2 10 1 0 0 0 2 3 51 0 268435456 1 2 11 7 0 268435456 1 0 3 10 0 0 0 3 5 0 0 0 0)");
+    bool is_me = false, known = false;
+    int checked = 0;
+    for (uint32_t platform, major, minor, code; rows >> platform >> major >> minor >> is_me >> code >> known;) {
+        const vh::operating_system system = vh::OperatingSystemOf(platform, major, minor, is_me);
+        EXPECT_EQ(system.code, code) << platform << '.' << major << '.' << minor;
+        EXPECT_EQ(system.known, known) << platform << '.' << major << '.' << minor;
+        ++checked;
     }
+    EXPECT_EQ(checked, 23);
+    Table<uint32_t, const wchar_t*> names = {{16, L"Windows 95"},          {0x800000, L"Windows Server 2003"},
+                                             {64, L"Windows 98"},          {0x1000000, L"Windows Vista / Server 2008"},
+                                             {128, L"Windows Me"},         {0x2000000, L"Windows 7 / Server 2008 R2"},
+                                             {0x10000, L"Windows NT 4.0"}, {0x4000000, L"Windows 8 / Server 2012"},
+                                             {0x100000, L"Windows 2000"},  {0x8000000, L"Windows 8.1 / Server 2012 R2"},
+                                             {0x400000, L"Windows XP"},    {0x10000000, L"Windows 10 / Server 2016"}};
+    for (const auto& [code, name] : names)
+        EXPECT_STREQ(vh::GetOsNameText(code, 1), name);
     EXPECT_STREQ(vh::GetOsNameText(0x20000, 1), L"");
 }
 

@@ -1,8 +1,4 @@
 // Pictures from files and libraries, drawn and read back.
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../pictures/late_gdiplus.h"
 #include "../../pictures/palette.h"
 #include "../../pictures/setup_image.h"
@@ -11,6 +7,7 @@
 #include "../support/replaced.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -60,28 +57,28 @@ TEST(PictureLoading, TakesEveryKindOfBitmap)
         std::string file;
         std::string colors = four_colors;
     } cases[] = {
-        {"1 bit", BitmapFile(Header(2, 2, 1), table.substr(0, 8), Rows("\x80", "\x40")),
+        {"1 bit", BitmapFile(BitmapHeader(2, 2, 1), table.substr(0, 8), Rows("\x80", "\x40")),
          "FF0000 00FF00 00FF00 FF0000 "},
-        {"4 bits", BitmapFile(Header(2, 2, 4, 0, 4), table, rows_4)},
-        {"8 bits", BitmapFile(Header(2, 2, 8, 0, 4), table, rows_8)},
-        {"8 bits, top first", BitmapFile(Header(2, -2, 8, 0, 4), table, Rows(std::string("\0\1", 2), "\2\3"))},
-        {"8 bits, later in the file", BitmapFile(Header(2, 2, 8, 0, 4), table, "gap" + rows_8, 14 + 40 + 16 + 3)},
+        {"4 bits", BitmapFile(BitmapHeader(2, 2, 4, 0, 4), table, rows_4)},
+        {"8 bits", BitmapFile(BitmapHeader(2, 2, 8, 0, 4), table, rows_8)},
+        {"8 bits, top first", BitmapFile(BitmapHeader(2, -2, 8, 0, 4), table, Rows(std::string("\0\1", 2), "\2\3"))},
+        {"8 bits, later in the file", BitmapFile(BitmapHeader(2, 2, 8, 0, 4), table, "gap" + rows_8, 14 + 40 + 16 + 3)},
         {"old, 8 bits",
          BitmapFile(Long(12) + Word(2) + Word(2) + Word(1) + Word(8), old_table + std::string(3 * 252, '\0'), rows_8)},
         {"old, 24 bits", BitmapFile(Long(12) + Word(2) + Word(2) + Word(1) + Word(24), "", rows_24)},
-        {"16 bits", BitmapFile(Header(2, 2, 16), "", Word(0x001F) + Word(0x7FFF) + Word(0x7C00) + Word(0x03E0))},
-        {"16 bits, 5 6 5", BitmapFile(Header(2, 2, 16, 3), Long(0xF800) + Long(0x07E0) + Long(0x001F),
+        {"16 bits", BitmapFile(BitmapHeader(2, 2, 16), "", Word(0x001F) + Word(0x7FFF) + Word(0x7C00) + Word(0x03E0))},
+        {"16 bits, 5 6 5", BitmapFile(BitmapHeader(2, 2, 16, 3), Long(0xF800) + Long(0x07E0) + Long(0x001F),
                                       Word(0x001F) + Word(0xFFFF) + Word(0xF800) + Word(0x07E0))},
-        {"24 bits", BitmapFile(Header(2, 2, 24), "", rows_24)},
+        {"24 bits", BitmapFile(BitmapHeader(2, 2, 24), "", rows_24)},
         {"32 bits",
-         BitmapFile(Header(2, 2, 32), "", Long(0x0000FF) + Long(0xFFFFFF) + Long(0xFF0000) + Long(0x00FF00))},
-        {"32 bits, red last", BitmapFile(Header(2, 2, 32, 3), Long(0xFF) + Long(0xFF00) + Long(0xFF0000),
+         BitmapFile(BitmapHeader(2, 2, 32), "", Long(0x0000FF) + Long(0xFFFFFF) + Long(0xFF0000) + Long(0x00FF00))},
+        {"32 bits, red last", BitmapFile(BitmapHeader(2, 2, 32, 3), Long(0xFF) + Long(0xFF00) + Long(0xFF0000),
                                          Long(0xFF0000) + Long(0xFFFFFF) + Long(0x0000FF) + Long(0x00FF00))},
         {"newest header, fields",
-         BitmapFile(Header(2, 2, 16, 3, 0, 124).replace(40, 12, Long(0xF800) + Long(0x07E0) + Long(0x001F)), "",
+         BitmapFile(BitmapHeader(2, 2, 16, 3, 0, 124).replace(40, 12, Long(0xF800) + Long(0x07E0) + Long(0x001F)), "",
                     Word(0x001F) + Word(0xFFFF) + Word(0xF800) + Word(0x07E0))},
-        {"runs of 8", BitmapFile(Header(2, 2, 8, 1, 4), table, std::string("\1\2\1\3\0\0\1\0\1\1\0\1", 12))},
-        {"runs of 4", BitmapFile(Header(2, 2, 4, 2, 4), table, std::string("\2\x23\0\0\2\x01\0\1", 8))},
+        {"runs of 8", BitmapFile(BitmapHeader(2, 2, 8, 1, 4), table, std::string("\1\2\1\3\0\0\1\0\1\1\0\1", 12))},
+        {"runs of 4", BitmapFile(BitmapHeader(2, 2, 4, 2, 4), table, std::string("\2\x23\0\0\2\x01\0\1", 8))},
     };
     for (const auto& one : cases) {
         SetupImage image;
@@ -100,7 +97,7 @@ std::wstring StandardLibrary()
 TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
 {
     const TempFolder folder;
-    const std::string good = BitmapFile(Header(2, 1, 24), "", Number(0x332211, 3) + Number(0x665544, 3) + "..");
+    const std::string good = BitmapFile(BitmapHeader(2, 1, 24), "", Number(0x332211, 3) + Number(0x665544, 3) + "..");
     const std::wstring bitmap = folder.Write(L"good.bmp", good);
     const std::wstring library = StandardLibrary();
     const std::wstring plain = folder / L"library";
@@ -214,7 +211,7 @@ TEST(PictureLoading, RealizesThePaletteOnDisplaysThatHaveOne)
     const unique_palette palette(CreatePalette(&one_color));
     const Replaced caps(late::get_device_caps, &Display::Caps);
     const Replaced realize(late::realize_palette, &Display::Realize);
-    const std::string file = BitmapFile(Header(1, 1, 24), "", Long(0));
+    const std::string file = BitmapFile(BitmapHeader(1, 1, 24), "", Long(0));
     bitmap_picture picture;
     ASSERT_EQ(ReadBitmapFile(std::as_bytes(std::span(file)), picture), 0u);
     const Sheet sheet(2, 2, ground);

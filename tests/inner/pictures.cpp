@@ -1,16 +1,10 @@
 // Pictures drawn on memory, compared pixel by pixel.
-#include <cstring>
-#include <functional>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../pictures/late_drawing.h"
 #include "../../pictures/option_text.h"
 #include "../../pictures/setup_image.h"
 #include "../support/replaced.h"
 #include "../support/sheet.h"
+#include "../support/test.h"
 
 namespace {
 

@@ -1,29 +1,23 @@
 // The library's text: storage, conversions and what it leaves alone.
-#include <stdexcept>
-
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <oaidl.h>
-#include <oleauto.h>
-
 #include "../../scriptdata/stringx.h"
+#include "../support/test.h"
+
+#include <oleauto.h>
 
 namespace {
 
+using namespace vh::test;
+
 TEST(Stringx, GrowsByItsRule)
 {
-    const struct {
-        size_t first, then, capacity;
-    } cases[] = {{0, 0, 7},   {7, 7, 7},       {8, 8, 15},      {15, 15, 15}, {16, 16, 23},
-                 {8, 16, 23}, {100, 101, 103}, {103, 104, 154}, {3, 9, 15}};
-    for (const auto& one : cases) {
-        stringx text(std::wstring(one.first, L'a'));
-        text += std::wstring(one.then - one.first, L'b');
-        EXPECT_EQ(text.capacity(), one.capacity) << one.first << " then " << one.then;
-        EXPECT_EQ(text.size(), one.then);
-        EXPECT_EQ(text.c_str()[one.then], L'\0');
+    Table<size_t, size_t, size_t> cases = {{0, 0, 7},   {7, 7, 7},       {8, 8, 15},      {15, 15, 15}, {16, 16, 23},
+                                           {8, 16, 23}, {100, 101, 103}, {103, 104, 154}, {3, 9, 15}};
+    for (const auto& [first, then, capacity] : cases) {
+        stringx text(std::wstring(first, L'a'));
+        text += std::wstring(then - first, L'b');
+        EXPECT_EQ(text.capacity(), capacity) << first << " then " << then;
+        EXPECT_EQ(text.size(), then);
+        EXPECT_EQ(text.c_str()[then], L'\0');
     }
     stringx text(L"kept");
     EXPECT_THROW(text.reserve(0x7FFFFFFFFFFFFFFF), std::length_error);
@@ -78,8 +72,7 @@ TEST(Stringx, ShowsItselfAsBstr)
     for (const wchar_t* value : {L"a", L"a longer text", L"b", L"", L"another long text"}) {
         text = value;
         const BSTR view = text.AsBstr();
-        EXPECT_EQ(SysStringLen(view), wcslen(value));
-        EXPECT_STREQ(view, value);
+        EXPECT_GIVES_TEXT(SysStringLen(view), wcslen(value), view, value);
     }
     const stringx embedded(std::wstring_view(L"a\0b", 3));
     EXPECT_EQ(SysStringLen(embedded.AsBstr()), 3u);

@@ -1,12 +1,11 @@
 // How a media fills a tree view through its seam.
-#include <string>
-
-#include <gtest/gtest.h>
-
 #include "../../media/media_error.h"
 #include "../../media/script_media.h"
+#include "../support/test.h"
 
 namespace {
+
+using namespace vh::test;
 
 // Notes each node as "depth label state children".
 class NotedTree final : public vh::tree_fill {
@@ -40,23 +39,19 @@ TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
     media.AddItem(L"d", 1, false);
     media.SetData(L"a\\hidden", vh::attribute_visible, 0, L"", nullptr);
     media.SetData(L"d", vh::attribute_display_name, 0, L"The last", nullptr);
-    const struct {
-        int32_t depth;
-        const wchar_t* text;
-    } cases[] = {{0, L""},
-                 {1, L"-2 "},
-                 {2, L"-2 .a+1 .The last-0 "},
-                 {3, L"-2 .a+1 ..b-1 .The last-0 "},
-                 {9, L"-2 .a+1 ..b-1 ...c-0 .The last-0 "}};
-    for (const auto& one : cases) {
+    Table<int32_t, const wchar_t*> cases = {{0, L""},
+                                            {1, L"-2 "},
+                                            {2, L"-2 .a+1 .The last-0 "},
+                                            {3, L"-2 .a+1 ..b-1 .The last-0 "},
+                                            {9, L"-2 .a+1 ..b-1 ...c-0 .The last-0 "}};
+    for (const auto& [depth, text] : cases) {
         NotedTree tree;
-        EXPECT_EQ(media.AddTreeItem(tree, L"", 0, one.depth), 0);
-        EXPECT_EQ(tree.text, one.text) << one.depth;
-        EXPECT_EQ(tree.shown.size(), one.depth < 2 ? 0u : one.depth == 2 ? 1u : one.depth == 3 ? 2u : 3u);
+        EXPECT_EQ(media.AddTreeItem(tree, L"", 0, depth), 0);
+        EXPECT_EQ(tree.text, text) << depth;
+        EXPECT_EQ(tree.shown.size(), depth < 2 ? 0u : depth == 2 ? 1u : depth == 3 ? 2u : 3u);
     }
     NotedTree hidden;
-    EXPECT_EQ(media.AddTreeItem(hidden, L"a\\hidden", 0, 1), 0);
-    EXPECT_EQ(hidden.text, L"");
+    EXPECT_GIVES(media.AddTreeItem(hidden, L"a\\hidden", 0, 1), 0, hidden.text, L"");
     EXPECT_EQ(media.AddTreeItem(hidden, L"none", 0, 1), vh::media_no_item);
     EXPECT_EQ(CVHRTMediaError::ErrorMedia().AddTreeItem(hidden, L"", 0, 1), vh::media_no_media);
     NotedTree refusing;

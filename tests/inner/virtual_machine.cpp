@@ -1,15 +1,11 @@
 // Probes for virtual machines: their order, and that none of them brings the process down.
-#include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
-#include "../../exports/vhrt/facts.h"
 #include "../../system/virtual_machine.h"
+#include "../../exports/vhrt/facts.h"
 #include "../support/import_patch.h"
+#include "../support/replaced.h"
+#include "../support/test.h"
 
-using vh::test::ImportPatch;
+using namespace vh::test;
 
 namespace {
 
@@ -87,10 +83,7 @@ TEST(VirtualMachine, ProbesTakeTheirOwnFaultsAndLeaveNoHandler)
 {
     add_handler = OfSystem<decltype(AddVectoredExceptionHandler)>("AddVectoredExceptionHandler");
     remove_handler = OfSystem<decltype(RemoveVectoredExceptionHandler)>("RemoveVectoredExceptionHandler");
-    const HMODULE program = GetModuleHandleW(nullptr);
-    const ImportPatch add(program, "AddVectoredExceptionHandler", reinterpret_cast<void*>(Add));
-    const ImportPatch remove(program, "RemoveVectoredExceptionHandler", reinterpret_cast<void*>(Remove));
-    ASSERT_TRUE(add.found() && remove.found());
+    const Patched add("AddVectoredExceptionHandler", Add), remove("RemoveVectoredExceptionHandler", Remove);
     void* const last = add_handler(0, SeeLast);
     handlers = 0;
     faults_let_through = 0;
@@ -119,8 +112,7 @@ TEST(VirtualMachine, ProbesTakeTheirOwnFaultsAndLeaveNoHandler)
 
 TEST(VirtualMachine, ProbesThatCanFaultAreNotTriedWithoutAHandler)
 {
-    const ImportPatch refuse(GetModuleHandleW(nullptr), "AddVectoredExceptionHandler", reinterpret_cast<void*>(Refuse));
-    ASSERT_TRUE(refuse.found());
+    const Patched refuse("AddVectoredExceptionHandler", Refuse);
     EXPECT_FALSE(vh::VirtualMachineProbes()[0].answers());
     EXPECT_FALSE(vh::VirtualMachineProbes()[2].answers());
 }

@@ -38,11 +38,9 @@ TEST(Addresses, TellSizeTimeAndExistence)
     const Dialogs dialogs;
     const std::wstring there = Address(L"size=300000", L"facts");
     uint32_t size = 0;
-    EXPECT_EQ(_GetInetFileSize(there.c_str(), &size), 0);
-    EXPECT_EQ(size, 300000u);
+    EXPECT_GIVES(_GetInetFileSize(there.c_str(), &size), 0, size, 300000u);
     FILETIME time{};
-    EXPECT_EQ(_GetInetFileTime(there.c_str(), &time), 0);
-    EXPECT_EQ(time.dwHighDateTime, 0x01D10BD2u);
+    EXPECT_GIVES(_GetInetFileTime(there.c_str(), &time), 0, time.dwHighDateTime, 0x01D10BD2u);
     EXPECT_EQ(_ExistsFile(there.c_str()), 1);
     EXPECT_EQ(Requests(L"facts"), "-|-") << "existence asks no server";
 
@@ -74,8 +72,7 @@ TEST(Addresses, ReadLikeFiles)
     EXPECT_EQ(Dialogs::shown, 1);
     EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, Address(L"status=404", L"hash").c_str(), of_address),
               static_cast<int32_t>(0x8004D554));
-    EXPECT_EQ(_GenerateFileMD5SignatureHex(nullptr, there.c_str(), of_address), 0);
-    EXPECT_STREQ(of_address, of_file);
+    EXPECT_GIVES_TEXT(_GenerateFileMD5SignatureHex(nullptr, there.c_str(), of_address), 0, of_address, of_file);
 
     const BareContext context;
     const auto file = static_cast<FileHandle>(_OpenFile(context, there.c_str(), FileReadBytes, 0));
@@ -108,14 +105,12 @@ TEST(Addresses, GiveTheirLines)
 {
     const Dialogs dialogs;
     const BareContext context;
-    const struct {
-        const wchar_t* query;
-        const wchar_t* lines;
-    } cases[] = {{L"text=one~two~~four", L"one|two||four"},
-                 {L"text=one~two&drip=1", L"one|two"},
-                 {L"wide=one~two", L"one|two"},
-                 // Without a length the content is taken for wide text, and a narrow one ends at its first unit.
-                 {L"text=one~two&chunked=1", L""}};
+    Table<const wchar_t*, const wchar_t*> cases = {
+        {L"text=one~two~~four", L"one|two||four"},
+        {L"text=one~two&drip=1", L"one|two"},
+        {L"wide=one~two", L"one|two"},
+        // Without a length the content is taken for wide text, and a narrow one ends at its first unit.
+        {L"text=one~two&chunked=1", L""}};
     for (const auto& [query, lines] : cases) {
         const std::wstring address = Address(query, L"lines");
         const auto list = static_cast<ListHandle>(_ListCreate(context, 0));
@@ -137,16 +132,10 @@ TEST(Addresses, GiveTheirLines)
 TEST(Addresses, InASilentRunShowNoDialog)
 {
     const Dialogs dialogs;
-    const struct {
-        const wchar_t* key;
-        const wchar_t* query;
-        bool silent;
-        bool done;
-        const char* requests;
-        int shown;
-    } cases[] = {{L"silent drop", L"drop=1500&times=1&size=3000", true, true, "-|bytes=1500-", 0},
-                 {L"silent 404", L"status=404", true, false, "-", 0},
-                 {L"loud 404", L"status=404", false, false, "-", 1}};
+    Table<const wchar_t*, const wchar_t*, bool, bool, const char*, int> cases = {
+        {L"silent drop", L"drop=1500&times=1&size=3000", true, true, "-|bytes=1500-", 0},
+        {L"silent 404", L"status=404", true, false, "-", 0},
+        {L"loud 404", L"status=404", false, false, "-", 1}};
     for (const auto& [key, query, silent, done, requests, shown] : cases) {
         vh::engine::test::SetupFolder folder;
         vh::engine::test::MakeTree(folder);

@@ -1,9 +1,8 @@
 // What readers hold, and what becomes of it: handles of the system, sessions, requests that are given up.
 #include <atomic>
-#include <functional>
 
 #include "../../diagnostics/inet_session.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "server_access.h"
 
 namespace {
@@ -132,8 +131,7 @@ BOOL WINAPI CountPins(DWORD flags, const wchar_t*, HMODULE*)
 // Code that late news may come to has to stay; after a read that completed at once none come.
 TEST_F(Lifetime, KeepsTheModuleOnlyForNewsThatMayStillCome)
 {
-    const ImportPatch pinned(GetModuleHandleW(nullptr), "GetModuleHandleExW", reinterpret_cast<void*>(&CountPins));
-    ASSERT_TRUE(pinned.found());
+    const Patched pinned("GetModuleHandleExW", CountPins);
     static BOOL at_once;
     static DWORD_PTR request;
     late::internet_open_url.replace(

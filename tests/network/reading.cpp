@@ -1,5 +1,4 @@
 // Reading from a server that misbehaves.
-#include <functional>
 #include <thread>
 
 #include "server_access.h"
@@ -15,16 +14,12 @@ constexpr DWORD refused_range = 0x8004D560;
 // One read of the whole, small reads, and what the server saw.
 TEST(Reading, GetsTheWholeThroughFaults)
 {
-    const struct {
-        const wchar_t* key;
-        const wchar_t* query;
-        const char* requests;
-    } cases[] = {{L"plain", L"", "-"},
-                 {L"once", L"drop=99000&times=1", "-|bytes=99000-"},
-                 {L"first", L"drop=1500&times=1", "-|bytes=1500-"},
-                 {L"nolength", L"length=none", "-"},
-                 {L"chunked", L"chunked=1", "-"},
-                 {L"status", L"status=503&times=1", "-|-"}};
+    Table<const wchar_t*, const wchar_t*, const char*> cases = {{L"plain", L"", "-"},
+                                                                {L"once", L"drop=99000&times=1", "-|bytes=99000-"},
+                                                                {L"first", L"drop=1500&times=1", "-|bytes=1500-"},
+                                                                {L"nolength", L"length=none", "-"},
+                                                                {L"chunked", L"chunked=1", "-"},
+                                                                {L"status", L"status=503&times=1", "-|-"}};
     for (const auto& [key, query, requests] : cases) {
         Reader whole(Address(std::wstring(query) + L"&size=300000", key), 5);
         ASSERT_TRUE(whole.Read(size)) << key << " " << whole.error;
@@ -55,19 +50,13 @@ TEST(Reading, GetsTheWholeThroughFaults)
 
 TEST(Reading, FailsWhenTheServerDoes)
 {
-    const struct {
-        const wchar_t* key;
-        const wchar_t* query;
-        int retries;
-        DWORD error;
-        std::size_t tries;
-        DWORD count;
-    } cases[] = {{L"404", L"status=404", 0, 0x8004D554, 1, 0},
-                 {L"500", L"status=500", 2, 0x8004D5B4, 3, 0},
-                 {L"forever", L"status=404", 100, 0x8004D554, 6, 0},
-                 {L"dropped", L"drop=99000", 0, WSAECONNRESET, 1, 99000},
-                 {L"ignored", L"drop=99000&times=1&range=ignore", 5, refused_range, 6, 99000},
-                 {L"shifted", L"drop=99000&times=1&range=shift", 1, refused_range, 2, 99000}};
+    Table<const wchar_t*, const wchar_t*, int, DWORD, std::size_t, DWORD> cases = {
+        {L"404", L"status=404", 0, 0x8004D554, 1, 0},
+        {L"500", L"status=500", 2, 0x8004D5B4, 3, 0},
+        {L"forever", L"status=404", 100, 0x8004D554, 6, 0},
+        {L"dropped", L"drop=99000", 0, WSAECONNRESET, 1, 99000},
+        {L"ignored", L"drop=99000&times=1&range=ignore", 5, refused_range, 6, 99000},
+        {L"shifted", L"drop=99000&times=1&range=shift", 1, refused_range, 2, 99000}};
     for (const auto& [key, query, retries, error, tries, count] : cases) {
         Reader reader(Address(std::wstring(query) + L"&size=300000", key), retries);
         EXPECT_FALSE(reader.Read(size)) << key;
@@ -120,10 +109,7 @@ TEST(Reading, LeavesAGapAfterASecondFailureInOneCall)
 // An end in order is the end of the data, whatever length was told.
 TEST(Reading, TakesAnEndInOrderForTheEnd)
 {
-    const struct {
-        const wchar_t* query;
-        DWORD count;
-    } cases[] = {{L"close=100000", 100000}, {L"length=400000", 300000}};
+    Table<const wchar_t*, DWORD> cases = {{L"close=100000", 100000}, {L"length=400000", 300000}};
     for (const auto& [query, count] : cases) {
         Reader reader(Address(std::wstring(query) + L"&size=300000", L"end"));
         EXPECT_TRUE(reader.Read(400000)) << query << " " << reader.error;
@@ -195,13 +181,10 @@ TEST(Reading, AnswersQuestionsWithARequestOfTheirOwn)
 
 TEST(Reading, TakesCredentialsAlsoOfADomain)
 {
-    const struct {
-        const wchar_t* query;
-        const wchar_t* credentials;
-        DWORD error;
-    } cases[] = {{L"user=anna&password=secret", L"anna:secret@", 0},
-                 {L"domain=dom&user=anna&password=secret", L"dom\\anna:secret@", 0},
-                 {L"user=anna&password=secret", L"anna:wrong@", 0x8004D551}};
+    Table<const wchar_t*, const wchar_t*, DWORD> cases = {
+        {L"user=anna&password=secret", L"anna:secret@", 0},
+        {L"domain=dom&user=anna&password=secret", L"dom\\anna:secret@", 0},
+        {L"user=anna&password=secret", L"anna:wrong@", 0x8004D551}};
     for (const auto& [query, credentials, error] : cases) {
         Reader reader(Address(query, L"user", server::http, credentials));
         reader.Read(1000);

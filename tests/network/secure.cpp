@@ -1,9 +1,7 @@
 // https: a certificate that the system trusts, and one that it does not.
-#include <windows.h>
+#include "server_access.h"
 
 #include <wincrypt.h>
-
-#include "server_access.h"
 
 namespace {
 

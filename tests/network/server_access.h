@@ -1,15 +1,9 @@
 // The test server's addresses, and what it sends.
 #pragma once
 
-#include <cstdint>
-#include <cstdlib>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../diagnostics/file.h"
 #include "../../diagnostics/http_file.h"
+#include "../support/test.h"
 
 namespace vh::test {
 

@@ -8,28 +8,16 @@
 // - Of a section that comes again profile functions know the first part, documents all of it.
 // - Profile functions list a key twice when the file has it twice; documents keep the first.
 // - A file without sections, or with a "[" that is not closed, is read as far as it goes; documents refuse it.
-#include <algorithm>
-#include <cstdlib>
 #include <cwctype>
-#include <fstream>
-#include <map>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 #include "../../files/ini_file.h"
 #include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
+using vh::test::BytesOf;
 using Entries = std::vector<std::pair<std::wstring, std::wstring>>;
-
-std::string BytesOf(const std::wstring& path)
-{
-    std::ifstream file(std::filesystem::path(path), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::wstring Trimmed(std::wstring_view text)
 {
@@ -81,10 +69,8 @@ struct Rewriting {
     }
 
     std::string text;
-    bool wanted = true;
-    bool plain = true;
-    std::size_t sections = 0;
-    std::size_t entries = 0;
+    bool wanted = true, plain = true;
+    std::size_t sections = 0, entries = 0;
 };
 
 // Texts that end in a NUL each, and all in one more.
@@ -184,10 +170,7 @@ TEST(IniFilesOfTheMachine, AreReadAsTheSystemReadsThem)
     const char* list = std::getenv("VHRT_INI_FILES");
     ASSERT_TRUE(list) << "name the list of files in VHRT_INI_FILES";
     const vh::test::TempFolder folder;
-    int read = 0;
-    int refused = 0;
-    int compared = 0;
-    int rewritten = 0;
+    int read = 0, refused = 0, compared = 0, rewritten = 0;
     std::ifstream names(list);
     for (std::string name; std::getline(names, name);) {
         SCOPED_TRACE(name);

@@ -1,10 +1,9 @@
 // A context without an engine: enough for what the library owns itself.
 #pragma once
 
-#include <string>
-
 #include "../../exports/vhrt/context.h"
 #include "../../exports/vhrt/lists.h"
+#include "test.h"
 
 namespace vh::test {
 

@@ -23,15 +23,15 @@ inline std::string BitmapFile(const std::string& header, const std::string& tabl
     const std::size_t told = start ? start : 14 + header.size() + table.size();
     return "BM" + Long(0) + Long(0) + Long(told) + header + table + pixels;
 }
-inline std::string Header(int width, int height, unsigned bits, unsigned compression = 0, unsigned colors = 0,
-                          unsigned size = 40)
+inline std::string BitmapHeader(int width, int height, unsigned bits, unsigned compression = 0, unsigned colors = 0,
+                                unsigned size = 40)
 {
     const std::string start = Long(size) + Long(static_cast<unsigned>(width)) + Long(static_cast<unsigned>(height)) +
                               Word(1) + Word(bits) + Long(compression) + Long(0) + Long(0) + Long(0) + Long(colors) +
                               Long(0);
     return start + std::string(size > 40 ? size - 40 : 0, '\0');
 }
-inline std::string Table(unsigned count, unsigned entry_size = 4)
+inline std::string BitmapTable(unsigned count, unsigned entry_size = 4)
 {
     std::string table;
     for (unsigned i = 0; i < count; ++i)

@@ -1,9 +1,7 @@
 // Exports by their names, with arguments of any kind.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <windows.h>
+#include "test.h"
 
 namespace vh::test {
 

@@ -1,13 +1,7 @@
 // Drives a modal dialog from the inside of its own message loop: a timer of the thread runs one step after the other.
 #pragma once
 
-#include <functional>
-#include <string>
-#include <utility>
-#include <vector>
-#include <windows.h>
-
-#include <gtest/gtest.h>
+#include "test.h"
 
 namespace vh::test {
 

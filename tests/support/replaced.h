@@ -1,5 +1,8 @@
-// A late-bound function of the system's replaced while the object lives, or taken away.
+// System functions replaced while an object lives: late-bound ones, and those that a module imports.
 #pragma once
+
+#include "import_patch.h"
+#include "test.h"
 
 namespace vh::test {
 
@@ -17,6 +20,16 @@ public:
 
 private:
     Function& m_function;
+};
+
+// An import of the test program, or of the module that is named.
+struct Patched : ImportPatch {
+    template <class Function>
+    Patched(const char* function, Function* replacement, const wchar_t* module = nullptr)
+        : ImportPatch(GetModuleHandleW(module), function, reinterpret_cast<void*>(replacement))
+    {
+        EXPECT_TRUE(found()) << function;
+    }
 };
 
 } // namespace vh::test

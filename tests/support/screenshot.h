@@ -1,11 +1,7 @@
 // A picture of a part of the screen, kept for people to look at.
 #pragma once
 
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
-#include <windows.h>
+#include "test.h"
 
 namespace vh::test {
 
@@ -15,6 +11,7 @@ inline void KeepPicture(HWND window, const std::wstring& name)
     wchar_t folder[MAX_PATH] = L"";
     if (!GetEnvironmentVariableW(L"VHRT_PICTURES", folder, MAX_PATH))
         return;
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     RECT place{};
     GetWindowRect(window, &place);
     BITMAPINFOHEADER picture{};

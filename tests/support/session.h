@@ -2,13 +2,9 @@
 // the end.
 #pragma once
 
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../exports/vhrt.h"
 #include "../engine/setup_folder.h"
+#include "test.h"
 
 namespace vh::test {
 

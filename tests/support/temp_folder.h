@@ -43,6 +43,19 @@ public:
         return file.wstring();
     }
 
+    // Makes a file of zeros that takes no room, and gives its path.
+    std::wstring Large(const std::wstring& name, int64_t size) const
+    {
+        const std::wstring path = Write(name, "");
+        LARGE_INTEGER end;
+        end.QuadPart = size;
+        const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+        SetFilePointerEx(file, end, nullptr, FILE_BEGIN);
+        SetEndOfFile(file);
+        CloseHandle(file);
+        return path;
+    }
+
 private:
     std::filesystem::path m_path;
 };

@@ -1,12 +1,10 @@
 // A second copy of VHRT.dll, loaded while the trace switch is set: a trace of its own for one test.
 #pragma once
 
-#include <filesystem>
-#include <string>
-
 #include "../../diagnostics/trace_record.h"
 #include "../../exports/vhrt/context.h"
 #include "temp_folder.h"
+#include "test.h"
 
 namespace vh::test {
 

@@ -1,14 +1,7 @@
 // Small Windows images whose version resource is put together by the test, sound or not.
 #pragma once
 
-#include <cstdint>
-#include <cstring>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <windows.h>
+#include "test.h"
 
 namespace vh::test {
 

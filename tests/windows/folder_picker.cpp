@@ -1,12 +1,10 @@
 // The folder picker, driven as a user drives it.
-#include <gtest/gtest.h>
-
 #include <shlobj.h>
 
 #include "../../exports/vhrt/folders.h"
 #include "../../scriptdata/exception.h"
 #include "../support/dialog_driver.h"
-#include "../support/import_patch.h"
+#include "../support/replaced.h"
 #include "../support/screenshot.h"
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
@@ -107,8 +105,7 @@ struct Shown {
     int32_t flags = with_edit;
     bool verify = false;
     int32_t size = MAX_PATH;
-    std::wstring label = L"&Folder:";
-    std::wstring second_label = L"Or from here:";
+    std::wstring label = L"&Folder:", second_label = L"Or from here:";
 };
 
 // The result, and what the buffer holds then.
@@ -359,11 +356,9 @@ BSTR WINAPI NoText(const OLECHAR*, UINT) { return nullptr; }
 TEST_F(FolderPicker, EndsWithTheErrorWhenMemoryRunsOutInside)
 {
     HRESULT code = S_OK;
-    std::unique_ptr<ImportPatch> no_memory;
+    std::optional<Patched> no_memory;
     const auto run_out = [&] {
-        no_memory = std::make_unique<ImportPatch>(GetModuleHandleW(L"VHRT.dll"), "SysAllocStringLen",
-                                                  reinterpret_cast<void*>(&NoText));
-        EXPECT_TRUE(no_memory->found());
+        no_memory.emplace("SysAllocStringLen", NoText, L"VHRT.dll");
         return Type(L"c:\\a text that is not short");
     };
     try {

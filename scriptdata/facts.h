@@ -2,8 +2,8 @@
 #pragma once
 
 #include "../Src/inc/engine_services.h"
-#include "../scriptdata/com_ptr.h"
-#include "../scriptdata/variant.h"
+#include "com_ptr.h"
+#include "variant.h"
 
 namespace vh {
 
@@ -21,11 +21,14 @@ enum setup_fact : long {
     fact_command_line = 12,
     fact_set_source_dir = 16,
     fact_language = 18,
+    fact_status_option = 19,
     fact_skin_file = 21,
     fact_keep_package_location = 22,
+    fact_dialog_hook = 24,
     fact_has_package_location = 29,
     fact_installer_session = 35,
     fact_silent_ex = 36,
+    fact_parent_search = 40,
     fact_external_ui = 43,
     fact_package_location = 44,
 };

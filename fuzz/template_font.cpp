@@ -1,0 +1,19 @@
+// Exchanges the font of arbitrary bytes as a dialog template; what comes out is a template again.
+#include <cstdint>
+#include <cstdlib>
+
+#include "../dialogs/template_font.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::vector<std::byte> exact(reinterpret_cast<const std::byte*>(data),
+                                       reinterpret_cast<const std::byte*>(data) + size);
+    const std::u16string_view face(u"A face that has more than thirty-two units");
+    const std::vector<std::byte> once = vh::WithFont(std::span(exact), face, std::uint16_t{9});
+    if (once.empty())
+        return 0;
+    // The same font again changes nothing.
+    if (vh::WithFont(std::span(once), face, std::uint16_t{9}) != once)
+        std::abort();
+    return 0;
+}

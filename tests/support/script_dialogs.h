@@ -1,0 +1,56 @@
+// Dialogs as a script has them: defined on the tests' own templates, driven by control number.
+#pragma once
+
+#include <string>
+
+#include "../../exports/vhrt.h"
+#include "dialog_driver.h"
+#include "texts.h"
+
+namespace vh::test {
+
+// A context whose author's library holds the tests' templates.
+inline std::wstring DialogTemplates() { return TextsFile(L"vhtexts_dialogs.dll"); }
+
+// A defined dialog, released at the end.
+class TestDialog {
+public:
+    TestDialog(ObjectContext* context, std::wstring name, int32_t resource, int32_t style = DialogStandardEvents)
+        : m_context(context), m_name(std::move(name))
+    {
+        EXPECT_EQ(_DefineDialog(context, m_name.c_str(), nullptr, L"", resource, L"", 0, nullptr, style), 0);
+    }
+    TestDialog(const TestDialog&) = delete;
+    TestDialog& operator=(const TestDialog&) = delete;
+    ~TestDialog()
+    {
+        End();
+        _ReleaseDialog(m_context, m_name.c_str());
+    }
+
+    const wchar_t* name() const { return m_name.c_str(); }
+    int32_t Wait() const { return _WaitOnDialog(m_context, name()); }
+    int32_t End() const { return _EndDialog(m_context, name()); }
+    HWND window() const { return reinterpret_cast<HWND>(_CmdGetHwndDlg(m_context, name())); }
+    HWND Control(int id) const { return GetDlgItem(window(), id); }
+
+    // Posts what a control of that number would send. A null control is one that nobody made.
+    void Post(int id, UINT code) const
+    {
+        PostMessageW(window(), WM_COMMAND, MAKEWPARAM(id, code), reinterpret_cast<LPARAM>(Control(id)));
+    }
+    // The result of the wait; a help key that is posted behind ends it where nothing before did.
+    int32_t WaitOrHelp() const
+    {
+        PostMessageW(window(), WM_KEYDOWN, VK_F1, 0);
+        const int32_t result = Wait();
+        EXPECT_TRUE(result == 8 || Wait() == 8);
+        return result;
+    }
+
+private:
+    ObjectContext* m_context;
+    std::wstring m_name;
+};
+
+} // namespace vh::test

@@ -1,0 +1,47 @@
+// What every test begins with: GoogleTest, the language's headers, and tables of cases.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+#include <set>
+#include <span>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+namespace vh::test {
+
+// Rows that a loop takes apart under names: `for (const auto& [number, word] : rows)`.
+template <class... Cells>
+using Table = const std::tuple<Cells...>[];
+
+} // namespace vh::test
+
+// A call's result, and what it has written: a value, or a text.
+#define EXPECT_GIVES(call, result, output, wanted)                                                                     \
+    do {                                                                                                               \
+        EXPECT_EQ(call, result);                                                                                       \
+        EXPECT_EQ(output, wanted);                                                                                     \
+    } while (false)
+#define EXPECT_GIVES_TEXT(call, result, output, wanted)                                                                \
+    EXPECT_GIVES(call, result, std::basic_string_view(output), wanted)

@@ -1,0 +1,371 @@
+// Script dialogs, driven by what their controls send.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "../../exports/vhrt.h"
+#include "../support/screenshot.h"
+#include "../support/script_dialogs.h"
+
+using namespace vh::test;
+
+namespace {
+
+constexpr int edit = 1001, combo = 1002, list = 1003, button = 1004, text = 1005, link = 1006, tree = 1007;
+
+class ScriptDialogs : public ::testing::Test {
+protected:
+    TextSession session{DialogTemplates(), StandardTexts()};
+};
+
+TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
+{
+    const TestDialog dialog(session, L"d", 100);
+    EXPECT_EQ(_ReleaseDialog(session, L"d"), 0) << "not created yet";
+    const TestDialog again(session, L"d", 100);
+    EXPECT_EQ(_CmdGetHwndDlg(session, L"d"), 0);
+    EXPECT_EQ(_CmdGetMsg(session, L"d"), 0);
+
+    EXPECT_EQ(again.Wait(), DialogCreated);
+    const HWND window = again.window();
+    EXPECT_TRUE(IsWindow(window) && !IsWindowVisible(window));
+    EXPECT_EQ(_ReleaseDialog(session, L"d"), -2);
+    EXPECT_EQ(again.WaitOrHelp(), 8);
+    EXPECT_TRUE(IsWindowVisible(window));
+    KeepPicture(window, L"script-dialog-classic");
+
+    EXPECT_EQ(again.End(), 0);
+    EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(again.Wait(), DialogCreated) << "can be waited on again";
+}
+
+// What a control's command becomes in the two ways of delivery, and under which codes.
+TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
+{
+    constexpr int none = 8; // only the help key came
+    Table<int, UINT, bool, bool, int32_t, int32_t> cases = {
+        {edit, EN_CHANGE, true, true, -1007, -1007},
+        {edit, EN_UPDATE, true, false, -999, EN_UPDATE},
+        {edit, EN_MAXTEXT, true, false, -999, EN_MAXTEXT},
+        {edit, EN_SETFOCUS, false, false, 0, 0},
+        {edit, EN_HSCROLL, false, false, 0, 0},
+        {combo, CBN_SELCHANGE, true, true, -1005, -1005},
+        {combo, CBN_DBLCLK, true, false, -999, CBN_DBLCLK},
+        {combo, CBN_SETFOCUS, false, false, 0, 0},
+        {combo, CBN_EDITCHANGE, true, true, -1004, CBN_EDITCHANGE},
+        {combo, CBN_EDITUPDATE, true, false, -999, CBN_EDITUPDATE},
+        {combo, CBN_DROPDOWN, true, false, -999, CBN_DROPDOWN},
+        {combo, CBN_SELENDCANCEL, true, false, -999, CBN_SELENDCANCEL},
+        {list, LBN_SELCHANGE, true, true, -1009, -1009},
+        {list, LBN_DBLCLK, true, true, -1008, -1008},
+        {list, LBN_SELCANCEL, true, false, -999, LBN_SELCANCEL},
+        {list, LBN_SETFOCUS, false, false, 0, 0},
+        {button, BN_CLICKED, true, true, -1010, BN_CLICKED},
+        {button, BN_KILLFOCUS, true, true, -1010, BN_KILLFOCUS},
+        {text, STN_CLICKED, false, true, -999, STN_CLICKED},
+        {link, 0, false, true, -999, 0},
+        {tree, 1, false, false, 0, 0},
+        {4711, BN_CLICKED, false, false, 0, 0},
+    };
+    const std::pair<int32_t, bool> modes[] = {{DialogStandardEvents, false}, {DialogAllCommands, true}};
+    for (const auto& [mode, all] : modes) {
+        const TestDialog dialog(session, L"d", 100, mode | DialogCentered);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        EXPECT_EQ(dialog.WaitOrHelp(), none);
+        for (const auto& [id, code, standard, wanted_all, sub, notification] : cases) {
+            dialog.Post(id, code);
+            const bool delivered = all ? wanted_all : standard;
+            ASSERT_EQ(dialog.WaitOrHelp(), delivered ? id : none) << id << " " << code << " " << mode;
+            if (!delivered)
+                continue;
+            EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND);
+            EXPECT_EQ(_CmdGetParam1(session, L"d"), MAKEWPARAM(id, code));
+            EXPECT_EQ(_CmdGetParam2(session, L"d"), reinterpret_cast<int64_t>(dialog.Control(id)));
+            EXPECT_EQ(_CtrlGetSubCommand(session, L"d"), sub) << id << " " << code;
+            EXPECT_EQ(_CtrlGetNotificationCode(session, L"d"), notification) << id << " " << code;
+        }
+    }
+    // Without a way of delivery nothing comes.
+    const TestDialog deaf(session, L"deaf", 100, DialogCentered);
+    ASSERT_EQ(deaf.Wait(), DialogCreated);
+    deaf.Post(button, BN_CLICKED);
+    EXPECT_EQ(deaf.WaitOrHelp(), none);
+}
+
+// A notification as the control of that number would send it.
+LRESULT Notify(const TestDialog& dialog, int id, UINT code)
+{
+    NMLINK sent{};
+    sent.hdr = {dialog.Control(id), static_cast<UINT_PTR>(id), code};
+    std::wcscpy(sent.item.szUrl, id == link ? L"http://127.0.0.1/page" : L"");
+    std::wcscpy(sent.item.szID, L"first");
+    return SendMessageW(dialog.window(), WM_NOTIFY, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(&sent));
+}
+
+TEST_F(ScriptDialogs, TellNotificationsInStandardDeliveryAlone)
+{
+    constexpr UINT selected = TVN_SELCHANGEDW;
+    const struct {
+        int id;
+        UINT code;
+        bool delivered;
+        UINT told;
+    } cases[] = {
+        {tree, selected, true, selected + 49},
+        {tree, NM_DBLCLK, true, static_cast<UINT>(NM_DBLCLK) + 49},
+        {edit, 4000, true, 4000},
+        {tree, static_cast<UINT>(NM_CUSTOMDRAW), false, 0},
+        {tree, static_cast<UINT>(NM_SETCURSOR), false, 0},
+        {tree, static_cast<UINT>(NM_RELEASEDCAPTURE), false, 0},
+        {tree, static_cast<UINT>(NM_NCHITTEST), false, 0},
+        {tree, static_cast<UINT>(NM_HOVER), false, 0},
+        {tree, static_cast<UINT>(NM_KILLFOCUS), false, 0},
+        {tree, static_cast<UINT>(NM_SETFOCUS), false, 0},
+        {tree, static_cast<UINT>(NM_KEYDOWN), true, static_cast<UINT>(NM_KEYDOWN) + 49},
+        {button, 4000, false, 0},
+    };
+    const TestDialog dialog(session, L"d", 100);
+    const TestDialog all(session, L"all", 100, DialogAllCommands);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    ASSERT_EQ(all.Wait(), DialogCreated);
+    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    for (const auto& one : cases) {
+        Notify(dialog, one.id, one.code);
+        ASSERT_EQ(dialog.WaitOrHelp(), one.delivered ? one.id : 8) << one.id << " " << static_cast<int>(one.code);
+        Notify(all, one.id, one.code);
+        EXPECT_EQ(all.WaitOrHelp(), 8) << static_cast<int>(one.code);
+        if (!one.delivered)
+            continue;
+        EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_NOTIFY);
+        EXPECT_EQ(_CmdGetParam1(session, L"d"), one.id);
+        EXPECT_EQ(_CtrlGetNotificationCode(session, L"d"), static_cast<int32_t>(one.told));
+        EXPECT_EQ(_CtrlGetSubCommand(session, L"d"), EventNone);
+    }
+}
+
+std::wstring LinkOf(ObjectContext* context, int id, int32_t size, int32_t& result)
+{
+    wchar_t buffer[64] = L"~";
+    result = _CtrlGetUrlForLinkClicked(context, L"d", id, buffer, &size);
+    return std::to_wstring(size) + L" " + buffer;
+}
+
+TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
+{
+    const TestDialog dialog(session, L"d", 100);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    int32_t result = 0;
+    // The mark made a link of the static control.
+    EXPECT_EQ(ClassOf(dialog.Control(1008)), L"SysLink");
+    EXPECT_EQ(TextOf(dialog.Control(1008)), L"Go <a href=\"http://127.0.0.1/x\">there</a>");
+    EXPECT_EQ(LinkOf(session, 1008, 10, result), L"10 ");
+    EXPECT_EQ(result, 0) << "nothing clicked yet";
+    EXPECT_EQ(LinkOf(session, link, 10, result), L"10 ~");
+    EXPECT_EQ(result, -1) << "no holder";
+
+    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", link, L"[hyperlink]<a>x</a>"), 0);
+    for (const UINT code : {static_cast<UINT>(NM_CLICK), static_cast<UINT>(NM_RETURN)}) {
+        Notify(dialog, link, code);
+        ASSERT_EQ(dialog.WaitOrHelp(), link);
+        EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND);
+        EXPECT_EQ(_CmdGetParam1(session, L"d"), link);
+    }
+    EXPECT_EQ(LinkOf(session, link, 20, result), L"21 ~");
+    EXPECT_EQ(result, ERROR_BUFFER_OVERFLOW);
+    EXPECT_EQ(LinkOf(session, link, 21, result), L"21 http://127.0.0.1/page");
+    EXPECT_EQ(result, 0);
+    // Without an address the link's name stands in.
+    Notify(dialog, 1008, static_cast<UINT>(NM_CLICK));
+    ASSERT_EQ(dialog.WaitOrHelp(), 1008);
+    EXPECT_EQ(LinkOf(session, 1008, 63, result), L"63 first");
+
+    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", 1008, L"plain"), -1);
+    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", 1008, L"[HTML]x"), -1);
+    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", button, L"plain"), 0);
+    EXPECT_EQ(TextOf(dialog.Control(button)), L"&Next");
+    // The kind is not looked at again.
+    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", 1008, L"[html]<a>y</a>"), 0);
+    EXPECT_EQ(TextOf(dialog.Control(1008)), L"<a>y</a>");
+    // There is no browser to host here: creation fails and takes the control with it.
+    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", text, L"[html]<p>x"), -1);
+    EXPECT_EQ(dialog.Control(text), nullptr);
+}
+
+TEST_F(ScriptDialogs, PrepareTheirSpecialControls)
+{
+    ASSERT_EQ(_DialogSetFont(session, L"A face whose name is longer than 32 units", 12), 0);
+    const TestDialog dialog(session, L"d", 200, DialogStandardEvents);
+    ASSERT_EQ(_DialogSetFont(session, L"", 0), 0);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const auto font_of = [&](int id) {
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(dialog.Control(id), WM_GETFONT, 0, 0)), sizeof(font), &font);
+        return font;
+    };
+    EXPECT_EQ(font_of(50).lfWeight, 700);
+    EXPECT_EQ(font_of(51).lfWeight, 700) << "the template's own";
+    EXPECT_EQ(font_of(51).lfItalic, 1);
+    EXPECT_EQ(GetWindowLongW(dialog.Control(1300), GWL_STYLE) & 0x17, SS_ETCHEDHORZ);
+    EXPECT_TRUE(GetWindowLongW(dialog.Control(1300), GWL_EXSTYLE) & WS_EX_STATICEDGE);
+    EXPECT_NE(SendMessageW(dialog.Control(17808), STM_GETICON, 0, 0), 0);
+
+    const auto color = [&](int id) {
+        const HDC device = GetDC(dialog.window());
+        SetBkMode(device, OPAQUE);
+        const auto brush = SendMessageW(dialog.window(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(device),
+                                        reinterpret_cast<LPARAM>(dialog.Control(id)));
+        const bool transparent = GetBkMode(device) == TRANSPARENT;
+        ReleaseDC(dialog.window(), device);
+        LOGBRUSH kind{};
+        GetObjectW(reinterpret_cast<HBRUSH>(brush), sizeof(kind), &kind);
+        return std::pair(transparent, brush == 0 ? -1 : static_cast<int>(kind.lbStyle));
+    };
+    EXPECT_EQ(color(50), std::pair(true, BS_NULL));
+    EXPECT_EQ(color(51), std::pair(true, BS_NULL));
+    EXPECT_EQ(color(52), std::pair(false, BS_SOLID));
+    EXPECT_EQ(color(1005).first, false);
+    EXPECT_EQ(dialog.WaitOrHelp(), 8);
+    KeepPicture(dialog.window(), L"script-dialog-extended");
+}
+
+TEST_F(ScriptDialogs, StackNamesAndEnableWhatIsOnTop)
+{
+    const auto current = [&] {
+        wchar_t name[16] = L"~";
+        const int32_t code = _GetCurrentDialogName(session, name, 16);
+        return std::to_wstring(code) + L" " + name;
+    };
+    EXPECT_EQ(current(), L"-1 ~");
+    const TestDialog lower(session, L"lower", 100);
+    const TestDialog upper(session, L"upper", 200);
+    ASSERT_EQ(lower.Wait(), DialogCreated);
+    EXPECT_EQ(current(), L"0 lower");
+    ASSERT_EQ(upper.Wait(), DialogCreated);
+    EXPECT_EQ(current(), L"0 upper");
+    EXPECT_EQ(_CmdGetHwndDlg(session, L""), reinterpret_cast<int64_t>(upper.window()));
+    EXPECT_EQ(_CmdGetHwndDlg(session, L"nobody"), 0);
+    EXPECT_FALSE(IsWindowEnabled(lower.window()));
+    EXPECT_TRUE(IsWindowEnabled(upper.window()));
+    wchar_t small[6] = L"~";
+    EXPECT_EQ(_GetCurrentDialogName(session, small, 5), 6);
+    EXPECT_EQ(small[0], L'~');
+    EXPECT_EQ(upper.End(), 0);
+    EXPECT_EQ(current(), L"0 lower");
+    EXPECT_TRUE(IsWindowEnabled(lower.window()));
+
+    EXPECT_EQ(_EnablePrevDialog(session, 0, L"ghost"), 0);
+    EXPECT_FALSE(IsWindowEnabled(lower.window()));
+    EXPECT_EQ(current(), L"0 ghost");
+    EXPECT_EQ(_EnablePrevDialog(session, 0, L"second"), 0);
+    EXPECT_EQ(_EnablePrevDialog(session, 1, L"ignored"), 0);
+    EXPECT_EQ(_EnablePrevDialog(session, 1, nullptr), 0);
+    EXPECT_TRUE(IsWindowEnabled(lower.window()));
+    // A name that was looked for as the current dialog is taken; one that was only pushed is not.
+    EXPECT_EQ(_DefineDialog(session, L"ghost", nullptr, L"", 100, L"", 0, nullptr, 1), -1);
+    EXPECT_EQ(_ReleaseDialog(session, L"ghost"), -4);
+    EXPECT_EQ(_WaitOnDialog(session, L"ghost"), -1);
+    EXPECT_EQ(_DefineDialog(session, L"second", nullptr, L"", 100, L"", 0, nullptr, 1), 0);
+}
+
+TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
+{
+    const std::wstring library = DialogTemplates();
+    const struct {
+        const wchar_t* name;
+        std::wstring library;
+        int32_t resource;
+        const wchar_t* resource_name;
+        int32_t defined;
+        int32_t first_wait;
+    } cases[] = {
+        {L"own", library, 100, L"", 0, DialogCreated},
+        {L"named", library, 0, L"NAMED", 0, DialogCreated},
+        {L"own", library, 100, L"", -1, 0},
+        {L"gone", library + L"x", 100, L"", -1, 0},
+        {L"missing number", library, 4711, L"", 0, -1},
+        {L"no number", L"", 4711, L"", 0, -1},
+        // Without a library the number leads to it, also where the dialog has a name.
+        {L"name alone", L"", 0, L"NAMED", 0, -1},
+        {L"no library", StandardTexts() + L"\\..\\vhtexts_dialogs.dll.txt", 100, L"", -1, 0},
+    };
+    for (const auto& one : cases) {
+        EXPECT_EQ(_DefineDialog(session, one.name, nullptr, one.library.c_str(), one.resource, one.resource_name, 4711,
+                                nullptr, DialogStandardEvents),
+                  one.defined)
+            << one.name;
+        if (one.defined != 0)
+            continue;
+        EXPECT_EQ(_WaitOnDialog(session, one.name), one.first_wait) << one.name;
+        EXPECT_EQ(_EndDialog(session, one.name), 0);
+    }
+    EXPECT_EQ(_EndDialog(session, L"unknown"), -1);
+    EXPECT_EQ(_ReleaseDialog(session, L"unknown"), -4);
+    EXPECT_EQ(_WaitOnDialog(session, L"unknown"), -1);
+    EXPECT_EQ(_CmdGetMsg(session, L"unknown"), -1);
+}
+
+TEST_F(ScriptDialogs, TellOfTheHundredthFailure)
+{
+    const TestDialog dialog(session, L"d", 4711);
+    for (int i = 0; i < 100; ++i)
+        ASSERT_EQ(dialog.Wait(), -1) << i;
+    {
+        const DialogDriver driver({[] {
+            const HWND box = DialogNamed(L"Standard caption");
+            return box && VisibleChild(box, L"Static", L"WaitOnDialog failed.") &&
+                   PostMessageW(box, WM_COMMAND, IDOK, 0);
+        }});
+        EXPECT_EQ(dialog.Wait(), -1);
+    }
+    // The count starts anew.
+    EXPECT_EQ(dialog.Wait(), -1);
+}
+
+// A message that was sent ends the dialog in the middle of its own wait.
+LRESULT CALLBACK EndOnUser(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR context)
+{
+    if (message == WM_USER) {
+        auto* const owner = reinterpret_cast<ObjectContext*>(context);
+        EXPECT_EQ(_EndDialog(owner, L"d"), 0);
+        EXPECT_EQ(_ReleaseDialog(owner, L"d"), 0);
+        return 0;
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(ScriptDialogs, MayEndInsideTheirOwnWait)
+{
+    for (const bool posted : {true, false}) {
+        const TestDialog dialog(session, L"d", 100);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        SetWindowSubclass(dialog.window(), &EndOnUser, 1,
+                          reinterpret_cast<DWORD_PTR>(static_cast<ObjectContext*>(session)));
+        if (posted)
+            PostMessageW(dialog.window(), WM_USER, 0, 0);
+        else
+            SendNotifyMessageW(dialog.window(), WM_USER, 0, 0);
+        EXPECT_EQ(dialog.Wait(), -1) << posted;
+        EXPECT_EQ(_CmdGetMsg(session, L"d"), -1) << "gone";
+    }
+}
+
+TEST_F(ScriptDialogs, LeaveNoHandlesBehind)
+{
+    const auto cycle = [&](int count) {
+        for (int i = 0; i < count; ++i) {
+            const TestDialog dialog(session, L"d", i % 2 ? 100 : 200);
+            ASSERT_EQ(dialog.Wait(), DialogCreated);
+            ASSERT_EQ(dialog.WaitOrHelp(), 8);
+        }
+    };
+    const auto handles = [] {
+        return std::pair(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+                         GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
+    };
+    cycle(10);
+    const auto before = handles();
+    cycle(100);
+    EXPECT_EQ(handles(), before);
+}
+
+} // namespace
