@@ -29,7 +29,6 @@ inline constinit late_function<decltype(RestoreDC)> restore_dc(gdi32, "RestoreDC
 inline constinit late_function<decltype(SaveDC)> save_dc(gdi32, "SaveDC");
 inline constinit late_function<decltype(SelectPalette)> select_palette(gdi32, "SelectPalette");
 inline constinit late_function<decltype(SetBkColor)> set_background(gdi32, "SetBkColor");
-inline constinit late_function<decltype(SetBrushOrgEx)> set_brush_origin(gdi32, "SetBrushOrgEx");
 inline constinit late_function<decltype(SetMapMode)> set_map_mode(gdi32, "SetMapMode");
 inline constinit late_function<decltype(SetMetaFileBitsEx)> set_metafile_bits(gdi32, "SetMetaFileBitsEx");
 inline constinit late_function<decltype(SetStretchBltMode)> set_stretch_mode(gdi32, "SetStretchBltMode");

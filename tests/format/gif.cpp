@@ -77,11 +77,8 @@ std::string FileOf(unsigned width, unsigned height, const std::string& data, boo
 TEST(Gif, FollowsTheCodes)
 {
     using pixels = std::vector<uint8_t>;
-    const struct {
-        const char* name;
-        std::string data;
-        pixels shown; // of 4 x 1
-    } cases[] = {
+    // of 4 x 1
+    vh::test::Table<const char*, std::string, pixels> cases = {
         {"single pixels", Codes({4, 0, 1, 2, 3, 5}, {3, 3, 3, 3, 4, 4}), {0, 1, 2, 3}},
         {"the string being made", Codes({4, 1, 6, 5}), {1, 1, 1, 0}},
         {"a clear straight behind a clear", Codes({4, 4, 4, 2, 2, 5}), {2, 2, 0, 0}},
@@ -90,18 +87,15 @@ TEST(Gif, FollowsTheCodes)
         {"an end at once", Codes({4, 5}), {0, 0, 0, 0}},
         {"more pixels than there is room for", Codes({4, 1, 6, 2, 7, 5}, {3, 3, 3, 3, 4, 4}), {1, 1, 1, 2}},
     };
-    for (const auto& one : cases)
-        EXPECT_EQ(ImagesOf(FileOf(4, 1, one.data)), std::vector<pixels>{one.shown}) << one.name;
-    const struct {
-        const char* name;
-        std::string data;
-    } broken[] = {{"a code above the next", Codes({4, 1, 7, 5})},
-                  {"no string before", Codes({6, 5})},
-                  {"no end", Codes({4, 1, 1})},
-                  {"minimum 1", "\1\1\1" + std::string(1, '\0')},
-                  {"minimum 10", "\12\1\1" + std::string(1, '\0')}};
-    for (const auto& one : broken)
-        EXPECT_EQ(CodeOf(FileOf(4, 1, one.data)), gif_data_error) << one.name;
+    for (const auto& [name, packed, wanted] : cases)
+        EXPECT_EQ(ImagesOf(FileOf(4, 1, packed)), std::vector<pixels>{wanted}) << name;
+    vh::test::Table<const char*, std::string> broken = {{"a code above the next", Codes({4, 1, 7, 5})},
+                                                        {"no string before", Codes({6, 5})},
+                                                        {"no end", Codes({4, 1, 1})},
+                                                        {"minimum 1", "\1\1\1" + std::string(1, '\0')},
+                                                        {"minimum 10", "\12\1\1" + std::string(1, '\0')}};
+    for (const auto& [name, packed] : broken)
+        EXPECT_EQ(CodeOf(FileOf(4, 1, packed)), gif_data_error) << name;
 }
 
 TEST(Gif, HasTheRowsOfADeviceBitmap)
@@ -167,20 +161,16 @@ TEST(Gif, ShowsWhatWasPacked)
 
 TEST(Gif, AgreesWithAnotherDecoder)
 {
-    const struct {
-        unsigned number, width, height, bits;
-        bool interlaced;
-        uint64_t digest;
-    } cases[] = {{1, 320, 200, 8, false, 0x3BF7BF67E6E99840},
-                 {2, 321, 203, 4, true, 0x48A62C9C19250F6F},
-                 {3, 640, 480, 8, true, 0x259B6C0DA6EF9F6C}};
-    for (const auto& one : cases) {
-        const std::string file =
-            GifScreen(one.width, one.height, one.bits) + GifImageHead(0, 0, one.width, one.height, one.interlaced) +
-            PackGifPixels(Picture(one.number, one.width, one.height, one.bits), {.minimum = one.bits}) + ";";
+    vh::test::Table<unsigned, unsigned, unsigned, unsigned, bool, uint64_t> cases = {
+        {1, 320, 200, 8, false, 0x3BF7BF67E6E99840},
+        {2, 321, 203, 4, true, 0x48A62C9C19250F6F},
+        {3, 640, 480, 8, true, 0x259B6C0DA6EF9F6C}};
+    for (const auto& [number, across, down, bits, interlaced, digest] : cases) {
+        const std::string file = GifScreen(across, down, bits) + GifImageHead(0, 0, across, down, interlaced) +
+                                 PackGifPixels(Picture(number, across, down, bits), {.minimum = bits}) + ";";
         const auto images = ImagesOf(file);
         ASSERT_EQ(images.size(), 1u);
-        EXPECT_EQ(Digest(images[0]), one.digest) << one.number;
+        EXPECT_EQ(Digest(images[0]), digest) << number;
     }
 }
 
@@ -262,11 +252,7 @@ TEST(Gif, TellsWhatIsWrong)
     const std::string image = GifImageHead(0, 0, 4, 1) + Codes({4, 1, 6, 5});
     const std::string screen = GifScreen(4, 1, 2);
     const std::string bad_text = std::string("!\1\3\1\2\3\2ab\0", 10);
-    const struct {
-        const char* name;
-        std::string file;
-        uint32_t code;
-    } cases[] = {
+    vh::test::Table<const char*, std::string, uint32_t> cases = {
         {"no image", screen + ";", 0},
         {"no tables at all", GifScreen(4, 1, 0) + image + ";", 0},
         {"GIF87a", GifScreen(4, 1, 2, "GIF87a") + image + ";", 0},
@@ -286,8 +272,8 @@ TEST(Gif, TellsWhatIsWrong)
              ";",
          14},
     };
-    for (const auto& one : cases)
-        EXPECT_EQ(CodeOf(one.file), one.code) << one.name;
+    for (const auto& [name, bytes, code] : cases)
+        EXPECT_EQ(CodeOf(bytes), code) << name;
 }
 
 TEST(Gif, SurvivesEveryCutAndEveryChangedByte)

@@ -68,12 +68,8 @@ TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
 
 TEST(PictureFiles, TakeRunsApart)
 {
-    const struct {
-        const char* name;
-        unsigned bits;
-        std::string runs;
-        std::string shown; // 5 x 2, the lower row first
-    } cases[] = {
+    // 5 x 2, the lower row first
+    vh::test::Table<const char*, unsigned, std::string, std::string> cases = {
         {"runs", 8, std::string("\5\7\0\0\2\1\3\2\0\1", 10), "\7\7\7\7\7\1\1\2\2\2"},
         {"pixels", 8, std::string("\0\5\1\2\3\4\5\0\0\0\5\6\0\1", 14), "\1\2\3\4\5\6\6\6\6\6"},
         {"moves", 8, std::string("\1\7\0\2\2\1\2\3\0\1", 10), std::string("\7\0\0\0\0\0\0\0\3\3", 10)},
@@ -83,15 +79,14 @@ TEST(PictureFiles, TakeRunsApart)
         {"cut in a run", 8, std::string("\5\7\0\0\2", 5), std::string("\7\7\7\7\7\0\0\0\0\0", 10)},
         {"cut in pixels", 8, std::string("\0\5\1\2", 4), std::string("\1\2\0\0\0\0\0\0\0\0", 10)},
     };
-    for (const auto& one : cases) {
-        const std::string file =
-            BitmapFile(BitmapHeader(5, 2, one.bits, one.bits == 8 ? 1 : 2), BitmapTable(1u << one.bits), one.runs);
+    for (const auto& [name, bits, runs, shown] : cases) {
+        const std::string file = BitmapFile(BitmapHeader(5, 2, bits, bits == 8 ? 1 : 2), BitmapTable(1u << bits), runs);
         bitmap_picture picture;
-        ASSERT_EQ(ReadBitmapFile(Bytes(file), picture), 0u) << one.name;
+        ASSERT_EQ(ReadBitmapFile(Bytes(file), picture), 0u) << name;
         EXPECT_EQ(picture.bits, 8);
         ASSERT_EQ(picture.pixels.size(), 16u);
         const std::string pixels(reinterpret_cast<const char*>(picture.pixels.data()), 16);
-        EXPECT_EQ(pixels.substr(0, 5) + pixels.substr(8, 5), one.shown) << one.name;
+        EXPECT_EQ(pixels.substr(0, 5) + pixels.substr(8, 5), shown) << name;
     }
 }
 
@@ -111,12 +106,7 @@ TEST(PictureFiles, GiveAWholeMetafile)
 {
     const std::string two = Record(4, 0x20B) + Record(5, 0x20C);
     const std::string end = Record(3, 0);
-    const struct {
-        const char* name;
-        std::string file;
-        uint32_t code;
-        std::string records;
-    } cases[] = {
+    vh::test::Table<const char*, std::string, uint32_t, std::string> cases = {
         {"as it should be", MetafileFile(two + end, 21), 0, two},
         {"its size with the file's header", MetafileFile(two + end, 32), 0, two},
         {"a giant's size", MetafileFile(two + end, 0xFFFFFFFF), 0, two},
@@ -130,16 +120,16 @@ TEST(PictureFiles, GiveAWholeMetafile)
         {"another key", MetafileFile(two + end, 21, Long(0x9AC6CDD6)), 13, ""},
         {"cut in the header", MetafileFile("", 9).substr(0, 39), 13, ""},
     };
-    for (const auto& one : cases) {
+    for (const auto& [name, bytes, code, kept] : cases) {
         metafile_picture picture;
-        EXPECT_EQ(ReadMetafile(Bytes(one.file), picture), one.code) << one.name;
-        if (one.code)
+        EXPECT_EQ(ReadMetafile(Bytes(bytes), picture), code) << name;
+        if (code)
             continue;
         EXPECT_EQ(picture.left, -10);
         EXPECT_EQ(picture.bottom, 70);
         const std::string bits(reinterpret_cast<const char*>(picture.bits.data()), picture.bits.size());
-        EXPECT_EQ(bits.substr(18), one.records + end) << one.name;
-        EXPECT_EQ(bits.substr(6, 4), Long(bits.size() / 2)) << one.name;
+        EXPECT_EQ(bits.substr(18), kept + end) << name;
+        EXPECT_EQ(bits.substr(6, 4), Long(bits.size() / 2)) << name;
     }
 }
 
@@ -186,10 +176,7 @@ TEST(PictureFiles, ReadPalettes)
 
 TEST(PictureFiles, SurviveEveryCutAndEveryChangedByte)
 {
-    const struct {
-        std::string file;
-        std::function<uint32_t(std::span<const std::byte>)> read;
-    } cases[] = {
+    vh::test::Table<std::string, std::function<uint32_t(std::span<const std::byte>)>> cases = {
         {BitmapFile(BitmapHeader(5, 3, 8, 1), BitmapTable(256),
                     std::string("\5\7\0\0\0\5\1\2\3\4\5\0\0\2\1\1\3\1\0\1", 20)),
          [](auto bytes) {
@@ -207,17 +194,17 @@ TEST(PictureFiles, SurviveEveryCutAndEveryChangedByte)
              return ReadMetafile(bytes, picture);
          }},
     };
-    for (const auto& one : cases) {
-        for (std::size_t length = 0; length < one.file.size(); ++length) {
+    for (const auto& [bytes, read] : cases) {
+        for (std::size_t length = 0; length < bytes.size(); ++length) {
             // Of exactly the size, so that a read too far is seen.
-            const std::vector<char> cut(one.file.begin(), one.file.begin() + static_cast<std::ptrdiff_t>(length));
-            one.read(std::as_bytes(std::span(cut)));
+            const std::vector<char> cut(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length));
+            read(std::as_bytes(std::span(cut)));
         }
-        for (std::size_t at = 0; at < one.file.size(); ++at)
+        for (std::size_t at = 0; at < bytes.size(); ++at)
             for (const int change : {1, 0x40, 0xFF}) {
-                std::vector<char> changed(one.file.begin(), one.file.end());
+                std::vector<char> changed(bytes.begin(), bytes.end());
                 changed[at] = static_cast<char>(changed[at] ^ change);
-                const uint32_t code = one.read(std::as_bytes(std::span(changed)));
+                const uint32_t code = read(std::as_bytes(std::span(changed)));
                 EXPECT_TRUE(code == picture_done || code == picture_data_error);
             }
     }

@@ -76,60 +76,51 @@ std::function<DWORD(int, int)> PictureAt(int left, int top, int times = 1)
 TEST(Pictures, StandWhereAnchorsPositionsAndSizesPutThem)
 {
     constexpr int32_t middle = centered_position;
-    const struct {
-        uint32_t options;
-        int32_t x;
-        int32_t y;
-        int left;
-        int top;
-    } cases[] = {{0, 3, 5, 3, 5},
-                 {anchor_top_left, 3, 5, 3, 5},
-                 {anchor_top_right, 3, 5, 60 - 16 - 3, 5},
-                 {anchor_bottom_left, 3, 5, 3, 50 - 12 - 5},
-                 {anchor_bottom_right, 3, 5, 60 - 16 - 3, 50 - 12 - 5},
-                 // The last one in the order 8, 4, 2, 1 holds.
-                 {anchor_bottom_left | anchor_top_right, 3, 5, 60 - 16 - 3, 5},
-                 {anchor_bottom_right | anchor_top_left, 3, 5, 3, 5},
-                 {anchor_bottom_right, middle, 5, 22, 50 - 12 - 5},
-                 {anchor_bottom_right, 3, middle, 60 - 16 - 3, 19},
-                 {0, middle, middle, 22, 19},
-                 {option_center | anchor_bottom_right, 3, 5, 22, 19},
-                 {0, -4, -2, -4, -2},
-                 {0, 55, 45, 55, 45}};
-    for (const auto& one : cases) {
+    vh::test::Table<uint32_t, int32_t, int32_t, int, int> cases = {
+        {0, 3, 5, 3, 5},
+        {anchor_top_left, 3, 5, 3, 5},
+        {anchor_top_right, 3, 5, 60 - 16 - 3, 5},
+        {anchor_bottom_left, 3, 5, 3, 50 - 12 - 5},
+        {anchor_bottom_right, 3, 5, 60 - 16 - 3, 50 - 12 - 5},
+        // The last one in the order 8, 4, 2, 1 holds.
+        {anchor_bottom_left | anchor_top_right, 3, 5, 60 - 16 - 3, 5},
+        {anchor_bottom_right | anchor_top_left, 3, 5, 3, 5},
+        {anchor_bottom_right, middle, 5, 22, 50 - 12 - 5},
+        {anchor_bottom_right, 3, middle, 60 - 16 - 3, 19},
+        {0, middle, middle, 22, 19},
+        {option_center | anchor_bottom_right, 3, 5, 22, 19},
+        {0, -4, -2, -4, -2},
+        {0, 55, 45, 55, 45}};
+    for (const auto& [flags, x, y, left, top] : cases) {
         Sheet sheet(60, 50, ground_color);
-        SetupImage image = Loaded(one.options);
-        image.SetPosition(one.x, one.y);
+        SetupImage image = Loaded(flags);
+        image.SetPosition(x, y);
         EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
-        EXPECT_EQ(Differences(sheet, PictureAt(one.left, one.top)), "") << one.options << " " << one.x << " " << one.y;
+        EXPECT_EQ(Differences(sheet, PictureAt(left, top)), "") << flags << " " << x << " " << y;
     }
 }
 
 TEST(Pictures, TakeTheSizeThatTheOptionsSay)
 {
-    const struct {
-        uint32_t options;
-        int32_t x;
-        int32_t y;
-        SIZE size;
-    } cases[] = {{0, 5, 5, {16, 12}},
-                 {option_fixed_size, 5, 7, {5, 7}},
-                 {option_scale, 50000, 200000, {8, 24}},
-                 {option_scale, 33333, 99999, {5, 11}},
-                 {option_scale | option_fixed_size, 200000, 100000, {32, 12}}};
-    for (const auto& one : cases) {
-        SetupImage image = Loaded(one.options);
-        image.SetSize(one.x, one.y);
-        EXPECT_EQ(image.TargetSize().cx, one.size.cx);
-        EXPECT_EQ(image.TargetSize().cy, one.size.cy);
+    vh::test::Table<uint32_t, int32_t, int32_t, SIZE> cases = {
+        {0, 5, 5, {16, 12}},
+        {option_fixed_size, 5, 7, {5, 7}},
+        {option_scale, 50000, 200000, {8, 24}},
+        {option_scale, 33333, 99999, {5, 11}},
+        {option_scale | option_fixed_size, 200000, 100000, {32, 12}}};
+    for (const auto& [flags, size_x, size_y, wanted] : cases) {
+        SetupImage image = Loaded(flags);
+        image.SetSize(size_x, size_y);
+        EXPECT_EQ(image.TargetSize().cx, wanted.cx);
+        EXPECT_EQ(image.TargetSize().cy, wanted.cy);
         // What is drawn begins and ends at the edges of that size.
         Sheet sheet(60, 50, ground_color);
         image.SetPosition(10, 10);
         image.Draw(sheet.context(), sheet.size());
         for (int x = 0; x < 60; ++x)
-            EXPECT_EQ(sheet.Pixel(x, 10 + one.size.cy / 2) != ground, x >= 10 && x < 10 + one.size.cx) << x;
+            EXPECT_EQ(sheet.Pixel(x, 10 + wanted.cy / 2) != ground, x >= 10 && x < 10 + wanted.cx) << x;
         for (int y = 0; y < 50; ++y)
-            EXPECT_EQ(sheet.Pixel(10 + one.size.cx / 2, y) != ground, y >= 10 && y < 10 + one.size.cy) << y;
+            EXPECT_EQ(sheet.Pixel(10 + wanted.cx / 2, y) != ground, y >= 10 && y < 10 + wanted.cy) << y;
     }
 }
 
@@ -225,12 +216,7 @@ std::string Times(int count, const std::string& text)
 TEST(Pictures, AppearWithTheirEffectOnce)
 {
     const std::string whole = "0,0 16x12;";
-    const struct {
-        int32_t effect;
-        std::string copies;
-        int fails_at;
-        std::string copies_of_failing;
-    } cases[] = {
+    vh::test::Table<int32_t, std::string, int, std::string> cases = {
         {0, whole, 0, ""},
         {1, Times(19, "0,0 16x12*;") + whole, 2, Times(2, "0,0 16x12*;") + whole},
         {2, Times(20, whole), 3, Times(4, whole)},
@@ -247,25 +233,25 @@ TEST(Pictures, AppearWithTheirEffectOnce)
         {8, whole, 0, ""},
         {-1, whole, 0, ""},
     };
-    for (const auto& one : cases) {
+    for (const auto& [number, expected, fails_at, copies_of_failing] : cases) {
         Sheet sheet(20, 20, ground_color);
-        SetupImage image = Loaded(0, one.effect);
+        SetupImage image = Loaded(0, number);
         {
             const Copies copies;
             image.Draw(sheet.context(), sheet.size());
-            EXPECT_EQ(copies.s_seen, one.copies) << one.effect;
+            EXPECT_EQ(copies.s_seen, expected) << number;
         }
-        EXPECT_EQ(Differences(sheet, PictureAt(0, 0)), "") << one.effect;
+        EXPECT_EQ(Differences(sheet, PictureAt(0, 0)), "") << number;
         {
             const Copies again;
             image.Draw(sheet.context(), sheet.size());
-            EXPECT_EQ(again.s_seen, whole) << one.effect;
+            EXPECT_EQ(again.s_seen, whole) << number;
         }
-        if (one.fails_at) {
-            image = Loaded(0, one.effect);
-            const Copies failing(one.fails_at);
+        if (fails_at) {
+            image = Loaded(0, number);
+            const Copies failing(fails_at);
             EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
-            EXPECT_EQ(failing.s_seen, one.copies_of_failing) << one.effect;
+            EXPECT_EQ(failing.s_seen, copies_of_failing) << number;
         }
     }
 }
@@ -330,27 +316,24 @@ std::vector<std::byte> Metafile(uint32_t words_more = 0)
 TEST(Pictures, PlayMetafilesAtTheirPlace)
 {
     constexpr DWORD color = 0xC86432;
-    const struct {
-        uint32_t options;
-        int32_t effect;
-        RECT filled; // tested well inside and well outside of its right edge
-    } cases[] = {
+    // tested well inside and well outside of its right edge
+    vh::test::Table<uint32_t, int32_t, RECT> cases = {
         {0, 0, {5, 6, 55, 56}}, {option_transparent, 0, {5, 6, 55, 56}}, {option_fixed_size, 0, {5, 6, 25, 36}},
         {0, 2, {5, 6, 55, 56}}, {option_full, 0, {0, 0, 60, 100}},       {option_stretch, 0, {0, 0, 60, 100}}};
-    for (const auto& one : cases) {
+    for (const auto& [flags, number, filled] : cases) {
         Sheet sheet(120, 100, ground_color);
-        SetupImage image(nullptr, one.effect);
+        SetupImage image(nullptr, number);
         ASSERT_TRUE(image.LoadMetafile(Metafile()));
         EXPECT_EQ(image.size().cx, 100);
         EXPECT_EQ(image.size().cy, 50);
-        image.SetOptions(one.options);
+        image.SetOptions(flags);
         image.SetPosition(5, 6);
         image.SetSize(40, 30);
         EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
         const auto pixel = [&](LONG x, LONG y) { return sheet.Pixel(static_cast<int>(x), static_cast<int>(y)); };
-        EXPECT_EQ(pixel(one.filled.left + 2, one.filled.top + 2), color) << one.options;
-        EXPECT_EQ(pixel(one.filled.right - 3, one.filled.bottom - 3), color) << one.options;
-        EXPECT_EQ(pixel(one.filled.right + 3, one.filled.bottom - 3), ground) << one.options;
+        EXPECT_EQ(pixel(filled.left + 2, filled.top + 2), color) << flags;
+        EXPECT_EQ(pixel(filled.right - 3, filled.bottom - 3), color) << flags;
+        EXPECT_EQ(pixel(filled.right + 3, filled.bottom - 3), ground) << flags;
     }
     // At each place of its size, from the origin.
     Sheet sheet(210, 110, ground_color);
@@ -365,17 +348,15 @@ TEST(Pictures, PlayMetafilesAtTheirPlace)
 
 TEST(Pictures, OptionTextNamesTheFlags)
 {
-    const struct {
-        std::string_view text;
-        uint32_t options;
-    } cases[] = {{"", 0},
-                 {"UPPER_RIGHT", 1},
-                 {"LOWER_LEFT,SCALE", 0x100008},
-                 {"UPPER_LEFT,LOWER_RIGHT,TRANSPARENT,VCENTER,HCENTER", 2 | 4 | 32 | 256 | 512},
-                 {",nothing,TRANSPARENT,", 32},
-                 {"transparent, SCALE", 0}};
-    for (const auto& one : cases)
-        EXPECT_EQ(ReadOptionText(one.text), one.options) << one.text;
+    vh::test::Table<std::string_view, uint32_t> cases = {
+        {"", 0},
+        {"UPPER_RIGHT", 1},
+        {"LOWER_LEFT,SCALE", 0x100008},
+        {"UPPER_LEFT,LOWER_RIGHT,TRANSPARENT,VCENTER,HCENTER", 2 | 4 | 32 | 256 | 512},
+        {",nothing,TRANSPARENT,", 32},
+        {"transparent, SCALE", 0}};
+    for (const auto& [text, flags] : cases)
+        EXPECT_EQ(ReadOptionText(text), flags) << text;
     EXPECT_EQ(drawing_options, 0x10002Fu);
 }
 

@@ -174,18 +174,16 @@ TEST_F(WindowImage, TakesItsPlaceInTheOrderOfWindows)
     const HWND first = dialog.Add(0, 0);
     const HWND second = dialog.Add(50, 0);
     const HWND third = dialog.Add(100, 0);
-    const struct {
-        HWND after;
-        int32_t position;
-        HWND before_it; // in the order of windows
-    } cases[] = {{second, 0, second}, {second, WindowImageRequest::before_it, first}, {third, 0, third}};
-    for (const auto& one : cases) {
+    // in the order of windows
+    vh::test::Table<HWND, int32_t, HWND> cases = {
+        {second, 0, second}, {second, WindowImageRequest::before_it, first}, {third, 0, third}};
+    for (const auto& [after, where, before_it] : cases) {
         CSetupWindowImage image;
         WindowImageRequest request = Request(dialog);
-        request.insert_after = one.after;
-        request.position = one.position;
+        request.insert_after = after;
+        request.position = where;
         ASSERT_EQ(image.Create(request), S_OK);
-        EXPECT_EQ(GetWindow(image.window(), GW_HWNDPREV), one.before_it);
+        EXPECT_EQ(GetWindow(image.window(), GW_HWNDPREV), before_it);
     }
     CSetupWindowImage image;
     WindowImageRequest request = Request(dialog);
@@ -223,18 +221,14 @@ TEST_F(WindowImage, ShrinksPicturesThatAreMadeForLargerScales)
 {
     const Replaced dpi(late::get_dpi_for_monitor, &TellDpi);
     const Dialog dialog;
-    const struct {
-        UINT dpi;
-        int32_t display_size;
-        int32_t width;
-        int32_t height;
-    } cases[] = {{96, 0, 20, 10},    {96, 100, 20, 10},  {96, 200, 10, 5}, {144, 200, 15, 8},
-                 {192, 200, 20, 10}, {192, 100, 20, 10}, {120, 150, 17, 8}};
-    for (const auto& one : cases) {
-        s_dpi = one.dpi;
+    vh::test::Table<UINT, int32_t, int32_t, int32_t> cases = {{96, 0, 20, 10},   {96, 100, 20, 10},  {96, 200, 10, 5},
+                                                              {144, 200, 15, 8}, {192, 200, 20, 10}, {192, 100, 20, 10},
+                                                              {120, 150, 17, 8}};
+    for (const auto& [dots, made_for, wanted_width, wanted_height] : cases) {
+        s_dpi = dots;
         CSetupWindowImage image;
         WindowImageRequest request = Request(dialog);
-        request.display_size = one.display_size;
+        request.display_size = made_for;
         ASSERT_EQ(image.Create(request), S_OK);
         const auto size_is = [&](int32_t width, int32_t height) {
             int32_t found_width = 0;
@@ -243,13 +237,13 @@ TEST_F(WindowImage, ShrinksPicturesThatAreMadeForLargerScales)
             image.GetHeight(&found_height);
             return found_width == width && found_height == height;
         };
-        EXPECT_TRUE(size_is(one.width, one.height)) << one.dpi << " " << one.display_size;
+        EXPECT_TRUE(size_is(wanted_width, wanted_height)) << dots << " " << made_for;
         // Other options don't lose the size.
         image.SetOptions(anchor_top_left);
-        EXPECT_TRUE(size_is(one.width, one.height)) << one.dpi << " " << one.display_size;
+        EXPECT_TRUE(size_is(wanted_width, wanted_height)) << dots << " " << made_for;
         const RECT place = PlaceOf(image);
-        EXPECT_EQ(place.right - place.left, one.width);
-        EXPECT_EQ(place.bottom - place.top, one.height);
+        EXPECT_EQ(place.right - place.left, wanted_width);
+        EXPECT_EQ(place.bottom - place.top, wanted_height);
     }
 }
 
