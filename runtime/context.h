@@ -11,6 +11,7 @@
 #include "../files/script_file.h"
 #include "../media/media_table.h"
 #include "../media/status_block.h"
+#include "../pictures/gdi_objects.h"
 #include "../scriptdata/handle_table.h"
 #include "../scriptdata/list.h"
 #include "../system/driver_packages.h"
@@ -123,6 +124,8 @@ struct ObjectContext {
     CDialogManager dialogs{{services, textSubLocal, info, window, windowEx1, modules, status, statusDialog, silent,
                             silentEx, externalUi, supportDir}};
     vh::StatusBlock status;
+    // For pictures, on displays that have one.
+    vh::unique_palette palette;
     stringx supportDir;
     stringx contextGuid;
     stringx productGuid;
