@@ -23,15 +23,17 @@
 #define PAGE_STYLE DS_SHELLFONT | DS_MODALFRAME | WS_POPUP | WS_CAPTION | WS_SYSMENU
 #define PAGE_FONT FONT 8, "MS Shell Dlg", 400, 0, 1
 
-// The banner stands behind its texts, so it leaves them their place; the brand's control only marks one, and the
-// library paints there. A picture's control gives its place and text to the picture and is never seen itself.
-#define PAGE_BANNER(title, subtitle) \
+// Windows paints siblings in their order: the banner comes before the texts that stand on it, and ends where the
+// picture begins, since a picture has the controls painted again that lie over it. The picture's control gives place
+// and text to the picture and is never seen itself; the brand's only marks where the library paints.
+#define PAGE_BANNER(title, subtitle, width) \
+    LTEXT "", ID_BANNER, 0, 0, width, 38 \
     LTEXT title, ID_TITLE, 14, 8, 380, 10, SS_NOPREFIX \
     LTEXT subtitle, ID_SUBTITLE, 22, 20, 372, 10, SS_NOPREFIX \
-    LTEXT "", ID_BANNER, 0, 0, PAGE_WIDTH, 38, WS_CLIPSIBLINGS \
     CONTROL "", ID_BANNER_LINE, "Static", SS_ETCHEDHORZ, 0, 38, PAGE_WIDTH, 1
 
-#define PAGE_PICTURE LTEXT "@@10700;200", ID_PICTURE, 412, 0, 48, 38, SS_NOPREFIX | NOT WS_VISIBLE
+#define PICTURE_LEFT 412
+#define PAGE_PICTURE LTEXT "@@10700;200", ID_PICTURE, PICTURE_LEFT, 0, 48, 38, SS_NOPREFIX | NOT WS_VISIBLE
 
 #define PAGE_FOOT \
     LTEXT "", ID_BRAND, 10, 273, 0, 0, NOT WS_VISIBLE \

@@ -13,10 +13,10 @@ SAMPLES = 4  # by axis, for each pixel
 
 
 class Picture:
-    """Shapes in a square of 100 units, painted one over the other."""
+    """Shapes on 100 units in height, painted one over the other; a point without one has the background."""
 
-    def __init__(self):
-        self.shapes = []
+    def __init__(self, background=None):
+        self.shapes = [(background, lambda x, y: True)]
 
     def polygon(self, color, *points):
         def inside(x, y):
@@ -31,12 +31,12 @@ class Picture:
     def ring(self, color, x, y, outer, inner=0):
         self.shapes.append((color, lambda px, py: inner <= math.hypot(px - x, py - y) <= outer))
 
-    def pixel(self, column, row, size):
+    def pixel(self, column, row, scale):
         total = [0, 0, 0, 0]
         for i in range(SAMPLES * SAMPLES):
-            x = (column + (i % SAMPLES + 0.5) / SAMPLES) * 100 / size
-            y = (row + (i // SAMPLES + 0.5) / SAMPLES) * 100 / size
-            color = next((color for color, inside in reversed(self.shapes) if inside(x, y)), None)
+            x = (column + (i % SAMPLES + 0.5) / SAMPLES) * scale
+            y = (row + (i // SAMPLES + 0.5) / SAMPLES) * scale
+            color = next(color for color, inside in reversed(self.shapes) if inside(x, y))
             if color:
                 total = [total[0] + color[0], total[1] + color[1], total[2] + color[2], total[3] + 1]
         covered = total[3]
@@ -44,22 +44,22 @@ class Picture:
             return bytes(4)
         return bytes([part // covered for part in total[:3]] + [covered * 255 // SAMPLES**2])
 
-    def write(self, name, size):
-        rows = b"".join(
-            b"\0" + b"".join(self.pixel(column, row, size) for column in range(size)) for row in range(size))
+    def write(self, name, width, height):
+        rows = b"".join(b"\0" + b"".join(self.pixel(column, row, 100 / height) for column in range(width))
+                        for row in range(height))
 
         def chunk(kind, data):
             return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
 
-        header = struct.pack(">IIBBBBB", size, size, 8, 6, 0, 0, 0)
+        header = struct.pack(">IIBBBBB", width, height, 8, 6, 0, 0, 0)
         place = pathlib.Path(__file__).parent / name
         place.write_bytes(b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows, 9)) +
                           chunk(b"IEND", b""))
 
 
 def banner():
-    """A parcel that something goes into."""
-    picture = Picture()
+    """A parcel that something goes into, on the white of the banner that it ends."""
+    picture = Picture((255, 255, 255))
     light, middle, dark, arrow = (126, 178, 221), (64, 124, 183), (36, 84, 138), (236, 140, 42)
     picture.polygon(light, (50, 42), (88, 56), (50, 70), (12, 56))
     picture.polygon(middle, (12, 56), (50, 70), (50, 94), (12, 80))
@@ -80,5 +80,5 @@ def disk():
     return picture
 
 
-banner().write("banner.png", 124)
-disk().write("disk.png", 96)
+banner().write("banner.png", 200, 128)
+disk().write("disk.png", 96, 96)

@@ -90,7 +90,7 @@ function NeededRoom() {
 
 function FreeRoom() {
     var free = GetDiskSpaceEx(chosen.folder, MEGABYTES, TO_USER);
-    return free.result < 0 ? "?" : free.low + " MB";
+    return free.result < 0 ? "?" : free.low < 10240 ? free.low + " MB" : Math.floor(free.low / 1024) + " GB";
 }
 
 // Takes over where to install. False for a folder that can't be.
@@ -126,9 +126,15 @@ function Indent(depth) {
 var features = [];
 
 function ShowFeatures(window) {
-    for (var i = 0; i < features.length; i++)
-        SendControl(window, ID_FEATURES, LB_SETSEL, IsSelected(features[i].path) ? 1 : 0, i);
-    var current = features[SendControl(window, ID_FEATURES, LB_GETCARETINDEX, 0, 0)];
+    var at = SendControl(window, ID_FEATURES, LB_GETCARETINDEX, 0, 0);
+    for (var i = 0; i < features.length; i++) {
+        var selected = IsSelected(features[i].path);
+        if (selected != (SendControl(window, ID_FEATURES, LB_GETSEL, i, 0) > 0))
+            SendControl(window, ID_FEATURES, LB_SETSEL, selected ? 1 : 0, i);
+    }
+    // A change of the selection takes the caret along.
+    SendControl(window, ID_FEATURES, LB_SETCARETINDEX, at, 0);
+    var current = features[at];
     SetControlText(window, ID_FEATURE_INFO,
                    current ? ComponentGetData(MEDIA, current.path, DESCRIPTION).text || NameOf(current.path) : "");
     SetControlText(window, ID_FEATURE_NEED, Text("ROOM", NeededRoom(), FreeRoom()));
@@ -146,7 +152,7 @@ function ChangeFeature(window) {
 var pages = [
     {name: "Welcome", number: WELCOME},
     {
-        name: "Documents", number: DOCUMENTS,
+        name: "Documents", number: DOCUMENTS, focus: IDOK,
         event: function (control) {
             var link = CtrlGetUrlForLinkClicked("Documents", control);
             if (link.result == 0 && !OpenInShell(SetupFolder + "\\payload\\" + link.text))
@@ -259,6 +265,8 @@ function Install() {
     }
 }
 
+// From now on the library knows whether the run is silent.
+GetCmdLineOptions();
 ChooseAtStart();
 if (!Silent && !RunWizard(pages, Cancel))
     CancelSetup();

@@ -2,6 +2,7 @@
 //
 // A page is an object:
 //   name, number     of the dialog; the number is that of its template
+//   focus            the control that has the focus at first; the template's first one otherwise
 //   open(window)     fills the controls before anybody sees them
 //   event(control, window)   another control than the three buttons sent something
 //   leave(window)    takes over what was chosen when Next is pressed; false keeps the page
@@ -65,6 +66,8 @@ function RunWizard(pages, cancel) {
         if (page.skip && page.skip())
             continue;
         direction = RunDialog(page.name, page.number, function (window) {
+            if (page.focus)
+                FocusControl(window, page.focus);
             if (page.open)
                 page.open(window);
         }, function (control, window) {
@@ -72,8 +75,14 @@ function RunWizard(pages, cancel) {
                 return page.leave && page.leave(window) === false ? undefined : FORWARDS;
             if (control == ID_BACK)
                 return BACKWARDS;
-            if (control == IDCANCEL)
-                return cancel() ? null : undefined;
+            if (control == IDCANCEL) {
+                if (cancel())
+                    return null;
+                // The question took the focus along.
+                if (page.focus)
+                    FocusControl(window, page.focus);
+                return;
+            }
             if (page.event)
                 page.event(control, window);
         });
