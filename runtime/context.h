@@ -122,7 +122,7 @@ struct ObjectContext {
     // The status window while one is up.
     HWND statusDialog = nullptr;
     CDialogManager dialogs{{services, textSubLocal, info, window, windowEx1, modules, status, statusDialog, silent,
-                            silentEx, externalUi, supportDir}};
+                            silentEx, externalUi, supportDir, palette}};
     vh::StatusBlock status;
     // For pictures, on displays that have one.
     vh::unique_palette palette;
