@@ -122,7 +122,7 @@ add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32)
 add_dependencies(vhrt_inner_tests vhtexts_standard)
 vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine comctl32)
-add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs)
+add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs vhres vhuser)
 set_tests_properties(vhrt_window_tests PROPERTIES ENVIRONMENT VHRT_PICTURES=${CMAKE_BINARY_DIR}/pictures)
 if(CMAKE_CROSSCOMPILING)
   set_target_properties(vhrt_window_tests PROPERTIES CROSSCOMPILING_EMULATOR ${WINE_RUNNER}-x11)
@@ -184,6 +184,17 @@ add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} 
 add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip
   -P ${CMAKE_SOURCE_DIR}/tests/host/sdk_round_trip.cmake)
+add_test(NAME host_wizard COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
+  -DDRIVER=$<TARGET_FILE:vhrt_ui_driver> -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/wizard -P ${CMAKE_SOURCE_DIR}/tests/host/wizard.cmake)
+set_tests_properties(host_wizard PROPERTIES TIMEOUT 300)
+# The same dialogs on displays of other densities, each in a prefix of its own.
+foreach(density 144 192)
+  add_test(NAME resource_libraries_${density}
+    COMMAND ${WINE_RUNNER}-x11 $<TARGET_FILE:vhrt_window_tests> --gtest_filter=ResourceLibraries.*)
+  set_tests_properties(resource_libraries_${density} PROPERTIES TIMEOUT 300 ENVIRONMENT
+    "VHRT_DPI=${density};VHRT_SCREEN=1920x1200")
+endforeach()
 add_test(NAME host_read_me COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${CMAKE_COMMAND}
   -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost> -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/read_me -P ${CMAKE_SOURCE_DIR}/tests/host/read_me.cmake)

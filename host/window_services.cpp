@@ -74,7 +74,7 @@ vh::variant SendControl(std::span<const VARIANT> arguments)
     Expect(arguments, 5, L"SendControl(window, control, message, number, number or text)");
     const std::wstring text = V_VT(&arguments[4]) == VT_BSTR ? ToText(arguments[4]) : std::wstring();
     const LPARAM last = V_VT(&arguments[4]) == VT_BSTR ? reinterpret_cast<LPARAM>(text.c_str())
-                                                        : static_cast<LPARAM>(ToInt64(arguments[4]));
+                                                       : static_cast<LPARAM>(ToInt64(arguments[4]));
     return FromInt64(SendMessageW(Target(arguments), static_cast<UINT>(ToInt(arguments[2])),
                                   static_cast<WPARAM>(ToInt64(arguments[3])), last));
 }

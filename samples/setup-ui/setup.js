@@ -118,8 +118,9 @@ function Summary() {
     return lines.join("\r\n");
 }
 
+// By hard blanks: a list takes the space bar for a search when its lines begin with blanks.
 function Indent(depth) {
-    return new Array(depth + 1).join("    ");
+    return new Array(depth + 1).join("\u00A0\u00A0\u00A0\u00A0");
 }
 
 // The list of the feature page; its lines are those of `features`.
@@ -140,12 +141,15 @@ function ShowFeatures(window) {
     SetControlText(window, ID_FEATURE_NEED, Text("ROOM", NeededRoom(), FreeRoom()));
 }
 
-// What the user has just changed in the list is the line that the caret is on; the engine says what follows.
+// Takes over the line that the user has changed; the engine says what follows for the others.
 function ChangeFeature(window) {
-    var at = SendControl(window, ID_FEATURES, LB_GETCARETINDEX, 0, 0);
-    var wanted = SendControl(window, ID_FEATURES, LB_GETSEL, at, 0) > 0;
-    if (features[at] && wanted != IsSelected(features[at].path))
-        ComponentSelectItem(MEDIA, features[at].path, wanted ? 1 : 0);
+    for (var i = 0; i < features.length; i++) {
+        var wanted = SendControl(window, ID_FEATURES, LB_GETSEL, i, 0) > 0;
+        if (wanted != IsSelected(features[i].path)) {
+            ComponentSelectItem(MEDIA, features[i].path, wanted ? 1 : 0);
+            break;
+        }
+    }
     ShowFeatures(window);
 }
 

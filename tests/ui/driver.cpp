@@ -24,9 +24,9 @@ struct NamedKey {
     const wchar_t* name;
     WORD code;
 };
-constexpr NamedKey named_keys[] = {{L"Tab", VK_TAB},   {L"Enter", VK_RETURN}, {L"Escape", VK_ESCAPE},
-                                   {L"Space", VK_SPACE}, {L"Down", VK_DOWN},    {L"Up", VK_UP},
-                                   {L"Home", VK_HOME},  {L"End", VK_END},      {L"Alt", VK_MENU},
+constexpr NamedKey named_keys[] = {{L"Tab", VK_TAB},     {L"Enter", VK_RETURN},   {L"Escape", VK_ESCAPE},
+                                   {L"Space", VK_SPACE}, {L"Down", VK_DOWN},      {L"Up", VK_UP},
+                                   {L"Home", VK_HOME},   {L"End", VK_END},        {L"Alt", VK_MENU},
                                    {L"Shift", VK_SHIFT}, {L"Control", VK_CONTROL}};
 
 WORD KeyNamed(const std::wstring& name)
