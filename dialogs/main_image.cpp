@@ -49,7 +49,7 @@ void MainImage::Show(HWND dialog, HWND control, const ImageSpec& spec, const Res
         ScanNumber(digits, number);
         request.library = FindPicture(modules, number);
         request.number = static_cast<uint32_t>(number);
-        request.by_gdiplus = true;
+        request.by_gdiplus = request.library && !FindResourceW(request.library, MAKEINTRESOURCEW(number), RT_BITMAP);
     } else {
         request.file = image.c_str();
         request.by_gdiplus = NeedsGdiplus(image);

@@ -18,20 +18,24 @@ inline std::wstring UserTexts() { return TextsFile(L"vhtexts_user.dll"); }
 class TextSession {
 public:
     // An empty file means no library of that kind.
-    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr)
-        : m_session(OptionsOf(m_folder, user, standard, window))
+    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr,
+                std::map<long, variant> facts = {})
+        : m_session(OptionsOf(m_folder, user, standard, window, std::move(facts)))
     {
     }
+
+    engine::Recorder& calls() const { return m_session.calls(); }
 
     operator ObjectContext*() const { return m_session; }
 
 private:
     static engine::Options OptionsOf(const engine::test::SetupFolder& folder, const std::wstring& user,
-                                     const std::wstring& standard, HWND window)
+                                     const std::wstring& standard, HWND window, std::map<long, variant> facts)
     {
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.window = window;
+        options.facts = std::move(facts);
         for (const auto& [name, file] : {std::pair(L"VHUSER", user), std::pair(L"VHRES", standard)})
             if (!file.empty())
                 options.variables.emplace_back(name, file);
