@@ -1,7 +1,7 @@
 // What the pages of a wizard have in common: the frame, in dialog units, and the control numbers with a meaning.
 // A template file is read once for each language, with T(english, german) taking its pick.
-#include <windows.h>
 #include <commctrl.h>
+#include <windows.h>
 
 #define ID_BRAND 7
 #define ID_BACK 10
@@ -26,23 +26,21 @@
 // Windows paints siblings in their order: the banner comes before the texts that stand on it, and ends where the
 // picture begins, since a picture has the controls painted again that lie over it. The picture's control gives place
 // and text to the picture and is never seen itself; the brand's only marks where the library paints.
-#define PAGE_BANNER(title, subtitle, width) \
-    LTEXT "", ID_BANNER, 0, 0, width, 38 \
-    LTEXT title, ID_TITLE, 14, 8, 380, 10, SS_NOPREFIX \
-    LTEXT subtitle, ID_SUBTITLE, 22, 20, 372, 10, SS_NOPREFIX \
-    CONTROL "", ID_BANNER_LINE, "Static", SS_ETCHEDHORZ, 0, 38, PAGE_WIDTH, 1
+#define PAGE_BANNER(title, subtitle, width)                                                                            \
+    LTEXT "", ID_BANNER, 0, 0, width, 38 LTEXT title, ID_TITLE, 14, 8, 380, 10, SS_NOPREFIX LTEXT subtitle,            \
+        ID_SUBTITLE, 22, 20, 372, 10, SS_NOPREFIX CONTROL "", ID_BANNER_LINE, "Static", SS_ETCHEDHORZ, 0, 38,          \
+        PAGE_WIDTH, 1
 
 #define PICTURE_LEFT 412
 #define PAGE_PICTURE LTEXT "@@10700;200", ID_PICTURE, PICTURE_LEFT, 0, 48, 38, SS_NOPREFIX | NOT WS_VISIBLE
 
-#define PAGE_FOOT \
-    LTEXT "", ID_BRAND, 10, 273, 0, 0, NOT WS_VISIBLE \
-    CONTROL "", ID_SEPARATOR, "Static", SS_LEFT, 50, 277, 402, 1
+#define PAGE_FOOT                                                                                                      \
+    LTEXT "", ID_BRAND, 10, 273, 0, 0, NOT WS_VISIBLE CONTROL "", ID_SEPARATOR, "Static", SS_LEFT, 50, 277, 402, 1
 
 #define PAGE_BUTTON_BACK PUSHBUTTON T("< &Back", "< &Zurück"), ID_BACK, 276, 284, 56, 14
 #define PAGE_BUTTON_NEXT(text) DEFPUSHBUTTON text, IDOK, 332, 284, 56, 14
 #define PAGE_BUTTON_CANCEL PUSHBUTTON T("Cancel", "Abbrechen"), IDCANCEL, 396, 284, 56, 14
-#define PAGE_BUTTONS \
-    PAGE_BUTTON_BACK \
-    PAGE_BUTTON_NEXT(T("&Next >", "&Weiter >")) \
+#define PAGE_BUTTONS                                                                                                   \
+    PAGE_BUTTON_BACK                                                                                                   \
+    PAGE_BUTTON_NEXT(T("&Next >", "&Weiter >"))                                                                        \
     PAGE_BUTTON_CANCEL

@@ -138,10 +138,10 @@ std::unique_ptr<Product> ProductReader::Read()
 {
     const nlohmann::json document = ParseJson(m_file);
     const JsonPlace root(document, m_file);
-    root.Keys({"format",  "name",      "version",  "company",    "guid",    "installGuid",       "languages",
-               "strings", "target",    "payload",  "script",     "scripts", "skin", "maintenanceOption", "enabledServices",
-               "key",     "variables", "features", "setupTypes", "support", "registrySets",      "shellObjects",
-               "media"});
+    root.Keys({"format",          "name",   "version",   "company",  "guid",       "installGuid", "languages",
+               "strings",         "target", "payload",   "script",   "scripts",    "skin",        "maintenanceOption",
+               "enabledServices", "key",    "variables", "features", "setupTypes", "support",     "registrySets",
+               "shellObjects",    "media"});
     ReadHead(root);
     ReadStrings(root);
     root.At("features");
