@@ -53,7 +53,7 @@ function(vhrt_resource_library name source description)
 endfunction()
 vhrt_resource_library(vhres resources/vhres/vhres.rc "Standard dialogs, pictures and texts")
 vhrt_resource_library(vhuser resources/vhuser/vhuser.rc "Dialogs of the sample setup")
-file(GLOB resource_parts CONFIGURE_DEPENDS resources/*.h resources/*/*.h resources/*/*.rc resources/pictures/*.png)
+file(GLOB resource_parts CONFIGURE_DEPENDS resources/*.rc resources/*/*.h resources/*/*.rc resources/pictures/*.png)
 set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc PROPERTIES
   OBJECT_DEPENDS "${resource_parts}")
 
