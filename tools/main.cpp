@@ -151,7 +151,7 @@ void DeclarePicture(CLI::App& app, CommandLine& line)
         ->type_name("WxH")
         ->check([](const std::string& text) {
             SIZE size{};
-            return tools::ReadSize(text, size) ? std::string() : std::string("must be like 640x480");
+            return tools::ReadSize(text, size) ? std::string() : std::string("must be like 640x480, 16384 at most");
         });
     draw->callback([&line] {
         line.run = [&line] {

@@ -73,7 +73,8 @@ int64_t JsonPlace::Number(int64_t least, int64_t most) const
     const bool tooLarge = m_value->is_number_unsigned() && m_value->get<uint64_t>() > static_cast<uint64_t>(INT64_MAX);
     const int64_t number = tooLarge ? INT64_MAX : m_value->get<int64_t>();
     if (tooLarge || number < least || number > most)
-        Fail(L"must lie between " + std::to_wstring(least) + L" and " + std::to_wstring(most));
+        Fail(least == most ? L"must be " + std::to_wstring(least)
+                           : L"must lie between " + std::to_wstring(least) + L" and " + std::to_wstring(most));
     return number;
 }
 
