@@ -98,7 +98,7 @@ expect("a definition file of one" 1 "294 exports, 294 differences" ${TOOL} expor
 expect("no definition file" 4 "no EXPORTS" ${TOOL} exports --def ${WORK}/syntax.js)
 expect("a library that is none" 4 "readme.txt" ${TOOL} exports ${SETUP}/payload/readme.txt)
 
-expect("facts" 0 "Resolution of the screen" ${TOOL} facts)
+expect("facts" 0 "Windows 10 / Server 2016" ${TOOL} facts)
 expect("facts as a table" 0 "dots per inch" ${TOOL} facts)
 execute_process(COMMAND ${RUNNER} ${TOOL} facts --json OUTPUT_VARIABLE facts ERROR_VARIABLE ignored TIMEOUT 60)
 foreach(key processors memoryMiB dpi)
