@@ -120,6 +120,8 @@ void JsonPlace::Members(const char* key, std::size_t most,
 nlohmann::json ParseJson(const std::wstring& file)
 {
     const std::string content = ReadWhole(file, largest_file);
+    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF"))
+        throw engine_error(E_INVALIDARG, file, L"must be UTF-8, and is UTF-16");
     std::vector<std::set<std::string>> keys;
     const auto check = [&](int depth, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
         using kind = nlohmann::json::parse_event_t;
