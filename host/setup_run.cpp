@@ -36,9 +36,9 @@ public:
     bool operator()(const vh::engine::Progress& progress)
     {
         const std::wstring percent = std::to_wstring(progress.percent) + L" %";
-        Status(percent + L"  " + progress.file);
+        const bool shown = Status(percent + L"  " + progress.file);
         const int tenth = progress.percent / 10;
-        if (tenth > m_tenth)
+        if (!shown && tenth > m_tenth)
             Say(L"  moving data: " + percent);
         // A further transfer begins below the last one's end.
         m_tenth = tenth;
