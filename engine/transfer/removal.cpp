@@ -175,7 +175,8 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
 {
     if (!FactsOf(logFile).file())
-        throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile, L"there is no install log");
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile,
+                           L"nothing is installed: there is no install log");
     InstallLog log(logFile);
     const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
