@@ -7,6 +7,7 @@
 #include "services/services.h"
 #include "services/small_services.h"
 #include "transfer/removal.h"
+#include "windows/screen.h"
 
 namespace vh::engine {
 
@@ -116,7 +117,7 @@ Engine::~Engine()
     } catch (const std::exception& error) {
         m_core->Report({Severity::error, {}, ToWide(error.what()), E_FAIL});
     }
-    m_core->progressBar.reset();
+    m_core->screen->Close();
     m_core->log->Close();
 }
 

@@ -45,8 +45,11 @@ struct Options {
     std::vector<std::pair<std::wstring, std::wstring>> variables;
     // Facts that win over what the engine works out, by number.
     std::map<long, variant> facts;
-    // Main window handed out by ISetupUser; may be null.
+    // Main window handed out by ISetupUser; may be null. It gets its caption, but nothing is painted on it.
     HWND window = nullptr;
+    // Where no window is given, the engine makes a main window of its own when it is first asked for, on that thread.
+    // Without either, and in a silent run, the engine shows no window at all.
+    bool mainWindow = false;
     // Called during a transfer, on the script's thread; false cancels.
     std::function<bool(const Progress&)> onProgress;
     // Hears each message as it comes; Engine::Messages keeps them as well.

@@ -38,13 +38,7 @@ HRESULT ResourcesObject::Load(BSTR file, HMODULE* module)
     return Call("ISetupResources.Load", file)([&] {
         if (!module)
             return E_POINTER;
-        const std::wstring given = core().Substitute(TextOf(file));
-        std::wstring path = given;
-        if (DriveOf(given).empty()) {
-            path = JoinPath(core().supportDir, given);
-            if (!FactsOf(path).file())
-                path = JoinPath(core().options.setupFolder, given);
-        }
+        const std::wstring path = core().FindFile(TextOf(file));
         *module = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
         if (!*module)
             ThrowFileError(path, L"can't load the library", GetLastError());
