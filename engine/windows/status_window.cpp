@@ -122,6 +122,8 @@ void StatusWindow::ShowMainImage()
     const RECT place = m_dialog->PlaceOf(control);
     SendMessageW(control, STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(picture.get()));
     MoveWindow(control, place.left, place.top, SizeOf(place).cx, SizeOf(place).cy, TRUE);
+    // Without a picture a control would keep what was there.
+    ShowWindow(control, picture ? SW_SHOWNA : SW_HIDE);
     // The control shows it and leaves it to its owner.
     m_picture = std::move(picture);
 }

@@ -18,20 +18,23 @@ inline std::wstring UserTexts() { return TextsFile(L"vhtexts_user.dll"); }
 class TextSession {
 public:
     // An empty file means no library of that kind.
-    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr)
-        : m_session(OptionsOf(m_folder, user, standard, window))
+    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr, bool mainWindow = false)
+        : m_session(OptionsOf(m_folder, user, standard, window, mainWindow))
     {
     }
 
     operator ObjectContext*() const { return m_session; }
+    const Session& session() const { return m_session; }
+    const engine::test::SetupFolder& folder() const { return m_folder; }
 
 private:
     static engine::Options OptionsOf(const engine::test::SetupFolder& folder, const std::wstring& user,
-                                     const std::wstring& standard, HWND window)
+                                     const std::wstring& standard, HWND window, bool mainWindow)
     {
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.window = window;
+        options.mainWindow = mainWindow;
         for (const auto& [name, file] : {std::pair(L"VHUSER", user), std::pair(L"VHRES", standard)})
             if (!file.empty())
                 options.variables.emplace_back(name, file);
