@@ -22,6 +22,7 @@ void IniFiles(suite& s);
 void Registry(suite& s);
 void ChildSearch(suite& s);
 void Network(suite& s);
+void Pictures(suite& s);
 void Load(suite& s);
 
 } // namespace bench

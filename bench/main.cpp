@@ -31,6 +31,7 @@ constexpr area areas[] = {
     {"walk", bench::Walk, "a walk over all features"},
     {"script", bench::ScriptMedia, "media that scripts build"},
     {"ini", bench::IniFiles, "INI documents"},
+    {"pictures", bench::Pictures, "GIF pictures of 16 megapixels"},
     {"registry", bench::Registry, "registry values on their way to the engine"},
     {"child", bench::ChildSearch, "the search for a child process"},
     {"network", bench::Network, "downloads from the test server beside which the bench runs"},

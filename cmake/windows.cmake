@@ -27,7 +27,7 @@ function(vhrt_sources result)
 endfunction()
 
 # The library, as objects: the DLL and the tests of inner parts link the same ones.
-vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media pictures skin dialogs views runtime exports)
+vhrt_sources(library_sources Src/inc scriptdata diagnostics files system media pictures pictures/formats skin dialogs views runtime exports)
 list(FILTER library_sources EXCLUDE REGEX "/runtime/load\\.cpp$")
 add_library(vhrt_objects OBJECT ${library_sources})
 target_link_libraries(vhrt_objects PUBLIC vhrt_options)
@@ -77,7 +77,7 @@ vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
-  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files and libraries of VHRT")
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files, pictures and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
 endif()
@@ -107,6 +107,7 @@ target_link_libraries(vhrt_test_agent PRIVATE vhrt_options)
 add_dependencies(vhrt_export_tests vhrt_test_agent)
 add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32)
+add_dependencies(vhrt_inner_tests vhtexts_standard)
 vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine comctl32)
 add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs)
 set_tests_properties(vhrt_window_tests PROPERTIES ENVIRONMENT VHRT_PICTURES=${CMAKE_BINARY_DIR}/pictures)
@@ -115,6 +116,8 @@ if(CMAKE_CROSSCOMPILING)
 endif()
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
+file(GLOB format_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/pictures/formats/*.cpp)
+target_sources(vhrt_format_tests PRIVATE ${format_sources})
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 # Beside a server that misbehaves.
 vhrt_sources(network_tests tests/network)
@@ -155,6 +158,9 @@ add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DH
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
+add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/picture
+  -P ${CMAKE_SOURCE_DIR}/tests/host/picture.cmake)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

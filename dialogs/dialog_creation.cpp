@@ -6,6 +6,7 @@
 #include "dialog_manager.h"
 #include "dialog_procedure.h"
 #include "late_dialogs.h"
+#include "picture_resource.h"
 #include "placement.h"
 #include "script_dialog.h"
 #include "template_font.h"
@@ -111,7 +112,9 @@ INT_PTR DialogProcedure::Initialise(CScriptDialog& dialog, HWND window)
                                reinterpret_cast<WPARAM>(vh::late::load_icon(nullptr, IDI_WARNING)), LPARAM{0});
     MakeTitle(dialog);
     manager.scene().CallHook(window);
+    ShowDiskPicture(dialog);
     dialog.m_topImage = dialog.Control(control_top) != nullptr;
+    ShowMainImage(dialog);
     FindLinks(dialog);
     return 1;
 }
@@ -153,6 +156,35 @@ void DialogProcedure::MakeTitle(CScriptDialog& dialog)
                                LPARAM{TRUE});
     }
     dialog.m_windowBrush.reset(vh::late::create_solid_brush(vh::late::get_system_color(COLOR_WINDOW)));
+}
+
+void DialogProcedure::ShowDiskPicture(CScriptDialog& dialog)
+{
+    constexpr int picture = 10777;
+    constexpr int design_scale = 200;
+    const HWND control = dialog.m_name == L"EnterDisk" ? dialog.Control(control_disk_picture) : nullptr;
+    if (!control)
+        return;
+    vh::late::set_window_long(control, GWL_STYLE, LONG_PTR{WS_CHILD | WS_VISIBLE | SS_ICON});
+    dialog.m_diskPicture = vh::LoadPictureIcon(dialog.m_manager.scene().modules, picture, design_scale);
+    vh::late::send_message(control, UINT{STM_SETIMAGE}, WPARAM{IMAGE_ICON},
+                           reinterpret_cast<LPARAM>(dialog.m_diskPicture.get()));
+}
+
+void DialogProcedure::ShowMainImage(const CScriptDialog& dialog)
+{
+    vh::MainImage* image = dialog.m_manager.image_window();
+    const HWND control = image ? dialog.Control(control_image) : nullptr;
+    if (!control)
+        return;
+    stringx text(dialog.m_mainImage);
+    if (text.empty()) {
+        wchar_t own[781] = L"";
+        vh::late::get_text(control, own, static_cast<int>(std::size(own)));
+        text = own;
+    }
+    const vh::DialogScene& scene = dialog.m_manager.scene();
+    image->Show(dialog.m_window, control, vh::ParseImageSpec(text.view()), scene.modules, scene.palette.get());
 }
 
 // Controls whose text begins with a link's mark become links.

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "dialog_scene.h"
+#include "main_image.h"
 #include "script_dialog.h"
 
 class CDialogManager {
@@ -42,6 +43,11 @@ public:
     const stringx& main_image() const { return m_mainImage; }
     stringx previous_image;
 
+    // The object that shows main images; a context without dialogs has none.
+    void CreateMainImage() { m_imageWindow = std::make_unique<vh::MainImage>(); }
+    void EndMainImage() { m_imageWindow.reset(); }
+    vh::MainImage* image_window() const { return m_imageWindow.get(); }
+
     // The caption that dialogs with a title control take.
     stringx window_title;
     bool branding = true;
@@ -68,5 +74,6 @@ private:
     stringx m_mainImage;
     uint16_t m_fontSize = 0;
     stringx m_skinFile;
+    std::unique_ptr<vh::MainImage> m_imageWindow;
     vh::DialogScene m_scene;
 };

@@ -36,6 +36,8 @@ private:
     static INT_PTR Initialise(CScriptDialog& dialog, HWND window);
     static void MakeSeparator(const CScriptDialog& dialog);
     static void MakeTitle(CScriptDialog& dialog);
+    static void ShowDiskPicture(CScriptDialog& dialog);
+    static void ShowMainImage(const CScriptDialog& dialog);
     static void FindLinks(CScriptDialog& dialog);
     static INT_PTR OnCommand(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam);
     static INT_PTR OnNotify(CScriptDialog* dialog, LPARAM lParam);

@@ -4,6 +4,7 @@
 #include "../Src/inc/engine_services.h"
 #include "../Src/inc/engine_window.h"
 #include "../media/status_block.h"
+#include "../pictures/gdi_objects.h"
 #include "../scriptdata/bstr.h"
 #include "../scriptdata/com_ptr.h"
 #include "../scriptdata/stringx.h"
@@ -25,6 +26,7 @@ struct DialogScene {
     const bool& silentEx;
     const bool& externalUi;
     const stringx& supportDir;
+    const unique_palette& palette;
 
     // The window that dialogs stand on; null when there is none.
     HWND MainWindow() const;

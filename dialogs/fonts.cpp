@@ -1,40 +1,12 @@
 #include "fonts.h"
 
-#include <array>
-
+#include "../pictures/gdi_objects.h"
 #include "../scriptdata/stringx.h"
-#include "../scriptdata/unique_gdi.h"
 #include "late_dialogs.h"
 
 namespace vh {
 
 namespace {
-
-// The screen's device context.
-class ScreenContext {
-public:
-    ScreenContext() = default;
-    ScreenContext(const ScreenContext&) = delete;
-    ScreenContext& operator=(const ScreenContext&) = delete;
-    ~ScreenContext() { late::release_dc(nullptr, m_context); }
-    HDC get() const { return m_context; }
-
-private:
-    HDC m_context = late::get_dc(nullptr);
-};
-
-// A device context that can answer but not draw.
-class InformationContext {
-public:
-    InformationContext() = default;
-    InformationContext(const InformationContext&) = delete;
-    InformationContext& operator=(const InformationContext&) = delete;
-    ~InformationContext() { late::delete_dc(m_context); }
-    HDC get() const { return m_context; }
-
-private:
-    HDC m_context = late::create_information_context(L"DISPLAY", nullptr, nullptr, nullptr);
-};
 
 constexpr struct {
     int bit;
@@ -98,7 +70,7 @@ HFONT MakeFont(HDC device, const wchar_t* face, int points)
 
 HFONT MakeStyledFont(const wchar_t* face, int points, int style)
 {
-    const ScreenContext screen;
+    const unique_screen_context screen(late::get_dc(HWND{nullptr}));
     LOGFONTW font = Known(screen.get(), face);
     font.lfHeight = FontHeight(screen.get(), points);
     font.lfWeight = style & 0x40 ? FW_BOLD : FW_NORMAL;
@@ -110,7 +82,7 @@ HFONT MakeStyledFont(const wchar_t* face, int points, int style)
 
 int32_t IsFaceThere(const wchar_t* face)
 {
-    const InformationContext display;
+    const unique_memory_context display(late::create_information_context(L"DISPLAY", nullptr, nullptr, nullptr));
     bool there = false;
     EachFont(display.get(), face, [&](const LOGFONTW&) {
         there = true;

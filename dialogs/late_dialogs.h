@@ -7,7 +7,7 @@
 #include <shellapi.h>
 #include <shlobj.h>
 
-#include "../scriptdata/late_windows.h"
+#include "../pictures/late_drawing.h"
 
 namespace vh::late {
 
@@ -19,7 +19,6 @@ inline constinit late_function<decltype(DrawTextW)> draw_text(user32, "DrawTextW
 inline constinit late_function<decltype(EnableWindow)> enable_window(user32, "EnableWindow");
 inline constinit late_function<decltype(EndPaint)> end_paint(user32, "EndPaint");
 inline constinit late_function<decltype(EnumChildWindows)> enum_child_windows(user32, "EnumChildWindows");
-inline constinit late_function<decltype(FillRect)> fill_rect(user32, "FillRect");
 inline constinit late_function<decltype(FindWindowExW)> find_child_window(user32, "FindWindowExW");
 inline constinit late_function<decltype(GetDlgCtrlID)> get_control_id(user32, "GetDlgCtrlID");
 inline constinit late_function<decltype(GetDlgItem)> get_dialog_item(user32, "GetDlgItem");
@@ -61,15 +60,11 @@ inline constinit late_function<decltype(SetWindowTextW)> set_text(user32, "SetWi
 
 inline constinit late_function<decltype(CreateFontIndirectW)> create_font(gdi32, "CreateFontIndirectW");
 inline constinit late_function<decltype(CreateICW)> create_information_context(gdi32, "CreateICW");
-inline constinit late_function<decltype(CreateSolidBrush)> create_solid_brush(gdi32, "CreateSolidBrush");
-inline constinit late_function<decltype(DeleteDC)> delete_dc(gdi32, "DeleteDC");
 inline constinit late_function<decltype(EnumFontFamiliesExW)> enum_fonts(gdi32, "EnumFontFamiliesExW");
 inline constinit late_function<decltype(GetObjectW)> get_object(gdi32, "GetObjectW");
 inline constinit late_function<decltype(GetStockObject)> get_stock_object(gdi32, "GetStockObject");
 inline constinit late_function<decltype(GetTextMetricsW)> get_text_metrics(gdi32, "GetTextMetricsW");
-inline constinit late_function<decltype(SelectObject)> select_object(gdi32, "SelectObject");
 inline constinit late_function<decltype(SetBkMode)> set_background_mode(gdi32, "SetBkMode");
-inline constinit late_function<decltype(SetTextColor)> set_text_color(gdi32, "SetTextColor");
 inline constinit late_function<decltype(TextOutW)> text_out(gdi32, "TextOutW");
 
 inline constinit late_library uxtheme(L"uxtheme.dll");

@@ -77,11 +77,15 @@ int32_t CScriptDialog::Wait()
         }
         m_created = true;
         m_manager.Push(m_name);
+        m_imageButtonsPending = vh::WantsImageButtons(m_window);
         m_failedCreations = 0;
         return created;
     }
-    if (!m_shown && m_manager.scene().silentEx)
-        return AnswerSilently();
+    if (!m_shown) {
+        PrepareToShow();
+        if (m_manager.scene().silentEx)
+            return AnswerSilently();
+    }
     for (const unsigned ends = m_ends; m_ends == ends;) {
         RaiseWhatIsRaised();
         if (m_queue.empty()) {
@@ -110,6 +114,15 @@ int32_t CScriptDialog::Wait()
     }
     // Ended by its own events.
     return wait_failed;
+}
+
+void CScriptDialog::PrepareToShow()
+{
+    if (!std::exchange(m_imageButtonsPending, false))
+        return;
+    m_failedCreations = 0;
+    m_pictures = {};
+    vh::SetUpImageButtons(m_window, m_manager.scene().modules, m_pictures);
 }
 
 int32_t CScriptDialog::AnswerSilently() const

@@ -8,6 +8,7 @@
 
 #include "../scriptdata/unique_gdi.h"
 #include "dialog_event.h"
+#include "image_buttons.h"
 #include "link_control.h"
 
 class CDialogManager;
@@ -60,6 +61,7 @@ private:
 
     bool Create();
     bool CreateFrom(HMODULE module);
+    void PrepareToShow();
     void Show();
     int32_t AnswerSilently() const;
     void TellOfFailures();
@@ -74,6 +76,7 @@ private:
     stringx m_name;
     stringx m_fontName;
     stringx m_mainImage;
+    bool m_imageButtonsPending = false;
     bool m_created = false;
     bool m_branding;
     bool m_topImage = true;
@@ -88,6 +91,8 @@ private:
     HWND m_window = nullptr;
     vh::unique_font m_titleFont;
     vh::unique_brush m_windowBrush;
+    vh::ButtonPictures m_pictures;
+    vh::unique_icon m_diskPicture;
     std::map<int32_t, std::unique_ptr<CLinkControlHolder>> m_links;
     DialogEvent m_event;
     std::deque<DialogEvent> m_queue;

@@ -3,12 +3,11 @@
 
 #include "../dialogs/status_window.h"
 #include "../files/exists.h"
+#include "../pictures/palette.h"
 #include "../runtime/context.h"
+#include "../runtime/frame.h"
 #include "../runtime/own_windows.h"
 #include "../scriptdata/results.h"
-#include "pending.h"
-
-using namespace vh::pending;
 
 namespace {
 
@@ -83,4 +82,10 @@ int32_t _SetAltMainImageEx(ObjectContext* context, int32_t scale, const wchar_t*
     return vh::WithOwnWindows(context, [&](ObjectContext& c) { return SetByScale(c.dialogs, scale, vh::View(path)); });
 }
 
-int32_t _SetPaletteFile(ObjectContext* context, const wchar_t*) { return Missing(context, 0); }
+int32_t _SetPaletteFile(ObjectContext* context, const wchar_t* path)
+{
+    return vh::Framed(context, [&](ObjectContext& c) {
+        c.palette = vh::LoadPalette(path ? path : L"");
+        return 0;
+    });
+}

@@ -200,6 +200,7 @@ void ObjectContext::ChooseSkin(std::wstring_view source_dir)
         }
     }
     dialogs.SetSkin(skin);
+    dialogs.CreateMainImage();
 }
 
 void ObjectContext::Fill(ISetupHost* from_host, IServiceProvider* from_services)

@@ -12,6 +12,7 @@
 #include "../files/script_file.h"
 #include "../media/media_table.h"
 #include "../media/status_block.h"
+#include "../pictures/gdi_objects.h"
 #include "../scriptdata/handle_table.h"
 #include "../scriptdata/list.h"
 #include "../system/driver_packages.h"
@@ -123,8 +124,10 @@ struct ObjectContext {
     // The status window while one is up.
     HWND statusDialog = nullptr;
     CDialogManager dialogs{{services, textSubLocal, info, window, windowEx1, modules, status, statusDialog, silent,
-                            silentEx, externalUi, supportDir}};
+                            silentEx, externalUi, supportDir, palette}};
     vh::StatusBlock status;
+    // For pictures, on displays that have one.
+    vh::unique_palette palette;
     stringx supportDir;
     stringx contextGuid;
     stringx productGuid;

@@ -43,6 +43,7 @@ inline constinit late_library gdi32(L"gdi32.dll");
 inline constinit late_function<decltype(GetTextExtentPoint32W)> get_text_extent(gdi32, "GetTextExtentPoint32W");
 inline constinit late_function<decltype(GetDeviceCaps)> get_device_caps(gdi32, "GetDeviceCaps");
 inline constinit late_function<decltype(DeleteObject)> delete_object(gdi32, "DeleteObject");
+inline constinit late_function<decltype(SelectObject)> select_object(gdi32, "SelectObject");
 
 inline constinit late_library ole32(L"ole32.dll");
 inline constinit late_function<decltype(CoGetInterfaceAndReleaseStream)>

@@ -12,6 +12,8 @@
 #include "host/console.h"
 #include "host/text.h"
 #include "ini_command.h"
+#include "picture_command.h"
+#include "pictures/option_text.h"
 #include "trace_command.h"
 
 namespace {
@@ -29,6 +31,8 @@ struct CommandLine {
     std::string value;
     std::string separator = "=";
     tools::IniOptions ini;
+    std::string size;
+    tools::DrawingOptions drawing;
     std::function<int()> run;
 };
 
@@ -124,6 +128,42 @@ void DeclareIni(CLI::App& app, CommandLine& line)
                       false, [&line] { return tools::CheckIniFile(host::PathOf(line.file), line.ini); });
 }
 
+void DeclarePicture(CLI::App& app, CommandLine& line)
+{
+    CLI::App* picture = app.add_subcommand("picture", "Pictures, read and drawn as the library does it");
+    picture->require_subcommand(1);
+    CLI::App* draw = picture->add_subcommand("draw", "Draw a picture onto a white sheet");
+    CLI::App* info = picture->add_subcommand("info", "Print what a picture file holds, as one JSON object");
+    for (CLI::App* command : {draw, info}) {
+        command->add_option("FILE", line.file, "GIF, BMP, WMF, or what GDI+ reads")->required();
+        command->add_option("--frame", line.drawing.frame, "Which image of the file, from 0")->type_name("NUMBER");
+    }
+    draw->add_option("OUT", line.output, "The .bmp or .png file to write")
+        ->required()
+        ->check([](const std::string& path) {
+            return tools::IsPictureOutput(path) ? std::string() : std::string("must end in .bmp or .png");
+        });
+    std::string tokens = "How it is drawn, tokens between commas:";
+    for (const vh::option_token& token : vh::option_tokens)
+        tokens.append(" ").append(token.name);
+    draw->add_option("--options", line.drawing.text, tokens)->type_name("TEXT");
+    draw->add_option("--size", line.size, "Of the sheet; without it the picture's own size")
+        ->type_name("WxH")
+        ->check([](const std::string& text) {
+            SIZE size{};
+            return tools::ReadSize(text, size) ? std::string() : std::string("must be like 640x480");
+        });
+    draw->callback([&line] {
+        line.run = [&line] {
+            tools::ReadSize(line.size, line.drawing.size);
+            return tools::DrawPicture(host::PathOf(line.file), host::PathOf(line.output), line.drawing);
+        };
+    });
+    info->callback([&line] {
+        line.run = [&line] { return tools::PrintPictureInfo(host::PathOf(line.file), line.drawing.frame); };
+    });
+}
+
 void DeclareFacts(CLI::App& app, CommandLine& line)
 {
     CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
@@ -137,7 +177,7 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into trace files, INI files and libraries of VHRT.", "vhtool");
+    CLI::App app("Looks into trace files, INI files, pictures and libraries of VHRT.", "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);
@@ -146,7 +186,7 @@ int wmain(int count, wchar_t** words)
     DeclareTrace(app, line);
     DeclareExports(app, line);
     DeclareIni(app, line);
-
+    DeclarePicture(app, line);
     DeclareFacts(app, line);
     try {
         if (!host::ParseCommandLine(app, count, words))

@@ -16,6 +16,16 @@ constinit late_function<decltype(InitCommonControlsEx)> register_controls(common
 constexpr int control_title = 50;
 constexpr int control_strip = 52;
 
+// One of another word size can still give its templates.
+unique_module LoadForTemplates(const std::wstring& path)
+{
+    unique_module library(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+    if (!library && GetLastError() == ERROR_BAD_EXE_FORMAT)
+        library.reset(
+            LoadLibraryExW(path.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+    return library;
+}
+
 void Centre(HWND window)
 {
     RECT place{};
@@ -36,8 +46,7 @@ TemplateDialog::TemplateDialog(HWND parent, const std::wstring& library, long nu
     const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_PROGRESS_CLASS | ICC_LINK_CLASS};
     if (register_controls)
         register_controls(&classes);
-    m_library.reset(
-        LoadLibraryExW(library.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE | LOAD_LIBRARY_AS_IMAGE_RESOURCE));
+    m_library = LoadForTemplates(library);
     if (!m_library)
         ThrowFileError(library, L"can't load the library", GetLastError());
     if (!CreateDialogParamW(m_library.get(), MAKEINTRESOURCEW(number), parent, &Route, reinterpret_cast<LPARAM>(this)))

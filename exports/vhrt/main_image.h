@@ -14,5 +14,6 @@ VHRT_FUNCTION(int32_t) _SetAltMainImage(ObjectContext* context, int32_t kind, co
    smaller scale. */
 VHRT_FUNCTION(int32_t) _SetAltMainImageEx(ObjectContext* context, int32_t scale, const wchar_t* path);
 
-/* Reads a palette file (RIFF); one that can't be used clears the palette. Result: 0. */
+/* Reads a palette file (RIFF) for pictures on displays of 8 bits or fewer; one that can't be used clears the palette.
+   Result: 0. */
 VHRT_FUNCTION(int32_t) _SetPaletteFile(ObjectContext* context, const wchar_t* path);

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "../../exports/vhrt.h"
+#include "../support/handle_counts.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
 
@@ -349,21 +350,87 @@ TEST_F(ScriptDialogs, MayEndInsideTheirOwnWait)
     }
 }
 
+LONG WidthOfBitmap(HBITMAP bitmap)
+{
+    BITMAP facts{};
+    GetObjectW(bitmap, sizeof(facts), &facts);
+    return facts.bmWidth;
+}
+LONG WidthOfIcon(HICON icon)
+{
+    ICONINFO facts{};
+    GetIconInfo(icon, &facts);
+    const LONG width = WidthOfBitmap(facts.hbmColor);
+    DeleteObject(facts.hbmColor);
+    DeleteObject(facts.hbmMask);
+    return width;
+}
+
+COLORREF PixelOf(HWND window, int x, int y)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    const HDC device = GetDC(window);
+    const COLORREF color = GetPixel(device, x, y);
+    ReleaseDC(window, device);
+    return color;
+}
+
+TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
+{
+    const TestDialog dialog(session, L"EnterDisk", 400);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    // Made for twice the scale of this display.
+    const auto shown = SendMessageW(dialog.Control(902), STM_GETIMAGE, IMAGE_ICON, 0);
+    EXPECT_EQ(WidthOfIcon(reinterpret_cast<HICON>(shown)), 4);
+    EXPECT_EQ(GetWindowLongW(dialog.Control(902), GWL_STYLE), 0x50000003);
+    // A button with the bitmap style takes icons on some systems alone: what it is sent counts.
+    std::wstring sent;
+    const auto note = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR to) -> LRESULT {
+        if (message == BM_SETIMAGE)
+            *reinterpret_cast<std::wstring*>(to) += (wParam == IMAGE_ICON ? L"icon " : L"bitmap ") +
+                                                    std::to_wstring(WidthOfIcon(reinterpret_cast<HICON>(lParam)));
+        return DefSubclassProc(window, message, wParam, lParam);
+    };
+    SetWindowSubclass(dialog.Control(101), note, 1, reinterpret_cast<DWORD_PTR>(&sent));
+    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    EXPECT_EQ(sent, L"icon 4");
+    const auto bitmap = SendMessageW(dialog.Control(102), BM_GETIMAGE, IMAGE_BITMAP, 0);
+    EXPECT_EQ(WidthOfBitmap(reinterpret_cast<HBITMAP>(bitmap)), 8);
+    // A text with two fields ends it: the buttons behind stay as they are.
+    const Table<int, LONG> styles = {{101, 0x380},        {102, 0x380},        {103, 0},           {104, BS_OWNERDRAW},
+                                     {105, BS_OWNERDRAW}, {106, BS_OWNERDRAW}, {107, BS_OWNERDRAW}};
+    for (const auto& [id, style] : styles)
+        EXPECT_EQ(GetWindowLongW(dialog.Control(id), GWL_STYLE) & 0x38F, style) << id;
+    // The main image is stretched over its control, which is hidden.
+    EXPECT_FALSE(IsWindowVisible(dialog.Control(1200)));
+    RECT place{};
+    GetWindowRect(dialog.Control(1200), &place);
+    MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+    EXPECT_EQ(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
+    EXPECT_EQ(PixelOf(dialog.window(), place.right - 2, place.bottom - 2), RGB(0, 255, 0));
+    EXPECT_NE(PixelOf(dialog.window(), place.left - 2, place.top - 2), RGB(0, 255, 0));
+    KeepPicture(dialog.window(), L"script-dialog-pictures");
+    EXPECT_EQ(dialog.End(), 0);
+    // No picture at all.
+    EXPECT_EQ(_SetAltMainImage(session, ImageNone, nullptr), 0);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    EXPECT_NE(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
+}
+
 TEST_F(ScriptDialogs, LeaveNoHandlesBehind)
 {
     const auto cycle = [&](int count) {
         for (int i = 0; i < count; ++i) {
-            const TestDialog dialog(session, L"d", i % 2 ? 100 : 200);
+            const TestDialog dialog(session, L"d", (i % 3 == 0 ? 100 : i % 3 * 200));
             ASSERT_EQ(dialog.Wait(), DialogCreated);
             ASSERT_EQ(dialog.WaitOrHelp(), 8);
         }
     };
-    const auto handles = [] {
-        return std::pair(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-                         GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    };
+    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
     cycle(10);
     const auto before = handles();
+    EXPECT_GT(before.first, 0);
     cycle(100);
     EXPECT_EQ(handles(), before);
 }

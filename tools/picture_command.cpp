@@ -1,0 +1,129 @@
+#include "picture_command.h"
+
+#include <charconv>
+#include <stdexcept>
+
+#include <nlohmann/json.hpp>
+
+#include "diagnostics/file.h"
+#include "exit_codes.h"
+#include "file_bytes.h"
+#include "host/console.h"
+#include "host/text.h"
+#include "picture_sheet.h"
+#include "picture_source.h"
+#include "pictures/option_text.h"
+#include "scriptdata/exception.h"
+#include "sha256.h"
+
+namespace tools {
+
+namespace {
+
+bool EndsWith(std::string_view text, std::string_view end)
+{
+    return text.size() > end.size() && std::equal(end.rbegin(), end.rend(), text.rbegin(), [](char a, char b) {
+               return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b);
+           });
+}
+
+// The old file stays until the new one is complete.
+void WriteFileOf(const std::wstring& path, std::string_view bytes)
+{
+    stringx temporary;
+    try {
+        temporary = vh::make_temp_name(path);
+    } catch (const vh::win32_exception& failure) {
+        ThrowFor(path, failure.code());
+    }
+    {
+        const vh::unique_file made(CreateFileW(host::LongPath(std::wstring(temporary.view())).c_str(), GENERIC_WRITE, 0,
+                                               nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!made) {
+            const DWORD code = GetLastError();
+            ThrowFor(path, code);
+        }
+        WriteBytes(made.get(), path, bytes);
+    }
+    if (MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
+        return;
+    const DWORD code = GetLastError();
+    DeleteFileW(temporary.c_str());
+    ThrowFor(path, code);
+}
+
+void ApplyOptions(SetupImage& image, const PictureSource& source, const DrawingOptions& options, SIZE sheet)
+{
+    const uint32_t flags = vh::ReadOptionText(options.text);
+    // The picture has its own size, or that of the sheet when it is to be scaled.
+    const SIZE size = flags & vh::option_scale ? sheet : source.size;
+    image.SetOptions((flags & vh::drawing_options & ~uint32_t{vh::option_scale}) | vh::option_fixed_size);
+    image.SetSize(static_cast<int32_t>(size.cx), static_cast<int32_t>(size.cy));
+    image.SetPosition(flags & vh::option_center_across ? vh::centered_position : 0,
+                      flags & vh::option_center_down ? vh::centered_position : 0);
+}
+
+} // namespace
+
+bool ReadSize(const std::string& text, SIZE& size)
+{
+    constexpr int largest = 16384;
+    int numbers[2] = {};
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    for (int i = 0; i < 2; ++i) {
+        if (i == 1 && (at == end || *at++ != 'x'))
+            return false;
+        const auto [behind, error] = std::from_chars(at, end, numbers[i]);
+        if (error != std::errc() || numbers[i] < 1 || numbers[i] > largest)
+            return false;
+        at = behind;
+    }
+    size = {numbers[0], numbers[1]};
+    return at == end;
+}
+
+bool IsPictureOutput(const std::string& path) { return EndsWith(path, ".bmp") || EndsWith(path, ".png"); }
+
+int PrintPictureInfo(const std::wstring& file, unsigned frame)
+{
+    const PictureSource source(file, frame);
+    nlohmann::ordered_json object;
+    object["format"] = source.format;
+    object["result"] = source.result;
+    object["width"] = source.size.cx;
+    object["height"] = source.size.cy;
+    object["colors"] = source.colors;
+    object["transparent"] = source.transparent ? nlohmann::ordered_json(*source.transparent) : nullptr;
+    object["frames"] = source.frames;
+    object["pixels"] = nullptr;
+    if (source.result == 0) {
+        Sha256 sum;
+        const std::string pixels = source.Pixels();
+        sum.Add(std::as_bytes(std::span(pixels)));
+        object["pixels"] = sum.Finish();
+    }
+    host::Say(host::Wide(object.dump(2)));
+    return source.result ? exit_found : exit_done;
+}
+
+int DrawPicture(const std::wstring& file, const std::wstring& output, const DrawingOptions& options)
+{
+    const PictureSource source(file, options.frame);
+    SetupImage image;
+    if (source.result == vh::gif_no_more)
+        host::Complain(file + L": no frame " + std::to_wstring(options.frame) + L" of " +
+                       std::to_wstring(source.frames));
+    else if (source.result || !source.Load(image))
+        host::Complain(file + L": no picture that can be drawn (" + std::to_wstring(source.result) + L")");
+    else {
+        const PictureSheet sheet(options.size.cx ? options.size : source.size);
+        ApplyOptions(image, source, options, sheet.size());
+        image.Draw(sheet.context(), sheet.size());
+        WriteFileOf(output, EndsWith(host::Utf8(output), ".png") ? PngOf(sheet) : BitmapOf(sheet));
+        return exit_done;
+    }
+    return exit_found;
+}
+
+} // namespace tools
