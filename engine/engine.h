@@ -25,6 +25,12 @@ struct Progress {
     std::wstring file;
 };
 
+enum class Windows {
+    none,
+    dialogs, // status window and wait message
+    all,     // a main window too, made when it is first asked for, on that thread
+};
+
 struct Options {
     // Holds product.json, the payload and the script.
     std::wstring setupFolder;
@@ -47,9 +53,8 @@ struct Options {
     std::map<long, variant> facts;
     // Main window handed out by ISetupUser; may be null. It gets its caption, but nothing is painted on it.
     HWND window = nullptr;
-    // Where no window is given, the engine makes a main window of its own when it is first asked for, on that thread.
-    // Without either, and in a silent run, the engine shows no window at all.
-    bool mainWindow = false;
+    // What the engine shows. A silent run shows nothing; with a window that is given, dialogs show at least.
+    Windows windows = Windows::none;
     // Called during a transfer, on the script's thread; false cancels.
     std::function<bool(const Progress&)> onProgress;
     // Hears each message as it comes; Engine::Messages keeps them as well.

@@ -7,7 +7,7 @@ namespace vh::engine {
 bool Screen::Shows() const
 {
     const Options& options = m_core.options;
-    return !m_closed && !options.silent && (options.window || options.mainWindow);
+    return !m_closed && !options.silent && (options.window || options.windows != Windows::none);
 }
 
 HWND Screen::Handle()
@@ -20,7 +20,7 @@ HWND Screen::Handle()
 
 MainWindow* Screen::Main()
 {
-    if (!m_main && Shows() && !m_core.options.window)
+    if (!m_main && Shows() && !m_core.options.window && m_core.options.windows == Windows::all)
         m_main = std::make_unique<MainWindow>(*this, m_core.product->product->name);
     return m_main.get();
 }

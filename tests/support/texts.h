@@ -18,8 +18,9 @@ inline std::wstring UserTexts() { return TextsFile(L"vhtexts_user.dll"); }
 class TextSession {
 public:
     // An empty file means no library of that kind.
-    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr, bool mainWindow = false)
-        : m_session(OptionsOf(m_folder, user, standard, window, mainWindow))
+    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr,
+                engine::Windows windows = engine::Windows::none)
+        : m_session(OptionsOf(m_folder, user, standard, window, windows))
     {
     }
 
@@ -29,12 +30,12 @@ public:
 
 private:
     static engine::Options OptionsOf(const engine::test::SetupFolder& folder, const std::wstring& user,
-                                     const std::wstring& standard, HWND window, bool mainWindow)
+                                     const std::wstring& standard, HWND window, engine::Windows windows)
     {
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.window = window;
-        options.mainWindow = mainWindow;
+        options.windows = windows;
         for (const auto& [name, file] : {std::pair(L"VHUSER", user), std::pair(L"VHRES", standard)})
             if (!file.empty())
                 options.variables.emplace_back(name, file);

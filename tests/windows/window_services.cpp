@@ -75,7 +75,7 @@ protected:
         return {client.right, client.bottom};
     }
 
-    TextSession session{DialogTemplates(), StandardTexts(), nullptr, true};
+    TextSession session{DialogTemplates(), StandardTexts(), nullptr, engine::Windows::all};
     HWND main = reinterpret_cast<HWND>(GetHandle(session, -2));
     std::wstring file;
 };
@@ -202,7 +202,7 @@ TEST(WaitMessages, StayHiddenInSilentModeUnlessTheyAreAskedFor)
         const engine::test::SetupFolder folder;
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
-        options.mainWindow = true;
+        options.windows = engine::Windows::all;
         options.facts.emplace(10, variant(true));
         options.variables.emplace_back(L"VHRES", StandardTexts());
         const Session silent(std::move(options));
@@ -293,10 +293,23 @@ TEST_F(StatusWindows, FollowTheTransferToItsStop)
     EXPECT_EQ(_DisableStatus(session), 0);
 }
 
+TEST(StatusWindowsAlone, NeedNoMainWindow)
+{
+    const TextSession session(L"", StandardTexts(), nullptr, engine::Windows::dialogs);
+    EXPECT_EQ(GetHandle(session, -2), 0);
+    EXPECT_EQ(_SetTitle(session, L"T", 20, 0), 0);
+    EXPECT_EQ(_EnableStatus(session, 4), 0);
+    const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
+    EXPECT_TRUE(IsWindowVisible(status));
+    EXPECT_EQ(GetWindow(status, GW_OWNER), nullptr);
+    EXPECT_EQ(FindWindowW(L"VHEngineWindow", nullptr), nullptr);
+    EXPECT_EQ(_DisableStatus(session), 0);
+}
+
 TEST(StatusWindowCancel, AsksBeforeItDoesSo)
 {
     for (const int answer : {IDNO, IDYES}) {
-        const TextSession session(L"", StandardTexts(), nullptr, true);
+        const TextSession session(L"", StandardTexts(), nullptr, engine::Windows::all);
         EXPECT_EQ(_EnableStatus(session, 4), 0);
         const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
         const DialogDriver driver({[&] {
@@ -343,7 +356,7 @@ TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
 TEST(EngineWindowHandles, StayLevelOverManyRuns)
 {
     const auto run = [] {
-        TextSession session(L"", StandardTexts(), nullptr, true);
+        TextSession session(L"", StandardTexts(), nullptr, engine::Windows::all);
         _SetTitle(session, L"Title", 30, 0xFFFFFF);
         _PlaceBitmap(session, (StandardTexts() + L";501").c_str(), 1, 0, 0, 16);
         _SdShowMsg(session, L"x", 1);
