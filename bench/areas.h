@@ -23,6 +23,7 @@ void Registry(suite& s);
 void ChildSearch(suite& s);
 void Network(suite& s);
 void Pictures(suite& s);
+void Dialogs(suite& s);
 void Load(suite& s);
 
 } // namespace bench

@@ -32,6 +32,7 @@ constexpr area areas[] = {
     {"script", bench::ScriptMedia, "media that scripts build"},
     {"ini", bench::IniFiles, "INI documents"},
     {"pictures", bench::Pictures, "GIF pictures of 16 megapixels"},
+    {"dialogs", bench::Dialogs, "dialogs made and ended, and events on their way to the script"},
     {"registry", bench::Registry, "registry values on their way to the engine"},
     {"child", bench::ChildSearch, "the search for a child process"},
     {"network", bench::Network, "downloads from the test server beside which the bench runs"},

@@ -23,6 +23,8 @@ constexpr UINT narrow_tree_offset = 49;
 
 CScriptDialog* DialogOf(HWND window)
 {
+    if (CScriptDialog* waiting = WaitingDialog::Current(); waiting && waiting->window() == window)
+        return waiting;
     return static_cast<CScriptDialog*>(vh::late::get_prop(window, dialog_property));
 }
 
@@ -45,6 +47,8 @@ INT_PTR Transparent(HDC device)
 LONG_PTR StyleOf(HWND window) { return vh::late::get_window_long(window, GWL_STYLE); }
 
 } // namespace
+
+thread_local CScriptDialog* WaitingDialog::s_current = nullptr;
 
 INT_PTR CALLBACK DialogProcedure::Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {

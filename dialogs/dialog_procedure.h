@@ -1,6 +1,7 @@
 // The window side of script dialogs: creation from templates, and what their windows answer to messages.
 #pragma once
 
+#include <utility>
 #include <windows.h>
 
 #include "../scriptdata/stringx.h"
@@ -27,6 +28,21 @@ constexpr int style_centred = 2;
 
 // Of a dialog's window: its CScriptDialog.
 constexpr const wchar_t* dialog_property = L"PCSCRIPTDLG";
+
+// The dialog that a thread waits on, while it waits: its messages find it without a look at the property.
+class WaitingDialog {
+public:
+    explicit WaitingDialog(CScriptDialog& dialog) : m_before(std::exchange(s_current, &dialog)) {}
+    WaitingDialog(const WaitingDialog&) = delete;
+    WaitingDialog& operator=(const WaitingDialog&) = delete;
+    ~WaitingDialog() { s_current = m_before; }
+
+    static CScriptDialog* Current() { return s_current; }
+
+private:
+    static thread_local CScriptDialog* s_current;
+    CScriptDialog* m_before;
+};
 
 struct DialogProcedure {
     static INT_PTR CALLBACK Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

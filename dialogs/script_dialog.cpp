@@ -86,6 +86,7 @@ int32_t CScriptDialog::Wait()
         if (m_manager.scene().silentEx)
             return AnswerSilently();
     }
+    const WaitingDialog waiting(*this);
     for (const unsigned ends = m_ends; m_ends == ends;) {
         RaiseWhatIsRaised();
         if (m_queue.empty()) {

@@ -19,10 +19,12 @@ class TextSession {
 public:
     // An empty file means no library of that kind.
     TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr,
-                engine::Windows windows = engine::Windows::none)
-        : m_session(OptionsOf(m_folder, user, standard, window, windows))
+                std::map<long, variant> facts = {}, engine::Windows windows = engine::Windows::none)
+        : m_session(OptionsOf(m_folder, user, standard, window, std::move(facts), windows))
     {
     }
+
+    engine::Recorder& calls() const { return m_session.calls(); }
 
     operator ObjectContext*() const { return m_session; }
     const Session& session() const { return m_session; }
@@ -30,12 +32,14 @@ public:
 
 private:
     static engine::Options OptionsOf(const engine::test::SetupFolder& folder, const std::wstring& user,
-                                     const std::wstring& standard, HWND window, engine::Windows windows)
+                                     const std::wstring& standard, HWND window, std::map<long, variant> facts,
+                                     engine::Windows windows)
     {
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.window = window;
         options.windows = windows;
+        options.facts = std::move(facts);
         for (const auto& [name, file] : {std::pair(L"VHUSER", user), std::pair(L"VHRES", standard)})
             if (!file.empty())
                 options.variables.emplace_back(name, file);

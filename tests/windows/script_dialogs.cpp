@@ -7,6 +7,7 @@
 #include "../support/handle_counts.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
+#include "../support/temp_folder.h"
 
 using namespace vh::test;
 
@@ -416,6 +417,140 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
     ASSERT_EQ(dialog.Wait(), DialogCreated);
     ASSERT_EQ(dialog.WaitOrHelp(), 8);
     EXPECT_NE(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
+}
+
+TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
+{
+    TextSession silent{DialogTemplates(), StandardTexts(), nullptr, {{36, vh::variant(true)}}};
+    ASSERT_EQ(__GetCmdLineOptions(silent, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                                  nullptr, nullptr, nullptr, 0),
+              0);
+    const Table<const wchar_t*, LRESULT, LRESULT> cases = {{L"SdWelcomeMaint", BST_UNCHECKED, BST_CHECKED},
+                                                           {L"sdwelcomemaint", BST_CHECKED, BST_UNCHECKED}};
+    for (const auto& [name, first, second] : cases) {
+        const TestDialog dialog(silent, name, 100);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        SendMessageW(dialog.Control(301), BM_SETCHECK, BST_CHECKED, 0);
+        EXPECT_EQ(dialog.Wait(), 1);
+        EXPECT_EQ(dialog.Wait(), 1);
+        EXPECT_EQ(SendMessageW(dialog.Control(301), BM_GETCHECK, 0, 0), first) << name;
+        EXPECT_EQ(SendMessageW(dialog.Control(302), BM_GETCHECK, 0, 0), second) << name;
+        EXPECT_FALSE(IsWindowVisible(dialog.window()));
+    }
+}
+
+HWND g_hooked = nullptr;
+void Hook(HWND dialog) { g_hooked = dialog; }
+
+// A jump to a function, at an address that fits into 31 bits.
+long AddressBelow2GB(void (*function)(HWND))
+{
+    unsigned char* code = nullptr;
+    for (uintptr_t at = 0x10000000; !code && at < 0x70000000; at += 0x100000)
+        code = static_cast<unsigned char*>(
+            VirtualAlloc(reinterpret_cast<void*>(at), 4096, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
+    const unsigned char jump[] = {0x48, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xE0};
+    std::memcpy(code, jump, sizeof(jump));
+    std::memcpy(code + 2, &function, sizeof(function));
+    return static_cast<long>(reinterpret_cast<uintptr_t>(code));
+}
+
+TEST_F(ScriptDialogs, ShowThemselvesToAFunctionOfTheEngine)
+{
+    const long address = AddressBelow2GB(&Hook);
+    TextSession hooked{DialogTemplates(), StandardTexts(), nullptr, {{24, vh::variant(address)}}};
+    const TestDialog dialog(hooked, L"d", 100);
+    g_hooked = nullptr;
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    EXPECT_EQ(g_hooked, dialog.window());
+    VirtualFree(reinterpret_cast<void*>(static_cast<uintptr_t>(address)), 0, MEM_RELEASE);
+}
+
+// Counts what a control is asked to take before the dialog's own keys, and takes some of it.
+LRESULT CALLBACK TakeKeys(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR seen)
+{
+    if (message == 895) {
+        const auto& forwarded = *reinterpret_cast<const MSG*>(lParam);
+        *reinterpret_cast<std::wstring*>(seen) += std::to_wstring(forwarded.message) + L" ";
+        return forwarded.message == WM_KEYDOWN && forwarded.wParam == VK_ESCAPE;
+    }
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(ScriptDialogs, TakeKeysAsDialogsDo)
+{
+    const TestDialog dialog(session, L"d", 100);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    // The edit of the combo box lies two levels deep; its parent is the dialog's own child.
+    const HWND inner = FindWindowExW(dialog.Control(combo), nullptr, L"Edit", nullptr);
+    std::wstring seen;
+    SetWindowSubclass(dialog.Control(combo), &TakeKeys, 1, reinterpret_cast<DWORD_PTR>(&seen));
+    SetFocus(inner);
+    const auto type = [&](WPARAM key) {
+        PostMessageW(inner, WM_KEYDOWN, key, 0);
+        return dialog.WaitOrHelp();
+    };
+    EXPECT_EQ(type(VK_ESCAPE), 8) << "taken by the control";
+    EXPECT_EQ(seen.substr(0, 4), L"256 ");
+    EXPECT_EQ(type(VK_RETURN), button) << "the default button";
+    SetFocus(dialog.Control(edit));
+    EXPECT_EQ(dialog.WaitOrHelp(), combo) << "its list gives up";
+    seen.clear();
+    EXPECT_EQ(type(VK_ESCAPE), IDCANCEL);
+    EXPECT_EQ(seen, L"") << "the focus is elsewhere";
+    PostMessageW(dialog.window(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(dialog.Wait(), IDCANCEL) << "the close box";
+}
+
+TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
+{
+    const TestDialog dialog(session, L"d", 100);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    ASSERT_EQ(GetActiveWindow(), dialog.window());
+    for (const bool pulled : {true, false}) {
+        const HWND stranger =
+            CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+        SetActiveWindow(stranger);
+        ASSERT_EQ(dialog.WaitOrHelp(), 8);
+        EXPECT_EQ(GetActiveWindow() == dialog.window(), pulled);
+        DestroyWindow(stranger);
+    }
+}
+
+TEST_F(ScriptDialogs, TakeTextIntoARichEditThatIsReadOnly)
+{
+    const TestDialog dialog(session, L"d", 100);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const HWND rich = CreateWindowExW(0, L"RICHEDIT", L"", WS_CHILD | ES_MULTILINE | ES_READONLY, 0, 0, 100, 60,
+                                      dialog.window(), nullptr, nullptr, nullptr);
+    ASSERT_TRUE(rich) << "the class is there";
+    const vh::test::TempFolder folder;
+    const std::string rtf = R"({\rtf1\ansi Bold {\b word}.\par})";
+    const std::wstring file = folder.Write(L"a.RTF", rtf);
+    const std::wstring plain = folder.Write(L"a.txt", rtf);
+    const auto read_only = [&] { return (GetWindowLongW(rich, GWL_STYLE) & ES_READONLY) != 0; };
+    const auto text_of = [&] {
+        std::wstring found = TextOf(rich);
+        return found.substr(0, found.find_last_not_of(L"\r\n") + 1);
+    };
+    EXPECT_EQ(_CtrlSetMLERichText(session, L"d", rich, L"plain"), 0);
+    EXPECT_EQ(text_of(), L"plain");
+    EXPECT_EQ(_CtrlSetMLERichText(session, L"d", rich, LR"({\RTF1\ansi Bold {\b word}.\par})"), 0);
+    EXPECT_TRUE(read_only());
+    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, file.c_str()), 0);
+    EXPECT_EQ(text_of(), L"Bold word.");
+    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, plain.c_str()), 0);
+    EXPECT_EQ(text_of(), L"{\\rtf1\\ansi Bold {\\b word}.\\par}");
+    EXPECT_TRUE(read_only());
+    // Calls that fail leave the control writable.
+    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, nullptr), -4);
+    EXPECT_FALSE(read_only());
+    SetWindowLongW(rich, GWL_STYLE, GetWindowLongW(rich, GWL_STYLE) | ES_READONLY);
+    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, (folder / L"none.txt").c_str()), ERROR_FILE_NOT_FOUND);
+    EXPECT_FALSE(read_only());
+    EXPECT_EQ(_CtrlSetMLERichText(session, L"unknown", rich, L"x"), -1);
 }
 
 TEST_F(ScriptDialogs, LeaveNoHandlesBehind)

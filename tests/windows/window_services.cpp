@@ -75,7 +75,7 @@ protected:
         return {client.right, client.bottom};
     }
 
-    TextSession session{DialogTemplates(), StandardTexts(), nullptr, engine::Windows::all};
+    TextSession session{DialogTemplates(), StandardTexts(), nullptr, {}, engine::Windows::all};
     HWND main = reinterpret_cast<HWND>(GetHandle(session, -2));
     std::wstring file;
 };
@@ -295,7 +295,7 @@ TEST_F(StatusWindows, FollowTheTransferToItsStop)
 
 TEST(StatusWindowsAlone, NeedNoMainWindow)
 {
-    const TextSession session(L"", StandardTexts(), nullptr, engine::Windows::dialogs);
+    const TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::dialogs);
     EXPECT_EQ(GetHandle(session, -2), 0);
     EXPECT_EQ(_SetTitle(session, L"T", 20, 0), 0);
     EXPECT_EQ(_EnableStatus(session, 4), 0);
@@ -309,7 +309,7 @@ TEST(StatusWindowsAlone, NeedNoMainWindow)
 TEST(StatusWindowCancel, AsksBeforeItDoesSo)
 {
     for (const int answer : {IDNO, IDYES}) {
-        const TextSession session(L"", StandardTexts(), nullptr, engine::Windows::all);
+        const TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::all);
         EXPECT_EQ(_EnableStatus(session, 4), 0);
         const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
         const DialogDriver driver({[&] {
@@ -356,7 +356,7 @@ TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
 TEST(EngineWindowHandles, StayLevelOverManyRuns)
 {
     const auto run = [] {
-        TextSession session(L"", StandardTexts(), nullptr, engine::Windows::all);
+        TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::all);
         _SetTitle(session, L"Title", 30, 0xFFFFFF);
         _PlaceBitmap(session, (StandardTexts() + L";501").c_str(), 1, 0, 0, 16);
         _SdShowMsg(session, L"x", 1);
