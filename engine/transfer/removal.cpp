@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../services/reboot_texts.h"
 #include "undo_step.h"
 
 namespace vh::engine {
@@ -195,8 +196,10 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
             if (left.outcome == RemovalOutcome::failed && !IsAmongFailed(results, left.what))
                 tell(std::move(left));
     // Folders and keys that others use are all that may be left when nothing failed.
-    if (!AnyFailed(results))
+    if (!AnyFailed(results)) {
         log.Clear();
+        WriteRebootTexts(logFile, {});
+    }
     return results;
 }
 
