@@ -17,6 +17,20 @@ HWND MainWindowOf(ISetupWindow* window, ISetupInfo* info)
 
 HWND DialogScene::MainWindow() const { return MainWindowOf(window.get(), info.get()); }
 
+bstr DialogScene::Variable(const wchar_t* name) const
+{
+    bstr value;
+    if (variables)
+        variables->GetValue(bstr(name).get(), value.put());
+    return value;
+}
+
+bstr DialogScene::LibraryOf(long dialog) const
+{
+    const ResourceModules author{modules.user, nullptr};
+    return Variable(author.Find(RT_DIALOG, MAKEINTRESOURCEW(dialog)) ? L"VHUSER" : L"VHRES");
+}
+
 void DialogScene::CallHook(HWND dialog) const
 {
     // 32 bits with their sign, widened to an address.

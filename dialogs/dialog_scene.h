@@ -5,6 +5,7 @@
 #include "../Src/inc/engine_window.h"
 #include "../media/status_block.h"
 #include "../pictures/gdi_objects.h"
+#include "../scriptdata/bstr.h"
 #include "../scriptdata/com_ptr.h"
 #include "../scriptdata/stringx.h"
 #include "resource_modules.h"
@@ -29,6 +30,10 @@ struct DialogScene {
 
     // The window that dialogs stand on; null when there is none.
     HWND MainWindow() const;
+    // A local text variable; null when there are none.
+    bstr Variable(const wchar_t* name) const;
+    // The path of the library that has a dialog template: the author's if it is there, else the product's.
+    bstr LibraryOf(long dialog) const;
     // A service under the null service identifier; empty when there is none.
     template <class Service>
     com_ptr<Service> Ask() const

@@ -44,6 +44,7 @@ inline constinit late_function<decltype(LoadIconW)> load_icon(user32, "LoadIconW
 inline constinit late_function<decltype(LoadImageW)> load_image(user32, "LoadImageW");
 inline constinit late_function<decltype(MapDialogRect)> map_dialog_rect(user32, "MapDialogRect");
 inline constinit late_function<decltype(MapWindowPoints)> map_window_points(user32, "MapWindowPoints");
+inline constinit late_function<decltype(MessageBeep)> message_beep(user32, "MessageBeep");
 inline constinit late_function<decltype(MessageBoxW)> message_box(user32, "MessageBoxW");
 inline constinit late_function<decltype(MonitorFromWindow)> monitor_from_window(user32, "MonitorFromWindow");
 inline constinit late_function<decltype(MoveWindow)> move_window(user32, "MoveWindow");
@@ -58,8 +59,11 @@ inline constinit late_function<decltype(SetWindowPos)> set_window_pos(user32, "S
 inline constinit late_function<decltype(SetWindowTextW)> set_text(user32, "SetWindowTextW");
 
 inline constinit late_function<decltype(CreateFontIndirectW)> create_font(gdi32, "CreateFontIndirectW");
+inline constinit late_function<decltype(CreateICW)> create_information_context(gdi32, "CreateICW");
+inline constinit late_function<decltype(EnumFontFamiliesExW)> enum_fonts(gdi32, "EnumFontFamiliesExW");
 inline constinit late_function<decltype(GetObjectW)> get_object(gdi32, "GetObjectW");
 inline constinit late_function<decltype(GetStockObject)> get_stock_object(gdi32, "GetStockObject");
+inline constinit late_function<decltype(GetTextMetricsW)> get_text_metrics(gdi32, "GetTextMetricsW");
 inline constinit late_function<decltype(SetBkMode)> set_background_mode(gdi32, "SetBkMode");
 inline constinit late_function<decltype(TextOutW)> text_out(gdi32, "TextOutW");
 

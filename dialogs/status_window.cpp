@@ -33,7 +33,7 @@ int32_t StatusWindow::Open(int32_t style)
     if (m_scene.externalUi) {
         if (const HRESULT code = m_scene.status.FetchProgress(); FAILED(code))
             return code;
-        return m_scene.status.progress->Open(nullptr, Variable(L"VHRES").get(), 0);
+        return m_scene.status.progress->Open(nullptr, m_scene.Variable(L"VHRES").get(), 0);
     }
     if (m_scene.statusDialog)
         return 0;
@@ -69,9 +69,7 @@ HRESULT StatusWindow::OpenTemplate(HWND parent, int32_t style)
 {
     const com_ptr<ISetupProgress>& progress = m_scene.status.progress;
     const int32_t resource = TemplateOf(style);
-    const ResourceModules author{m_scene.modules.user, nullptr};
-    const bool overridden = author.Find(RT_DIALOG, MAKEINTRESOURCEW(resource)) != nullptr;
-    const bstr library = Variable(overridden ? L"VHUSER" : L"VHRES");
+    const bstr library = m_scene.LibraryOf(resource);
     const long flags = OpenFlags();
     if (const auto extended = progress.query<ISetupProgressOpen>())
         return extended->OpenEx(parent, library.get(), resource, flags);
@@ -108,14 +106,6 @@ long StatusWindow::OpenFlags() const
     if (data_flags & 2)
         flags |= from_data;
     return flags;
-}
-
-bstr StatusWindow::Variable(const wchar_t* name) const
-{
-    bstr value;
-    if (m_scene.variables)
-        m_scene.variables->GetValue(bstr(name).get(), value.put());
-    return value;
 }
 
 int32_t StatusWindow::Close()

@@ -1,7 +1,6 @@
 // The status window: the engine owns it and its bar, the library picks its template and says what it is to do.
 #pragma once
 
-#include "../scriptdata/bstr.h"
 #include "dialog_manager.h"
 
 namespace vh {
@@ -28,7 +27,6 @@ private:
     HRESULT Create(int32_t style);
     HRESULT OpenTemplate(HWND parent, int32_t style);
     HRESULT EquipBar();
-    bstr Variable(const wchar_t* name) const;
     long OpenFlags() const;
 
     CDialogManager& m_dialogs;

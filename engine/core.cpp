@@ -6,6 +6,7 @@
 #include <shlobj.h>
 
 #include "services/registry_access.h"
+#include "windows/screen.h"
 
 namespace vh::engine {
 
@@ -69,7 +70,8 @@ void CopySupportFiles(const Product& product, const std::wstring& folder)
 
 std::wstring DefaultDataDir() { return JoinPath(SystemFolder(CSIDL_LOCAL_APPDATA), L"VHSetup"); }
 
-Core::Core(Options given) : options(std::move(given)), product(std::make_shared<DataSet>())
+Core::Core(Options given)
+    : options(std::move(given)), product(std::make_shared<DataSet>()), screen(std::make_unique<Screen>(*this))
 {
     options.setupFolder = FullPath(options.setupFolder);
     if (!FactsOf(options.setupFolder).folder())
@@ -182,12 +184,24 @@ std::wstring Core::DisplayText(std::wstring_view text) const
     });
 }
 
-void Core::Advance(const Progress& position)
+void Core::Advance(uint64_t bytes, const std::wstring& file)
 {
-    if (options.onProgress && !options.onProgress(position))
+    const uint64_t done = bytes < progress.total - progress.done ? progress.done + bytes : progress.total;
+    progress = {done, progress.total, progress.total ? static_cast<int>(done * 100 / progress.total) : 100, file};
+    if (options.onProgress && !options.onProgress(progress))
         cancelled = true;
+    screen->Show(progress);
     if (cancelled)
-        throw engine_error(HRESULT_FROM_WIN32(ERROR_CANCELLED), position.file, L"the transfer was cancelled");
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_CANCELLED), file, L"the transfer was cancelled");
+}
+
+std::wstring Core::FindFile(std::wstring_view name) const
+{
+    std::wstring path = Substitute(name);
+    if (!DriveOf(path).empty())
+        return path;
+    const std::wstring supporting = JoinPath(supportDir, path);
+    return FactsOf(supporting).file() ? supporting : JoinPath(options.setupFolder, path);
 }
 
 } // namespace vh::engine

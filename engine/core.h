@@ -16,6 +16,8 @@ namespace vh::engine {
 // Where install logs go when the host names no folder.
 std::wstring DefaultDataDir();
 
+class Screen;
+
 class Core : public std::enable_shared_from_this<Core> {
 public:
     explicit Core(Options given);
@@ -35,8 +37,11 @@ public:
     const std::wstring* FindString(std::wstring_view id) const;
     // Text for people: variables and string ids in patterns.
     std::wstring DisplayText(std::wstring_view text) const;
-    // Calls the progress callback; throws when it, or somebody else, wants to stop.
-    void Advance(const Progress& position);
+    // Bytes that came: shows how far the transfer is; throws when somebody wants to stop.
+    void Advance(uint64_t bytes, const std::wstring& file);
+    // The path of a library or picture: a name without a drive is looked for in the support folder, then in the setup
+    // folder.
+    std::wstring FindFile(std::wstring_view name) const;
 
     Options options;
     Recorder calls;
@@ -55,8 +60,7 @@ public:
     bool registryTexts = true;
     long registryOptions = 0;
     Progress progress;
-    std::wstring progressTitle;
-    com_ptr<ISetupProgressBar> progressBar;
+    std::unique_ptr<Screen> screen;
     std::vector<std::array<std::wstring, 3>> rebootTexts;
     // What the last failing engine call had to say.
     Message lastError;

@@ -4,9 +4,11 @@
 
 #include "core.h"
 #include "services/host.h"
+#include "services/reboot_texts.h"
 #include "services/services.h"
 #include "services/small_services.h"
 #include "transfer/removal.h"
+#include "windows/screen.h"
 
 namespace vh::engine {
 
@@ -97,6 +99,19 @@ LogRecord SelectionOf(const Core& core, const std::wstring& target)
     return selection;
 }
 
+void CommitLog(Core& core, const std::wstring& target)
+{
+    InstallLog& log = *core.log;
+    LogRecord selection = SelectionOf(core, target);
+    const LogRecord* before = core.product->maintenance ? log.Newest(LogKind::features, {}) : nullptr;
+    if (!log.CurrentRun() && (!before || before->list == selection.list))
+        return;
+    log.Commit(std::move(selection));
+    TidyUp(log);
+    if (core.product->maintenance || log.Standing(LogKind::texts).empty())
+        DropIfIdle(log);
+}
+
 } // namespace
 
 std::unique_ptr<Engine> Engine::Open(Options options)
@@ -116,7 +131,7 @@ Engine::~Engine()
     } catch (const std::exception& error) {
         m_core->Report({Severity::error, {}, ToWide(error.what()), E_FAIL});
     }
-    m_core->progressBar.reset();
+    m_core->screen->Close();
     m_core->log->Close();
 }
 
@@ -148,15 +163,10 @@ void Engine::Cancel() { m_core->cancelled = true; }
 
 void Engine::Commit()
 {
-    InstallLog& log = *m_core->log;
-    LogRecord selection = SelectionOf(*m_core, TargetDir());
-    const LogRecord* before = m_core->product->maintenance ? log.Newest(LogKind::features, {}) : nullptr;
-    if (!log.CurrentRun() && (!before || before->list == selection.list))
-        return;
-    log.Commit(std::move(selection));
-    TidyUp(log);
-    if (m_core->product->maintenance || log.Standing(LogKind::texts).empty())
-        DropIfIdle(log);
+    CommitLog(*m_core, TargetDir());
+    if (!WriteRebootTexts(LogFile(), m_core->rebootTexts))
+        m_core->Report(
+            {Severity::warning, LogFile(), L"the texts for the run after a restart could not be kept", E_FAIL});
 }
 
 std::vector<Removal> Engine::Rollback()

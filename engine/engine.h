@@ -25,6 +25,12 @@ struct Progress {
     std::wstring file;
 };
 
+enum class Windows {
+    none,
+    dialogs, // status window and wait message
+    all,     // a main window too, made when it is first asked for, on that thread
+};
+
 struct Options {
     // Holds product.json, the payload and the script.
     std::wstring setupFolder;
@@ -45,8 +51,10 @@ struct Options {
     std::vector<std::pair<std::wstring, std::wstring>> variables;
     // Facts that win over what the engine works out, by number.
     std::map<long, variant> facts;
-    // Main window handed out by ISetupUser; may be null.
+    // Main window handed out by ISetupUser; may be null. It gets its caption, but nothing is painted on it.
     HWND window = nullptr;
+    // What the engine shows. A silent run shows nothing; with a window that is given, dialogs show at least.
+    Windows windows = Windows::none;
     // Called during a transfer, on the script's thread; false cancels.
     std::function<bool(const Progress&)> onProgress;
     // Hears each message as it comes; Engine::Messages keeps them as well.

@@ -13,6 +13,10 @@ namespace host {
 
 inline std::wstring PathOf(const std::string& text) { return text.empty() ? std::wstring() : FullPath(Wide(text)); }
 
+// Refuses an empty text, such as a variable of the shell that is not set leaves.
+inline const CLI::Validator not_empty([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); },
+                                      "");
+
 inline void SayLines(const std::string& text, void (*say)(std::wstring_view))
 {
     std::wstring lines = Wide(text);
@@ -35,7 +39,11 @@ inline bool ParseCommandLine(CLI::App& app, int count, wchar_t** words)
         SayLines(app.help(), Say);
         return false;
     } catch (const CLI::ParseError& error) {
-        Complain(Wide(app.get_name()) + L": " + Wide(error.what()));
+        // The parser looks for what is missing first; a misspelt word says more.
+        const std::vector<std::string> unknown = app.remaining(true);
+        const bool misspelt = dynamic_cast<const CLI::RequiredError*>(&error) && !unknown.empty();
+        Complain(Wide(app.get_name()) + L": " +
+                 Wide(misspelt ? "The following argument was not expected: " + unknown.front() : error.what()));
         SayLines(app.help(), Complain);
         throw;
     }

@@ -50,15 +50,16 @@ void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
 
 void Complain(std::wstring_view line) { Line(STD_ERROR_HANDLE, line); }
 
-void Status(std::wstring_view line)
+bool Status(std::wstring_view line)
 {
     const HANDLE handle = GetStdHandle(STD_OUTPUT_HANDLE);
     if (!IsConsole(handle))
-        return;
+        return false;
     ClearStatus(handle);
     const std::wstring_view shown = line.substr(0, 78);
     Write(handle, shown);
     status_width = shown.size();
+    return true;
 }
 
 } // namespace host

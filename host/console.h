@@ -9,7 +9,7 @@ namespace host {
 void Say(std::wstring_view line);
 // One line on standard error.
 void Complain(std::wstring_view line);
-// A line that replaces itself on a console, and is dropped elsewhere; an empty one clears it.
-void Status(std::wstring_view line);
+// A line that replaces itself on a console; an empty one clears it. Elsewhere it is dropped, and the result is false.
+bool Status(std::wstring_view line);
 
 } // namespace host

@@ -13,10 +13,13 @@
 namespace {
 
 constexpr const char* description = "Runs the setup in a folder that holds product.json, the payload and setup.js.";
-constexpr const char* footer = "Exit codes: 0 done, 1 the script or a transfer failed (rolled back), 2 wrong command\n"
-                               "line, 4 wrong setup folder, product file or payload, 6 stopped by the user (rolled\n"
-                               "back), 7 VHRT.dll can't be loaded, 8 the removal left something behind, 9 rolled "
-                               "back in part: the next run tries the rest again.";
+constexpr const char* footer =
+    "Exit codes: 0 done; 1 the script or a transfer failed (rolled back), or --verify found\n"
+    "a file unlike its source; 2 wrong command line; 4 wrong setup folder, product file or\n"
+    "payload, another setup of the product runs, or there is nothing to remove; 6 stopped by\n"
+    "the user (rolled back); 7 VHRT.dll or a script can't be loaded, or the trace can't be\n"
+    "written (rolled back); 8 the removal left something behind; 9 rolled back in part: the\n"
+    "next run tries the rest again.";
 
 struct CommandLine {
     std::string folder;
@@ -38,10 +41,12 @@ void Declare(CLI::App& app, CommandLine& line)
     // A leading slash begins a path here, not an option.
     app.allow_windows_style_options(false);
     app.footer(footer);
-    app.add_option("FOLDER", line.folder, "The setup folder")->required();
+    app.add_option("FOLDER", line.folder, "The setup folder")->required()->check(host::not_empty);
     app.add_flag("--silent", line.silent, "Ask nothing, show no progress");
-    app.add_option("--target", line.target, "Install to this folder")->type_name("DIR");
-    app.add_option("--trace", line.trace, "Write the library's trace to this file")->type_name("FILE");
+    app.add_option("--target", line.target, "Install to this folder")->type_name("DIR")->check(host::not_empty);
+    app.add_option("--trace", line.trace, "Write the library's trace to this file")
+        ->type_name("FILE")
+        ->check(host::not_empty);
     app.add_option("--var", line.variables, "Set a variable; may be given again")
         ->type_name("NAME=VALUE")
         ->expected(1)
@@ -52,8 +57,10 @@ void Declare(CLI::App& app, CommandLine& line)
         ->type_name("FILE")
         ->expected(1)
         ->take_all();
-    app.add_option("--data", line.data, "Keep install logs in this folder")->type_name("DIR");
-    app.add_option("--registry-root", line.registry_root, "Keep the whole registry below this key")->type_name("KEY");
+    app.add_option("--data", line.data, "Keep install logs in this folder")->type_name("DIR")->check(host::not_empty);
+    app.add_option("--registry-root", line.registry_root, "Keep the whole registry below this key")
+        ->type_name("KEY")
+        ->check(host::not_empty);
     app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
     app.add_flag("--verify", line.verify, "Show at the end what is installed, each file compared with its source");
 }

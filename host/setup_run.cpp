@@ -18,13 +18,10 @@ namespace {
 
 std::atomic<bool> cancelled = false;
 
-BOOL WINAPI OnConsoleSignal(DWORD)
-{
-    cancelled = true;
-    return TRUE;
-}
+// Ctrl+C asks the run to stop; it does not end the process in the middle of a file. A script that calls nothing
+// can't be asked: the second one ends the process, and the next start undoes the run.
+BOOL WINAPI OnConsoleSignal(DWORD) { return cancelled.exchange(true) ? FALSE : TRUE; }
 
-// Ctrl+C asks the run to stop; it does not end the process in the middle of a file.
 class StopSignal {
 public:
     StopSignal() { SetConsoleCtrlHandler(OnConsoleSignal, TRUE); }
@@ -39,9 +36,9 @@ public:
     bool operator()(const vh::engine::Progress& progress)
     {
         const std::wstring percent = std::to_wstring(progress.percent) + L" %";
-        Status(percent + L"  " + progress.file);
+        const bool shown = Status(percent + L"  " + progress.file);
         const int tenth = progress.percent / 10;
-        if (tenth > m_tenth)
+        if (!shown && tenth > m_tenth)
             Say(L"  moving data: " + percent);
         // A further transfer begins below the last one's end.
         m_tenth = tenth;
@@ -191,9 +188,21 @@ std::wstring NameOf(const vh::engine::Removal& removal)
     return {};
 }
 
+// The library goes without a trace that it can't write; who asked for one is told.
+void RequireWritable(const std::wstring& trace_file)
+{
+    const vh::unique_file file(CreateFileW(trace_file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_ALWAYS,
+                                           FILE_ATTRIBUTE_NORMAL, nullptr));
+    const DWORD code = GetLastError();
+    if (!file)
+        throw std::runtime_error(Utf8(trace_file + L": the trace can't be written: " + SystemText(code)));
+}
+
 // The library reads the trace switch while it loads, and at no other time.
 Library LoadLibraryWithTrace(const std::wstring& trace_file)
 {
+    if (!trace_file.empty())
+        RequireWritable(trace_file);
     const TraceSwitch trace(trace_file);
     return Library(Join(ProgramFolder(), L"VHRT.dll"));
 }
@@ -248,9 +257,10 @@ ExitCode RemoveSetup(const RunOptions& options)
 {
     try {
         const std::wstring log = vh::engine::LogFileOf(options.setup_folder, options.data_folder);
-        Say(L"removing what " + log + L" lists, newest first");
         std::map<std::wstring, int> counts;
         const auto removals = vh::engine::Uninstall(log, [&](const vh::engine::Removal& removal) {
+            if (counts.empty())
+                Say(L"removing what " + log + L" lists, newest first");
             const std::wstring word = NameOf(removal);
             ++counts[word];
             if (!options.silent)

@@ -57,7 +57,15 @@ std::wstring FullPath(const std::wstring& path)
     full.resize(GetFullPathNameW(path.c_str(), needed, full.data(), nullptr));
     while (full.size() > 3 && full.back() == L'\\')
         full.pop_back();
-    return full;
+    // LongPath() sets the prefix of long paths where one is needed; names that only the prefix allows keep it.
+    constexpr std::wstring_view prefix = L"\\\\?\\";
+    constexpr std::wstring_view share = L"\\\\?\\UNC\\";
+    if (!full.starts_with(prefix))
+        return full;
+    const std::wstring plain =
+        full.starts_with(share) ? L"\\\\" + full.substr(share.size()) : full.substr(prefix.size());
+    const bool absolute = plain.starts_with(L"\\\\") || (plain.size() > 2 && plain[1] == L':' && plain[2] == L'\\');
+    return absolute && FullPath(plain) == plain ? plain : full;
 }
 
 std::wstring Join(const std::wstring& folder, std::wstring_view name)

@@ -8,6 +8,7 @@
 
 #include "../Src/inc/engine.h"
 #include "../dialogs/dialog_manager.h"
+#include "../dialogs/window_facts.h"
 #include "../files/script_file.h"
 #include "../media/media_table.h"
 #include "../media/status_block.h"
@@ -116,6 +117,7 @@ struct ObjectContext {
     bool textSubs = true;
     ListTable lists;
     FileTable files;
+    vh::WindowFacts windowFacts;
     MediaTable media;
     vh::DriverPackages driverPackages{*this};
     vh::ResourceModules modules;

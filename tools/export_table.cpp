@@ -82,6 +82,8 @@ std::map<std::string, uint32_t> ReadDefinitionFile(const std::string& text)
     std::string number;
     while (lines >> name && name != "EXPORTS") {
     }
+    if (!lines)
+        throw std::runtime_error("no definition file: there is no EXPORTS in it");
     while (lines >> name >> number) {
         if (number.size() < 2 || number[0] != '@' ||
             !std::all_of(number.begin() + 1, number.end(), [](char c) { return c >= '0' && c <= '9'; }))

@@ -26,13 +26,15 @@ std::map<std::string, host::CallRow> KnownFunctions()
     return known;
 }
 
-Table TableOf(const std::wstring& library)
+// What `read` makes of the file; its errors name it.
+template <class Read>
+Table TableOf(const std::wstring& file, Read read)
 {
     try {
-        return ReadExportTable(ReadBytes(library));
+        return read(ReadBytes(file));
     } catch (const std::runtime_error& error) {
         const std::string text = error.what();
-        const std::string name = host::Utf8(library);
+        const std::string name = host::Utf8(file);
         throw std::runtime_error(text.starts_with(name) ? text : name + ": " + text);
     }
 }
@@ -71,15 +73,17 @@ int CompareNames(const Table& table, const std::map<std::string, host::CallRow>&
     return differences;
 }
 
+// What `wanted` has beyond the library is named by CompareNames, or unknown to both.
 int CompareNumbers(const Table& table, const Table& wanted)
 {
     int differences = 0;
-    for (const auto& [name, number] : wanted) {
-        const auto found = table.find(name);
-        if (found == table.end() || found->second == number)
+    for (const auto& [name, number] : table) {
+        const auto found = wanted.find(name);
+        if (found != wanted.end() && found->second == number)
             continue;
-        host::Complain(host::Wide(name) + L": number " + std::to_wstring(found->second) + L" instead of " +
-                       std::to_wstring(number));
+        host::Complain(host::Wide(name) + L": number " + std::to_wstring(number) +
+                       (found == wanted.end() ? L", which the definition file lacks"
+                                              : L" instead of " + std::to_wstring(found->second)));
         ++differences;
     }
     return differences;
@@ -89,14 +93,15 @@ int CompareNumbers(const Table& table, const Table& wanted)
 
 int ListExports(const std::wstring& library, const std::wstring& definition)
 {
-    const Table table = TableOf(library);
+    const Table table = TableOf(library, ReadExportTable);
     const auto known = KnownFunctions();
     PrintByNumber(table, known);
     int differences = CompareNames(table, known);
     if (!definition.empty()) {
-        const std::vector<std::byte> bytes = ReadBytes(definition);
-        const std::string text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-        differences += CompareNumbers(table, ReadDefinitionFile(text));
+        const auto read = [](const std::vector<std::byte>& bytes) {
+            return ReadDefinitionFile({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        };
+        differences += CompareNumbers(table, TableOf(definition, read));
     }
     host::Say(std::to_wstring(table.size()) + L" exports, " + std::to_wstring(differences) + L" differences");
     return differences ? exit_found : exit_done;

@@ -1,9 +1,11 @@
 // vhtool.exe: a command line for people who work with VHRT.
+#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include <CLI/CLI.hpp>
+#include <windows.h>
 
 #include "exit_codes.h"
 #include "exports_command.h"
@@ -83,7 +85,12 @@ CLI::App* DeclareIniCommand(CLI::App& ini, CommandLine& line, const char* name, 
             return host::Wide(text).size() == 1 ? std::string() : std::string("must be one character");
         });
     command->add_option("--code-page", line.ini.code_page, "Of files without a mark; without it the system's")
-        ->type_name("NUMBER");
+        ->type_name("NUMBER")
+        ->check([](const std::string& text) {
+            const unsigned long page = std::strtoul(text.c_str(), nullptr, 10);
+            return page == 0 || IsValidCodePage(page) ? std::string()
+                                                      : std::string("this system has no such code page");
+        });
     if (writes) {
         command->add_option("-o,--output", line.output, "Write to this file")->type_name("FILE");
         command->add_flag("--bare-keys", line.ini.bare_keys, "Write keys without a value without the separator");
@@ -151,7 +158,7 @@ void DeclarePicture(CLI::App& app, CommandLine& line)
         ->type_name("WxH")
         ->check([](const std::string& text) {
             SIZE size{};
-            return tools::ReadSize(text, size) ? std::string() : std::string("must be like 640x480");
+            return tools::ReadSize(text, size) ? std::string() : std::string("must be like 640x480, 16384 at most");
         });
     draw->callback([&line] {
         line.run = [&line] {

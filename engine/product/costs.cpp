@@ -18,9 +18,12 @@ std::wstring TargetOf(const Core& core, const Item& item)
             break;
         }
     const std::wstring folder = core.Substitute(pattern);
-    if (DriveOf(folder).empty() || folder.find_first_of(L"<>|\"*?") != std::wstring::npos)
+    const bool relative = DriveOf(folder).empty();
+    if (relative || folder.find_first_of(L"<>|\"*?") != std::wstring::npos)
         throw engine_error(E_INVALIDARG, folder,
-                           L"the target of \"" + item.Path() + L"\" (" + pattern + L") is no absolute path");
+                           L"the target of \"" + item.Path() + L"\" (" + pattern + L") " +
+                               (relative ? L"is no absolute path"
+                                         : L"holds an unknown variable or a character that names can't have"));
     return FullPath(folder);
 }
 

@@ -73,7 +73,8 @@ int64_t JsonPlace::Number(int64_t least, int64_t most) const
     const bool tooLarge = m_value->is_number_unsigned() && m_value->get<uint64_t>() > static_cast<uint64_t>(INT64_MAX);
     const int64_t number = tooLarge ? INT64_MAX : m_value->get<int64_t>();
     if (tooLarge || number < least || number > most)
-        Fail(L"must lie between " + std::to_wstring(least) + L" and " + std::to_wstring(most));
+        Fail(least == most ? L"must be " + std::to_wstring(least)
+                           : L"must lie between " + std::to_wstring(least) + L" and " + std::to_wstring(most));
     return number;
 }
 
@@ -119,6 +120,8 @@ void JsonPlace::Members(const char* key, std::size_t most,
 nlohmann::json ParseJson(const std::wstring& file)
 {
     const std::string content = ReadWhole(file, largest_file);
+    if (content.starts_with("\xFF\xFE") || content.starts_with("\xFE\xFF"))
+        throw engine_error(E_INVALIDARG, file, L"must be UTF-8, and is UTF-16");
     std::vector<std::set<std::string>> keys;
     const auto check = [&](int depth, nlohmann::json::parse_event_t event, nlohmann::json& parsed) {
         using kind = nlohmann::json::parse_event_t;

@@ -4,7 +4,7 @@
 
 #include "../product/data_object.h"
 #include "../transfer/copy_job.h"
-#include "../transfer/progress.h"
+#include "../windows/progress_object.h"
 #include "facts.h"
 #include "log_object.h"
 #include "registry_object.h"

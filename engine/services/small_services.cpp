@@ -1,6 +1,7 @@
 #include "small_services.h"
 
 #include "../windows/window_object.h"
+#include "reboot_texts.h"
 
 namespace vh::engine {
 
@@ -38,13 +39,7 @@ HRESULT ResourcesObject::Load(BSTR file, HMODULE* module)
     return Call("ISetupResources.Load", file)([&] {
         if (!module)
             return E_POINTER;
-        const std::wstring given = core().Substitute(TextOf(file));
-        std::wstring path = given;
-        if (DriveOf(given).empty()) {
-            path = JoinPath(core().supportDir, given);
-            if (!FactsOf(path).file())
-                path = JoinPath(core().options.setupFolder, given);
-        }
+        const std::wstring path = core().FindFile(TextOf(file));
         *module = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
         if (!*module)
             ThrowFileError(path, L"can't load the library", GetLastError());
@@ -74,12 +69,25 @@ HRESULT UserObject::GetWindow(ISetupWindow** window)
     return Call("ISetupUser.GetWindow")([&] { return GiveObject(window, make_object<WindowObject>(shared_core())); });
 }
 
-const dispatch_entry<RebootObject> RebootObject::names[2] = {
+const dispatch_entry<RebootObject> RebootObject::names[4] = {
     {L"Count",
      [](RebootObject& reboot, const dispatch_call& call) {
          return call.give(variant(static_cast<long>(reboot.core().rebootTexts.size())));
      },
      true},
+    {L"LeftCount",
+     [](RebootObject& reboot, const dispatch_call& call) {
+         return call.give(variant(static_cast<long>(ReadRebootTexts(reboot.core().log->File()).size())));
+     }},
+    {L"LeftText",
+     [](RebootObject& reboot, const dispatch_call& call) {
+         const auto left = ReadRebootTexts(reboot.core().log->File());
+         const auto row = static_cast<std::size_t>(call.number(0));
+         const auto part = static_cast<std::size_t>(call.number(1));
+         if (row >= left.size() || part >= left[row].size())
+             return DISP_E_BADINDEX;
+         return call.give(variant(std::wstring_view(left[row][part])));
+     }},
     {L"PutString",
      [](RebootObject& reboot, const dispatch_call& call) {
          return reboot.PutString(call.text(0).get(), call.text(1).get(), call.text(2).get());

@@ -1,7 +1,7 @@
 #include "copy_job.h"
 
-#include "progress.h"
 #include "removal.h"
+#include "transfer_sink.h"
 
 namespace vh::engine {
 

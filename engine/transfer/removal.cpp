@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../services/reboot_texts.h"
 #include "undo_step.h"
 
 namespace vh::engine {
@@ -175,7 +176,8 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
 {
     if (!FactsOf(logFile).file())
-        throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile, L"there is no install log");
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile,
+                           L"nothing is installed: there is no install log");
     InstallLog log(logFile);
     const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
@@ -194,8 +196,10 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
             if (left.outcome == RemovalOutcome::failed && !IsAmongFailed(results, left.what))
                 tell(std::move(left));
     // Folders and keys that others use are all that may be left when nothing failed.
-    if (!AnyFailed(results))
+    if (!AnyFailed(results)) {
         log.Clear();
+        WriteRebootTexts(logFile, {});
+    }
     return results;
 }
 

@@ -4,8 +4,8 @@
 
 #include "../product/costs.h"
 #include "file_writer.h"
-#include "progress.h"
 #include "take_away.h"
+#include "transfer_sink.h"
 
 namespace vh::engine {
 

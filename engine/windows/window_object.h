@@ -25,6 +25,9 @@ public:
     HRESULT STDMETHODCALLTYPE DialogClosing(HWND dialog) override;
     HRESULT STDMETHODCALLTYPE DropPicture() override;
     HRESULT STDMETHODCALLTYPE SetEffect(long effect) override;
+
+private:
+    HRESULT GiveMessage(HWND parent, BSTR library, long dialog, long control, ISetupMessage** message);
 };
 
 } // namespace vh::engine

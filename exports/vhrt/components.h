@@ -26,7 +26,8 @@ VHRT_FUNCTION(int32_t) _ComponentSelectNew(ObjectContext* context, const wchar_t
 /* Result: 1 or 0, or a failure. */
 VHRT_FUNCTION(int32_t) _ComponentIsItemSelected(ObjectContext* context, const wchar_t* media, const wchar_t* item);
 
-/* Filters by operating system (two bit sets) and by language identifier. */
+/* Leave out what is for these operating systems (a set of the engine's bits, its low and high half), or for this
+   language, and for nothing else that takes part. A `flag` of 0 lets them take part again. */
 VHRT_FUNCTION(int32_t)
 _ComponentFilterOS(ObjectContext* context, const wchar_t* media, int32_t first, int32_t second, int32_t flag);
 VHRT_FUNCTION(int32_t)

@@ -9,23 +9,32 @@ VHRT_FUNCTION(int32_t) _SdShowMsg(ObjectContext* context, const wchar_t* text, i
 /* Whether the wait message shows in silent mode too. Result: 0. */
 VHRT_FUNCTION(int32_t) _SetSilentSdShowMsg(ObjectContext* context, int32_t on);
 
-/* Style 0xFF000100 sets the window's caption; any other paints a title of `size` points, with the style bits 0x40
-   bold, 0x1000 italic, 0x2000 underlined, 0x4000 shadow. Result: 0 or the engine's failing code. */
+/* Style 0xFF000100 sets the window's caption; any other paints a title of `size` points, and the engine says what the
+   style means (the embedded one takes its low 24 bits as the colour). The face is that of _SetFont, to begin with
+   "Times New Roman", bold and italic with a shadow. Result: 0 or the engine's failing code; 0 without a main window, -1
+   where the engine brings its own windows. */
 VHRT_FUNCTION(int32_t) _SetTitle(ObjectContext* context, const wchar_t* text, int32_t size, int32_t style);
 
-/* The title's face; selector 1. Result: -1 for another selector. */
+/* The title's face; selector 1. Style bits 0x40 bold, 0x1000 italic, 0x2000 underlined, 0x4000 shadow at the next
+   title, 8 none of them; without any of these the style before stays. Result: 0 or the engine's failing code; -1 for
+   another selector and without a main window. */
 VHRT_FUNCTION(int32_t) _SetFont(ObjectContext* context, int32_t selector, int32_t style, const wchar_t* face);
 
-/* Result: a font handle, which the context deletes at its release; -1 on failure. */
+/* A font of `size` points with the style bits 0x40 bold, 0x1000 italic, 0x2000 underlined, 4 struck out; "Arial" for a
+   face that is not there. Result: its handle, which the context deletes at its release; -1 on failure. */
 VHRT_FUNCTION(int64_t) _GetFont(ObjectContext* context, const wchar_t* face, int32_t size, int32_t style);
 
-/* Selector 12 sets the main window's colour, 4 does nothing. Result: 0; -1 for others. */
+/* Selector 12 sets the main window's colour, which fades to black when all the bits 0xC2000000 are set; 4 does nothing.
+   Result: 0 or the engine's failing code; -1 for others, and without a main window. */
 VHRT_FUNCTION(int32_t) _SetColor(ObjectContext* context, int32_t selector, int32_t color);
 
 /* How pictures open, 0 to 7. Result: 0; -1 above. */
 VHRT_FUNCTION(int32_t) _SetDisplayEffect(ObjectContext* context, int32_t effect);
 
-/* Places or removes a bitmap on the main window under a number. Result: the engine's. */
+/* Places a bitmap on the main window under a number, in the place of one with that number; 0x8000 removes it. The text
+   is a file, or a library with ";" and a number. Flags: 1, 2, 4, 8 at x and y from the top right, top left, bottom
+   right, bottom left corner; 16384 centred; 16 stretched; 64 tiled; 128 full; 32 the text ends in ";r,g,b", the colour
+   that is left out, otherwise magenta. Result: 0 or the engine's failing code; 0x80004005 without a main window. */
 VHRT_FUNCTION(int32_t)
 _PlaceBitmap(ObjectContext* context, const wchar_t* text, int32_t id, int32_t x, int32_t y, int32_t flags);
 
@@ -35,7 +44,7 @@ VHRT_FUNCTION(int32_t) _SizeWindow(ObjectContext* context, int32_t selector, int
 /* Result: the query's code; 0x80004003 without a window. */
 VHRT_FUNCTION(int32_t) __GetMainWindow(ObjectContext* context, VARIANT* window);
 
-/* The content of a file as text; empty when it can't be opened. No context. Result: 0. */
+/* The content of a file in the system's code page as text; empty when it can't be opened. No context. Result: 0. */
 VHRT_FUNCTION(int32_t) _SendRequest(const wchar_t* path, VARIANT* text);
 
 /* Takes the brand text off all dialogs. Result: 0 or the engine's failing code. */
@@ -49,10 +58,11 @@ VHRT_FUNCTION(int32_t) _IsFontTypefaceNameAvailable(const wchar_t* face);
 VHRT_FUNCTION(int32_t)
 _GetTrueTypeFontFileInfo(const wchar_t* path, int32_t name, int32_t language, wchar_t* buffer, int32_t* size);
 
-/* The font substitution text of the resource libraries (512 units). Result: 1; 0 when there is none. */
+/* The font substitution text of the resource libraries (512 units). Result: 1; 0 when there is none,
+   or when it has 1024 bytes or more. */
 VHRT_FUNCTION(int32_t) GetFontSub(ObjectContext* context, wchar_t* buffer);
 
-/* The wait cursor. Result: the engine's. */
+/* The wait cursor. Result: the engine's; 0x80004005 without a main window. */
 VHRT_FUNCTION(int32_t) EnableHourGlass(ObjectContext* context, int32_t on);
 
 /* Plays a system sound. No context. Result: as MessageBeep. */

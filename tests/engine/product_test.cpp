@@ -123,6 +123,9 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
         EXPECT_NE(std::wstring::npos, message.find(reason)) << members << "\n" << ToUtf8(message);
         EXPECT_EQ(0u, message.find(folder.Setup(L"product.json"))) << ToUtf8(message);
     }
+    SetupFolder wide;
+    WriteText(wide.Setup(L"product.json"), "\xFF\xFE{");
+    EXPECT_NE(std::wstring::npos, OpenError(wide).find(L"is UTF-16"));
 }
 
 // Each bound of docs/product-file.md, at the bound and one above.

@@ -418,3 +418,43 @@ TEST_F(Scripts, DriveObjectsByName)
     EXPECT_EQ(L"Probe",
               invoke(ServiceOf<ISetupInfo>(*engine).query<IDispatch>(), L"ProductName", DISPATCH_PROPERTYGET, {}));
 }
+
+// What scripts read of the texts that the run before left.
+class RestartTexts : public OnTree {
+protected:
+    std::wstring Left() const
+    {
+        return PropertyText(ServiceOf<ISetupReboot>(*engine).query<IDispatch>().get(), L"LeftCount");
+    }
+    void Put(const wchar_t* text) const
+    {
+        EXPECT_EQ(S_OK, ServiceOf<ISetupReboot>(*engine)->PutString(bstr(text).get(), nullptr, bstr(L"\"Ü\"").get()));
+    }
+};
+
+TEST_F(RestartTexts, ReachTheNextRunOnceTheyAreCommitted)
+{
+    Put(L"a");
+    Put(L"b");
+    EXPECT_EQ(L"0", Left()) << "of the run before";
+    Reopen();
+    EXPECT_EQ(L"0", Left()) << "no commit";
+    Put(L"c");
+    const std::wstring log = Install();
+    const std::wstring kept = JoinPath(FolderOf(log), L"restart.json");
+    EXPECT_EQ("[[\"c\",\"\",\"\\\"\xC3\x9C\\\"\"]]", ReadWhole(kept, 100));
+    Reopen();
+    EXPECT_EQ(L"1", Left());
+    engine->Commit();
+    EXPECT_FALSE(Exists(kept)) << "nothing was left this time";
+    Put(L"d");
+    engine->Commit();
+    engine.reset();
+    EXPECT_TRUE(Exists(kept));
+    Uninstall(log);
+    EXPECT_FALSE(Exists(FolderOf(log)));
+    // What somebody else made of it counts for nothing.
+    WriteText(kept, "{\"no\": ");
+    Reopen();
+    EXPECT_EQ(L"0", Left());
+}

@@ -84,7 +84,7 @@ TEST(ExportTable, ReadsDefinitionFilesAndRejectsLinesWithoutNumber)
 {
     const std::map<std::string, uint32_t> wanted{{"A", 1}, {"_B", 20}};
     EXPECT_EQ(ReadDefinitionFile("LIBRARY X\r\nEXPORTS\r\n    A @1\r\n    _B @20\r\n"), wanted);
-    EXPECT_TRUE(ReadDefinitionFile("").empty());
+    EXPECT_THROW(ReadDefinitionFile("A @1\n"), std::runtime_error);
     EXPECT_THROW(ReadDefinitionFile("EXPORTS\nA 1\n"), std::runtime_error);
     EXPECT_THROW(ReadDefinitionFile("EXPORTS\nA @x\n"), std::runtime_error);
 }

@@ -28,6 +28,7 @@ expect("no command" 2 "merge" ${ini})
 expect("no value" 2 "VALUE is required" ${ini} set ${a} a k)
 expect("two characters" 2 "one character" ${ini} check ${a} -s ==)
 expect("a key that would come back as another" 2 "\"k=l\" can't be a key" ${ini} set ${a} a k=l v)
+expect("no such code page" 2 "--code-page: this system has no" ${ini} get ${a} a k --code-page 99999)
 expect("no such characters" 4 "Ω" ${ini} set ${a} a k Ω --code-page 1252)
 
 expect("set" 0 "" ${ini} set ${a} a n -- -5)

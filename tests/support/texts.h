@@ -19,22 +19,26 @@ class TextSession {
 public:
     // An empty file means no library of that kind.
     TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr,
-                std::map<long, variant> facts = {})
-        : m_session(OptionsOf(m_folder, user, standard, window, std::move(facts)))
+                std::map<long, variant> facts = {}, engine::Windows windows = engine::Windows::none)
+        : m_session(OptionsOf(m_folder, user, standard, window, std::move(facts), windows))
     {
     }
 
     engine::Recorder& calls() const { return m_session.calls(); }
 
     operator ObjectContext*() const { return m_session; }
+    const Session& session() const { return m_session; }
+    const engine::test::SetupFolder& folder() const { return m_folder; }
 
 private:
     static engine::Options OptionsOf(const engine::test::SetupFolder& folder, const std::wstring& user,
-                                     const std::wstring& standard, HWND window, std::map<long, variant> facts)
+                                     const std::wstring& standard, HWND window, std::map<long, variant> facts,
+                                     engine::Windows windows)
     {
         engine::test::MakeTree(folder);
         engine::Options options = folder.Given();
         options.window = window;
+        options.windows = windows;
         options.facts = std::move(facts);
         for (const auto& [name, file] : {std::pair(L"VHUSER", user), std::pair(L"VHRES", standard)})
             if (!file.empty())

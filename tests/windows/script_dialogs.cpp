@@ -501,7 +501,6 @@ TEST_F(ScriptDialogs, TakeKeysAsDialogsDo)
     EXPECT_EQ(seen, L"") << "the focus is elsewhere";
     PostMessageW(dialog.window(), WM_CLOSE, 0, 0);
     EXPECT_EQ(dialog.Wait(), IDCANCEL) << "the close box";
-
 }
 
 TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
@@ -511,8 +510,8 @@ TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
     ASSERT_EQ(dialog.WaitOrHelp(), 8);
     ASSERT_EQ(GetActiveWindow(), dialog.window());
     for (const bool pulled : {true, false}) {
-        const HWND stranger = CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
-                                              nullptr, nullptr);
+        const HWND stranger =
+            CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
         SetActiveWindow(stranger);
         ASSERT_EQ(dialog.WaitOrHelp(), 8);
         EXPECT_EQ(GetActiveWindow() == dialog.window(), pulled);

@@ -1,34 +1,22 @@
-// The progress service: no windows, a callback of the host instead.
+// The progress service: the status window, and how far a transfer has come.
 #pragma once
 
 #include "../object.h"
-#include "transfer.h"
 
 namespace vh::engine {
-
-// What a transfer reports to; the bytes to come were announced.
-class TransferSink final : public engine_object<TransferSink, IEngineProgress> {
-public:
-    TransferSink(std::shared_ptr<Core> core, uint64_t total) : engine_object(std::move(core)), m_total(total) {}
-
-    void Advance(uint64_t bytes, const std::wstring& file) override;
-
-private:
-    uint64_t m_total;
-    uint64_t m_done = 0;
-};
 
 class ProgressObject final
     : public engine_object<ProgressObject, ISetupProgress, ISetupProgressOpen, ISetupProgressLink, ISetupProgressCost> {
 public:
     using engine_object::engine_object;
 
+    // Shows the window; 0 hides it.
     HRESULT STDMETHODCALLTYPE ArmWindow(short value) override;
-    // Percent of the transfer that runs or ran last.
+    // Percent at which the bar stands.
     HRESULT STDMETHODCALLTYPE ReadPosition(short* position) override;
     HRESULT STDMETHODCALLTYPE SetTitle(BSTR title) override;
     HRESULT STDMETHODCALLTYPE SetMainImage(BSTR image) override;
-    // There is no window: null.
+    // Null while none is open; there is one only, whatever the index.
     HRESULT STDMETHODCALLTYPE GetWindow(long index, HWND* window) override;
     HRESULT STDMETHODCALLTYPE GetBar(ISetupProgressBar** bar) override;
     HRESULT STDMETHODCALLTYPE SetBar(ISetupProgressBar* bar) override;
@@ -36,9 +24,12 @@ public:
                                             IUnknown** progress) override;
     HRESULT STDMETHODCALLTYPE Open(HWND parent, BSTR templateFile, long resource) override;
     HRESULT STDMETHODCALLTYPE Close() override;
+    // 7 switches the brand text; others are kept.
     HRESULT STDMETHODCALLTYPE SetOption(long option, short value) override;
+    // Flag 1: the window does not cancel the run.
     HRESULT STDMETHODCALLTYPE OpenEx(HWND parent, BSTR templateFile, long resource, long flags) override;
     HRESULT STDMETHODCALLTYPE SetLink(VARIANT_BOOL on) override;
+    // Bytes that a script has dealt with, in halves of 31 bits; they count towards those that were announced.
     HRESULT STDMETHODCALLTYPE SpendCost(long first, long second) override;
 
     static const dispatch_entry<ProgressObject> names[3];

@@ -1,0 +1,285 @@
+// Window services: what reaches the engine, in which order, and what comes back when it fails; fonts and files.
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "../support/bare_context.h"
+#include "../support/texts.h"
+
+using namespace vh;
+using namespace vh::test;
+
+namespace {
+
+constexpr int32_t caption_style = static_cast<int32_t>(0xFF000100);
+
+// What a call makes of the engine's window objects, one call a word.
+std::wstring CallsOf(const Session& session, const std::function<void()>& body)
+{
+    session.calls().Reset();
+    session.calls().Record(true);
+    body();
+    std::wstring made;
+    for (const std::wstring& line : session.calls().Lines())
+        for (const wchar_t* start :
+             {L"ISetupWindow", L"ISetupTitle", L"ISetupBitmap", L"ISetupMessage", L"ISetupProgress"})
+            if (line.starts_with(start)) {
+                made += line + L" ";
+                break;
+            }
+    return made;
+}
+
+// A bitmap of 8 by 6 red pixels, its lower right one magenta, in the setup folder.
+std::wstring Bitmap(const engine::test::SetupFolder& folder)
+{
+    std::string content("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x8\0\0\0\x6\0\0\0\x1\0\x18\0", 30);
+    content.resize(54);
+    for (int i = 0; i < 48; ++i)
+        content += i == 7 ? std::string("\xFF\0\xFF", 3) : std::string("\0\0\xFF", 3);
+    folder.Payload(L"red.bmp", content);
+    return folder.Setup(L"red.bmp");
+}
+
+TEST(WindowServices, TellTheTitleInTheirOrder)
+{
+    const Session session;
+    EXPECT_EQ(CallsOf(session, [&] { EXPECT_EQ(_SetTitle(session, L"T", 24, 0xFFFFFF), 0); }),
+              L"ISetupWindow.CreateTitle() ISetupTitle.SetKind(10) ISetupTitle.SetText(\"T\") "
+              L"ISetupTitle.SetStyle(16777215) ISetupTitle.SetSize(24) ISetupTitle.SetFace(\"Times New Roman\") "
+              L"ISetupTitle.SetFontStyle(20544) ISetupTitle.SetShadow(-1) ISetupTitle.Show(1) ");
+    // Bits of a style that are kept; 8 alone is plain, others leave the one before.
+    const struct {
+        int32_t given;
+        const wchar_t* kept;
+    } styles[] = {{0x7FFF, L"28736"}, {0x1, L"28736"}, {0x8, L"0"}, {0x49, L"64"}};
+    for (const auto& style : styles)
+        EXPECT_EQ(CallsOf(session, [&] { EXPECT_EQ(_SetFont(session, 1, style.given, L"Arial"), 0); }),
+                  std::wstring(L"ISetupTitle.SetFace(\"Arial\") ISetupTitle.SetShadow(0) ISetupTitle.SetFontStyle(") +
+                      style.kept + L") ");
+    EXPECT_EQ(_SetFont(session, 2, 0, L"Arial"), -1);
+    EXPECT_EQ(CallsOf(session, [&] { EXPECT_EQ(_SetTitle(session, L"C", 0, caption_style), 0); }),
+              L"ISetupWindow.SetCaption(\"C\") ISetupProgress.SetTitle(\"C\") ");
+    // A face that the engine refuses is not kept.
+    session.calls().FailCall(L"ISetupTitle.SetFace(\"Bad\")", E_FAIL);
+    EXPECT_EQ(_SetFont(session, 1, 0, L"Bad"), E_FAIL);
+    EXPECT_NE(CallsOf(session, [&] { _SetTitle(session, L"T", 1, 0); }).find(L"SetFace(\"Arial\")"),
+              std::wstring::npos);
+}
+
+TEST(WindowServices, ChooseOnePlacementAndOneColour)
+{
+    const Session session;
+    const std::wstring file = Bitmap(session.folder);
+    const struct {
+        const wchar_t* behind;
+        int32_t flags;
+        const wchar_t* made;
+        const wchar_t* position;
+    } cases[] = {
+        {L"", 0, L"\", 2, -1", L"0, 0"},
+        {L"", 1 | 4, L"\", 1, -1", L"3, 4"},
+        {L"", 8 | 4, L"\", 4, -1", L"3, 4"},
+        {L"", 16384, L"\", 16384, -1", L"3, 4"},
+        {L"", 16384 | 8, L"\", 8, -1", L"3, 4"},
+        {L"", 16 | 1, L"\", 16, -1", nullptr},
+        {L"", 128 | 16, L"\", 128, -1", nullptr},
+        {L"", 64 | 128, L"\", 64, -1", nullptr},
+        {L";1,2,3", 32 | 2, L"\", 2, 197121", L"3, 4"},
+        {L"; 255,0, 255", 32 | 2, L"\", 2, 16711935", L"3, 4"},
+        {L";1,2", 32 | 2, L"\", 2, 16711935", L"3, 4"},
+        {L"", 32, L"\", 2, 16711935", L"0, 0"},
+    };
+    for (const auto& one : cases) {
+        std::wstring wanted = L"ISetupWindow.CreateBitmap(\"" + file + one.made + L") ";
+        if (one.position)
+            wanted += std::wstring(L"ISetupBitmap.SetPosition(") + one.position + L") ";
+        EXPECT_EQ(
+            CallsOf(session,
+                    [&] { EXPECT_EQ(_PlaceBitmap(session, (file + one.behind).c_str(), 1, 3, 4, one.flags), 0); }),
+            wanted)
+            << one.behind << one.flags;
+    }
+    const long held = session.engine->LiveObjects();
+    EXPECT_EQ(_PlaceBitmap(session, file.c_str(), 2, 0, 0, 2), 0);
+    EXPECT_EQ(session.engine->LiveObjects(), held + 1);
+    EXPECT_EQ(_PlaceBitmap(session, L"none.bmp", 2, 0, 0, 2), static_cast<int32_t>(0x80070002));
+    EXPECT_EQ(session.engine->LiveObjects(), held + 1) << "the one before stays";
+    EXPECT_EQ(_PlaceBitmap(session, L"", 2, 0, 0, 0x8002), 0);
+    EXPECT_EQ(_PlaceBitmap(session, L"", 77, 0, 0, 0x8000), 0);
+    EXPECT_EQ(session.engine->LiveObjects(), held);
+    // A lone number behind a ";" is a resource's, with a colour or without.
+    const std::wstring library = StandardTexts() + L";501";
+    EXPECT_EQ(_PlaceBitmap(session, library.c_str(), 1, 0, 0, 2), 0);
+    EXPECT_EQ(_PlaceBitmap(session, (library + L";9,9,9").c_str(), 1, 0, 0, 34), 0);
+    EXPECT_EQ(_PlaceBitmap(session, library.c_str(), 1, 0, 0, 34), 0);
+}
+
+TEST(WindowServices, ChooseTheStatusTemplateByStyle)
+{
+    for (const auto& [style, number] :
+         std::initializer_list<std::pair<int32_t, int>>{{4, 10301}, {5, 10305}, {6, 10306}, {57, 10302}, {58, 10303}}) {
+        const TextSession session(L"", StandardTexts());
+        const std::wstring made =
+            CallsOf(session.session(), [&, of = style] { EXPECT_EQ(_EnableStatus(session, of), 0); });
+        EXPECT_EQ(
+            made, L"ISetupWindowEx1.DropPicture() ISetupWindow.GetHandle() ISetupProgressOpen.OpenEx(\"" +
+                      StandardTexts() + L"\", " + std::to_wstring(number) +
+                      L", 0) ISetupProgress.GetWindow(-1) ISetupProgress.ArmWindow(-1) ISetupProgress.GetBar() "
+                      L"ISetupWindow.CreateBar(\"" +
+                      [&] {
+                          wchar_t folder[MAX_PATH] = L"";
+                          _GetSupportDir(session, folder, MAX_PATH);
+                          return std::wstring(folder);
+                      }() +
+                      L"\") ISetupProgress.SetBar() ISetupProgressBar.SetHeight(0) "
+                      L"ISetupProgressBar.SetWidth(0) ISetupProgress.GetWindow(-1) ");
+        EXPECT_EQ(_SizeWindow(session, 35, 1, 2), -1);
+        EXPECT_EQ(CallsOf(session.session(), [&] { EXPECT_EQ(_SizeWindow(session, 36, 1, 2), 0); }),
+                  L"ISetupProgress.GetBar() ISetupProgressBar.SetHeight(2) ISetupProgressBar.SetWidth(1) ");
+        EXPECT_EQ(_DisableStatus(session), 0);
+    }
+}
+
+// Each engine call of a scenario fails in turn: its code is the result or nothing is, and nothing stays held.
+TEST(WindowServices, GiveTheFirstFailureBack)
+{
+    constexpr auto failure = static_cast<HRESULT>(0x80040123);
+    const struct {
+        const char* name;
+        std::function<int32_t(ObjectContext*)> run;
+        std::function<void(ObjectContext*)> end;
+        int least;
+    } scenarios[] = {
+        {"_EnableStatus", [](ObjectContext* c) { return _EnableStatus(c, 4); },
+         [](ObjectContext* c) { _DisableStatus(c); }, 9},
+        {"_SetTitle", [](ObjectContext* c) { return _SetTitle(c, L"T", 24, 0); }, [](ObjectContext*) {}, 9},
+        {"caption", [](ObjectContext* c) { return _SetTitle(c, L"T", 0, caption_style); }, [](ObjectContext*) {}, 3},
+        {"_SdShowMsg", [](ObjectContext* c) { return _SdShowMsg(c, L"T", 1); },
+         [](ObjectContext* c) { _SdShowMsg(c, L"", 0); }, 3},
+        {"_PlaceBitmap",
+         [](ObjectContext* c) { return _PlaceBitmap(c, (StandardTexts() + L";501").c_str(), 1, 3, 4, 2); },
+         [](ObjectContext*) {}, 2},
+    };
+    for (const auto& scenario : scenarios) {
+        int failed = 0;
+        for (long n = 1;; ++n) {
+            const TextSession session(L"", StandardTexts());
+            session.session().calls().Reset();
+            session.session().calls().FailCall(n, failure);
+            const int32_t result = scenario.run(session);
+            const bool reached = session.session().calls().Calls() >= n;
+            EXPECT_TRUE(result == 0 || result == failure) << scenario.name << n << " " << result;
+            failed += result == failure;
+            session.session().calls().Reset();
+            scenario.end(session);
+            if (!reached)
+                break;
+        }
+        EXPECT_GE(failed, scenario.least) << scenario.name;
+    }
+}
+
+TEST(WindowServices, AnswerByTheirSelectors)
+{
+    const Session session;
+    EXPECT_EQ(CallsOf(session,
+                      [&] {
+                          EXPECT_EQ(_SetColor(session, 4, 1), 0);
+                          EXPECT_EQ(_SetColor(session, 11, 1), -1);
+                          EXPECT_EQ(_SetColor(session, 12, 0x42000001), 0);
+                          EXPECT_EQ(_SetColor(session, 12, static_cast<int32_t>(0xC2000001)), 0);
+                          EXPECT_EQ(_SetDisplayEffect(session, 8), -1);
+                          EXPECT_EQ(_SetDisplayEffect(session, -1), -1);
+                          EXPECT_EQ(_SetDisplayEffect(session, 7), 0);
+                          EXPECT_EQ(EnableHourGlass(session, 5), 0);
+                          EXPECT_EQ(_DisableBranding(session, L"x"), 0);
+                      }),
+              L"ISetupWindow.SetColor(1107296257, 0) ISetupWindow.SetColor(-1040187391, -1) "
+              L"ISetupWindowEffect.SetEffect(7) ISetupWindow.SetWaitCursor(-1) ISetupProgress.SetOption(7, 0) ");
+    variant window(L"before");
+    EXPECT_EQ(__GetMainWindow(session, &window.get()), 0);
+    EXPECT_EQ(window.type(), VT_DISPATCH);
+
+    const BareContext bare;
+    EXPECT_EQ(__GetMainWindow(bare, window.put()), static_cast<int32_t>(0x80004003));
+    EXPECT_EQ(_SetTitle(bare, L"T", 1, 1), 0);
+    EXPECT_EQ(_SetFont(bare, 1, 1, L"T"), -1);
+    EXPECT_EQ(_SetColor(bare, 12, 1), -1);
+    EXPECT_EQ(_SdShowMsg(bare, L"T", 0), -1);
+    EXPECT_EQ(_PlaceBitmap(bare, L"T", 1, 0, 0, 0), E_FAIL);
+    EXPECT_EQ(EnableHourGlass(bare, 1), E_FAIL);
+    EXPECT_EQ(_SizeWindow(bare, 36, 1, 1), 0);
+}
+
+TEST(Fonts, AreMadeInTheFaceOrInArial)
+{
+    int64_t handle = 0;
+    {
+        const BareContext context;
+        handle = _GetFont(context, L"no such face", 12, 0x40 | 0x2000 | 4);
+        LOGFONTW font{};
+        ASSERT_NE(GetObjectW(reinterpret_cast<HFONT>(handle), sizeof(font), &font), 0);
+        EXPECT_STREQ(font.lfFaceName, L"Arial");
+        EXPECT_EQ(font.lfHeight, -16) << "at 96 dots an inch";
+        EXPECT_EQ(font.lfWeight, 700);
+        EXPECT_TRUE(font.lfUnderline && font.lfStrikeOut && !font.lfItalic);
+        EXPECT_EQ(font.lfOutPrecision, 7);
+        EXPECT_EQ(font.lfPitchAndFamily, 34);
+        EXPECT_EQ(font.lfCharSet, 0);
+        EXPECT_EQ(font.lfQuality, 1);
+        const auto known = reinterpret_cast<HFONT>(_GetFont(context, L"TAHOMA", 9, 0x1000));
+        GetObjectW(known, sizeof(font), &font);
+        EXPECT_EQ(lstrcmpiW(font.lfFaceName, L"Tahoma"), 0);
+        EXPECT_TRUE(font.lfItalic && font.lfWeight == 400);
+    }
+    EXPECT_EQ(GetObjectType(reinterpret_cast<HFONT>(handle)), 0u) << "goes with the context";
+    EXPECT_NE(_IsFontTypefaceNameAvailable(L"Tahoma"), 0);
+    EXPECT_EQ(_IsFontTypefaceNameAvailable(L"no such face"), 0);
+    EXPECT_EQ(_IsFontTypefaceNameAvailable(L""), -1);
+    EXPECT_EQ(_IsFontTypefaceNameAvailable(nullptr), -1);
+}
+
+TEST(Fonts, TellTheNamesInTheirFiles)
+{
+    wchar_t folder[MAX_PATH] = L"";
+    GetWindowsDirectoryW(folder, MAX_PATH);
+    const std::wstring file = std::wstring(folder) + L"\\Fonts\\tahoma.ttf";
+    constexpr int32_t family = 1, english = 0x409;
+    const struct {
+        std::wstring path;
+        int32_t name, size, result, size_after;
+        const wchar_t* text;
+    } cases[] = {{file, family, 12, 0, 6, L"Tahoma"},   {file, family, 11, -5, 12, L"~"},
+                 {file, family, -1, -5, 12, L"~"},      {file, 9999, 100, -1, 100, L"~"},
+                 {L"none", family, 100, -1, 100, L"~"}, {StandardTexts(), family, 9, -1, 9, L"~"}};
+    for (const auto& one : cases) {
+        wchar_t buffer[64] = L"~";
+        int32_t size = one.size;
+        EXPECT_EQ(_GetTrueTypeFontFileInfo(one.path.c_str(), one.name, english, buffer, &size), one.result) << one.size;
+        EXPECT_EQ(size, one.size_after) << one.size;
+        EXPECT_STREQ(buffer, one.text) << one.size;
+    }
+    EXPECT_EQ(_GetTrueTypeFontFileInfo(file.c_str(), family, english, nullptr, nullptr), -1);
+}
+
+TEST(WindowServices, ReadWholeFilesAndTheFontSubstitutes)
+{
+    const TextSession session(L"", StandardTexts());
+    std::string content(3000, 'x');
+    content[1500] = '\0';
+    session.folder().Payload(L"big.txt", content);
+    variant text;
+    EXPECT_EQ(_SendRequest(session.folder().Setup(L"big.txt").c_str(), text.put()), 0);
+    EXPECT_EQ(text.text(), std::wstring(content.begin(), content.end()));
+    EXPECT_EQ(_SendRequest(L"C:\\no such file", text.put()), 0);
+    EXPECT_TRUE(text.type() == VT_BSTR && text.text().empty());
+
+    wchar_t buffer[512] = L"~";
+    EXPECT_EQ(GetFontSub(session, buffer), 1);
+    EXPECT_STREQ(buffer, L"Tahoma=Arial");
+    const TextSession without(L"", UserTexts());
+    EXPECT_EQ(GetFontSub(without, buffer), 0);
+}
+
+} // namespace

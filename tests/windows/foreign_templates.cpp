@@ -1,0 +1,83 @@
+// Dialog templates from elsewhere: those of the system's own libraries, against the window system's own call.
+#include "../support/handle_counts.h"
+#include "../support/script_dialogs.h"
+
+using namespace vh::test;
+
+namespace {
+
+// Name or number of a template, and its language.
+struct Found {
+    std::wstring name;
+    WORD number = 0;
+};
+
+BOOL CALLBACK AddTemplate(HMODULE, const wchar_t*, wchar_t* name, LONG_PTR list)
+{
+    Found found;
+    if (IS_INTRESOURCE(name))
+        found.number = static_cast<WORD>(reinterpret_cast<ULONG_PTR>(name));
+    else
+        found.name = name;
+    reinterpret_cast<std::vector<Found>*>(list)->push_back(found);
+    return TRUE;
+}
+
+INT_PTR CALLBACK Quiet(HWND, UINT message, WPARAM, LPARAM) { return message == WM_INITDIALOG; }
+
+// Place, style and text of each control, one line each; what the runtime itself changes is left out.
+std::wstring ControlsOf(HWND dialog)
+{
+    std::wstring all;
+    for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        RECT place = PlaceOnScreen(child);
+        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+        all += ClassOf(child) + L" " + std::to_wstring(GetDlgCtrlID(child)) + L" " + std::to_wstring(place.left) +
+               L"," + std::to_wstring(place.top) + L"," + std::to_wstring(place.right) + L"," +
+               std::to_wstring(place.bottom) + L" " + TextOf(child) + L"\n";
+    }
+    return all;
+}
+
+TEST(ForeignTemplates, GiveTheDialogsThatTheSystemMakesOfThem)
+{
+    TextSession session{DialogTemplates(), StandardTexts()};
+    int made = 0;
+    for (const wchar_t* library : {L"comdlg32.dll", L"shell32.dll", L"comctl32.dll", L"inetcpl.cpl", L"cryptui.dll",
+                                   L"mshtml.dll", L"wininet.dll"}) {
+        const HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+        if (!module)
+            continue;
+        wchar_t path[MAX_PATH];
+        GetModuleFileNameW(module, path, MAX_PATH);
+        std::vector<Found> templates;
+        EnumResourceNamesW(module, RT_DIALOG, &AddTemplate, reinterpret_cast<LONG_PTR>(&templates));
+        for (const Found& one : templates) {
+            const wchar_t* name = one.name.empty() ? MAKEINTRESOURCEW(one.number) : one.name.c_str();
+            const HWND bare = CreateDialogParamW(module, name, nullptr, &Quiet, 0);
+            const std::wstring wanted = bare ? ControlsOf(bare) : L"";
+            if (bare)
+                DestroyWindow(bare);
+            ASSERT_EQ(_DefineDialog(session, L"d", nullptr, path, one.number, one.name.c_str(), 0, nullptr,
+                                    DialogAllCommands),
+                      0);
+            const int32_t created = _WaitOnDialog(session, L"d");
+            EXPECT_EQ(created, bare ? int32_t{DialogCreated} : -1) << path << one.number;
+            const auto dialog = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d"));
+            EXPECT_EQ(dialog ? ControlsOf(dialog) : L"", wanted) << path << one.number;
+            if (dialog) {
+                ++made;
+                PostMessageW(dialog, WM_KEYDOWN, VK_F1, 0);
+                while (_WaitOnDialog(session, L"d") > 8) {
+                }
+            }
+            EXPECT_EQ(_EndDialog(session, L"d"), 0);
+            EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
+        }
+        FreeLibrary(module);
+    }
+    EXPECT_GT(made, 20);
+    EXPECT_EQ(Windows(), 0);
+}
+
+} // namespace

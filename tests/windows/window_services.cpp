@@ -1,0 +1,382 @@
+// The engine's windows as a script drives them: what is seen on them, pixel by pixel where it is ours.
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "../../exports/vhrt.h"
+#include "../support/screenshot.h"
+#include "../support/script_dialogs.h"
+
+using namespace vh;
+using namespace vh::test;
+
+namespace {
+
+constexpr COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), background = RGB(10, 200, 30);
+
+COLORREF PixelOf(HWND window, int x, int y)
+{
+    const HDC context = GetDC(window);
+    const COLORREF color = GetPixel(context, x, y);
+    ReleaseDC(window, context);
+    return color;
+}
+
+long Count(HWND window, const RECT& place, COLORREF color)
+{
+    const HDC context = GetDC(window);
+    long count = 0;
+    for (long y = place.top; y < place.bottom; ++y)
+        for (long x = place.left; x < place.right; ++x)
+            count += GetPixel(context, static_cast<int>(x), static_cast<int>(y)) == color;
+    ReleaseDC(window, context);
+    return count;
+}
+
+// Messages of this thread until something is so.
+template <class Condition>
+bool PumpUntil(Condition&& condition)
+{
+    const UINT_PTR limit = SetTimer(nullptr, 0, 20000, nullptr);
+    MSG message;
+    bool there = condition();
+    while (!there && GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (message.message == WM_TIMER && !message.hwnd && message.wParam == limit)
+            break;
+        DispatchMessageW(&message);
+        there = condition();
+    }
+    KillTimer(nullptr, limit);
+    return there;
+}
+
+class EngineWindows : public ::testing::Test {
+protected:
+    EngineWindows()
+    {
+        // 8 by 6 pixels of red, the lower left one magenta.
+        std::string content("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x8\0\0\0\x6\0\0\0\x1\0\x18\0", 30);
+        content.resize(54);
+        for (int i = 0; i < 48; ++i)
+            content += i == 0 ? std::string("\xFF\0\xFF", 3) : std::string("\0\0\xFF", 3);
+        session.folder().Payload(L"red.bmp", content);
+        file = session.folder().Setup(L"red.bmp");
+    }
+    int32_t Place(const std::wstring& text, int32_t flags, int32_t x = 0, int32_t y = 0, int32_t id = 1)
+    {
+        return _PlaceBitmap(session, text.c_str(), id, x, y, flags);
+    }
+    SIZE Client() const
+    {
+        RECT client{};
+        GetClientRect(main, &client);
+        return {client.right, client.bottom};
+    }
+
+    TextSession session{DialogTemplates(), StandardTexts(), nullptr, {}, engine::Windows::all};
+    HWND main = reinterpret_cast<HWND>(GetHandle(session, -2));
+    std::wstring file;
+};
+
+TEST_F(EngineWindows, ShowCaptionColourAndTitle)
+{
+    ASSERT_TRUE(IsWindowVisible(main));
+    EXPECT_EQ(TextOf(main), L"Probe");
+    EXPECT_EQ(_SetTitle(session, L"Caption", 0, static_cast<int32_t>(0xFF000100)), 0);
+    EXPECT_EQ(TextOf(main), L"Caption");
+
+    const SIZE size = Client();
+    EXPECT_EQ(_SetColor(session, 12, background), 0);
+    for (const int y : {0, static_cast<int>(size.cy) - 1})
+        EXPECT_EQ(PixelOf(main, 3, y), background);
+    EXPECT_EQ(_SetColor(session, 12, static_cast<int32_t>(0xC2000000 | background)), 0);
+    EXPECT_EQ(PixelOf(main, 3, 0), background);
+    EXPECT_LT(GetGValue(PixelOf(main, 3, static_cast<int>(size.cy) - 1)), 10);
+
+    _SetColor(session, 12, background);
+    const RECT area{0, 0, 400, 120};
+    // The first title has a shadow, one in a face that was set has none.
+    for (const bool shadow : {true, false}) {
+        EXPECT_EQ(_SetTitle(session, L"HHHH", 40, 0x00FFFF), 0);
+        EXPECT_GT(Count(main, area, 0x00FFFF), 300);
+        EXPECT_EQ(Count(main, area, RGB(0, 0, 0)) > 50, shadow);
+        KeepPicture(main, shadow ? L"engine-title-shadow" : L"engine-title");
+        EXPECT_EQ(_SetFont(session, 1, 8, L"Tahoma"), 0);
+    }
+    EXPECT_EQ(_SetTitle(session, L"", 40, 0x00FFFF), 0);
+    EXPECT_EQ(Count(main, area, 0x00FFFF), 0);
+}
+
+TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
+{
+    _SetColor(session, 12, background);
+    const auto [width, height] = Client();
+    const long middle_x = (width - 8) / 2, middle_y = (height - 6) / 2;
+    const struct {
+        int32_t flags;
+        POINT at;
+    } cases[] = {{0, {0, 0}},
+                 {2, {20, 30}},
+                 {1, {width - 8 - 20, 30}},
+                 {8, {20, height - 6 - 30}},
+                 {4, {width - 8 - 20, height - 6 - 30}},
+                 {16384, {middle_x, middle_y}},
+                 {128, {middle_x, middle_y}}};
+    for (const auto& one : cases) {
+        ASSERT_EQ(Place(file, one.flags, 20, 30), 0);
+        const RECT around{std::max(one.at.x - 2, 0L), std::max(one.at.y - 2, 0L), std::min(one.at.x + 10, width),
+                          std::min(one.at.y + 8, height)};
+        EXPECT_EQ(Count(main, {one.at.x, one.at.y, one.at.x + 8, one.at.y + 6}, red), 47) << one.flags;
+        EXPECT_EQ(Count(main, around, red), 47) << one.flags;
+        EXPECT_EQ(PixelOf(main, static_cast<int>(one.at.x), static_cast<int>(one.at.y) + 5), RGB(255, 0, 255));
+    }
+    ASSERT_EQ(Place(file + L";255,0,255", 2 | 32, 20, 30), 0);
+    EXPECT_EQ(Count(main, {20, 30, 28, 36}, red), 47);
+    EXPECT_EQ(PixelOf(main, 20, 35), background) << "left out";
+
+    // Over the whole window; the resource is blue, and the newer one lies above.
+    const std::wstring resource = StandardTexts() + L";501";
+    for (const int32_t flags : {64, 16}) {
+        ASSERT_EQ(Place(resource, flags, 0, 0, 2), 0);
+        for (const POINT at : {POINT{0, 0}, POINT{25, 33}, POINT{width - 1, height - 1}})
+            EXPECT_EQ(PixelOf(main, static_cast<int>(at.x), static_cast<int>(at.y)), blue) << flags;
+        EXPECT_EQ(Place(L"", 0x8000, 0, 0, 2), 0);
+        EXPECT_EQ(PixelOf(main, 25, 33), red);
+    }
+    EXPECT_EQ(Place(L"", 0x8000), 0);
+    EXPECT_EQ(PixelOf(main, 25, 33), background);
+    EXPECT_LT(Place(session.folder().Setup(L"product.json"), 2), 0) << "no picture";
+}
+
+TEST_F(EngineWindows, LetPicturesComeIntoViewByTheEffect)
+{
+    // A large picture: 200 by 100 of one colour.
+    std::string content("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\xC8\0\0\0\x64\0\0\0\x1\0\x18\0", 30);
+    content.resize(54);
+    for (int i = 0; i < 200 * 100; ++i)
+        content += std::string("\0\0\xFF", 3);
+    session.folder().Payload(L"large.bmp", content);
+    _SetColor(session, 12, background);
+    const RECT place{10, 10, 210, 110};
+    for (int32_t effect = 0; effect <= 7; ++effect) {
+        ASSERT_EQ(_SetDisplayEffect(session, effect), 0);
+        ASSERT_EQ(Place(session.folder().Setup(L"large.bmp"), 2, 10, 10), 0);
+        const long first = Count(main, place, red);
+        EXPECT_EQ(first < 5000, effect >= 1 && effect <= 6) << effect << " " << first;
+        EXPECT_TRUE(PumpUntil([&] {
+            UpdateWindow(main);
+            return PixelOf(main, 10, 10) == red && PixelOf(main, 209, 109) == red && Count(main, place, red) == 20000;
+        })) << effect;
+        Place(L"", 0x8000);
+    }
+}
+
+TEST_F(EngineWindows, ShowTheWaitMessage)
+{
+    EXPECT_EQ(_SdShowMsg(session, L"", 0), 0);
+    EXPECT_EQ(DialogNamed(L"Please wait"), nullptr);
+    EXPECT_EQ(_SdShowMsg(session, L"Looking", 1), 0);
+    const HWND message = DialogNamed(L"Please wait");
+    ASSERT_TRUE(IsWindowVisible(message));
+    EXPECT_EQ(TextOf(GetDlgItem(message, 710)), L"Looking");
+    EXPECT_EQ(GetWindow(message, GW_OWNER), main);
+    EXPECT_EQ(_SdShowMsg(session, L"Still looking", 1), 0);
+    EXPECT_EQ(TextOf(GetDlgItem(message, 710)), L"Still looking");
+    EXPECT_EQ(_SdShowMsg(session, L"", 0), 0);
+    EXPECT_FALSE(IsWindow(message));
+
+    // With a current dialog that is the owner.
+    const TestDialog dialog(session, L"d", 100);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    EXPECT_EQ(_SdShowMsg(session, L"x", 1), 0);
+    EXPECT_EQ(GetWindow(DialogNamed(L"Please wait"), GW_OWNER), dialog.window());
+    EXPECT_EQ(_SdShowMsg(session, L"", 0), 0);
+}
+
+TEST(WaitMessages, StayHiddenInSilentModeUnlessTheyAreAskedFor)
+{
+    for (const bool shown : {false, true}) {
+        // The library's own silent mode; the engine shows what it is told to.
+        const engine::test::SetupFolder folder;
+        engine::test::MakeTree(folder);
+        engine::Options options = folder.Given();
+        options.windows = engine::Windows::all;
+        options.facts.emplace(10, variant(true));
+        options.variables.emplace_back(L"VHRES", StandardTexts());
+        const Session silent(std::move(options));
+        wchar_t text[512] = L"";
+        int32_t flag = 0;
+        __GetCmdLineOptions(silent, &flag, &flag, &flag, &flag, &flag, text, text, text, text, text, text, 512);
+        EXPECT_EQ(_SetSilentSdShowMsg(silent, shown), 0);
+        EXPECT_EQ(_SdShowMsg(silent, L"x", 1), 0);
+        EXPECT_EQ(IsWindowVisible(DialogNamed(L"Please wait")) != 0, shown);
+        EXPECT_NE(DialogNamed(L"Please wait"), nullptr) << "it is there all the same";
+        EXPECT_EQ(_SdShowMsg(silent, L"", 0), 0);
+    }
+}
+
+class StatusWindows : public EngineWindows {
+protected:
+    HWND Open(int32_t style = 4)
+    {
+        EXPECT_EQ(_EnableStatus(session, style), 0);
+        return reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
+    }
+};
+
+TEST_F(StatusWindows, ShowTitleImageBrandAndBar)
+{
+    ASSERT_EQ(_SetAltMainImage(session, -2, file.c_str()), 0);
+    const HWND status = Open();
+    ASSERT_TRUE(IsWindowVisible(status));
+    EXPECT_EQ(GetWindow(status, GW_OWNER), main);
+    EXPECT_EQ(_SetTitle(session, L"Working", 0, static_cast<int32_t>(0xFF000100)), 0);
+    EXPECT_EQ(TextOf(status), L"Working");
+    EXPECT_EQ(TextOf(GetDlgItem(status, 1400)), L"Working");
+    const HWND image = GetDlgItem(status, 1200);
+    UpdateWindow(image);
+    EXPECT_EQ(PixelOf(image, 6, 2), red);
+    EXPECT_EQ(_SetAltMainImage(session, 0, L""), 0);
+    EXPECT_FALSE(IsWindowVisible(image));
+
+    const HWND bar = VisibleChild(status, PROGRESS_CLASSW);
+    ASSERT_NE(bar, nullptr);
+    const RECT usual = PlaceOnScreen(bar);
+    EXPECT_EQ(_SizeWindow(session, 36, 111, 22), 0);
+    RECT place = PlaceOnScreen(bar);
+    EXPECT_TRUE(place.right - place.left == 111 && place.bottom - place.top == 22 && place.left == usual.left);
+    EXPECT_EQ(_SizeWindow(session, 36, 0, 0), 0);
+    place = PlaceOnScreen(bar);
+    EXPECT_TRUE(EqualRect(&place, &usual));
+    const HWND line = GetDlgItem(status, 1300);
+    EXPECT_EQ(_DisableBranding(session, L""), 0);
+    EXPECT_FALSE(IsWindowVisible(GetDlgItem(status, 7)));
+    EXPECT_EQ(PlaceOnScreen(line).left, PlaceOnScreen(GetDlgItem(status, 7)).left);
+    KeepPicture(status, L"engine-status");
+
+    EXPECT_EQ(Open(57), status) << "one that is open stays";
+    EXPECT_EQ(_EndDialog(session, L"ProgressDlg"), 0);
+    EXPECT_FALSE(IsWindow(status));
+    EXPECT_EQ(_EnableStatus(session, 57), static_cast<int32_t>(HRESULT_FROM_WIN32(ERROR_RESOURCE_NAME_NOT_FOUND)));
+    EXPECT_EQ(_CmdGetHwndDlg(session, L"ProgressDlg"), 0);
+}
+
+TEST_F(StatusWindows, FollowTheTransferToItsStop)
+{
+    const HWND status = Open();
+    const HWND bar = VisibleChild(status, PROGRESS_CLASSW);
+    EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
+    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
+    EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
+    // A message that came before is handled while the files move.
+    bool seen = false;
+    SetWindowSubclass(
+        status,
+        [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR flag) -> LRESULT {
+            if (message == WM_USER)
+                *reinterpret_cast<bool*>(flag) = true;
+            return DefSubclassProc(window, message, wParam, lParam);
+        },
+        1, reinterpret_cast<DWORD_PTR>(&seen));
+    PostMessageW(status, WM_USER, 0, 0);
+    EXPECT_EQ(_ComponentMoveData(session, L"DATA", 0), 0);
+    EXPECT_TRUE(seen);
+    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 70);
+    EXPECT_EQ(TextOf(GetDlgItem(status, 1402)), L"70 %");
+    EXPECT_EQ(TextOf(GetDlgItem(status, 1401)), session.folder().Target(L"d.bin"));
+    // Without the link the bar stays.
+    EXPECT_EQ(_StatusUpdate(session, 0, 99), 0);
+    EXPECT_EQ(_ComponentReinstall(session), 0);
+    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 70);
+    EXPECT_EQ(_DisableStatus(session), 0);
+}
+
+TEST(StatusWindowsAlone, NeedNoMainWindow)
+{
+    const TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::dialogs);
+    EXPECT_EQ(GetHandle(session, -2), 0);
+    EXPECT_EQ(_SetTitle(session, L"T", 20, 0), 0);
+    EXPECT_EQ(_EnableStatus(session, 4), 0);
+    const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
+    EXPECT_TRUE(IsWindowVisible(status));
+    EXPECT_EQ(GetWindow(status, GW_OWNER), nullptr);
+    EXPECT_EQ(FindWindowW(L"VHEngineWindow", nullptr), nullptr);
+    EXPECT_EQ(_DisableStatus(session), 0);
+}
+
+TEST(StatusWindowCancel, AsksBeforeItDoesSo)
+{
+    for (const int answer : {IDNO, IDYES}) {
+        const TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::all);
+        EXPECT_EQ(_EnableStatus(session, 4), 0);
+        const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
+        const DialogDriver driver({[&] {
+            const HWND box = DialogNamed(L"Probe");
+            return box && PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        }});
+        PostMessageW(status, WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(GetDlgItem(status, IDCANCEL)));
+        EXPECT_EQ(_ComponentMoveData(session, L"DATA", 0),
+                  answer == IDYES ? static_cast<int32_t>(HRESULT_FROM_WIN32(ERROR_CANCELLED)) : 0);
+        EXPECT_EQ(engine::test::Exists(session.folder().Target(L"a.bin")), answer == IDNO);
+        EXPECT_EQ(_DisableStatus(session), 0);
+    }
+}
+
+HWND KeptPicture() { return FindWindowW(L"VHEnginePicture", nullptr); }
+
+TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
+{
+    for (const int32_t on : {0, 1}) {
+        EXPECT_EQ(_EnableDialogCache(session, on), 0);
+        RECT place{};
+        {
+            const TestDialog dialog(session, L"d", 100);
+            ASSERT_EQ(dialog.Wait(), DialogCreated);
+            ASSERT_EQ(dialog.WaitOrHelp(), 8);
+            place = PlaceOnScreen(dialog.window());
+        }
+        ASSERT_EQ(KeptPicture() != nullptr, on != 0);
+        if (!on)
+            continue;
+        const RECT kept = PlaceOnScreen(KeptPicture());
+        EXPECT_TRUE(EqualRect(&kept, &place) && IsWindowVisible(KeptPicture()));
+        const TestDialog next(session, L"n", 200);
+        ASSERT_EQ(next.Wait(), DialogCreated);
+        EXPECT_NE(KeptPicture(), nullptr);
+        ASSERT_EQ(next.WaitOrHelp(), 8);
+        EXPECT_EQ(KeptPicture(), nullptr);
+    }
+    ASSERT_NE(KeptPicture(), nullptr) << "of the last one";
+    EXPECT_EQ(_EnableDialogCache(session, 0), 0);
+    EXPECT_EQ(KeptPicture(), nullptr);
+}
+
+TEST(EngineWindowHandles, StayLevelOverManyRuns)
+{
+    const auto run = [] {
+        TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::all);
+        _SetTitle(session, L"Title", 30, 0xFFFFFF);
+        _PlaceBitmap(session, (StandardTexts() + L";501").c_str(), 1, 0, 0, 16);
+        _SdShowMsg(session, L"x", 1);
+        _SdShowMsg(session, L"x", 0);
+        _EnableStatus(session, 4);
+        _ComponentMoveData(session, L"DATA", 0);
+        _GetFont(session, L"Tahoma", 9, 0);
+        _DisableStatus(session);
+    };
+    const auto handles = [] {
+        return std::pair(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
+                         GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
+    };
+    for (int i = 0; i < 3; ++i)
+        run();
+    const auto before = handles();
+    for (int i = 0; i < 10; ++i)
+        run();
+    EXPECT_EQ(handles(), before);
+    EXPECT_EQ(FindWindowW(L"VHEngineWindow", nullptr), nullptr);
+}
+
+} // namespace
