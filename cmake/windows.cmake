@@ -79,7 +79,7 @@ add_library(vhhost_parts STATIC
   host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/vhhost.rc)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)

@@ -68,6 +68,7 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.registryRoot = options.registry_root;
     engine.language = options.language;
     engine.silent = options.silent;
+    engine.windows = options.main_window ? vh::engine::Windows::all : vh::engine::Windows::dialogs;
     engine.commandLine = GetCommandLineW();
     engine.variables.assign(options.variables.begin(), options.variables.end());
     engine.onMessage = ShowMessage;

@@ -4,6 +4,7 @@
 // A plan is UTF-8 text, a step a line; "#" begins a remark:
 //   page CONTROL         waits until a dialog of the program that has this control stands in front
 //   picture NAME         keeps a picture of it in the folder VHRT_PICTURES, when that is set
+//   snap NAME            the same at once, of a page that moves and goes by itself
 //   keys KEY...          presses keys such as Tab, Alt+N, Shift+Tab, Enter, Escape, Space, Down, End
 //   text TEXT            types a text
 //   focus CONTROL        the control has to have the focus
@@ -17,7 +18,7 @@ namespace {
 using vh::test::TextOf;
 
 constexpr int failed_step = 90;
-constexpr DWORD poll_ms = 50;
+constexpr DWORD poll_ms = 20;
 constexpr ULONGLONG patience_ms = 60000;
 
 struct NamedKey {
@@ -146,6 +147,8 @@ public:
             });
         } else if (verb == L"picture") {
             Look(rest);
+        } else if (verb == L"snap") {
+            vh::test::Keep(vh::test::PictureOf(m_page), rest);
         } else if (verb == L"keys") {
             for (std::wstring chord; words >> chord;)
                 Press(chord);
@@ -175,7 +178,7 @@ private:
             std::vector<std::byte> now = vh::test::PictureOf(m_page);
             alike = now == before ? alike + 1 : 0;
             before = std::move(now);
-            return alike == 3 || ++looks == 20;
+            return alike == 5 || ++looks == 50;
         });
         vh::test::Keep(before, name);
     }
