@@ -12,7 +12,7 @@ add_custom_target(product DEPENDS VHRT)
 foreach(program vhres vhhost vhtool)
   if(TARGET ${program})
     add_dependencies(product ${program})
-    install(TARGETS ${program} RUNTIME DESTINATION bin)
+    install(TARGETS ${program} RUNTIME DESTINATION bin LIBRARY DESTINATION bin)
   endif()
 endforeach()
 install(FILES exports/VHRT.def DESTINATION lib)
@@ -26,6 +26,10 @@ install(FILES scriptdata/bstr.h scriptdata/com_object.h scriptdata/com_ptr.h scr
 install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION docs)
 install(DIRECTORY samples DESTINATION .)
+# The sample with windows brings its own library along, with what that is made of.
+add_dependencies(product vhuser)
+install(TARGETS vhuser LIBRARY DESTINATION samples/setup-ui)
+install(DIRECTORY resources DESTINATION samples/setup-ui)
 
 install(EXPORT VHRTTargets NAMESPACE VHRT:: DESTINATION lib/cmake/VHRT)
 configure_package_config_file(cmake/VHRTConfig.cmake.in ${CMAKE_BINARY_DIR}/VHRTConfig.cmake

@@ -1,5 +1,5 @@
 # vhrt_version(TARGET FILE TYPE DESCRIPTION): the version resource, from the project's one version number; a program
-# also gets the manifest that names the systems it knows.
+# also gets the manifest that says what it knows of Windows.
 function(vhrt_version target version_file version_type version_description)
   set(manifest "")
   if(version_type STREQUAL VFT_APP)

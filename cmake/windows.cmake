@@ -44,6 +44,19 @@ target_include_directories(VHRT INTERFACE $<BUILD_INTERFACE:${CMAKE_SOURCE_DIR}/
 include(cmake/version.cmake)
 vhrt_version(VHRT VHRT.dll VFT_DLL "Run-time library of setup scripts")
 
+# Resource libraries: the standard dialogs, pictures and texts, and what the sample's author adds. Neither has code.
+function(vhrt_resource_library name source description)
+  add_library(${name} MODULE ${source})
+  vhrt_version(${name} ${name}.dll VFT_DLL ${description})
+  set_target_properties(${name} PROPERTIES PREFIX "" LINKER_LANGUAGE C)
+  target_link_options(${name} PRIVATE -nostdlib -Wl,-e,0)
+endfunction()
+vhrt_resource_library(vhres resources/vhres/vhres.rc "Standard dialogs, pictures and texts")
+vhrt_resource_library(vhuser resources/vhuser/vhuser.rc "Dialogs of the sample setup")
+file(GLOB resource_parts CONFIGURE_DEPENDS resources/*.rc resources/*/*.h resources/*/*.rc resources/pictures/*.png)
+set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc PROPERTIES
+  OBJECT_DEPENDS "${resource_parts}")
+
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine engine/product engine/transfer engine/services engine/windows)
@@ -63,7 +76,7 @@ endif()
 add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp tools/export_table.cpp)
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
@@ -109,11 +122,15 @@ add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32)
 add_dependencies(vhrt_inner_tests vhtexts_standard)
 vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine comctl32)
-add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs)
+add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs vhres vhuser)
 set_tests_properties(vhrt_window_tests PROPERTIES ENVIRONMENT VHRT_PICTURES=${CMAKE_BINARY_DIR}/pictures)
 if(CMAKE_CROSSCOMPILING)
   set_target_properties(vhrt_window_tests PROPERTIES CROSSCOMPILING_EMULATOR ${WINE_RUNNER}-x11)
 endif()
+# Presses the keys of a plan in a program with windows.
+add_executable(vhrt_ui_driver tests/ui/driver.cpp)
+target_link_options(vhrt_ui_driver PRIVATE -municode)
+target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options gtest)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 file(GLOB format_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/pictures/formats/*.cpp)
@@ -167,6 +184,17 @@ add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} 
 add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip
   -P ${CMAKE_SOURCE_DIR}/tests/host/sdk_round_trip.cmake)
+add_test(NAME host_wizard COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
+  -DDRIVER=$<TARGET_FILE:vhrt_ui_driver> -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR}
+  -DWORK=${CMAKE_BINARY_DIR}/host_tests/wizard -P ${CMAKE_SOURCE_DIR}/tests/host/wizard.cmake)
+set_tests_properties(host_wizard PROPERTIES TIMEOUT 300)
+# The same dialogs on displays of other densities, each in a prefix of its own.
+foreach(density 144 192)
+  add_test(NAME resource_libraries_${density}
+    COMMAND ${WINE_RUNNER}-x11 $<TARGET_FILE:vhrt_window_tests> --gtest_filter=ResourceLibraries.*)
+  set_tests_properties(resource_libraries_${density} PROPERTIES TIMEOUT 300 ENVIRONMENT
+    "VHRT_DPI=${density};VHRT_SCREEN=1920x1200")
+endforeach()
 add_test(NAME host_read_me COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py ${CMAKE_COMMAND}
   -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost> -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/read_me -P ${CMAKE_SOURCE_DIR}/tests/host/read_me.cmake)

@@ -183,10 +183,14 @@ std::vector<Removal> Engine::Rollback()
 
 std::wstring Engine::ProductName() const { return m_core->product->product->name; }
 std::wstring Engine::ProductVersion() const { return m_core->product->product->version; }
-std::wstring Engine::ScriptFile() const
+std::vector<std::wstring> Engine::ScriptFiles() const
 {
-    return JoinPath(m_core->options.setupFolder, m_core->product->product->script);
+    std::vector<std::wstring> files;
+    for (const std::wstring& name : m_core->product->product->scripts)
+        files.push_back(JoinPath(m_core->options.setupFolder, name));
+    return files;
 }
+int Engine::Language() const { return m_core->language; }
 
 std::wstring Engine::TargetDir() const
 {

@@ -127,8 +127,10 @@ public:
 
     std::wstring ProductName() const;
     std::wstring ProductVersion() const;
-    // Full path of the script that the product file names.
-    std::wstring ScriptFile() const;
+    // Full paths of the scripts that the product file names, in the order in which they run.
+    std::vector<std::wstring> ScriptFiles() const;
+    // The identifier of the run's language.
+    int Language() const;
     std::wstring TargetDir() const;
     std::wstring LogFile() const;
     // True when the product is installed already.

@@ -5,16 +5,59 @@
 
 #include "script_value.h"
 #include "text.h"
+#include "window_services.h"
 
 namespace host {
 
 namespace {
 
-// Services stand behind the functions; the order is that of ServiceId.
+vh::variant Print(const HostServices& services, std::span<const VARIANT> arguments)
+{
+    std::wstring line;
+    for (const VARIANT& argument : arguments)
+        line += ToText(argument);
+    services.print(line);
+    return {};
+}
+
+vh::variant Argument(const HostServices& services, std::span<const VARIANT> arguments)
+{
+    if (arguments.size() != 1)
+        throw script_error(L"Arguments(name) takes one name");
+    const auto found = services.arguments.find(ToText(arguments[0]));
+    return found == services.arguments.end() ? vh::variant() : vh::variant(found->second.c_str());
+}
+
+using Arguments = std::span<const VARIANT>;
+
+vh::variant CancelSetup(const HostServices& services, Arguments)
+{
+    services.cancel();
+    throw script_error(L"cancelled");
+}
+
+// What stands beside the library's functions; a service's number is its place behind the first one.
 constexpr DISPID first_service = 10000;
-enum ServiceId : DISPID { Print = first_service, Arguments, SetupFolder, TargetFolder, Silent, Maintenance };
-constexpr const wchar_t* service_names[] = {L"Print",        L"Arguments", L"SetupFolder",
-                                            L"TargetFolder", L"Silent",    L"Maintenance"};
+struct Service {
+    const wchar_t* name;
+    vh::variant (*call)(const HostServices& services, Arguments arguments);
+};
+constexpr Service service_table[] = {
+    {L"Print", &Print},
+    {L"Arguments", &Argument},
+    {L"SetupFolder", [](const HostServices& s, Arguments) { return vh::variant(s.setup_folder.c_str()); }},
+    {L"TargetFolder", [](const HostServices& s, Arguments) { return vh::variant(s.target_folder.c_str()); }},
+    {L"Silent", [](const HostServices& s, Arguments) { return vh::variant(s.silent); }},
+    {L"Maintenance", [](const HostServices& s, Arguments) { return vh::variant(s.maintenance); }},
+    {L"CancelSetup", &CancelSetup},
+    {L"ControlText", [](const HostServices&, Arguments given) { return ControlText(given); }},
+    {L"SetControlText", [](const HostServices&, Arguments given) { return SetControlText(given); }},
+    {L"EnableControl", [](const HostServices&, Arguments given) { return EnableControl(given); }},
+    {L"FocusControl", [](const HostServices&, Arguments given) { return FocusControl(given); }},
+    {L"ControlWindow", [](const HostServices&, Arguments given) { return ControlWindow(given); }},
+    {L"SendControl", [](const HostServices&, Arguments given) { return SendControl(given); }},
+    {L"OpenInShell", [](const HostServices&, Arguments given) { return OpenInShell(given); }},
+};
 
 void Explain(EXCEPINFO* exception, HRESULT code, const std::wstring& text)
 {
@@ -49,8 +92,8 @@ HostObject::HostObject(const Library& library, const CallSite& site, const HostS
         m_names.emplace(Wide(m_functions.back().call.ScriptName()), static_cast<DISPID>(m_functions.size()));
     }
     DISPID id = first_service;
-    for (const wchar_t* name : service_names)
-        m_names.emplace(name, id++);
+    for (const Service& service : service_table)
+        m_names.emplace(service.name, id++);
 }
 
 HRESULT HostObject::GetTypeInfoCount(UINT* count)
@@ -109,31 +152,10 @@ vh::variant HostObject::CallFunction(Function& function, std::span<const VARIANT
 
 vh::variant HostObject::CallService(DISPID id, std::span<const VARIANT> arguments) const
 {
-    switch (id) {
-    case Print: {
-        std::wstring line;
-        for (const VARIANT& argument : arguments)
-            line += ToText(argument);
-        m_services.print(line);
-        return {};
-    }
-    case Arguments: {
-        if (arguments.size() != 1)
-            throw script_error(L"Arguments(name) takes one name");
-        const auto found = m_services.arguments.find(ToText(arguments[0]));
-        return found == m_services.arguments.end() ? vh::variant() : vh::variant(found->second.c_str());
-    }
-    case SetupFolder:
-        return vh::variant(m_services.setup_folder.c_str());
-    case TargetFolder:
-        return vh::variant(m_services.target_folder.c_str());
-    case Silent:
-        return vh::variant(m_services.silent);
-    case Maintenance:
-        return vh::variant(m_services.maintenance);
-    default:
+    const auto place = static_cast<std::size_t>(id - first_service);
+    if (id < first_service || place >= std::size(service_table))
         throw vh::com_exception(DISP_E_MEMBERNOTFOUND);
-    }
+    return service_table[place].call(m_services, arguments);
 }
 
 } // namespace host

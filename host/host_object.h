@@ -22,6 +22,8 @@ struct HostServices {
     // By --var; Arguments(name) in scripts.
     std::map<std::wstring, std::wstring> arguments;
     std::function<void(const std::wstring&)> print;
+    // Stops the run as Ctrl+C does.
+    std::function<void()> cancel;
 };
 
 class HostObject : public vh::com_object<IDispatch> {

@@ -68,6 +68,7 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.registryRoot = options.registry_root;
     engine.language = options.language;
     engine.silent = options.silent;
+    engine.windows = options.main_window ? vh::engine::Windows::all : vh::engine::Windows::dialogs;
     engine.commandLine = GetCommandLineW();
     engine.variables.assign(options.variables.begin(), options.variables.end());
     engine.onMessage = ShowMessage;
@@ -111,10 +112,10 @@ std::wstring RunScripts(const Library& library, const vh::engine::Engine& engine
     services.maintenance = engine.Maintenance();
     services.arguments = options.variables;
     services.print = [](const std::wstring& line) { Say(line); };
+    services.cancel = [] { cancelled = true; };
     const auto object = vh::make_object<HostObject>(library, context.Site(), services, cancelled);
     const auto site = vh::make_object<ScriptSite>(object.get());
-    const std::vector<std::wstring> own{engine.ScriptFile()};
-    if (!site->Run(options.scripts.empty() ? own : options.scripts))
+    if (!site->Run(options.scripts.empty() ? engine.ScriptFiles() : options.scripts))
         return site->Failure().Text();
     if (object->LastTransfer() < 0)
         return L"the data was not moved (result " + std::to_wstring(object->LastTransfer()) + L")";
@@ -207,6 +208,14 @@ Library LoadLibraryWithTrace(const std::wstring& trace_file)
     return Library(Join(ProgramFolder(), L"VHRT.dll"));
 }
 
+// Dialogs and texts come in the language of the run, whatever the user's is. Windows chooses resources by the
+// language of the thread, Wine by its locale.
+void SpeakLanguage(LANGID language)
+{
+    SetThreadUILanguage(language);
+    SetThreadLocale(MAKELCID(language, SORT_DEFAULT));
+}
+
 ExitCode RunIn(const RunOptions& options)
 {
     const StopSignal signal;
@@ -214,6 +223,7 @@ ExitCode RunIn(const RunOptions& options)
     Say(engine->ProductName() + L" " + engine->ProductVersion() + (engine->Maintenance() ? L", maintenance" : L"") +
         L", target " + engine->TargetDir());
 
+    SpeakLanguage(static_cast<LANGID>(engine->Language()));
     std::wstring failure;
     try {
         const Library library = LoadLibraryWithTrace(options.trace_file);

@@ -24,6 +24,8 @@ struct RunOptions {
     std::map<std::wstring, std::wstring> variables;
     int language = 0;
     bool silent = false;
+    // A main window stands behind the dialogs.
+    bool main_window = false;
     // Show at the end what is recorded for removal.
     bool show_log = false;
     // Show at the end what is installed, each file compared with its source.

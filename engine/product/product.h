@@ -174,7 +174,8 @@ struct Product {
     std::vector<WORD> languages{1033};
     std::map<WORD, StringTable> strings;
     std::wstring target = L"<LOCALAPPDATA>\\Programs\\<PRODUCT_NAME>";
-    std::wstring script = L"setup.js";
+    // Run in this order in one global scope; the last one is the setup's own.
+    std::vector<std::wstring> scripts;
     std::wstring skin;
     long maintenanceOption = 1;
     long enabledServices = 0;

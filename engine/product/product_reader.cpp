@@ -97,6 +97,16 @@ std::wstring Pattern(const JsonPlace& at)
     return text;
 }
 
+// A path below a folder that is known already; it may be empty.
+std::wstring Below(const JsonPlace& at)
+{
+    std::wstring path = at.Text(longest_path);
+    if (const std::wstring fault = PathFault(path); !path.empty() && !fault.empty())
+        at.Fail(L"\"" + path + L"\" " + fault);
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return path;
+}
+
 unsigned Flags(const JsonPlace& at, unsigned start)
 {
     unsigned flags = start;
@@ -128,10 +138,10 @@ std::unique_ptr<Product> ProductReader::Read()
 {
     const nlohmann::json document = ParseJson(m_file);
     const JsonPlace root(document, m_file);
-    root.Keys({"format",  "name",      "version",  "company",    "guid",    "installGuid",       "languages",
-               "strings", "target",    "payload",  "script",     "skin",    "maintenanceOption", "enabledServices",
-               "key",     "variables", "features", "setupTypes", "support", "registrySets",      "shellObjects",
-               "media"});
+    root.Keys({"format",          "name",   "version",   "company",  "guid",       "installGuid", "languages",
+               "strings",         "target", "payload",   "script",   "scripts",    "skin",        "maintenanceOption",
+               "enabledServices", "key",    "variables", "features", "setupTypes", "support",     "registrySets",
+               "shellObjects",    "media"});
     ReadHead(root);
     ReadStrings(root);
     root.At("features");
@@ -159,8 +169,8 @@ void ProductReader::ReadHead(const JsonPlace& root)
     m_payload.emplace(FolderOf(m_file), product.payloadFolder);
     if (root.Has("target"))
         product.target = Pattern(root.At("target"));
-    if (root.Has("script"))
-        product.script = Folder(root, "script");
+    root.Each("scripts", 16, [&](const JsonPlace& file) { product.scripts.push_back(Below(file)); });
+    product.scripts.push_back(root.Has("script") ? Folder(root, "script") : L"setup.js");
     product.skin = Folder(root, "skin");
     product.maintenanceOption = static_cast<long>(root.Number("maintenanceOption", 1, 1, 8));
     if (product.maintenanceOption != 1 && product.maintenanceOption != 4 && product.maintenanceOption != 8)
@@ -208,13 +218,7 @@ Audience ProductReader::ReadAudience(const JsonPlace& at)
 
 std::wstring ProductReader::Folder(const JsonPlace& at, const char* key) const
 {
-    if (!at.Has(key))
-        return {};
-    std::wstring path = at.At(key).Text(longest_path);
-    if (const std::wstring fault = PathFault(path); !path.empty() && !fault.empty())
-        at.At(key).Fail(L"\"" + path + L"\" " + fault);
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return path;
+    return at.Has(key) ? Below(at.At(key)) : std::wstring();
 }
 
 void ProductReader::ReadItems(const JsonPlace& at, Item& parent, int level)

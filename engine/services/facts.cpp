@@ -19,7 +19,7 @@ variant Nothing(const Core&) { return variant(0L); }
 const Fact facts[] = {
     {2,
      [](const Core& core) {
-         return variant(std::wstring_view(JoinPath(core.options.setupFolder, core.product->product->script)));
+         return variant(std::wstring_view(JoinPath(core.options.setupFolder, core.product->product->scripts.back())));
      }},
     {3, NoText},
     {4, NoText},

@@ -98,6 +98,7 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
         {R"("features": [], "variables": {"A<B": "x"})", L"/variables/A<B: ", L"'<'"},
         {R"("features": [], "installGuid": "{1}")", L"/installGuid: ", L"braces"},
         {R"("features": [], "payload": "..")", L"/payload: ", L"relative"},
+        {R"("features": [], "scripts": ["a.js", "..\\b.js"])", L"/scripts/1: ", L"relative"},
         {R"("features": [], "strings": {"1031": {"A": "x"}})", L"/strings/1031: ", L"no language of the product"},
         {R"("features": [], "setupTypes": [{"name": "T", "features": ["None"]}])", L"/setupTypes/0/features/0: ",
          L"no feature \"None\""},

@@ -5,13 +5,9 @@
 
 namespace vh::test {
 
-// Into the folder that VHRT_PICTURES names; without it nothing is kept.
-inline void KeepPicture(HWND window, const std::wstring& name)
+// What stands on the screen in a window's place, as a bitmap file.
+inline std::vector<std::byte> PictureOf(HWND window)
 {
-    wchar_t folder[MAX_PATH] = L"";
-    if (!GetEnvironmentVariableW(L"VHRT_PICTURES", folder, MAX_PATH))
-        return;
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     RECT place{};
     GetWindowRect(window, &place);
     BITMAPINFOHEADER picture{};
@@ -30,23 +26,40 @@ inline void KeepPicture(HWND window, const std::wstring& name)
     BitBlt(memory, 0, 0, picture.biWidth, picture.biHeight, screen, place.left, place.top, SRCCOPY);
     GdiFlush();
 
-    const auto size = static_cast<DWORD>((picture.biWidth * 3 + 3) / 4 * 4 * picture.biHeight);
+    const auto size = bits ? static_cast<DWORD>((picture.biWidth * 3 + 3) / 4 * 4 * picture.biHeight) : 0;
     BITMAPFILEHEADER header{};
     header.bfType = 0x4D42;
     header.bfOffBits = sizeof(header) + sizeof(picture);
     header.bfSize = header.bfOffBits + size;
-    // A path of the build machine is on the drive that shows its file system.
-    const std::filesystem::path to((folder[0] == L'/' ? L"Z:" : L"") + std::wstring(folder));
-    std::filesystem::create_directories(to);
-    std::ofstream file(to / (name + L".bmp"), std::ios::binary);
-    file.write(reinterpret_cast<const char*>(&header), sizeof(header));
-    file.write(reinterpret_cast<const char*>(&picture), sizeof(picture));
-    file.write(static_cast<const char*>(bits), static_cast<std::streamsize>(size));
+    std::vector<std::byte> file(header.bfSize);
+    std::memcpy(file.data(), &header, sizeof(header));
+    std::memcpy(file.data() + sizeof(header), &picture, sizeof(picture));
+    std::memcpy(file.data() + header.bfOffBits, bits, size);
 
     SelectObject(memory, before);
     DeleteObject(bitmap);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
+    return file;
+}
+
+// Into the folder that VHRT_PICTURES names; without it nothing is kept.
+inline void Keep(std::span<const std::byte> picture, const std::wstring& name)
+{
+    wchar_t folder[MAX_PATH] = L"";
+    if (!GetEnvironmentVariableW(L"VHRT_PICTURES", folder, MAX_PATH))
+        return;
+    // A path of the build machine is on the drive that shows its file system.
+    const std::filesystem::path to((folder[0] == L'/' ? L"Z:" : L"") + std::wstring(folder));
+    std::filesystem::create_directories(to);
+    std::ofstream file(to / (name + L".bmp"), std::ios::binary);
+    file.write(reinterpret_cast<const char*>(picture.data()), static_cast<std::streamsize>(picture.size()));
+}
+
+inline void KeepPicture(HWND window, const std::wstring& name)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    Keep(PictureOf(window), name);
 }
 
 } // namespace vh::test

@@ -1,0 +1,94 @@
+#include "window_services.h"
+
+#include <string>
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+#include "script_value.h"
+
+namespace host {
+
+namespace {
+
+void Expect(std::span<const VARIANT> arguments, std::size_t count, const wchar_t* usage)
+{
+    if (arguments.size() != count)
+        throw script_error(usage);
+}
+
+// The window of the first argument and, in it, the control of the second; number 0 means the window itself.
+HWND Target(std::span<const VARIANT> arguments)
+{
+    const auto window = reinterpret_cast<HWND>(ToInt64(arguments[0]));
+    const int32_t id = ToInt(arguments[1]);
+    const HWND target = id == 0 ? window : GetDlgItem(window, id);
+    if (!IsWindow(target))
+        throw script_error(L"the dialog has no control " + std::to_wstring(id));
+    return target;
+}
+
+} // namespace
+
+vh::variant ControlText(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 2, L"ControlText(window, control)");
+    const HWND target = Target(arguments);
+    std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(target)), L'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(target, text.data(), static_cast<int>(text.size() + 1))));
+    return vh::variant(text.c_str());
+}
+
+vh::variant SetControlText(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 3, L"SetControlText(window, control, text)");
+    SetWindowTextW(Target(arguments), ToText(arguments[2]).c_str());
+    return {};
+}
+
+vh::variant EnableControl(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 3, L"EnableControl(window, control, on)");
+    EnableWindow(Target(arguments), ToInt(arguments[2]) != 0);
+    return {};
+}
+
+vh::variant FocusControl(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 2, L"FocusControl(window, control)");
+    // By the dialog, which also moves the mark of the default button.
+    SendMessageW(reinterpret_cast<HWND>(ToInt64(arguments[0])), WM_NEXTDLGCTL,
+                 reinterpret_cast<WPARAM>(Target(arguments)), TRUE);
+    return {};
+}
+
+vh::variant ControlWindow(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 2, L"ControlWindow(window, control)");
+    return FromInt64(reinterpret_cast<int64_t>(Target(arguments)));
+}
+
+vh::variant SendControl(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 5, L"SendControl(window, control, message, number, number or text)");
+    const std::wstring text = V_VT(&arguments[4]) == VT_BSTR ? ToText(arguments[4]) : std::wstring();
+    const LPARAM last = V_VT(&arguments[4]) == VT_BSTR ? reinterpret_cast<LPARAM>(text.c_str())
+                                                       : static_cast<LPARAM>(ToInt64(arguments[4]));
+    return FromInt64(SendMessageW(Target(arguments), static_cast<UINT>(ToInt(arguments[2])),
+                                  static_cast<WPARAM>(ToInt64(arguments[3])), last));
+}
+
+vh::variant OpenInShell(std::span<const VARIANT> arguments)
+{
+    Expect(arguments, 1, L"OpenInShell(path or address)");
+    SHELLEXECUTEINFOW order{};
+    order.cbSize = sizeof(order);
+    order.fMask = SEE_MASK_FLAG_NO_UI;
+    const std::wstring file = ToText(arguments[0]);
+    order.lpFile = file.c_str();
+    order.nShow = SW_SHOWNORMAL;
+    return vh::variant(ShellExecuteExW(&order) != FALSE);
+}
+
+} // namespace host
