@@ -3,6 +3,7 @@
 #include "delivery.h"
 #include "dialog_manager.h"
 #include "dialog_procedure.h"
+#include "folder_test.h"
 #include "late_dialogs.h"
 
 namespace {
@@ -216,9 +217,7 @@ void CScriptDialog::TellOfFailures()
     wchar_t caption[100] = L"";
     modules.LoadText(format_text, format, static_cast<int>(std::size(format)));
     modules.LoadText(caption_text, caption, static_cast<int>(std::size(caption)));
-    std::wstring text(format);
-    if (const std::size_t place = text.find(L"%s"); place != std::wstring::npos)
-        text.replace(place, 2, L"WaitOnDialog");
+    const stringx text = vh::TextWithPath(format, L"WaitOnDialog");
     vh::late::message_box(m_manager.scene().MainWindow(), text.c_str(), static_cast<const wchar_t*>(caption),
                           UINT{MB_ICONSTOP});
 }
