@@ -71,7 +71,7 @@ INT_PTR DialogProcedure::Answer(CScriptDialog* dialog, HWND window, UINT message
     case WM_COMMAND:
         return OnCommand(dialog, wParam, lParam);
     case WM_NOTIFY:
-        return OnNotify(dialog, lParam);
+        return OnNotify(dialog, wParam, lParam);
     case WM_CTLCOLORSTATIC:
         return ColorOfStatic(dialog, reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
     case WM_PAINT:
@@ -104,7 +104,7 @@ INT_PTR DialogProcedure::OnCommand(CScriptDialog* dialog, WPARAM wParam, LPARAM 
     return 1;
 }
 
-INT_PTR DialogProcedure::OnNotify(CScriptDialog* dialog, LPARAM lParam)
+INT_PTR DialogProcedure::OnNotify(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam)
 {
     const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
     const bool click = header.code == NM_CLICK || header.code == NM_RETURN;
@@ -119,7 +119,7 @@ INT_PTR DialogProcedure::OnNotify(CScriptDialog* dialog, LPARAM lParam)
         OnLink(*dialog, header);
         return 1;
     }
-    DialogEvent event = EventOf(WM_NOTIFY, header.idFrom, lParam);
+    DialogEvent event = EventOf(WM_NOTIFY, wParam, lParam);
     event.code = header.code + (type == WC_TREEVIEWW ? narrow_tree_offset : 0);
     event.source = header.hwndFrom;
     event.sourceId = header.idFrom;

@@ -56,7 +56,7 @@ private:
     static void ShowMainImage(const CScriptDialog& dialog);
     static void FindLinks(CScriptDialog& dialog);
     static INT_PTR OnCommand(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam);
-    static INT_PTR OnNotify(CScriptDialog* dialog, LPARAM lParam);
+    static INT_PTR OnNotify(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam);
     static void OnLink(CScriptDialog& dialog, const NMHDR& header);
     static INT_PTR ColorOfStatic(const CScriptDialog* dialog, HDC device, HWND control);
     static void PaintBrand(const CScriptDialog& dialog);
