@@ -5,7 +5,7 @@
 
 #include "../diagnostics/late_wininet.h"
 #include "../diagnostics/url.h"
-#include "../scriptdata/late_windows.h"
+#include "../dialogs/compact_path.h"
 #include "../scriptdata/path_text.h"
 #include "../scriptdata/results.h"
 #include "../scriptdata/stringx.h"
@@ -42,37 +42,6 @@ stringx LongPath(view path)
         found += L'\\';
     return found;
 }
-
-// A device context of a window for the length of a block.
-class window_context {
-public:
-    explicit window_context(HWND window) : m_window(window), m_context(vh::late::get_dc(window)) {}
-    window_context(const window_context&) = delete;
-    window_context& operator=(const window_context&) = delete;
-    ~window_context()
-    {
-        if (m_context)
-            vh::late::release_dc(m_window, m_context);
-    }
-    explicit operator bool() const { return m_context != nullptr; }
-
-    LONG client_width() const
-    {
-        RECT client{};
-        vh::late::get_client_rect(m_window, &client);
-        return client.right - client.left;
-    }
-    // A text that can't be measured takes no room.
-    LONG width_of(view text) const
-    {
-        SIZE size{};
-        return vh::late::get_text_extent(m_context, text.data(), static_cast<int>(text.size()), &size) ? size.cx : 0;
-    }
-
-private:
-    HWND m_window;
-    HDC m_context;
-};
 
 // The components of a URL; all empty when it is none.
 struct cracked_url {
@@ -170,14 +139,8 @@ int32_t PathGetLongFromShort(const wchar_t* path, wchar_t* buffer, int32_t size)
 int32_t PathCompactPathPixel(HWND window, const wchar_t* path, wchar_t* buffer, int32_t size)
 {
     stringx text(vh::View(path));
-    {
-        const window_context context(window);
-        if (!context)
-            return -1;
-        const LONG room = context.client_width();
-        while (context.width_of(text) > room && vh::ShortenPath(text)) {
-        }
-    }
+    if (!vh::CompactPath(window, text))
+        return -1;
     return vh::CopyOut(text, buffer, size);
 }
 

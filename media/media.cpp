@@ -125,7 +125,8 @@ int32_t CVHRTMedia::AddTreeNode(vh::tree_fill& view, text item, vh::tree_item& t
         return 0;
     if (!item.empty()) {
         int32_t cookie = 0;
-        Advise(item, view.Events(), tree, cookie);
+        if (Advise(item, view.Events(), tree, cookie) >= 0)
+            view.KeepCookie(tree, cookie);
     }
     // A negative depth has no end.
     depth = node.visible_children == 0 ? 0 : levels > 0 ? levels - 1 : levels;

@@ -212,7 +212,7 @@ tree<T, Separator>& tree<T, Separator>::GetOrCreate(std::wstring_view key)
 
 } // namespace vh
 
-class CVHScriptMedia final : public CVHRTMedia {
+class CVHScriptMedia : public CVHRTMedia {
 public:
     int32_t IsScriptMedia() override { return 1; }
     int32_t GetData(text item, int32_t code, int32_t* number, wchar_t* buffer, int32_t length) override;

@@ -27,6 +27,8 @@ public:
     virtual void EnsureVisible(tree_item item) = 0;
     // Where changes of the selection are reported; may be null.
     virtual ISetupBasicFeatureStateEvents* Events() = 0;
+    // The node is subscribed to its item's changes; with the number it ends that.
+    virtual void KeepCookie(tree_item item, int32_t cookie) = 0;
 };
 
 } // namespace vh

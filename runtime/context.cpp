@@ -7,6 +7,8 @@
 #include "../scriptdata/facts.h"
 #include "../scriptdata/late_windows.h"
 #include "../scriptdata/path_text.h"
+#include "../views/component_view.h"
+#include "../views/tree_view.h"
 
 namespace {
 
@@ -270,6 +272,8 @@ void ObjectContext::FillSuite(IServiceProvider* from_services, std::wstring_view
 
 ObjectContext::~ObjectContext()
 {
+    ComponentView::EndAll(this);
+    TreeView::EndAll(this);
     gdiObjects.DeleteAll();
     // A request in hand, whose window ends this context, holds it too.
     if (webDisks)

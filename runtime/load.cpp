@@ -5,6 +5,7 @@
 
 #include "../diagnostics/trace.h"
 #include "../scriptdata/exception.h"
+#include "../views/component_view.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ void TraceLibrary(HMODULE library, const wchar_t* event)
 
 } // namespace
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID)
+extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID process_ends)
 {
     if (reason == DLL_PROCESS_ATTACH) {
         // Exhausted memory reaches the host under one type, whoever notices it.
@@ -30,6 +31,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID)
         TraceLibrary(library, L"DLLProcessAttach");
     } else if (reason == DLL_PROCESS_DETACH) {
         TraceLibrary(library, L"DLLProcessDetach");
+        if (!process_ends)
+            ComponentView::DropClass();
         vh::TraceShutdown();
     }
     return TRUE;

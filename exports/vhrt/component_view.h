@@ -3,7 +3,8 @@
 
 #include "types.h"
 
-/* One view; it ends with ComponentViewDestroy. */
+/* One view; it ends with ComponentViewDestroy, at the latest with its context. A pointer to a view that has ended gives
+   -1 everywhere. */
 typedef struct ComponentView ComponentView;
 
 /* Numbers of ComponentViewSetInfo, ComponentViewSetInfoEx and _ComponentViewQueryInfo. */

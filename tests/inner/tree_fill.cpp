@@ -20,9 +20,11 @@ public:
     }
     void EnsureVisible(vh::tree_item item) override { shown.push_back(item); }
     ISetupBasicFeatureStateEvents* Events() override { return nullptr; }
+    void KeepCookie(vh::tree_item item, int32_t) override { subscribed.push_back(item); }
 
     std::wstring text;
     std::vector<vh::tree_item> shown;
+    std::vector<vh::tree_item> subscribed;
     bool refuse = false;
 
 private:
@@ -48,6 +50,8 @@ TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
         NotedTree tree;
         EXPECT_EQ(media.AddTreeItem(tree, L"", 0, depth), 0);
         EXPECT_EQ(tree.text, text) << depth;
+        EXPECT_EQ(tree.subscribed.size(), static_cast<size_t>(std::ranges::count(tree.text, L' ') - (depth != 0)))
+            << "all but the top, which has no item";
         EXPECT_EQ(tree.shown.size(), depth < 2 ? 0u : depth == 2 ? 1u : depth == 3 ? 2u : 3u);
     }
     NotedTree hidden;

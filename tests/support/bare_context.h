@@ -12,9 +12,15 @@ public:
     BareContext() : m_context(__CreateObjectContext(nullptr, nullptr)) {}
     BareContext(const BareContext&) = delete;
     BareContext& operator=(const BareContext&) = delete;
-    ~BareContext() { __ReleaseObjectContext(m_context); }
+    ~BareContext()
+    {
+        if (m_context)
+            __ReleaseObjectContext(m_context);
+    }
 
     operator ObjectContext*() const { return m_context; }
+    // The caller releases it.
+    ObjectContext* Take() { return std::exchange(m_context, nullptr); }
 
 private:
     ObjectContext* m_context;

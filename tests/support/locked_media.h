@@ -1,0 +1,34 @@
+// A media some of whose items can't be changed.
+#pragma once
+
+#include "../../media/script_media.h"
+#include "../../runtime/context.h"
+#include "test.h"
+
+namespace vh::test {
+
+class LockedMedia : public CVHScriptMedia {
+public:
+    // Under the name "M".
+    static LockedMedia& AddTo(ObjectContext& context)
+    {
+        auto made = std::make_unique<LockedMedia>();
+        LockedMedia& media = *made;
+        context.media.Add(L"M", std::move(made));
+        return media;
+    }
+    int32_t IsPartlySelected(text item, bool& truth) override
+    {
+        truth = locked.contains(std::wstring(item));
+        return 0;
+    }
+    int32_t SelectItem(text item, bool truth, ObjectContext* context) override
+    {
+        return refused == item ? vh::media_selection_refused : CVHScriptMedia::SelectItem(item, truth, context);
+    }
+
+    std::set<std::wstring> locked;
+    std::wstring refused;
+};
+
+} // namespace vh::test
