@@ -3,11 +3,11 @@
 
 #include <commctrl.h>
 
+#include "../pictures/placement.h"
 #include "dialog_manager.h"
 #include "dialog_procedure.h"
 #include "late_dialogs.h"
 #include "picture_resource.h"
-#include "placement.h"
 #include "script_dialog.h"
 #include "template_font.h"
 
@@ -114,9 +114,21 @@ INT_PTR DialogProcedure::Initialise(CScriptDialog& dialog, HWND window)
     manager.scene().CallHook(window);
     ShowDiskPicture(dialog);
     dialog.m_topImage = dialog.Control(control_top) != nullptr;
+    PrepareSkin(dialog);
     ShowMainImage(dialog);
     FindLinks(dialog);
     return 1;
+}
+
+// Wizard pages alone have a skin, and those with a picture of their own at the top have none.
+void DialogProcedure::PrepareSkin(CScriptDialog& dialog)
+{
+    const vh::DialogSkin& skin = dialog.m_manager.skin;
+    dialog.m_skinAttr.reset();
+    if (!skin.enabled() || dialog.m_topImage || !vh::DialogSkin::Fits(dialog.m_window))
+        return;
+    dialog.m_skinAttr = skin.Record(dialog.m_window, dialog.m_name, dialog.m_brandText);
+    vh::late::set_prop(dialog.m_window, skin_property, static_cast<HANDLE>(&*dialog.m_skinAttr));
 }
 
 // An etched line; without the brand text, which stands to its left, it takes that text's room too.

@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "dialog_scene.h"
+#include "dialog_skin.h"
 #include "main_image.h"
 #include "script_dialog.h"
 
@@ -54,9 +55,7 @@ public:
     // Whether the system draws the controls of this program with themes.
     bool controls_themed = false;
 
-    // The skin to load when dialogs are shown; may be empty.
-    void SetSkin(std::wstring_view file) { m_skinFile = file; }
-    const stringx& skin_file() const { return m_skinFile; }
+    vh::DialogSkin skin;
 
     const vh::DialogScene& scene() const { return m_scene; }
 
@@ -73,7 +72,6 @@ private:
     stringx m_fontName;
     stringx m_mainImage;
     uint16_t m_fontSize = 0;
-    stringx m_skinFile;
     std::unique_ptr<vh::MainImage> m_imageWindow;
     vh::DialogScene m_scene;
 };

@@ -6,11 +6,11 @@
 
 #include <commctrl.h>
 
+#include "../pictures/placement.h"
 #include "delivery.h"
 #include "dialog_manager.h"
 #include "fonts.h"
 #include "late_dialogs.h"
-#include "placement.h"
 #include "script_dialog.h"
 
 namespace {

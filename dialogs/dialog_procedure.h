@@ -28,6 +28,7 @@ constexpr int style_centred = 2;
 
 // Of a dialog's window: its CScriptDialog.
 constexpr const wchar_t* dialog_property = L"PCSCRIPTDLG";
+constexpr const wchar_t* skin_property = L"SKINATTR";
 
 // The dialog that a thread waits on, while it waits: its messages find it without a look at the property.
 class WaitingDialog {
@@ -60,5 +61,6 @@ private:
     static void OnLink(CScriptDialog& dialog, const NMHDR& header);
     static INT_PTR ColorOfStatic(const CScriptDialog* dialog, HDC device, HWND control);
     static void PaintBrand(const CScriptDialog& dialog);
+    static void PrepareSkin(CScriptDialog& dialog);
     static void OnDestroy(CScriptDialog& dialog);
 };

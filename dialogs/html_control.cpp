@@ -1,9 +1,9 @@
 #include "html_control.h"
 
+#include "../pictures/placement.h"
 #include "../scriptdata/format.h"
 #include "../scriptdata/variant.h"
 #include "late_dialogs.h"
-#include "placement.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include <commctrl.h>
 
+#include "../pictures/placement.h"
 #include "late_dialogs.h"
-#include "placement.h"
 
 CHyperlinkControl::~CHyperlinkControl()
 {

@@ -4,9 +4,9 @@
 
 #include "../pictures/gdi_objects.h"
 #include "../pictures/picture_options.h"
+#include "../pictures/placement.h"
 #include "../scriptdata/path_text.h"
 #include "picture_resource.h"
-#include "placement.h"
 
 namespace vh {
 

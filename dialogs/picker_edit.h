@@ -1,8 +1,8 @@
 // The edit control of the folder picker with its two labels, which the library builds into the platform's dialog.
 #pragma once
 
+#include "../pictures/placement.h"
 #include "../scriptdata/stringx.h"
-#include "placement.h"
 
 namespace vh {
 

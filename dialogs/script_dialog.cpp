@@ -120,6 +120,10 @@ int32_t CScriptDialog::Wait()
 
 void CScriptDialog::PrepareToShow()
 {
+    if (m_skinAttr) {
+        vh::late::remove_prop(m_window, skin_property);
+        m_manager.skin.Apply(*std::exchange(m_skinAttr, {}));
+    }
     if (!std::exchange(m_imageButtonsPending, false))
         return;
     m_failedCreations = 0;

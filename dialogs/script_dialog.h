@@ -5,8 +5,10 @@
 #include <exception>
 #include <map>
 #include <memory>
+#include <optional>
 
 #include "../scriptdata/unique_gdi.h"
+#include "../skin/skin_attr.h"
 #include "dialog_event.h"
 #include "image_buttons.h"
 #include "link_control.h"
@@ -92,6 +94,8 @@ private:
     vh::unique_font m_titleFont;
     vh::unique_brush m_windowBrush;
     vh::ButtonPictures m_pictures;
+    // While the window is not shown yet.
+    std::optional<SkinAttr> m_skinAttr;
     vh::unique_icon m_diskPicture;
     std::map<int32_t, std::unique_ptr<CLinkControlHolder>> m_links;
     DialogEvent m_event;

@@ -59,10 +59,22 @@ HRESULT StatusWindow::Create(int32_t style)
     HWND window = nullptr;
     if (const HRESULT code = progress->GetWindow(-1, &window); FAILED(code))
         return code;
+    SkinFor(window, style);
     m_scene.CallHook(window);
     if (const HRESULT code = progress->ArmWindow(-1); FAILED(code))
         return code;
     return EquipBar();
+}
+
+// One template alone is drawn for skins.
+void StatusWindow::SkinFor(HWND window, int32_t style) const
+{
+    constexpr int32_t skinned_template = 10305;
+    if (!m_dialogs.skin.enabled() || TemplateOf(style) != skinned_template)
+        return;
+    SkinAttr attr = m_dialogs.skin.Record(window, L"Progress", L"Varnholt");
+    attr.fontSize = 8;
+    m_dialogs.skin.Apply(attr);
 }
 
 HRESULT StatusWindow::OpenTemplate(HWND parent, int32_t style)

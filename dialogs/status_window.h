@@ -26,6 +26,7 @@ public:
 private:
     HRESULT Create(int32_t style);
     HRESULT OpenTemplate(HWND parent, int32_t style);
+    void SkinFor(HWND window, int32_t style) const;
     HRESULT EquipBar();
     long OpenFlags() const;
 

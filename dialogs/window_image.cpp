@@ -1,7 +1,7 @@
 #include "window_image.h"
 
+#include "../pictures/placement.h"
 #include "monitor_scale.h"
-#include "placement.h"
 
 using namespace vh;
 

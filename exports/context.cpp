@@ -35,6 +35,7 @@ void __ReleaseObjectContext(ObjectContext* context)
             vh::late::show_window(main, SW_HIDE);
         context->waitHandles.WaitForAll();
     }
+    context->dialogs.skin.End();
     context->dialogs.EndMainImage();
     context->mainMarker = false;
     delete context;

@@ -5,9 +5,6 @@
 #include "../runtime/context.h"
 #include "../runtime/own_windows.h"
 #include "../scriptdata/results.h"
-#include "pending.h"
-
-using namespace vh::pending;
 
 int32_t _DefineDialog(ObjectContext* context, const wchar_t* name, HMODULE module, const wchar_t* library,
                       int32_t resource, const wchar_t* resourceName, int32_t, HWND parent, int32_t style)
@@ -88,5 +85,15 @@ int32_t _DialogSetFont(ObjectContext* context, const wchar_t* face, int32_t size
     });
 }
 
-int32_t _EnableSkins(ObjectContext* context, int32_t) { return Missing(context, 0); }
-int32_t _IsSkinLoaded(ObjectContext* context) { return Missing(context, 0); }
+int32_t _EnableSkins(ObjectContext* context, int32_t enable)
+{
+    return vh::Framed(context, [&](ObjectContext& c) {
+        c.dialogs.skin.Enable(enable != 0);
+        return 0;
+    });
+}
+
+int32_t _IsSkinLoaded(ObjectContext* context)
+{
+    return vh::Framed(context, [](const ObjectContext& c) -> int32_t { return c.dialogs.skin.loaded() ? 1 : 0; });
+}

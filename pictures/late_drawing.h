@@ -39,6 +39,9 @@ inline constinit late_function<decltype(SetWindowExtEx)> set_window_extent(gdi32
 inline constinit late_function<decltype(SetWindowOrgEx)> set_window_origin(gdi32, "SetWindowOrgEx");
 inline constinit late_function<decltype(StretchBlt)> stretch_blt(gdi32, "StretchBlt");
 
+inline constinit late_function<decltype(DrawFocusRect)> draw_focus(user32, "DrawFocusRect");
+inline constinit late_function<decltype(DrawFrameControl)> draw_frame_control(user32, "DrawFrameControl");
+inline constinit late_function<decltype(DrawIcon)> draw_icon(user32, "DrawIcon");
 inline constinit late_function<decltype(FillRect)> fill_rect(user32, "FillRect");
 
 } // namespace vh::late

@@ -59,11 +59,11 @@ void SetupImage::SetSize(int32_t width, int32_t height)
     m_size_y = height;
 }
 
-SIZE SetupImage::TargetSize() const
+SIZE SetupImage::TargetSize(uint32_t options) const
 {
-    if (m_options & option_scale)
+    if (options & option_scale)
         return {Scaled(m_width, m_size_x), Scaled(m_height, m_size_y)};
-    if (m_options & option_fixed_size)
+    if (options & option_fixed_size)
         return {m_size_x, m_size_y};
     return size();
 }
@@ -106,7 +106,7 @@ drawing_kind SetupImage::KindOf(uint32_t options) const
 bool SetupImage::Draw(HDC target, SIZE client, uint32_t more_options)
 {
     const uint32_t options = m_options | more_options;
-    const SIZE size = TargetSize();
+    const SIZE size = TargetSize(options);
     if (m_gdiplus) {
         m_gdiplus.Draw(target, PlaceOf(size, client, options), size);
         return true;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "formats/bitmap_file.h"
+#include "formats/gif_record.h"
 #include "gdiplus_bitmap.h"
 #include "picture_stage.h"
 
@@ -35,6 +36,10 @@ public:
     bool LoadByGdiplus(const wchar_t* path);
     bool LoadBitmap(const vh::bitmap_picture& picture);
     bool LoadMetafile(std::span<const std::byte> file);
+    // The first picture of a GIF file; its transparent colour becomes that of this picture.
+    bool LoadGif(std::span<const std::byte> file);
+    // One picture of a file whose table serves those without one of their own.
+    bool LoadGif(const vh::gif_image_record& frame, const vh::gif_header_record& header);
 
     // Flags of vh::picture_option.
     uint32_t options() const { return m_options; }
@@ -48,13 +53,14 @@ public:
     // Its own size in pixels; a metafile has that of its bounds.
     SIZE size() const { return {m_width, m_height}; }
     // The size that it is drawn at.
-    SIZE TargetSize() const;
+    SIZE TargetSize() const { return TargetSize(m_options); }
     // Onto `client` pixels from the target's origin. False when there is nothing to draw with.
     bool Draw(HDC target, SIZE client, uint32_t more_options = 0);
 
 private:
     void Clear();
     bool TakeGdiplus(vh::gdiplus_bitmap picture);
+    SIZE TargetSize(uint32_t options) const;
     POINT PlaceOf(SIZE size, SIZE client, uint32_t options) const;
     vh::drawing_kind KindOf(uint32_t options) const;
     void DrawAs(vh::drawing_kind kind, vh::picture_stage stage);

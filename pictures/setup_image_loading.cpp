@@ -4,6 +4,7 @@
 
 #include "../scriptdata/char_traits.h"
 #include "../scriptdata/path_text.h"
+#include "formats/gif_header.h"
 #include "formats/metafile_file.h"
 #include "picture_file.h"
 #include "setup_image.h"
@@ -121,6 +122,37 @@ bool SetupImage::LoadMetafile(std::span<const std::byte> file)
     m_width = std::abs(picture.right - picture.left);
     m_height = std::abs(picture.bottom - picture.top);
     return m_loaded = true;
+}
+
+bool SetupImage::LoadGif(std::span<const std::byte> file)
+{
+    Clear();
+    CGifHeader gif;
+    const gif_record* header = nullptr;
+    const gif_record* block = nullptr;
+    if (gif.Read(file, header) != gif_done)
+        return false;
+    for (uint32_t which = CGifHeader::from_first; gif.Next(which, block) == gif_done; which = CGifHeader::go_on)
+        if (block->kind == gif_image)
+            return LoadGif(block->image, header->header);
+    return false;
+}
+
+bool SetupImage::LoadGif(const gif_image_record& frame, const gif_header_record& header)
+{
+    const std::span table =
+        frame.color_count ? std::span(frame.colors, frame.color_count) : std::span(header.colors, header.color_count);
+    bitmap_picture picture;
+    picture.width = frame.place.width;
+    picture.height = frame.place.height;
+    picture.bits = 8;
+    picture.colors.assign(table.begin(), table.end());
+    picture.pixels = std::as_bytes(std::span(frame.pixels, frame.pixels_size));
+    if (frame.control.transparent && frame.control.transparent_index < table.size()) {
+        const table_color color = table[frame.control.transparent_index];
+        SetTransparent(RGB(color.red, color.green, color.blue));
+    }
+    return LoadBitmap(picture);
 }
 
 bool SetupImage::LoadByGdiplus(HMODULE module, uint32_t number)

@@ -201,7 +201,7 @@ void ObjectContext::ChooseSkin(std::wstring_view source_dir)
             skin = std::move(joined);
         }
     }
-    dialogs.SetSkin(skin);
+    dialogs.skin.Start(skin, language, supportDir);
     dialogs.CreateMainImage();
 }
 

@@ -129,17 +129,7 @@ bool PictureSource::Load(SetupImage& image) const
         return image.LoadMetafile(m_bytes);
     if (format != "gif")
         return image.LoadByGdiplus(m_file.c_str());
-    const vh::gif_image_record& frame = m_image->image;
-    const std::span table(frame.color_count ? frame.colors : m_header->header.colors, colors);
-    vh::bitmap_picture picture;
-    picture.width = frame.place.width;
-    picture.height = frame.place.height;
-    picture.bits = 8;
-    picture.colors.assign(table.begin(), table.end());
-    picture.pixels = std::as_bytes(std::span(frame.pixels, frame.pixels_size));
-    if (transparent && *transparent < colors)
-        image.SetTransparent(RGB(table[*transparent].red, table[*transparent].green, table[*transparent].blue));
-    return image.LoadBitmap(picture);
+    return image.LoadGif(m_image->image, m_header->header);
 }
 
 std::string PictureSource::Pixels() const

@@ -4,12 +4,12 @@
 #include <memory>
 
 #include "../dialogs/compact_path.h"
-#include "../dialogs/placement.h"
 #include "../dialogs/window_impl.h"
 #include "../files/disk_space.h"
+#include "../pictures/placement.h"
+#include "../scriptdata/live_objects.h"
 #include "../scriptdata/results.h"
 #include "late_views.h"
-#include "live_objects.h"
 
 namespace {
 

@@ -11,8 +11,6 @@
 namespace vh::late {
 
 inline constinit late_function<decltype(CharUpperBuffW)> upper_case(user32, "CharUpperBuffW");
-inline constinit late_function<decltype(DrawFocusRect)> draw_focus(user32, "DrawFocusRect");
-inline constinit late_function<decltype(DrawFrameControl)> draw_frame_control(user32, "DrawFrameControl");
 inline constinit late_function<decltype(GetClassLongPtrW)> get_class_long(user32, "GetClassLongPtrW");
 inline constinit late_function<decltype(GetKeyState)> get_key_state(user32, "GetKeyState");
 inline constinit late_function<decltype(GetMessagePos)> get_message_position(user32, "GetMessagePos");
@@ -23,7 +21,6 @@ inline constinit late_function<decltype(NotifyWinEvent)> notify_event(user32, "N
 inline constinit late_function<decltype(SetScrollInfo)> set_scroll_info(user32, "SetScrollInfo");
 inline constinit late_function<decltype(SetScrollPos)> set_scroll_position(user32, "SetScrollPos");
 inline constinit late_function<decltype(ShowScrollBar)> show_scroll_bar(user32, "ShowScrollBar");
-inline constinit late_function<decltype(UpdateWindow)> update_window(user32, "UpdateWindow");
 
 inline constinit late_function<decltype(CreatePen)> create_pen(gdi32, "CreatePen");
 inline constinit late_function<decltype(ExtTextOutW)> ext_text_out(gdi32, "ExtTextOutW");

@@ -1,8 +1,8 @@
 #include "tree_view.h"
 
+#include "../scriptdata/live_objects.h"
 #include "dpi_control_utils.h"
 #include "late_views.h"
-#include "live_objects.h"
 
 namespace {
 

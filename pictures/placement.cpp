@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "late_dialogs.h"
+#include "late_drawing.h"
 
 namespace vh {
 
