@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "../../exports/vhrt.h"
+#include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
@@ -417,6 +418,31 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
     ASSERT_EQ(dialog.Wait(), DialogCreated);
     ASSERT_EQ(dialog.WaitOrHelp(), 8);
     EXPECT_NE(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
+}
+
+// Where the control stands, with a picture of 8 by 6 pixels, the lower left one magenta.
+TEST_F(ScriptDialogs, ShowTheGroundOfAMainImageAroundIt)
+{
+    std::string rows;
+    for (int i = 0; i < 48; ++i)
+        rows += Long(i == 0 ? 0xFF00FF : 0xFF0000);
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"red.bmp", BitmapFile(BitmapHeader(8, 6, 32), "", rows));
+    const COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), face = GetSysColor(COLOR_BTNFACE);
+    // A dialog without a ground has none of the dialog before it.
+    const Table<const wchar_t*, COLORREF, COLORREF> cases = {
+        {L";1;0;;0,0,255", blue, blue}, {L";1;0", face, face}, {L";0;0;;0,0,255", RGB(255, 0, 255), blue}};
+    for (const auto& [behind, left_out, beside] : cases) {
+        ASSERT_EQ(_SetAltMainImage(session, ImageText, (L"@" + file + behind).c_str()), 0);
+        const TestDialog dialog(session, L"d", 400);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        ASSERT_EQ(dialog.WaitOrHelp(), 8);
+        RECT place = PlaceOnScreen(dialog.Control(1200));
+        MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+        EXPECT_EQ(PixelOf(dialog.window(), place.left + 3, place.top + 3), red) << behind;
+        EXPECT_EQ(PixelOf(dialog.window(), place.left, place.top + 5), left_out) << behind;
+        EXPECT_EQ(PixelOf(dialog.window(), place.left + 20, place.top + 20), beside) << behind;
+    }
 }
 
 TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
