@@ -33,13 +33,21 @@ TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
     const HWND window = again.window();
     EXPECT_TRUE(IsWindow(window) && !IsWindowVisible(window));
     EXPECT_EQ(_ReleaseDialog(session, L"d"), -2);
+    // Events that wait already come before the window shows.
+    SendMessageW(window, WM_COMMAND, button, reinterpret_cast<LPARAM>(again.Control(button)));
+    EXPECT_EQ(again.Wait(), button);
+    EXPECT_FALSE(IsWindowVisible(window));
     EXPECT_EQ(again.WaitOrHelp(), 8);
     EXPECT_TRUE(IsWindowVisible(window));
     KeepPicture(window, L"script-dialog-classic");
 
+    SendMessageW(window, WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(again.Control(IDCANCEL)));
     EXPECT_EQ(again.End(), 0);
     EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND) << "the event stays";
+    EXPECT_EQ(_CmdGetParam1(session, L"d"), button);
     EXPECT_EQ(again.Wait(), DialogCreated) << "can be waited on again";
+    EXPECT_EQ(again.WaitOrHelp(), 8) << "what waited at the end is gone";
 }
 
 // What a control's command becomes in the two ways of delivery, and under which codes.
@@ -164,6 +172,13 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     // The mark made a link of the static control.
     EXPECT_EQ(ClassOf(dialog.Control(1008)), L"SysLink");
     EXPECT_EQ(TextOf(dialog.Control(1008)), L"Go <a href=\"http://127.0.0.1/x\">there</a>");
+    RECT place = PlaceOnScreen(dialog.Control(1008)), told{100, 110, 200, 120};
+    MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+    MapDialogRect(dialog.window(), &told);
+    EXPECT_TRUE(EqualRect(&place, &told));
+    EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_STYLE), 0x50010000);
+    EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_EXSTYLE), 32);
+    EXPECT_EQ(SendMessageW(dialog.Control(1008), WM_GETFONT, 0, 0), SendMessageW(dialog.window(), WM_GETFONT, 0, 0));
     EXPECT_EQ(LinkOf(session, 1008, 10, result), L"10 ");
     EXPECT_EQ(result, 0) << "nothing clicked yet";
     EXPECT_EQ(LinkOf(session, link, 10, result), L"10 ~");
@@ -195,6 +210,11 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     // There is no browser to host here: creation fails and takes the control with it.
     EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", text, L"[html]<p>x"), -1);
     EXPECT_EQ(dialog.Control(text), nullptr);
+    // Links stay with the definition: another run makes none anew.
+    EXPECT_EQ(dialog.End(), 0);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    EXPECT_EQ(ClassOf(dialog.Control(1008)), L"Static");
+    EXPECT_EQ(LinkOf(session, 1008, 63, result), L"63 first");
 }
 
 COLORREF PixelOf(HWND window, int x, int y)
@@ -257,8 +277,8 @@ TEST_F(ScriptDialogs, ShowTheGroundOfAWizardPageBehindItsLabels)
     const std::wstring themed = properties() & 2 ? L"window" : L"clear";
     FreeLibrary(themes);
     const Table<int32_t, const wchar_t*, std::wstring, std::wstring> cases = {
-        {10205, L"#200", L"clear", themed}, {12006, L"#200", L"clear", themed}, {12031, L"#200", L"clear", themed},
-        {12032, L"#200", L"clear", themed}, {12063, L"#200", L"clear", themed}, {12064, L"#200", L"clear", themed},
+        {10205, L"#200", L"clear", themed},   {12006, L"#200", L"clear", themed},  {12031, L"#200", L"clear", themed},
+        {12032, L"#200", L"clear", themed},   {12063, L"#200", L"clear", themed},  {12064, L"#200", L"clear", themed},
         {12065, L"#200", L"usual", L"usual"}, {12006, L"#100", L"usual", L"usual"}};
     for (const auto& [number, name, label, radio] : cases) {
         ASSERT_EQ(_DefineDialog(session, L"d", nullptr, DialogTemplates().c_str(), number, name, 0, nullptr, 1), 0);
@@ -277,12 +297,15 @@ TEST_F(ScriptDialogs, ShowTheBrandOrALongerLine)
 {
     for (const bool brand : {true, false}) {
         EXPECT_EQ(brand ? 0 : _DisableBranding(session, L""), 0);
+        EXPECT_EQ(brand ? 0 : _SetTitle(session, L"Caption", 0, static_cast<int32_t>(0xFF000100)), 0);
         const TestDialog dialog(session, L"d", 200);
         ASSERT_EQ(dialog.Wait(), DialogCreated);
-        RECT line = PlaceOnScreen(dialog.Control(1300)), mark = PlaceOnScreen(dialog.Control(7)), told{60, 164, 290, 165};
+        RECT line = PlaceOnScreen(dialog.Control(1300)), mark = PlaceOnScreen(dialog.Control(7)),
+             told{60, 164, 290, 165};
         for (RECT* place : {&line, &mark})
             MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(place), 2);
         MapDialogRect(dialog.window(), &told);
+        EXPECT_EQ(TextOf(dialog.window()), brand ? L"Extended" : L"Caption");
         EXPECT_EQ(line.left, brand ? told.left : mark.left);
         EXPECT_TRUE(line.right == told.right && line.top == told.top);
         ASSERT_EQ(dialog.WaitOrHelp(), 8);
@@ -295,6 +318,9 @@ TEST_F(ScriptDialogs, ShowTheBrandOrALongerLine)
         ReleaseDC(dialog.window(), device);
         EXPECT_EQ(shadow > 40, brand) << shadow;
     }
+    const TestDialog untitled(session, L"untitled", 100);
+    ASSERT_EQ(untitled.Wait(), DialogCreated);
+    EXPECT_EQ(TextOf(untitled.window()), L"Classic");
 }
 
 TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
@@ -311,9 +337,9 @@ TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
         {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
     };
     for (const auto& [seen, place, centre, resource] : cases) {
-        const HWND parent = CreateWindowExW(0, L"Static", L"", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place.left,
-                                            place.top, place.right - place.left, place.bottom - place.top, nullptr,
-                                            nullptr, nullptr, nullptr);
+        const HWND parent =
+            CreateWindowExW(0, L"Static", L"", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place.left, place.top,
+                            place.right - place.left, place.bottom - place.top, nullptr, nullptr, nullptr, nullptr);
         if (seen == iconic)
             ShowWindow(parent, SW_MINIMIZE);
         ASSERT_EQ(_DefineDialog(session, L"d", nullptr, L"", resource, L"", 0, parent, DialogCentered), 0);
@@ -403,7 +429,8 @@ TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
     }
     // A module that was given goes before the libraries of the context, and behind a library that can be loaded.
     const Table<HMODULE, std::wstring, int32_t> modules = {
-        {GetModuleHandleW(nullptr), L"", -1}, {nullptr, StandardTexts() + L"\\..", -1},
+        {GetModuleHandleW(nullptr), L"", -1},
+        {nullptr, StandardTexts() + L"\\..", -1},
         {LoadLibraryW(library.c_str()), StandardTexts() + L"\\..", DialogCreated},
         {GetModuleHandleW(nullptr), library, DialogCreated}};
     for (const auto& [module, path, first_wait] : modules) {
