@@ -226,6 +226,10 @@ TEST_F(Pages, TurnClicksIntoEventsOfTheDialog)
     EXPECT_EQ(Navigate(L"MailTo:a@b"), VARIANT_FALSE);
     EXPECT_EQ(dialog.WaitOrHelp(), 8) << "no event of either";
     EXPECT_EQ(TakeLog(), L"");
+    // An event without arguments is a navigation to nowhere.
+    DISPPARAMS nothing{};
+    EXPECT_EQ(g_browser->sink->Invoke(250, IID_NULL, 0, DISPATCH_METHOD, &nothing, nullptr, nullptr, nullptr), S_OK);
+    EXPECT_NE(dialog.WaitOrHelp(), 8);
 
     EXPECT_EQ(Navigate(L"http://127.0.0.1/y"), VARIANT_TRUE);
     EXPECT_EQ(TakeLog(), L"stop|");
