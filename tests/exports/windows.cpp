@@ -196,9 +196,13 @@ TEST(WindowServices, AnswerByTheirSelectors)
                           EXPECT_EQ(_SetDisplayEffect(session, 7), 0);
                           EXPECT_EQ(EnableHourGlass(session, 5), 0);
                           EXPECT_EQ(_DisableBranding(session, L"x"), 0);
+                          // The upper bits stay as given.
+                          EXPECT_EQ(_EnableDialogCache(session, 0x10001), 0);
+                          EXPECT_EQ(_EnableDialogCache(session, 0), 0);
                       }),
               L"ISetupWindow.SetColor(1107296257, 0) ISetupWindow.SetColor(-1040187391, -1) "
-              L"ISetupWindowEffect.SetEffect(7) ISetupWindow.SetWaitCursor(-1) ISetupProgress.SetOption(7, 0) ");
+              L"ISetupWindowEffect.SetEffect(7) ISetupWindow.SetWaitCursor(-1) ISetupProgress.SetOption(7, 0) "
+              L"ISetupWindowEx1.SetCache(131071) ISetupWindowEx1.SetCache(0) ISetupWindowEx1.DropPicture() ");
     variant window(L"before");
     EXPECT_EQ(__GetMainWindow(session, &window.get()), 0);
     EXPECT_EQ(window.type(), VT_DISPATCH);
@@ -212,6 +216,7 @@ TEST(WindowServices, AnswerByTheirSelectors)
     EXPECT_EQ(_PlaceBitmap(bare, L"T", 1, 0, 0, 0), E_FAIL);
     EXPECT_EQ(EnableHourGlass(bare, 1), E_FAIL);
     EXPECT_EQ(_SizeWindow(bare, 36, 1, 1), 0);
+    EXPECT_EQ(_EnableDialogCache(bare, 0), 0);
 }
 
 TEST(Fonts, AreMadeInTheFaceOrInArial)
@@ -331,9 +336,9 @@ TEST(StatusWindow, TakesLinksAndCostsWithoutBeingOpen)
     const Table<int32_t, int32_t, const wchar_t*> products = {
         {2, 3, L"0, 6"}, {0x8000, 0x10000, L"-1, -2147483648"}, {-1, 5, L"-1, -5"}, {0x10000, 0x10000, L"0, 0"}};
     for (const auto& [a, b, spent] : products)
-        EXPECT_EQ(CallsOf(session.session(),
-                          [&, a = a, b = b] { EXPECT_EQ(_FeatureSpendUninstallCost(session, a, b), 0); }),
-                  std::wstring(L"ISetupProgressCost.SpendCost(") + spent + L") ");
+        EXPECT_EQ(
+            CallsOf(session.session(), [&, a = a, b = b] { EXPECT_EQ(_FeatureSpendUninstallCost(session, a, b), 0); }),
+            std::wstring(L"ISetupProgressCost.SpendCost(") + spent + L") ");
 }
 
 TEST(OwnWindowsOfAnEngine, LeaveNothingToTheLibrary)
