@@ -29,6 +29,13 @@ bool NeedsGdiplus(const stringx& path)
 
 bool IsColor(const std::array<int, 3>& color) { return color != std::array<int, 3>{}; }
 
+// Kept the other way round: blue comes first. The window still has that of the dialog before.
+COLORREF GroundOf(const ImageSpec& spec)
+{
+    const auto& [blue, green, red] = spec.color2;
+    return IsColor(spec.color2) ? RGB(red, green, blue) : CSetupWindowImage::no_color;
+}
+
 } // namespace
 
 void MainImage::Show(HWND dialog, HWND control, const ImageSpec& spec, const ResourceModules& modules, HPALETTE palette)
@@ -63,12 +70,11 @@ void MainImage::Show(HWND dialog, HWND control, const ImageSpec& spec, const Res
     int32_t height = 0;
     m_window.GetWidth(&width);
     m_window.GetHeight(&height);
-    // A picture that is larger than its place is cut, a stretched one fills it.
-    m_window.SetWidth(spec.flag2 ? WidthOf(place) : std::min(width, WidthOf(place)));
-    m_window.SetHeight(spec.flag2 ? HeightOf(place) : std::min(height, HeightOf(place)));
-    // Kept the other way round: blue comes first.
-    if (IsColor(spec.color2))
-        m_window.SetBackground(RGB(spec.color2[2], spec.color2[1], spec.color2[0]));
+    // A picture that is larger than its place is cut; a stretched one, or a ground around it, fills that.
+    const bool fills = spec.flag2 || IsColor(spec.color2);
+    m_window.SetWidth(fills ? WidthOf(place) : std::min(width, WidthOf(place)));
+    m_window.SetHeight(fills ? HeightOf(place) : std::min(height, HeightOf(place)));
+    m_window.SetBackground(GroundOf(spec));
     m_window.SetVisible(true);
 }
 

@@ -4,6 +4,7 @@
 
 #include "../Src/inc/engine_data.h"
 #include "../scriptdata/facts.h"
+#include "../scriptdata/results.h"
 
 namespace vh {
 
@@ -33,7 +34,7 @@ int32_t StatusWindow::Open(int32_t style)
     if (m_scene.externalUi) {
         if (const HRESULT code = m_scene.status.FetchProgress(); FAILED(code))
             return code;
-        return m_scene.status.progress->Open(nullptr, m_scene.Variable(L"VHRES").get(), 0);
+        return FailureOnly(m_scene.status.progress->Open(nullptr, m_scene.Variable(L"VHRES").get(), 0));
     }
     if (m_scene.statusDialog)
         return 0;

@@ -38,12 +38,14 @@ _CtrlGetUrlForLinkClicked(ObjectContext* context, const wchar_t* dialog, int32_t
 VHRT_FUNCTION(int32_t)
 _CtrlSetHtmlContent(ObjectContext* context, const wchar_t* dialog, int32_t control, const wchar_t* text);
 
-/* Streams text or RTF into a rich edit control, from memory or from a file. Result: 0; of the second also the
-   stream's error, -4 for a null path, or the system error when the file can't be opened. */
+/* Streams a text (RTF when it begins with "{\rtf1") or a file (RTF when its name ends in ".rtf") into a rich edit
+   control, also a read-only one. Result: 0; of the second also the stream's error, -4 for a null path, or the system
+   error when the file can't be opened; the last two leave the control writable. */
 VHRT_FUNCTION(int32_t)
 _CtrlSetMLERichText(ObjectContext* context, const wchar_t* dialog, HWND edit, const wchar_t* text);
 VHRT_FUNCTION(int32_t)
 _CtrlSetMLERichTextEx(ObjectContext* context, const wchar_t* dialog, HWND edit, const wchar_t* path);
 
-/* Result: the window that fits as parent of a further dialog, as a number; 0 for none. */
+/* Result: the window that fits as parent of a further dialog, as a number: the current dialog's, or the installer's
+   where setup fact 40 is not 0; 0 for none. */
 VHRT_FUNCTION(int64_t) _CtrlGetParentWindowHelper(ObjectContext* context);

@@ -6,8 +6,9 @@
 /* Kinds of _SetAltMainImage: a text; a text that starts with the path of a file; the text before; no picture. */
 enum { ImageText = 1, ImageFile = -2, ImagePrevious = -1, ImageNone = 0 };
 
-/* Sets the picture of all dialogs and of the status window. Result: 0; 0x80070004 when there is no such file; the
-   engine's failing code. */
+/* Sets the picture of the status window and of all dialogs from their next creation on. Result: 0, also for another
+   kind, which changes nothing; 0x80070004 when there is no such file; the engine's failing code; -1 where the engine
+   brings its own windows. */
 VHRT_FUNCTION(int32_t) _SetAltMainImage(ObjectContext* context, int32_t kind, const wchar_t* text);
 
 /* The same by file and scale in percent, at least 25; -1 means the picture before, 0 none. Result: also -2 for a

@@ -3,7 +3,8 @@
 
 #include "types.h"
 
-/* Shows a wait message, or takes it away. Result: 0; -1 without a main window. */
+/* Shows a wait message, or takes it away. In silent mode it stays hidden. Result: 0 or the engine's failing code; -1
+   without a main window. */
 VHRT_FUNCTION(int32_t) _SdShowMsg(ObjectContext* context, const wchar_t* text, int32_t show);
 
 /* Whether the wait message shows in silent mode too. Result: 0. */
@@ -28,7 +29,7 @@ VHRT_FUNCTION(int64_t) _GetFont(ObjectContext* context, const wchar_t* face, int
    Result: 0 or the engine's failing code; -1 for others, and without a main window. */
 VHRT_FUNCTION(int32_t) _SetColor(ObjectContext* context, int32_t selector, int32_t color);
 
-/* How pictures open, 0 to 7. Result: 0; -1 above. */
+/* How pictures open, 0 to 7. Result: 0 or the engine's failing code; -1 for another number. */
 VHRT_FUNCTION(int32_t) _SetDisplayEffect(ObjectContext* context, int32_t effect);
 
 /* Places a bitmap on the main window under a number, in the place of one with that number; 0x8000 removes it. The text
@@ -47,7 +48,8 @@ VHRT_FUNCTION(int32_t) __GetMainWindow(ObjectContext* context, VARIANT* window);
 /* The content of a file in the system's code page as text; empty when it can't be opened. No context. Result: 0. */
 VHRT_FUNCTION(int32_t) _SendRequest(const wchar_t* path, VARIANT* text);
 
-/* Takes the brand text off all dialogs. Result: 0 or the engine's failing code. */
+/* Takes the brand text off the status window and off dialogs that are defined from now on; the text counts for nothing.
+   Result: 0 or the engine's failing code; -1 where the engine brings its own windows. */
 VHRT_FUNCTION(int32_t) _DisableBranding(ObjectContext* context, const wchar_t* text);
 
 /* Result: not 0 when there is such a face, else 0; -1 for an empty name. No context. */

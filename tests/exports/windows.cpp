@@ -157,6 +157,8 @@ TEST(WindowServices, GiveTheFirstFailureBack)
         {"caption", [](ObjectContext* c) { return _SetTitle(c, L"T", 0, caption_style); }, [](ObjectContext*) {}, 3},
         {"_SdShowMsg", [](ObjectContext* c) { return _SdShowMsg(c, L"T", 1); },
          [](ObjectContext* c) { _SdShowMsg(c, L"", 0); }, 3},
+        {"_SetAltMainImage", [](ObjectContext* c) { return _SetAltMainImage(c, ImageText, L"T"); },
+         [](ObjectContext*) {}, 2},
         {"_PlaceBitmap",
          [](ObjectContext* c) { return _PlaceBitmap(c, (StandardTexts() + L";501").c_str(), 1, 3, 4, 2); },
          [](ObjectContext*) {}, 2},
@@ -194,9 +196,13 @@ TEST(WindowServices, AnswerByTheirSelectors)
                           EXPECT_EQ(_SetDisplayEffect(session, 7), 0);
                           EXPECT_EQ(EnableHourGlass(session, 5), 0);
                           EXPECT_EQ(_DisableBranding(session, L"x"), 0);
+                          // The upper bits stay as given.
+                          EXPECT_EQ(_EnableDialogCache(session, 0x10001), 0);
+                          EXPECT_EQ(_EnableDialogCache(session, 0), 0);
                       }),
               L"ISetupWindow.SetColor(1107296257, 0) ISetupWindow.SetColor(-1040187391, -1) "
-              L"ISetupWindowEffect.SetEffect(7) ISetupWindow.SetWaitCursor(-1) ISetupProgress.SetOption(7, 0) ");
+              L"ISetupWindowEffect.SetEffect(7) ISetupWindow.SetWaitCursor(-1) ISetupProgress.SetOption(7, 0) "
+              L"ISetupWindowEx1.SetCache(131071) ISetupWindowEx1.SetCache(0) ISetupWindowEx1.DropPicture() ");
     variant window(L"before");
     EXPECT_EQ(__GetMainWindow(session, &window.get()), 0);
     EXPECT_EQ(window.type(), VT_DISPATCH);
@@ -210,6 +216,7 @@ TEST(WindowServices, AnswerByTheirSelectors)
     EXPECT_EQ(_PlaceBitmap(bare, L"T", 1, 0, 0, 0), E_FAIL);
     EXPECT_EQ(EnableHourGlass(bare, 1), E_FAIL);
     EXPECT_EQ(_SizeWindow(bare, 36, 1, 1), 0);
+    EXPECT_EQ(_EnableDialogCache(bare, 0), 0);
 }
 
 TEST(Fonts, AreMadeInTheFaceOrInArial)
@@ -280,6 +287,82 @@ TEST(WindowServices, ReadWholeFilesAndTheFontSubstitutes)
     EXPECT_STREQ(buffer, L"Tahoma=Arial");
     const TextSession without(L"", UserTexts());
     EXPECT_EQ(GetFontSub(without, buffer), 0);
+}
+
+// What the status window is told after each call, and with it every dialog; nothing where nothing changes.
+TEST(MainImages, ChangeByKindOrByScale)
+{
+    const Session session;
+    const std::wstring file = Bitmap(session.folder), folder = session.folder.Setup(L"");
+    constexpr auto no_file = static_cast<int32_t>(0x80070004);
+    enum way { kind, scale };
+    const Table<way, int32_t, std::wstring, int32_t, std::wstring> calls = {
+        {kind, ImageText, L"first", 0, L"first"},
+        // Where there is no text before, the current one becomes it.
+        {scale, 0, L"", 0, L"@!"},
+        {scale, -1, L"ignored", 0, L"first"},
+        {kind, ImageText, L"second", 0, L"second"},
+        {kind, ImageNone, L"ignored", 0, L"@!"},
+        {kind, ImagePrevious, L"ignored", 0, L"first"},
+        {kind, 2, L"x", 0, L"~"},
+        {kind, ImageFile, file + L"x;1", no_file, L"~"},
+        {kind, ImageFile, folder, no_file, L"~"},
+        {kind, ImageFile, file + L";1;0", 0, file + L";1;0"},
+        {scale, 0, L"", 0, L"@!"},
+        {scale, -1, L"", 0, L"first"},
+        {scale, 24, file, -2, L"~"},
+        {scale, -2, file, -2, L"~"},
+        {scale, 25, file + L"x", no_file, L"~"},
+        {scale, 25, file, 0, L"@@" + file + L";25"},
+        {kind, ImagePrevious, L"", 0, L"first"},
+    };
+    for (const auto& [by, number, text, result, told] : calls) {
+        const auto call = by == kind ? &_SetAltMainImage : &_SetAltMainImageEx;
+        EXPECT_EQ(CallsOf(session, [&, n = number, &t = text,
+                                    r = result] { EXPECT_EQ(call(session, n, t.c_str()), r) << n << t; }),
+                  told == L"~" ? L"" : L"ISetupProgress.SetMainImage(\"" + told + L"\") ");
+    }
+}
+
+TEST(StatusWindow, TakesLinksAndCostsWithoutBeingOpen)
+{
+    const TextSession session(L"", StandardTexts());
+    EXPECT_EQ(_FeatureSpendCost(session, 1, 2), -1) << "nobody asked for the service yet";
+    EXPECT_EQ(_StatusUpdate(session, 1, 70), -1);
+    EXPECT_EQ(_ComponentMoveData(session, L"DATA", 0), 0);
+    EXPECT_EQ(session.session().CallsOf(L"ISetupProgress.ReadPosition"), 0) << "linked all the same";
+    EXPECT_EQ(CallsOf(session.session(), [&] { EXPECT_EQ(_FeatureSpendCost(session, 1, 2), 0); }),
+              L"ISetupProgressCost.SpendCost(1, 2) ");
+    const Table<int32_t, int32_t, const wchar_t*> products = {
+        {2, 3, L"0, 6"}, {0x8000, 0x10000, L"-1, -2147483648"}, {-1, 5, L"-1, -5"}, {0x10000, 0x10000, L"0, 0"}};
+    for (const auto& [a, b, spent] : products)
+        EXPECT_EQ(
+            CallsOf(session.session(), [&, a = a, b = b] { EXPECT_EQ(_FeatureSpendUninstallCost(session, a, b), 0); }),
+            std::wstring(L"ISetupProgressCost.SpendCost(") + spent + L") ");
+}
+
+TEST(OwnWindowsOfAnEngine, LeaveNothingToTheLibrary)
+{
+    const TextSession session(L"", StandardTexts(), nullptr, {{43, variant(true)}});
+    EXPECT_EQ(CallsOf(session.session(),
+                      [&] {
+                          for (const int32_t refused :
+                               {_DefineDialog(session, L"d", nullptr, L"", 10301, L"", 0, nullptr, 1),
+                                _EndDialog(session, L"ProgressDlg"), _ReleaseDialog(session, L"d"),
+                                _DialogSetFont(session, L"Arial", 8), _DisableStatus(session),
+                                _SetTitle(session, L"T", 1, caption_style), _DisableBranding(session, L""),
+                                _SetAltMainImage(session, ImageNone, L""), _SetAltMainImageEx(session, 0, L"")})
+                              EXPECT_EQ(refused, -1);
+                      }),
+              L"");
+    // Its window gets the library alone; a success of any kind is 0.
+    session.calls().FailCall(L"ISetupProgress.Open(", S_FALSE);
+    session.calls().Record(true);
+    EXPECT_EQ(_EnableStatus(session, 4), 0);
+    EXPECT_EQ(session.session().CallsOf(L"ISetupProgress.Open(\"" + StandardTexts() + L"\", 0)"), 1);
+    EXPECT_EQ(_CmdGetHwndDlg(session, L"ProgressDlg"), 0);
+    wchar_t name[16];
+    EXPECT_EQ(_GetCurrentDialogName(session, name, 16), -1);
 }
 
 } // namespace

@@ -9,7 +9,7 @@ using namespace vh::test;
 
 namespace {
 
-constexpr int page = 1005;
+constexpr int page = 1005, other_page = 1010;
 
 // What the library asked for, in order, and what of it is to fail.
 std::wstring g_log;
@@ -226,6 +226,10 @@ TEST_F(Pages, TurnClicksIntoEventsOfTheDialog)
     EXPECT_EQ(Navigate(L"MailTo:a@b"), VARIANT_FALSE);
     EXPECT_EQ(dialog.WaitOrHelp(), 8) << "no event of either";
     EXPECT_EQ(TakeLog(), L"");
+    // An event without arguments is a navigation to nowhere.
+    DISPPARAMS nothing{};
+    EXPECT_EQ(g_browser->sink->Invoke(250, IID_NULL, 0, DISPATCH_METHOD, &nothing, nullptr, nullptr, nullptr), S_OK);
+    EXPECT_NE(dialog.WaitOrHelp(), 8);
 
     EXPECT_EQ(Navigate(L"http://127.0.0.1/y"), VARIANT_TRUE);
     EXPECT_EQ(TakeLog(), L"stop|");
@@ -236,6 +240,16 @@ TEST_F(Pages, TurnClicksIntoEventsOfTheDialog)
     int32_t size = 63;
     EXPECT_EQ(_CtrlGetUrlForLinkClicked(session, L"d", page, url, &size), 0);
     EXPECT_STREQ(url, L"http://127.0.0.1/y");
+
+    // A window of its own opens elsewhere, and the next navigation is a click again.
+    ASSERT_EQ(_CtrlSetHtmlContent(session, L"d", other_page, L"[html]c:\\x.htm"), 0);
+    wchar_t program[MAX_PATH];
+    GetSystemDirectoryW(program, MAX_PATH);
+    std::vector<variant> arguments(5);
+    arguments[4] = variant(program + std::wstring(L"\\hostname.exe"));
+    EXPECT_EQ(Fire(273, std::move(arguments), 1), VARIANT_TRUE);
+    EXPECT_EQ(dialog.WaitOrHelp(), 8) << "no event";
+    EXPECT_EQ(Navigate(L"http://127.0.0.1/y"), VARIANT_TRUE);
 }
 
 TEST_F(Pages, ThatCannotBeMadeTakeTheirControlWithThem)

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "../../exports/vhrt.h"
+#include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
@@ -32,13 +33,21 @@ TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
     const HWND window = again.window();
     EXPECT_TRUE(IsWindow(window) && !IsWindowVisible(window));
     EXPECT_EQ(_ReleaseDialog(session, L"d"), -2);
+    // Events that wait already come before the window shows.
+    SendMessageW(window, WM_COMMAND, button, reinterpret_cast<LPARAM>(again.Control(button)));
+    EXPECT_EQ(again.Wait(), button);
+    EXPECT_FALSE(IsWindowVisible(window));
     EXPECT_EQ(again.WaitOrHelp(), 8);
     EXPECT_TRUE(IsWindowVisible(window));
     KeepPicture(window, L"script-dialog-classic");
 
+    SendMessageW(window, WM_COMMAND, IDCANCEL, reinterpret_cast<LPARAM>(again.Control(IDCANCEL)));
     EXPECT_EQ(again.End(), 0);
     EXPECT_FALSE(IsWindow(window));
+    EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND) << "the event stays";
+    EXPECT_EQ(_CmdGetParam1(session, L"d"), button);
     EXPECT_EQ(again.Wait(), DialogCreated) << "can be waited on again";
+    EXPECT_EQ(again.WaitOrHelp(), 8) << "what waited at the end is gone";
 }
 
 // What a control's command becomes in the two ways of delivery, and under which codes.
@@ -51,12 +60,15 @@ TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
         {edit, EN_MAXTEXT, true, false, -999, EN_MAXTEXT},
         {edit, EN_SETFOCUS, false, false, 0, 0},
         {edit, EN_HSCROLL, false, false, 0, 0},
+        {edit, EN_VSCROLL, false, false, 0, 0},
         {combo, CBN_SELCHANGE, true, true, -1005, -1005},
         {combo, CBN_DBLCLK, true, false, -999, CBN_DBLCLK},
         {combo, CBN_SETFOCUS, false, false, 0, 0},
         {combo, CBN_EDITCHANGE, true, true, -1004, CBN_EDITCHANGE},
         {combo, CBN_EDITUPDATE, true, false, -999, CBN_EDITUPDATE},
         {combo, CBN_DROPDOWN, true, false, -999, CBN_DROPDOWN},
+        {combo, CBN_CLOSEUP, true, false, -999, CBN_CLOSEUP},
+        {combo, CBN_SELENDOK, true, false, -999, CBN_SELENDOK},
         {combo, CBN_SELENDCANCEL, true, false, -999, CBN_SELENDCANCEL},
         {list, LBN_SELCHANGE, true, true, -1009, -1009},
         {list, LBN_DBLCLK, true, true, -1008, -1008},
@@ -160,6 +172,13 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     // The mark made a link of the static control.
     EXPECT_EQ(ClassOf(dialog.Control(1008)), L"SysLink");
     EXPECT_EQ(TextOf(dialog.Control(1008)), L"Go <a href=\"http://127.0.0.1/x\">there</a>");
+    RECT place = PlaceOnScreen(dialog.Control(1008)), told{100, 110, 200, 120};
+    MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+    MapDialogRect(dialog.window(), &told);
+    EXPECT_TRUE(EqualRect(&place, &told));
+    EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_STYLE), 0x50010000);
+    EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_EXSTYLE), 32);
+    EXPECT_EQ(SendMessageW(dialog.Control(1008), WM_GETFONT, 0, 0), SendMessageW(dialog.window(), WM_GETFONT, 0, 0));
     EXPECT_EQ(LinkOf(session, 1008, 10, result), L"10 ");
     EXPECT_EQ(result, 0) << "nothing clicked yet";
     EXPECT_EQ(LinkOf(session, link, 10, result), L"10 ~");
@@ -191,6 +210,36 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     // There is no browser to host here: creation fails and takes the control with it.
     EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", text, L"[html]<p>x"), -1);
     EXPECT_EQ(dialog.Control(text), nullptr);
+    // Links stay with the definition: another run makes none anew.
+    EXPECT_EQ(dialog.End(), 0);
+    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    EXPECT_EQ(ClassOf(dialog.Control(1008)), L"Static");
+    EXPECT_EQ(LinkOf(session, 1008, 63, result), L"63 first");
+}
+
+COLORREF PixelOf(HWND window, int x, int y)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    const HDC device = GetDC(window);
+    const COLORREF color = GetPixel(device, x, y);
+    ReleaseDC(window, device);
+    return color;
+}
+
+// How a dialog wants a static control's ground.
+std::wstring ColorOf(HWND dialog, int id)
+{
+    const HDC device = GetDC(dialog);
+    SetBkMode(device, OPAQUE);
+    const auto brush = SendMessageW(dialog, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(device),
+                                    reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+    const bool transparent = GetBkMode(device) == TRANSPARENT;
+    ReleaseDC(dialog, device);
+    LOGBRUSH kind{};
+    GetObjectW(reinterpret_cast<HBRUSH>(brush), sizeof(kind), &kind);
+    if (transparent && kind.lbStyle == BS_NULL)
+        return L"clear";
+    return kind.lbColor == GetSysColor(COLOR_WINDOW) ? L"window" : L"usual";
 }
 
 TEST_F(ScriptDialogs, PrepareTheirSpecialControls)
@@ -211,23 +260,102 @@ TEST_F(ScriptDialogs, PrepareTheirSpecialControls)
     EXPECT_TRUE(GetWindowLongW(dialog.Control(1300), GWL_EXSTYLE) & WS_EX_STATICEDGE);
     EXPECT_NE(SendMessageW(dialog.Control(17808), STM_GETICON, 0, 0), 0);
 
-    const auto color = [&](int id) {
-        const HDC device = GetDC(dialog.window());
-        SetBkMode(device, OPAQUE);
-        const auto brush = SendMessageW(dialog.window(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(device),
-                                        reinterpret_cast<LPARAM>(dialog.Control(id)));
-        const bool transparent = GetBkMode(device) == TRANSPARENT;
-        ReleaseDC(dialog.window(), device);
-        LOGBRUSH kind{};
-        GetObjectW(reinterpret_cast<HBRUSH>(brush), sizeof(kind), &kind);
-        return std::pair(transparent, brush == 0 ? -1 : static_cast<int>(kind.lbStyle));
-    };
-    EXPECT_EQ(color(50), std::pair(true, BS_NULL));
-    EXPECT_EQ(color(51), std::pair(true, BS_NULL));
-    EXPECT_EQ(color(52), std::pair(false, BS_SOLID));
-    EXPECT_EQ(color(1005).first, false);
+    EXPECT_EQ(ColorOf(dialog.window(), 50), L"clear");
+    EXPECT_EQ(ColorOf(dialog.window(), 51), L"clear");
+    EXPECT_EQ(ColorOf(dialog.window(), 52), L"window");
+    EXPECT_EQ(ColorOf(dialog.window(), 1005), L"usual");
     EXPECT_EQ(dialog.WaitOrHelp(), 8);
     KeepPicture(dialog.window(), L"script-dialog-extended");
+}
+
+// A page of a wizard shows its own ground behind labels, where it has a banner.
+TEST_F(ScriptDialogs, ShowTheGroundOfAWizardPageBehindItsLabels)
+{
+    const HMODULE themes = LoadLibraryW(L"uxtheme.dll");
+    const auto properties =
+        reinterpret_cast<DWORD(WINAPI*)()>(reinterpret_cast<void*>(GetProcAddress(themes, "GetThemeAppProperties")));
+    const std::wstring themed = properties() & 2 ? L"window" : L"clear";
+    FreeLibrary(themes);
+    const Table<int32_t, const wchar_t*, std::wstring, std::wstring> cases = {
+        {10205, L"#200", L"clear", themed},   {12006, L"#200", L"clear", themed},  {12031, L"#200", L"clear", themed},
+        {12032, L"#200", L"clear", themed},   {12063, L"#200", L"clear", themed},  {12064, L"#200", L"clear", themed},
+        {12065, L"#200", L"usual", L"usual"}, {12006, L"#100", L"usual", L"usual"}};
+    for (const auto& [number, name, label, radio] : cases) {
+        ASSERT_EQ(_DefineDialog(session, L"d", nullptr, DialogTemplates().c_str(), number, name, 0, nullptr, 1), 0);
+        ASSERT_EQ(_WaitOnDialog(session, L"d"), DialogCreated);
+        const auto window = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d"));
+        CreateWindowExW(0, L"Button", L"", WS_CHILD | BS_AUTORADIOBUTTON, 0, 0, 9, 9, window,
+                        reinterpret_cast<HMENU>(2001), nullptr, nullptr);
+        EXPECT_EQ(ColorOf(window, 1005), label) << number << name;
+        EXPECT_EQ(ColorOf(window, 2001), radio) << number << name;
+        EXPECT_EQ(_EndDialog(session, L"d"), 0);
+        EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
+    }
+}
+
+TEST_F(ScriptDialogs, ShowTheBrandOrALongerLine)
+{
+    for (const bool brand : {true, false}) {
+        EXPECT_EQ(brand ? 0 : _DisableBranding(session, L""), 0);
+        EXPECT_EQ(brand ? 0 : _SetTitle(session, L"Caption", 0, static_cast<int32_t>(0xFF000100)), 0);
+        const TestDialog dialog(session, L"d", 200);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        RECT line = PlaceOnScreen(dialog.Control(1300)), mark = PlaceOnScreen(dialog.Control(7)),
+             told{60, 164, 290, 165};
+        for (RECT* place : {&line, &mark})
+            MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(place), 2);
+        MapDialogRect(dialog.window(), &told);
+        EXPECT_EQ(TextOf(dialog.window()), brand ? L"Extended" : L"Caption");
+        EXPECT_EQ(line.left, brand ? told.left : mark.left);
+        EXPECT_TRUE(line.right == told.right && line.top == told.top);
+        ASSERT_EQ(dialog.WaitOrHelp(), 8);
+        PixelOf(dialog.window(), 0, 0);
+        EXPECT_FALSE(GetUpdateRect(dialog.window(), nullptr, FALSE));
+        const HDC device = GetDC(dialog.window());
+        int shadow = 0;
+        for (LONG y = mark.top - 1; y < mark.top + 14; ++y)
+            for (LONG x = mark.left - 1; x < mark.left + 40; ++x)
+                shadow += GetPixel(device, static_cast<int>(x), static_cast<int>(y)) == GetSysColor(COLOR_BTNSHADOW);
+        ReleaseDC(dialog.window(), device);
+        EXPECT_EQ(shadow > 40, brand) << shadow;
+    }
+    const TestDialog untitled(session, L"untitled", 100);
+    ASSERT_EQ(untitled.Wait(), DialogCreated);
+    EXPECT_EQ(TextOf(untitled.window()), L"Classic");
+}
+
+TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
+{
+    RECT work{};
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    const auto middle = [](LONG from, LONG to) { return (from + to) / 2; };
+    enum state { visible, hidden, iconic };
+    const Table<state, RECT, POINT, int32_t> cases = {
+        {visible, {300, 200, 700, 600}, {500, 400}, 100},
+        // At the edge all of the dialog stays in sight.
+        {visible, {0, 0, 40, 40}, {-1, -1}, 100},
+        {hidden, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
+        {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
+    };
+    for (const auto& [seen, place, centre, resource] : cases) {
+        const HWND parent =
+            CreateWindowExW(0, L"Static", L"", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place.left, place.top,
+                            place.right - place.left, place.bottom - place.top, nullptr, nullptr, nullptr, nullptr);
+        if (seen == iconic)
+            ShowWindow(parent, SW_MINIMIZE);
+        ASSERT_EQ(_DefineDialog(session, L"d", nullptr, L"", resource, L"", 0, parent, DialogCentered), 0);
+        ASSERT_EQ(_WaitOnDialog(session, L"d"), DialogCreated);
+        const RECT own = PlaceOnScreen(reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d")));
+        const bool at_edge = own.left == work.left && own.top == work.top;
+        EXPECT_EQ(at_edge, centre.x < 0);
+        EXPECT_TRUE(at_edge || (std::abs(middle(own.left, own.right) - centre.x) <= 1 &&
+                                std::abs(middle(own.top, own.bottom) - centre.y) <= 1))
+            << seen;
+        EXPECT_FALSE(IsIconic(parent)) << "restored";
+        EXPECT_EQ(_EndDialog(session, L"d"), 0);
+        EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
+        DestroyWindow(parent);
+    }
 }
 
 TEST_F(ScriptDialogs, StackNamesAndEnableWhatIsOnTop)
@@ -300,6 +428,21 @@ TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
         EXPECT_EQ(_WaitOnDialog(session, one.name), one.first_wait) << one.name;
         EXPECT_EQ(_EndDialog(session, one.name), 0);
     }
+    // A module that was given goes before the libraries of the context, and behind a library that can be loaded.
+    const Table<HMODULE, std::wstring, int32_t> modules = {
+        {GetModuleHandleW(nullptr), L"", -1},
+        {nullptr, StandardTexts() + L"\\..", -1},
+        {LoadLibraryW(library.c_str()), StandardTexts() + L"\\..", DialogCreated},
+        {GetModuleHandleW(nullptr), library, DialogCreated}};
+    for (const auto& [module, path, first_wait] : modules) {
+        ASSERT_EQ(_DefineDialog(session, L"m", module, path.c_str(), 100, L"", 0, nullptr, 1), 0) << path;
+        EXPECT_EQ(_WaitOnDialog(session, L"m"), first_wait) << path;
+        EXPECT_EQ(_EndDialog(session, L"m"), 0);
+        EXPECT_EQ(_ReleaseDialog(session, L"m"), 0);
+    }
+    FreeLibrary(GetModuleHandleW(library.c_str()));
+    // A library is held for the creation alone.
+    EXPECT_EQ(session.session().CallsOf(L"ISetupResources.Free"), 4);
     EXPECT_EQ(_EndDialog(session, L"unknown"), -1);
     EXPECT_EQ(_ReleaseDialog(session, L"unknown"), -4);
     EXPECT_EQ(_WaitOnDialog(session, L"unknown"), -1);
@@ -309,8 +452,11 @@ TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
 TEST_F(ScriptDialogs, TellOfTheHundredthFailure)
 {
     const TestDialog dialog(session, L"d", 4711);
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 199; ++i) {
+        // The end of a dialog begins the count anew.
+        ASSERT_EQ(i == 99 ? dialog.End() : -1, i == 99 ? 0 : -1);
         ASSERT_EQ(dialog.Wait(), -1) << i;
+    }
     {
         const DialogDriver driver({[] {
             const HWND box = DialogNamed(L"Standard caption");
@@ -367,15 +513,6 @@ LONG WidthOfIcon(HICON icon)
     return width;
 }
 
-COLORREF PixelOf(HWND window, int x, int y)
-{
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    const HDC device = GetDC(window);
-    const COLORREF color = GetPixel(device, x, y);
-    ReleaseDC(window, device);
-    return color;
-}
-
 TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
 {
     const TestDialog dialog(session, L"EnterDisk", 400);
@@ -393,6 +530,9 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
         return DefSubclassProc(window, message, wParam, lParam);
     };
     SetWindowSubclass(dialog.Control(101), note, 1, reinterpret_cast<DWORD_PTR>(&sent));
+    // Once, also where events come before the window shows.
+    SendMessageW(dialog.window(), WM_COMMAND, 103, reinterpret_cast<LPARAM>(dialog.Control(103)));
+    ASSERT_EQ(dialog.Wait(), 103);
     ASSERT_EQ(dialog.WaitOrHelp(), 8);
     EXPECT_EQ(sent, L"icon 4");
     const auto bitmap = SendMessageW(dialog.Control(102), BM_GETIMAGE, IMAGE_BITMAP, 0);
@@ -419,22 +559,51 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
     EXPECT_NE(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
 }
 
+// Where the control stands, with a picture of 8 by 6 pixels, the lower left one magenta.
+TEST_F(ScriptDialogs, ShowTheGroundOfAMainImageAroundIt)
+{
+    std::string rows;
+    for (int i = 0; i < 48; ++i)
+        rows += Long(i == 0 ? 0xFF00FF : 0xFF0000);
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"red.bmp", BitmapFile(BitmapHeader(8, 6, 32), "", rows));
+    const COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), face = GetSysColor(COLOR_BTNFACE);
+    // A dialog without a ground has none of the dialog before it.
+    const Table<const wchar_t*, COLORREF, COLORREF> cases = {
+        {L";1;0;;0,0,255", blue, blue}, {L";1;0", face, face}, {L";0;0;;0,0,255", RGB(255, 0, 255), blue}};
+    for (const auto& [behind, left_out, beside] : cases) {
+        ASSERT_EQ(_SetAltMainImage(session, ImageText, (L"@" + file + behind).c_str()), 0);
+        const TestDialog dialog(session, L"d", 400);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        ASSERT_EQ(dialog.WaitOrHelp(), 8);
+        RECT place = PlaceOnScreen(dialog.Control(1200));
+        MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+        EXPECT_EQ(PixelOf(dialog.window(), place.left + 3, place.top + 3), red) << behind;
+        EXPECT_EQ(PixelOf(dialog.window(), place.left, place.top + 5), left_out) << behind;
+        EXPECT_EQ(PixelOf(dialog.window(), place.left + 20, place.top + 20), beside) << behind;
+    }
+}
+
 TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
 {
     TextSession silent{DialogTemplates(), StandardTexts(), nullptr, {{36, vh::variant(true)}}};
     ASSERT_EQ(__GetCmdLineOptions(silent, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                   nullptr, nullptr, nullptr, 0),
               0);
-    const Table<const wchar_t*, LRESULT, LRESULT> cases = {{L"SdWelcomeMaint", BST_UNCHECKED, BST_CHECKED},
-                                                           {L"sdwelcomemaint", BST_CHECKED, BST_UNCHECKED}};
-    for (const auto& [name, first, second] : cases) {
+    const Table<const wchar_t*, int, LRESULT, LRESULT> cases = {
+        {L"SdWelcomeMaint", 301, BST_UNCHECKED, BST_CHECKED},
+        {L"sdwelcomemaint", 301, BST_CHECKED, BST_UNCHECKED},
+        {L"SdFinishReboot", 502, BST_UNCHECKED, BST_CHECKED},
+        {L"SdFinishUpdateReboot", 502, BST_UNCHECKED, BST_CHECKED},
+        {L"SdFinishReboot", 301, BST_CHECKED, BST_UNCHECKED}};
+    for (const auto& [name, id, first, second] : cases) {
         const TestDialog dialog(silent, name, 100);
         ASSERT_EQ(dialog.Wait(), DialogCreated);
-        SendMessageW(dialog.Control(301), BM_SETCHECK, BST_CHECKED, 0);
+        SendMessageW(dialog.Control(id), BM_SETCHECK, BST_CHECKED, 0);
         EXPECT_EQ(dialog.Wait(), 1);
         EXPECT_EQ(dialog.Wait(), 1);
-        EXPECT_EQ(SendMessageW(dialog.Control(301), BM_GETCHECK, 0, 0), first) << name;
-        EXPECT_EQ(SendMessageW(dialog.Control(302), BM_GETCHECK, 0, 0), second) << name;
+        EXPECT_EQ(SendMessageW(dialog.Control(id), BM_GETCHECK, 0, 0), first) << name;
+        EXPECT_EQ(SendMessageW(dialog.Control(id + 1), BM_GETCHECK, 0, 0), second) << name;
         EXPECT_FALSE(IsWindowVisible(dialog.window()));
     }
 }
@@ -501,6 +670,10 @@ TEST_F(ScriptDialogs, TakeKeysAsDialogsDo)
     EXPECT_EQ(seen, L"") << "the focus is elsewhere";
     PostMessageW(dialog.window(), WM_CLOSE, 0, 0);
     EXPECT_EQ(dialog.Wait(), IDCANCEL) << "the close box";
+    PostMessageW(nullptr, WM_KEYDOWN, VK_F1, 0);
+    EXPECT_EQ(dialog.Wait(), 8) << "to whatever window";
+    PostQuitMessage(0);
+    EXPECT_EQ(dialog.Wait(), 0);
 }
 
 TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)

@@ -263,6 +263,56 @@ TEST_F(StatusWindows, ShowTitleImageBrandAndBar)
     EXPECT_EQ(_CmdGetHwndDlg(session, L"ProgressDlg"), 0);
 }
 
+TEST_F(StatusWindows, StandOnTheStackOfDialogs)
+{
+    const auto current = [&] {
+        wchar_t name[16] = L"~";
+        _GetCurrentDialogName(session, name, 16);
+        return std::wstring(name);
+    };
+    EXPECT_EQ(_CmdGetHwndDlg(session, L"ProgressDlg"), 0);
+    const HWND status = Open();
+    EXPECT_EQ(current(), L"ProgressDlg");
+    EXPECT_EQ(_CtrlGetParentWindowHelper(session), reinterpret_cast<int64_t>(status));
+    EXPECT_EQ(_CmdGetHwndDlg(session, L""), reinterpret_cast<int64_t>(status));
+    {
+        const TestDialog dialog(session, L"d", 100);
+        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        EXPECT_FALSE(IsWindowEnabled(status));
+        EXPECT_EQ(_CtrlGetParentWindowHelper(session), reinterpret_cast<int64_t>(dialog.window()));
+    }
+    EXPECT_TRUE(IsWindowEnabled(status));
+    // What the engine refuses leaves all as it is.
+    session.calls().FailCall(L"ISetupProgress.Close", E_FAIL);
+    EXPECT_EQ(_DisableStatus(session), E_FAIL);
+    EXPECT_EQ(current(), L"ProgressDlg");
+    session.calls().Reset();
+    EXPECT_EQ(_DisableStatus(session), 0);
+    EXPECT_EQ(current(), L"~");
+}
+
+// Without a dialog the window of an installer around the setup, where a fact asks for it.
+TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
+{
+    WNDCLASSW made{};
+    made.lpfnWndProc = &DefWindowProcW;
+    made.lpszClassName = L"MsiDialogCloseClass";
+    RegisterClassW(&made);
+    for (const bool asked : {true, false}) {
+        const TextSession session(L"", StandardTexts(), nullptr, {{40, variant(long{asked})}});
+        EXPECT_EQ(_CtrlGetParentWindowHelper(session), 0);
+        // The first dialog of the desktop counts in an installer's process alone.
+        const HWND other = CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        EXPECT_EQ(_CtrlGetParentWindowHelper(session), 0);
+        DestroyWindow(other);
+        const HWND installer =
+            CreateWindowExW(0, made.lpszClassName, L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        EXPECT_EQ(_CtrlGetParentWindowHelper(session), asked ? reinterpret_cast<int64_t>(installer) : 0);
+        DestroyWindow(installer);
+    }
+    UnregisterClassW(made.lpszClassName, nullptr);
+}
+
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
     const HWND status = Open();
