@@ -93,10 +93,11 @@ bool CScriptDialog::CreateFrom(HMODULE module)
             return false;
     }
     const std::byte* bytes = changed.empty() ? original.data() : changed.data();
-    m_window =
+    const HWND made =
         vh::late::create_dialog_indirect(module, reinterpret_cast<const DLGTEMPLATE*>(bytes), m_definition.parent,
                                          &DialogProcedure::Run, reinterpret_cast<LPARAM>(this));
-    return m_window != nullptr;
+    // It is known since its first message, unless that ended it.
+    return made && made == m_window;
 }
 
 INT_PTR DialogProcedure::Initialise(CScriptDialog& dialog, HWND window)
@@ -112,6 +113,8 @@ INT_PTR DialogProcedure::Initialise(CScriptDialog& dialog, HWND window)
                                reinterpret_cast<WPARAM>(vh::late::load_icon(nullptr, IDI_WARNING)), LPARAM{0});
     MakeTitle(dialog);
     manager.scene().CallHook(window);
+    if (dialog.m_window != window)
+        return 1;
     ShowDiskPicture(dialog);
     dialog.m_topImage = dialog.Control(control_top) != nullptr;
     ShowMainImage(dialog);

@@ -21,7 +21,13 @@ CDialogManager::CDialogManager(const vh::DialogScene& scene) : controls_themed(C
     rich_edit.load();
 }
 
-CDialogManager::~CDialogManager() = default;
+CDialogManager::~CDialogManager()
+{
+    // A wait that runs holds its dialog.
+    for (const auto& [name, dialog] : m_dialogs)
+        if (dialog)
+            dialog->Abandon();
+}
 
 int32_t CDialogManager::Define(const stringx& name, const DialogDefinition& definition)
 {
@@ -39,7 +45,8 @@ int32_t CDialogManager::Release(const stringx& name)
     const auto found = m_dialogs.find(name);
     if (found == m_dialogs.end() || !found->second)
         return unknown;
-    if (found->second->is_created())
+    // Its window lives before the creation is complete.
+    if (found->second->is_created() || found->second->window())
         return still_open;
     m_dialogs.erase(found);
     return done;

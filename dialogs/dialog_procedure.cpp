@@ -52,7 +52,13 @@ thread_local CScriptDialog* WaitingDialog::s_current = nullptr;
 
 INT_PTR CALLBACK DialogProcedure::Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    CScriptDialog* dialog = message == WM_INITDIALOG ? reinterpret_cast<CScriptDialog*>(lParam) : DialogOf(window);
+    CScriptDialog* dialog = DialogOf(window);
+    if (message == WM_INITDIALOG) {
+        // The first one is the system's; anybody can send another.
+        if (dialog)
+            return 0;
+        dialog = reinterpret_cast<CScriptDialog*>(lParam);
+    }
     try {
         return Answer(dialog, window, message, wParam, lParam);
     } catch (...) {
@@ -89,7 +95,7 @@ INT_PTR DialogProcedure::Answer(CScriptDialog* dialog, HWND window, UINT message
         return 0;
     case WM_DESTROY:
         if (dialog)
-            OnDestroy(*dialog);
+            OnDestroy(*dialog, window);
         return 0;
     default:
         return 0;
@@ -106,10 +112,10 @@ INT_PTR DialogProcedure::OnCommand(CScriptDialog* dialog, WPARAM wParam, LPARAM 
 
 INT_PTR DialogProcedure::OnNotify(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam)
 {
+    if (!dialog || !lParam)
+        return 1;
     const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
     const bool click = header.code == NM_CLICK || header.code == NM_RETURN;
-    if (!dialog)
-        return 1;
     if (!click && dialog->m_delivery == Delivery::all_commands)
         return 0;
     const stringxi type = vh::ClassNameOf(header.hwndFrom);
@@ -185,8 +191,10 @@ void DialogProcedure::PaintBrand(const CScriptDialog& dialog)
     vh::late::end_paint(dialog.m_window, &paint);
 }
 
-void DialogProcedure::OnDestroy(CScriptDialog& dialog)
+void DialogProcedure::OnDestroy(CScriptDialog& dialog, HWND window)
 {
-    vh::late::remove_prop(std::exchange(dialog.m_window, nullptr), dialog_property);
+    vh::late::remove_prop(window, dialog_property);
+    if (dialog.m_window == window)
+        dialog.m_window = nullptr;
     dialog.m_queue.push_back(EventOf(WM_DESTROY, 0, 0));
 }

@@ -60,5 +60,5 @@ private:
     static void OnLink(CScriptDialog& dialog, const NMHDR& header);
     static INT_PTR ColorOfStatic(const CScriptDialog* dialog, HDC device, HWND control);
     static void PaintBrand(const CScriptDialog& dialog);
-    static void OnDestroy(CScriptDialog& dialog);
+    static void OnDestroy(CScriptDialog& dialog, HWND window);
 };

@@ -43,10 +43,14 @@ CScriptDialog::CScriptDialog(CDialogManager& manager, const stringx& name, const
 {
 }
 
-CScriptDialog::~CScriptDialog()
+CScriptDialog::~CScriptDialog() { DropWindow(); }
+
+// The handle goes first: messages of the window's end may end the dialog again.
+void CScriptDialog::DropWindow()
 {
-    if (m_window && vh::late::is_window(m_window))
-        vh::late::destroy_window(m_window);
+    const HWND window = std::exchange(m_window, nullptr);
+    if (window && vh::late::is_window(window))
+        vh::late::destroy_window(window);
 }
 
 HWND CScriptDialog::Control(int id) const { return vh::late::get_dialog_item(m_window, id); }
@@ -64,13 +68,19 @@ void CScriptDialog::SetFont(const stringx& face, uint16_t size)
 
 int32_t CScriptDialog::Wait()
 {
+    const unsigned ends = m_ends;
     if (m_failedCreations >= most_failures) {
         TellOfFailures();
         m_failedCreations = 0;
         return wait_failed;
     }
     if (!m_created) {
+        // Asked for inside its own creation.
+        if (m_window)
+            return wait_failed;
         const bool done = Create();
+        if (m_raised && !m_created)
+            DropWindow();
         RaiseWhatIsRaised();
         if (!done) {
             ++m_failedCreations;
@@ -88,26 +98,32 @@ int32_t CScriptDialog::Wait()
             return AnswerSilently();
     }
     const WaitingDialog waiting(*this);
-    for (const unsigned ends = m_ends; m_ends == ends;) {
+    // Whatever lets messages through may end the dialog, and its manager with it.
+    while (m_ends == ends) {
         RaiseWhatIsRaised();
-        if (m_queue.empty()) {
-            if (!m_shown)
-                Show();
-            if (!m_manager.fetched) {
-                MSG message{};
-                if (vh::late::get_message(&message, nullptr, 0u, 0u) <= 0)
-                    return loop_ended;
+        if (m_queue.empty() && !m_shown) {
+            Show();
+            continue;
+        }
+        if (m_queue.empty() && !m_manager.fetched) {
+            MSG message{};
+            if (vh::late::get_message(&message, nullptr, 0u, 0u) <= 0)
+                return loop_ended;
+            if (!m_abandoned)
                 m_manager.fetched = message;
-                // Messages that were sent meanwhile may have ended the dialog.
-                continue;
-            }
+            continue;
         }
         Reactivate();
+        if (m_ends != ends)
+            break;
         if (!m_queue.empty()) {
             if (int32_t result = 0; TakeEvent(result))
                 return result;
             continue;
         }
+        // A wait inside may have taken it.
+        if (!m_manager.fetched)
+            continue;
         MSG message = *m_manager.fetched;
         m_manager.fetched.reset();
         if (message.message == WM_KEYDOWN && message.wParam == VK_F1)
@@ -142,10 +158,11 @@ int32_t CScriptDialog::AnswerSilently() const
 
 void CScriptDialog::Show()
 {
-    vh::late::show_window(m_window, SW_SHOWNORMAL);
-    if (m_manager.scene().windowEx1)
-        m_manager.scene().windowEx1->DropPicture();
+    // An end that comes from the messages of showing takes it back.
     m_shown = true;
+    vh::late::show_window(m_window, SW_SHOWNORMAL);
+    if (!m_abandoned && m_manager.scene().windowEx1)
+        m_manager.scene().windowEx1->DropPicture();
 }
 
 // A dialog that lost its activation is pulled forward once in its lifetime.
@@ -153,8 +170,8 @@ void CScriptDialog::Reactivate()
 {
     if (m_neverDeactivated || m_activatedOnce)
         return;
-    vh::late::set_active_window(m_window);
     m_activatedOnce = true;
+    vh::late::set_active_window(m_window);
 }
 
 void CScriptDialog::RaiseWhatIsRaised()
@@ -226,15 +243,20 @@ void CScriptDialog::End()
 {
     if (m_manager.scene().windowEx1)
         m_manager.scene().windowEx1->DialogClosing(m_window);
-    if (m_window && vh::late::is_window(m_window))
-        vh::late::destroy_window(m_window);
-    m_window = nullptr;
+    DropWindow();
     m_manager.Pop();
     m_created = false;
     m_shown = false;
     m_queue.clear();
     m_failedCreations = 0;
     ++m_ends;
+}
+
+void CScriptDialog::Abandon()
+{
+    m_abandoned = true;
+    ++m_ends;
+    DropWindow();
 }
 
 void CScriptDialog::OnUrlClicked(HWND control)

@@ -39,6 +39,8 @@ public:
     int32_t Wait();
     // Back to defined: the window goes, the last event stays readable.
     void End();
+    // The manager goes: the window too, and a wait that runs ends without another look at it.
+    void Abandon();
     void OnUrlClicked(HWND control) override;
 
     bool is_created() const { return m_created; }
@@ -61,6 +63,7 @@ private:
 
     bool Create();
     bool CreateFrom(HMODULE module);
+    void DropWindow();
     void PrepareToShow();
     void Show();
     int32_t AnswerSilently() const;
@@ -98,6 +101,7 @@ private:
     std::deque<DialogEvent> m_queue;
     // Counts the ends, so that a wait notices one that came from its own events.
     unsigned m_ends = 0;
+    bool m_abandoned = false;
     // What a message of the window raised, until the call that ran into it raises it again.
     std::exception_ptr m_raised;
 };

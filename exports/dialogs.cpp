@@ -44,7 +44,7 @@ int32_t _EndDialog(ObjectContext* context, const wchar_t* name)
 
 int32_t _ReleaseDialog(ObjectContext* context, const wchar_t* name)
 {
-    return vh::Framed(context, [&](ObjectContext& c) { return c.dialogs.Release(name); });
+    return vh::WithOwnWindows(context, [&](ObjectContext& c) { return c.dialogs.Release(name); });
 }
 
 int32_t _EnablePrevDialog(ObjectContext* context, int32_t enable, const wchar_t* name)

@@ -58,9 +58,18 @@ void MainWindow::Remove(PaintedThing& thing)
 }
 
 // At once: a script that works shows no message loop to the window.
-void MainWindow::Repaint() const { RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }
+// Null would stand for the desktop.
+void MainWindow::Repaint() const
+{
+    if (m_window)
+        RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
 
-void MainWindow::Animate() const { SetTimer(m_window, animation_timer, animation_ms, nullptr); }
+void MainWindow::Animate() const
+{
+    if (m_window)
+        SetTimer(m_window, animation_timer, animation_ms, nullptr);
+}
 
 void MainWindow::AdvanceAll() const
 {

@@ -54,13 +54,13 @@ TemplateDialog::TemplateDialog(HWND parent, const std::wstring& library, long nu
 
 INT_PTR CALLBACK TemplateDialog::Route(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_INITDIALOG) {
+    auto* dialog = reinterpret_cast<TemplateDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (message == WM_INITDIALOG && !dialog) {
         SetWindowLongPtrW(window, DWLP_USER, lParam);
         reinterpret_cast<TemplateDialog*>(lParam)->Initialise(window);
         // Nobody loses the focus to it.
         return FALSE;
     }
-    auto* dialog = reinterpret_cast<TemplateDialog*>(GetWindowLongPtrW(window, DWLP_USER));
     return dialog ? dialog->Handle(message, wParam, lParam) : FALSE;
 }
 
