@@ -21,10 +21,10 @@ CDialogManager::CDialogManager(const vh::DialogScene& scene) : controls_themed(C
     rich_edit.load();
 }
 
-CDialogManager::~CDialogManager()
+void CDialogManager::AbandonAll()
 {
-    // A wait that runs holds its dialog.
-    for (const auto& [name, dialog] : m_dialogs)
+    // Messages of the windows' end find none any more; a wait that runs holds its own.
+    for (const auto& [name, dialog] : std::exchange(m_dialogs, {}))
         if (dialog)
             dialog->Abandon();
 }
@@ -80,9 +80,11 @@ void CDialogManager::Enable(const stringx& name, bool on)
 
 void CDialogManager::Push(const stringx& name)
 {
-    if (!m_active.empty())
-        Enable(m_active.back(), false);
+    const stringx* below = CurrentName();
     m_active.push_back(name);
+    // The messages of this may already end what has come.
+    if (below)
+        Enable(*below, false);
 }
 
 void CDialogManager::Pop()

@@ -44,6 +44,13 @@ INT_PTR Transparent(HDC device)
     return reinterpret_cast<INT_PTR>(vh::late::get_stock_object(NULL_BRUSH));
 }
 
+// Ends with its field, whoever filled that.
+template <std::size_t Size>
+std::wstring_view TextIn(const wchar_t (&field)[Size])
+{
+    return {field, wcsnlen(field, Size)};
+}
+
 LONG_PTR StyleOf(HWND window) { return vh::late::get_window_long(window, GWL_STYLE); }
 
 } // namespace
@@ -141,7 +148,7 @@ void DialogProcedure::OnLink(CScriptDialog& dialog, const NMHDR& header)
         const LITEM& link = reinterpret_cast<const NMLINK&>(header).item;
         const auto found = dialog.m_links.find(static_cast<int32_t>(header.idFrom));
         if (found != dialog.m_links.end())
-            found->second->SetUrl(*link.szUrl ? link.szUrl : link.szID);
+            found->second->SetUrl(*link.szUrl ? TextIn(link.szUrl) : TextIn(link.szID));
         event.code = static_cast<UINT>(link.iLink);
     }
     dialog.m_queue.push_back(event);
@@ -151,7 +158,7 @@ INT_PTR DialogProcedure::ColorOfStatic(const CScriptDialog* dialog, HDC device, 
 {
     if (!dialog)
         return Transparent(device);
-    const auto brush = reinterpret_cast<INT_PTR>(dialog->m_windowBrush.get());
+    const auto brush = reinterpret_cast<INT_PTR>(dialog->m_drawing.window_brush.get());
     const bool on_page = dialog->m_topImage && std::find(std::begin(page_templates), std::end(page_templates),
                                                          dialog->m_definition.resource) != std::end(page_templates);
     if (on_page && (StyleOf(control) & 1) && vh::ClassNameOf(control) == WC_BUTTONW)

@@ -49,8 +49,9 @@ CScriptDialog::~CScriptDialog() { DropWindow(); }
 void CScriptDialog::DropWindow()
 {
     const HWND window = std::exchange(m_window, nullptr);
-    if (window && vh::late::is_window(window))
-        vh::late::destroy_window(window);
+    // The window of another thread stays, and must not know this object any more.
+    if (window && vh::late::is_window(window) && !vh::late::destroy_window(window))
+        vh::late::remove_prop(window, dialog_property);
 }
 
 HWND CScriptDialog::Control(int id) const { return vh::late::get_dialog_item(m_window, id); }
@@ -66,39 +67,47 @@ void CScriptDialog::SetFont(const stringx& face, uint16_t size)
     m_fontSize = size;
 }
 
+// The first call for a dialog that has no window.
+int32_t CScriptDialog::Open()
+{
+    // Asked for inside its own creation.
+    if (m_window)
+        return wait_failed;
+    const unsigned ends = m_ends;
+    const bool done = Create();
+    if (m_raised && !m_created)
+        DropWindow();
+    RaiseWhatIsRaised();
+    if (m_ends != ends)
+        return wait_failed;
+    if (!done) {
+        ++m_failedCreations;
+        return wait_failed;
+    }
+    m_created = true;
+    m_imageButtonsPending = vh::WantsImageButtons(m_window);
+    m_failedCreations = 0;
+    m_manager.Push(m_name);
+    return m_ends == ends ? created : wait_failed;
+}
+
+// Whatever lets messages through may end the dialog, and its manager with it.
 int32_t CScriptDialog::Wait()
 {
-    const unsigned ends = m_ends;
     if (m_failedCreations >= most_failures) {
         TellOfFailures();
         m_failedCreations = 0;
         return wait_failed;
     }
-    if (!m_created) {
-        // Asked for inside its own creation.
-        if (m_window)
-            return wait_failed;
-        const bool done = Create();
-        if (m_raised && !m_created)
-            DropWindow();
-        RaiseWhatIsRaised();
-        if (!done) {
-            ++m_failedCreations;
-            return wait_failed;
-        }
-        m_created = true;
-        m_manager.Push(m_name);
-        m_imageButtonsPending = vh::WantsImageButtons(m_window);
-        m_failedCreations = 0;
-        return created;
-    }
+    if (!m_created)
+        return Open();
+    const unsigned ends = m_ends;
     if (!m_shown) {
         PrepareToShow();
-        if (m_manager.scene().silentEx)
+        if (m_ends == ends && m_manager.scene().silentEx)
             return AnswerSilently();
     }
     const WaitingDialog waiting(*this);
-    // Whatever lets messages through may end the dialog, and its manager with it.
     while (m_ends == ends) {
         RaiseWhatIsRaised();
         if (m_queue.empty() && !m_shown) {
@@ -139,8 +148,8 @@ void CScriptDialog::PrepareToShow()
     if (!std::exchange(m_imageButtonsPending, false))
         return;
     m_failedCreations = 0;
-    m_pictures = {};
-    vh::SetUpImageButtons(m_window, m_manager.scene().modules, m_pictures);
+    const vh::ResourceModules modules = m_manager.scene().modules;
+    vh::SetUpImageButtons(m_window, modules, m_drawing.pictures);
 }
 
 int32_t CScriptDialog::AnswerSilently() const
@@ -243,13 +252,16 @@ void CScriptDialog::End()
 {
     if (m_manager.scene().windowEx1)
         m_manager.scene().windowEx1->DialogClosing(m_window);
-    DropWindow();
-    m_manager.Pop();
+    // All of it is over when the messages of the window's end come.
     m_created = false;
     m_shown = false;
-    m_queue.clear();
     m_failedCreations = 0;
     ++m_ends;
+    const DrawingObjects drawing = std::exchange(m_drawing, {});
+    DropWindow();
+    m_queue.clear();
+    if (!m_abandoned)
+        m_manager.Pop();
 }
 
 void CScriptDialog::Abandon()

@@ -61,6 +61,7 @@ public:
 private:
     friend struct DialogProcedure;
 
+    int32_t Open();
     bool Create();
     bool CreateFrom(HMODULE module);
     void DropWindow();
@@ -92,10 +93,13 @@ private:
     DialogDefinition m_definition;
     Delivery m_delivery;
     HWND m_window = nullptr;
-    vh::unique_font m_titleFont;
-    vh::unique_brush m_windowBrush;
-    vh::ButtonPictures m_pictures;
-    vh::unique_icon m_diskPicture;
+    // What the window draws with; it goes with the window.
+    struct DrawingObjects {
+        vh::unique_font title_font;
+        vh::unique_brush window_brush;
+        vh::ButtonPictures pictures;
+        vh::unique_icon disk_picture;
+    } m_drawing;
     std::map<int32_t, std::unique_ptr<CLinkControlHolder>> m_links;
     DialogEvent m_event;
     std::deque<DialogEvent> m_queue;

@@ -25,11 +25,7 @@ MainWindow::MainWindow(Screen& screen, const std::wstring& caption) : m_screen(s
     UpdateWindow(m_window);
 }
 
-MainWindow::~MainWindow()
-{
-    if (m_window)
-        DestroyWindow(m_window);
-}
+MainWindow::~MainWindow() { EndWindow(m_window); }
 
 void MainWindow::SetBackground(COLORREF color, bool gradient)
 {

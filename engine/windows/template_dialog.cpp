@@ -1,9 +1,12 @@
 #include "template_dialog.h"
 
+#include <utility>
+
 #include <commctrl.h>
 
 #include "../../scriptdata/late_library.h"
 #include "../files.h"
+#include "routed_window.h"
 
 namespace vh::engine {
 
@@ -61,6 +64,8 @@ INT_PTR CALLBACK TemplateDialog::Route(HWND window, UINT message, WPARAM wParam,
         // Nobody loses the focus to it.
         return FALSE;
     }
+    if (!dialog && message == WM_CLOSE)
+        return DestroyWindow(window);
     return dialog ? dialog->Handle(message, wParam, lParam) : FALSE;
 }
 
@@ -123,11 +128,6 @@ void TemplateDialog::Show(bool on) const
         RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
-void TemplateDialog::Destroy()
-{
-    if (m_window)
-        DestroyWindow(m_window);
-    m_window = nullptr;
-}
+void TemplateDialog::Destroy() { EndWindow(std::exchange(m_window, nullptr), DWLP_USER); }
 
 } // namespace vh::engine
