@@ -1,5 +1,6 @@
 #include "window_services.h"
 
+#include <algorithm>
 #include <string>
 
 #include <windows.h>
@@ -28,6 +29,9 @@ HWND Target(std::span<const VARIANT> arguments)
         throw script_error(L"the dialog has no control " + std::to_wstring(id));
     return target;
 }
+
+// Messages whose last number is where the control writes to: a text of the script is no place for that.
+constexpr UINT writing_messages[] = {WM_GETTEXT, EM_GETLINE, CB_GETLBTEXT, LB_GETTEXT};
 
 } // namespace
 
@@ -72,11 +76,13 @@ vh::variant ControlWindow(std::span<const VARIANT> arguments)
 vh::variant SendControl(std::span<const VARIANT> arguments)
 {
     Expect(arguments, 5, L"SendControl(window, control, message, number, number or text)");
+    const auto message = static_cast<UINT>(ToInt(arguments[2]));
+    if (V_VT(&arguments[4]) == VT_BSTR && std::ranges::find(writing_messages, message) != std::end(writing_messages))
+        throw script_error(L"SendControl: message " + std::to_wstring(message) + L" gives a text and takes none");
     const std::wstring text = V_VT(&arguments[4]) == VT_BSTR ? ToText(arguments[4]) : std::wstring();
     const LPARAM last = V_VT(&arguments[4]) == VT_BSTR ? reinterpret_cast<LPARAM>(text.c_str())
                                                        : static_cast<LPARAM>(ToInt64(arguments[4]));
-    return FromInt64(SendMessageW(Target(arguments), static_cast<UINT>(ToInt(arguments[2])),
-                                  static_cast<WPARAM>(ToInt64(arguments[3])), last));
+    return FromInt64(SendMessageW(Target(arguments), message, static_cast<WPARAM>(ToInt64(arguments[3])), last));
 }
 
 vh::variant OpenInShell(std::span<const VARIANT> arguments)

@@ -50,8 +50,8 @@ TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
         NotedTree tree;
         EXPECT_EQ(media.AddTreeItem(tree, L"", 0, depth), 0);
         EXPECT_EQ(tree.text, text) << depth;
-        EXPECT_EQ(tree.subscribed.size(), static_cast<size_t>(std::ranges::count(tree.text, L' ') - (depth != 0)))
-            << "all but the top, which has no item";
+        const auto nodes = std::ranges::count_if(tree.text, [](wchar_t c) { return c == L'+' || c == L'-'; });
+        EXPECT_EQ(std::ssize(tree.subscribed), nodes - (depth != 0)) << "all but the top, which has no item";
         EXPECT_EQ(tree.shown.size(), depth < 2 ? 0u : depth == 2 ? 1u : depth == 3 ? 2u : 3u);
     }
     NotedTree hidden;
