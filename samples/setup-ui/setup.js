@@ -143,8 +143,9 @@ function MakeView(window, control, infos) {
 }
 
 function MakeViews(window) {
-    ComponentViewSetInfoEx(VIEW_UNIT, 1);
-    ComponentViewSetInfoEx(VIEW_DECIMALS, 0);
+    // Megabytes with one decimal place.
+    ComponentViewSetInfoEx(VIEW_UNIT, 0);
+    ComponentViewSetInfoEx(VIEW_DECIMALS, 1);
     var infos = {};
     infos[VIEW_NEED] = ID_FEATURE_NEED;
     infos[VIEW_FREE] = ID_FEATURE_FREE;
