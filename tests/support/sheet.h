@@ -1,9 +1,17 @@
 // A piece of memory to draw on, whose pixels can be read.
 #pragma once
 
-#include <windows.h>
+#include "test.h"
 
 namespace vh::test {
+
+// "RRGGBB"
+inline std::string ColorText(DWORD color)
+{
+    char text[8];
+    std::snprintf(text, sizeof(text), "%06lX", color & 0xFFFFFF);
+    return text;
+}
 
 class Sheet {
 public:

@@ -27,6 +27,14 @@
 
 #ifdef _WIN32
 #include <windows.h>
+
+inline bool operator==(SIZE one, SIZE other) { return one.cx == other.cx && one.cy == other.cy; }
+inline bool operator==(const RECT& one, const RECT& other) { return EqualRect(&one, &other) != FALSE; }
+inline void PrintTo(SIZE size, std::ostream* stream) { *stream << size.cx << " x " << size.cy; }
+inline void PrintTo(const RECT& place, std::ostream* stream)
+{
+    *stream << place.left << ", " << place.top << " to " << place.right << ", " << place.bottom;
+}
 #endif
 
 namespace vh::test {
