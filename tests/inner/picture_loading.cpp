@@ -95,8 +95,7 @@ TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
     const std::string good = BitmapFile(BitmapHeader(2, 1, 24), "", Number(0x332211, 3) + Number(0x665544, 3) + "..");
     const std::wstring bitmap = folder.Write(L"good.bmp", good);
     const std::wstring library = StandardLibrary();
-    const std::wstring plain = folder / L"library";
-    CopyFileW(library.c_str(), plain.c_str(), FALSE);
+    CopyFileW(library.c_str(), (folder / L"some.dll").c_str(), FALSE);
     const std::string nothing = "FFFFFF FFFFFF ";
     Table<std::wstring, uint32_t, std::string> cases = {
         {bitmap, 0, "332211 665544 "},
@@ -106,8 +105,9 @@ TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
         {folder.Write(L"other.bmp", "PM" + good.substr(2)), 0, nothing},
         {folder.Write(L"short.bmp", good.substr(0, good.size() - 1)), 0, nothing},
         {folder.Write(L"empty.bmp", ""), 0, nothing},
-        {library, 301, "FF0000 00FF00 "},
+        {folder / L"some", 301, "FF0000 00FF00 "},
         {folder / L"none.bmp", 0, nothing},
+        {library, 301, "FF0000 00FF00 "},
         {L"", 0, nothing},
         {library, 302, nothing},
         {library, 303, nothing},
@@ -132,6 +132,8 @@ TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
     EXPECT_EQ(Colors(image, 2, 1), "FF0000 00FF00 ");
     EXPECT_FALSE(image.LoadByGdiplus(library.get(), 303));
     EXPECT_EQ(Colors(image, 1, 1), "FFFFFF ");
+    ASSERT_TRUE(image.LoadByGdiplus(library.get(), 302) && image.LoadFromLibrary(library.get(), 301));
+    EXPECT_EQ(Colors(image, 2, 1), "FF0000 00FF00 ") << "what GDI+ had is gone";
 
     const TempFolder folder;
     const HRSRC place = FindResourceW(library.get(), MAKEINTRESOURCEW(302), L"PNG");

@@ -5,6 +5,7 @@
 #include "../support/bitmap_writer.h"
 #include "../support/replaced.h"
 #include "../support/sheet.h"
+#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {
@@ -258,7 +259,7 @@ void LoadMetafile(SetupImage& image, std::size_t words_more = 0)
     bits.replace(6, 4, Long(bits.size() / 2 + words_more));
     const std::string bounds = Word(0xFFF6) + Word(20) + Word(90) + Word(70);
     const std::string file = Long(0x9AC6CDD7) + Word(0) + bounds + Word(1000) + Long(0) + Word(0) + bits;
-    ASSERT_TRUE(image.LoadMetafile(std::as_bytes(std::span(file))));
+    ASSERT_TRUE(image.LoadFromFile(TempFolder().Write(L"left.WMF", file).c_str()));
     EXPECT_EQ(image.size(), (SIZE{100, 50}));
 }
 
@@ -271,7 +272,7 @@ TEST(Pictures, PlayMetafilesAtTheirPlace)
         {0, 2, 5, 6, 55, 56}, {option_full, 0, 0, 0, 60, 100},       {option_stretch, 0, 0, 0, 60, 100}};
     for (const auto& [flags, number, left, top, right, bottom] : cases) {
         Sheet sheet(120, 100, ground_color);
-        SetupImage image(nullptr, number);
+        SetupImage image = Loaded(0, number); // the bitmap goes
         LoadMetafile(image);
         image.SetOptions(flags);
         image.SetPosition(5, 6);
