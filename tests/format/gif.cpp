@@ -90,8 +90,8 @@ TEST(Gif, FollowsTheCodes)
     Table<const char*, std::string> broken = {{"a code above the next", Codes({4, 1, 7, 5})},
                                               {"no string before", Codes({6, 5})},
                                               {"no end", Codes({4, 1, 1})},
-                                              {"minimum 1", "\1\1\1" + std::string(1, '\0')},
-                                              {"minimum 10", "\12\1\1" + std::string(1, '\0')}};
+                                              {"minimum 1", std::string("\1\1\x32\0", 4)},
+                                              {"minimum 10", std::string("\12\3\0\x0C\x20\0", 6)}};
     for (const auto& [name, packed] : broken)
         EXPECT_EQ(CodeOf(FileOf(4, 1, packed)), gif_data_error) << name;
 }

@@ -51,7 +51,7 @@ TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
         {"giant", BitmapFile(BitmapHeader(INT32_MAX, INT32_MAX, 32), "", row)},
         {"2 bits", BitmapFile(BitmapHeader(1, 1, 2), BitmapTable(4), row)},
         {"a picture of another kind inside", BitmapFile(BitmapHeader(1, 1, 0, 5), "", row)},
-        {"runs top first", BitmapFile(BitmapHeader(1, -1, 8, 1), BitmapTable(256), row)},
+        {"runs top first", BitmapFile(BitmapHeader(1, -1, 8, 1), BitmapTable(256), std::string("\1\7\0\1", 4))},
         {"giant runs", BitmapFile(BitmapHeader(1 << 20, 1 << 20, 8, 1), BitmapTable(256), row)},
         {"a header of 16", BitmapFile(BitmapHeader(1, 1, 24).replace(0, 1, 1, '\x10'), "", row)},
         {"another mark", "MB" + BitmapFile(BitmapHeader(1, 1, 24), "", row).substr(2)}};

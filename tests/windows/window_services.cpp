@@ -1,13 +1,8 @@
 // The engine's windows as a script drives them: what is seen on them, pixel by pixel where it is ours.
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <commctrl.h>
-
-#include "../../exports/vhrt.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
+
+#include <commctrl.h>
 
 using namespace vh;
 using namespace vh::test;
@@ -15,14 +10,6 @@ using namespace vh::test;
 namespace {
 
 constexpr COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), background = RGB(10, 200, 30);
-
-COLORREF PixelOf(HWND window, int x, int y)
-{
-    const HDC context = GetDC(window);
-    const COLORREF color = GetPixel(context, x, y);
-    ReleaseDC(window, context);
-    return color;
-}
 
 long Count(HWND window, const RECT& place, COLORREF color)
 {
@@ -188,8 +175,7 @@ TEST_F(EngineWindows, ShowTheWaitMessage)
     EXPECT_FALSE(IsWindow(message));
 
     // With a current dialog that is the owner.
-    const TestDialog dialog(session, L"d", 100);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const TestDialog dialog(session);
     EXPECT_EQ(_SdShowMsg(session, L"x", 1), 0);
     EXPECT_EQ(GetWindow(DialogNamed(L"Please wait"), GW_OWNER), dialog.window());
     EXPECT_EQ(_SdShowMsg(session, L"", 0), 0);
@@ -332,9 +318,7 @@ TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
         EXPECT_EQ(_EnableDialogCache(session, on), 0);
         RECT place{};
         {
-            const TestDialog dialog(session, L"d", 100);
-            ASSERT_EQ(dialog.Wait(), DialogCreated);
-            ASSERT_EQ(dialog.WaitOrHelp(), 8);
+            const TestDialog dialog(session, Stage::shown);
             place = PlaceOnScreen(dialog.window());
         }
         ASSERT_EQ(KeptPicture() != nullptr, on != 0);
@@ -342,8 +326,7 @@ TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
             continue;
         const RECT kept = PlaceOnScreen(KeptPicture());
         EXPECT_TRUE(EqualRect(&kept, &place) && IsWindowVisible(KeptPicture()));
-        const TestDialog next(session, L"n", 200);
-        ASSERT_EQ(next.Wait(), DialogCreated);
+        const TestDialog next(session, Stage::created, L"n", 200);
         EXPECT_NE(KeptPicture(), nullptr);
         ASSERT_EQ(next.WaitOrHelp(), 8);
         EXPECT_EQ(KeptPicture(), nullptr);
