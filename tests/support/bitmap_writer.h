@@ -31,6 +31,14 @@ inline std::string BitmapHeader(int width, int height, unsigned bits, unsigned c
                               Long(0);
     return start + std::string(size > 40 ? size - 40 : 0, '\0');
 }
+// Of one color, 0xRRGGBB; one pixel may be magenta.
+inline std::string PlainBitmap(int width, int height, unsigned color, int magenta = -1)
+{
+    std::string pixels;
+    for (int at = 0; at < width * height; ++at)
+        pixels += Number(at == magenta ? 0xFF00FF : color, 3);
+    return BitmapFile(BitmapHeader(width, height, 24), "", pixels);
+}
 inline std::string BitmapTable(unsigned count, unsigned entry_size = 4)
 {
     std::string table;
