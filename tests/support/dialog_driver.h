@@ -94,4 +94,25 @@ inline RECT PlaceOnScreen(HWND window)
     return place;
 }
 
+// Nothing that can be seen lies on anything else or beyond the dialog's edge, but for what `may` do so.
+template <class May>
+void ExpectApart(HWND dialog, const May& may)
+{
+    RECT client{}, common{};
+    GetClientRect(dialog, &client);
+    MapWindowPoints(dialog, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const auto children = VisibleChildren(dialog);
+    const auto name = [](HWND child) { return ClassOf(child) + L" " + TextOf(child); };
+    for (auto one = children.begin(); one != children.end(); ++one) {
+        const RECT place = PlaceOnScreen(*one);
+        UnionRect(&common, &client, &place);
+        EXPECT_TRUE(common == client || may(*one, dialog)) << name(*one) << " leaves the dialog";
+        for (auto other = children.begin(); other != one; ++other) {
+            const RECT taken = PlaceOnScreen(*other);
+            EXPECT_TRUE(!IntersectRect(&common, &place, &taken) || may(*one, *other))
+                << name(*one) << " lies on " << name(*other);
+        }
+    }
+}
+
 } // namespace vh::test
