@@ -53,18 +53,10 @@ TEST(WindowServices, ChooseOnePlacementAndOneColour)
     constexpr const wchar_t* given = L") ISetupBitmap.SetPosition(3, 4";
     constexpr const wchar_t* corner = L") ISetupBitmap.SetPosition(0, 0";
     Table<const wchar_t*, int32_t, const wchar_t*, const wchar_t*> cases = {
-        {L"", 0, L"2, -1", corner},
-        {L"", 1 | 4, L"1, -1", given},
-        {L"", 8 | 4, L"4, -1", given},
-        {L"", 16384, L"16384, -1", given},
-        {L"", 16384 | 8, L"8, -1", given},
-        {L"", 16 | 1, L"16, -1", L""},
-        {L"", 128 | 16, L"128, -1", L""},
-        {L"", 64 | 128, L"64, -1", L""},
-        {L";1,2,3", 32 | 2, L"2, 197121", given},
-        {L"; 255,0, 255", 34, L"2, 16711935", given},
-        {L";1,2", 32 | 2, L"2, 16711935", given},
-        {L"", 32, L"2, 16711935", corner}};
+        {L"", 0, L"2, -1", corner},    {L"", 64 | 128, L"64, -1", L""},   {L"", 32, L"2, 16711935", corner},
+        {L"", 1 | 4, L"1, -1", given}, {L"", 128 | 16, L"128, -1", L""},  {L";1,2,3", 32 | 2, L"2, 197121", given},
+        {L"", 8 | 4, L"4, -1", given}, {L"", 16384, L"16384, -1", given}, {L";1,2", 32 | 2, L"2, 16711935", given},
+        {L"", 16 | 1, L"16, -1", L""}, {L"", 16384 | 8, L"8, -1", given}, {L"; 255,0, 255", 34, L"2, 16711935", given}};
     for (const auto& [behind, flags, made, position] : cases) {
         const std::wstring name = file + behind;
         const auto place = [&, how = flags] { EXPECT_EQ(_PlaceBitmap(session, name.c_str(), 1, 3, 4, how), 0); };

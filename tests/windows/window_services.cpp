@@ -97,13 +97,9 @@ TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
     _SetColor(session, 12, background);
     const auto [width, height] = Client();
     const long middle_x = (width - 8) / 2, middle_y = (height - 6) / 2;
-    Table<int32_t, long, long> cases = {{0, 0, 0},
-                                        {2, 20, 30},
-                                        {1, width - 8 - 20, 30},
-                                        {8, 20, height - 6 - 30},
-                                        {4, width - 8 - 20, height - 6 - 30},
-                                        {16384, middle_x, middle_y},
-                                        {128, middle_x, middle_y}};
+    Table<int32_t, long, long> cases = {
+        {0, 0, 0},   {1, width - 8 - 20, 30},  {128, middle_x, middle_y},  {4, width - 8 - 20, height - 6 - 30},
+        {2, 20, 30}, {8, 20, height - 6 - 30}, {16384, middle_x, middle_y}};
     for (const auto& [flags, x, y] : cases) {
         ASSERT_EQ(Place(file, flags, 20, 30), 0);
         const RECT around{std::max(x - 2, 0L), std::max(y - 2, 0L), std::min(x + 10, width), std::min(y + 8, height)};
