@@ -149,11 +149,8 @@ TEST_F(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames
     ASSERT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
     EXPECT_EQ(2000u, engine->Installed().size());
     EXPECT_EQ(Tree(folder.Setup(L"tree")), Tree(folder.Target()));
-    engine->Commit();
-    const std::wstring log = engine->LogFile();
-    engine.reset();
-    const auto removed = Uninstall(log);
-    EXPECT_EQ(2000u + 25u, removed.size());
+    const std::wstring log = End();
+    EXPECT_EQ(2000u + 25u, Uninstall(log).size());
     EXPECT_FALSE(Exists(folder.Target()));
     EXPECT_FALSE(Exists(log));
 }
@@ -201,13 +198,11 @@ TEST_F(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)
     EXPECT_EQ(0, Selected(*engine, {L"Tools", L"Help"}));
     Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
     Feature(*engine, {L"Tools", L"Help"})->SetSelected(2);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}), Tree(folder.Target()));
     Reopen();
     ServiceOf<ISetupData>(*engine).query<ISetupDataEx>()->SetRemoveAllMode(VARIANT_TRUE);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_FALSE(Exists(folder.Target()));
 }
 
@@ -236,7 +231,6 @@ TEST_F(Maintenance, LeavesAFileThatAnotherFeatureNeeds)
     Install();
     Reopen();
     Feature(*engine, {L"One"})->SetSelected(0);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_EQ((std::vector<std::wstring>{L"both.bin"}), Tree(folder.Target()));
 }

@@ -233,8 +233,7 @@ TEST(Gif, DeliversItsBlocksInOrder)
 
 TEST(Gif, TellsWhatIsWrong)
 {
-    const std::string image = GifImageHead(0, 0, 4, 1) + Codes({4, 1, 6, 5});
-    const std::string screen = GifScreen(4, 1, 2);
+    const std::string image = GifImageHead(0, 0, 4, 1) + Codes({4, 1, 6, 5}), screen = GifScreen(4, 1, 2);
     const std::string bad_text = std::string("!\1\3\1\2\3\2ab\0", 10);
     const std::string giant = GifImageHead(0, 0, 65535, 65535) + Codes({4, 5});
     Table<const char*, std::string, uint32_t> cases = {

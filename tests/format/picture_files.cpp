@@ -98,8 +98,7 @@ std::string MetafileFile(const std::string& records, unsigned words, const std::
 
 TEST(PictureFiles, GiveAWholeMetafile)
 {
-    const std::string two = Record(4, 0x20B) + Record(5, 0x20C);
-    const std::string end = Record(3, 0);
+    const std::string two = Record(4, 0x20B) + Record(5, 0x20C), end = Record(3, 0);
     Table<const char*, std::string, uint32_t, std::string> cases = {
         {"as it should be", MetafileFile(two + end, 21), 0, two},
         {"its size with the file's header", MetafileFile(two + end, 32), 0, two},
@@ -128,24 +127,18 @@ TEST(PictureFiles, GiveAWholeMetafile)
 
 TEST(PictureFiles, ReadPalettes)
 {
-    const auto file = [](unsigned count, unsigned entries, unsigned length) {
-        std::string made = "RIFF" + Long(0) + "PAL data" + Long(length) + Word(0x300) + Word(count);
-        for (unsigned i = 0; i < entries; ++i)
-            made += Long(0x04030201 + i);
-        return made;
-    };
     // Where the first color goes and how many there are; none in a file that is refused.
     Table<const char*, std::string, unsigned, unsigned> cases = {
-        {"whole", file(256, 256, 4 + 1024), 0, 256},
-        {"whole, with more behind", file(256, 300, 4 + 1200), 0, 256},
-        {"a short chunk", file(256, 256, 4 + 400), 0, 100},
-        {"between the system's colors", file(236, 236, 4 + 944), 10, 236},
-        {"few", file(16, 16, 4 + 64), 10, 16},
-        {"too many", file(1000, 1000, 4 + 4000), 10, 236},
-        {"cut", file(256, 256, 4 + 1024).substr(0, 1047), 0, 0},
-        {"a chunk without a header", file(256, 256, 3), 0, 0},
-        {"cut in the header", file(256, 0, 4).substr(0, 23), 0, 0},
-        {"another mark", "RIFX" + file(256, 256, 1028).substr(4), 0, 0}};
+        {"whole", PaletteFile(256, 256, 4 + 1024), 0, 256},
+        {"whole, with more behind", PaletteFile(256, 300, 4 + 1200), 0, 256},
+        {"a short chunk", PaletteFile(256, 256, 4 + 400), 0, 100},
+        {"between the system's colors", PaletteFile(236, 236, 4 + 944), 10, 236},
+        {"few", PaletteFile(16, 16, 4 + 64), 10, 16},
+        {"too many", PaletteFile(1000, 1000, 4 + 4000), 10, 236},
+        {"cut", PaletteFile(256, 256, 4 + 1024).substr(0, 1047), 0, 0},
+        {"a chunk without a header", PaletteFile(256, 256, 3), 0, 0},
+        {"cut in the header", PaletteFile(256, 0, 4).substr(0, 23), 0, 0},
+        {"another mark", "RIFX" + PaletteFile(256, 256, 1028).substr(4), 0, 0}};
     for (const auto& [name, bytes, first, count] : cases) {
         palette_picture palette;
         EXPECT_EQ(ReadPaletteFile(Bytes(bytes), palette), count ? picture_done : picture_data_error) << name;

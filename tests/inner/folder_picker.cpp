@@ -76,7 +76,7 @@ TEST_F(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
 }
 
 // A dialog with nothing in it, which tells the picker what a platform's would.
-class BareDialog {
+class BareDialog : Pinned {
 public:
     explicit BareDialog(const BROWSEINFOW* info) : m_info(info)
     {
@@ -86,8 +86,6 @@ public:
         } bare{{WS_POPUP | WS_CAPTION, WS_EX_CONTEXTHELP, 0, 0, 0, 150, 100}, 0, 0, 0};
         m_window = CreateDialogIndirectParamW(nullptr, &bare.dialog, nullptr, &Procedure, 0);
     }
-    BareDialog(const BareDialog&) = delete;
-    BareDialog& operator=(const BareDialog&) = delete;
     ~BareDialog() { DestroyWindow(m_window); }
 
     HWND window() const { return m_window; }

@@ -46,12 +46,10 @@ TEST(PictureLoading, TakesEveryKindOfBitmap)
     const TempFolder folder;
     const std::string rows_24 =
         Rows(Number(0x0000FF, 3) + Number(0xFFFFFF, 3), Number(0xFF0000, 3) + Number(0x00FF00, 3));
-    const std::string rows_8 = Rows("\2\3", std::string("\0\1", 2));
-    const std::string rows_4 = Rows("\x23", "\x01");
+    const std::string rows_8 = Rows("\2\3", std::string("\0\1", 2)), rows_4 = Rows("\x23", "\x01");
     const struct {
         const char* name;
-        std::string file;
-        std::string colors = four_colors;
+        std::string file, colors = four_colors;
     } cases[] = {
         {"1 bit", BitmapFile(BitmapHeader(2, 2, 1), table.substr(0, 8), Rows("\x80", "\x40")),
          "FF0000 00FF00 00FF00 FF0000 "},
@@ -93,8 +91,7 @@ TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
 {
     const TempFolder folder;
     const std::string good = BitmapFile(BitmapHeader(2, 1, 24), "", Number(0x332211, 3) + Number(0x665544, 3) + "..");
-    const std::wstring bitmap = folder.Write(L"good.bmp", good);
-    const std::wstring library = StandardLibrary();
+    const std::wstring bitmap = folder.Write(L"good.bmp", good), library = StandardLibrary();
     CopyFileW(library.c_str(), (folder / L"some.dll").c_str(), FALSE);
     const std::string nothing = "FFFFFF FFFFFF ";
     Table<std::wstring, uint32_t, std::string> cases = {
@@ -158,9 +155,7 @@ TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
 TEST(PictureLoading, ReadsPalettes)
 {
     const TempFolder folder;
-    std::string file = "RIFF" + Long(0) + "PAL data" + Long(4 + 1024) + Word(0x300) + Word(256);
-    for (unsigned i = 0; i < 256; ++i)
-        file += Long(0x030201 + i);
+    const std::string file = PaletteFile(256, 256, 4 + 1024, 0x030201);
     const unique_palette palette = LoadPalette(folder.Write(L"some.pal", file).c_str());
     ASSERT_TRUE(palette);
     PALETTEENTRY last{};

@@ -5,7 +5,7 @@
 
 namespace vh::test {
 
-class DialogDriver {
+class DialogDriver : Pinned {
 public:
     // A step is asked again until it answers true; it must not wait itself, so buttons are pressed by posting.
     using Step = std::function<bool()>;
@@ -15,8 +15,6 @@ public:
         s_current = this;
         m_timer = SetTimer(nullptr, 0, 10, &OnTimer);
     }
-    DialogDriver(const DialogDriver&) = delete;
-    DialogDriver& operator=(const DialogDriver&) = delete;
     ~DialogDriver()
     {
         KillTimer(nullptr, m_timer);

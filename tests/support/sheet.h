@@ -13,7 +13,7 @@ inline std::string ColorText(DWORD color)
     return text;
 }
 
-class Sheet {
+class Sheet : Pinned {
 public:
     Sheet(int width, int height, COLORREF color) : m_size{width, height}, m_context(CreateCompatibleDC(nullptr))
     {
@@ -32,8 +32,6 @@ public:
         FillRect(m_context, &all, brush);
         DeleteObject(brush);
     }
-    Sheet(const Sheet&) = delete;
-    Sheet& operator=(const Sheet&) = delete;
     ~Sheet()
     {
         SelectObject(m_context, m_before);

@@ -25,6 +25,8 @@
 
 #include <gtest/gtest.h>
 
+#include "pinned.h"
+
 #ifdef _WIN32
 #include <windows.h>
 
@@ -42,6 +44,18 @@ namespace vh::test {
 // Rows that a loop takes apart under names: `for (const auto& [number, word] : rows)`.
 template <class... Cells>
 using Table = const std::tuple<Cells...>[];
+
+// The code of the exception that ends some work; 0 when it comes to its end.
+template <class Exception, class Work>
+auto CodeOf(Work&& work) -> decltype(std::declval<const Exception&>().code())
+{
+    try {
+        work();
+    } catch (const Exception& failure) {
+        return failure.code();
+    }
+    return {};
+}
 
 } // namespace vh::test
 

@@ -333,12 +333,7 @@ TEST_F(FolderPicker, EndsWithTheErrorWhenMemoryRunsOutInside)
         no_memory.emplace("SysAllocStringLen", NoText, L"VHRT.dll");
         return Type(L"c:\\a text that is not short");
     };
-    try {
-        Browse(session, {L"c:\\", {EditStands, run_out}});
-        ADD_FAILURE();
-    } catch (const vh::com_exception& failure) {
-        EXPECT_EQ(failure.code(), E_OUTOFMEMORY);
-    }
+    EXPECT_EQ(CodeOf<vh::com_exception>([&] { Browse(session, {L"c:\\", {EditStands, run_out}}); }), E_OUTOFMEMORY);
     EXPECT_FALSE(Dialog());
 }
 

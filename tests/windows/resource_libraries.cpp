@@ -30,8 +30,7 @@ void Speak(LANGID language)
 struct Control {
     HWND window;
     int id;
-    std::wstring type;
-    std::wstring text;
+    std::wstring type, text;
     LONG_PTR style;
     RECT place;
 
@@ -168,11 +167,9 @@ TEST(ResourceLibraries, HaveDialogsThatFitInEachLanguage)
         for (const LANGID language : languages) {
             SCOPED_TRACE(std::to_string(number) + " in language " + std::to_string(language));
             Speak(language);
-            ASSERT_EQ(_DefineDialog(session, L"d", nullptr, TextsFile(library).c_str(), number, L"", 0, nullptr,
-                                    DialogStandardEvents),
-                      0);
-            ASSERT_EQ(_WaitOnDialog(session, L"d"), DialogCreated);
-            const auto dialog = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d"));
+            const TestDialog made(session, Stage::created, L"d", number, DialogStandardEvents, TextsFile(library));
+            const HWND dialog = made.window();
+            ASSERT_TRUE(dialog);
             std::vector<Control> controls;
             std::ranges::transform(VisibleChildren(dialog), std::back_inserter(controls), ControlOf);
             ExpectApart(dialog, MayShare);
@@ -191,8 +188,6 @@ TEST(ResourceLibraries, HaveDialogsThatFitInEachLanguage)
                 texts.back() += control.text;
                 numbers.back().push_back(control.id);
             }
-            EXPECT_EQ(_EndDialog(session, L"d"), 0);
-            EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
         }
         EXPECT_EQ(numbers[0], numbers[1]) << number;
         EXPECT_NE(texts[0], texts[1]) << number << " is not translated";

@@ -1,5 +1,6 @@
 // The engine's windows as a script drives them: what is seen on them, pixel by pixel where it is ours.
 #include "../support/bitmap_writer.h"
+#include "../support/handle_counts.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
 
@@ -232,8 +233,7 @@ TEST_F(StatusWindows, ShowTitleImageBrandAndBar)
 
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
-    const HWND status = Open();
-    const HWND bar = VisibleChild(status, PROGRESS_CLASSW);
+    const HWND status = Open(), bar = VisibleChild(status, PROGRESS_CLASSW);
     EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
     EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
@@ -330,10 +330,7 @@ TEST(EngineWindowHandles, StayLevelOverManyRuns)
         _GetFont(session, L"Tahoma", 9, 0);
         _DisableStatus(session);
     };
-    const auto handles = [] {
-        return std::pair(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-                         GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    };
+    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
     for (int i = 0; i < 3; ++i)
         run();
     const auto before = handles();
