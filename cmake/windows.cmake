@@ -128,7 +128,7 @@ if(CMAKE_CROSSCOMPILING)
   set_target_properties(vhrt_window_tests PROPERTIES CROSSCOMPILING_EMULATOR ${WINE_RUNNER}-x11)
 endif()
 # Presses the keys of a plan in a program with windows.
-add_executable(vhrt_ui_driver tests/ui/driver.cpp)
+add_executable(vhrt_ui_driver tools/ui/driver.cpp)
 target_link_options(vhrt_ui_driver PRIVATE -municode)
 target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options gtest)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)

@@ -1,9 +1,6 @@
 // Looks for names in arbitrary bytes; no read may go past them.
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-
 #include "../files/font_names.h"
+#include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -18,10 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::u16string text;
         std::int32_t length = -1;
         const auto status = vh::ReadFontName(read, name, 0x409, 100, text, length);
-        if (status == vh::font_name_status::found && (length > 100 || text.size() != std::size_t(length) / 2))
-            std::abort();
-        if (status == vh::font_name_status::too_long && length <= 100)
-            std::abort();
+        Require(status != vh::font_name_status::found || (length <= 100 && text.size() == std::size_t(length) / 2));
+        Require(status != vh::font_name_status::too_long || length > 100);
     }
     return 0;
 }

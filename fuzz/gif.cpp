@@ -1,8 +1,6 @@
 // Reads arbitrary bytes as a GIF file, and everything that it delivers.
-#include <cstdint>
-#include <cstdlib>
-
 #include "../pictures/formats/gif_header.h"
+#include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -17,8 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             sum += record->image.pixels[0] + record->image.pixels[record->image.pixels_size - 1];
         else if (record->kind == vh::gif_plain_text)
             sum += static_cast<unsigned char>(record->text.text[record->text.length]);
-        if (reader.Free(record) != vh::gif_done)
-            std::abort();
+        Require(reader.Free(record) == vh::gif_done);
     }
     return sum == ~0u;
 }

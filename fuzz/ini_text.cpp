@@ -1,9 +1,6 @@
 // Reads arbitrary bytes as INI text of both unit sizes, with separators of several lengths.
-#include <cstdint>
-#include <cstdlib>
-#include <vector>
-
 #include "../files/ini_text.h"
+#include "fuzz.h"
 
 namespace {
 
@@ -13,14 +10,9 @@ void Walk(const std::basic_string<Unit>& text, std::basic_string_view<Unit> sepa
     const std::vector<Unit> exact(text.begin(), text.end());
     vh::ini_reader<Unit> reader({exact.data(), exact.size()}, separator);
     std::size_t taken = 0;
-    for (;;) {
-        const vh::ini_line line = reader.next();
-        if (line == vh::ini_line::end || line == vh::ini_line::broken)
-            break;
+    for (auto line = reader.next(); line != vh::ini_line::end && line != vh::ini_line::broken; line = reader.next())
         taken += reader.name().size() + reader.value().size();
-    }
-    if (taken > text.size())
-        std::abort();
+    Require(taken <= text.size());
 }
 
 } // namespace

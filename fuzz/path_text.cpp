@@ -1,20 +1,6 @@
 // Any text taken apart as a path: parts stay inside of it and fit together, shortening ends.
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <string>
-
 #include "../scriptdata/path_text.h"
-
-namespace {
-
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
-
-} // namespace
+#include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
 {

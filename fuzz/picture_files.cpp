@@ -1,10 +1,8 @@
 // Reads arbitrary bytes as a bitmap, a metafile and a palette.
-#include <cstdint>
-#include <cstdlib>
-
 #include "../pictures/formats/bitmap_file.h"
 #include "../pictures/formats/metafile_file.h"
 #include "../pictures/formats/palette_file.h"
+#include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -13,12 +11,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const auto read : {&vh::ReadBitmapFile, &vh::ReadBitmapResource})
         if (read(bytes, bitmap) == vh::picture_done) {
             const uint64_t row = (uint64_t{static_cast<uint32_t>(bitmap.width)} * bitmap.bits + 31) / 32 * 4;
-            if (bitmap.pixels.size() != row * static_cast<uint64_t>(std::abs(int64_t{bitmap.height})))
-                std::abort();
+            Require(bitmap.pixels.size() == row * static_cast<uint64_t>(std::abs(int64_t{bitmap.height})));
         }
     vh::metafile_picture metafile;
-    if (vh::ReadMetafile(bytes, metafile) == vh::picture_done && metafile.bits.size() > size)
-        std::abort();
+    Require(vh::ReadMetafile(bytes, metafile) != vh::picture_done || metafile.bits.size() <= size);
     vh::palette_picture palette;
     return vh::ReadPaletteFile(bytes, palette) == ~0u;
 }

@@ -1,10 +1,6 @@
 // Cuts arbitrary bytes into lines of both unit sizes.
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-#include <memory>
-
 #include "../files/text_lines.h"
+#include "fuzz.h"
 
 namespace {
 
@@ -19,8 +15,7 @@ void Cut(const std::uint8_t* data, std::size_t size)
     const char* cursor = buffer.get();
     std::basic_string_view<Unit> line;
     for (const char* before = cursor; vh::TakeLine<Unit>(buffer.get(), size, cursor, line); before = cursor)
-        if (cursor <= before)
-            std::abort();
+        Require(cursor > before);
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 // Walks arbitrary bytes as a trace file; what is read back must scramble to what was there.
-#include <algorithm>
-#include <cstdlib>
-#include <vector>
-
 #include "../diagnostics/trace_record.h"
+#include "fuzz.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -13,10 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         std::vector<std::byte> copy(payload.begin(), payload.end());
         vh::TraceDescramble(copy);
         vh::TraceScramble(copy);
-        if (!std::equal(copy.begin(), copy.end(), payload.begin()))
-            std::abort();
+        Require(std::ranges::equal(copy, payload));
     }
-    if (reader.offset() > size)
-        std::abort();
+    Require(reader.offset() <= size);
     return 0;
 }

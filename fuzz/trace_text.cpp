@@ -1,17 +1,8 @@
 // Any script's format and any address: what a trace line is made of stores no number and shows no password.
-#include <cstdint>
-#include <cstdlib>
-#include <cstring>
-
 #include "../diagnostics/trace_text.h"
+#include "fuzz.h"
 
 namespace {
-
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 // No conversion of a format ends in "n", as the C library reads it.
 template <class Unit>

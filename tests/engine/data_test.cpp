@@ -73,11 +73,8 @@ TEST_F(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)
     options.targetDir = folder.Target(L"elsewhere");
     Reopen(options);
     EXPECT_TRUE(engine->Maintenance());
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    const std::wstring log = Install();
     EXPECT_TRUE(Exists(folder.Target(L"elsewhere\\a.bin")));
-    const std::wstring log = engine->LogFile();
-    engine.reset();
     Uninstall(log);
     EXPECT_FALSE(Exists(folder.Target()));
 }

@@ -45,13 +45,7 @@ unique_file Hold(const std::wstring& path)
     return unique_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-// A system function past the import table, which the tests below patch.
-template <class Function>
-Function* System(const char* name)
-{
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
-}
+using vh::test::OfSystem;
 
 // Writes to the log go half way and fail while this is set.
 bool log_disk_is_full = false;
@@ -59,8 +53,8 @@ bool log_disk_is_full = false;
 BOOL WINAPI WriteToFullDisk(HANDLE file, const void* bytes, DWORD size, DWORD* written, OVERLAPPED* overlapped)
 {
     if (!log_disk_is_full || !size || *static_cast<const char*>(bytes) != '{')
-        return System<decltype(WriteFile)>("WriteFile")(file, bytes, size, written, overlapped);
-    System<decltype(WriteFile)>("WriteFile")(file, bytes, size / 2, written, overlapped);
+        return OfSystem<decltype(WriteFile)>("WriteFile")(file, bytes, size, written, overlapped);
+    OfSystem<decltype(WriteFile)>("WriteFile")(file, bytes, size / 2, written, overlapped);
     SetLastError(ERROR_DISK_FULL);
     return FALSE;
 }
@@ -72,27 +66,24 @@ BOOL WINAPI SetEvenTime(HANDLE file, const FILETIME* made, const FILETIME* read,
     const uint64_t exact = static_cast<uint64_t>(written->dwHighDateTime) << 32 | written->dwLowDateTime;
     const uint64_t even = exact / unit * unit;
     const FILETIME kept{static_cast<DWORD>(even & 0xFFFFFFFF), static_cast<DWORD>(even >> 32)};
-    return System<decltype(SetFileTime)>("SetFileTime")(file, made, read, &kept);
+    return OfSystem<decltype(SetFileTime)>("SetFileTime")(file, made, read, &kept);
 }
 
 } // namespace
 
 TEST_F(Journal, BelongsToOneSetupAtATimeFromTheStart)
 {
-    for (const auto& second :
-         {std::function<void()>([&] { folder.Open(); }), std::function<void()>([&] { Uninstall(LogFile()); })})
+    for (const bool removal : {false, true})
         try {
-            second();
+            removal ? static_cast<void>(Uninstall(LogFile())) : static_cast<void>(folder.Open());
             ADD_FAILURE() << "two setups of one product";
         } catch (const engine_error& error) {
             EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION), error.code());
-            EXPECT_NE(std::wstring::npos, error.message().reason.find(L"another setup of this product is running"));
-            EXPECT_NE(std::wstring::npos,
-                      error.message().reason.find(L"process " + Number(GetCurrentProcessId()) + L","));
+            const std::wstring& reason = error.message().reason;
+            EXPECT_NE(std::wstring::npos, reason.find(L"another setup of this product is running"));
+            EXPECT_NE(std::wstring::npos, reason.find(L"process " + Number(GetCurrentProcessId()) + L","));
         }
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
-    engine.reset();
+    Install();
     EXPECT_TRUE(folder.Open()->Maintenance());
 }
 
@@ -113,10 +104,7 @@ TEST_F(Journal, OneChangedByteCostsNoMoreThanItsLine)
         }
         EXPECT_EQ(installed, Tree(folder.Target())) << place;
         const auto removals = Uninstall(log);
-        EXPECT_EQ(1,
-                  std::count_if(removals.begin(), removals.end(),
-                                [](const Removal& removal) { return removal.outcome == RemovalOutcome::unreadable; }))
-            << place;
+        EXPECT_EQ(1, std::ranges::count(removals, RemovalOutcome::unreadable, &Removal::outcome)) << place;
         EXPECT_EQ("mine", ReadWhole(folder.Target(L"bin\\mine.txt"), 100));
         EXPECT_LE(Tree(folder.Target()).size(), 4u) << place << ": more than one record was lost";
         EXPECT_FALSE(Exists(log));
@@ -215,8 +203,7 @@ TEST_F(Journal, TheOriginalOfAStepThatCouldNotBeUndoneComesBackAtRemoval)
         engine->Rollback();
         Reopen();
         // The file is there and the same; this run makes it its own.
-        ASSERT_EQ(S_OK, MoveAll(*engine));
-        engine->Commit();
+        Install();
         Reopen();
     }
     EXPECT_EQ(std::string(30, 'c'), ReadWhole(folder.Target(L"c.bin"), 100));
@@ -230,11 +217,7 @@ TEST_F(Journal, ARemovalForgetsNothingThatCouldNotBeUndone)
 {
     const std::wstring path = folder.Target(L"one.lnk"), waiting = folder.Target(L".~vh123456789abc-1.old");
     WriteText(waiting, "user's");
-    LogRecord taken;
-    taken.kind = LogKind::taken;
-    taken.id = taken.run = 1;
-    taken.what = path;
-    taken.backup = waiting;
+    const LogRecord taken{.kind = LogKind::taken, .id = 1, .run = 1, .what = path, .backup = waiting};
     const std::wstring log = engine->LogFile();
     engine.reset();
     WriteText(log, Lines({taken}));
@@ -303,8 +286,7 @@ TEST_F(Journal, FoldersStayOwnedUntilTheyAreGoneAndUnselectingIsRemembered)
     // The folder "bin" is not empty while a file of the user's is in it.
     WriteText(folder.Target(L"bin\\mine.txt"), "mine");
     Feature(*engine, {L"Tools"})->SetSelected(0);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\mine.txt"}), Tree(folder.Target()));
     RemoveFile(folder.Target(L"bin\\mine.txt"));
     Reopen();
@@ -444,11 +426,7 @@ TEST_F(Journal, ForgedRecordsReachNoFileOfOthers)
     const std::wstring log = Install();
     const std::string content = ReadWhole(log, 100'000);
     const std::wstring victim = folder.Root() + L"\\victim.txt";
-    LogRecord file;
-    file.kind = LogKind::file;
-    file.id = 900;
-    file.run = 1;
-    file.what = folder.Target(L"a.bin");
+    const LogRecord file{.kind = LogKind::file, .id = 900, .run = 1, .what = folder.Target(L"a.bin")};
     std::vector<LogRecord> forged(7, file);
     forged[0].temp = victim;
     forged[1].backup = victim;

@@ -161,10 +161,7 @@ TEST_F(Registry, CanBeARunsOwn)
     EXPECT_EQ(L"32", key.Text(L"V", L"\\Own\\HKLM32\\Software\\Any"));
     log.reset();
     registry.reset();
-    engine->Commit();
-    const std::wstring logFile = engine->LogFile();
-    engine.reset();
-    Uninstall(logFile);
+    Uninstall(End());
     EXPECT_FALSE(key.Exists());
 }
 
@@ -440,8 +437,7 @@ TEST_F(RestartTexts, ReachTheNextRunOnceTheyAreCommitted)
     Reopen();
     EXPECT_EQ(L"0", Left()) << "no commit";
     Put(L"c");
-    const std::wstring log = Install();
-    const std::wstring kept = JoinPath(FolderOf(log), L"restart.json");
+    const std::wstring log = Install(), kept = JoinPath(FolderOf(log), L"restart.json");
     EXPECT_EQ("[[\"c\",\"\",\"\\\"\xC3\x9C\\\"\"]]", ReadWhole(kept, 100));
     Reopen();
     EXPECT_EQ(L"1", Left());

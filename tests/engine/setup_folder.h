@@ -48,7 +48,7 @@ inline std::vector<std::wstring> Tree(const std::wstring& folder)
 }
 
 // Lives below the temporary folder and goes with the test.
-class SetupFolder {
+class SetupFolder : vh::test::Pinned {
 public:
     SetupFolder()
     {
@@ -67,8 +67,6 @@ public:
         if (!m_stays)
             RemoveTree(m_root);
     }
-    SetupFolder(const SetupFolder&) = delete;
-    SetupFolder& operator=(const SetupFolder&) = delete;
 
     std::wstring Setup(const std::wstring& name = {}) const { return JoinPath(m_root + L"\\setup", name); }
     std::wstring Target(const std::wstring& name = {}) const { return JoinPath(m_root + L"\\target", name); }
@@ -185,6 +183,10 @@ protected:
     std::wstring Install()
     {
         EXPECT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
+        return End();
+    }
+    std::wstring End()
+    {
         engine->Commit();
         const std::wstring log = engine->LogFile();
         engine.reset();

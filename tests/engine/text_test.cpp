@@ -82,21 +82,14 @@ TEST_F(TextStores, BeginWithTheVariablesOfTheRunAndTheSystem)
     wchar_t temp[MAX_PATH + 1];
     GetTempPathW(MAX_PATH, temp);
     const std::pair<const wchar_t*, std::wstring> plain[] = {
-        {L"TARGETDIR", folder.Target()},
-        {L"SRCDIR", folder.Setup()},
-        {L"ENGINEDIR", folder.Setup()},
-        {L"ENGINECOMMONDIR", folder.Setup()},
-        {L"SUPPORTDIR", std::wstring(support.view())},
-        {L"SHAREDSUPPORTDIR", std::wstring(support.view())},
-        {L"TEMPDIR", FullPath(temp)},
-        {L"PRODUCT_NAME", L"Probe"},
-        {L"PRODUCT_VERSION", L"1.0"},
-        {L"PRODUCT_GUID", L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}"},
-        {L"INSTALL_GUID", L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}"},
-        {L"COMPANY_NAME", L"overridden"},
-        {L"LANGUAGE", L"1031"},
-        {L"OURS", L"host's"},
-        {L"DESKTOP", L"elsewhere"}};
+        {L"OURS", L"host's"},          {L"TARGETDIR", folder.Target()},
+        {L"LANGUAGE", L"1031"},        {L"COMPANY_NAME", L"overridden"},
+        {L"DESKTOP", L"elsewhere"},    {L"ENGINECOMMONDIR", folder.Setup()},
+        {L"SRCDIR", folder.Setup()},   {L"SUPPORTDIR", std::wstring(support.view())},
+        {L"PRODUCT_NAME", L"Probe"},   {L"SHAREDSUPPORTDIR", std::wstring(support.view())},
+        {L"TEMPDIR", FullPath(temp)},  {L"PRODUCT_GUID", L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}"},
+        {L"PRODUCT_VERSION", L"1.0"},  {L"INSTALL_GUID", L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}"},
+        {L"ENGINEDIR", folder.Setup()}};
     for (const auto& [name, value] : plain)
         EXPECT_EQ(value, Value(*global.get(), name)) << ToUtf8(name);
     EXPECT_EQ(L"host's", Substituted(*global.get(), L"<OWN>"));

@@ -66,60 +66,45 @@ TEST_F(Transfer, CancelTakesBackWhatWasWritten)
 }
 
 // A target that can't be written fails the move with its name, and everything is as it was before.
-struct Obstacle {
-    const char* name;
-    HRESULT code;
-    std::function<unique_file(const SetupFolder&)> put;
-};
-
-class ObstacleTest : public OnTree, public testing::WithParamInterface<Obstacle> {};
-
-TEST_P(ObstacleTest, RollsBackAndNamesTheFile)
+TEST(Obstacles, RollTheMoveBackAndAreNamed)
 {
-    WriteText(folder.Target(L"a.bin"), "older");
-    const auto before = FactsOf(folder.Target(L"a.bin")).time;
-    Reopen();
-    const unique_file held = GetParam().put(folder);
-    const auto tree = Tree(folder.Target());
-    EXPECT_EQ(GetParam().code, MoveAll(*engine));
-    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"c.bin")) << ToUtf8(LastReason(*engine));
-    EXPECT_EQ(tree, Tree(folder.Target()));
-    EXPECT_EQ("older", ReadWhole(folder.Target(L"a.bin"), 100));
-    EXPECT_EQ(before, FactsOf(folder.Target(L"a.bin")).time);
-    engine.reset();
-    EXPECT_EQ(tree, Tree(folder.Target()));
-    EXPECT_FALSE(Exists(folder.Data() + L"\\{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}\\install.log"));
+    vh::test::Table<const char*, HRESULT, std::function<unique_file(const SetupFolder&)>> obstacles = {
+        {"locked target", HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION),
+         [](const SetupFolder& folder) {
+             WriteText(folder.Target(L"c.bin"), "in use");
+             return Hold(folder.Target(L"c.bin"));
+         }},
+        {"read-only target", HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED),
+         [](const SetupFolder& folder) {
+             WriteText(folder.Target(L"c.bin"), "fixed");
+             SetFileAttributesW(folder.Target(L"c.bin").c_str(), FILE_ATTRIBUTE_READONLY);
+             return unique_file();
+         }},
+        {"folder in place", HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS),
+         [](const SetupFolder& folder) { return MakeFolders(folder.Target(L"c.bin")), unique_file(); }},
+        {"missing payload", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+         [](const SetupFolder& folder) { return RemoveFile(folder.Setup(L"c.bin")), unique_file(); }},
+        {"changed payload", HRESULT_FROM_WIN32(ERROR_FILE_INVALID),
+         [](const SetupFolder& folder) { return folder.Payload(L"c.bin", "shorter"), unique_file(); }}};
+    for (const auto& [name, code, put] : obstacles) {
+        SCOPED_TRACE(name);
+        const SetupFolder folder;
+        MakeTree(folder);
+        WriteText(folder.Target(L"a.bin"), "older");
+        const auto before = FactsOf(folder.Target(L"a.bin")).time;
+        auto engine = folder.Open();
+        const unique_file held = put(folder);
+        const auto tree = Tree(folder.Target());
+        EXPECT_EQ(code, MoveAll(*engine));
+        EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"c.bin")) << ToUtf8(LastReason(*engine));
+        EXPECT_EQ(tree, Tree(folder.Target()));
+        EXPECT_EQ("older", ReadWhole(folder.Target(L"a.bin"), 100));
+        EXPECT_EQ(before, FactsOf(folder.Target(L"a.bin")).time);
+        engine.reset();
+        EXPECT_EQ(tree, Tree(folder.Target()));
+        EXPECT_FALSE(Exists(folder.Data() + L"\\{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}\\install.log"));
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Of, ObstacleTest,
-                         testing::Values(Obstacle{"LockedTarget", HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION),
-                                                  [](const SetupFolder& folder) {
-                                                      WriteText(folder.Target(L"c.bin"), "in use");
-                                                      return Hold(folder.Target(L"c.bin"));
-                                                  }},
-                                         Obstacle{"ReadOnlyTarget", HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED),
-                                                  [](const SetupFolder& folder) {
-                                                      WriteText(folder.Target(L"c.bin"), "fixed");
-                                                      SetFileAttributesW(folder.Target(L"c.bin").c_str(),
-                                                                         FILE_ATTRIBUTE_READONLY);
-                                                      return unique_file();
-                                                  }},
-                                         Obstacle{"FolderInPlace", HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS),
-                                                  [](const SetupFolder& folder) {
-                                                      MakeFolders(folder.Target(L"c.bin"));
-                                                      return unique_file();
-                                                  }},
-                                         Obstacle{"MissingPayload", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
-                                                  [](const SetupFolder& folder) {
-                                                      RemoveFile(folder.Setup(L"c.bin"));
-                                                      return unique_file();
-                                                  }},
-                                         Obstacle{"ChangedPayload", HRESULT_FROM_WIN32(ERROR_FILE_INVALID),
-                                                  [](const SetupFolder& folder) {
-                                                      folder.Payload(L"c.bin", "shorter");
-                                                      return unique_file();
-                                                  }}),
-                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST_F(Transfer, RefusesWhatDoesNotFitOnTheDrive)
 {
@@ -164,11 +149,8 @@ TEST_F(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames
     ASSERT_EQ(S_OK, MoveAll(*engine)) << ToUtf8(LastReason(*engine));
     EXPECT_EQ(2000u, engine->Installed().size());
     EXPECT_EQ(Tree(folder.Setup(L"tree")), Tree(folder.Target()));
-    engine->Commit();
-    const std::wstring log = engine->LogFile();
-    engine.reset();
-    const auto removed = Uninstall(log);
-    EXPECT_EQ(2000u + 25u, removed.size());
+    const std::wstring log = End();
+    EXPECT_EQ(2000u + 25u, Uninstall(log).size());
     EXPECT_FALSE(Exists(folder.Target()));
     EXPECT_FALSE(Exists(log));
 }
@@ -216,13 +198,11 @@ TEST_F(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)
     EXPECT_EQ(0, Selected(*engine, {L"Tools", L"Help"}));
     Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
     Feature(*engine, {L"Tools", L"Help"})->SetSelected(2);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}), Tree(folder.Target()));
     Reopen();
     ServiceOf<ISetupData>(*engine).query<ISetupDataEx>()->SetRemoveAllMode(VARIANT_TRUE);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_FALSE(Exists(folder.Target()));
 }
 
@@ -251,7 +231,6 @@ TEST_F(Maintenance, LeavesAFileThatAnotherFeatureNeeds)
     Install();
     Reopen();
     Feature(*engine, {L"One"})->SetSelected(0);
-    ASSERT_EQ(S_OK, MoveAll(*engine));
-    engine->Commit();
+    Install();
     EXPECT_EQ((std::vector<std::wstring>{L"both.bin"}), Tree(folder.Target()));
 }

@@ -64,7 +64,7 @@ TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
 
 // A process that never begins to run: the system's command processor under a name of the test's own, below a
 // process that the test chooses.
-class WaitingProcess {
+class WaitingProcess : Pinned {
 public:
     WaitingProcess(const TempFolder& folder, const std::wstring& name, HANDLE parent = GetCurrentProcess())
     {
@@ -96,8 +96,6 @@ public:
         TerminateProcess(m_process.get(), 0);
         WaitForSingleObject(m_process.get(), 10000);
     }
-    WaitingProcess(const WaitingProcess&) = delete;
-    WaitingProcess& operator=(const WaitingProcess&) = delete;
 
     int32_t id() const { return m_id; }
     HANDLE handle() const { return m_process.get(); }

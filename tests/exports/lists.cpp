@@ -51,21 +51,17 @@ struct Model {
     {
         if (items.empty())
             return 1;
-        switch (index) {
-        case ListIndexFirst:
-            at = 0;
-            return 0;
-        case ListIndexLast:
-            at = count() - 1;
-            return 0;
-        case ListIndexPrevious:
-            return at == 0 ? -1 : (--at, 0);
-        case ListIndexNext:
+        if (index == ListIndexNext)
             return Next();
-        }
-        if (index < 0 || index >= count())
+        if (index == ListIndexPrevious && at == 0)
+            return -1;
+        const int32_t to = index == ListIndexFirst      ? 0
+                           : index == ListIndexLast     ? count() - 1
+                           : index == ListIndexPrevious ? at - 1
+                                                        : index;
+        if (to < 0 || to >= count())
             return 1;
-        at = index;
+        at = to;
         return 0;
     }
 };

@@ -355,15 +355,11 @@ TEST(FileMedia, EnumeratesFilesByPattern)
 {
     const Session session;
     Table<const wchar_t*, const wchar_t*, const wchar_t*> cases = {
-        {L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
-        {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
-        {L"Tools\\Extra", L"*.none", L""},
-        {L"Tools\\Extra", L"none\\*", L"-105"},
-        {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
-        {L"", L"*h*", L"help\\d.bin"},
-        {L"", L"help\\*", L"d.bin"},
-        {L"", L"none\\*", L"-105"},
-        {L"No such", L"*", L"-105"}};
+        {L"", L"none\\*", L"-105"},       {L"Tools\\Extra", L"none\\*", L"-105"},
+        {L"", L"help\\*", L"d.bin"},      {L"Tools\\Extra", L"*.*", L"extra\\c.bin"},
+        {L"No such", L"*", L"-105"},      {L"Tools\\Extra", L"EXTRA\\c.*", L"c.bin"},
+        {L"", L"*h*", L"help\\d.bin"},    {L"", L"*", L"core\\a.bin|tools\\b.bin|extra\\c.bin|help\\d.bin"},
+        {L"Tools\\Extra", L"*.none", L""}};
     for (const auto& [item, pattern, files] : cases)
         EXPECT_EQ(Files(session, item, pattern, 0), files) << item << " " << pattern;
     EXPECT_EQ(_ComponentFileEnum(session, data, L"Tools\\Extra", L"*", 99, 0), VHRT_BAD_HANDLE);

@@ -23,16 +23,7 @@ void CountedFree(void* block)
     std::free(block);
 }
 
-template <class Work>
-HRESULT CodeOf(Work&& work)
-{
-    try {
-        work();
-    } catch (const vh::com_exception& failure) {
-        return failure.code();
-    }
-    return S_OK;
-}
+HRESULT CodeOf(const std::function<void()>& work) { return vh::test::CodeOf<vh::com_exception>(work); }
 
 TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
 {

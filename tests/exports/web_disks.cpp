@@ -1,8 +1,8 @@
 // The conversation with a download agent, which is another process here.
 #include "../../exports/vhrt/web_disks.h"
 #include "../../scriptdata/unique.h"
-#include "../support/session.h"
 #include "../support/temp_folder.h"
+#include "../support/texts.h"
 
 namespace {
 
@@ -10,14 +10,12 @@ using namespace vh::test;
 
 HWND AgentWindow() { return FindWindowW(nullptr, L"FetchOnDemand"); }
 
-class Agent {
-public:
-    explicit Agent(const TempFolder& folder) : m_notes(folder / L"notes.txt")
+// A session with a link to an agent.
+class WebDisks : public testing::Test {
+protected:
+    WebDisks()
     {
-        wchar_t program[MAX_PATH];
-        GetModuleFileNameW(nullptr, program, MAX_PATH);
-        const std::wstring path(program);
-        std::wstring line = L"\"" + path.substr(0, path.rfind(L'\\')) + L"\\vhrt_test_agent.exe\" \"" + m_notes + L"\"";
+        std::wstring line = L"\"" + TextsFile(L"vhrt_test_agent.exe") + L"\" \"" + m_notes + L"\"";
         STARTUPINFOW start{};
         start.cb = sizeof(start);
         PROCESS_INFORMATION made{};
@@ -28,10 +26,10 @@ public:
         while (!AgentWindow() && WaitForSingleObject(m_process.get(), 10) == WAIT_TIMEOUT)
             continue;
         EXPECT_NE(AgentWindow(), nullptr);
+        EXPECT_EQ(_SetupInet(session), 1);
     }
-
-    bool Ends() const { return WaitForSingleObject(m_process.get(), 10000) == WAIT_OBJECT_0; }
-    // What it was told, a line each.
+    bool AgentEnds() const { return WaitForSingleObject(m_process.get(), 10000) == WAIT_OBJECT_0; }
+    // What the agent was told, a line each.
     std::string Notes() const
     {
         std::string notes = BytesOf(m_notes);
@@ -39,12 +37,15 @@ public:
         return notes;
     }
 
+    Session session;
+
 private:
-    std::wstring m_notes;
+    const TempFolder m_folder;
+    const std::wstring m_notes = m_folder / L"notes.txt";
     vh::unique_handle m_process;
 };
 
-TEST(WebDisks, NeedAnAgent)
+TEST(WebDisksAlone, NeedAnAgent)
 {
     const Session session;
     EXPECT_EQ(_SetupInet(session), 0);
@@ -54,12 +55,8 @@ TEST(WebDisks, NeedAnAgent)
     EXPECT_EQ(_CleanupInet(session), 1);
 }
 
-TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
+TEST_F(WebDisks, AreAskedForByTheNumberInTheirNames)
 {
-    const TempFolder folder;
-    const Agent agent(folder);
-    Session session;
-    ASSERT_EQ(_SetupInet(session), 1);
     const HWND reply = FindWindowW(L"INetClassInfo", L"INetClassInfo");
     EXPECT_NE(reply, nullptr);
     EXPECT_FALSE(IsWindowVisible(reply));
@@ -80,40 +77,25 @@ TEST(WebDisks, AreAskedForByTheNumberInTheirNames)
     _InetEndofTransfer(session);
     EXPECT_EQ(_CleanupInet(session), 1);
     EXPECT_EQ(FindWindowW(L"INetClassInfo", nullptr), nullptr);
-    EXPECT_TRUE(agent.Ends());
-    EXPECT_EQ(agent.Notes(), "1124 0 INetClassInfo\n"
-                             "1137 0 0\n"
-                             "1124 1 INetClassInfo\n"
-                             "1124 2 INetClassInfo\n"
-                             "1124 3 INetClassInfo\n"
-                             "1124 -1 INetClassInfo\n"
-                             "1124 8 INetClassInfo\n"
-                             "1124 0 INetClassInfo\n"
-                             "1124 -1 INetClassInfo\n"
-                             "1138 0 0\n"
-                             "1128 10 1\n");
+    EXPECT_TRUE(AgentEnds());
+    std::string asked;
+    for (const char* disk : {"1", "2", "3", "-1", "8", "0", "-1"})
+        asked += "1124 " + std::string(disk) + " INetClassInfo\n";
+    EXPECT_EQ(Notes(), "1124 0 INetClassInfo\n1137 0 0\n" + asked + "1138 0 0\n1128 10 1\n");
 }
 
 // Noticed at the next check, 15 seconds after the request.
-TEST(WebDisks, AreNotThereWhenTheAgentGoesAway)
+TEST_F(WebDisks, AreNotThereWhenTheAgentGoesAway)
 {
-    const TempFolder folder;
-    const Agent agent(folder);
-    const Session session;
-    ASSERT_EQ(_SetupInet(session), 1);
     EXPECT_EQ(_InetGetNextDisk(session, L"disk10.cab"), 3);
     EXPECT_EQ(_InetGetLastError(session), -3);
     EXPECT_EQ(_InetGetNextDisk(session, L"disk1.cab"), 3) << "no window, no request";
-    EXPECT_TRUE(agent.Ends());
+    EXPECT_TRUE(AgentEnds());
 }
 
 // A window of the script gets its messages during a request: what it does to the link must not harm the request.
-TEST(WebDisks, EndWithTheLinkThatAWindowEndsMeanwhile)
+TEST_F(WebDisks, EndWithTheLinkThatAWindowEndsMeanwhile)
 {
-    const TempFolder folder;
-    const Agent agent(folder);
-    const Session session;
-    ASSERT_EQ(_SetupInet(session), 1);
     static ObjectContext* context;
     static int32_t nested;
     context = session;
@@ -126,17 +108,13 @@ TEST(WebDisks, EndWithTheLinkThatAWindowEndsMeanwhile)
     EXPECT_EQ(_InetGetNextDisk(session, L"disk2.cab"), 3) << "the answer would come late";
     EXPECT_EQ(nested, 3) << "one request at a time";
     EXPECT_EQ(_InetGetLastError(session), 0) << "no link, no error";
-    EXPECT_TRUE(agent.Ends());
-    EXPECT_EQ(agent.Notes().find("1124 0"), std::string::npos);
+    EXPECT_TRUE(AgentEnds());
+    EXPECT_EQ(Notes().find("1124 0"), std::string::npos);
 }
 
 // The context's end tells the agent, and a program that wants to end is not kept from it.
-TEST(WebDisks, LeaveTheQueueAndTheAgentInOrder)
+TEST_F(WebDisks, LeaveTheQueueAndTheAgentInOrder)
 {
-    const TempFolder folder;
-    const Agent agent(folder);
-    Session session;
-    ASSERT_EQ(_SetupInet(session), 1);
     PostQuitMessage(7);
     EXPECT_EQ(_InetGetNextDisk(session, L"disk2.cab"), 4);
     MSG message;
@@ -144,7 +122,7 @@ TEST(WebDisks, LeaveTheQueueAndTheAgentInOrder)
     EXPECT_EQ(message.message, static_cast<UINT>(WM_QUIT));
     EXPECT_EQ(message.wParam, 7u);
     session.Release();
-    EXPECT_TRUE(agent.Ends());
+    EXPECT_TRUE(AgentEnds());
 }
 
 } // namespace

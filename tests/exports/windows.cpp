@@ -1,9 +1,6 @@
 // Window services: what reaches the engine, in which order, and what comes back when it fails; fonts and files.
-#include <functional>
-
-#include <gtest/gtest.h>
-
 #include "../support/bare_context.h"
+#include "../support/bitmap_writer.h"
 #include "../support/texts.h"
 
 using namespace vh;
@@ -21,24 +18,9 @@ std::wstring CallsOf(const Session& session, const std::function<void()>& body)
     body();
     std::wstring made;
     for (const std::wstring& line : session.calls().Lines())
-        for (const wchar_t* start :
-             {L"ISetupWindow", L"ISetupTitle", L"ISetupBitmap", L"ISetupMessage", L"ISetupProgress"})
-            if (line.starts_with(start)) {
-                made += line + L" ";
-                break;
-            }
+        for (const wchar_t* type : {L"Window", L"Title", L"Bitmap", L"Message", L"Progress"})
+            made += line.starts_with(L"ISetup" + std::wstring(type)) ? line + L" " : L"";
     return made;
-}
-
-// A bitmap of 8 by 6 red pixels, its lower right one magenta, in the setup folder.
-std::wstring Bitmap(const engine::test::SetupFolder& folder)
-{
-    std::string content("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x8\0\0\0\x6\0\0\0\x1\0\x18\0", 30);
-    content.resize(54);
-    for (int i = 0; i < 48; ++i)
-        content += i == 7 ? std::string("\xFF\0\xFF", 3) : std::string("\0\0\xFF", 3);
-    folder.Payload(L"red.bmp", content);
-    return folder.Setup(L"red.bmp");
 }
 
 TEST(WindowServices, TellTheTitleInTheirOrder)
@@ -49,14 +31,10 @@ TEST(WindowServices, TellTheTitleInTheirOrder)
               L"ISetupTitle.SetStyle(16777215) ISetupTitle.SetSize(24) ISetupTitle.SetFace(\"Times New Roman\") "
               L"ISetupTitle.SetFontStyle(20544) ISetupTitle.SetShadow(-1) ISetupTitle.Show(1) ");
     // Bits of a style that are kept; 8 alone is plain, others leave the one before.
-    const struct {
-        int32_t given;
-        const wchar_t* kept;
-    } styles[] = {{0x7FFF, L"28736"}, {0x1, L"28736"}, {0x8, L"0"}, {0x49, L"64"}};
-    for (const auto& style : styles)
-        EXPECT_EQ(CallsOf(session, [&] { EXPECT_EQ(_SetFont(session, 1, style.given, L"Arial"), 0); }),
-                  std::wstring(L"ISetupTitle.SetFace(\"Arial\") ISetupTitle.SetShadow(0) ISetupTitle.SetFontStyle(") +
-                      style.kept + L") ");
+    for (const auto& [given, kept] : {std::pair(0x7FFF, L"28736"), {0x1, L"28736"}, {0x8, L"0"}, {0x49, L"64"}})
+        EXPECT_EQ(CallsOf(session, [&, style = given] { EXPECT_EQ(_SetFont(session, 1, style, L"Arial"), 0); }),
+                  L"ISetupTitle.SetFace(\"Arial\") ISetupTitle.SetShadow(0) ISetupTitle.SetFontStyle(" +
+                      std::wstring(kept) + L") ");
     EXPECT_EQ(_SetFont(session, 2, 0, L"Arial"), -1);
     EXPECT_EQ(CallsOf(session, [&] { EXPECT_EQ(_SetTitle(session, L"C", 0, caption_style), 0); }),
               L"ISetupWindow.SetCaption(\"C\") ISetupProgress.SetTitle(\"C\") ");
@@ -70,35 +48,20 @@ TEST(WindowServices, TellTheTitleInTheirOrder)
 TEST(WindowServices, ChooseOnePlacementAndOneColour)
 {
     const Session session;
-    const std::wstring file = Bitmap(session.folder);
-    const struct {
-        const wchar_t* behind;
-        int32_t flags;
-        const wchar_t* made;
-        const wchar_t* position;
-    } cases[] = {
-        {L"", 0, L"\", 2, -1", L"0, 0"},
-        {L"", 1 | 4, L"\", 1, -1", L"3, 4"},
-        {L"", 8 | 4, L"\", 4, -1", L"3, 4"},
-        {L"", 16384, L"\", 16384, -1", L"3, 4"},
-        {L"", 16384 | 8, L"\", 8, -1", L"3, 4"},
-        {L"", 16 | 1, L"\", 16, -1", nullptr},
-        {L"", 128 | 16, L"\", 128, -1", nullptr},
-        {L"", 64 | 128, L"\", 64, -1", nullptr},
-        {L";1,2,3", 32 | 2, L"\", 2, 197121", L"3, 4"},
-        {L"; 255,0, 255", 32 | 2, L"\", 2, 16711935", L"3, 4"},
-        {L";1,2", 32 | 2, L"\", 2, 16711935", L"3, 4"},
-        {L"", 32, L"\", 2, 16711935", L"0, 0"},
-    };
-    for (const auto& one : cases) {
-        std::wstring wanted = L"ISetupWindow.CreateBitmap(\"" + file + one.made + L") ";
-        if (one.position)
-            wanted += std::wstring(L"ISetupBitmap.SetPosition(") + one.position + L") ";
-        EXPECT_EQ(
-            CallsOf(session,
-                    [&] { EXPECT_EQ(_PlaceBitmap(session, (file + one.behind).c_str(), 1, 3, 4, one.flags), 0); }),
-            wanted)
-            << one.behind << one.flags;
+    session.folder.Payload(L"red.bmp", PlainBitmap(8, 6, 0xFF0000));
+    const std::wstring file = session.folder.Setup(L"red.bmp");
+    constexpr const wchar_t* given = L") ISetupBitmap.SetPosition(3, 4";
+    constexpr const wchar_t* corner = L") ISetupBitmap.SetPosition(0, 0";
+    Table<const wchar_t*, int32_t, const wchar_t*, const wchar_t*> cases = {
+        {L"", 0, L"2, -1", corner},    {L"", 64 | 128, L"64, -1", L""},   {L"", 32, L"2, 16711935", corner},
+        {L"", 1 | 4, L"1, -1", given}, {L"", 128 | 16, L"128, -1", L""},  {L";1,2,3", 32 | 2, L"2, 197121", given},
+        {L"", 8 | 4, L"4, -1", given}, {L"", 16384, L"16384, -1", given}, {L";1,2", 32 | 2, L"2, 16711935", given},
+        {L"", 16 | 1, L"16, -1", L""}, {L"", 16384 | 8, L"8, -1", given}, {L"; 255,0, 255", 34, L"2, 16711935", given}};
+    for (const auto& [behind, flags, made, position] : cases) {
+        const std::wstring name = file + behind;
+        const auto place = [&, how = flags] { EXPECT_EQ(_PlaceBitmap(session, name.c_str(), 1, 3, 4, how), 0); };
+        EXPECT_EQ(CallsOf(session, place), L"ISetupWindow.CreateBitmap(\"" + file + L"\", " + made + position + L") ")
+            << behind << flags;
     }
     const long held = session.engine->LiveObjects();
     EXPECT_EQ(_PlaceBitmap(session, file.c_str(), 2, 0, 0, 2), 0);
@@ -117,21 +80,17 @@ TEST(WindowServices, ChooseOnePlacementAndOneColour)
 
 TEST(WindowServices, ChooseTheStatusTemplateByStyle)
 {
-    for (const auto& [style, number] :
-         std::initializer_list<std::pair<int32_t, int>>{{4, 10301}, {5, 10305}, {6, 10306}, {57, 10302}, {58, 10303}}) {
+    for (const auto& [style, number] : std::map<int32_t, const wchar_t*>{
+             {4, L"10301"}, {5, L"10305"}, {6, L"10306"}, {57, L"10302"}, {58, L"10303"}}) {
         const TextSession session(L"", StandardTexts());
-        const std::wstring made =
-            CallsOf(session.session(), [&, of = style] { EXPECT_EQ(_EnableStatus(session, of), 0); });
-        EXPECT_EQ(
-            made, L"ISetupWindowEx1.DropPicture() ISetupWindow.GetHandle() ISetupProgressOpen.OpenEx(\"" +
-                      StandardTexts() + L"\", " + std::to_wstring(number) +
+        wchar_t folder[MAX_PATH] = L"";
+        _GetSupportDir(session, folder, MAX_PATH);
+        EXPECT_EQ(CallsOf(session.session(), [&, of = style] { EXPECT_EQ(_EnableStatus(session, of), 0); }),
+                  L"ISetupWindowEx1.DropPicture() ISetupWindow.GetHandle() ISetupProgressOpen.OpenEx(\"" +
+                      StandardTexts() + L"\", " + number +
                       L", 0) ISetupProgress.GetWindow(-1) ISetupProgress.ArmWindow(-1) ISetupProgress.GetBar() "
                       L"ISetupWindow.CreateBar(\"" +
-                      [&] {
-                          wchar_t folder[MAX_PATH] = L"";
-                          _GetSupportDir(session, folder, MAX_PATH);
-                          return std::wstring(folder);
-                      }() +
+                      folder +
                       L"\") ISetupProgress.SetBar() ISetupProgressBar.SetHeight(0) "
                       L"ISetupProgressBar.SetWidth(0) ISetupProgress.GetWindow(-1) ");
         EXPECT_EQ(_SizeWindow(session, 35, 1, 2), -1);
@@ -145,40 +104,31 @@ TEST(WindowServices, ChooseTheStatusTemplateByStyle)
 TEST(WindowServices, GiveTheFirstFailureBack)
 {
     constexpr auto failure = static_cast<HRESULT>(0x80040123);
-    const struct {
-        const char* name;
-        std::function<int32_t(ObjectContext*)> run;
-        std::function<void(ObjectContext*)> end;
-        int least;
-    } scenarios[] = {
-        {"_EnableStatus", [](ObjectContext* c) { return _EnableStatus(c, 4); },
-         [](ObjectContext* c) { _DisableStatus(c); }, 9},
-        {"_SetTitle", [](ObjectContext* c) { return _SetTitle(c, L"T", 24, 0); }, [](ObjectContext*) {}, 9},
-        {"caption", [](ObjectContext* c) { return _SetTitle(c, L"T", 0, caption_style); }, [](ObjectContext*) {}, 3},
-        {"_SdShowMsg", [](ObjectContext* c) { return _SdShowMsg(c, L"T", 1); },
-         [](ObjectContext* c) { _SdShowMsg(c, L"", 0); }, 3},
-        {"_SetAltMainImage", [](ObjectContext* c) { return _SetAltMainImage(c, ImageText, L"T"); },
-         [](ObjectContext*) {}, 2},
-        {"_PlaceBitmap",
-         [](ObjectContext* c) { return _PlaceBitmap(c, (StandardTexts() + L";501").c_str(), 1, 3, 4, 2); },
-         [](ObjectContext*) {}, 2},
-    };
-    for (const auto& scenario : scenarios) {
+    const std::wstring picture = StandardTexts() + L";501";
+    Table<const char*, std::function<int32_t(ObjectContext*)>, int> scenarios = {
+        {"_EnableStatus", [](auto* context) { return _EnableStatus(context, 4); }, 9},
+        {"_SetTitle", [](auto* context) { return _SetTitle(context, L"T", 24, 0); }, 9},
+        {"caption", [](auto* context) { return _SetTitle(context, L"T", 0, caption_style); }, 3},
+        {"_SdShowMsg", [](auto* context) { return _SdShowMsg(context, L"T", 1); }, 3},
+        {"_SetAltMainImage", [](auto* context) { return _SetAltMainImage(context, ImageText, L"T"); }, 2},
+        {"_PlaceBitmap", [&](auto* context) { return _PlaceBitmap(context, picture.c_str(), 1, 3, 4, 2); }, 2}};
+    for (const auto& [name, run, least] : scenarios) {
         int failed = 0;
-        for (long n = 1;; ++n) {
+        bool reached = true;
+        for (long n = 1; reached; ++n) {
             const TextSession session(L"", StandardTexts());
-            session.session().calls().Reset();
-            session.session().calls().FailCall(n, failure);
-            const int32_t result = scenario.run(session);
-            const bool reached = session.session().calls().Calls() >= n;
-            EXPECT_TRUE(result == 0 || result == failure) << scenario.name << n << " " << result;
+            engine::Recorder& calls = session.calls();
+            calls.Reset();
+            calls.FailCall(n, failure);
+            const int32_t result = run(session);
+            reached = calls.Calls() >= n;
+            EXPECT_TRUE(result == 0 || result == failure) << name << n << " " << result;
             failed += result == failure;
-            session.session().calls().Reset();
-            scenario.end(session);
-            if (!reached)
-                break;
+            calls.Reset();
+            _DisableStatus(session);
+            _SdShowMsg(session, L"", 0);
         }
-        EXPECT_GE(failed, scenario.least) << scenario.name;
+        EXPECT_GE(failed, least) << name;
     }
 }
 
@@ -253,19 +203,15 @@ TEST(Fonts, TellTheNamesInTheirFiles)
     GetWindowsDirectoryW(folder, MAX_PATH);
     const std::wstring file = std::wstring(folder) + L"\\Fonts\\tahoma.ttf";
     constexpr int32_t family = 1, english = 0x409;
-    const struct {
-        std::wstring path;
-        int32_t name, size, result, size_after;
-        const wchar_t* text;
-    } cases[] = {{file, family, 12, 0, 6, L"Tahoma"},   {file, family, 11, -5, 12, L"~"},
-                 {file, family, -1, -5, 12, L"~"},      {file, 9999, 100, -1, 100, L"~"},
-                 {L"none", family, 100, -1, 100, L"~"}, {StandardTexts(), family, 9, -1, 9, L"~"}};
-    for (const auto& one : cases) {
+    Table<std::wstring, int32_t, int32_t, int32_t, int32_t, const wchar_t*> cases = {
+        {file, family, 12, 0, 6, L"Tahoma"},   {file, family, 11, -5, 12, L"~"},
+        {file, family, -1, -5, 12, L"~"},      {file, 9999, 100, -1, 100, L"~"},
+        {L"none", family, 100, -1, 100, L"~"}, {StandardTexts(), family, 9, -1, 9, L"~"}};
+    for (const auto& [path, name, room, result, size_after, text] : cases) {
         wchar_t buffer[64] = L"~";
-        int32_t size = one.size;
-        EXPECT_EQ(_GetTrueTypeFontFileInfo(one.path.c_str(), one.name, english, buffer, &size), one.result) << one.size;
-        EXPECT_EQ(size, one.size_after) << one.size;
-        EXPECT_STREQ(buffer, one.text) << one.size;
+        int32_t size = room;
+        EXPECT_GIVES(_GetTrueTypeFontFileInfo(path.c_str(), name, english, buffer, &size), result, size, size_after);
+        EXPECT_STREQ(buffer, text) << room;
     }
     EXPECT_EQ(_GetTrueTypeFontFileInfo(file.c_str(), family, english, nullptr, nullptr), -1);
 }

@@ -9,6 +9,8 @@ namespace {
 using namespace vh;
 using namespace vh::test;
 
+using Pixels = std::vector<uint8_t>;
+
 std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
 
 uint32_t CodeOf(const std::string& file)
@@ -22,9 +24,9 @@ uint32_t CodeOf(const std::string& file)
 }
 
 // The pixels of an image, rows top first without padding.
-std::vector<uint8_t> PixelsOf(const gif_image_record& image)
+Pixels PixelsOf(const gif_image_record& image)
 {
-    std::vector<uint8_t> pixels;
+    Pixels pixels;
     for (std::size_t y = 0; y < image.place.height; ++y) {
         const uint8_t* row = image.pixels + (image.place.height - 1 - y) * image.stride;
         pixels.insert(pixels.end(), row, row + image.place.width);
@@ -33,19 +35,19 @@ std::vector<uint8_t> PixelsOf(const gif_image_record& image)
 }
 
 // The images of a file that has to be good.
-std::vector<std::vector<uint8_t>> ImagesOf(const std::string& file)
+std::vector<Pixels> ImagesOf(const std::string& file)
 {
     CGifHeader reader;
     const gif_record* record = nullptr;
     EXPECT_EQ(reader.Read(Bytes(file), record), gif_done);
-    std::vector<std::vector<uint8_t>> images;
+    std::vector<Pixels> images;
     for (uint32_t which = CGifHeader::from_first; reader.Next(which, record) == gif_done; which = CGifHeader::go_on)
         if (record->kind == gif_image)
             images.push_back(PixelsOf(record->image));
     return images;
 }
 
-uint64_t Digest(const std::vector<uint8_t>& pixels)
+uint64_t Digest(const Pixels& pixels)
 {
     uint64_t digest = 14695981039346656037u;
     for (const uint8_t pixel : pixels)
@@ -53,47 +55,43 @@ uint64_t Digest(const std::vector<uint8_t>& pixels)
     return digest;
 }
 
-// Codes of three bits as they stand in the data of a picture with the minimum code size 2: 4 clears, 5 ends.
-std::string Codes(std::initializer_list<unsigned> codes, std::initializer_list<unsigned> sizes = {})
+// Codes of three bits, later four, as they stand in the data of a picture with the minimum code size 2: 4 clears,
+// 5 ends.
+std::string Codes(std::initializer_list<unsigned> codes, unsigned of_three = 99)
 {
     uint64_t bits = 0;
-    unsigned count = 0;
-    auto size = sizes.begin();
+    unsigned count = 0, number = 0;
     for (const unsigned code : codes) {
         bits |= uint64_t{code} << count;
-        count += size != sizes.end() ? *size++ : 3;
+        count += number++ < of_three ? 3 : 4;
     }
-    std::string data;
-    for (; count > 0; count -= std::min(count, 8u), bits >>= 8)
-        data += static_cast<char>(bits & 255);
+    const std::string data(reinterpret_cast<const char*>(&bits), (count + 7) / 8);
     return std::string("\2") + static_cast<char>(data.size()) + data + '\0';
 }
 
-std::string FileOf(unsigned width, unsigned height, const std::string& data, bool interlaced = false)
+std::string FileOf(unsigned width, unsigned height, const std::string& data, unsigned bits = 2, bool interlaced = false)
 {
-    return GifScreen(width, height, 2) + GifImageHead(0, 0, width, height, interlaced) + data + ";";
+    return GifScreen(width, height, bits) + GifImageHead(0, 0, width, height, interlaced) + data + ";";
 }
 
 TEST(Gif, FollowsTheCodes)
 {
-    using pixels = std::vector<uint8_t>;
     // of 4 x 1
-    vh::test::Table<const char*, std::string, pixels> cases = {
-        {"single pixels", Codes({4, 0, 1, 2, 3, 5}, {3, 3, 3, 3, 4, 4}), {0, 1, 2, 3}},
+    Table<const char*, std::string, Pixels> cases = {
+        {"single pixels", Codes({4, 0, 1, 2, 3, 5}, 4), {0, 1, 2, 3}},
         {"the string being made", Codes({4, 1, 6, 5}), {1, 1, 1, 0}},
         {"a clear straight behind a clear", Codes({4, 4, 4, 2, 2, 5}), {2, 2, 0, 0}},
         {"no clear at the start, and no string of it", Codes({3, 2, 6, 5}), {3, 2, 3, 2}},
         {"a first code above the table stands for 0", Codes({4, 7, 1, 6, 5}), {0, 1, 0, 1}},
         {"an end at once", Codes({4, 5}), {0, 0, 0, 0}},
-        {"more pixels than there is room for", Codes({4, 1, 6, 2, 7, 5}, {3, 3, 3, 3, 4, 4}), {1, 1, 1, 2}},
-    };
+        {"more pixels than there is room for", Codes({4, 1, 6, 2, 7, 5}, 4), {1, 1, 1, 2}}};
     for (const auto& [name, packed, wanted] : cases)
-        EXPECT_EQ(ImagesOf(FileOf(4, 1, packed)), std::vector<pixels>{wanted}) << name;
-    vh::test::Table<const char*, std::string> broken = {{"a code above the next", Codes({4, 1, 7, 5})},
-                                                        {"no string before", Codes({6, 5})},
-                                                        {"no end", Codes({4, 1, 1})},
-                                                        {"minimum 1", "\1\1\1" + std::string(1, '\0')},
-                                                        {"minimum 10", "\12\1\1" + std::string(1, '\0')}};
+        EXPECT_EQ(ImagesOf(FileOf(4, 1, packed)), std::vector<Pixels>{wanted}) << name;
+    Table<const char*, std::string> broken = {{"a code above the next", Codes({4, 1, 7, 5})},
+                                              {"no string before", Codes({6, 5})},
+                                              {"no end", Codes({4, 1, 1})},
+                                              {"minimum 1", std::string("\1\1\x32\0", 4)},
+                                              {"minimum 10", std::string("\12\3\0\x0C\x20\0", 6)}};
     for (const auto& [name, packed] : broken)
         EXPECT_EQ(CodeOf(FileOf(4, 1, packed)), gif_data_error) << name;
 }
@@ -102,15 +100,14 @@ TEST(Gif, HasTheRowsOfADeviceBitmap)
 {
     // Rows 0 to 19 of five pixels, in the order of an interlaced file.
     constexpr unsigned height = 20;
-    std::vector<uint8_t> plain, interlaced;
-    const unsigned order[] = {0, 8, 16, 4, 12, 2, 6, 10, 14, 18, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19};
-    for (unsigned i = 0; i < height; ++i) {
-        plain.insert(plain.end(), 5, static_cast<uint8_t>(i));
-        interlaced.insert(interlaced.end(), 5, static_cast<uint8_t>(order[i]));
+    Pixels plain, interlaced;
+    for (const unsigned row : {0, 8, 16, 4, 12, 2, 6, 10, 14, 18, 1, 3, 5, 7, 9, 11, 13, 15, 17, 19}) {
+        plain.insert(plain.end(), 5, static_cast<uint8_t>(plain.size() / 5));
+        interlaced.insert(interlaced.end(), 5, static_cast<uint8_t>(row));
     }
     for (const bool is_interlaced : {false, true}) {
-        const std::string file = GifScreen(5, height, 5) + GifImageHead(0, 0, 5, height, is_interlaced) +
-                                 PackGifPixels(is_interlaced ? interlaced : plain, {.minimum = 5}) + ";";
+        const std::string data = PackGifPixels(is_interlaced ? interlaced : plain, {.minimum = 5});
+        const std::string file = FileOf(5, height, data, 5, is_interlaced);
         CGifHeader reader;
         const gif_record* record = nullptr;
         ASSERT_EQ(reader.Read(Bytes(file), record), gif_done);
@@ -125,9 +122,9 @@ TEST(Gif, HasTheRowsOfADeviceBitmap)
 }
 
 // A picture of the tests' own: noise, runs and slopes, by its number.
-std::vector<uint8_t> Picture(unsigned number, unsigned width, unsigned height, unsigned bits)
+Pixels Picture(unsigned number, unsigned width, unsigned height, unsigned bits)
 {
-    std::vector<uint8_t> pixels;
+    Pixels pixels;
     uint32_t seed = number + 1;
     uint8_t run = 0;
     unsigned left = 0;
@@ -153,22 +150,20 @@ TEST(Gif, ShowsWhatWasPacked)
                 for (const Clears clears : {Clears::when_full, Clears::never, Clears::often}) {
                     const auto pixels = Picture(++number, width, height, bits);
                     const GifPacking packing{bits, clears, number % 5 != 0, number % 4 ? 255u : 7u};
-                    const std::string file = GifScreen(width, height, bits) + GifImageHead(0, 0, width, height) +
-                                             PackGifPixels(pixels, packing) + ";";
-                    EXPECT_EQ(ImagesOf(file), std::vector<std::vector<uint8_t>>(1, pixels)) << number;
+                    EXPECT_EQ(ImagesOf(FileOf(width, height, PackGifPixels(pixels, packing), bits)),
+                              std::vector<Pixels>{pixels})
+                        << number;
                 }
 }
 
 TEST(Gif, AgreesWithAnotherDecoder)
 {
-    vh::test::Table<unsigned, unsigned, unsigned, unsigned, bool, uint64_t> cases = {
-        {1, 320, 200, 8, false, 0x3BF7BF67E6E99840},
-        {2, 321, 203, 4, true, 0x48A62C9C19250F6F},
-        {3, 640, 480, 8, true, 0x259B6C0DA6EF9F6C}};
+    Table<unsigned, unsigned, unsigned, unsigned, bool, uint64_t> cases = {{1, 320, 200, 8, false, 0x3BF7BF67E6E99840},
+                                                                           {2, 321, 203, 4, true, 0x48A62C9C19250F6F},
+                                                                           {3, 640, 480, 8, true, 0x259B6C0DA6EF9F6C}};
     for (const auto& [number, across, down, bits, interlaced, digest] : cases) {
-        const std::string file = GifScreen(across, down, bits) + GifImageHead(0, 0, across, down, interlaced) +
-                                 PackGifPixels(Picture(number, across, down, bits), {.minimum = bits}) + ";";
-        const auto images = ImagesOf(file);
+        const std::string data = PackGifPixels(Picture(number, across, down, bits), {.minimum = bits});
+        const auto images = ImagesOf(FileOf(across, down, data, bits, interlaced));
         ASSERT_EQ(images.size(), 1u);
         EXPECT_EQ(Digest(images[0]), digest) << number;
     }
@@ -190,56 +185,45 @@ TEST(Gif, DeliversItsBlocksInOrder)
     ASSERT_EQ(reader.Read(Bytes(file), header), gif_done);
     EXPECT_EQ(reader.version(), CGifHeader::gif_89a);
     EXPECT_EQ(header->kind, gif_header);
-    EXPECT_EQ(header->header.frame_count, 3u);
-    EXPECT_EQ(header->header.screen_width, 6);
-    EXPECT_EQ(header->header.screen_height, 5);
-    EXPECT_EQ(header->header.color_resolution, 3);
-    EXPECT_EQ(header->header.color_count, 16u);
-    EXPECT_EQ(header->header.colors[5].blue, 17);
-    EXPECT_EQ(header->header.colors[5].red, 15);
-    EXPECT_TRUE(header->header.loops);
-    EXPECT_EQ(header->header.loop_count, 300);
+    using values = std::vector<unsigned>;
+    const auto& screen = header->header;
+    EXPECT_EQ(
+        (values{screen.frame_count, screen.screen_width, screen.screen_height, screen.color_resolution,
+                screen.color_count, screen.colors[5].blue, screen.colors[5].red, screen.loops, screen.loop_count}),
+        (values{3, 6, 5, 3, 16, 17, 15, true, 300}));
 
     const gif_record* record = nullptr;
     EXPECT_EQ(reader.Next(0, record), gif_bad_argument);
     EXPECT_EQ(reader.Next(3, record), gif_bad_argument);
-    ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);
-    const gif_record* first = record;
-    EXPECT_EQ(first->image.control.delay, 0x1234);
-    EXPECT_EQ(first->image.control.disposal, 2);
-    EXPECT_TRUE(first->image.control.user_input);
-    EXPECT_TRUE(first->image.control.transparent);
-    EXPECT_EQ(first->image.control.transparent_index, 7);
-    EXPECT_EQ(first->image.place.left, 1);
-    EXPECT_EQ(first->image.place.top, 2);
-    EXPECT_EQ(first->image.color_count, 8u);
-    EXPECT_EQ(first->image.colors[1].green, 104);
-    // The second image has no control block of its own.
-    ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);
-    EXPECT_FALSE(record->image.control.transparent);
-    EXPECT_EQ(record->image.control.delay, 0);
-    ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);
-    EXPECT_EQ(record->kind, gif_plain_text);
-    EXPECT_EQ(record->text.control.transparent_index, 7);
-    EXPECT_EQ(record->text.place.height, 4);
-    EXPECT_EQ(record->text.cell_width, 5);
-    EXPECT_EQ(record->text.background, 8);
-    EXPECT_STREQ(record->text.text, "abcde");
-    EXPECT_EQ(record->text.length, 5u);
-    ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);
-    EXPECT_EQ(record->kind, gif_unknown_extension);
-    EXPECT_EQ(std::string(reinterpret_cast<const char*>(record->extension.data), record->extension.length),
+    std::vector<const gif_record*> all;
+    for (const auto kind : {gif_image, gif_image, gif_plain_text, gif_unknown_extension, gif_image}) {
+        ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);
+        EXPECT_EQ(record->kind, kind);
+        all.push_back(record);
+    }
+    const auto control_of = [](const gif_control& read) {
+        return values{read.delay, read.disposal, read.user_input, read.transparent, read.transparent_index};
+    };
+    EXPECT_EQ(control_of(all[0]->image.control), (values{0x1234, 2, true, true, 7}));
+    EXPECT_EQ(control_of(all[1]->image.control), (values{0, 0, false, false, 0})) << "it has none of its own";
+    EXPECT_EQ(control_of(all[2]->text.control), (values{0x1234, 2, true, true, 7}));
+    const gif_image_record& first = all[0]->image;
+    EXPECT_EQ((values{first.place.left, first.place.top, first.color_count, first.colors[1].green}),
+              (values{1, 2, 8, 104}));
+    const auto& text = all[2]->text;
+    EXPECT_EQ((values{text.place.height, text.cell_width, text.background, text.length}), (values{4, 5, 8, 5}));
+    EXPECT_STREQ(text.text, "abcde");
+    const auto& unknown = all[3]->extension;
+    EXPECT_EQ(std::string(reinterpret_cast<const char*>(unknown.data), unknown.length),
               application.substr(2, application.size() - 3));
-    ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);
-    EXPECT_EQ(record->kind, gif_image);
     EXPECT_EQ(reader.Next(CGifHeader::go_on, record), gif_no_more);
     EXPECT_EQ(record, nullptr);
     ASSERT_EQ(reader.Next(CGifHeader::from_first, record), gif_done);
-    EXPECT_NE(record, first);
+    EXPECT_NE(record, all[0]);
 
     EXPECT_EQ(reader.Free(nullptr), gif_bad_argument);
-    EXPECT_EQ(reader.Free(first), gif_done);
-    EXPECT_EQ(reader.Free(first), gif_unknown_record);
+    EXPECT_EQ(reader.Free(all[0]), gif_done);
+    EXPECT_EQ(reader.Free(all[0]), gif_unknown_record);
     EXPECT_EQ(reader.Free(header), gif_done);
     reader.Reset();
     EXPECT_EQ(reader.version(), CGifHeader::not_read);
@@ -249,10 +233,10 @@ TEST(Gif, DeliversItsBlocksInOrder)
 
 TEST(Gif, TellsWhatIsWrong)
 {
-    const std::string image = GifImageHead(0, 0, 4, 1) + Codes({4, 1, 6, 5});
-    const std::string screen = GifScreen(4, 1, 2);
+    const std::string image = GifImageHead(0, 0, 4, 1) + Codes({4, 1, 6, 5}), screen = GifScreen(4, 1, 2);
     const std::string bad_text = std::string("!\1\3\1\2\3\2ab\0", 10);
-    vh::test::Table<const char*, std::string, uint32_t> cases = {
+    const std::string giant = GifImageHead(0, 0, 65535, 65535) + Codes({4, 5});
+    Table<const char*, std::string, uint32_t> cases = {
         {"no image", screen + ";", 0},
         {"no tables at all", GifScreen(4, 1, 0) + image + ";", 0},
         {"GIF87a", GifScreen(4, 1, 2, "GIF87a") + image + ";", 0},
@@ -267,11 +251,7 @@ TEST(Gif, TellsWhatIsWrong)
         {"something behind the end", screen + image + ";x", 0},
         {"sub-blocks behind the end code", screen + image.substr(0, image.size() - 1) + std::string("\2ab\0;", 5), 0},
         {"another terminator", screen + image.substr(0, image.size() - 1) + "\7;", 0},
-        {"larger than a file may be",
-         screen + GifImageHead(0, 0, 65535, 65535) + Codes({4, 5}) + GifImageHead(0, 0, 65535, 65535) + Codes({4, 5}) +
-             ";",
-         14},
-    };
+        {"larger than a file may be", screen + giant + giant + ";", 14}};
     for (const auto& [name, bytes, code] : cases)
         EXPECT_EQ(CodeOf(bytes), code) << name;
 }

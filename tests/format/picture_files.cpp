@@ -15,61 +15,56 @@ std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes
 TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
 {
     const std::string row(4, '\x5A');
-    const struct {
-        const char* name;
-        std::string file;
-        uint32_t code;
-        std::size_t colors = 0;
-        std::size_t pixels_at = 0;
-    } cases[] = {
-        {"1 bit", BitmapFile(BitmapHeader(9, 1, 1), BitmapTable(2), row), 0, 2, 62},
-        {"one color of two", BitmapFile(BitmapHeader(9, 1, 1, 0, 1), BitmapTable(1), row), 0, 1, 58},
-        {"4 bits", BitmapFile(BitmapHeader(8, -1, 4), BitmapTable(16), row), 0, 16, 118},
-        {"more colors than fit", BitmapFile(BitmapHeader(8, 1, 4, 0, 20), BitmapTable(20), row), 0, 16, 134},
-        {"16 bits", BitmapFile(BitmapHeader(2, 1, 16), "", row), 0, 0, 54},
-        {"with fields", BitmapFile(BitmapHeader(2, 1, 16, 3), BitmapTable(3), row), 0, 0, 66},
-        {"with fields inside", BitmapFile(BitmapHeader(2, 1, 16, 3, 0, 108), "", row), 0, 0, 122},
-        {"24 bits with a table", BitmapFile(BitmapHeader(1, 1, 24, 0, 7), BitmapTable(7), row), 0, 0, 82},
-        {"old", BitmapFile(Long(12) + Word(8) + Word(1) + Word(1) + Word(4), BitmapTable(16, 3), row), 0, 16, 74},
-        {"later", BitmapFile(BitmapHeader(1, 1, 24), "", "...." + row, 58), 0, 0, 58},
-        {"told in the table", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), row, 60), 0, 16, 118},
-        {"told beyond the end", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), row, 5000), 0, 16, 118},
-        {"one byte short", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), "abc"), 13},
-        {"a table beyond the end", BitmapFile(BitmapHeader(8, 1, 8, 0, 0xFFFFFFFF), BitmapTable(16), row), 13},
-        {"no width", BitmapFile(BitmapHeader(0, 1, 24), "", row), 13},
-        {"no height", BitmapFile(BitmapHeader(1, 0, 24), "", row), 13},
-        {"least height", BitmapFile(BitmapHeader(1, INT32_MIN, 24), "", row), 13},
-        {"giant", BitmapFile(BitmapHeader(INT32_MAX, INT32_MAX, 32), "", row), 13},
-        {"2 bits", BitmapFile(BitmapHeader(1, 1, 2), BitmapTable(4), row), 13},
-        {"a picture of another kind inside", BitmapFile(BitmapHeader(1, 1, 0, 5), "", row), 13},
-        {"runs top first", BitmapFile(BitmapHeader(1, -1, 8, 1), BitmapTable(256), row), 13},
-        {"giant runs", BitmapFile(BitmapHeader(1 << 20, 1 << 20, 8, 1), BitmapTable(256), row), 13},
-        {"a header of 16", BitmapFile(BitmapHeader(1, 1, 24, 0, 0, 40).replace(0, 1, 1, '\x10'), "", row), 13},
-        {"another mark", "MB" + BitmapFile(BitmapHeader(1, 1, 24), "", row).substr(2), 13},
-    };
-    for (const auto& one : cases) {
+    Table<const char*, std::string, std::size_t, std::size_t> good = {
+        {"1 bit", BitmapFile(BitmapHeader(9, 1, 1), BitmapTable(2), row), 2, 62},
+        {"one color of two", BitmapFile(BitmapHeader(9, 1, 1, 0, 1), BitmapTable(1), row), 1, 58},
+        {"4 bits", BitmapFile(BitmapHeader(8, -1, 4), BitmapTable(16), row), 16, 118},
+        {"more colors than fit", BitmapFile(BitmapHeader(8, 1, 4, 0, 20), BitmapTable(20), row), 16, 134},
+        {"16 bits", BitmapFile(BitmapHeader(2, 1, 16), "", row), 0, 54},
+        {"with fields", BitmapFile(BitmapHeader(2, 1, 16, 3), BitmapTable(3), row), 0, 66},
+        {"with fields inside", BitmapFile(BitmapHeader(2, 1, 16, 3, 0, 108), "", row), 0, 122},
+        {"24 bits with a table", BitmapFile(BitmapHeader(1, 1, 24, 0, 7), BitmapTable(7), row), 0, 82},
+        {"old", BitmapFile(Long(12) + Word(8) + Word(1) + Word(1) + Word(4), BitmapTable(16, 3), row), 16, 74},
+        {"later", BitmapFile(BitmapHeader(1, 1, 24), "", "...." + row, 58), 0, 58},
+        {"told in the table", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), row, 60), 16, 118},
+        {"told beyond the end", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), row, 5000), 16, 118}};
+    for (const auto& [name, file, colors, pixels_at] : good) {
         bitmap_picture picture;
-        EXPECT_EQ(ReadBitmapFile(Bytes(one.file), picture), one.code) << one.name;
-        if (one.code)
-            continue;
-        EXPECT_EQ(picture.colors.size(), one.colors) << one.name;
-        EXPECT_EQ(picture.pixels.data(), Bytes(one.file).data() + one.pixels_at) << one.name;
-        EXPECT_EQ(picture.pixels.size(), 4u) << one.name;
-        if (one.colors) {
-            EXPECT_EQ(picture.colors[0].red, 0x33) << one.name;
-            EXPECT_EQ(picture.colors[one.colors - 1].blue, 0x11 + one.colors - 1) << one.name;
+        EXPECT_EQ(ReadBitmapFile(Bytes(file), picture), 0u) << name;
+        EXPECT_EQ(picture.colors.size(), colors) << name;
+        EXPECT_EQ(picture.pixels.data(), Bytes(file).data() + pixels_at) << name;
+        EXPECT_EQ(picture.pixels.size(), 4u) << name;
+        if (colors) {
+            EXPECT_EQ(picture.colors[0].red, 0x33) << name;
+            EXPECT_EQ(picture.colors[colors - 1].blue, 0x11 + colors - 1) << name;
         }
         // A resource has no file header, and its pixels stand behind the table.
-        if (one.pixels_at == one.file.size() - 4 && std::string(one.name) != "later") {
-            EXPECT_EQ(ReadBitmapResource(Bytes(one.file).subspan(14), picture), 0u) << one.name;
-        }
+        EXPECT_EQ(ReadBitmapResource(Bytes(file).subspan(14), picture), 0u) << name;
+        EXPECT_EQ(picture.pixels.data(), Bytes(file).data() + (pixels_at == 58 && !colors ? 54 : pixels_at)) << name;
+    }
+    Table<const char*, std::string> bad = {
+        {"one byte short", BitmapFile(BitmapHeader(8, 1, 4), BitmapTable(16), "abc")},
+        {"a table beyond the end", BitmapFile(BitmapHeader(8, 1, 8, 0, 0xFFFFFFFF), BitmapTable(16), row)},
+        {"no width", BitmapFile(BitmapHeader(0, 1, 24), "", row)},
+        {"no height", BitmapFile(BitmapHeader(1, 0, 24), "", row)},
+        {"least height", BitmapFile(BitmapHeader(1, INT32_MIN, 24), "", row)},
+        {"giant", BitmapFile(BitmapHeader(INT32_MAX, INT32_MAX, 32), "", row)},
+        {"2 bits", BitmapFile(BitmapHeader(1, 1, 2), BitmapTable(4), row)},
+        {"a picture of another kind inside", BitmapFile(BitmapHeader(1, 1, 0, 5), "", row)},
+        {"runs top first", BitmapFile(BitmapHeader(1, -1, 8, 1), BitmapTable(256), std::string("\1\7\0\1", 4))},
+        {"giant runs", BitmapFile(BitmapHeader(1 << 20, 1 << 20, 8, 1), BitmapTable(256), row)},
+        {"a header of 16", BitmapFile(BitmapHeader(1, 1, 24).replace(0, 1, 1, '\x10'), "", row)},
+        {"another mark", "MB" + BitmapFile(BitmapHeader(1, 1, 24), "", row).substr(2)}};
+    for (const auto& [name, file] : bad) {
+        bitmap_picture picture;
+        EXPECT_EQ(ReadBitmapFile(Bytes(file), picture), picture_data_error) << name;
     }
 }
 
 TEST(PictureFiles, TakeRunsApart)
 {
     // 5 x 2, the lower row first
-    vh::test::Table<const char*, unsigned, std::string, std::string> cases = {
+    Table<const char*, unsigned, std::string, std::string> cases = {
         {"runs", 8, std::string("\5\7\0\0\2\1\3\2\0\1", 10), "\7\7\7\7\7\1\1\2\2\2"},
         {"pixels", 8, std::string("\0\5\1\2\3\4\5\0\0\0\5\6\0\1", 14), "\1\2\3\4\5\6\6\6\6\6"},
         {"moves", 8, std::string("\1\7\0\2\2\1\2\3\0\1", 10), std::string("\7\0\0\0\0\0\0\0\3\3", 10)},
@@ -77,8 +72,7 @@ TEST(PictureFiles, TakeRunsApart)
         {"beyond the rows", 8, std::string("\0\2\0\11\1\1\0\1", 8), std::string(10, '\0')},
         {"half bytes", 4, std::string("\5\x12\0\0\0\3\x34\x50\2\x67\0\1", 12), "\1\2\1\2\1\3\4\5\6\7"},
         {"cut in a run", 8, std::string("\5\7\0\0\2", 5), std::string("\7\7\7\7\7\0\0\0\0\0", 10)},
-        {"cut in pixels", 8, std::string("\0\5\1\2", 4), std::string("\1\2\0\0\0\0\0\0\0\0", 10)},
-    };
+        {"cut in pixels", 8, std::string("\0\5\1\2", 4), std::string("\1\2\0\0\0\0\0\0\0\0", 10)}};
     for (const auto& [name, bits, runs, shown] : cases) {
         const std::string file = BitmapFile(BitmapHeader(5, 2, bits, bits == 8 ? 1 : 2), BitmapTable(1u << bits), runs);
         bitmap_picture picture;
@@ -104,9 +98,8 @@ std::string MetafileFile(const std::string& records, unsigned words, const std::
 
 TEST(PictureFiles, GiveAWholeMetafile)
 {
-    const std::string two = Record(4, 0x20B) + Record(5, 0x20C);
-    const std::string end = Record(3, 0);
-    vh::test::Table<const char*, std::string, uint32_t, std::string> cases = {
+    const std::string two = Record(4, 0x20B) + Record(5, 0x20C), end = Record(3, 0);
+    Table<const char*, std::string, uint32_t, std::string> cases = {
         {"as it should be", MetafileFile(two + end, 21), 0, two},
         {"its size with the file's header", MetafileFile(two + end, 32), 0, two},
         {"a giant's size", MetafileFile(two + end, 0xFFFFFFFF), 0, two},
@@ -118,8 +111,7 @@ TEST(PictureFiles, GiveAWholeMetafile)
         {"a record of any size", MetafileFile(Long(0xFFFFFFFF) + Word(7) + end, 19), 0, ""},
         {"no room for the header", MetafileFile("", 8), 13, ""},
         {"another key", MetafileFile(two + end, 21, Long(0x9AC6CDD6)), 13, ""},
-        {"cut in the header", MetafileFile("", 9).substr(0, 39), 13, ""},
-    };
+        {"cut in the header", MetafileFile("", 9).substr(0, 39), 13, ""}};
     for (const auto& [name, bytes, code, kept] : cases) {
         metafile_picture picture;
         EXPECT_EQ(ReadMetafile(Bytes(bytes), picture), code) << name;
@@ -135,66 +127,43 @@ TEST(PictureFiles, GiveAWholeMetafile)
 
 TEST(PictureFiles, ReadPalettes)
 {
-    const auto file = [](unsigned count, unsigned entries, unsigned length) {
-        std::string made = "RIFF" + Long(0) + "PAL data" + Long(length) + Word(0x300) + Word(count);
-        for (unsigned i = 0; i < entries; ++i)
-            made += Long(0x04030201 + i);
-        return made;
-    };
-    const struct {
-        const char* name;
-        std::string file;
-        uint32_t code;
-        unsigned first = 0;
-        unsigned count = 0;
-    } cases[] = {
-        {"whole", file(256, 256, 4 + 1024), 0, 0, 256},
-        {"whole, with more behind", file(256, 300, 4 + 1200), 0, 0, 256},
-        {"a short chunk", file(256, 256, 4 + 400), 0, 0, 100},
-        {"between the system's colors", file(236, 236, 4 + 944), 0, 10, 236},
-        {"few", file(16, 16, 4 + 64), 0, 10, 16},
-        {"too many", file(1000, 1000, 4 + 4000), 0, 10, 236},
-        {"cut", file(256, 256, 4 + 1024).substr(0, 1047), 13},
-        {"a chunk without a header", file(256, 256, 3), 13},
-        {"cut in the header", file(256, 0, 4).substr(0, 23), 13},
-        {"another mark", "RIFX" + file(256, 256, 1028).substr(4), 13},
-    };
-    for (const auto& one : cases) {
+    // Where the first color goes and how many there are; none in a file that is refused.
+    Table<const char*, std::string, unsigned, unsigned> cases = {
+        {"whole", PaletteFile(256, 256, 4 + 1024), 0, 256},
+        {"whole, with more behind", PaletteFile(256, 300, 4 + 1200), 0, 256},
+        {"a short chunk", PaletteFile(256, 256, 4 + 400), 0, 100},
+        {"between the system's colors", PaletteFile(236, 236, 4 + 944), 10, 236},
+        {"few", PaletteFile(16, 16, 4 + 64), 10, 16},
+        {"too many", PaletteFile(1000, 1000, 4 + 4000), 10, 236},
+        {"cut", PaletteFile(256, 256, 4 + 1024).substr(0, 1047), 0, 0},
+        {"a chunk without a header", PaletteFile(256, 256, 3), 0, 0},
+        {"cut in the header", PaletteFile(256, 0, 4).substr(0, 23), 0, 0},
+        {"another mark", "RIFX" + PaletteFile(256, 256, 1028).substr(4), 0, 0}};
+    for (const auto& [name, bytes, first, count] : cases) {
         palette_picture palette;
-        EXPECT_EQ(ReadPaletteFile(Bytes(one.file), palette), one.code) << one.name;
-        if (one.code)
+        EXPECT_EQ(ReadPaletteFile(Bytes(bytes), palette), count ? picture_done : picture_data_error) << name;
+        if (!count)
             continue;
         EXPECT_EQ(palette.version, 0x300);
-        EXPECT_EQ(palette.has_system_colors, one.first != 0) << one.name;
-        EXPECT_EQ(palette.entries[one.first].green, 2) << one.name;
-        unsigned filled = 0;
-        for (const palette_entry& entry : palette.entries)
-            filled += entry.flags != 0;
-        EXPECT_EQ(filled, one.count) << one.name;
+        EXPECT_EQ(palette.has_system_colors, first != 0) << name;
+        EXPECT_EQ(palette.entries[first].green, 2) << name;
+        EXPECT_EQ(std::ranges::count_if(palette.entries, [](const auto& entry) { return entry.flags != 0; }), count)
+            << name;
     }
 }
 
 TEST(PictureFiles, SurviveEveryCutAndEveryChangedByte)
 {
-    vh::test::Table<std::string, std::function<uint32_t(std::span<const std::byte>)>> cases = {
-        {BitmapFile(BitmapHeader(5, 3, 8, 1), BitmapTable(256),
-                    std::string("\5\7\0\0\0\5\1\2\3\4\5\0\0\2\1\1\3\1\0\1", 20)),
-         [](auto bytes) {
-             bitmap_picture picture;
-             return ReadBitmapFile(bytes, picture);
-         }},
-        {BitmapFile(BitmapHeader(3, 2, 16, 3), BitmapTable(3), std::string(16, 'p')),
-         [](auto bytes) {
-             bitmap_picture picture;
-             return ReadBitmapFile(bytes, picture);
-         }},
-        {MetafileFile(Record(4, 0x20B) + Record(5, 0x20C) + Record(3, 0), 21),
-         [](auto bytes) {
-             metafile_picture picture;
-             return ReadMetafile(bytes, picture);
-         }},
+    const auto read = [](std::span<const std::byte> bytes) {
+        bitmap_picture bitmap;
+        metafile_picture metafile;
+        return bytes.empty() || bytes[0] == std::byte{'B'} ? ReadBitmapFile(bytes, bitmap)
+                                                           : ReadMetafile(bytes, metafile);
     };
-    for (const auto& [bytes, read] : cases) {
+    const std::string runs("\5\7\0\0\0\5\1\2\3\4\5\0\0\2\1\1\3\1\0\1", 20);
+    for (const std::string& bytes : {BitmapFile(BitmapHeader(5, 3, 8, 1), BitmapTable(256), runs),
+                                     BitmapFile(BitmapHeader(3, 2, 16, 3), BitmapTable(3), std::string(16, 'p')),
+                                     MetafileFile(Record(4, 0x20B) + Record(5, 0x20C) + Record(3, 0), 21)}) {
         for (std::size_t length = 0; length < bytes.size(); ++length) {
             // Of exactly the size, so that a read too far is seen.
             const std::vector<char> cut(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(length));

@@ -1,78 +1,54 @@
 // Export tables of sound and of damaged images.
-#include "../support/test.h"
+#include "../support/version_file.h"
 #include "tools/export_table.h"
 
 namespace tools {
 
 namespace {
 
-// A small image: headers, one section at address 0x1000 that lies at offset 0x400, two exports.
-struct SmallImage {
-    std::vector<std::byte> bytes = std::vector<std::byte>(0x600);
-
-    template <class Record>
-    void Put(std::size_t offset, const Record& record)
-    {
-        std::memcpy(bytes.data() + offset, &record, sizeof record);
-    }
-
-    SmallImage()
-    {
-        IMAGE_DOS_HEADER dos{};
-        dos.e_magic = IMAGE_DOS_SIGNATURE;
-        dos.e_lfanew = 0x80;
-        Put(0, dos);
-        IMAGE_NT_HEADERS64 header{};
-        header.Signature = IMAGE_NT_SIGNATURE;
-        header.FileHeader.NumberOfSections = 1;
-        header.FileHeader.SizeOfOptionalHeader = sizeof(IMAGE_OPTIONAL_HEADER64);
-        header.OptionalHeader.Magic = IMAGE_NT_OPTIONAL_HDR64_MAGIC;
-        header.OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress = 0x1000;
-        Put(0x80, header);
-        IMAGE_SECTION_HEADER section{};
-        section.VirtualAddress = 0x1000;
-        section.SizeOfRawData = 0x200;
-        section.PointerToRawData = 0x400;
-        Put(0x80 + sizeof header, section);
-        IMAGE_EXPORT_DIRECTORY exports{};
-        exports.Base = 3;
-        exports.NumberOfNames = 2;
-        exports.AddressOfNames = 0x1040;
-        exports.AddressOfNameOrdinals = 0x1050;
-        Put(0x400, exports);
-        Put(0x440, std::uint32_t{0x1060});
-        Put(0x444, std::uint32_t{0x1068});
-        Put(0x450, std::uint16_t{0});
-        Put(0x452, std::uint16_t{4});
-        std::memcpy(bytes.data() + 0x460, "First", 6);
-        std::memcpy(bytes.data() + 0x468, "_Second", 8);
-    }
-};
+// A small image with two exports; their names come last.
+constexpr std::size_t second_name = vh::test::section_offset + sizeof(IMAGE_EXPORT_DIRECTORY) + 18;
+std::vector<std::byte> SmallImage()
+{
+    constexpr uint32_t behind = vh::test::section_address + sizeof(IMAGE_EXPORT_DIRECTORY);
+    IMAGE_EXPORT_DIRECTORY exports{};
+    exports.Base = 3;
+    exports.NumberOfNames = 2;
+    exports.AddressOfNames = behind;
+    exports.AddressOfNameOrdinals = behind + 8;
+    const uint32_t names[] = {behind + 12, behind + 18};
+    const uint16_t numbers[] = {0, 4};
+    std::string section = vh::test::BytesOf(exports) + vh::test::BytesOf(names) + vh::test::BytesOf(numbers);
+    section.append("First\0_Second", 14);
+    const std::string image = vh::test::ImageOf(IMAGE_DIRECTORY_ENTRY_EXPORT, section);
+    const auto bytes = std::as_bytes(std::span(image));
+    return {bytes.begin(), bytes.end()};
+}
 
 } // namespace
 
 TEST(ExportTable, GivesNamesWithTheirNumbers)
 {
     const std::map<std::string, uint32_t> wanted{{"First", 3}, {"_Second", 7}};
-    EXPECT_EQ(ReadExportTable(SmallImage().bytes), wanted);
+    EXPECT_EQ(ReadExportTable(SmallImage()), wanted);
 }
 
 TEST(ExportTable, RejectsEveryImageThatIsCutBeforeItsNames)
 {
-    const SmallImage image;
-    for (std::size_t size = 0; size < 0x468; ++size)
-        EXPECT_THROW(ReadExportTable(std::span(image.bytes).first(size)), std::runtime_error) << size;
+    const auto image = SmallImage();
+    for (std::size_t size = 0; size < second_name; ++size)
+        EXPECT_THROW(ReadExportTable(std::span(image).first(size)), std::runtime_error) << size;
 }
 
 TEST(ExportTable, StaysInsideTheImageWhateverItsBytesSay)
 {
-    for (std::size_t offset = 0; offset < 0x460; ++offset) {
+    for (std::size_t offset = 0; offset < second_name; ++offset) {
         for (const int value : {0x00, 0x7F, 0xFF}) {
-            SmallImage image;
-            image.bytes[offset] = std::byte{static_cast<unsigned char>(value)};
+            auto image = SmallImage();
+            image[offset] = std::byte{static_cast<unsigned char>(value)};
             try {
-                for (const auto& [name, number] : ReadExportTable(image.bytes))
-                    EXPECT_LE(name.size(), image.bytes.size());
+                for (const auto& [name, number] : ReadExportTable(image))
+                    EXPECT_LE(name.size(), image.size());
             } catch (const std::runtime_error&) {
                 // A message is the other good answer.
             }

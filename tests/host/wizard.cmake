@@ -7,7 +7,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/stage.cmake)
 stage_sdk(${WORK}/sdk ${SOURCE}/samples/setup-ui)
 
 set(root "HKCU\\Software\\VHRTWizard")
-set(plans ${SOURCE}/tests/ui)
+set(plans ${SOURCE}/samples/setup-ui/plans)
 function(options result name)
   set(${result} ${HOST} ${WORK}/sdk --data ${WORK}/${name}-log --registry-root ${root}
     --var PROGRAMS=${WORK}/${name}-programs PARENT_SCOPE)

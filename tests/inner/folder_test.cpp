@@ -27,17 +27,11 @@ std::wstring Below(const TempFolder& folder)
 
 TEST(TypedFolder, LosesBlanksAndOneBackslashButKeepsARoot)
 {
-    const std::pair<const wchar_t*, const wchar_t*> cases[] = {{L"", L""},
-                                                               {L" \t\n ", L""},
-                                                               {L"c:\\a", L"c:\\a"},
-                                                               {L" \tc:\\a b\\\n", L"c:\\a b"},
-                                                               {L"c:\\a\\ ", L"c:\\a"},
-                                                               {L"c:\\a\\\\", L"c:\\a\\"},
-                                                               {L"c:\\", L"c:\\"},
-                                                               {L"c:", L"c:"},
-                                                               {L"\\\\server\\share\\", L"\\\\server\\share\\"},
-                                                               {L"\\\\server\\share\\a\\", L"\\\\server\\share\\a"},
-                                                               {L"\\", L"\\"}};
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
+        {L"", L""},       {L"c:\\", L"c:\\"},        {L" \tc:\\a b\\\n", L"c:\\a b"},
+        {L"c:", L"c:"},   {L"c:\\a", L"c:\\a"},      {L"\\\\server\\share\\", L"\\\\server\\share\\"},
+        {L"\\", L"\\"},   {L"c:\\a\\ ", L"c:\\a"},   {L"\\\\server\\share\\a\\", L"\\\\server\\share\\a"},
+        {L" \t\n ", L""}, {L"c:\\a\\\\", L"c:\\a\\"}};
     for (const auto& [typed, folder] : cases)
         EXPECT_EQ(vh::TypedFolder(typed), folder) << typed;
 }
@@ -86,15 +80,10 @@ TEST(Folder, IsAcceptedByItsDiskItsSyntaxAndTheVerifyTest)
 {
     const TempFolder folder;
     const std::wstring there = folder.path().wstring();
-    Table<std::wstring, bool, bool> cases = {{there, true, false},
-                                             {there + L"\\new", true, true},
-                                             {there + L"\\a|b", false, false},
-                                             {there + L"\\a?b", false, false},
-                                             {L"c:\\", true, false},
-                                             {L"q:\\folder", false, false},
-                                             {L"folder", false, false},
-                                             {L"\\\\no such server\\share\\a", false, false},
-                                             {L"", false, false}};
+    Table<std::wstring, bool, bool> cases = {
+        {L"", false, false},    {L"folder", false, false},      {there + L"\\a|b", false, false},
+        {there, true, false},   {L"q:\\folder", false, false},  {there + L"\\a?b", false, false},
+        {L"c:\\", true, false}, {there + L"\\new", true, true}, {L"\\\\no such server\\share\\a", false, false}};
     for (const auto& [path, plain, verified] : cases) {
         EXPECT_EQ(vh::IsFolderAccepted(path.c_str(), false), plain) << path;
         EXPECT_EQ(vh::IsFolderAccepted(path.c_str(), true), verified) << path;

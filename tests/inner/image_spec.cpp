@@ -1,23 +1,16 @@
 // The text that says which picture stands in a dialog's image control.
 #include "../../dialogs/image_spec.h"
-
-#include <gtest/gtest.h>
+#include "../support/test.h"
 
 namespace {
 
+using vh::test::Table;
 using Triple = std::array<int, 3>;
 
 TEST(ImageSpec, IsReadFieldByField)
 {
-    const struct {
-        const wchar_t* text;
-        const wchar_t* normal;
-        const wchar_t* alternative;
-        bool flag1, flag2;
-        Triple color1, color2;
-        int scale;
-        bool resource_only, numeric;
-    } cases[] = {
+    // Text; names, flags, colors, scale, and whether it is a resource's alone and a number.
+    Table<const wchar_t*, const wchar_t*, const wchar_t*, bool, bool, Triple, Triple, int, bool, bool> cases = {
         {L"", L"", L"", false, false, {}, {}, 100, false, false},
         {L"a.bmp", L"a.bmp", L"", false, false, {}, {}, 100, false, false},
         {L"@a.bmp,b.bmp", L"a.bmp", L"b.bmp", false, false, {}, {}, 100, false, false},
@@ -30,19 +23,17 @@ TEST(ImageSpec, IsReadFieldByField)
         {L"@@c:\\p.png", L"c:\\p.png", L"c:\\p.png", false, false, {}, {}, 100, true, false},
         {L"@@10777;200;1", L"10777", L"10777", false, false, {}, {}, 200, true, true},
         {L"@@p;0", L"p", L"p", false, false, {}, {}, 100, true, false},
-        {L"@!", L"!", L"", false, false, {}, {}, 100, false, false},
-    };
-    for (const auto& one : cases) {
-        const vh::ImageSpec spec = vh::ParseImageSpec(one.text);
-        EXPECT_EQ(spec.normal.view(), one.normal) << one.text;
-        EXPECT_EQ(spec.alternative.view(), one.alternative) << one.text;
-        EXPECT_EQ(spec.flag1, one.flag1) << one.text;
-        EXPECT_EQ(spec.flag2, one.flag2) << one.text;
-        EXPECT_EQ(spec.color1, one.color1) << one.text;
-        EXPECT_EQ(spec.color2, one.color2) << one.text;
-        EXPECT_EQ(spec.scale, one.scale) << one.text;
-        EXPECT_EQ(spec.resource_only, one.resource_only) << one.text;
-        EXPECT_EQ(spec.numeric(), one.numeric) << one.text;
+        {L"@!", L"!", L"", false, false, {}, {}, 100, false, false}};
+    for (const auto& [text, normal, alternative, flag1, flag2, color1, color2, scale, resource_only, numeric] : cases) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        const vh::ImageSpec spec = vh::ParseImageSpec(text);
+        EXPECT_EQ(spec.normal.view(), normal);
+        EXPECT_EQ(spec.alternative.view(), alternative);
+        EXPECT_TRUE(spec.flag1 == flag1 && spec.flag2 == flag2);
+        EXPECT_EQ(spec.color1, color1);
+        EXPECT_EQ(spec.color2, color2);
+        EXPECT_EQ(spec.scale, scale);
+        EXPECT_TRUE(spec.resource_only == resource_only && spec.numeric() == numeric);
     }
 }
 

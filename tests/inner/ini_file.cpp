@@ -165,46 +165,44 @@ TEST(IniFile, RenamesMovesRemovesAndSorts)
     Loaded file("[p1]\nc=1\nB=2\na=3\n[q]\n[P2]\n[r1]");
     inifilex& document = file.document;
     const std::wstring start = L"p1:c,B,a|q:|P2:|r1:";
-    const struct {
-        std::function<bool(inifilex&)> work;
-        bool result, dirty;
-        std::wstring shape;
-    } steps[] = {{[](auto& d) { return d.rename_section(L"nowhere", L"nowhere"); }, true, false, start},
-                 {[](auto& d) { return d.rename_section(L"q", L"R1"); }, false, false, start},
-                 // Names are equal without regard to case.
-                 {[](auto& d) { return d.rename_section(L"q", L"Q"); }, true, false, start},
-                 {[](auto& d) { return d.rename_section(L"z", L"new"); }, false, false, start},
-                 {[](auto& d) { return d.rename_section(L"q", L"s"); }, true, true, L"p1:c,B,a|s:|P2:|r1:"},
-                 {[](auto& d) { return d.rename_section(L"S", L"q"); }, true, true, start},
-                 {[](auto& d) { return d.move_entry(L"p1", L"c", L"zz"); }, false, true, start},
-                 {[](auto& d) { return d.move_entry(L"p1", L"C", L"b"); }, true, true, L"p1:B,c,a|q:|P2:|r1:"},
-                 {[](auto& d) { return d.move_entry(L"p1", L"a", L"b"); }, true, true, L"p1:B,a,c|q:|P2:|r1:"},
-                 {[](auto& d) { return d.rename_entry(L"p1", L"b", L"zeta"); }, true, true, L"p1:zeta,a,c|q:|P2:|r1:"},
-                 {[](auto& d) { return d.rename_entry(L"p1", L"a", L"C"); }, false, false, L"p1:zeta,a,c|q:|P2:|r1:"},
-                 {[](auto& d) { return d.sort_entries_of(L"p1"), true; }, true, false, L"p1:a,c,zeta|q:|P2:|r1:"},
-                 // "p1" gives way to the "r1" that is there.
-                 {[](auto& d) { return d.rename_sections(L"p", L"r"), true; }, true, true, L"p1:a,c,zeta|q:|r2:|r1:"},
-                 {[](auto& d) { return d.sort_sections(), true; }, true, false, L"p1:a,c,zeta|q:|r1:|r2:"},
-                 {[](auto& d) { return d.remove_sections(L"R"), true; }, true, true, L"p1:a,c,zeta|q:"},
-                 {[](auto& d) { return d.has_section(L"Q"); }, true, false, L"p1:a,c,zeta|q:"},
-                 {[](auto& d) { return d.remove_entry(L"p1", L"C"); }, true, true, L"p1:a,zeta|q:"},
-                 {[](auto& d) { return d.clear_section(L"p1"); }, true, true, L"p1:|q:"},
-                 {[](auto& d) { return d.remove_entry(L"p1", L"a"); }, false, false, L"p1:|q:"},
-                 {[](auto& d) { return d.remove_section(L"p1"); }, true, true, L"q:"},
-                 {[](auto& d) { return d.remove_section(L"p1"); }, false, false, L"q:"},
-                 {[](auto& d) { return d.clear(), true; }, true, false, L""}};
-    for (const auto& step : steps) {
-        const auto at = &step - steps;
+    Table<std::function<bool(inifilex&)>, bool, bool, std::wstring> steps = {
+        {[](auto& d) { return d.rename_section(L"nowhere", L"nowhere"); }, true, false, start},
+        {[](auto& d) { return d.rename_section(L"q", L"R1"); }, false, false, start},
+        // Names are equal without regard to case.
+        {[](auto& d) { return d.rename_section(L"q", L"Q"); }, true, false, start},
+        {[](auto& d) { return d.rename_section(L"z", L"new"); }, false, false, start},
+        {[](auto& d) { return d.rename_section(L"q", L"s"); }, true, true, L"p1:c,B,a|s:|P2:|r1:"},
+        {[](auto& d) { return d.rename_section(L"S", L"q"); }, true, true, start},
+        {[](auto& d) { return d.move_entry(L"p1", L"c", L"zz"); }, false, true, start},
+        {[](auto& d) { return d.move_entry(L"p1", L"C", L"b"); }, true, true, L"p1:B,c,a|q:|P2:|r1:"},
+        {[](auto& d) { return d.move_entry(L"p1", L"a", L"b"); }, true, true, L"p1:B,a,c|q:|P2:|r1:"},
+        {[](auto& d) { return d.rename_entry(L"p1", L"b", L"zeta"); }, true, true, L"p1:zeta,a,c|q:|P2:|r1:"},
+        {[](auto& d) { return d.rename_entry(L"p1", L"a", L"C"); }, false, false, L"p1:zeta,a,c|q:|P2:|r1:"},
+        {[](auto& d) { return d.sort_entries_of(L"p1"), true; }, true, false, L"p1:a,c,zeta|q:|P2:|r1:"},
+        // "p1" gives way to the "r1" that is there.
+        {[](auto& d) { return d.rename_sections(L"p", L"r"), true; }, true, true, L"p1:a,c,zeta|q:|r2:|r1:"},
+        {[](auto& d) { return d.sort_sections(), true; }, true, false, L"p1:a,c,zeta|q:|r1:|r2:"},
+        {[](auto& d) { return d.remove_sections(L"R"), true; }, true, true, L"p1:a,c,zeta|q:"},
+        {[](auto& d) { return d.has_section(L"Q"); }, true, false, L"p1:a,c,zeta|q:"},
+        {[](auto& d) { return d.remove_entry(L"p1", L"C"); }, true, true, L"p1:a,zeta|q:"},
+        {[](auto& d) { return d.clear_section(L"p1"); }, true, true, L"p1:|q:"},
+        {[](auto& d) { return d.remove_entry(L"p1", L"a"); }, false, false, L"p1:|q:"},
+        {[](auto& d) { return d.remove_section(L"p1"); }, true, true, L"q:"},
+        {[](auto& d) { return d.remove_section(L"p1"); }, false, false, L"q:"},
+        {[](auto& d) { return d.clear(), true; }, true, false, L""}};
+    int at = 0;
+    for (const auto& [work, result, dirty, shape] : steps) {
+        SCOPED_TRACE(at++);
         document.set_dirty(false);
-        EXPECT_EQ(step.work(document), step.result) << at;
-        EXPECT_EQ(document.is_dirty(), step.dirty) << at;
-        EXPECT_EQ(Shape(document), step.shape) << at;
-        if (step.shape.starts_with(L"p1:a,c,zeta")) {
+        EXPECT_EQ(work(document), result);
+        EXPECT_EQ(document.is_dirty(), dirty);
+        EXPECT_EQ(Shape(document), shape);
+        if (shape.starts_with(L"p1:a,c,zeta")) {
             EXPECT_EQ(document.get_string(L"p1", L"A", L"").view(), L"3");
             EXPECT_EQ(document.get_string(L"p1", L"zeta", L"").view(), L"2");
         }
         inifilex::names found;
-        EXPECT_EQ(document.find_sections(found, L"R"), static_cast<std::size_t>(std::ranges::count(step.shape, L'r')));
+        EXPECT_EQ(document.find_sections(found, L"R"), static_cast<std::size_t>(std::ranges::count(shape, L'r')));
     }
 }
 
@@ -360,30 +358,26 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
 {
     struct obstacle {
         vh::unique_file handle;
-        std::optional<ImportPatch> patch;
+        std::optional<Patched> patch;
+    };
+    const auto full_disk = [](DWORD room) {
+        return [room](const std::wstring&, obstacle& way) {
+            disk_room = room;
+            way.patch.emplace("WriteFile", WriteToFullDisk);
+        };
     };
     Table<const char*, std::function<void(const std::wstring&, obstacle&)>, uint32_t, DWORD> cases = {
         {"another has it open",
          [](const std::wstring& path, obstacle& way) {
-             way.handle.reset(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr));
+             way.handle.reset(
+                 CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
          },
          0, 0},
         {"it is read-only",
          [](const std::wstring& path, obstacle&) { SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY); }, 0,
          ERROR_ACCESS_DENIED},
-        {"the disk is full from the start",
-         [](const std::wstring&, obstacle& way) {
-             disk_room = 0;
-             way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
-         },
-         0, ERROR_DISK_FULL},
-        {"the disk is full behind a mark",
-         [](const std::wstring&, obstacle& way) {
-             disk_room = 5;
-             way.patch.emplace(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteToFullDisk));
-         },
-         inifile_set_encoding, ERROR_DISK_FULL}};
+        {"the disk is full from the start", full_disk(0), 0, ERROR_DISK_FULL},
+        {"the disk is full behind a mark", full_disk(5), inifile_set_encoding, ERROR_DISK_FULL}};
     for (const auto& [what, put, flags, error] : cases) {
         Loaded file("[a]\nx=1\n");
         const std::string old = BytesOf(file.path);
@@ -393,10 +387,8 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
             put(file.path, way);
             EXPECT_FALSE(file.document.save(flags, CP_UTF8, true)) << what;
         }
-        EXPECT_NE(file.document.get_last_error(), 0u) << what;
-        if (error) {
-            EXPECT_EQ(file.document.get_last_error(), error) << what;
-        }
+        const DWORD told = file.document.get_last_error();
+        EXPECT_TRUE(error ? told == error : told != 0) << what << told;
         EXPECT_EQ(file.document.get_error_path().view(), file.path) << what;
         EXPECT_TRUE(file.document.is_dirty()) << what;
         EXPECT_EQ(BytesOf(file.path), old) << what;
@@ -425,65 +417,54 @@ HANDLE WINAPI CreateOutside(LPCWSTR name, DWORD access, DWORD share, SECURITY_AT
 // What others see of the file stays: its attributes, its other names, and the file that they have open.
 TEST(IniFile, SavesIntoTheFileThatOthersKnow)
 {
-    const struct {
-        const char* what;
-        std::function<vh::unique_file(const std::wstring&, const std::wstring&)> prepare;
-        DWORD attributes;
-    } cases[] = {
-        {"hidden", [](auto&, auto&) { return vh::unique_file(); }, FILE_ATTRIBUTE_HIDDEN},
-        {"two names",
-         [](const std::wstring& path, const std::wstring& other) {
+    using Prepare = std::function<vh::unique_file(const std::wstring&, const std::wstring&)>;
+    Table<const char*, DWORD, Prepare> cases = {
+        {"hidden", FILE_ATTRIBUTE_HIDDEN, [](auto&, auto&) { return vh::unique_file(); }},
+        {"two names", 0,
+         [](auto& path, auto& other) {
              EXPECT_TRUE(CreateHardLinkW(other.c_str(), path.c_str(), nullptr));
              return vh::unique_file();
-         },
-         0},
-        {"a reader that shares no deletion",
-         [](const std::wstring& path, auto&) {
-             return vh::unique_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                OPEN_EXISTING, 0, nullptr));
-         },
-         0},
-        {"a folder that takes no new file",
-         [](const std::wstring& path, auto&) {
+         }},
+        {"a reader that shares no deletion", 0,
+         [](auto& path, auto&) {
+             constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+             return vh::unique_file(
+                 CreateFileW(path.c_str(), GENERIC_READ, shared, nullptr, OPEN_EXISTING, 0, nullptr));
+         }},
+        {"a folder that takes no new file", FILE_ATTRIBUTE_HIDDEN, [](auto& path, auto&) {
              closed_folder = path.substr(0, path.rfind(L'\\'));
              return vh::unique_file();
-         },
-         FILE_ATTRIBUTE_HIDDEN},
-    };
-    const vh::test::ImportPatch outside(GetModuleHandleW(nullptr), "CreateFileW",
-                                        reinterpret_cast<void*>(&CreateOutside));
+         }}};
+    const Patched outside("CreateFileW", CreateOutside);
     real_create = reinterpret_cast<decltype(&CreateFileW)>(outside.original());
-    for (const auto& one : cases) {
+    for (const auto& [what, attributes, prepare] : cases) {
+        SCOPED_TRACE(what);
         closed_folder.clear();
         Loaded file("[a]\nx=1\nlong=a value that goes\n");
-        SetFileAttributesW(file.path.c_str(), one.attributes ? one.attributes : DWORD{FILE_ATTRIBUTE_NORMAL});
+        SetFileAttributesW(file.path.c_str(), attributes ? attributes : DWORD{FILE_ATTRIBUTE_NORMAL});
         const std::wstring other = file.folder / L"other.ini";
-        const vh::unique_file reader = one.prepare(file.path, other);
-        const std::string names = std::to_string(EntriesIn(file.folder));
+        const vh::unique_file reader = prepare(file.path, other);
+        const auto names = EntriesIn(file.folder);
         file.document.remove_entry(L"a", L"long");
-        EXPECT_TRUE(file.document.save(0, 0, false)) << one.what << file.document.get_last_error();
-        EXPECT_EQ(BytesOf(file.path), "[a]\r\nx=1\r\n") << one.what;
-        EXPECT_EQ(GetFileAttributesW(file.path.c_str()) & FILE_ATTRIBUTE_HIDDEN, one.attributes) << one.what;
-        EXPECT_EQ(std::to_string(EntriesIn(file.folder)), names) << one.what << ": nothing else stays";
-        if (std::filesystem::exists(other)) {
-            EXPECT_EQ(BytesOf(other), BytesOf(file.path)) << one.what;
-        }
+        EXPECT_EQ(file.Saved(), "[a]\r\nx=1\r\n");
+        EXPECT_EQ(GetFileAttributesW(file.path.c_str()) & FILE_ATTRIBUTE_HIDDEN, attributes);
+        EXPECT_EQ(EntriesIn(file.folder), names) << "nothing else stays";
+        EXPECT_TRUE(!std::filesystem::exists(other) || BytesOf(other) == BytesOf(file.path));
         char start[4] = "";
         DWORD count = 0;
-        if (reader) {
-            EXPECT_TRUE(ReadFile(reader.get(), start, 3, &count, nullptr) && std::string(start) == "[a]");
-        }
+        EXPECT_TRUE(!reader || ReadFile(reader.get(), start, 3, &count, nullptr));
+        EXPECT_STREQ(start, reader ? "[a]" : "");
         // The third write is the one into the file itself: it changes half of it, and the content comes back.
-        if (one.attributes == 0) {
+        if (attributes == 0) {
             const std::string before = BytesOf(file.path);
             file.document.set_string(L"a", L"more", std::wstring(100, L'm'));
             const Patched cut("WriteFile", CutThirdWrite);
             real_write = reinterpret_cast<decltype(&WriteFile)>(cut.original());
             writes = 0;
-            EXPECT_FALSE(file.document.save(0, 0, false)) << one.what;
-            EXPECT_EQ(writes, 4) << one.what;
-            EXPECT_EQ(BytesOf(file.path), before) << one.what;
-            EXPECT_EQ(std::to_string(EntriesIn(file.folder)), names) << one.what;
+            EXPECT_FALSE(file.document.save(0, 0, false));
+            EXPECT_EQ(writes, 4);
+            EXPECT_EQ(BytesOf(file.path), before);
+            EXPECT_EQ(EntriesIn(file.folder), names);
         }
     }
 }
@@ -491,17 +472,13 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
 // An exchange that fails when the old file has gone already.
 TEST(IniFile, KeepsTheNewContentWhenTheOldIsLost)
 {
-    const vh::test::ImportPatch replace(
-        GetModuleHandleW(nullptr), "ReplaceFileW",
-        reinterpret_cast<void*>(+[](LPCWSTR old, LPCWSTR, LPCWSTR, DWORD, void*, void*) WINAPI -> BOOL {
-            DeleteFileW(old);
-            return FALSE;
-        }));
+    const Patched replace(
+        "ReplaceFileW",
+        +[](LPCWSTR old, LPCWSTR, LPCWSTR, DWORD, void*, void*) WINAPI -> BOOL { return DeleteFileW(old), FALSE; });
     Loaded file("[a]\nx=1\n");
     EXPECT_EQ(file.Saved(), "[a]\r\nx=1\r\n");
-    const vh::test::ImportPatch move(
-        GetModuleHandleW(nullptr), "MoveFileExW",
-        reinterpret_cast<void*>(+[](LPCWSTR, LPCWSTR, DWORD) WINAPI -> BOOL { return FALSE; }));
+    const Patched move(
+        "MoveFileExW", +[](LPCWSTR, LPCWSTR, DWORD) WINAPI -> BOOL { return FALSE; });
     EXPECT_FALSE(file.document.save(0, 0, false));
     ASSERT_EQ(EntriesIn(file.folder), 1);
     EXPECT_EQ(BytesOf(std::filesystem::directory_iterator(file.folder.path())->path()), "[a]\r\nx=1\r\n");

@@ -9,25 +9,14 @@ namespace {
 vh::late_library version_library(L"version.dll");
 vh::late_library no_library(L"no-such-library.dll");
 
-template <class Function>
-DWORD ErrorOf(Function& function)
-{
-    try {
-        function();
-    } catch (const vh::win32_exception& failure) {
-        return failure.code();
-    }
-    return 0;
-}
-
 TEST(LateFunction, ThatIsMissingIsEmptyAndRaisesWhenCalled)
 {
     vh::late_function<void()> missing(version_library, "NoSuchFunction");
     EXPECT_FALSE(missing);
-    EXPECT_EQ(ErrorOf(missing), ERROR_PROC_NOT_FOUND);
+    EXPECT_EQ(vh::test::CodeOf<vh::win32_exception>(missing), ERROR_PROC_NOT_FOUND);
     vh::late_function<void()> homeless(no_library, "GetFileVersionInfoSizeW");
     EXPECT_FALSE(homeless);
-    EXPECT_EQ(ErrorOf(homeless), ERROR_MOD_NOT_FOUND);
+    EXPECT_EQ(vh::test::CodeOf<vh::win32_exception>(homeless), ERROR_MOD_NOT_FOUND);
 }
 
 template <DWORD Error>

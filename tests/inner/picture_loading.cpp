@@ -22,12 +22,8 @@ std::string Colors(SetupImage& image, int width, int height)
     const Sheet sheet(width + 1, height + 1, ground);
     EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
     std::string colors;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            char text[16];
-            std::snprintf(text, sizeof(text), "%06lX ", sheet.Pixel(x, y));
-            colors += text;
-        }
+    for (int at = 0; at < width * height; ++at)
+        colors += ColorText(sheet.Pixel(at % width, at / width)) + " ";
     EXPECT_EQ(sheet.Pixel(width, 0), ground);
     EXPECT_EQ(sheet.Pixel(0, height), ground);
     return colors;
@@ -50,12 +46,10 @@ TEST(PictureLoading, TakesEveryKindOfBitmap)
     const TempFolder folder;
     const std::string rows_24 =
         Rows(Number(0x0000FF, 3) + Number(0xFFFFFF, 3), Number(0xFF0000, 3) + Number(0x00FF00, 3));
-    const std::string rows_8 = Rows("\2\3", std::string("\0\1", 2));
-    const std::string rows_4 = Rows("\x23", "\x01");
+    const std::string rows_8 = Rows("\2\3", std::string("\0\1", 2)), rows_4 = Rows("\x23", "\x01");
     const struct {
         const char* name;
-        std::string file;
-        std::string colors = four_colors;
+        std::string file, colors = four_colors;
     } cases[] = {
         {"1 bit", BitmapFile(BitmapHeader(2, 2, 1), table.substr(0, 8), Rows("\x80", "\x40")),
          "FF0000 00FF00 00FF00 FF0000 "},
@@ -78,8 +72,7 @@ TEST(PictureLoading, TakesEveryKindOfBitmap)
          BitmapFile(BitmapHeader(2, 2, 16, 3, 0, 124).replace(40, 12, Long(0xF800) + Long(0x07E0) + Long(0x001F)), "",
                     Word(0x001F) + Word(0xFFFF) + Word(0xF800) + Word(0x07E0))},
         {"runs of 8", BitmapFile(BitmapHeader(2, 2, 8, 1, 4), table, std::string("\1\2\1\3\0\0\1\0\1\1\0\1", 12))},
-        {"runs of 4", BitmapFile(BitmapHeader(2, 2, 4, 2, 4), table, std::string("\2\x23\0\0\2\x01\0\1", 8))},
-    };
+        {"runs of 4", BitmapFile(BitmapHeader(2, 2, 4, 2, 4), table, std::string("\2\x23\0\0\2\x01\0\1", 8))}};
     for (const auto& one : cases) {
         SetupImage image;
         ASSERT_TRUE(image.LoadFromFile(folder.Write(L"picture.Bmp", one.file).c_str())) << one.name;
@@ -98,58 +91,46 @@ TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
 {
     const TempFolder folder;
     const std::string good = BitmapFile(BitmapHeader(2, 1, 24), "", Number(0x332211, 3) + Number(0x665544, 3) + "..");
-    const std::wstring bitmap = folder.Write(L"good.bmp", good);
-    const std::wstring library = StandardLibrary();
-    const std::wstring plain = folder / L"library";
-    CopyFileW(library.c_str(), plain.c_str(), FALSE);
-    const struct {
-        std::wstring file;
-        uint32_t number;
-        const char* colors; // null: not loaded
-    } cases[] = {
+    const std::wstring bitmap = folder.Write(L"good.bmp", good), library = StandardLibrary();
+    CopyFileW(library.c_str(), (folder / L"some.dll").c_str(), FALSE);
+    const std::string nothing = "FFFFFF FFFFFF ";
+    Table<std::wstring, uint32_t, std::string> cases = {
         {bitmap, 0, "332211 665544 "},
-        {folder.Write(L"good.txt", good), 0, nullptr},
-        {folder.Write(L"good.wmf", good), 0, nullptr},
-        {folder.Write(L"other.bmp", "PM" + good.substr(2)), 0, nullptr},
-        {folder.Write(L"short.bmp", good.substr(0, good.size() - 1)), 0, nullptr},
-        {folder.Write(L"empty.bmp", ""), 0, nullptr},
-        {folder / L"none.bmp", 0, nullptr},
-        {L"", 0, nullptr},
+        {folder.Write(L"good.txt", good), 0, nothing},
+        {bitmap, 0, "332211 665544 "},
+        {folder.Write(L"good.wmf", good), 0, nothing},
+        {folder.Write(L"other.bmp", "PM" + good.substr(2)), 0, nothing},
+        {folder.Write(L"short.bmp", good.substr(0, good.size() - 1)), 0, nothing},
+        {folder.Write(L"empty.bmp", ""), 0, nothing},
+        {folder / L"some", 301, "FF0000 00FF00 "},
+        {folder / L"none.bmp", 0, nothing},
         {library, 301, "FF0000 00FF00 "},
-        {library, 302, nullptr},
-        {library, 303, nullptr},
-        {folder / L"none.dll", 301, nullptr},
-        {folder.Write(L"no library", "text"), 301, nullptr},
-    };
-    for (const auto& one : cases) {
-        SetupImage image;
-        EXPECT_EQ(image.LoadFromFile(one.file.c_str(), one.number), one.colors != nullptr) << one.file;
-        if (one.colors)
-            EXPECT_EQ(Colors(image, 2, 1), one.colors) << one.file;
-        else
-            EXPECT_EQ(Colors(image, 1, 1), "FFFFFF ") << one.file;
-    }
+        {L"", 0, nothing},
+        {library, 302, nothing},
+        {library, 303, nothing},
+        {folder / L"none.dll", 301, nothing},
+        {folder.Write(L"no library", "text"), 301, nothing}};
     // A picture that fails takes the one before away.
     SetupImage image;
-    ASSERT_TRUE(image.LoadFromFile(bitmap.c_str()));
-    EXPECT_FALSE(image.LoadFromFile((folder / L"none.bmp").c_str()));
-    EXPECT_EQ(Colors(image, 1, 1), "FFFFFF ");
+    for (const auto& [file, number, colors] : cases) {
+        EXPECT_EQ(image.LoadFromFile(file.c_str(), number), colors != nothing) << file;
+        EXPECT_EQ(Colors(image, 2, 1), colors) << file;
+    }
 }
-
-constexpr const char* png_colors = "FF0000 00FF00 0000FF 010203 FAF0E6 804020 ";
 
 TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
 {
     const unique_module library(LoadLibraryW(StandardLibrary().c_str()));
     SetupImage image;
     ASSERT_TRUE(image.LoadByGdiplus(library.get(), 302));
-    EXPECT_EQ(image.size().cx, 3);
-    EXPECT_EQ(image.size().cy, 2);
-    EXPECT_EQ(Colors(image, 3, 2), png_colors);
+    EXPECT_EQ(image.size(), (SIZE{3, 2}));
+    EXPECT_EQ(Colors(image, 3, 2), "FF0000 00FF00 0000FF 010203 FAF0E6 804020 ");
     ASSERT_TRUE(image.LoadByGdiplus(library.get(), 301));
     EXPECT_EQ(Colors(image, 2, 1), "FF0000 00FF00 ");
     EXPECT_FALSE(image.LoadByGdiplus(library.get(), 303));
     EXPECT_EQ(Colors(image, 1, 1), "FFFFFF ");
+    ASSERT_TRUE(image.LoadByGdiplus(library.get(), 302) && image.LoadFromLibrary(library.get(), 301));
+    EXPECT_EQ(Colors(image, 2, 1), "FF0000 00FF00 ") << "what GDI+ had is gone";
 
     const TempFolder folder;
     const HRSRC place = FindResourceW(library.get(), MAKEINTRESOURCEW(302), L"PNG");
@@ -165,8 +146,7 @@ TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
 
     const gdiplus_bitmap small = gdiplus_bitmap::FromResource(library.get(), 302);
     const gdiplus_bitmap large = small.Resized({30, 20});
-    EXPECT_EQ(large.size().cx, 30);
-    EXPECT_EQ(large.size().cy, 20);
+    EXPECT_EQ(large.size(), (SIZE{30, 20}));
     EXPECT_TRUE(large.Icon());
     EXPECT_FALSE(gdiplus_bitmap().Resized({3, 2}));
     EXPECT_FALSE(gdiplus_bitmap().Icon());
@@ -175,9 +155,7 @@ TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
 TEST(PictureLoading, ReadsPalettes)
 {
     const TempFolder folder;
-    std::string file = "RIFF" + Long(0) + "PAL data" + Long(4 + 1024) + Word(0x300) + Word(256);
-    for (unsigned i = 0; i < 256; ++i)
-        file += Long(0x030201 + i);
+    const std::string file = PaletteFile(256, 256, 4 + 1024, 0x030201);
     const unique_palette palette = LoadPalette(folder.Write(L"some.pal", file).c_str());
     ASSERT_TRUE(palette);
     PALETTEENTRY last{};
@@ -191,39 +169,25 @@ TEST(PictureLoading, ReadsPalettes)
 // A display of 8 bits whose palette is the picture's.
 TEST(PictureLoading, RealizesThePaletteOnDisplaysThatHaveOne)
 {
-    struct Display {
-        static int WINAPI Caps(HDC context, int index)
-        {
-            return index == BITSPIXEL ? 8 : index == PLANES ? 1 : GetDeviceCaps(context, index);
-        }
-        static UINT WINAPI Realize(HDC)
-        {
-            ++Realized();
-            return 0;
-        }
-        static int& Realized()
-        {
-            static int realized = 0;
-            return realized;
-        }
-    };
+    static UINT realized;
+    const Replaced caps(late::get_device_caps, [](HDC context, int index) WINAPI -> int {
+        return index == BITSPIXEL ? 8 : index == PLANES ? 1 : GetDeviceCaps(context, index);
+    });
+    const Replaced realize(late::realize_palette, [](HDC) WINAPI -> UINT { return ++realized; });
     LOGPALETTE one_color{0x300, 1, {{1, 2, 3, 0}}};
     const unique_palette palette(CreatePalette(&one_color));
-    const Replaced caps(late::get_device_caps, &Display::Caps);
-    const Replaced realize(late::realize_palette, &Display::Realize);
     const std::string file = BitmapFile(BitmapHeader(1, 1, 24), "", Long(0));
     bitmap_picture picture;
     ASSERT_EQ(ReadBitmapFile(std::as_bytes(std::span(file)), picture), 0u);
     const Sheet sheet(2, 2, ground);
-    SetupImage without;
-    without.LoadBitmap(picture);
-    without.Draw(sheet.context(), sheet.size());
-    EXPECT_EQ(Display::Realized(), 0);
-    SetupImage with(nullptr, 0, palette.get());
-    with.LoadBitmap(picture);
-    EXPECT_EQ(Display::Realized(), 1);
-    with.Draw(sheet.context(), sheet.size());
-    EXPECT_EQ(Display::Realized(), 3);
+    for (const auto& [of, loading, drawing] : {std::tuple(HPALETTE{}, 0u, 0u), std::tuple(palette.get(), 1u, 2u)}) {
+        realized = 0;
+        SetupImage image(nullptr, 0, of);
+        image.LoadBitmap(picture);
+        EXPECT_EQ(realized, loading);
+        image.Draw(sheet.context(), sheet.size());
+        EXPECT_EQ(realized, loading + drawing);
+    }
 }
 
 } // namespace

@@ -2,15 +2,16 @@
 #include "../../pictures/late_drawing.h"
 #include "../../pictures/option_text.h"
 #include "../../pictures/setup_image.h"
+#include "../support/bitmap_writer.h"
 #include "../support/replaced.h"
 #include "../support/sheet.h"
+#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using vh::test::Replaced;
-using vh::test::Sheet;
+using namespace vh::test;
 
 constexpr DWORD ground = 0x102030; // of the sheet, as 0xRRGGBB
 constexpr COLORREF ground_color = RGB(0x10, 0x20, 0x30);
@@ -24,28 +25,18 @@ constexpr DWORD PixelAt(int x, int y)
     return LeftOut(x, y) ? 0xFF00FF : static_cast<DWORD>(0x400000 + (x * 8 << 8) + y * 8);
 }
 
-struct Raw {
-    std::vector<std::byte> bytes;
-    bitmap_picture picture;
-};
-Raw MakePicture()
-{
-    Raw made;
-    made.picture.width = width;
-    made.picture.height = -height;
-    made.picture.bits = 32;
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            for (int byte = 0; byte < 4; ++byte)
-                made.bytes.push_back(static_cast<std::byte>(PixelAt(x, y) >> 8 * byte));
-    made.picture.pixels = made.bytes;
-    return made;
-}
-
 SetupImage Loaded(uint32_t options = 0, int32_t effect = 0)
 {
+    std::vector<DWORD> pixels;
+    for (int at = 0; at < width * height; ++at)
+        pixels.push_back(PixelAt(at % width, at / width));
+    bitmap_picture picture;
+    picture.width = width;
+    picture.height = -height;
+    picture.bits = 32;
+    picture.pixels = std::as_bytes(std::span(pixels));
     SetupImage image(nullptr, effect);
-    EXPECT_TRUE(image.LoadBitmap(MakePicture().picture));
+    EXPECT_TRUE(image.LoadBitmap(picture));
     image.SetOptions(options);
     return image;
 }
@@ -55,12 +46,9 @@ std::string Differences(const Sheet& sheet, const std::function<DWORD(int, int)>
 {
     for (int y = 0; y < sheet.size().cy; ++y)
         for (int x = 0; x < sheet.size().cx; ++x)
-            if (sheet.Pixel(x, y) != wanted(x, y)) {
-                char text[100];
-                std::snprintf(text, sizeof(text), "%06lx instead of %06lx at %d, %d", sheet.Pixel(x, y), wanted(x, y),
-                              x, y);
-                return text;
-            }
+            if (sheet.Pixel(x, y) != wanted(x, y))
+                return ColorText(sheet.Pixel(x, y)) + " instead of " + ColorText(wanted(x, y)) + " at " +
+                       std::to_string(x) + ", " + std::to_string(y);
     return {};
 }
 
@@ -76,21 +64,20 @@ std::function<DWORD(int, int)> PictureAt(int left, int top, int times = 1)
 TEST(Pictures, StandWhereAnchorsPositionsAndSizesPutThem)
 {
     constexpr int32_t middle = centered_position;
-    vh::test::Table<uint32_t, int32_t, int32_t, int, int> cases = {
-        {0, 3, 5, 3, 5},
-        {anchor_top_left, 3, 5, 3, 5},
-        {anchor_top_right, 3, 5, 60 - 16 - 3, 5},
-        {anchor_bottom_left, 3, 5, 3, 50 - 12 - 5},
-        {anchor_bottom_right, 3, 5, 60 - 16 - 3, 50 - 12 - 5},
-        // The last one in the order 8, 4, 2, 1 holds.
-        {anchor_bottom_left | anchor_top_right, 3, 5, 60 - 16 - 3, 5},
-        {anchor_bottom_right | anchor_top_left, 3, 5, 3, 5},
-        {anchor_bottom_right, middle, 5, 22, 50 - 12 - 5},
-        {anchor_bottom_right, 3, middle, 60 - 16 - 3, 19},
-        {0, middle, middle, 22, 19},
-        {option_center | anchor_bottom_right, 3, 5, 22, 19},
-        {0, -4, -2, -4, -2},
-        {0, 55, 45, 55, 45}};
+    Table<uint32_t, int32_t, int32_t, int, int> cases = {{0, 3, 5, 3, 5},
+                                                         {anchor_top_left, 3, 5, 3, 5},
+                                                         {anchor_top_right, 3, 5, 60 - 16 - 3, 5},
+                                                         {anchor_bottom_left, 3, 5, 3, 50 - 12 - 5},
+                                                         {anchor_bottom_right, 3, 5, 60 - 16 - 3, 50 - 12 - 5},
+                                                         // The last one in the order 8, 4, 2, 1 holds.
+                                                         {anchor_bottom_left | anchor_top_right, 3, 5, 60 - 16 - 3, 5},
+                                                         {anchor_bottom_right | anchor_top_left, 3, 5, 3, 5},
+                                                         {anchor_bottom_right, middle, 5, 22, 50 - 12 - 5},
+                                                         {anchor_bottom_right, 3, middle, 60 - 16 - 3, 19},
+                                                         {0, middle, middle, 22, 19},
+                                                         {option_center | anchor_bottom_right, 3, 5, 22, 19},
+                                                         {0, -4, -2, -4, -2},
+                                                         {0, 55, 45, 55, 45}};
     for (const auto& [flags, x, y, left, top] : cases) {
         Sheet sheet(60, 50, ground_color);
         SetupImage image = Loaded(flags);
@@ -102,17 +89,15 @@ TEST(Pictures, StandWhereAnchorsPositionsAndSizesPutThem)
 
 TEST(Pictures, TakeTheSizeThatTheOptionsSay)
 {
-    vh::test::Table<uint32_t, int32_t, int32_t, SIZE> cases = {
-        {0, 5, 5, {16, 12}},
-        {option_fixed_size, 5, 7, {5, 7}},
-        {option_scale, 50000, 200000, {8, 24}},
-        {option_scale, 33333, 99999, {5, 11}},
-        {option_scale | option_fixed_size, 200000, 100000, {32, 12}}};
+    Table<uint32_t, int32_t, int32_t, SIZE> cases = {{0, 5, 5, {16, 12}},
+                                                     {option_fixed_size, 5, 7, {5, 7}},
+                                                     {option_scale, 50000, 200000, {8, 24}},
+                                                     {option_scale, 33333, 99999, {5, 11}},
+                                                     {option_scale | option_fixed_size, 200000, 100000, {32, 12}}};
     for (const auto& [flags, size_x, size_y, wanted] : cases) {
         SetupImage image = Loaded(flags);
         image.SetSize(size_x, size_y);
-        EXPECT_EQ(image.TargetSize().cx, wanted.cx);
-        EXPECT_EQ(image.TargetSize().cy, wanted.cy);
+        EXPECT_EQ(image.TargetSize(), wanted);
         // What is drawn begins and ends at the edges of that size.
         Sheet sheet(60, 50, ground_color);
         image.SetPosition(10, 10);
@@ -134,9 +119,10 @@ TEST(Pictures, LeaveOneColorOut)
         SetBkColor(sheet.context(), RGB(1, 2, 3));
         for (int draws = 0; draws < 2; ++draws)
             image.Draw(sheet.context(), sheet.size(), option_transparent);
-        const auto whole = PictureAt(2, 3, times);
-        EXPECT_EQ(Differences(sheet, [&](int x, int y) { return whole(x, y) == 0xFF00FF ? ground : whole(x, y); }), "")
-            << times;
+        const auto shown = [whole = PictureAt(2, 3, times)](int x, int y) {
+            return whole(x, y) == 0xFF00FF ? ground : whole(x, y);
+        };
+        EXPECT_EQ(Differences(sheet, shown), "") << times;
         EXPECT_EQ(GetBkColor(sheet.context()), RGB(1, 2, 3));
     }
     // Another color than the usual one.
@@ -175,48 +161,34 @@ TEST(Pictures, TileFillAndWiden)
     image = Loaded(option_stretch);
     Sheet stretched(160, 120, ground_color);
     image.Draw(stretched.context(), stretched.size());
-    for (const POINT at : {POINT{1, 1}, POINT{70, 1}, POINT{1, 50}, POINT{70, 50}})
-        EXPECT_EQ(stretched.Pixel(static_cast<int>(at.x), static_cast<int>(at.y)), 0xFF00FFu);
+    for (const auto& [x, y] : {std::pair(1, 1), {70, 1}, {1, 50}, {70, 50}})
+        EXPECT_EQ(stretched.Pixel(x, y), 0xFF00FFu);
     EXPECT_NE(stretched.Pixel(159, 119), ground);
 }
 
-// The copies that a drawing makes on its target, as rectangles.
-struct Copies {
-    static BOOL WINAPI Note(HDC to, int x, int y, int cx, int cy, HDC from, int from_x, int from_y, DWORD operation)
-    {
-        s_seen += std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(cx) + "x" + std::to_string(cy) +
-                  (operation == SRCCOPY ? ";" : "*;");
-        if (++s_count == s_fails_at)
-            return FALSE;
-        return BitBlt(to, x, y, cx, cy, from, from_x, from_y, operation);
-    }
-    explicit Copies(int fails_at = 0) : m_replaced(late::bit_blt, &Note)
-    {
-        s_seen.clear();
-        s_count = 0;
-        s_fails_at = fails_at;
-    }
-
-    static inline std::string s_seen;
-    static inline int s_count = 0;
-    static inline int s_fails_at = 0;
-
-private:
-    Replaced<decltype(late::bit_blt)> m_replaced;
-};
-
-std::string Times(int count, const std::string& text)
+// The copies that a drawing makes on its target, as rectangles; one of them fails.
+std::string CopiesOf(SetupImage& image, const Sheet& sheet, int fails_at = 0)
 {
-    std::string all;
-    for (int i = 0; i < count; ++i)
-        all += text;
-    return all;
+    static std::string seen;
+    static int left;
+    seen.clear();
+    left = fails_at;
+    const auto note = [](HDC to, int x, int y, int cx, int cy, HDC from, int from_x, int from_y, DWORD how) -> BOOL {
+        seen += std::to_string(x) + "," + std::to_string(y) + " " + std::to_string(cx) + "x" + std::to_string(cy) +
+                (how == SRCCOPY ? ";" : "*;");
+        return --left != 0 && BitBlt(to, x, y, cx, cy, from, from_x, from_y, how);
+    };
+    const Replaced noted(late::bit_blt, note);
+    EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
+    return seen;
 }
+
+std::string Times(int count, const std::string& text) { return count ? text + Times(count - 1, text) : ""; }
 
 TEST(Pictures, AppearWithTheirEffectOnce)
 {
     const std::string whole = "0,0 16x12;";
-    vh::test::Table<int32_t, std::string, int, std::string> cases = {
+    Table<int32_t, std::string, int, std::string> cases = {
         {0, whole, 0, ""},
         {1, Times(19, "0,0 16x12*;") + whole, 2, Times(2, "0,0 16x12*;") + whole},
         {2, Times(20, whole), 3, Times(4, whole)},
@@ -236,119 +208,94 @@ TEST(Pictures, AppearWithTheirEffectOnce)
     for (const auto& [number, expected, fails_at, copies_of_failing] : cases) {
         Sheet sheet(20, 20, ground_color);
         SetupImage image = Loaded(0, number);
-        {
-            const Copies copies;
-            image.Draw(sheet.context(), sheet.size());
-            EXPECT_EQ(copies.s_seen, expected) << number;
-        }
+        EXPECT_EQ(CopiesOf(image, sheet), expected) << number;
         EXPECT_EQ(Differences(sheet, PictureAt(0, 0)), "") << number;
-        {
-            const Copies again;
-            image.Draw(sheet.context(), sheet.size());
-            EXPECT_EQ(again.s_seen, whole) << number;
-        }
+        EXPECT_EQ(CopiesOf(image, sheet), whole) << number;
+        image = Loaded(0, number);
         if (fails_at) {
-            image = Loaded(0, number);
-            const Copies failing(fails_at);
-            EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
-            EXPECT_EQ(failing.s_seen, copies_of_failing) << number;
+            EXPECT_EQ(CopiesOf(image, sheet, fails_at), copies_of_failing) << number;
         }
     }
 }
-
-struct Step {
-    static BOOL WINAPI Note(HDC to, int x, int y, int cx, int cy, HDC from, int from_x, int from_y, DWORD operation)
-    {
-        if (operation == SRCCOPY)
-            return BitBlt(to, x, y, cx, cy, from, from_x, from_y, operation);
-        const BOOL done = BitBlt(to, x, y, cx, cy, from, from_x, from_y, operation);
-        int shown = 0;
-        for (int row = 0; row < 8; ++row)
-            for (int column = 0; column < 8; ++column) {
-                const bool here = s_sheet->Pixel(column, row) == PixelAt(column, row);
-                const bool beside = s_sheet->Pixel(column + 8, row) == PixelAt(column + 8, row);
-                EXPECT_EQ(here, beside);
-                EXPECT_TRUE(here || s_sheet->Pixel(column, row) == ground);
-                shown += here;
-            }
-        EXPECT_GE(shown, s_shown);
-        s_shown = shown;
-        return done;
-    }
-    static inline Sheet* s_sheet = nullptr;
-    static inline int s_shown = 0;
-};
 
 // Between the steps of a dissolve only whole pixels of the picture appear, more with each step.
 TEST(Pictures, DissolveInPatternsOfEightByEight)
 {
-    Sheet sheet(20, 20, ground_color);
-    Step::s_sheet = &sheet;
-    const Replaced noted(late::bit_blt, &Step::Note);
+    static std::vector<int> shown;
+    shown.clear();
+    static Sheet sheet(20, 20, ground_color);
+    const auto look = [](HDC to, int x, int y, int cx, int cy, HDC from, int from_x, int from_y, DWORD how) -> BOOL {
+        const BOOL done = BitBlt(to, x, y, cx, cy, from, from_x, from_y, how);
+        if (how == SRCCOPY)
+            return done;
+        shown.push_back(0);
+        for (int at = 0; at < 64; ++at) {
+            const int column = at % 8, row = at / 8;
+            const bool here = sheet.Pixel(column, row) == PixelAt(column, row);
+            EXPECT_EQ(here, sheet.Pixel(column + 8, row) == PixelAt(column + 8, row));
+            EXPECT_TRUE(here || sheet.Pixel(column, row) == ground);
+            shown.back() += here;
+        }
+        return done;
+    };
+    const Replaced noted(late::bit_blt, look);
     Loaded(0, 1).Draw(sheet.context(), sheet.size());
-    EXPECT_GT(Step::s_shown, 20);
-    EXPECT_LT(Step::s_shown, 64);
+    EXPECT_TRUE(std::ranges::is_sorted(shown));
+    EXPECT_GT(shown.back(), 20);
+    EXPECT_LT(shown.back(), 64);
 }
 
-// A metafile that fills the left half of its bounds (-10, 20) to (90, 70).
-std::vector<std::byte> Metafile(uint32_t words_more = 0)
+// A metafile that fills the left half of its bounds (-10, 20) to (90, 70); it may tell more words than there are.
+void LoadMetafile(SetupImage& image, std::size_t words_more = 0)
 {
     const HDC recorder = CreateMetaFileW(nullptr);
-    const HBRUSH brush = CreateSolidBrush(RGB(200, 100, 50));
-    SelectObject(recorder, brush);
+    SelectObject(recorder, GetStockObject(WHITE_BRUSH));
     SelectObject(recorder, GetStockObject(NULL_PEN));
     Rectangle(recorder, -10, 20, 41, 71);
     const HMETAFILE metafile = CloseMetaFile(recorder);
-    DeleteObject(brush);
-    const UINT size = GetMetaFileBitsEx(metafile, 0, nullptr);
-    std::vector<std::byte> file(22 + size);
-    GetMetaFileBitsEx(metafile, size, file.data() + 22);
+    std::string bits(GetMetaFileBitsEx(metafile, 0, nullptr), '\0');
+    GetMetaFileBitsEx(metafile, static_cast<UINT>(bits.size()), bits.data());
     DeleteMetaFile(metafile);
-    const int16_t head[] = {static_cast<int16_t>(0xCDD7), static_cast<int16_t>(0x9AC6), 0, -10, 20, 90, 70, 1000};
-    std::memcpy(file.data(), head, sizeof(head));
-    uint32_t words = 0;
-    std::memcpy(&words, file.data() + 28, sizeof(words));
-    words += words_more;
-    std::memcpy(file.data() + 28, &words, sizeof(words));
-    return file;
+    bits.replace(6, 4, Long(bits.size() / 2 + words_more));
+    const std::string bounds = Word(0xFFF6) + Word(20) + Word(90) + Word(70);
+    const std::string file = Long(0x9AC6CDD7) + Word(0) + bounds + Word(1000) + Long(0) + Word(0) + bits;
+    ASSERT_TRUE(image.LoadFromFile(TempFolder().Write(L"left.WMF", file).c_str()));
+    EXPECT_EQ(image.size(), (SIZE{100, 50}));
 }
 
 TEST(Pictures, PlayMetafilesAtTheirPlace)
 {
-    constexpr DWORD color = 0xC86432;
+    constexpr DWORD white = 0xFFFFFF;
     // tested well inside and well outside of its right edge
-    vh::test::Table<uint32_t, int32_t, RECT> cases = {
-        {0, 0, {5, 6, 55, 56}}, {option_transparent, 0, {5, 6, 55, 56}}, {option_fixed_size, 0, {5, 6, 25, 36}},
-        {0, 2, {5, 6, 55, 56}}, {option_full, 0, {0, 0, 60, 100}},       {option_stretch, 0, {0, 0, 60, 100}}};
-    for (const auto& [flags, number, filled] : cases) {
+    Table<uint32_t, int32_t, int, int, int, int> cases = {
+        {0, 0, 5, 6, 55, 56}, {option_transparent, 0, 5, 6, 55, 56}, {option_fixed_size, 0, 5, 6, 25, 36},
+        {0, 2, 5, 6, 55, 56}, {option_full, 0, 0, 0, 60, 100},       {option_stretch, 0, 0, 0, 60, 100}};
+    for (const auto& [flags, number, left, top, right, bottom] : cases) {
         Sheet sheet(120, 100, ground_color);
-        SetupImage image(nullptr, number);
-        ASSERT_TRUE(image.LoadMetafile(Metafile()));
-        EXPECT_EQ(image.size().cx, 100);
-        EXPECT_EQ(image.size().cy, 50);
+        SetupImage image = Loaded(0, number); // the bitmap goes
+        LoadMetafile(image);
         image.SetOptions(flags);
         image.SetPosition(5, 6);
         image.SetSize(40, 30);
         EXPECT_TRUE(image.Draw(sheet.context(), sheet.size()));
-        const auto pixel = [&](LONG x, LONG y) { return sheet.Pixel(static_cast<int>(x), static_cast<int>(y)); };
-        EXPECT_EQ(pixel(filled.left + 2, filled.top + 2), color) << flags;
-        EXPECT_EQ(pixel(filled.right - 3, filled.bottom - 3), color) << flags;
-        EXPECT_EQ(pixel(filled.right + 3, filled.bottom - 3), ground) << flags;
+        EXPECT_EQ(sheet.Pixel(left + 2, top + 2), white) << flags;
+        EXPECT_EQ(sheet.Pixel(right - 3, bottom - 3), white) << flags;
+        EXPECT_EQ(sheet.Pixel(right + 3, bottom - 3), ground) << flags;
     }
     // At each place of its size, from the origin.
     Sheet sheet(210, 110, ground_color);
     SetupImage image;
-    ASSERT_TRUE(image.LoadMetafile(Metafile(1000)));
+    LoadMetafile(image, 1000);
     image.SetOptions(option_tile);
     image.Draw(sheet.context(), sheet.size());
-    for (const POINT at : {POINT{2, 2}, POINT{102, 2}, POINT{2, 52}, POINT{202, 102}})
-        EXPECT_EQ(sheet.Pixel(static_cast<int>(at.x), static_cast<int>(at.y)), color);
+    for (const auto& [x, y] : {std::pair(2, 2), {102, 2}, {2, 52}, {202, 102}})
+        EXPECT_EQ(sheet.Pixel(x, y), white);
     EXPECT_EQ(sheet.Pixel(60, 2), ground);
 }
 
 TEST(Pictures, OptionTextNamesTheFlags)
 {
-    vh::test::Table<std::string_view, uint32_t> cases = {
+    Table<std::string_view, uint32_t> cases = {
         {"", 0},
         {"UPPER_RIGHT", 1},
         {"LOWER_LEFT,SCALE", 0x100008},

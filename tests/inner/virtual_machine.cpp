@@ -72,13 +72,6 @@ ULONG WINAPI Remove(void* handler)
 
 void* WINAPI Refuse(ULONG, PVECTORED_EXCEPTION_HANDLER) { return nullptr; }
 
-template <class Function>
-Function* OfSystem(const char* name)
-{
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), name)));
-}
-
 TEST(VirtualMachine, ProbesTakeTheirOwnFaultsAndLeaveNoHandler)
 {
     add_handler = OfSystem<decltype(AddVectoredExceptionHandler)>("AddVectoredExceptionHandler");

@@ -4,7 +4,9 @@
 #include "../../dialogs/monitor_scale.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../support/bitmap_writer.h"
+#include "../support/dialog_driver.h"
 #include "../support/replaced.h"
+#include "../support/screenshot.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
 #include "../support/test.h"
@@ -16,28 +18,6 @@ using namespace vh::test;
 
 constexpr COLORREF magenta = RGB(255, 0, 255);
 
-class Dialog {
-public:
-    Dialog()
-        : m_window(CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 200, 150, nullptr, nullptr, nullptr,
-                                   nullptr))
-    {
-    }
-    Dialog(const Dialog&) = delete;
-    Dialog& operator=(const Dialog&) = delete;
-    ~Dialog() { DestroyWindow(m_window); }
-    operator HWND() const { return m_window; }
-
-    HWND Add(int left, int top, DWORD style = WS_VISIBLE) const
-    {
-        return CreateWindowExW(0, L"Button", L"", WS_CHILD | style, left, top, 30, 20, m_window, nullptr, nullptr,
-                               nullptr);
-    }
-
-private:
-    HWND m_window;
-};
-
 // 20 x 10: the left half magenta, the right half 0x123456.
 std::string HalfAndHalf()
 {
@@ -48,121 +28,104 @@ std::string HalfAndHalf()
     return BitmapFile(BitmapHeader(20, 10, 32), "", rows);
 }
 
+// A picture in a dialog, with what a test asks of it.
 class WindowImage : public testing::Test {
 protected:
-    WindowImageRequest Request(const Dialog& dialog) const
+    ~WindowImage() override { DestroyWindow(dialog); }
+    static HWND Window(const wchar_t* type, DWORD style, int left, int top, int width, int height, HWND parent)
     {
-        WindowImageRequest request;
-        request.owner = dialog;
-        request.file = m_file.c_str();
-        return request;
+        return CreateWindowExW(0, type, L"", style, left, top, width, height, parent, nullptr, nullptr, nullptr);
     }
-    RECT PlaceOf(const CSetupWindowImage& image) const
+    HWND Add(int left, int top, DWORD style = WS_VISIBLE) const
     {
-        RECT place{};
-        GetWindowRect(image.window(), &place);
-        return place;
+        return Window(L"Button", WS_CHILD | style, left, top, 30, 20, dialog);
     }
-    static COLORREF PixelOf(HWND window, int x, int y)
+    HRESULT Create() { return image.Create(request); }
+    // The size that the picture says of itself.
+    SIZE Size() const
     {
-        UpdateWindow(window);
-        const HDC context = GetDC(window);
-        const COLORREF color = GetPixel(context, x, y);
-        ReleaseDC(window, context);
-        return color;
+        int32_t width = 0, height = 0;
+        EXPECT_TRUE(image.GetWidth(&width) == S_OK && image.GetHeight(&height) == S_OK);
+        return {width, height};
+    }
+    COLORREF Pixel(int x, int y) const
+    {
+        UpdateWindow(image.window());
+        return PixelOf(image.window(), x, y);
     }
 
-    TempFolder m_folder;
-    std::wstring m_file = m_folder.Write(L"picture.bmp", HalfAndHalf());
+    const TempFolder folder;
+    const std::wstring file = folder.Write(L"picture.bmp", HalfAndHalf());
+    HWND dialog = Window(L"Static", WS_POPUP | WS_VISIBLE, 0, 0, 200, 150, nullptr);
+    WindowImageRequest request{.owner = dialog, .file = file.c_str()};
+    CSetupWindowImage image;
 };
 
 TEST_F(WindowImage, TellsWhatItCanNotCreate)
 {
-    const Dialog dialog;
-    const std::wstring none = m_folder / L"none.bmp";
-    CSetupWindowImage image;
     int32_t size = 7;
+    const auto expect_no_size = [&] {
+        EXPECT_GIVES(image.GetWidth(&size), E_FAIL, size, 7);
+        EXPECT_GIVES(image.GetHeight(&size), E_FAIL, size, 7);
+    };
+    expect_no_size();
     EXPECT_EQ(image.GetWidth(nullptr), E_POINTER);
     EXPECT_EQ(image.GetHeight(nullptr), E_POINTER);
-    EXPECT_EQ(image.GetWidth(&size), E_FAIL);
-    EXPECT_EQ(image.GetHeight(&size), E_FAIL);
-    EXPECT_EQ(size, 7);
-
-    WindowImageRequest request = Request(dialog);
-    request.owner = nullptr;
-    EXPECT_EQ(image.Create(request), E_INVALIDARG);
-    request = Request(dialog);
-    request.library = GetModuleHandleW(nullptr);
-    EXPECT_EQ(image.Create(request), E_INVALIDARG) << "both";
-    request.file = L"";
-    EXPECT_EQ(image.Create(request), E_INVALIDARG) << "no such resource";
-    request.library = nullptr;
-    EXPECT_EQ(image.Create(request), E_INVALIDARG) << "neither";
-    request.file = none.c_str();
-    for (const bool by_gdiplus : {false, true}) {
-        request.by_gdiplus = by_gdiplus;
-        EXPECT_EQ(image.Create(request), E_INVALIDARG);
-    }
+    const std::wstring none = folder / L"none.bmp";
+    const HMODULE program = GetModuleHandleW(nullptr);
+    Table<const char*, WindowImageRequest> cases = {
+        {"no owner", {.file = file.c_str()}},
+        {"both", {.owner = dialog, .library = program, .file = file.c_str()}},
+        {"neither", {.owner = dialog, .file = L""}},
+        {"no such resource", {.owner = dialog, .library = program, .file = L""}},
+        {"no such file", {.owner = dialog, .file = none.c_str()}},
+        {"no such file for GDI+", {.owner = dialog, .file = none.c_str(), .by_gdiplus = true}}};
+    for (const auto& [name, refused] : cases)
+        EXPECT_EQ(image.Create(refused), E_INVALIDARG) << name;
     EXPECT_EQ(image.window(), nullptr);
-    EXPECT_EQ(image.GetWidth(&size), E_FAIL);
-
-    const Replaced no_window(late::create_window_ex, static_cast<decltype(&CreateWindowExW)>(
-                                                         [](DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int,
-                                                            int, HWND, HMENU, HINSTANCE, void*) { return HWND{}; }));
-    EXPECT_EQ(image.Create(Request(dialog)), E_FAIL);
+    expect_no_size();
+    const Replaced no_window(late::create_window_ex,
+                             [](DWORD, const wchar_t*, const wchar_t*, DWORD, int, int, int, int, HWND, HMENU,
+                                HINSTANCE, void*) WINAPI -> HWND { return nullptr; });
+    EXPECT_EQ(Create(), E_FAIL);
 }
 
 TEST_F(WindowImage, StandsHiddenAtTheSizeOfThePicture)
 {
-    const Dialog dialog;
-    CSetupWindowImage image;
-    ASSERT_EQ(image.Create(Request(dialog)), S_OK);
-    EXPECT_EQ(GetParent(image.window()), static_cast<HWND>(dialog));
+    ASSERT_EQ(Create(), S_OK);
+    EXPECT_EQ(GetParent(image.window()), dialog);
     EXPECT_FALSE(IsWindowVisible(image.window()));
     EXPECT_TRUE(GetWindowLongW(image.window(), GWL_EXSTYLE) & WS_EX_TRANSPARENT);
     EXPECT_TRUE(GetWindowLongW(image.window(), GWL_STYLE) & WS_CLIPSIBLINGS);
-    int32_t width = 0;
-    int32_t height = 0;
-    EXPECT_EQ(image.GetWidth(&width), S_OK);
-    EXPECT_EQ(image.GetHeight(&height), S_OK);
-    EXPECT_EQ(width, 20);
-    EXPECT_EQ(height, 10);
-    image.SetLeft(5);
-    image.SetTop(7);
-    image.SetWidth(30);
-    image.SetHeight(40);
-    const RECT place = PlaceOf(image);
-    EXPECT_EQ(place.left, 5);
-    EXPECT_EQ(place.top, 7);
-    EXPECT_EQ(place.right, 35);
-    EXPECT_EQ(place.bottom, 47);
-
+    EXPECT_EQ(Size(), (SIZE{20, 10}));
+    const auto move = [&] {
+        EXPECT_EQ(image.SetLeft(5), S_OK);
+        EXPECT_EQ(image.SetTop(7), S_OK);
+        EXPECT_EQ(image.SetWidth(30), S_OK);
+        EXPECT_EQ(image.SetHeight(40), S_OK);
+    };
+    move();
+    EXPECT_EQ(PlaceOnScreen(image.window()), (RECT{5, 7, 35, 47}));
     // Nothing moves that stands there already.
     const Replaced moves(late::move_window);
-    EXPECT_EQ(image.SetLeft(5), S_OK);
-    EXPECT_EQ(image.SetTop(7), S_OK);
-    EXPECT_EQ(image.SetWidth(30), S_OK);
-    EXPECT_EQ(image.SetHeight(40), S_OK);
+    move();
     EXPECT_THROW(image.SetLeft(6), vh::win32_exception);
 }
 
 TEST_F(WindowImage, PaintsThePictureOverItsBackground)
 {
-    const Dialog dialog;
     for (const bool transparent : {false, true}) {
-        CSetupWindowImage image;
-        WindowImageRequest request = Request(dialog);
         request.transparent = transparent;
-        ASSERT_EQ(image.Create(request), S_OK);
+        ASSERT_EQ(Create(), S_OK);
         image.SetWidth(30);
         image.SetVisible(true);
         image.SetBackground(RGB(1, 2, 3));
-        EXPECT_EQ(PixelOf(image.window(), 5, 5), transparent ? RGB(1, 2, 3) : magenta);
-        EXPECT_EQ(PixelOf(image.window(), 15, 5), RGB(0x12, 0x34, 0x56));
-        EXPECT_EQ(PixelOf(image.window(), 25, 5), RGB(1, 2, 3));
+        EXPECT_EQ(Pixel(5, 5), transparent ? RGB(1, 2, 3) : magenta);
+        EXPECT_EQ(Pixel(15, 5), RGB(0x12, 0x34, 0x56));
+        EXPECT_EQ(Pixel(25, 5), RGB(1, 2, 3));
         image.SetOptions(option_center);
-        EXPECT_EQ(PixelOf(image.window(), 2, 5), RGB(1, 2, 3));
-        EXPECT_EQ(PixelOf(image.window(), 18, 5), RGB(0x12, 0x34, 0x56));
+        EXPECT_EQ(Pixel(2, 5), RGB(1, 2, 3));
+        EXPECT_EQ(Pixel(18, 5), RGB(0x12, 0x34, 0x56));
         image.SetVisible(false);
         EXPECT_FALSE(IsWindowVisible(image.window()));
     }
@@ -170,37 +133,25 @@ TEST_F(WindowImage, PaintsThePictureOverItsBackground)
 
 TEST_F(WindowImage, TakesItsPlaceInTheOrderOfWindows)
 {
-    const Dialog dialog;
-    const HWND first = dialog.Add(0, 0);
-    const HWND second = dialog.Add(50, 0);
-    const HWND third = dialog.Add(100, 0);
-    // in the order of windows
-    vh::test::Table<HWND, int32_t, HWND> cases = {
-        {second, 0, second}, {second, WindowImageRequest::before_it, first}, {third, 0, third}};
-    for (const auto& [after, where, before_it] : cases) {
-        CSetupWindowImage image;
-        WindowImageRequest request = Request(dialog);
+    const HWND first = Add(0, 0), second = Add(50, 0), third = Add(100, 0);
+    Table<HWND, int32_t, HWND, HWND> cases = {{second, 0, second, third},
+                                              {second, WindowImageRequest::before_it, first, second},
+                                              {third, 0, third, nullptr},
+                                              {first, WindowImageRequest::before_it, nullptr, first}};
+    for (const auto& [after, where, before_it, behind_it] : cases) {
+        CSetupWindowImage placed;
         request.insert_after = after;
         request.position = where;
-        ASSERT_EQ(image.Create(request), S_OK);
-        EXPECT_EQ(GetWindow(image.window(), GW_HWNDPREV), before_it);
+        ASSERT_EQ(placed.Create(request), S_OK);
+        EXPECT_EQ(GetWindow(placed.window(), GW_HWNDPREV), before_it);
+        EXPECT_EQ(GetWindow(placed.window(), GW_HWNDNEXT), behind_it);
     }
-    CSetupWindowImage image;
-    WindowImageRequest request = Request(dialog);
-    request.insert_after = first;
-    request.position = WindowImageRequest::before_it;
-    ASSERT_EQ(image.Create(request), S_OK);
-    EXPECT_EQ(GetWindow(image.window(), GW_HWNDNEXT), first);
 }
 
 TEST_F(WindowImage, LeavesControlsOnTop)
 {
-    const Dialog dialog;
-    const HWND over = dialog.Add(10, 5);
-    const HWND beside = dialog.Add(20, 5);
-    const HWND hidden = dialog.Add(0, 0, 0);
-    CSetupWindowImage image;
-    ASSERT_EQ(image.Create(Request(dialog)), S_OK);
+    const HWND over = Add(10, 5), beside = Add(20, 5), hidden = Add(0, 0, 0);
+    ASSERT_EQ(Create(), S_OK);
     image.SetVisible(true);
     for (const HWND control : {over, beside, hidden})
         ValidateRect(control, nullptr);
@@ -220,67 +171,46 @@ HRESULT WINAPI TellDpi(HMONITOR, MONITOR_DPI_TYPE, UINT* across, UINT* down)
 TEST_F(WindowImage, ShrinksPicturesThatAreMadeForLargerScales)
 {
     const Replaced dpi(late::get_dpi_for_monitor, &TellDpi);
-    const Dialog dialog;
-    vh::test::Table<UINT, int32_t, int32_t, int32_t> cases = {{96, 0, 20, 10},   {96, 100, 20, 10},  {96, 200, 10, 5},
-                                                              {144, 200, 15, 8}, {192, 200, 20, 10}, {192, 100, 20, 10},
-                                                              {120, 150, 17, 8}};
-    for (const auto& [dots, made_for, wanted_width, wanted_height] : cases) {
+    Table<UINT, int32_t, SIZE> cases = {{96, 0, {20, 10}},   {96, 100, {20, 10}},  {96, 200, {10, 5}},
+                                        {144, 200, {15, 8}}, {192, 200, {20, 10}}, {192, 100, {20, 10}},
+                                        {120, 150, {17, 8}}};
+    for (const auto& [dots, made_for, wanted] : cases) {
         s_dpi = dots;
-        CSetupWindowImage image;
-        WindowImageRequest request = Request(dialog);
         request.display_size = made_for;
-        ASSERT_EQ(image.Create(request), S_OK);
-        const auto size_is = [&](int32_t width, int32_t height) {
-            int32_t found_width = 0;
-            int32_t found_height = 0;
-            image.GetWidth(&found_width);
-            image.GetHeight(&found_height);
-            return found_width == width && found_height == height;
-        };
-        EXPECT_TRUE(size_is(wanted_width, wanted_height)) << dots << " " << made_for;
+        ASSERT_EQ(Create(), S_OK);
+        EXPECT_EQ(Size(), wanted) << dots << " " << made_for;
         // Other options don't lose the size.
         image.SetOptions(anchor_top_left);
-        EXPECT_TRUE(size_is(wanted_width, wanted_height)) << dots << " " << made_for;
-        const RECT place = PlaceOf(image);
-        EXPECT_EQ(place.right - place.left, wanted_width);
-        EXPECT_EQ(place.bottom - place.top, wanted_height);
+        EXPECT_EQ(Size(), wanted) << dots << " " << made_for;
+        EXPECT_EQ(PlaceOnScreen(image.window()), (RECT{0, 0, wanted.cx, wanted.cy}));
     }
 }
 
 TEST_F(WindowImage, AsksTheScreenWhereMonitorsTellNoScale)
 {
     const Replaced none(late::get_dpi_for_monitor);
-    struct Screen {
-        static int WINAPI Caps(HDC, int index) { return index == LOGPIXELSX ? Dpi() : 0; }
-        static int& Dpi()
-        {
-            static int dpi = 0;
-            return dpi;
-        }
-    };
-    const Replaced caps(late::get_device_caps, &Screen::Caps);
-    EXPECT_EQ(MonitorScale(), 100);
-    Screen::Dpi() = 144;
-    EXPECT_EQ(MonitorScale(), 150);
-    Screen::Dpi() = 0;
-    const Replaced no_screen(late::get_dc, static_cast<decltype(&GetDC)>([](HWND) { return HDC{}; }));
+    const Replaced caps(late::get_device_caps,
+                        [](HDC, int index) WINAPI { return index == LOGPIXELSX ? static_cast<int>(s_dpi) : 0; });
+    for (const auto& [dots, scale] : {std::pair(0u, 100), {144u, 150}}) {
+        s_dpi = dots;
+        EXPECT_EQ(MonitorScale(), scale);
+    }
+    const Replaced no_screen(late::get_dc, [](HWND) WINAPI -> HDC { return nullptr; });
     EXPECT_EQ(MonitorScale(), 100);
 }
 
 TEST_F(WindowImage, OutlivesItsDialogAndTakesItsClassAlong)
 {
     {
-        CSetupWindowImage image;
-        {
-            const Dialog dialog;
-            ASSERT_EQ(image.Create(Request(dialog)), S_OK);
-            ASSERT_EQ(image.Create(Request(dialog)), S_OK);
-            image.SetVisible(true);
-            UpdateWindow(image.window());
-        }
-        EXPECT_EQ(image.window(), nullptr);
-        image.SetVisible(false);
-        EXPECT_EQ(image.SetLeft(3), S_OK);
+        CSetupWindowImage shown;
+        for (int times = 0; times < 2; ++times)
+            ASSERT_EQ(shown.Create(request), S_OK);
+        shown.SetVisible(true);
+        UpdateWindow(shown.window());
+        DestroyWindow(dialog);
+        EXPECT_EQ(shown.window(), nullptr);
+        shown.SetVisible(false);
+        EXPECT_EQ(shown.SetLeft(3), S_OK);
     }
     WNDCLASSW left{};
     EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), CSetupWindowImage::window_class, &left));

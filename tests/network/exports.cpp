@@ -14,7 +14,7 @@ using namespace vh::test;
 namespace late = vh::late;
 
 // No dialog may come up in a test: it would wait for somebody. Answers in its place, and counts.
-class Dialogs {
+class Dialogs : Pinned {
 public:
     Dialogs()
     {
@@ -24,8 +24,6 @@ public:
             return ERROR_CANCELLED;
         });
     }
-    Dialogs(const Dialogs&) = delete;
-    Dialogs& operator=(const Dialogs&) = delete;
     ~Dialogs() { late::internet_error_dialog.show(); }
 
     static inline int shown;

@@ -8,7 +8,7 @@ namespace {
 using namespace vh::test;
 
 // The test's authority among those that the system trusts, while this lives.
-class TrustedAuthority {
+class TrustedAuthority : Pinned {
 public:
     TrustedAuthority()
     {
@@ -24,8 +24,6 @@ public:
                                                          CERT_STORE_ADD_REPLACE_EXISTING, nullptr));
         });
     }
-    TrustedAuthority(const TrustedAuthority&) = delete;
-    TrustedAuthority& operator=(const TrustedAuthority&) = delete;
     ~TrustedAuthority()
     {
         InStore([this](HCERTSTORE store) {

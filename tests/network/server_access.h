@@ -94,8 +94,7 @@ public:
     static constexpr std::uint8_t guard = 0xA5;
     Patience patience;
     std::vector<std::uint8_t> bytes;
-    DWORD count = 0;
-    DWORD error = 0;
+    DWORD count = 0, error = 0;
 
 private:
     inet_ptr<http_file> m_reader;

@@ -7,11 +7,9 @@
 
 namespace vh::test {
 
-class BareContext {
+class BareContext : Pinned {
 public:
     BareContext() : m_context(__CreateObjectContext(nullptr, nullptr)) {}
-    BareContext(const BareContext&) = delete;
-    BareContext& operator=(const BareContext&) = delete;
     ~BareContext()
     {
         if (m_context)

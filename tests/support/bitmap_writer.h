@@ -31,6 +31,22 @@ inline std::string BitmapHeader(int width, int height, unsigned bits, unsigned c
                               Long(0);
     return start + std::string(size > 40 ? size - 40 : 0, '\0');
 }
+// Of one color, 0xRRGGBB; one pixel may be magenta.
+inline std::string PlainBitmap(int width, int height, unsigned color, int magenta = -1)
+{
+    std::string pixels;
+    for (int at = 0; at < width * height; ++at)
+        pixels += Number(at == magenta ? 0xFF00FF : color, 3);
+    return BitmapFile(BitmapHeader(width, height, 24), "", pixels);
+}
+// A palette file that tells `count` colors in a chunk of so many bytes, and has these.
+inline std::string PaletteFile(unsigned count, unsigned entries, unsigned length, unsigned first = 0x04030201)
+{
+    std::string file = "RIFF" + Long(0) + "PAL data" + Long(length) + Word(0x300) + Word(count);
+    for (unsigned i = 0; i < entries; ++i)
+        file += Long(first + i);
+    return file;
+}
 inline std::string BitmapTable(unsigned count, unsigned entry_size = 4)
 {
     std::string table;

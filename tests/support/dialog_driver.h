@@ -5,7 +5,7 @@
 
 namespace vh::test {
 
-class DialogDriver {
+class DialogDriver : Pinned {
 public:
     // A step is asked again until it answers true; it must not wait itself, so buttons are pressed by posting.
     using Step = std::function<bool()>;
@@ -15,8 +15,6 @@ public:
         s_current = this;
         m_timer = SetTimer(nullptr, 0, 10, &OnTimer);
     }
-    DialogDriver(const DialogDriver&) = delete;
-    DialogDriver& operator=(const DialogDriver&) = delete;
     ~DialogDriver()
     {
         KillTimer(nullptr, m_timer);
@@ -92,6 +90,27 @@ inline RECT PlaceOnScreen(HWND window)
     RECT place{};
     GetWindowRect(window, &place);
     return place;
+}
+
+// Nothing that can be seen lies on anything else or beyond the dialog's edge, but for what `may` do so.
+template <class May>
+void ExpectApart(HWND dialog, const May& may)
+{
+    RECT client{}, common{};
+    GetClientRect(dialog, &client);
+    MapWindowPoints(dialog, nullptr, reinterpret_cast<POINT*>(&client), 2);
+    const auto children = VisibleChildren(dialog);
+    const auto name = [](HWND child) { return ClassOf(child) + L" " + TextOf(child); };
+    for (auto one = children.begin(); one != children.end(); ++one) {
+        const RECT place = PlaceOnScreen(*one);
+        UnionRect(&common, &client, &place);
+        EXPECT_TRUE(common == client || may(*one, dialog)) << name(*one) << " leaves the dialog";
+        for (auto other = children.begin(); other != one; ++other) {
+            const RECT taken = PlaceOnScreen(*other);
+            EXPECT_TRUE(!IntersectRect(&common, &place, &taken) || may(*one, *other))
+                << name(*one) << " lies on " << name(*other);
+        }
+    }
 }
 
 } // namespace vh::test

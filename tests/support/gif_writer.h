@@ -25,9 +25,7 @@ inline std::string PackGifPixels(const std::vector<uint8_t>& pixels, const GifPa
     const unsigned clear = 1u << packing.minimum;
     std::string data;
     uint64_t bits = 0;
-    unsigned count = 0;
-    unsigned size = packing.minimum + 1;
-    unsigned next = clear + 2;
+    unsigned count = 0, size = packing.minimum + 1, next = clear + 2;
     const auto put = [&](unsigned code) {
         bits |= uint64_t{code} << count;
         for (count += size; count >= 8; count -= 8, bits >>= 8)

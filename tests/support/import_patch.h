@@ -5,9 +5,18 @@
 #include <string_view>
 #include <windows.h>
 
+#include "pinned.h"
+
 namespace vh::test {
 
-class ImportPatch {
+// The system's own function, past any patch.
+template <class Function>
+Function* OfSystem(const char* name, const wchar_t* library = L"kernel32.dll")
+{
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(library), name)));
+}
+
+class ImportPatch : Pinned {
 public:
     // Does nothing when the module does not import the function; `found` tells.
     ImportPatch(HMODULE module, std::string_view function, void* replacement) : m_slot(Find(module, function))
@@ -15,8 +24,6 @@ public:
         if (m_slot)
             m_original = Write(replacement);
     }
-    ImportPatch(const ImportPatch&) = delete;
-    ImportPatch& operator=(const ImportPatch&) = delete;
     ~ImportPatch()
     {
         if (m_slot)
@@ -80,8 +87,7 @@ public:
     explicit CallCounter(const char* function, Answer answer = nullptr)
         : m_patch(GetModuleHandleW(L"VHRT.dll"), function, reinterpret_cast<void*>(&Count))
     {
-        const FARPROC original = GetProcAddress(GetModuleHandleW(L"kernel32.dll"), function);
-        s_answer = answer ? answer : reinterpret_cast<Answer>(reinterpret_cast<void*>(original));
+        s_answer = answer ? answer : OfSystem<Result(Arguments...)>(function);
         s_calls = 0;
     }
 

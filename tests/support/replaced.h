@@ -7,15 +7,13 @@
 namespace vh::test {
 
 template <class Function>
-class Replaced {
+class Replaced : Pinned {
 public:
     explicit Replaced(Function& function) : m_function(function) { function.hide(); }
     Replaced(Function& function, typename Function::pointer replacement) : m_function(function)
     {
         function.replace(replacement);
     }
-    Replaced(const Replaced&) = delete;
-    Replaced& operator=(const Replaced&) = delete;
     ~Replaced() { m_function.replace(nullptr); }
 
 private:

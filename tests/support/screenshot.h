@@ -1,9 +1,17 @@
-// A picture of a part of the screen, kept for people to look at.
+// Pixels of windows, and pictures of a part of the screen, kept for people to look at.
 #pragma once
 
 #include "test.h"
 
 namespace vh::test {
+
+inline COLORREF PixelOf(HWND window, long x, long y)
+{
+    const HDC context = GetDC(window);
+    const COLORREF color = GetPixel(context, static_cast<int>(x), static_cast<int>(y));
+    ReleaseDC(window, context);
+    return color;
+}
 
 // What stands on the screen in a window's place, as a bitmap file.
 inline std::vector<std::byte> PictureOf(HWND window)

@@ -1,8 +1,6 @@
 // Dialogs as a script has them: defined on the tests' own templates, driven by control number.
 #pragma once
 
-#include <string>
-
 #include "../../exports/vhrt.h"
 #include "dialog_driver.h"
 #include "texts.h"
@@ -12,16 +10,21 @@ namespace vh::test {
 // A context whose author's library holds the tests' templates.
 inline std::wstring DialogTemplates() { return TextsFile(L"vhtexts_dialogs.dll"); }
 
-// A defined dialog, released at the end.
-class TestDialog {
+// A dialog that is defined, made too, or on the screen; released at the end.
+enum class Stage { defined, created, shown };
+class TestDialog : Pinned {
 public:
-    TestDialog(ObjectContext* context, std::wstring name, int32_t resource, int32_t style = DialogStandardEvents)
+    explicit TestDialog(ObjectContext* context, Stage stage = Stage::created, std::wstring name = L"d",
+                        int32_t resource = 100, int32_t style = DialogStandardEvents, const std::wstring& library = {},
+                        const std::wstring& template_name = {})
         : m_context(context), m_name(std::move(name))
     {
-        EXPECT_EQ(_DefineDialog(context, m_name.c_str(), nullptr, L"", resource, L"", 0, nullptr, style), 0);
+        EXPECT_EQ(_DefineDialog(context, m_name.c_str(), nullptr, library.c_str(), resource, template_name.c_str(), 0,
+                                nullptr, style),
+                  0);
+        EXPECT_TRUE(stage == Stage::defined || Wait() == DialogCreated) << m_name;
+        EXPECT_TRUE(stage != Stage::shown || WaitOrHelp() == 8) << m_name;
     }
-    TestDialog(const TestDialog&) = delete;
-    TestDialog& operator=(const TestDialog&) = delete;
     ~TestDialog()
     {
         End();

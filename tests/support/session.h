@@ -8,7 +8,7 @@
 
 namespace vh::test {
 
-class Session {
+class Session : Pinned {
 public:
     // `more` are further members of the product file beside the tree of MakeTree.
     explicit Session(const std::string& more = {})
@@ -17,8 +17,6 @@ public:
         Begin(folder.Given());
     }
     explicit Session(engine::Options options) { Begin(std::move(options)); }
-    Session(const Session&) = delete;
-    Session& operator=(const Session&) = delete;
     ~Session()
     {
         Release();

@@ -1,11 +1,19 @@
 // A piece of memory to draw on, whose pixels can be read.
 #pragma once
 
-#include <windows.h>
+#include "test.h"
 
 namespace vh::test {
 
-class Sheet {
+// "RRGGBB"
+inline std::string ColorText(DWORD color)
+{
+    char text[8];
+    std::snprintf(text, sizeof(text), "%06lX", color & 0xFFFFFF);
+    return text;
+}
+
+class Sheet : Pinned {
 public:
     Sheet(int width, int height, COLORREF color) : m_size{width, height}, m_context(CreateCompatibleDC(nullptr))
     {
@@ -24,8 +32,6 @@ public:
         FillRect(m_context, &all, brush);
         DeleteObject(brush);
     }
-    Sheet(const Sheet&) = delete;
-    Sheet& operator=(const Sheet&) = delete;
     ~Sheet()
     {
         SelectObject(m_context, m_before);

@@ -6,6 +6,8 @@
 #include <string>
 #include <windows.h>
 
+#include "pinned.h"
+
 namespace vh::test {
 
 inline std::string BytesOf(const std::filesystem::path& path)
@@ -14,7 +16,7 @@ inline std::string BytesOf(const std::filesystem::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-class TempFolder {
+class TempFolder : Pinned {
 public:
     TempFolder()
     {
@@ -23,8 +25,6 @@ public:
                  (L"vhrt test " + std::to_wstring(GetCurrentProcessId()) + L"." + std::to_wstring(++count));
         std::filesystem::create_directories(m_path);
     }
-    TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
     ~TempFolder()
     {
         std::error_code ignored;

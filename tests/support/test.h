@@ -25,8 +25,18 @@
 
 #include <gtest/gtest.h>
 
+#include "pinned.h"
+
 #ifdef _WIN32
 #include <windows.h>
+
+inline bool operator==(SIZE one, SIZE other) { return one.cx == other.cx && one.cy == other.cy; }
+inline bool operator==(const RECT& one, const RECT& other) { return EqualRect(&one, &other) != FALSE; }
+inline void PrintTo(SIZE size, std::ostream* stream) { *stream << size.cx << " x " << size.cy; }
+inline void PrintTo(const RECT& place, std::ostream* stream)
+{
+    *stream << place.left << ", " << place.top << " to " << place.right << ", " << place.bottom;
+}
 #endif
 
 namespace vh::test {
@@ -34,6 +44,18 @@ namespace vh::test {
 // Rows that a loop takes apart under names: `for (const auto& [number, word] : rows)`.
 template <class... Cells>
 using Table = const std::tuple<Cells...>[];
+
+// The code of the exception that ends some work; 0 when it comes to its end.
+template <class Exception, class Work>
+auto CodeOf(Work&& work) -> decltype(std::declval<const Exception&>().code())
+{
+    try {
+        work();
+    } catch (const Exception& failure) {
+        return failure.code();
+    }
+    return {};
+}
 
 } // namespace vh::test
 

@@ -8,7 +8,7 @@
 
 namespace vh::test {
 
-class TracedLibrary {
+class TracedLibrary : Pinned {
 public:
     // The values of the switch; an empty path leaves "FileNamePath" out.
     explicit TracedLibrary(const std::wstring& trace_path, bool on = true)
@@ -29,8 +29,6 @@ public:
         m_library = LoadLibraryW(copy.c_str());
         RegDeleteTreeW(HKEY_CURRENT_USER, L"VHlogit");
     }
-    TracedLibrary(const TracedLibrary&) = delete;
-    TracedLibrary& operator=(const TracedLibrary&) = delete;
     ~TracedLibrary() { Unload(); }
 
     void Unload()

@@ -56,26 +56,12 @@ inline VersionBlock Translations(std::string value, int lie = 0)
     return {L"VarFileInfo", "", {{L"Translation", std::move(value), {}, lie}}};
 }
 
-// A resource-only image with these bytes as its version resource.
-inline std::string ImageWithVersion(const std::string& resource)
+// An image with one section, which lies at this address and offset and is what the directory of that number leads to.
+constexpr uint32_t section_address = 0x1000, section_offset = 0x200;
+inline std::string ImageOf(int directory, std::string section)
 {
-    constexpr uint32_t address = 0x1000, offset = 0x200;
-    // Three levels of folders (type, name, language), each with one entry, and the leaf that they lead to.
-    constexpr uint32_t folder = sizeof(IMAGE_RESOURCE_DIRECTORY) + sizeof(IMAGE_RESOURCE_DIRECTORY_ENTRY);
-    constexpr uint32_t data = 3 * folder + sizeof(IMAGE_RESOURCE_DATA_ENTRY);
-    const uint32_t ids[] = {16, VS_VERSION_INFO, 1033};
-    std::string section;
-    for (uint32_t level = 0; level < 3; ++level) {
-        IMAGE_RESOURCE_DIRECTORY directory{};
-        directory.NumberOfIdEntries = 1;
-        const uint32_t next = (level + 1) * folder;
-        const uint32_t entry[] = {ids[level], level < 2 ? next | IMAGE_RESOURCE_DATA_IS_DIRECTORY : next};
-        section += BytesOf(directory) + BytesOf(entry);
-    }
-    section += BytesOf(IMAGE_RESOURCE_DATA_ENTRY{address + data, static_cast<DWORD>(resource.size()), 0, 0});
-    section += resource;
     section.resize((section.size() + 0x1FF) & ~std::size_t{0x1FF});
-
+    const auto size = static_cast<DWORD>(section.size());
     IMAGE_DOS_HEADER dos{};
     dos.e_magic = IMAGE_DOS_SIGNATURE;
     dos.e_lfanew = sizeof(dos);
@@ -92,20 +78,38 @@ inline std::string ImageWithVersion(const std::string& resource)
     optional.FileAlignment = 0x200;
     optional.MajorSubsystemVersion = 6;
     optional.Subsystem = IMAGE_SUBSYSTEM_WINDOWS_GUI;
-    optional.SizeOfHeaders = offset;
-    optional.SizeOfImage = address + ((static_cast<DWORD>(section.size()) + 0xFFF) & ~DWORD{0xFFF});
+    optional.SizeOfHeaders = section_offset;
+    optional.SizeOfImage = section_address + ((size + 0xFFF) & ~DWORD{0xFFF});
     optional.NumberOfRvaAndSizes = IMAGE_NUMBEROF_DIRECTORY_ENTRIES;
-    optional.DataDirectory[IMAGE_DIRECTORY_ENTRY_RESOURCE] = {address, static_cast<DWORD>(section.size())};
+    optional.DataDirectory[directory] = {section_address, size};
     IMAGE_SECTION_HEADER entry{};
-    std::memcpy(entry.Name, ".rsrc", 5);
-    entry.Misc.VirtualSize = static_cast<DWORD>(section.size());
-    entry.VirtualAddress = address;
-    entry.SizeOfRawData = static_cast<DWORD>(section.size());
-    entry.PointerToRawData = offset;
+    std::memcpy(entry.Name, ".test", 5);
+    entry.Misc.VirtualSize = entry.SizeOfRawData = size;
+    entry.VirtualAddress = section_address;
+    entry.PointerToRawData = section_offset;
     entry.Characteristics = IMAGE_SCN_CNT_INITIALIZED_DATA | IMAGE_SCN_MEM_READ;
     std::string image = BytesOf(dos) + BytesOf(header) + BytesOf(entry);
-    image.resize(offset);
+    image.resize(section_offset);
     return image + section;
+}
+
+// A resource-only image with these bytes as its version resource.
+inline std::string ImageWithVersion(const std::string& resource)
+{
+    // Three levels of folders (type, name, language), each with one entry, and the leaf that they lead to.
+    constexpr uint32_t folder = sizeof(IMAGE_RESOURCE_DIRECTORY) + sizeof(IMAGE_RESOURCE_DIRECTORY_ENTRY);
+    constexpr uint32_t data = 3 * folder + sizeof(IMAGE_RESOURCE_DATA_ENTRY);
+    const uint32_t ids[] = {16, VS_VERSION_INFO, 1033};
+    std::string section;
+    for (uint32_t level = 0; level < 3; ++level) {
+        IMAGE_RESOURCE_DIRECTORY directory{};
+        directory.NumberOfIdEntries = 1;
+        const uint32_t next = (level + 1) * folder;
+        const uint32_t entry[] = {ids[level], level < 2 ? next | IMAGE_RESOURCE_DATA_IS_DIRECTORY : next};
+        section += BytesOf(directory) + BytesOf(entry);
+    }
+    section += BytesOf(IMAGE_RESOURCE_DATA_ENTRY{section_address + data, static_cast<DWORD>(resource.size()), 0, 0});
+    return ImageOf(IMAGE_DIRECTORY_ENTRY_RESOURCE, section + resource);
 }
 
 } // namespace vh::test

@@ -85,9 +85,7 @@ Step Refused(std::wstring path)
     return [text = L"The folder \"" + path + L"\" cannot be used.", seen = false]() mutable {
         const HWND box = DialogNamed(error_title);
         if (!box && seen && EditStands()) {
-            DWORD end = 0;
-            Tell(Edit(), EM_GETSEL, 0, &end);
-            EXPECT_EQ(end, TextOf(Edit()).size()) << "not all is selected";
+            EXPECT_EQ(Tell(Edit(), EM_GETSEL, 0, 0), MAKELONG(0, TextOf(Edit()).size())) << "not all is selected";
             return true;
         }
         if (box && !seen) {
@@ -127,44 +125,27 @@ protected:
     TextSession session{UserTexts(), StandardTexts()};
 };
 
-// Nothing that can be seen lies on anything else or beyond the dialog's edge.
-void ExpectTidy(HWND dialog)
+void ExpectTidy()
 {
-    RECT client{};
-    GetClientRect(dialog, &client);
-    MapWindowPoints(dialog, nullptr, reinterpret_cast<POINT*>(&client), 2);
-    const auto children = VisibleChildren(dialog);
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        const RECT place = PlaceOnScreen(children[i]);
-        EXPECT_TRUE(place.left >= client.left && place.top >= client.top && place.right <= client.right &&
-                    place.bottom <= client.bottom)
-            << ClassOf(children[i]) << " is cut";
-        for (std::size_t j = 0; j < i; ++j) {
-            const RECT other = PlaceOnScreen(children[j]);
-            RECT common{};
-            EXPECT_FALSE(IntersectRect(&common, &place, &other))
-                << ClassOf(children[i]) << " " << TextOf(children[i]) << " lies on " << ClassOf(children[j]) << " "
-                << TextOf(children[j]);
-        }
-    }
+    ExpectApart(Dialog(), [](HWND, HWND) { return false; });
 }
 
 // Label, edit, second label and tree, from top to bottom and one as wide as the other.
-void ExpectEditAboveTree(HWND dialog)
+void ExpectEditAboveTree()
 {
-    const HWND column[] = {VisibleChild(dialog, L"Static", L"&Folder:"), Edit(),
-                           VisibleChild(dialog, L"Static", L"Or from here:"), Tree(dialog)};
-    for (std::size_t i = 0; i < std::size(column); ++i) {
-        ASSERT_TRUE(column[i]) << i;
-        EXPECT_GT(PlaceOnScreen(column[i]).bottom, PlaceOnScreen(column[i]).top) << i;
-        const LONG least = i > 0 ? PlaceOnScreen(column[i - 1]).bottom : 0;
-        EXPECT_GE(PlaceOnScreen(column[i]).top, least) << i;
+    std::vector<RECT> places = {{}};
+    for (const HWND control : {VisibleChild(Dialog(), L"Static", L"&Folder:"), Edit(),
+                               VisibleChild(Dialog(), L"Static", L"Or from here:"), Tree(Dialog())}) {
+        ASSERT_TRUE(control) << places.size();
+        const RECT place = PlaceOnScreen(control);
+        EXPECT_TRUE(place.top >= places.back().bottom && place.top < place.bottom) << places.size();
+        places.push_back(place);
     }
-    EXPECT_EQ(PlaceOnScreen(column[1]).left, PlaceOnScreen(column[0]).left);
-    EXPECT_EQ(PlaceOnScreen(column[1]).right, PlaceOnScreen(column[2]).right);
-    EXPECT_NEAR(PlaceOnScreen(column[1]).right, PlaceOnScreen(column[3]).right, 2);
-    EXPECT_EQ(GetNextDlgTabItem(dialog, Edit(), FALSE), Tree(dialog));
-    ExpectTidy(dialog);
+    EXPECT_EQ(places[2].left, places[1].left);
+    EXPECT_EQ(places[2].right, places[3].right);
+    EXPECT_NEAR(places[2].right, places[4].right, 2);
+    EXPECT_EQ(GetNextDlgTabItem(Dialog(), Edit(), FALSE), Tree(Dialog()));
+    ExpectTidy();
 }
 
 void ExpectCentre(HWND window, LONG x, LONG y)
@@ -178,19 +159,16 @@ TEST_F(FolderPicker, ShowsTheStartingFolderInAnEditAboveTheTree)
 {
     const auto look = [] {
         EXPECT_EQ(TextOf(Edit()), L"c:\\windows");
-        DWORD from = 1, to = 0;
-        Tell(Edit(), EM_GETSEL, reinterpret_cast<WPARAM>(&from), &to);
-        EXPECT_EQ(from, 0u);
-        EXPECT_EQ(to, 10u);
+        EXPECT_EQ(Tell(Edit(), EM_GETSEL, 0, 0), MAKELONG(0, 10));
         EXPECT_EQ(Tell(Edit(), EM_GETLIMITTEXT, 0, 0), 260);
         EXPECT_TRUE(VisibleChild(Dialog(), L"Static", L"Pick one of these."));
         EXPECT_TRUE(OkIsOn());
-        ExpectEditAboveTree(Dialog());
+        ExpectEditAboveTree();
         ExpectCentre(Dialog(), GetSystemMetrics(SM_CXSCREEN) / 2, GetSystemMetrics(SM_CYSCREEN) / 2);
     };
     EXPECT_EQ(Browse(session, {L"c:\\windows\\", {EditStands, Once(look), Kept(L"folder picker with edit"), PressOk}}),
               L"1 c:\\windows");
-    const Step ordered = Once([] { ExpectEditAboveTree(Dialog()); });
+    const Step ordered = Once(ExpectEditAboveTree);
     EXPECT_EQ(Browse(session, {L"c:\\windows",
                                {EditStands, ordered, Kept(L"folder picker in the new style"), Sized(80), ordered,
                                 Sized(-60), ordered, Sized(-400), ordered, PressCancel},
@@ -237,11 +215,8 @@ TEST_F(FolderPicker, AnswersAsItIsDriven)
     const auto shows_status = [] { return TextOf(GetDlgItem(Dialog(), status_id)) == L"Or from here:"; };
     const auto windows_is_selected = [] {
         wchar_t name[MAX_PATH] = L"";
-        TVITEMW item{};
-        item.mask = TVIF_TEXT;
-        item.pszText = name;
-        item.cchTextMax = MAX_PATH;
-        item.hItem = reinterpret_cast<HTREEITEM>(Tell(Tree(Dialog()), TVM_GETNEXTITEM, TVGN_CARET, 0));
+        const auto caret = reinterpret_cast<HTREEITEM>(Tell(Tree(Dialog()), TVM_GETNEXTITEM, TVGN_CARET, 0));
+        TVITEMW item{TVIF_TEXT, caret, 0, 0, name, MAX_PATH, 0, 0, 0, 0};
         Tell(Tree(Dialog()), TVM_GETITEMW, 0, &item);
         return _wcsicmp(name, L"windows") == 0;
     };
@@ -293,7 +268,7 @@ TEST_F(FolderPicker, GivesLongLabelsTheirRoomAndKeepsTheRestInSight)
         for (int line = 0; line < lines; ++line)
             label += L"some words of a long label, ";
         const Step look = Once([&] {
-            ExpectTidy(Dialog());
+            ExpectTidy();
             const auto height = [](HWND window) { return PlaceOnScreen(window).bottom - PlaceOnScreen(window).top; };
             EXPECT_GT(height(VisibleChild(Dialog(), L"Static", label.c_str())), height(Edit()));
             EXPECT_GT(height(Tree(Dialog())), height(Edit()));
@@ -332,13 +307,11 @@ TEST_F(FolderPicker, TakesMissingTextsFromTheResourceLibraries)
 {
     wchar_t buffer[MAX_PATH] = L"c:\\";
     const auto dialog = [] { return DialogNamed(L"User title"); };
-    const auto texts_stand = [&] {
-        for (const wchar_t* text : {L"Standard message", L"Standard &folder:", L"Standard status:"})
-            if (!VisibleChild(dialog(), L"Static", text))
-                return false;
-        return true;
+    const auto stands = [&](const wchar_t* text) {
+        return [=] { return VisibleChild(dialog(), L"Static", text) != nullptr; };
     };
-    const DialogDriver driver({texts_stand, [&] { return Press(dialog(), IDCANCEL); }});
+    const DialogDriver driver({stands(L"Standard message"), stands(L"Standard &folder:"), stands(L"Standard status:"),
+                               [&] { return Press(dialog(), IDCANCEL); }});
     EXPECT_EQ(_BrowseForFolder(session, L"", nullptr, L"", nullptr, with_edit, buffer, MAX_PATH, 0), 2);
 }
 
@@ -355,19 +328,12 @@ BSTR WINAPI NoText(const OLECHAR*, UINT) { return nullptr; }
 
 TEST_F(FolderPicker, EndsWithTheErrorWhenMemoryRunsOutInside)
 {
-    HRESULT code = S_OK;
     std::optional<Patched> no_memory;
     const auto run_out = [&] {
         no_memory.emplace("SysAllocStringLen", NoText, L"VHRT.dll");
         return Type(L"c:\\a text that is not short");
     };
-    try {
-        Browse(session, {L"c:\\", {EditStands, run_out}});
-    } catch (const vh::com_exception& failure) {
-        code = failure.code();
-    }
-    no_memory.reset();
-    EXPECT_EQ(code, E_OUTOFMEMORY);
+    EXPECT_EQ(CodeOf<vh::com_exception>([&] { Browse(session, {L"c:\\", {EditStands, run_out}}); }), E_OUTOFMEMORY);
     EXPECT_FALSE(Dialog());
 }
 

@@ -58,21 +58,17 @@ TEST(ForeignTemplates, GiveTheDialogsThatTheSystemMakesOfThem)
             const std::wstring wanted = bare ? ControlsOf(bare) : L"";
             if (bare)
                 DestroyWindow(bare);
-            ASSERT_EQ(_DefineDialog(session, L"d", nullptr, path, one.number, one.name.c_str(), 0, nullptr,
-                                    DialogAllCommands),
-                      0);
-            const int32_t created = _WaitOnDialog(session, L"d");
-            EXPECT_EQ(created, bare ? int32_t{DialogCreated} : -1) << path << one.number;
-            const auto dialog = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d"));
-            EXPECT_EQ(dialog ? ControlsOf(dialog) : L"", wanted) << path << one.number;
-            if (dialog) {
+            const TestDialog dialog(session, Stage::defined, L"d", one.number, DialogAllCommands, path, one.name);
+            EXPECT_EQ(dialog.Wait(), bare ? int32_t{DialogCreated} : -1) << path << one.number;
+            const HWND window = dialog.window();
+            EXPECT_EQ(window ? ControlsOf(window) : L"", wanted) << path << one.number;
+            if (window) {
                 ++made;
-                PostMessageW(dialog, WM_KEYDOWN, VK_F1, 0);
-                while (_WaitOnDialog(session, L"d") > 8) {
-                }
+                PostMessageW(window, WM_KEYDOWN, VK_F1, 0);
+                while (dialog.Wait() > 8)
+                    continue;
             }
-            EXPECT_EQ(_EndDialog(session, L"d"), 0);
-            EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
+            EXPECT_EQ(dialog.End(), 0);
         }
         FreeLibrary(module);
     }

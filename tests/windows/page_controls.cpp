@@ -1,6 +1,7 @@
 // Pages in dialogs, with stand-ins for the platform's browser and the window that hosts it.
 #include "../../dialogs/control_host.h"
-#include "../../scriptdata/com_object.h"
+#include "../../scriptdata/bstr.h"
+#include "../../scriptdata/com_ptr.h"
 #include "../../scriptdata/variant.h"
 #include "../support/script_dialogs.h"
 
@@ -11,9 +12,9 @@ namespace {
 
 constexpr int page = 1005, other_page = 1010;
 
-// What the library asked for, in order, and what of it is to fail.
-std::wstring g_log;
-std::wstring g_failing;
+// What the library asked for, in order, what of it is to fail, and how many references it holds.
+std::wstring g_log, g_failing;
+int g_references;
 HRESULT Logged(const std::wstring& call)
 {
     g_log += call + L"|";
@@ -21,134 +22,84 @@ HRESULT Logged(const std::wstring& call)
 }
 std::wstring TakeLog() { return std::exchange(g_log, {}); }
 
-struct WriteSlot : unnamed_slots<IDispatch, 7, 58> {
-    VH_SLOTS_FROM(59);
-    VH_SLOT(59) write(SAFEARRAY* texts) = 0;
-};
-struct DocumentSlots : unnamed_slots<WriteSlot, 60, 61> {
-    static constexpr GUID iid = iid_of<IHTMLDocument2>;
-    VH_SLOTS_FROM(62);
-    VH_SLOT(62) close() = 0;
-};
-
-struct NavigateSlot : unnamed_slots<IDispatch, 7, 10> {
-    VH_SLOTS_FROM(11);
-    VH_SLOT(11) Navigate(BSTR url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) = 0;
-};
-struct StopSlot : unnamed_slots<NavigateSlot, 12, 13> {
-    VH_SLOTS_FROM(14);
-    VH_SLOT(14) Stop() = 0;
-};
-struct DocumentSlot : unnamed_slots<StopSlot, 15, 17> {
-    VH_SLOTS_FROM(18);
-    VH_SLOT(18) get_Document(IDispatch** document) = 0;
-};
-struct BrowserSlots : unnamed_slots<DocumentSlot, 19, 63> {
-    static constexpr GUID iid = iid_of<IWebBrowser2>;
-    VH_SLOTS_FROM(64);
-    VH_SLOT(64) put_RegisterAsDropTarget(VARIANT_BOOL on) = 0;
-};
-
-// Nothing is called by name.
-template <class Interface>
-struct Nameless : Interface {
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
-    {
-        return E_NOTIMPL;
-    }
-};
-
-class Document final : public com_object<Nameless<DocumentSlots>> {
-    HRESULT STDMETHODCALLTYPE write(SAFEARRAY* texts) override
-    {
-        variant text;
-        LONG at = 0;
-        EXPECT_EQ(SafeArrayGetElement(texts, &at, text.put()), S_OK);
-        return Logged(L"write " + std::wstring(text.text()));
-    }
-    HRESULT STDMETHODCALLTYPE close() override { return Logged(L"close"); }
-};
-
-class Browser final : public com_object<Nameless<BrowserSlots>, IConnectionPointContainer, IConnectionPoint> {
+// An object made of methods at their positions in the interfaces that it has; all others answer E_NOTIMPL.
+class Stand {
 public:
-    com_ptr<IDispatch> sink;
+    Stand(std::initializer_list<GUID> interfaces, std::initializer_list<std::pair<int, void*>> methods)
+        : m_interfaces(interfaces)
+    {
+        std::ranges::fill(m_table, Method([](Stand*) { return E_NOTIMPL; }));
+        m_table[0] = Method([](Stand* self, REFIID id, void** object) {
+            const auto& known = self->m_interfaces;
+            const bool has = id == iid_of<IUnknown> || std::ranges::find(known, id) != known.end();
+            return has ? self->Give(object) : E_NOINTERFACE;
+        });
+        m_table[1] = Method([](Stand*) { return ++g_references; });
+        m_table[2] = Method([](Stand*) { return --g_references; });
+        for (const auto& [position, method] : methods)
+            m_table[position] = method;
+    }
+    template <class Function>
+    static void* Method(Function function)
+    {
+        return reinterpret_cast<void*>(+function);
+    }
+    // With a reference for the caller.
+    HRESULT Give(void* object)
+    {
+        ++g_references;
+        *static_cast<void**>(object) = this;
+        return S_OK;
+    }
 
 private:
-    HRESULT QueryMore(REFIID id, void** object) override
-    {
-        if (id != iid_of<IConnectionPointContainer>)
-            return E_NOINTERFACE;
-        *object = static_cast<IConnectionPointContainer*>(this);
-        AddRef();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Navigate(BSTR url, VARIANT*, VARIANT*, VARIANT*, VARIANT*) override
-    {
-        return Logged(L"navigate " + std::wstring(url));
-    }
-    HRESULT STDMETHODCALLTYPE Stop() override { return Logged(L"stop"); }
-    HRESULT STDMETHODCALLTYPE get_Document(IDispatch** document) override
-    {
-        *document = make_object<Document>().detach();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE put_RegisterAsDropTarget(VARIANT_BOOL on) override
-    {
-        return Logged(L"drop target " + std::to_wstring(on));
-    }
-    HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID, IConnectionPoint** point) override
-    {
-        *point = this;
-        AddRef();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Advise(IUnknown* events, DWORD* cookie) override
-    {
-        *cookie = 1;
-        events->QueryInterface(iid_of<IDispatch>, sink.put_void());
-        return Logged(L"advise");
-    }
-    HRESULT STDMETHODCALLTYPE Unadvise(DWORD) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections**) override { return E_NOTIMPL; }
+    void** m_methods = m_table;
+    void* m_table[70];
+    std::vector<GUID> m_interfaces;
 };
 
-com_ptr<Browser> g_browser;
+Stand g_document({iid_of<IDispatch>, iid_of<IHTMLDocument2>},
+                 {{59, Stand::Method([](Stand*, SAFEARRAY* texts) {
+                       variant text;
+                       LONG at = 0;
+                       EXPECT_EQ(SafeArrayGetElement(texts, &at, text.put()), S_OK);
+                       return Logged(L"write " + std::wstring(text.text()));
+                   })},
+                  {62, Stand::Method([](Stand*) { return Logged(L"close"); })}});
 
-class Host final : public com_object<IControlHost, Nameless<IControlAmbience>> {
-    HRESULT STDMETHODCALLTYPE CreateControl(const wchar_t* what, HWND, IStream*) override
-    {
-        return Logged(L"create " + std::wstring(what));
-    }
-    HRESULT STDMETHODCALLTYPE CreateControlEx(const wchar_t*, HWND, IStream*, IUnknown**, REFIID, IUnknown*) override
-    {
-        return E_NOTIMPL;
-    }
-    HRESULT STDMETHODCALLTYPE AttachControl(IUnknown*, HWND) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE QueryControl(REFIID id, void** object) override
-    {
-        return g_browser->QueryInterface(id, object);
-    }
-    HRESULT STDMETHODCALLTYPE SetExternalDispatch(IDispatch* external) override
-    {
-        return Logged(external ? L"sink" : L"no sink");
-    }
-    HRESULT STDMETHODCALLTYPE PutAllowContextMenu(VARIANT_BOOL on) override
-    {
-        return Logged(L"menu " + std::to_wstring(on));
-    }
-};
+com_ptr<IDispatch> g_sink;
+// The container of connection points and its one point.
+Stand g_connections({iid_of<IConnectionPointContainer>},
+                    {{4, Stand::Method([](Stand* self, REFIID, void** point) { return self->Give(point); })},
+                     {5, Stand::Method([](Stand*, IUnknown* events, DWORD*) {
+                          events->QueryInterface(iid_of<IDispatch>, g_sink.put_void());
+                          return Logged(L"advise");
+                      })}});
+
+Stand g_browser({iid_of<IDispatch>, iid_of<IWebBrowser2>},
+                {{0, Stand::Method([](Stand* self, REFIID id, void** object) {
+                      return (id == iid_of<IConnectionPointContainer> ? g_connections : *self).Give(object);
+                  })},
+                 {11, Stand::Method([](Stand*, BSTR url) { return Logged(L"navigate " + std::wstring(url)); })},
+                 {14, Stand::Method([](Stand*) { return Logged(L"stop"); })},
+                 {18, Stand::Method([](Stand*, void** document) { return g_document.Give(document); })},
+                 {64, Stand::Method([](Stand*, VARIANT_BOOL on) {
+                      return Logged(L"drop target " + std::to_wstring(on));
+                  })}});
+
+Stand g_host({IControlHost::iid, IControlAmbience::iid},
+             {{3, Stand::Method([](Stand*, const wchar_t* what) { return Logged(L"create " + std::wstring(what)); })},
+              {6, Stand::Method([](Stand*, REFIID, void** object) { return g_browser.Give(object); })},
+              {7, Stand::Method([](Stand*, IDispatch* external) { return Logged(external ? L"sink" : L"no sink"); })},
+              {29, Stand::Method([](Stand*, VARIANT_BOOL on) { return Logged(L"menu " + std::to_wstring(on)); })}});
 
 LRESULT CALLBACK HostProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == RegisterWindowMessageW(get_host_message))
-        return reinterpret_cast<LRESULT>(static_cast<IControlHost*>(make_object<Host>().detach()));
-    return DefWindowProcW(window, message, wParam, lParam);
+    LRESULT host = 0;
+    if (message != RegisterWindowMessageW(get_host_message))
+        return DefWindowProcW(window, message, wParam, lParam);
+    g_host.Give(&host);
+    return host;
 }
 
 class Pages : public ::testing::Test {
@@ -161,38 +112,32 @@ protected:
         made.hInstance = GetModuleHandleW(nullptr);
         made.style = CS_GLOBALCLASS;
         RegisterClassW(&made);
-        g_browser = make_object<Browser>();
         g_failing.clear();
         TakeLog();
     }
-    ~Pages() override { UnregisterClassW(control_host_class, GetModuleHandleW(nullptr)); }
+    ~Pages() override
+    {
+        UnregisterClassW(control_host_class, GetModuleHandleW(nullptr));
+        g_sink.reset();
+        EXPECT_EQ(g_references, 0) << "the library still holds an object";
+    }
 
     int32_t SetContent(const wchar_t* text) { return _CtrlSetHtmlContent(session, L"d", page, text); }
-    // Fires an event with the arguments in the order of its declaration; the place of the cancel answer is the
-    // caller's. The result is that answer.
-    static VARIANT_BOOL Fire(DISPID member, std::vector<variant> arguments, std::size_t cancel_at)
-    {
-        VARIANT_BOOL cancel = 0x55;
-        std::vector<VARIANT> raw;
-        for (auto& one : arguments)
-            raw.insert(raw.begin(), one.get());
-        VARIANT& answer = raw[arguments.size() - 1 - cancel_at];
-        answer.vt = VT_BYREF | VT_BOOL;
-        answer.pboolVal = &cancel;
-        DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
-        EXPECT_EQ(g_browser->sink->Invoke(member, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr),
-                  S_OK);
-        return cancel;
-    }
+    // The event before an address is opened, last argument first; gives the answer whether it is cancelled.
     static VARIANT_BOOL Navigate(const wchar_t* url)
     {
-        variant sender;
-        sender.put()->vt = VT_DISPATCH;
-        g_browser->QueryInterface(iid_of<IDispatch>, reinterpret_cast<void**>(&sender.get().pdispVal));
-        std::vector<variant> arguments(7);
-        arguments[0] = sender;
-        arguments[1] = variant(url);
-        return Fire(250, std::move(arguments), 6);
+        VARIANT_BOOL cancel = 0x55;
+        const bstr address(url);
+        VARIANT arguments[7]{};
+        arguments[0].vt = VT_BYREF | VT_BOOL;
+        arguments[0].pboolVal = &cancel;
+        arguments[5].vt = VT_BSTR;
+        arguments[5].bstrVal = address.get();
+        arguments[6].vt = VT_DISPATCH;
+        arguments[6].pdispVal = reinterpret_cast<IDispatch*>(&g_browser);
+        DISPPARAMS parameters{arguments, nullptr, static_cast<UINT>(std::size(arguments)), 0};
+        EXPECT_EQ(g_sink->Invoke(250, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
+        return cancel;
     }
 
     TextSession session{DialogTemplates(), StandardTexts()};
@@ -205,8 +150,7 @@ TEST_F(Pages, ComeFromTheirSourceOrFromALocation)
                                      std::pair(L"[html]file://c/x.htm", L"navigate file://c/x.htm|"),
                                      std::pair(L"[html]c:\\x.htm", L"navigate c:\\x.htm|"),
                                      std::pair(L"[html]http://x", L"write http://x|close|")}) {
-        const TestDialog dialog(session, L"d", 100);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        const TestDialog dialog(session);
         EXPECT_EQ(SetContent(text), 0);
         EXPECT_EQ(TakeLog(), made + call);
         // The page's window is no child of the dialog: a second text finds no control.
@@ -217,8 +161,7 @@ TEST_F(Pages, ComeFromTheirSourceOrFromALocation)
 
 TEST_F(Pages, TurnClicksIntoEventsOfTheDialog)
 {
-    const TestDialog dialog(session, L"d", 100, DialogStandardEvents);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const TestDialog dialog(session);
     ASSERT_EQ(SetContent(L"[html]c:\\x.htm"), 0);
     ASSERT_EQ(dialog.WaitOrHelp(), 8);
     TakeLog();
@@ -255,13 +198,12 @@ TEST_F(Pages, TurnClicksIntoEventsOfTheDialog)
 TEST_F(Pages, ThatCannotBeMadeTakeTheirControlWithThem)
 {
     for (const wchar_t* failing : {L"create", L"none"}) {
-        const TestDialog dialog(session, L"d", 100);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        const TestDialog dialog(session);
         g_failing = failing;
         EXPECT_EQ(SetContent(L"[html]<p>one"), g_failing == L"create" ? -1 : 0);
         EXPECT_EQ(dialog.Control(page), nullptr);
         // A released dialog's page hears nothing more.
-        EXPECT_EQ(static_cast<bool>(g_browser->sink), g_failing != L"create");
+        EXPECT_EQ(static_cast<bool>(g_sink), g_failing != L"create");
     }
     EXPECT_EQ(Navigate(L"http://127.0.0.1/z"), VARIANT_BOOL{0x55}) << "nobody is left to answer";
 }

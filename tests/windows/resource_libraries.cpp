@@ -11,19 +11,14 @@ using namespace vh::test;
 constexpr LANGID languages[] = {MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN)};
 enum { brand = 7, title = 50, second_title = 51, banner = 52, separator = 1300 };
 
-struct Template {
-    const wchar_t* library;
-    int number;
-    bool page;
-};
-constexpr Template templates[] = {
+// Whether it is a page.
+Table<const wchar_t*, int, bool> templates = {
     {L"vhres.dll", 10301, false}, {L"vhres.dll", 10302, false},  {L"vhres.dll", 10303, false},
     {L"vhres.dll", 10305, true},  {L"vhres.dll", 10306, false},  {L"vhres.dll", 12012, false},
     {L"vhuser.dll", 10305, true}, {L"vhuser.dll", 20001, true},  {L"vhuser.dll", 20002, true},
     {L"vhuser.dll", 20003, true}, {L"vhuser.dll", 20004, true},  {L"vhuser.dll", 20005, true},
     {L"vhuser.dll", 20006, true}, {L"vhuser.dll", 20007, true},  {L"vhuser.dll", 20008, true},
-    {L"vhuser.dll", 20009, true}, {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false},
-};
+    {L"vhuser.dll", 20009, true}, {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false}};
 
 // Windows chooses resources by the language of the thread, Wine by its locale.
 void Speak(LANGID language)
@@ -35,8 +30,7 @@ void Speak(LANGID language)
 struct Control {
     HWND window;
     int id;
-    std::wstring type;
-    std::wstring text;
+    std::wstring type, text;
     LONG_PTR style;
     RECT place;
 
@@ -46,55 +40,36 @@ struct Control {
     bool IsLine() const { return Is(WC_STATICW) && Kind(SS_TYPEMASK) == SS_ETCHEDHORZ; }
     bool IsPicture() const { return Is(L"VHWndImgCls"); }
     bool IsPushed() const { return Is(WC_BUTTONW) && Kind(BS_TYPEMASK) <= BS_DEFPUSHBUTTON; }
+    bool IsDefault() const { return Is(WC_BUTTONW) && Kind(BS_TYPEMASK) == BS_DEFPUSHBUTTON; }
     bool IsText() const { return Is(WC_STATICW) && Kind(SS_TYPEMASK) == SS_LEFT && id != separator; }
     std::wstring Name() const { return std::to_wstring(id) + L" " + type + L" \"" + text + L"\""; }
 };
 
-std::vector<Control> ControlsOf(HWND dialog)
+Control ControlOf(HWND window)
 {
-    std::vector<Control> controls;
-    for (const HWND child : VisibleChildren(dialog)) {
-        RECT place = PlaceOnScreen(child);
-        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
-        controls.push_back(
-            {child, GetDlgCtrlID(child), ClassOf(child), TextOf(child), GetWindowLongPtrW(child, GWL_STYLE), place});
-    }
-    return controls;
+    return {window,
+            GetDlgCtrlID(window),
+            ClassOf(window),
+            TextOf(window),
+            GetWindowLongPtrW(window, GWL_STYLE),
+            PlaceOnScreen(window)};
 }
 
-// Whether one of them is made to stand on the other.
-bool MayShare(const Control& one, const Control& other)
+// Whether the first is made to stand on the other, which comes before it. A line may run out of the dialog.
+bool MayShare(HWND first, HWND second)
 {
-    return one.IsFrame() || other.IsFrame() || (one.id == banner && (other.id == title || other.id == second_title));
-}
-
-void ExpectPlaces(HWND dialog, const std::vector<Control>& controls)
-{
-    RECT client{};
-    GetClientRect(dialog, &client);
-    for (auto one = controls.begin(); one != controls.end(); ++one) {
-        RECT both{};
-        UnionRect(&both, &client, &one->place);
-        // A line may run out of the dialog.
-        EXPECT_TRUE(EqualRect(&both, &client) || one->IsLine()) << one->Name() << " leaves the dialog";
-        for (auto other = one + 1; other != controls.end(); ++other)
-            EXPECT_TRUE(!IntersectRect(&both, &one->place, &other->place) || MayShare(*one, *other))
-                << one->Name() << " and " << other->Name();
-    }
+    const Control one = ControlOf(first), other = ControlOf(second);
+    if (second == GetParent(first))
+        return one.IsLine();
+    return one.IsFrame() || other.IsFrame() || (other.id == banner && (one.id == title || one.id == second_title));
 }
 
 // The text without a link's marks.
 std::wstring PlainText(const Control& control)
 {
-    std::wstring plain;
-    bool mark = false;
-    for (const wchar_t letter : control.text) {
-        const bool link = control.Is(WC_LINK);
-        mark = link && (letter == L'<' || mark);
-        if (!mark)
-            plain += letter;
-        mark = mark && letter != L'>';
-    }
+    std::wstring plain = control.text;
+    for (std::size_t mark; control.Is(WC_LINK) && (mark = plain.find(L'<')) != plain.npos;)
+        plain.erase(mark, plain.find(L'>') + 1 - mark);
     return plain;
 }
 
@@ -149,8 +124,7 @@ void ExpectTabOrder(HWND dialog, const std::vector<Control>& controls)
     HWND at = nullptr;
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         at = GetNextDlgTabItem(dialog, at, FALSE);
-        const auto control =
-            std::find_if(controls.begin(), controls.end(), [at](const Control& one) { return one.window == at; });
+        const auto control = std::ranges::find(controls, at, &Control::window);
         ASSERT_NE(control, controls.end());
         reached.emplace_back(control->place.top, control->place.left);
     }
@@ -173,11 +147,8 @@ void ExpectNames(const std::vector<Control>& controls)
 
 void ExpectKeys(HWND dialog, const std::vector<Control>& controls)
 {
-    const auto pushed =
-        std::count_if(controls.begin(), controls.end(), [](const Control& one) { return one.IsPushed(); });
-    const auto marked = std::count_if(controls.begin(), controls.end(), [](const Control& one) {
-        return one.Is(WC_BUTTONW) && one.Kind(BS_TYPEMASK) == BS_DEFPUSHBUTTON;
-    });
+    const auto pushed = std::ranges::count_if(controls, &Control::IsPushed);
+    const auto marked = std::ranges::count_if(controls, &Control::IsDefault);
     // A status window has nothing but its Cancel.
     EXPECT_EQ(marked, pushed > 0 && !GetDlgItem(dialog, 1403) ? 1 : 0);
     EXPECT_TRUE(!(GetWindowLongPtrW(dialog, GWL_STYLE) & WS_SYSMENU) || GetDlgItem(dialog, IDCANCEL) || pushed == 1)
@@ -190,40 +161,36 @@ TEST(ResourceLibraries, HaveDialogsThatFitInEachLanguage)
     const char* density = std::getenv("VHRT_DPI");
     EXPECT_EQ(GetDpiForSystem(), static_cast<UINT>(std::stoi(density ? density : "96"))) << "the runner's display";
     const TextSession session(TextsFile(L"vhuser.dll"), TextsFile(L"vhres.dll"));
-    for (const Template& one : templates) {
+    for (const auto& [library, number, is_page] : templates) {
         std::vector<std::wstring> texts;
         std::vector<std::vector<int>> numbers;
         for (const LANGID language : languages) {
-            SCOPED_TRACE(std::to_string(one.number) + " in language " + std::to_string(language));
+            SCOPED_TRACE(std::to_string(number) + " in language " + std::to_string(language));
             Speak(language);
-            ASSERT_EQ(_DefineDialog(session, L"d", nullptr, TextsFile(one.library).c_str(), one.number, L"", 0, nullptr,
-                                    DialogStandardEvents),
-                      0);
-            ASSERT_EQ(_WaitOnDialog(session, L"d"), DialogCreated);
-            const auto dialog = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d"));
-            const std::vector<Control> controls = ControlsOf(dialog);
-            ExpectPlaces(dialog, controls);
+            const TestDialog made(session, Stage::created, L"d", number, DialogStandardEvents, TextsFile(library));
+            const HWND dialog = made.window();
+            ASSERT_TRUE(dialog);
+            std::vector<Control> controls;
+            std::ranges::transform(VisibleChildren(dialog), std::back_inserter(controls), ControlOf);
+            ExpectApart(dialog, MayShare);
             ExpectRoom(dialog, controls);
             ExpectMnemonics(controls);
             ExpectTabOrder(dialog, controls);
             ExpectNames(controls);
             ExpectKeys(dialog, controls);
-            RECT page{0, 0, 460, 305};
-            RECT client{};
+            RECT page{0, 0, 460, 305}, client{};
             MapDialogRect(dialog, &page);
             GetClientRect(dialog, &client);
-            EXPECT_EQ(EqualRect(&page, &client) != FALSE, one.page);
+            EXPECT_EQ(page == client, is_page);
             texts.push_back(TextOf(dialog));
             numbers.emplace_back();
             for (const Control& control : controls) {
                 texts.back() += control.text;
                 numbers.back().push_back(control.id);
             }
-            EXPECT_EQ(_EndDialog(session, L"d"), 0);
-            EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
         }
-        EXPECT_EQ(numbers[0], numbers[1]) << one.number;
-        EXPECT_NE(texts[0], texts[1]) << one.number << " is not translated";
+        EXPECT_EQ(numbers[0], numbers[1]) << number;
+        EXPECT_NE(texts[0], texts[1]) << number << " is not translated";
     }
     Speak(languages[0]);
 }

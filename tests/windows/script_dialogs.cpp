@@ -1,20 +1,18 @@
 // Script dialogs, driven by what their controls send.
-#include <windows.h>
-
-#include <commctrl.h>
-
-#include "../../exports/vhrt.h"
+#include "../support/script_dialogs.h"
 #include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
 #include "../support/screenshot.h"
-#include "../support/script_dialogs.h"
 #include "../support/temp_folder.h"
+
+#include <commctrl.h>
 
 using namespace vh::test;
 
 namespace {
 
 constexpr int edit = 1001, combo = 1002, list = 1003, button = 1004, text = 1005, link = 1006, tree = 1007;
+constexpr int help = 8; // only the key came that ends a wait
 
 class ScriptDialogs : public ::testing::Test {
 protected:
@@ -23,9 +21,9 @@ protected:
 
 TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
 {
-    const TestDialog dialog(session, L"d", 100);
+    const TestDialog dialog(session, Stage::defined);
     EXPECT_EQ(_ReleaseDialog(session, L"d"), 0) << "not created yet";
-    const TestDialog again(session, L"d", 100);
+    const TestDialog again(session, Stage::defined);
     EXPECT_EQ(_CmdGetHwndDlg(session, L"d"), 0);
     EXPECT_EQ(_CmdGetMsg(session, L"d"), 0);
 
@@ -37,7 +35,7 @@ TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
     SendMessageW(window, WM_COMMAND, button, reinterpret_cast<LPARAM>(again.Control(button)));
     EXPECT_EQ(again.Wait(), button);
     EXPECT_FALSE(IsWindowVisible(window));
-    EXPECT_EQ(again.WaitOrHelp(), 8);
+    EXPECT_EQ(again.WaitOrHelp(), help);
     EXPECT_TRUE(IsWindowVisible(window));
     KeepPicture(window, L"script-dialog-classic");
 
@@ -53,7 +51,6 @@ TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
 // What a control's command becomes in the two ways of delivery, and under which codes.
 TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
 {
-    constexpr int none = 8; // only the help key came
     Table<int, UINT, bool, bool, int32_t, int32_t> cases = {
         {edit, EN_CHANGE, true, true, -1007, -1007},
         {edit, EN_UPDATE, true, false, -999, EN_UPDATE},
@@ -79,17 +76,14 @@ TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
         {text, STN_CLICKED, false, true, -999, STN_CLICKED},
         {link, 0, false, true, -999, 0},
         {tree, 1, false, false, 0, 0},
-        {4711, BN_CLICKED, false, false, 0, 0},
-    };
-    const std::pair<int32_t, bool> modes[] = {{DialogStandardEvents, false}, {DialogAllCommands, true}};
-    for (const auto& [mode, all] : modes) {
-        const TestDialog dialog(session, L"d", 100, mode | DialogCentered);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
-        EXPECT_EQ(dialog.WaitOrHelp(), none);
+        {4711, BN_CLICKED, false, false, 0, 0}};
+    for (const bool all : {false, true}) {
+        const int32_t mode = all ? DialogAllCommands : DialogStandardEvents;
+        const TestDialog dialog(session, Stage::shown, L"d", 100, mode | DialogCentered);
         for (const auto& [id, code, standard, wanted_all, sub, notification] : cases) {
             dialog.Post(id, code);
             const bool delivered = all ? wanted_all : standard;
-            ASSERT_EQ(dialog.WaitOrHelp(), delivered ? id : none) << id << " " << code << " " << mode;
+            ASSERT_EQ(dialog.WaitOrHelp(), delivered ? id : help) << id << " " << code << " " << mode;
             if (!delivered)
                 continue;
             EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND);
@@ -100,10 +94,9 @@ TEST_F(ScriptDialogs, TellCommandsByClassAndCode)
         }
     }
     // Without a way of delivery nothing comes.
-    const TestDialog deaf(session, L"deaf", 100, DialogCentered);
-    ASSERT_EQ(deaf.Wait(), DialogCreated);
+    const TestDialog deaf(session, Stage::created, L"deaf", 100, DialogCentered);
     deaf.Post(button, BN_CLICKED);
-    EXPECT_EQ(deaf.WaitOrHelp(), none);
+    EXPECT_EQ(deaf.WaitOrHelp(), help);
 }
 
 // A notification as the control of that number would send it.
@@ -118,60 +111,46 @@ LRESULT Notify(const TestDialog& dialog, int id, UINT code)
 
 TEST_F(ScriptDialogs, TellNotificationsInStandardDeliveryAlone)
 {
-    constexpr UINT selected = TVN_SELCHANGEDW;
-    const struct {
-        int id;
-        UINT code;
-        bool delivered;
-        UINT told;
-    } cases[] = {
-        {tree, selected, true, selected + 49},
-        {tree, NM_DBLCLK, true, static_cast<UINT>(NM_DBLCLK) + 49},
-        {edit, 4000, true, 4000},
-        {tree, static_cast<UINT>(NM_CUSTOMDRAW), false, 0},
-        {tree, static_cast<UINT>(NM_SETCURSOR), false, 0},
-        {tree, static_cast<UINT>(NM_RELEASEDCAPTURE), false, 0},
-        {tree, static_cast<UINT>(NM_NCHITTEST), false, 0},
-        {tree, static_cast<UINT>(NM_HOVER), false, 0},
-        {tree, static_cast<UINT>(NM_KILLFOCUS), false, 0},
-        {tree, static_cast<UINT>(NM_SETFOCUS), false, 0},
-        {tree, static_cast<UINT>(NM_KEYDOWN), true, static_cast<UINT>(NM_KEYDOWN) + 49},
-        {button, 4000, false, 0},
-    };
-    const TestDialog dialog(session, L"d", 100);
-    const TestDialog all(session, L"all", 100, DialogAllCommands);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
-    ASSERT_EQ(all.Wait(), DialogCreated);
-    ASSERT_EQ(dialog.WaitOrHelp(), 8);
-    for (const auto& one : cases) {
-        Notify(dialog, one.id, one.code);
-        ASSERT_EQ(dialog.WaitOrHelp(), one.delivered ? one.id : 8) << one.id << " " << static_cast<int>(one.code);
-        Notify(all, one.id, one.code);
-        EXPECT_EQ(all.WaitOrHelp(), 8) << static_cast<int>(one.code);
-        if (!one.delivered)
-            continue;
+    constexpr UINT moved = 49; // as scripts know them
+    Table<int, UINT, UINT> delivered = {{tree, TVN_SELCHANGEDW, TVN_SELCHANGEDW + moved},
+                                        {tree, NM_DBLCLK, NM_DBLCLK + moved},
+                                        {tree, NM_KEYDOWN, NM_KEYDOWN + moved},
+                                        {edit, 4000, 4000}};
+    const TestDialog all(session, Stage::created, L"all", 100, DialogAllCommands);
+    const TestDialog dialog(session, Stage::shown);
+    for (const auto& [id, code, told] : delivered) {
+        Notify(all, id, code);
+        EXPECT_EQ(all.WaitOrHelp(), help) << code;
+        Notify(dialog, id, code);
+        ASSERT_EQ(dialog.WaitOrHelp(), id) << code;
         EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_NOTIFY);
-        EXPECT_EQ(_CmdGetParam1(session, L"d"), one.id);
-        EXPECT_EQ(_CtrlGetNotificationCode(session, L"d"), static_cast<int32_t>(one.told));
+        EXPECT_EQ(_CmdGetParam1(session, L"d"), id);
+        EXPECT_EQ(_CtrlGetNotificationCode(session, L"d"), static_cast<int32_t>(told));
         EXPECT_EQ(_CtrlGetSubCommand(session, L"d"), EventNone);
     }
-}
-
-std::wstring LinkOf(ObjectContext* context, int id, int32_t size, int32_t& result)
-{
-    wchar_t buffer[64] = L"~";
-    result = _CtrlGetUrlForLinkClicked(context, L"d", id, buffer, &size);
-    return std::to_wstring(size) + L" " + buffer;
+    for (const UINT code :
+         {NM_CUSTOMDRAW, NM_SETCURSOR, NM_RELEASEDCAPTURE, NM_NCHITTEST, NM_HOVER, NM_KILLFOCUS, NM_SETFOCUS, 4000u}) {
+        Notify(dialog, code == 4000 ? button : tree, code);
+        EXPECT_EQ(dialog.WaitOrHelp(), help) << code;
+    }
 }
 
 TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
 {
-    const TestDialog dialog(session, L"d", 100);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
-    int32_t result = 0;
+    const TestDialog dialog(session);
+    // Result, size and text.
+    const auto link_of = [&](int id, int32_t size) {
+        wchar_t buffer[64] = L"~";
+        const int32_t result = _CtrlGetUrlForLinkClicked(session, L"d", id, buffer, &size);
+        return std::to_wstring(result) + L" " + std::to_wstring(size) + L" " + buffer;
+    };
+    const auto set = [&](int id, const wchar_t* content) {
+        const int32_t result = _CtrlSetHtmlContent(session, L"d", id, content);
+        return std::to_wstring(result) + (dialog.Control(id) ? L" " + TextOf(dialog.Control(id)) : L" gone");
+    };
     // The mark made a link of the static control.
+    const std::wstring made = L"Go <a href=\"http://127.0.0.1/x\">there</a>";
     EXPECT_EQ(ClassOf(dialog.Control(1008)), L"SysLink");
-    EXPECT_EQ(TextOf(dialog.Control(1008)), L"Go <a href=\"http://127.0.0.1/x\">there</a>");
     RECT place = PlaceOnScreen(dialog.Control(1008)), told{100, 110, 200, 120};
     MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
     MapDialogRect(dialog.window(), &told);
@@ -179,42 +158,33 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_STYLE), 0x50010000);
     EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_EXSTYLE), 32);
     EXPECT_EQ(SendMessageW(dialog.Control(1008), WM_GETFONT, 0, 0), SendMessageW(dialog.window(), WM_GETFONT, 0, 0));
-    EXPECT_EQ(LinkOf(session, 1008, 10, result), L"10 ");
-    EXPECT_EQ(result, 0) << "nothing clicked yet";
-    EXPECT_EQ(LinkOf(session, link, 10, result), L"10 ~");
-    EXPECT_EQ(result, -1) << "no holder";
+    EXPECT_EQ(link_of(1008, 10), L"0 10 ") << "nothing clicked yet";
+    EXPECT_EQ(link_of(link, 10), L"-1 10 ~") << "no holder";
 
-    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", link, L"[hyperlink]<a>x</a>"), 0);
-    for (const UINT code : {static_cast<UINT>(NM_CLICK), static_cast<UINT>(NM_RETURN)}) {
+    EXPECT_EQ(set(link, L"[hyperlink]<a>x</a>"), L"0 <a>x</a>");
+    for (const UINT code : {NM_CLICK, NM_RETURN}) {
         Notify(dialog, link, code);
         ASSERT_EQ(dialog.WaitOrHelp(), link);
         EXPECT_EQ(_CmdGetMsg(session, L"d"), WM_COMMAND);
         EXPECT_EQ(_CmdGetParam1(session, L"d"), link);
     }
-    EXPECT_EQ(LinkOf(session, link, 20, result), L"21 ~");
-    EXPECT_EQ(result, ERROR_BUFFER_OVERFLOW);
-    EXPECT_EQ(LinkOf(session, link, 21, result), L"21 http://127.0.0.1/page");
-    EXPECT_EQ(result, 0);
+    EXPECT_EQ(link_of(link, 20), L"111 21 ~") << "no room";
+    EXPECT_EQ(link_of(link, 21), L"0 21 http://127.0.0.1/page");
     // Without an address the link's name stands in.
-    Notify(dialog, 1008, static_cast<UINT>(NM_CLICK));
+    Notify(dialog, 1008, NM_CLICK);
     ASSERT_EQ(dialog.WaitOrHelp(), 1008);
-    EXPECT_EQ(LinkOf(session, 1008, 63, result), L"63 first");
+    EXPECT_EQ(link_of(1008, 63), L"0 63 first");
 
-    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", 1008, L"plain"), -1);
-    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", 1008, L"[HTML]x"), -1);
-    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", button, L"plain"), 0);
-    EXPECT_EQ(TextOf(dialog.Control(button)), L"&Next");
-    // The kind is not looked at again.
-    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", 1008, L"[html]<a>y</a>"), 0);
-    EXPECT_EQ(TextOf(dialog.Control(1008)), L"<a>y</a>");
-    // There is no browser to host here: creation fails and takes the control with it.
-    EXPECT_EQ(_CtrlSetHtmlContent(session, L"d", text, L"[html]<p>x"), -1);
-    EXPECT_EQ(dialog.Control(text), nullptr);
+    EXPECT_EQ(set(1008, L"plain"), L"-1 " + made);
+    EXPECT_EQ(set(1008, L"[HTML]x"), L"-1 " + made);
+    EXPECT_EQ(set(button, L"plain"), L"0 &Next");
+    EXPECT_EQ(set(1008, L"[html]<a>y</a>"), L"0 <a>y</a>") << "the kind is not looked at again";
+    EXPECT_EQ(set(text, L"[html]<p>x"), L"-1 gone") << "there is no browser to host here";
     // Links stay with the definition: another run makes none anew.
     EXPECT_EQ(dialog.End(), 0);
     ASSERT_EQ(dialog.Wait(), DialogCreated);
     EXPECT_EQ(ClassOf(dialog.Control(1008)), L"Static");
-    EXPECT_EQ(LinkOf(session, 1008, 63, result), L"63 first");
+    EXPECT_EQ(link_of(1008, 63), L"0 63 first");
 }
 
 COLORREF PixelOf(HWND window, int x, int y)
@@ -245,7 +215,7 @@ std::wstring ColorOf(HWND dialog, int id)
 TEST_F(ScriptDialogs, PrepareTheirSpecialControls)
 {
     ASSERT_EQ(_DialogSetFont(session, L"A face whose name is longer than 32 units", 12), 0);
-    const TestDialog dialog(session, L"d", 200, DialogStandardEvents);
+    const TestDialog dialog(session, Stage::defined, L"d", 200);
     ASSERT_EQ(_DialogSetFont(session, L"", 0), 0);
     ASSERT_EQ(dialog.Wait(), DialogCreated);
     const auto font_of = [&](int id) {
@@ -264,7 +234,7 @@ TEST_F(ScriptDialogs, PrepareTheirSpecialControls)
     EXPECT_EQ(ColorOf(dialog.window(), 51), L"clear");
     EXPECT_EQ(ColorOf(dialog.window(), 52), L"window");
     EXPECT_EQ(ColorOf(dialog.window(), 1005), L"usual");
-    EXPECT_EQ(dialog.WaitOrHelp(), 8);
+    EXPECT_EQ(dialog.WaitOrHelp(), help);
     KeepPicture(dialog.window(), L"script-dialog-extended");
 }
 
@@ -298,7 +268,7 @@ TEST_F(ScriptDialogs, ShowTheBrandOrALongerLine)
     for (const bool brand : {true, false}) {
         EXPECT_EQ(brand ? 0 : _DisableBranding(session, L""), 0);
         EXPECT_EQ(brand ? 0 : _SetTitle(session, L"Caption", 0, static_cast<int32_t>(0xFF000100)), 0);
-        const TestDialog dialog(session, L"d", 200);
+        const TestDialog dialog(session, Stage::defined, L"d", 200);
         ASSERT_EQ(dialog.Wait(), DialogCreated);
         RECT line = PlaceOnScreen(dialog.Control(1300)), mark = PlaceOnScreen(dialog.Control(7)),
              told{60, 164, 290, 165};
@@ -319,7 +289,7 @@ TEST_F(ScriptDialogs, ShowTheBrandOrALongerLine)
         ReleaseDC(dialog.window(), device);
         EXPECT_EQ(shadow > 40, brand) << shadow;
     }
-    const TestDialog untitled(session, L"untitled", 100);
+    const TestDialog untitled(session, Stage::defined, L"untitled", 100);
     ASSERT_EQ(untitled.Wait(), DialogCreated);
     EXPECT_EQ(TextOf(untitled.window()), L"Classic");
 }
@@ -366,9 +336,7 @@ TEST_F(ScriptDialogs, StackNamesAndEnableWhatIsOnTop)
         return std::to_wstring(code) + L" " + name;
     };
     EXPECT_EQ(current(), L"-1 ~");
-    const TestDialog lower(session, L"lower", 100);
-    const TestDialog upper(session, L"upper", 200);
-    ASSERT_EQ(lower.Wait(), DialogCreated);
+    const TestDialog upper(session, Stage::defined, L"upper", 200), lower(session, Stage::created, L"lower");
     EXPECT_EQ(current(), L"0 lower");
     ASSERT_EQ(upper.Wait(), DialogCreated);
     EXPECT_EQ(current(), L"0 upper");
@@ -399,34 +367,24 @@ TEST_F(ScriptDialogs, StackNamesAndEnableWhatIsOnTop)
 
 TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
 {
-    const std::wstring library = DialogTemplates();
-    const struct {
-        const wchar_t* name;
-        std::wstring library;
-        int32_t resource;
-        const wchar_t* resource_name;
-        int32_t defined;
-        int32_t first_wait;
-    } cases[] = {
-        {L"own", library, 100, L"", 0, DialogCreated},
-        {L"named", library, 0, L"NAMED", 0, DialogCreated},
-        {L"own", library, 100, L"", -1, 0},
-        {L"gone", library + L"x", 100, L"", -1, 0},
-        {L"missing number", library, 4711, L"", 0, -1},
+    const std::wstring templates = DialogTemplates();
+    Table<const wchar_t*, std::wstring, int32_t, const wchar_t*, int32_t, int32_t> cases = {
+        {L"own", templates, 100, L"", 0, DialogCreated},
+        {L"named", templates, 0, L"NAMED", 0, DialogCreated},
+        {L"named", templates, 100, L"", -1, DialogCreated},
+        {L"gone", templates + L"x", 100, L"", -1, -1},
+        {L"missing number", templates, 4711, L"", 0, -1},
         {L"no number", L"", 4711, L"", 0, -1},
         // Without a library the number leads to it, also where the dialog has a name.
         {L"name alone", L"", 0, L"NAMED", 0, -1},
-        {L"no library", StandardTexts() + L"\\..\\vhtexts_dialogs.dll.txt", 100, L"", -1, 0},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(_DefineDialog(session, one.name, nullptr, one.library.c_str(), one.resource, one.resource_name, 4711,
-                                nullptr, DialogStandardEvents),
-                  one.defined)
-            << one.name;
-        if (one.defined != 0)
-            continue;
-        EXPECT_EQ(_WaitOnDialog(session, one.name), one.first_wait) << one.name;
-        EXPECT_EQ(_EndDialog(session, one.name), 0);
+        {L"no library", StandardTexts() + L"\\..\\vhtexts_dialogs.dll.txt", 100, L"", -1, -1}};
+    for (const auto& [name, library, number, template_name, defined, first_wait] : cases) {
+        EXPECT_EQ(_DefineDialog(session, name, nullptr, library.c_str(), number, template_name, 4711, nullptr,
+                                DialogStandardEvents),
+                  defined)
+            << name;
+        EXPECT_EQ(_WaitOnDialog(session, name), first_wait) << name;
+        EXPECT_EQ(_EndDialog(session, name), defined && first_wait == -1 ? -1 : 0) << name;
     }
     // A module that was given goes before the libraries of the context, and behind a library that can be loaded.
     const Table<HMODULE, std::wstring, int32_t> modules = {
@@ -451,7 +409,7 @@ TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
 
 TEST_F(ScriptDialogs, TellOfTheHundredthFailure)
 {
-    const TestDialog dialog(session, L"d", 4711);
+    const TestDialog dialog(session, Stage::defined, L"d", 4711);
     for (int i = 0; i < 199; ++i) {
         // The end of a dialog begins the count anew.
         ASSERT_EQ(i == 99 ? dialog.End() : -1, i == 99 ? 0 : -1);
@@ -484,14 +442,10 @@ LRESULT CALLBACK EndOnUser(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 TEST_F(ScriptDialogs, MayEndInsideTheirOwnWait)
 {
     for (const bool posted : {true, false}) {
-        const TestDialog dialog(session, L"d", 100);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        const TestDialog dialog(session);
         SetWindowSubclass(dialog.window(), &EndOnUser, 1,
                           reinterpret_cast<DWORD_PTR>(static_cast<ObjectContext*>(session)));
-        if (posted)
-            PostMessageW(dialog.window(), WM_USER, 0, 0);
-        else
-            SendNotifyMessageW(dialog.window(), WM_USER, 0, 0);
+        (posted ? PostMessageW : SendNotifyMessageW)(dialog.window(), WM_USER, 0, 0);
         EXPECT_EQ(dialog.Wait(), -1) << posted;
         EXPECT_EQ(_CmdGetMsg(session, L"d"), -1) << "gone";
     }
@@ -515,8 +469,7 @@ LONG WidthOfIcon(HICON icon)
 
 TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
 {
-    const TestDialog dialog(session, L"EnterDisk", 400);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const TestDialog dialog(session, Stage::created, L"EnterDisk", 400);
     // Made for twice the scale of this display.
     const auto shown = SendMessageW(dialog.Control(902), STM_GETIMAGE, IMAGE_ICON, 0);
     EXPECT_EQ(WidthOfIcon(reinterpret_cast<HICON>(shown)), 4);
@@ -533,7 +486,7 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
     // Once, also where events come before the window shows.
     SendMessageW(dialog.window(), WM_COMMAND, 103, reinterpret_cast<LPARAM>(dialog.Control(103)));
     ASSERT_EQ(dialog.Wait(), 103);
-    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    ASSERT_EQ(dialog.WaitOrHelp(), help);
     EXPECT_EQ(sent, L"icon 4");
     const auto bitmap = SendMessageW(dialog.Control(102), BM_GETIMAGE, IMAGE_BITMAP, 0);
     EXPECT_EQ(WidthOfBitmap(reinterpret_cast<HBITMAP>(bitmap)), 8);
@@ -544,18 +497,17 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
         EXPECT_EQ(GetWindowLongW(dialog.Control(id), GWL_STYLE) & 0x38F, style) << id;
     // The main image is stretched over its control, which is hidden.
     EXPECT_FALSE(IsWindowVisible(dialog.Control(1200)));
-    RECT place{};
-    GetWindowRect(dialog.Control(1200), &place);
+    RECT place = PlaceOnScreen(dialog.Control(1200));
     MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+    KeepPicture(dialog.window(), L"script-dialog-pictures");
     EXPECT_EQ(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
     EXPECT_EQ(PixelOf(dialog.window(), place.right - 2, place.bottom - 2), RGB(0, 255, 0));
     EXPECT_NE(PixelOf(dialog.window(), place.left - 2, place.top - 2), RGB(0, 255, 0));
-    KeepPicture(dialog.window(), L"script-dialog-pictures");
     EXPECT_EQ(dialog.End(), 0);
     // No picture at all.
     EXPECT_EQ(_SetAltMainImage(session, ImageNone, nullptr), 0);
     ASSERT_EQ(dialog.Wait(), DialogCreated);
-    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    ASSERT_EQ(dialog.WaitOrHelp(), help);
     EXPECT_NE(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
 }
 
@@ -573,7 +525,7 @@ TEST_F(ScriptDialogs, ShowTheGroundOfAMainImageAroundIt)
         {L";1;0;;0,0,255", blue, blue}, {L";1;0", face, face}, {L";0;0;;0,0,255", RGB(255, 0, 255), blue}};
     for (const auto& [behind, left_out, beside] : cases) {
         ASSERT_EQ(_SetAltMainImage(session, ImageText, (L"@" + file + behind).c_str()), 0);
-        const TestDialog dialog(session, L"d", 400);
+        const TestDialog dialog(session, Stage::defined, L"d", 400);
         ASSERT_EQ(dialog.Wait(), DialogCreated);
         ASSERT_EQ(dialog.WaitOrHelp(), 8);
         RECT place = PlaceOnScreen(dialog.Control(1200));
@@ -597,8 +549,7 @@ TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
         {L"SdFinishUpdateReboot", 502, BST_UNCHECKED, BST_CHECKED},
         {L"SdFinishReboot", 301, BST_CHECKED, BST_UNCHECKED}};
     for (const auto& [name, id, first, second] : cases) {
-        const TestDialog dialog(silent, name, 100);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
+        const TestDialog dialog(silent, Stage::created, name);
         SendMessageW(dialog.Control(id), BM_SETCHECK, BST_CHECKED, 0);
         EXPECT_EQ(dialog.Wait(), 1);
         EXPECT_EQ(dialog.Wait(), 1);
@@ -628,9 +579,7 @@ TEST_F(ScriptDialogs, ShowThemselvesToAFunctionOfTheEngine)
 {
     const long address = AddressBelow2GB(&Hook);
     TextSession hooked{DialogTemplates(), StandardTexts(), nullptr, {{24, vh::variant(address)}}};
-    const TestDialog dialog(hooked, L"d", 100);
-    g_hooked = nullptr;
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const TestDialog dialog(hooked);
     EXPECT_EQ(g_hooked, dialog.window());
     VirtualFree(reinterpret_cast<void*>(static_cast<uintptr_t>(address)), 0, MEM_RELEASE);
 }
@@ -648,9 +597,7 @@ LRESULT CALLBACK TakeKeys(HWND window, UINT message, WPARAM wParam, LPARAM lPara
 
 TEST_F(ScriptDialogs, TakeKeysAsDialogsDo)
 {
-    const TestDialog dialog(session, L"d", 100);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
-    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    const TestDialog dialog(session, Stage::shown);
     // The edit of the combo box lies two levels deep; its parent is the dialog's own child.
     const HWND inner = FindWindowExW(dialog.Control(combo), nullptr, L"Edit", nullptr);
     std::wstring seen;
@@ -660,7 +607,7 @@ TEST_F(ScriptDialogs, TakeKeysAsDialogsDo)
         PostMessageW(inner, WM_KEYDOWN, key, 0);
         return dialog.WaitOrHelp();
     };
-    EXPECT_EQ(type(VK_ESCAPE), 8) << "taken by the control";
+    EXPECT_EQ(type(VK_ESCAPE), help) << "taken by the control";
     EXPECT_EQ(seen.substr(0, 4), L"256 ");
     EXPECT_EQ(type(VK_RETURN), button) << "the default button";
     SetFocus(dialog.Control(edit));
@@ -678,15 +625,13 @@ TEST_F(ScriptDialogs, TakeKeysAsDialogsDo)
 
 TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
 {
-    const TestDialog dialog(session, L"d", 100);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
-    ASSERT_EQ(dialog.WaitOrHelp(), 8);
+    const TestDialog dialog(session, Stage::shown);
     ASSERT_EQ(GetActiveWindow(), dialog.window());
     for (const bool pulled : {true, false}) {
         const HWND stranger =
             CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
         SetActiveWindow(stranger);
-        ASSERT_EQ(dialog.WaitOrHelp(), 8);
+        ASSERT_EQ(dialog.WaitOrHelp(), help);
         EXPECT_EQ(GetActiveWindow() == dialog.window(), pulled);
         DestroyWindow(stranger);
     }
@@ -694,46 +639,38 @@ TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
 
 TEST_F(ScriptDialogs, TakeTextIntoARichEditThatIsReadOnly)
 {
-    const TestDialog dialog(session, L"d", 100);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const TestDialog dialog(session);
     const HWND rich = CreateWindowExW(0, L"RICHEDIT", L"", WS_CHILD | ES_MULTILINE | ES_READONLY, 0, 0, 100, 60,
                                       dialog.window(), nullptr, nullptr, nullptr);
     ASSERT_TRUE(rich) << "the class is there";
     const vh::test::TempFolder folder;
     const std::string rtf = R"({\rtf1\ansi Bold {\b word}.\par})";
-    const std::wstring file = folder.Write(L"a.RTF", rtf);
-    const std::wstring plain = folder.Write(L"a.txt", rtf);
-    const auto read_only = [&] { return (GetWindowLongW(rich, GWL_STYLE) & ES_READONLY) != 0; };
-    const auto text_of = [&] {
+    const std::wstring formatted = folder.Write(L"a.RTF", rtf), plain = folder.Write(L"a.txt", rtf);
+    const std::wstring none = folder / L"none.txt";
+    // A call that fails leaves the control writable.
+    using Setter = int32_t(__stdcall*)(ObjectContext*, const wchar_t*, HWND, const wchar_t*);
+    Table<Setter, const wchar_t*, int32_t, std::wstring> cases = {
+        {_CtrlSetMLERichText, L"plain", 0, L"plain"},
+        {_CtrlSetMLERichText, LR"({\RTF1\ansi Bold {\b word}.\par})", 0, L"Bold word."},
+        {_CtrlSetMLERichTextEx, plain.c_str(), 0, LR"({\rtf1\ansi Bold {\b word}.\par})"},
+        {_CtrlSetMLERichTextEx, formatted.c_str(), 0, L"Bold word."},
+        {_CtrlSetMLERichTextEx, nullptr, -4, L"Bold word."},
+        {_CtrlSetMLERichTextEx, none.c_str(), ERROR_FILE_NOT_FOUND, L"Bold word."}};
+    for (const auto& [set, given, result, wanted] : cases) {
+        SetWindowLongW(rich, GWL_STYLE, GetWindowLongW(rich, GWL_STYLE) | ES_READONLY);
+        EXPECT_EQ(set(session, L"d", rich, given), result) << given;
+        EXPECT_EQ((GetWindowLongW(rich, GWL_STYLE) & ES_READONLY) != 0, result == 0) << given;
         std::wstring found = TextOf(rich);
-        return found.substr(0, found.find_last_not_of(L"\r\n") + 1);
-    };
-    EXPECT_EQ(_CtrlSetMLERichText(session, L"d", rich, L"plain"), 0);
-    EXPECT_EQ(text_of(), L"plain");
-    EXPECT_EQ(_CtrlSetMLERichText(session, L"d", rich, LR"({\RTF1\ansi Bold {\b word}.\par})"), 0);
-    EXPECT_TRUE(read_only());
-    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, file.c_str()), 0);
-    EXPECT_EQ(text_of(), L"Bold word.");
-    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, plain.c_str()), 0);
-    EXPECT_EQ(text_of(), L"{\\rtf1\\ansi Bold {\\b word}.\\par}");
-    EXPECT_TRUE(read_only());
-    // Calls that fail leave the control writable.
-    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, nullptr), -4);
-    EXPECT_FALSE(read_only());
-    SetWindowLongW(rich, GWL_STYLE, GetWindowLongW(rich, GWL_STYLE) | ES_READONLY);
-    EXPECT_EQ(_CtrlSetMLERichTextEx(session, L"d", rich, (folder / L"none.txt").c_str()), ERROR_FILE_NOT_FOUND);
-    EXPECT_FALSE(read_only());
+        EXPECT_EQ(found.substr(0, found.find_last_not_of(L"\r\n") + 1), wanted) << given;
+    }
     EXPECT_EQ(_CtrlSetMLERichText(session, L"unknown", rich, L"x"), -1);
 }
 
 TEST_F(ScriptDialogs, LeaveNoHandlesBehind)
 {
     const auto cycle = [&](int count) {
-        for (int i = 0; i < count; ++i) {
-            const TestDialog dialog(session, L"d", (i % 3 == 0 ? 100 : i % 3 * 200));
-            ASSERT_EQ(dialog.Wait(), DialogCreated);
-            ASSERT_EQ(dialog.WaitOrHelp(), 8);
-        }
+        for (int i = 0; i < count; ++i)
+            const TestDialog dialog(session, Stage::shown, L"d", i % 3 == 0 ? 100 : i % 3 * 200);
     };
     const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
     cycle(10);

@@ -1,13 +1,10 @@
 // The engine's windows as a script drives them: what is seen on them, pixel by pixel where it is ours.
-#include <gtest/gtest.h>
-
-#include <windows.h>
-
-#include <commctrl.h>
-
-#include "../../exports/vhrt.h"
+#include "../support/bitmap_writer.h"
+#include "../support/handle_counts.h"
 #include "../support/screenshot.h"
 #include "../support/script_dialogs.h"
+
+#include <commctrl.h>
 
 using namespace vh;
 using namespace vh::test;
@@ -15,14 +12,6 @@ using namespace vh::test;
 namespace {
 
 constexpr COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), background = RGB(10, 200, 30);
-
-COLORREF PixelOf(HWND window, int x, int y)
-{
-    const HDC context = GetDC(window);
-    const COLORREF color = GetPixel(context, x, y);
-    ReleaseDC(window, context);
-    return color;
-}
 
 long Count(HWND window, const RECT& place, COLORREF color)
 {
@@ -54,15 +43,10 @@ bool PumpUntil(Condition&& condition)
 
 class EngineWindows : public ::testing::Test {
 protected:
-    EngineWindows()
+    std::wstring Picture(const wchar_t* name, const std::string& content) const
     {
-        // 8 by 6 pixels of red, the lower left one magenta.
-        std::string content("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x8\0\0\0\x6\0\0\0\x1\0\x18\0", 30);
-        content.resize(54);
-        for (int i = 0; i < 48; ++i)
-            content += i == 0 ? std::string("\xFF\0\xFF", 3) : std::string("\0\0\xFF", 3);
-        session.folder().Payload(L"red.bmp", content);
-        file = session.folder().Setup(L"red.bmp");
+        session.folder().Payload(name, content);
+        return session.folder().Setup(name);
     }
     int32_t Place(const std::wstring& text, int32_t flags, int32_t x = 0, int32_t y = 0, int32_t id = 1)
     {
@@ -77,7 +61,8 @@ protected:
 
     TextSession session{DialogTemplates(), StandardTexts(), nullptr, {}, engine::Windows::all};
     HWND main = reinterpret_cast<HWND>(GetHandle(session, -2));
-    std::wstring file;
+    // Red, with the lower left pixel magenta.
+    std::wstring file = Picture(L"red.bmp", PlainBitmap(8, 6, 0xFF0000, 0));
 };
 
 TEST_F(EngineWindows, ShowCaptionColourAndTitle)
@@ -87,13 +72,12 @@ TEST_F(EngineWindows, ShowCaptionColourAndTitle)
     EXPECT_EQ(_SetTitle(session, L"Caption", 0, static_cast<int32_t>(0xFF000100)), 0);
     EXPECT_EQ(TextOf(main), L"Caption");
 
-    const SIZE size = Client();
+    const LONG bottom = Client().cy - 1;
     EXPECT_EQ(_SetColor(session, 12, background), 0);
-    for (const int y : {0, static_cast<int>(size.cy) - 1})
-        EXPECT_EQ(PixelOf(main, 3, y), background);
+    EXPECT_TRUE(PixelOf(main, 3, 0) == background && PixelOf(main, 3, bottom) == background);
     EXPECT_EQ(_SetColor(session, 12, static_cast<int32_t>(0xC2000000 | background)), 0);
     EXPECT_EQ(PixelOf(main, 3, 0), background);
-    EXPECT_LT(GetGValue(PixelOf(main, 3, static_cast<int>(size.cy) - 1)), 10);
+    EXPECT_LT(GetGValue(PixelOf(main, 3, bottom)), 10);
 
     _SetColor(session, 12, background);
     const RECT area{0, 0, 400, 120};
@@ -114,23 +98,15 @@ TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
     _SetColor(session, 12, background);
     const auto [width, height] = Client();
     const long middle_x = (width - 8) / 2, middle_y = (height - 6) / 2;
-    const struct {
-        int32_t flags;
-        POINT at;
-    } cases[] = {{0, {0, 0}},
-                 {2, {20, 30}},
-                 {1, {width - 8 - 20, 30}},
-                 {8, {20, height - 6 - 30}},
-                 {4, {width - 8 - 20, height - 6 - 30}},
-                 {16384, {middle_x, middle_y}},
-                 {128, {middle_x, middle_y}}};
-    for (const auto& one : cases) {
-        ASSERT_EQ(Place(file, one.flags, 20, 30), 0);
-        const RECT around{std::max(one.at.x - 2, 0L), std::max(one.at.y - 2, 0L), std::min(one.at.x + 10, width),
-                          std::min(one.at.y + 8, height)};
-        EXPECT_EQ(Count(main, {one.at.x, one.at.y, one.at.x + 8, one.at.y + 6}, red), 47) << one.flags;
-        EXPECT_EQ(Count(main, around, red), 47) << one.flags;
-        EXPECT_EQ(PixelOf(main, static_cast<int>(one.at.x), static_cast<int>(one.at.y) + 5), RGB(255, 0, 255));
+    Table<int32_t, long, long> cases = {
+        {0, 0, 0},   {1, width - 8 - 20, 30},  {128, middle_x, middle_y},  {4, width - 8 - 20, height - 6 - 30},
+        {2, 20, 30}, {8, 20, height - 6 - 30}, {16384, middle_x, middle_y}};
+    for (const auto& [flags, x, y] : cases) {
+        ASSERT_EQ(Place(file, flags, 20, 30), 0);
+        const RECT around{std::max(x - 2, 0L), std::max(y - 2, 0L), std::min(x + 10, width), std::min(y + 8, height)};
+        EXPECT_EQ(Count(main, {x, y, x + 8, y + 6}, red), 47) << flags;
+        EXPECT_EQ(Count(main, around, red), 47) << flags;
+        EXPECT_EQ(PixelOf(main, x, y + 5), RGB(255, 0, 255));
     }
     ASSERT_EQ(Place(file + L";255,0,255", 2 | 32, 20, 30), 0);
     EXPECT_EQ(Count(main, {20, 30, 28, 36}, red), 47);
@@ -140,8 +116,8 @@ TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
     const std::wstring resource = StandardTexts() + L";501";
     for (const int32_t flags : {64, 16}) {
         ASSERT_EQ(Place(resource, flags, 0, 0, 2), 0);
-        for (const POINT at : {POINT{0, 0}, POINT{25, 33}, POINT{width - 1, height - 1}})
-            EXPECT_EQ(PixelOf(main, static_cast<int>(at.x), static_cast<int>(at.y)), blue) << flags;
+        for (const auto& [x, y] : {std::pair(0L, 0L), {25, 33}, {width - 1, height - 1}})
+            EXPECT_EQ(PixelOf(main, x, y), blue) << flags;
         EXPECT_EQ(Place(L"", 0x8000, 0, 0, 2), 0);
         EXPECT_EQ(PixelOf(main, 25, 33), red);
     }
@@ -152,17 +128,12 @@ TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
 
 TEST_F(EngineWindows, LetPicturesComeIntoViewByTheEffect)
 {
-    // A large picture: 200 by 100 of one colour.
-    std::string content("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\xC8\0\0\0\x64\0\0\0\x1\0\x18\0", 30);
-    content.resize(54);
-    for (int i = 0; i < 200 * 100; ++i)
-        content += std::string("\0\0\xFF", 3);
-    session.folder().Payload(L"large.bmp", content);
+    const std::wstring large = Picture(L"large.bmp", PlainBitmap(200, 100, 0xFF0000));
     _SetColor(session, 12, background);
     const RECT place{10, 10, 210, 110};
     for (int32_t effect = 0; effect <= 7; ++effect) {
         ASSERT_EQ(_SetDisplayEffect(session, effect), 0);
-        ASSERT_EQ(Place(session.folder().Setup(L"large.bmp"), 2, 10, 10), 0);
+        ASSERT_EQ(Place(large, 2, 10, 10), 0);
         const long first = Count(main, place, red);
         EXPECT_EQ(first < 5000, effect >= 1 && effect <= 6) << effect << " " << first;
         EXPECT_TRUE(PumpUntil([&] {
@@ -188,8 +159,7 @@ TEST_F(EngineWindows, ShowTheWaitMessage)
     EXPECT_FALSE(IsWindow(message));
 
     // With a current dialog that is the owner.
-    const TestDialog dialog(session, L"d", 100);
-    ASSERT_EQ(dialog.Wait(), DialogCreated);
+    const TestDialog dialog(session);
     EXPECT_EQ(_SdShowMsg(session, L"x", 1), 0);
     EXPECT_EQ(GetWindow(DialogNamed(L"Please wait"), GW_OWNER), dialog.window());
     EXPECT_EQ(_SdShowMsg(session, L"", 0), 0);
@@ -245,11 +215,9 @@ TEST_F(StatusWindows, ShowTitleImageBrandAndBar)
     ASSERT_NE(bar, nullptr);
     const RECT usual = PlaceOnScreen(bar);
     EXPECT_EQ(_SizeWindow(session, 36, 111, 22), 0);
-    RECT place = PlaceOnScreen(bar);
-    EXPECT_TRUE(place.right - place.left == 111 && place.bottom - place.top == 22 && place.left == usual.left);
+    EXPECT_EQ(PlaceOnScreen(bar), (RECT{usual.left, usual.top, usual.left + 111, usual.top + 22}));
     EXPECT_EQ(_SizeWindow(session, 36, 0, 0), 0);
-    place = PlaceOnScreen(bar);
-    EXPECT_TRUE(EqualRect(&place, &usual));
+    EXPECT_EQ(PlaceOnScreen(bar), usual);
     const HWND line = GetDlgItem(status, 1300);
     EXPECT_EQ(_DisableBranding(session, L""), 0);
     EXPECT_FALSE(IsWindowVisible(GetDlgItem(status, 7)));
@@ -276,7 +244,7 @@ TEST_F(StatusWindows, StandOnTheStackOfDialogs)
     EXPECT_EQ(_CtrlGetParentWindowHelper(session), reinterpret_cast<int64_t>(status));
     EXPECT_EQ(_CmdGetHwndDlg(session, L""), reinterpret_cast<int64_t>(status));
     {
-        const TestDialog dialog(session, L"d", 100);
+        const TestDialog dialog(session, Stage::defined, L"d", 100);
         ASSERT_EQ(dialog.Wait(), DialogCreated);
         EXPECT_FALSE(IsWindowEnabled(status));
         EXPECT_EQ(_CtrlGetParentWindowHelper(session), reinterpret_cast<int64_t>(dialog.window()));
@@ -315,8 +283,7 @@ TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
 
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
-    const HWND status = Open();
-    const HWND bar = VisibleChild(status, PROGRESS_CLASSW);
+    const HWND status = Open(), bar = VisibleChild(status, PROGRESS_CLASSW);
     EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
     EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
@@ -382,18 +349,15 @@ TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
         EXPECT_EQ(_EnableDialogCache(session, on), 0);
         RECT place{};
         {
-            const TestDialog dialog(session, L"d", 100);
-            ASSERT_EQ(dialog.Wait(), DialogCreated);
-            ASSERT_EQ(dialog.WaitOrHelp(), 8);
+            const TestDialog dialog(session, Stage::shown);
             place = PlaceOnScreen(dialog.window());
         }
         ASSERT_EQ(KeptPicture() != nullptr, on != 0);
         if (!on)
             continue;
-        const RECT kept = PlaceOnScreen(KeptPicture());
-        EXPECT_TRUE(EqualRect(&kept, &place) && IsWindowVisible(KeptPicture()));
-        const TestDialog next(session, L"n", 200);
-        ASSERT_EQ(next.Wait(), DialogCreated);
+        EXPECT_EQ(PlaceOnScreen(KeptPicture()), place);
+        EXPECT_TRUE(IsWindowVisible(KeptPicture()));
+        const TestDialog next(session, Stage::created, L"n", 200);
         EXPECT_NE(KeptPicture(), nullptr);
         ASSERT_EQ(next.WaitOrHelp(), 8);
         EXPECT_EQ(KeptPicture(), nullptr);
@@ -416,10 +380,7 @@ TEST(EngineWindowHandles, StayLevelOverManyRuns)
         _GetFont(session, L"Tahoma", 9, 0);
         _DisableStatus(session);
     };
-    const auto handles = [] {
-        return std::pair(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-                         GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    };
+    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
     for (int i = 0; i < 3; ++i)
         run();
     const auto before = handles();

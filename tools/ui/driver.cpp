@@ -77,7 +77,7 @@ void Type(const std::wstring& text)
         Send({KeyStroke(0, letter, KEYEVENTF_UNICODE), KeyStroke(0, letter, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP)});
 }
 
-class Program {
+class Program : vh::test::Pinned {
 public:
     explicit Program(std::wstring command)
     {
@@ -86,8 +86,6 @@ public:
         if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &m_info))
             throw std::runtime_error("the program does not start");
     }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
     ~Program()
     {
         TerminateProcess(m_info.hProcess, failed_step);
