@@ -239,7 +239,8 @@ TEST(WindowServices, ReadWholeFilesAndTheFontSubstitutes)
 TEST(MainImages, ChangeByKindOrByScale)
 {
     const Session session;
-    const std::wstring file = Bitmap(session.folder), folder = session.folder.Setup(L"");
+    session.folder.Payload(L"red.bmp", PlainBitmap(8, 6, 0xFF0000));
+    const std::wstring file = session.folder.Setup(L"red.bmp"), folder = session.folder.Setup(L"");
     constexpr auto no_file = static_cast<int32_t>(0x80070004);
     enum way { kind, scale };
     const Table<way, int32_t, std::wstring, int32_t, std::wstring> calls = {
