@@ -12,15 +12,14 @@ uint64_t SizeOf(const com_ptr<ISetupFeature>& item, bool wholeTree)
 {
     unsigned long low = 0, high = 0;
     item->GetSize(wholeTree ? VARIANT_TRUE : VARIANT_FALSE, &low, &high);
-    return static_cast<uint64_t>(high) << 32 | low;
+    return uint64_t{high} << 32 | low;
 }
 
 uint64_t TotalOf(const com_ptr<ISetupCosts>& costs)
 {
     unsigned long low = 0, high = 0;
-    costs->GetTotalLow(&low);
-    costs->GetTotalHigh(&high);
-    return static_cast<uint64_t>(high) << 32 | low;
+    EXPECT_TRUE(costs->GetTotalLow(&low) == S_OK && costs->GetTotalHigh(&high) == S_OK);
+    return uint64_t{high} << 32 | low;
 }
 
 uint64_t SelectionCost(const Engine& engine)

@@ -28,6 +28,17 @@ protected:
         EXPECT_EQ("mine", ReadWhole(folder.Target(L"bin\\mine.txt"), 100)) << where;
     }
     std::wstring LogFile() const { return LogFileOf(folder.Setup(), folder.Data()); }
+    // A run that saves a shortcut, noted in a log or not.
+    void SaveShortcut(const std::wstring& path, const wchar_t* target, const com_ptr<ISetupLog>& log)
+    {
+        com_ptr<ISetupShortcut> shortcut;
+        ASSERT_EQ(S_OK, ServiceOf<ISetupShell>(*engine)->NewItem(shortcut.put()));
+        shortcut->SetTarget(bstr(target).get());
+        variant name(path.c_str());
+        ASSERT_EQ(S_OK, shortcut->Save(log.get(), &name.get())) << ToUtf8(LastReason(*engine));
+        shortcut.reset();
+        engine->Commit();
+    }
 
     std::vector<std::wstring> before;
 };
@@ -38,11 +49,6 @@ std::string Lines(const std::vector<LogRecord>& records)
     for (const LogRecord& record : records)
         lines += ToLine(record) + '\n';
     return lines;
-}
-
-unique_file Hold(const std::wstring& path)
-{
-    return unique_file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
 using vh::test::OfSystem;
@@ -181,7 +187,7 @@ TEST_F(Journal, AStepThatCantBeUndoneIsTriedAgainByTheNextRun)
 {
     ASSERT_EQ(S_OK, MoveAll(*engine));
     {
-        const unique_file held = Hold(folder.Target(L"c.bin"));
+        const unique_file held = Hold(folder.Target(L"c.bin"), FILE_SHARE_READ);
         const auto results = engine->Rollback();
         EXPECT_TRUE(AnyFailed(results));
         engine.reset();
@@ -199,7 +205,7 @@ TEST_F(Journal, TheOriginalOfAStepThatCouldNotBeUndoneComesBackAtRemoval)
 {
     ASSERT_EQ(S_OK, MoveAll(*engine));
     {
-        const unique_file held = Hold(folder.Target(L"c.bin"));
+        const unique_file held = Hold(folder.Target(L"c.bin"), FILE_SHARE_READ);
         engine->Rollback();
         Reopen();
         // The file is there and the same; this run makes it its own.
@@ -217,7 +223,11 @@ TEST_F(Journal, ARemovalForgetsNothingThatCouldNotBeUndone)
 {
     const std::wstring path = folder.Target(L"one.lnk"), waiting = folder.Target(L".~vh123456789abc-1.old");
     WriteText(waiting, "user's");
-    const LogRecord taken{.kind = LogKind::taken, .id = 1, .run = 1, .what = path, .backup = waiting};
+    LogRecord taken;
+    taken.kind = LogKind::taken;
+    taken.id = taken.run = 1;
+    taken.what = path;
+    taken.backup = waiting;
     const std::wstring log = engine->LogFile();
     engine.reset();
     WriteText(log, Lines({taken}));
@@ -238,12 +248,8 @@ TEST_F(Journal, EveryStepOfAMaintenanceRunHasItsWayBack)
     WriteText(folder.Target(L"read-only.txt"), "fixed");
     SetFileAttributesW(folder.Target(L"read-only.txt").c_str(), FILE_ATTRIBUTE_READONLY);
     Reopen();
-    const auto files = ServiceOf<ISetupFileOps>(*engine);
-    com_ptr<ISetupCopyJob> job;
     folder.Payload(L"read-only.txt", "new");
-    ASSERT_EQ(S_OK,
-              files->CreateCopyJob(bstr(L"read-only.txt").get(), bstr(L"<TARGETDIR>\\").get(), 0x4100, job.put()));
-    ASSERT_EQ(S_OK, job->Run(nullptr, nullptr));
+    ASSERT_EQ(S_OK, Copy(*engine, L"read-only.txt", L"<TARGETDIR>\\", 0x4100));
     EXPECT_EQ("new", ReadWhole(folder.Target(L"read-only.txt"), 100));
     Feature(*engine, {L"Tools"})->SetSelected(0);
     ASSERT_EQ(S_OK, MoveAll(*engine));
@@ -270,10 +276,7 @@ TEST_F(Journal, AnUnloggedCopyComesBackWhenALaterFileOfItsJobFails)
     folder.Payload(L"set\\2.txt", "second");
     WriteText(folder.Target(L"1.txt"), "user's");
     MakeFolders(folder.Target(L"2.txt"));
-    com_ptr<ISetupCopyJob> job;
-    ASSERT_EQ(S_OK, ServiceOf<ISetupFileOps>(*engine)->CreateCopyJob(bstr(L"set\\*.txt").get(),
-                                                                     bstr(L"<TARGETDIR>").get(), 0x100, job.put()));
-    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), job->Run(ServiceOf<ISetupLog>(*engine).get(), nullptr));
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), Copy(*engine, L"set\\*.txt", L"<TARGETDIR>", 0x100, true));
     EXPECT_EQ("user's", ReadWhole(folder.Target(L"1.txt"), 100));
 }
 
@@ -318,13 +321,7 @@ TEST_F(Journal, AFileGoesWithTheFeatureThatWroteItLast)
 TEST_F(Journal, AShortcutOfTheUsersComesBackWithItsUnselectedFeature)
 {
     const std::wstring path = folder.Target(L"menu\\one.lnk");
-    com_ptr<ISetupShortcut> shortcut;
-    ASSERT_EQ(S_OK, ServiceOf<ISetupShell>(*engine)->NewItem(shortcut.put()));
-    shortcut->SetTarget(bstr(L"C:\\of the user.exe").get());
-    variant name(path.c_str());
-    ASSERT_EQ(S_OK, shortcut->Save(nullptr, &name.get()));
-    shortcut.reset();
-    engine->Commit();
+    SaveShortcut(path, L"C:\\of the user.exe", {});
     const std::string users = ReadWhole(path, 10'000);
     folder.Product(R"("features": [{"name": "F"}, {"name": "G"}], "shellObjects": [
         {"name": "one", "folder": "menu", "target": "C:\\a.exe", "feature": "F"}])");
@@ -356,13 +353,7 @@ TEST_F(Journal, AShortcutOfTheUsersComesBackHoweverOftenOursIsWritten)
     std::string users;
     for (const wchar_t* target : {L"C:\\of the user.exe", L"C:\\one.exe", L"C:\\the second.exe"}) {
         Reopen();
-        com_ptr<ISetupShortcut> shortcut;
-        ASSERT_EQ(S_OK, ServiceOf<ISetupShell>(*engine)->NewItem(shortcut.put()));
-        shortcut->SetTarget(bstr(target).get());
-        variant name(path.c_str());
-        const auto log = users.empty() ? com_ptr<ISetupLog>() : ServiceOf<ISetupLog>(*engine);
-        ASSERT_EQ(S_OK, shortcut->Save(log.get(), &name.get())) << ToUtf8(LastReason(*engine));
-        engine->Commit();
+        SaveShortcut(path, target, users.empty() ? com_ptr<ISetupLog>() : ServiceOf<ISetupLog>(*engine));
         if (users.empty())
             users = ReadWhole(path, 10'000);
     }
@@ -426,7 +417,11 @@ TEST_F(Journal, ForgedRecordsReachNoFileOfOthers)
     const std::wstring log = Install();
     const std::string content = ReadWhole(log, 100'000);
     const std::wstring victim = folder.Root() + L"\\victim.txt";
-    const LogRecord file{.kind = LogKind::file, .id = 900, .run = 1, .what = folder.Target(L"a.bin")};
+    LogRecord file;
+    file.kind = LogKind::file;
+    file.id = 900;
+    file.run = 1;
+    file.what = folder.Target(L"a.bin");
     std::vector<LogRecord> forged(7, file);
     forged[0].temp = victim;
     forged[1].backup = victim;

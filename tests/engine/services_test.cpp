@@ -100,29 +100,19 @@ using Scripts = OnTree;
 
 } // namespace
 
-TEST(RegistrySets, AreWrittenForSelectedFeaturesAndRemovedByTheLog)
+TEST_F(Registry, SetsAreWrittenForSelectedFeaturesAndRemovedByTheLog)
 {
-    const TestKey key;
     key.Write(L"Mine", L"old");
-    SetupFolder folder;
     folder.Product(registry_product);
-    auto engine = folder.Open();
+    Begin(folder.Given());
     const auto data = ServiceOf<ISetupData>(*engine);
-    const auto log = ServiceOf<ISetupLog>(*engine);
     ASSERT_EQ(S_OK, data->CreateRegistrySet(bstr(L"").get(), log.get())) << ToUtf8(LastReason(*engine));
     EXPECT_EQ(E_INVALIDARG, data->CreateRegistrySet(bstr(L"None").get(), log.get()));
     EXPECT_EQ(folder.Target(L"x"), key.Text(L"Path", L"\\Probe"));
     EXPECT_EQ(L"new", key.Text(L"Mine"));
-    const auto registry = ServiceOf<ISetupRegistry>(*engine);
-    VARIANT_BOOL exists = VARIANT_TRUE;
-    registry->KeyExists(current_user, bstr(L"Software\\VHEngineTest\\Off").get(), &exists);
-    EXPECT_EQ(VARIANT_FALSE, exists);
-
-    long type = 0;
-    variant value;
+    EXPECT_FALSE(There(At(L"\\Off")));
     const auto query = [&](const wchar_t* name) {
-        return registry->QueryValue(current_user, bstr(L"Software\\VHEngineTest\\Probe").get(), bstr(name).get(), &type,
-                                    value.put());
+        return registry->QueryValue(current_user, At(L"\\Probe").get(), bstr(name).get(), &type, value.put());
     };
     ASSERT_EQ(S_OK, query(L"List"));
     EXPECT_EQ(std::wstring_view(L"one\0two\0", 8), value.text());
@@ -131,16 +121,10 @@ TEST(RegistrySets, AreWrittenForSelectedFeaturesAndRemovedByTheLog)
     ASSERT_EQ(S_OK, query(L"Blob"));
     EXPECT_EQ(3u, SysStringByteLen(value.get().bstrVal));
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), query(L"None"));
-    EXPECT_EQ(E_INVALIDARG, registry->SetValue(0x80000001, bstr(L"Software\\VHEngineTest").get(), bstr(L"C").get(), 11,
-                                               &value.get(), log.get()))
+    EXPECT_EQ(E_INVALIDARG, registry->SetValue(0x80000001, At().get(), bstr(L"C").get(), 11, &value.get(), log.get()))
         << "no such type";
-    registry->KeyExists(0x80000001, bstr(L"Software\\VHEngineTest").get(), &exists);
-    EXPECT_EQ(VARIANT_TRUE, exists) << "a root without its sign is the same root";
-
-    engine->Commit();
-    const std::wstring logFile = engine->LogFile();
-    engine.reset();
-    Uninstall(logFile);
+    EXPECT_TRUE(There(At(), 0x80000001)) << "a root without its sign is the same root";
+    Uninstall(End());
     EXPECT_EQ(L"old", key.Text(L"Mine"));
     EXPECT_EQ(L"", key.Text(L"Path", L"\\Probe"));
 }
@@ -299,11 +283,7 @@ TEST(CopyJobs, TakeFilesWildcardsAndSubfolders)
         folder.Payload(L"docs\\1.txt", "1");
         folder.Payload(L"docs\\deep\\\u00e4.txt", "22");
         const auto engine = folder.Open();
-        const auto files = ServiceOf<ISetupFileOps>(*engine);
-        com_ptr<ISetupCopyJob> job;
-        ASSERT_EQ(S_OK, files->CreateCopyJob(bstr(source).get(), bstr(target).get(), flags, job.put()))
-            << ToUtf8(source);
-        ASSERT_EQ(S_OK, job->Run(ServiceOf<ISetupLog>(*engine).get(), nullptr)) << ToUtf8(LastReason(*engine));
+        ASSERT_EQ(S_OK, Copy(*engine, source, target, flags, true)) << ToUtf8(LastReason(*engine));
         std::wstring made;
         for (const std::wstring& name : Tree(folder.Target()))
             made += name + L";";
@@ -321,11 +301,8 @@ TEST(CopyJobs, ObeyTheirFlagsAndNameWhatIsMissing)
     WriteText(folder.Target(L"b.bin"), "present");
     SetFileAttributesW(folder.Target(L"b.bin").c_str(), FILE_ATTRIBUTE_READONLY);
     const auto engine = folder.Open();
-    const auto files = ServiceOf<ISetupFileOps>(*engine);
     const auto copy = [&](const wchar_t* source, unsigned long flags) {
-        com_ptr<ISetupCopyJob> job;
-        const HRESULT code = files->CreateCopyJob(bstr(source).get(), bstr(L"<TARGETDIR>\\").get(), flags, job.put());
-        return FAILED(code) ? code : job->Run(nullptr, nullptr);
+        return Copy(*engine, source, L"<TARGETDIR>\\", flags);
     };
     EXPECT_EQ(S_OK, copy(L"a.bin", 0x4));
     EXPECT_EQ("present", ReadWhole(folder.Target(L"a.bin"), 100));
@@ -385,35 +362,18 @@ TEST(Facts, AnswerByNumberAndGiveWayToTheHosts)
 
 TEST_F(Scripts, DriveObjectsByName)
 {
-    const auto invoke = [](const com_ptr<IDispatch>& object, const wchar_t* name, WORD flags,
-                           std::vector<variant> arguments) {
-        LPOLESTR text = const_cast<LPOLESTR>(name);
-        DISPID id = 0;
-        variant result;
-        if (FAILED(object->GetIDsOfNames(GUID_NULL, &text, 1, 0, &id)))
-            return std::wstring(L"no name");
-        DISPPARAMS parameters{};
-        parameters.rgvarg = arguments.empty() ? nullptr : &arguments.front().get();
-        parameters.cArgs = static_cast<UINT>(arguments.size());
-        object->Invoke(id, GUID_NULL, 0, flags, &parameters, result.put(), nullptr, nullptr);
-        if (result.type() == VT_DISPATCH)
-            return std::wstring(L"object");
-        result.change(VT_BSTR);
-        return std::wstring(result.text());
-    };
     const auto texts = ServiceOf<ISetupTextSub>(*engine, local_text_service).query<IDispatch>();
-    invoke(texts, L"Value", DISPATCH_PROPERTYPUT, {variant(L"v"), variant(L"Mine")});
-    EXPECT_EQ(L"v", invoke(texts, L"value", DISPATCH_PROPERTYGET, {variant(L"MINE")}));
-    EXPECT_EQ(L"(v)", invoke(texts, L"Substitute", DISPATCH_METHOD, {variant(L"(<MINE>)")}));
-    EXPECT_EQ(L"no name", invoke(texts, L"Nothing", DISPATCH_METHOD, {}));
+    PropertyText(texts.get(), L"Value", DISPATCH_PROPERTYPUT, {variant(L"v"), variant(L"Mine")});
+    EXPECT_EQ(L"v", PropertyText(texts.get(), L"value", DISPATCH_PROPERTYGET, {variant(L"MINE")}));
+    EXPECT_EQ(L"(v)", PropertyText(texts.get(), L"Substitute", DISPATCH_METHOD, {variant(L"(<MINE>)")}));
+    EXPECT_EQ(L"<none>", PropertyText(texts.get(), L"Nothing", DISPATCH_METHOD));
     const auto item = Feature(*engine, {L"Tools"}).query<IDispatch>();
-    EXPECT_EQ(L"2", invoke(item, L"Selected", DISPATCH_PROPERTYGET, {}));
-    invoke(item, L"Selected", DISPATCH_PROPERTYPUT, {variant(0L)});
-    EXPECT_EQ(L"0", invoke(item, L"Selected", DISPATCH_PROPERTYGET, {}));
-    EXPECT_EQ(L"object", invoke(item, L"Children", DISPATCH_PROPERTYGET, {}));
-    EXPECT_EQ(L"object", invoke(engine->Host().query<IDispatch>(), L"Features", DISPATCH_PROPERTYGET, {}));
-    EXPECT_EQ(L"Probe",
-              invoke(ServiceOf<ISetupInfo>(*engine).query<IDispatch>(), L"ProductName", DISPATCH_PROPERTYGET, {}));
+    EXPECT_EQ(L"2", PropertyText(item.get(), L"Selected"));
+    PropertyText(item.get(), L"Selected", DISPATCH_PROPERTYPUT, {variant(0L)});
+    EXPECT_EQ(L"0", PropertyText(item.get(), L"Selected"));
+    EXPECT_EQ(L"object", PropertyText(item.get(), L"Children"));
+    EXPECT_EQ(L"object", PropertyText(engine->Host().query<IDispatch>().get(), L"Features"));
+    EXPECT_EQ(L"Probe", PropertyText(ServiceOf<ISetupInfo>(*engine).query<IDispatch>().get(), L"ProductName"));
 }
 
 // What scripts read of the texts that the run before left.

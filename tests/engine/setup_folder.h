@@ -147,16 +147,37 @@ com_ptr<Interface> ServiceOf(const Engine& engine, const GUID& service = null_se
     return found;
 }
 
-// A property as a script reads it, in text form; "<none>" when the object has none of that name.
-inline std::wstring PropertyText(IDispatch* object, const wchar_t* name)
+// A file, or a folder, that somebody has open.
+inline unique_file Hold(const std::wstring& path, DWORD share = 0)
+{
+    return unique_file(
+        CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+inline HRESULT Copy(const Engine& engine, const wchar_t* source, const wchar_t* target, unsigned long flags,
+                    bool logged = false)
+{
+    com_ptr<ISetupCopyJob> job;
+    const HRESULT code =
+        ServiceOf<ISetupFileOps>(engine)->CreateCopyJob(bstr(source).get(), bstr(target).get(), flags, job.put());
+    const auto log = logged ? ServiceOf<ISetupLog>(engine) : com_ptr<ISetupLog>();
+    return FAILED(code) ? code : job->Run(log.get(), nullptr);
+}
+
+// What a script gets of an object by a name, in text form; "<none>" when the object has none of that name.
+inline std::wstring PropertyText(IDispatch* object, const wchar_t* name, WORD flags = DISPATCH_PROPERTYGET,
+                                 std::vector<variant> arguments = {})
 {
     auto* given = const_cast<wchar_t*>(name);
     DISPID id = 0;
-    DISPPARAMS none{};
+    DISPPARAMS passed{arguments.empty() ? nullptr : &arguments.front().get(), nullptr,
+                      static_cast<UINT>(arguments.size()), 0};
     variant value;
     if (!object || FAILED(object->GetIDsOfNames(GUID_NULL, &given, 1, 0, &id)) ||
-        FAILED(object->Invoke(id, GUID_NULL, 0, DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr)))
+        FAILED(object->Invoke(id, GUID_NULL, 0, flags, &passed, value.put(), nullptr, nullptr)))
         return L"<none>";
+    if (value.type() == VT_DISPATCH)
+        return L"object";
     if (value.type() == VT_BOOL)
         value.change(VT_I2);
     value.change(VT_BSTR);

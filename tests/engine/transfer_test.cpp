@@ -6,11 +6,6 @@ using namespace vh::engine::test;
 
 namespace {
 
-unique_file Hold(const std::wstring& path)
-{
-    return unique_file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-}
-
 std::wstring Outcomes(const std::vector<Removal>& removals, RemovalOutcome wanted)
 {
     std::wstring names;

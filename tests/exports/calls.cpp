@@ -55,7 +55,6 @@ TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
         call(L"C:\\none.dll", "f", 0, nullptr, 0);
     });
     const auto record = [](const char* fields, const char* result) { return Record("CallDllFx", fields, result); };
-    const char* const failure = "Failure\t\tError=0xffffffff\t";
     EXPECT_EQ(text,
               record("Dll=kernel32.dll\tFunction=GetCurrentProcessId\tParam00=0x0000001f\tParam01=text", "Success\t") +
                   record("Dll=kernel32.dll\tFunction=NoSuchFunction\tParam00=0xffffffff\tParam01=", failure) +

@@ -101,6 +101,11 @@ VHRTDiskInfo Request(const wchar_t* path, uint32_t request)
 
 constexpr int32_t untouched = 0x55555555;
 
+std::vector<int32_t> Fields(const VHRTDiskInfo& info)
+{
+    return {info.clusterSize, info.totalLow, info.totalHigh, info.freeLow, info.freeHigh, info.driveType, info.result};
+}
+
 TEST(DiskInfo, FillsOnlyWhatIsRequestedAndAsksForNoMore)
 {
     const Disk disk;
@@ -110,35 +115,26 @@ TEST(DiskInfo, FillsOnlyWhatIsRequestedAndAsksForNoMore)
     VHRTDiskInfo info = Request(L"X:\\dir", DiskClusterSize | DiskTotalSize | DiskFreeSpace);
     EXPECT_EQ(_GetDiskInfo(&info), 0);
     EXPECT_EQ(Disk::root, L"X:\\");
-    EXPECT_EQ(info.clusterSize, 4096);
-    EXPECT_EQ(info.totalLow, 0x456789AB);
-    EXPECT_EQ(info.totalHigh, 0x246);
-    EXPECT_EQ(info.freeLow, 0);
-    EXPECT_EQ(info.freeHigh, 1);
-    EXPECT_EQ(info.driveType, untouched);
-    EXPECT_EQ(info.result, 0);
-    EXPECT_EQ(disk.types.calls(), 0);
-    EXPECT_EQ(disk.sizes.calls(), 1);
-    EXPECT_EQ(disk.clusters.calls(), 1);
+    using values = std::vector<int32_t>;
+    EXPECT_EQ(Fields(info), (values{4096, 0x456789AB, 0x246, 0, 1, untouched, 0}));
+    EXPECT_EQ((values{disk.types.calls(), disk.sizes.calls(), disk.clusters.calls()}), (values{0, 1, 1}));
 
     info = Request(L"C:\\dir", DiskDriveType);
-    EXPECT_GIVES(_GetDiskInfo(&info), 0, info.driveType, DRIVE_FIXED);
-    EXPECT_EQ(info.totalLow, untouched);
-    EXPECT_EQ(info.result, untouched);
+    EXPECT_EQ(_GetDiskInfo(&info), 0);
+    EXPECT_EQ(Fields(info), (values{untouched, untouched, untouched, untouched, untouched, DRIVE_FIXED, untouched}));
     EXPECT_EQ(disk.sizes.calls(), 1);
 
     info = Request(L"X:", DiskFreeSpace);
-    EXPECT_GIVES(_GetDiskInfo(&info), 0, info.freeHigh, 1);
-    EXPECT_EQ(info.totalHigh, untouched);
-    EXPECT_EQ(info.clusterSize, untouched);
+    EXPECT_EQ(_GetDiskInfo(&info), 0);
+    EXPECT_EQ(Fields(info), (values{untouched, untouched, untouched, 0, 1, untouched, 0}));
 }
 
 TEST(DiskInfo, OfADiskThatIsNotThereWritesTheResultAlone)
 {
     VHRTDiskInfo info = Request(L"Q:\\", DiskTotalSize | DiskDriveType);
-    EXPECT_GIVES(_GetDiskInfo(&info), -1, info.result, -1);
-    EXPECT_EQ(info.totalLow, untouched);
-    EXPECT_EQ(info.driveType, untouched);
+    EXPECT_EQ(_GetDiskInfo(&info), -1);
+    EXPECT_EQ(Fields(info),
+              (std::vector<int32_t>{untouched, untouched, untouched, untouched, untouched, untouched, -1}));
     info = Request(L"", DiskTotalSize);
     EXPECT_EQ(_GetDiskInfo(&info), -1);
     EXPECT_EQ(_GetDiskInfo(nullptr), -1);

@@ -124,9 +124,7 @@ TEST_F(Folders, TakeFlagsInTheirOrder)
         session->calls().Reset();
         EXPECT_EQ(Add(L"Flags", L"C:\\a.exe", flags | IconReplace), 0) << flags;
         EXPECT_EQ(session->CallsOf(L"ISetupShortcut.SetShowCommand"), command ? 1 : 0) << flags;
-        if (command) {
-            EXPECT_TRUE(Called(L"ISetupShortcut.SetShowCommand(" + std::to_wstring(command) + L")")) << flags;
-        }
+        EXPECT_TRUE(!command || Called(L"ISetupShortcut.SetShowCommand(" + std::to_wstring(command) + L")")) << flags;
         std::wstring set;
         const std::wstring start = L"ISetupShortcutProperties.SetProperty(\"{9F4C2855-9F79-4B39-A8D0-E1D42DE1D5F3}, ";
         for (std::wstring line : Lines()) {
@@ -214,14 +212,10 @@ TEST_F(Folders, LoseNothingWhenTheyStay)
     }
     EXPECT_EQ(DeleteFolder(*session, (group.substr(0, 2) + L"x").c_str()), E_INVALIDARG);
     SetCurrentDirectoryW(before);
-    unique_file held(
-        CreateFileW(File(L"B").c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
-    held.reset();
-    held.reset(CreateFileW(group.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
-                           FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
-    held.reset();
+    for (const std::wstring& path : {File(L"B"), group}) {
+        const unique_file held = engine::test::Hold(path, FILE_SHARE_READ | (path == group ? FILE_SHARE_WRITE : 0));
+        EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
+    }
     EXPECT_EQ(engine::test::Tree(group), (std::vector<std::wstring>{L"A.lnk", L"B.lnk"}));
     EXPECT_EQ(DeleteFolder(*session, L"Group/"), 0);
 }
@@ -348,8 +342,6 @@ TEST_F(Folders, TraceTheirChanges)
                 VHRT_GET(library, DeleteFolder)(context, L"F");
             VHRT_GET(library, CreateFolder)(nullptr, L"N");
         });
-    const char* const success = "Success\t\t";
-    const char* const failure = "Failure\t\tError=0xffffffff\t";
     const std::string rest = "CommandLine=c\tWorkingDir=w\tIconPath=f\tIcon=2\tShortcutKey=\tFlags=0";
     EXPECT_EQ(text, Record("AddFolderIcon",
                            "ProgramFolder=G\\\tItemName=I\tCommandLine= a b\tWorkingDir=w\tIconFile=f\tIconIndex=1\t"

@@ -38,29 +38,24 @@ std::wstring LoadedText(ObjectContext* context, uint32_t id, int32_t size = 60)
 
 TEST(NumberedText, IsTheUsersFirstAndTheStandardOneElse)
 {
-    struct Case {
-        uint32_t id;
-        const wchar_t* both;
-        const wchar_t* user;
-        const wchar_t* standard;
-    };
-    const Case cases[] = {{14003, L"User title", L"User title", L"Standard title"},
-                          {11626, L"Standard message", L"<0>", L"Standard message"},
-                          {20001, L"Only the user's", L"Only the user's", L"<0>"},
-                          {14002, L"The folder \"%s\" cannot be used.", L"<0>", L"The folder \"%s\" cannot be used."},
-                          {14001, L"<0>", L"<0>", L"<0>"},
-                          {0, L"<0>", L"<0>", L"<0>"},
-                          {0x12345678, L"<0>", L"<0>", L"<0>"}};
-    Table<std::wstring, std::wstring, const wchar_t* Case::*> libraries = {
-        {UserTexts(), StandardTexts(), &Case::both},
-        {UserTexts(), L"", &Case::user},
-        {L"", StandardTexts(), &Case::standard},
-        {L"no library.dll", StandardTexts(), &Case::standard}};
-    for (const auto& [user_file, standard_file, text] : libraries) {
-        const TextSession session(user_file, standard_file);
-        for (const Case& one : cases)
-            EXPECT_EQ(LoadedText(session, one.id), one.*text) << one.id << " " << user_file;
-    }
+    const std::wstring none = L"<0>", no_library = L"no library.dll";
+    // What the user's library holds, and the standard one.
+    Table<uint32_t, std::wstring, std::wstring> cases = {{14003, L"User title", L"Standard title"},
+                                                         {11626, none, L"Standard message"},
+                                                         {20001, L"Only the user's", none},
+                                                         {14002, none, L"The folder \"%s\" cannot be used."},
+                                                         {14001, none, none},
+                                                         {0, none, none},
+                                                         {0x12345678, none, none}};
+    for (const std::wstring& users : {UserTexts(), std::wstring(), no_library})
+        for (const std::wstring& standards : {StandardTexts(), std::wstring()}) {
+            const TextSession session(users, standards);
+            for (const auto& [id, user, standard] : cases) {
+                const std::wstring of_user = users == UserTexts() ? user : none;
+                const std::wstring of_standard = standards.empty() ? none : standard;
+                EXPECT_EQ(LoadedText(session, id), of_user != none ? of_user : of_standard) << id << users << standards;
+            }
+        }
 }
 
 TEST(NumberedText, IsCutToTheBufferAndMissingWithoutLibraries)

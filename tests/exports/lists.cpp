@@ -87,34 +87,30 @@ using StringList = ListTest;
 
 TEST_F(NumberList, AgreesWithAPlainModelOverRandomOperations)
 {
+    constexpr int32_t special[] = {ListIndexNext, ListIndexPrevious, ListIndexLast, ListIndexFirst, -1, -102};
     Model model;
     std::mt19937 random(20261124);
     const auto pick = [&](int below) { return static_cast<int32_t>(random() % static_cast<unsigned>(below)); };
     for (int step = 0; step < 20000; ++step) {
-        const int32_t value = pick(9);
+        const int32_t value = pick(9), mode = pick(12) == 0 ? 2 : pick(2);
+        const int32_t index = pick(2) ? special[pick(6)] : pick(model.count() + 2);
+        int32_t current = -7, at = -7;
         // Grows for a while, shrinks for a while.
         switch (pick((step / 500) % 2 ? 12 : 7)) {
         case 0:
         case 1:
-        case 2: {
-            const int32_t mode = pick(12) == 0 ? 2 : pick(2);
+        case 2:
             ASSERT_EQ(_ListAddItem(context, numbers, value, mode), model.Add(value, mode)) << step;
             break;
-        }
         case 3:
             ASSERT_EQ(_ListFindItem(context, numbers, value), model.Find(value)) << step;
             break;
-        case 4: {
-            const int32_t special[] = {ListIndexNext, ListIndexPrevious, ListIndexLast, ListIndexFirst, -1, -102};
-            const int32_t index = pick(2) ? special[pick(6)] : pick(model.count() + 2);
+        case 4:
             ASSERT_EQ(_ListSetIndex(context, numbers, index), model.SetIndex(index)) << step << " index " << index;
             break;
-        }
-        case 5: {
-            int32_t got = 77;
-            ASSERT_EQ(_ListGetNextItem(context, numbers, &got), model.Next()) << step;
+        case 5:
+            ASSERT_EQ(_ListGetNextItem(context, numbers, &current), model.Next()) << step;
             break;
-        }
         case 6:
             if (pick(40) == 0) {
                 ASSERT_EQ(_ListDeleteAll(context, numbers), 0);
@@ -126,12 +122,11 @@ TEST_F(NumberList, AgreesWithAPlainModelOverRandomOperations)
             break;
         }
         ASSERT_EQ(_ListCount(context, numbers), model.count()) << step;
-        int32_t current = -7, index = -7;
         const bool empty = model.items.empty();
         ASSERT_EQ(_ListCurrentItem(context, numbers, &current), empty ? 1 : 0);
-        ASSERT_EQ(_ListGetIndex(context, numbers, &index), empty ? 1 : 0);
+        ASSERT_EQ(_ListGetIndex(context, numbers, &at), empty ? 1 : 0);
         ASSERT_EQ(current, empty ? -7 : model.items[static_cast<size_t>(model.at)]) << step;
-        ASSERT_EQ(index, empty ? -7 : model.at) << step;
+        ASSERT_EQ(at, empty ? -7 : model.at) << step;
     }
 }
 

@@ -1,5 +1,4 @@
 // Media on engine data, through the component exports.
-#include "../../scriptdata/unique.h"
 #include "../support/bare_context.h"
 #include "../support/import_patch.h"
 #include "../support/replaced.h"
@@ -93,19 +92,14 @@ TEST(FileMedia, AsksTheEngineOnceForEachPath)
 TEST(FileMedia, ReadsAndWritesAttributes)
 {
     const Session session;
-    const struct {
-        int32_t code;
-        const wchar_t* method;
-        const wchar_t* shown;
-    } texts[] = {{0, L"SetDescription", L"one\r\ntwo"}, {1, L"SetLongText", L"one\r\ntwo"},
-                 {11, L"SetMiscText", L"one\r\ntwo"},   {15, L"SetDisplayName", L"one\r\ntwo"},
-                 {17, L"SetText17", L"one\\ntwo"},      {18, L"SetText18", L"one\\ntwo"}};
-    for (const auto& one : texts) {
-        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, L"one\\ntwo"), 0) << one.code;
-        EXPECT_EQ(session.CallsOf(std::wstring(L"ISetupItem.") + one.method), 1) << one.code;
-        EXPECT_EQ(TextAttribute(session, data, L"Core", one.code), one.shown) << one.code;
-        EXPECT_EQ(_ComponentSetData(session, data, L"Core", one.code, 0, nullptr), 0);
-        EXPECT_EQ(TextAttribute(session, data, L"Core", one.code), one.code == 15 ? L"Core" : L"") << one.code;
+    const std::map<int32_t, const wchar_t*> texts = {{0, L"SetDescription"},  {1, L"SetLongText"}, {11, L"SetMiscText"},
+                                                     {15, L"SetDisplayName"}, {17, L"SetText17"},  {18, L"SetText18"}};
+    for (const auto& [code, method] : texts) {
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", code, 0, L"one\\ntwo"), 0) << code;
+        EXPECT_EQ(session.CallsOf(std::wstring(L"ISetupItem.") + method), 1) << code;
+        EXPECT_EQ(TextAttribute(session, data, L"Core", code), code < 17 ? L"one\r\ntwo" : L"one\\ntwo") << code;
+        EXPECT_EQ(_ComponentSetData(session, data, L"Core", code, 0, nullptr), 0);
+        EXPECT_EQ(TextAttribute(session, data, L"Core", code), code == 15 ? L"Core" : L"") << code;
     }
     for (const int32_t code : {16, 19, 20, 21, 22, 23})
         EXPECT_EQ(TextAttribute(session, data, L"Core", code), L"") << code;
@@ -368,15 +362,14 @@ TEST(FileMedia, EnumeratesFilesByPattern)
     EXPECT_EQ(session.CallsOf(L"ISetupItems.Item") - asked, 2) << "a path behind its root may have any length";
 }
 
-// Gives a payload file its last write, in local time.
-void SetTime(const std::wstring& path, WORD year, WORD month, WORD day, WORD hour, WORD minute)
+// A moment in local time.
+FILETIME LocalTime(WORD year, WORD month, WORD day, WORD hour, WORD minute)
 {
     const SYSTEMTIME moment{year, month, 0, day, hour, minute, 0, 0};
     FILETIME local{}, written{};
     SystemTimeToFileTime(&moment, &local);
     LocalFileTimeToFileTime(&local, &written);
-    const unique_file file(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &written));
+    return written;
 }
 
 TEST(FileMedia, TellsTheFactsOfItsFiles)
@@ -384,15 +377,9 @@ TEST(FileMedia, TellsTheFactsOfItsFiles)
     engine::test::SetupFolder folder;
     folder.Payload(L"p\\one.txt", "abc");
     folder.Payload(L"q\\sub\\large.bin", "");
-    {
-        const unique_file large(CreateFileW(folder.Setup(L"q\\sub\\large.bin").c_str(), GENERIC_WRITE, 0, nullptr,
-                                            OPEN_EXISTING, 0, nullptr));
-        LARGE_INTEGER end;
-        end.QuadPart = (5ll << 30) + 7;
-        ASSERT_TRUE(SetFilePointerEx(large.get(), end, nullptr, FILE_BEGIN) && SetEndOfFile(large.get()));
-    }
-    SetTime(folder.Setup(L"p\\one.txt"), 2019, 11, 5, 16, 7);
-    SetTime(folder.Setup(L"q\\sub\\large.bin"), 1999, 12, 31, 1, 59);
+    std::filesystem::resize_file(folder.Setup(L"q\\sub\\large.bin"), (5ull << 30) + 7);
+    engine::test::SetTime(folder.Setup(L"p\\one.txt"), LocalTime(2019, 11, 5, 16, 7));
+    engine::test::SetTime(folder.Setup(L"q\\sub\\large.bin"), LocalTime(1999, 12, 31, 1, 59));
     SetFileAttributesW(folder.Setup(L"p\\one.txt").c_str(), FILE_ATTRIBUTE_HIDDEN);
     folder.Product(R"("languages": [1033, 1031, 9], "features": [{"name": "F", "languages": [1033, 1031],
         "systems": ["windows-7", "windows-10"], "files": [

@@ -3,6 +3,7 @@
 #include "../../exports/vhrt.h"
 #include "../../scriptdata/com_object.h"
 #include "../support/bare_context.h"
+#include "../support/session.h"
 
 using namespace vh::test;
 
@@ -52,18 +53,8 @@ TEST(ScriptMedia, AnswersItsAttributes)
 {
     const BareContext context;
     _ComponentAddItem(context, mine, L"dir\\item", 3000, 1);
-    const auto text = [&](int32_t code) -> std::wstring {
-        wchar_t buffer[64];
-        int32_t number = 0;
-        const int32_t result = _ComponentGetData(context, mine, L"dir\\item", code, &number, buffer, 64);
-        return result == 0 ? buffer : std::to_wstring(result);
-    };
-    const auto number = [&](int32_t code) {
-        wchar_t buffer[64];
-        int32_t value = -99;
-        const int32_t result = _ComponentGetData(context, mine, L"dir\\item", code, &value, buffer, 64);
-        return result == 0 ? value : result;
-    };
+    const auto text = [&](int32_t code) { return TextAttribute(context, mine, L"dir\\item", code); };
+    const auto number = [&](int32_t code) { return NumberAttribute(context, mine, L"dir\\item", code); };
     EXPECT_EQ(text(15), L"item") << "the last part of the path stands in";
     for (const int32_t code : {0, 11, 15, 17, 18}) {
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", code, 0, L"a\\nb"), 0);

@@ -22,12 +22,15 @@ std::string Lines(const std::wstring& path)
     return data.substr(data.find("\r\n") + 2);
 }
 
-TEST(Trace, BeginsWithItsHeaderAndTheLoad)
-{
+struct OpenTrace : testing::Test {
     const TempFolder folder;
     const std::wstring path = folder / L"t.bin";
+    TracedLibrary library{path};
+};
+
+TEST_F(OpenTrace, BeginsWithItsHeaderAndTheLoad)
+{
     int records = 0;
-    TracedLibrary library(path);
     const std::string text = DecodedTrace(path, &records);
     EXPECT_EQ(records, 7 + 2);
     EXPECT_EQ(text.find("FormatVersion=00000112\r\n\r\n"), 0u);
@@ -46,11 +49,8 @@ TEST(Trace, BeginsWithItsHeaderAndTheLoad)
     EXPECT_EQ(both.find("FormatVersion", 1), both.npos) << "one header for all runs";
 }
 
-TEST(Trace, StoresLengthAndScrambledBytes)
+TEST_F(OpenTrace, StoresLengthAndScrambledBytes)
 {
-    const TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    TracedLibrary library(path);
     DeleteFileW(path.c_str());
     VHRT_GET(library, _SetupTraceWrite)(L"A", L"", L"");
     // "A||" and "\r\n", each with its length; a file that was deleted comes back without a header.
@@ -63,7 +63,7 @@ TEST(Trace, StoresLengthAndScrambledBytes)
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), record) << "at the end of a file of any size";
 }
 
-TEST(Trace, CleansLineEndsOutOfDetails)
+TEST_F(OpenTrace, CleansLineEndsOutOfDetails)
 {
     Table<const wchar_t*, const char*> cases = {{L"abc", "abc"},
                                                 {L"abc\r\n", "abc"},
@@ -82,9 +82,6 @@ TEST(Trace, CleansLineEndsOutOfDetails)
                                                 {L"%%n", "%n"},
                                                 {L"%5%nn.%d", "%5n.0"},
                                                 {L"http://u:p@h/x", "http://u:***@h/x"}};
-    const TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    TracedLibrary library(path);
     std::string expected;
     for (const auto& [details, line] : cases) {
         EXPECT_EQ(VHRT_GET(library, _SetupTraceWrite)(L"Cat\n", nullptr, details), 0);
@@ -93,11 +90,8 @@ TEST(Trace, CleansLineEndsOutOfDetails)
     EXPECT_EQ(Lines(path), expected);
 }
 
-TEST(Trace, CutsLongDetails)
+TEST_F(OpenTrace, CutsLongDetails)
 {
-    const TempFolder folder;
-    const std::wstring path = folder / L"t.bin";
-    TracedLibrary library(path);
     for (const size_t length : {16380u, 16381u, 16382u, 40000u}) {
         DeleteFileW(path.c_str());
         VHRT_GET(library, _SetupTraceWrite)(L"C", L"S", std::wstring(length, L'x').c_str());

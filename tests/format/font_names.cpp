@@ -1,11 +1,6 @@
 // Names in TrueType files that are put together by hand.
-#include <cstring>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
-
 #include "../../files/font_names.h"
+#include "../support/test.h"
 
 namespace {
 

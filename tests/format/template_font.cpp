@@ -1,9 +1,6 @@
 // The font record of a dialog template, exchanged in a copy.
 #include "../../dialogs/template_font.h"
-
-#include <string>
-
-#include <gtest/gtest.h>
+#include "../support/test.h"
 
 namespace {
 

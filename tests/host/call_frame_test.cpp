@@ -1,4 +1,6 @@
 // How arguments and results cross between a script and exported functions, with functions of our own.
+#include <ranges>
+
 #include "../support/test.h"
 #include "host/call_frame.h"
 #include "host/script_object.h"
@@ -174,16 +176,12 @@ TEST(CallRecord, PutsFieldsWhereTheRecordHasThem)
     const RecordInfo& info = RecordNamed("DiskInfo");
     RecordBlock block(info, nullptr);
     auto* bytes = static_cast<std::byte*>(block.data());
-    for (const RecordField& field : info.fields) {
-        if (field.kind == FieldKind::Int)
-            std::memcpy(bytes + field.offset, &field.offset, 4);
-    }
+    auto integers = info.fields | std::views::filter([](const auto& f) { return f.kind == FieldKind::Int; });
+    for (const RecordField& field : integers)
+        std::memcpy(bytes + field.offset, &field.offset, 4);
     const auto values = block.Values();
-    for (const RecordField& field : info.fields) {
-        if (field.kind == FieldKind::Int) {
-            EXPECT_EQ(ToInt(Property(values.get(), field.name)->get()), static_cast<int32_t>(field.offset));
-        }
-    }
+    for (const RecordField& field : integers)
+        EXPECT_EQ(ToInt(Property(values.get(), field.name)->get()), static_cast<int32_t>(field.offset));
     EXPECT_EQ(info.size, 552u);
 }
 

@@ -1,6 +1,7 @@
 // The call table against the export table and the public headers.
 #include <regex>
 
+#include "../support/temp_folder.h"
 #include "../support/test.h"
 #include "host/call_record.h"
 #include "host/call_signature.h"
@@ -9,17 +10,9 @@ namespace host {
 
 namespace {
 
-std::string ReadAll(const std::filesystem::path& path)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
-}
-
 std::vector<std::string> ExportNames()
 {
-    const std::string text = ReadAll(VHRT_SOURCE_DIR "/exports/VHRT.def");
+    const std::string text = vh::test::BytesOf(VHRT_SOURCE_DIR "/exports/VHRT.def");
     const std::regex row(R"((\w+) @\d+)");
     std::vector<std::string> names;
     for (std::sregex_iterator match(text.begin(), text.end(), row), end; match != end; ++match)
@@ -53,7 +46,7 @@ std::map<std::string, Declaration> Declarations()
     const std::regex comment(R"(/\*[^*]*\*+(?:[^/*][^*]*\*+)*/)");
     const std::regex function(R"(VHRT_FUNCTION\(([^)]*)\)\s*(\w+)\(([^)]*)\);)");
     for (const auto& header : std::filesystem::directory_iterator(VHRT_SOURCE_DIR "/exports/vhrt")) {
-        const std::string text = std::regex_replace(ReadAll(header.path()), comment, "");
+        const std::string text = std::regex_replace(vh::test::BytesOf(header.path()), comment, "");
         for (std::sregex_iterator match(text.begin(), text.end(), function), end; match != end; ++match)
             declarations[(*match)[2]] = {(*match)[1], TypesOf((*match)[3])};
     }

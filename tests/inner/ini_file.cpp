@@ -230,7 +230,8 @@ TEST(IniFile, FindsEachNameAfterAnyChange)
         return std::ranges::find(plain, key, &std::pair<std::wstring, int>::first);
     };
     for (int round = 0; round < 20000; ++round) {
-        const std::wstring key = L"Key" + std::to_wstring(random() % 60);
+        const std::wstring key = L"Key" + std::to_wstring(random() % 60),
+                           other = L"Key" + std::to_wstring(random() % 60);
         std::wstring asked = key;
         if (random() % 2)
             asked[0] = L'k';
@@ -248,14 +249,12 @@ TEST(IniFile, FindsEachNameAfterAnyChange)
                 plain.erase(here);
             }
             break;
-        case 3: {
-            const std::wstring other = L"Key" + std::to_wstring(random() % 60);
+        case 3:
             if (here != plain.end() && place(other) == plain.end()) {
                 map.rename_at(map.position_of(asked), other);
                 here->first = other;
             }
             break;
-        }
         case 4:
             if (round % 50 == 0) {
                 map.sort();

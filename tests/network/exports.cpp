@@ -135,11 +135,7 @@ TEST(Addresses, InASilentRunShowNoDialog)
         {L"silent 404", L"status=404", true, false, "-", 0},
         {L"loud 404", L"status=404", false, false, "-", 1}};
     for (const auto& [key, query, silent, done, requests, shown] : cases) {
-        vh::engine::test::SetupFolder folder;
-        vh::engine::test::MakeTree(folder);
-        vh::engine::Options options = folder.Given();
-        options.silent = silent;
-        const Session session(std::move(options));
+        const Session session([quiet = silent](vh::engine::Options& options) { options.silent = quiet; });
         Dialogs::shown = 0;
         const std::wstring address = Address(query, key);
         const auto file = static_cast<FileHandle>(_OpenFile(session, address.c_str(), FileReadBytes, 0));

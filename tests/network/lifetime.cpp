@@ -17,6 +17,13 @@ DWORD OpenHandles()
     return count;
 }
 
+// What WinInet tells of a request.
+void Tell(DWORD_PTR context, DWORD status, DWORD_PTR result, DWORD error = 0)
+{
+    INTERNET_ASYNC_RESULT news{result, error};
+    vh::inet_status_callback(nullptr, context, status, &news, sizeof(news));
+}
+
 std::atomic<int> sessions;
 std::atomic<int> handles;
 
@@ -93,12 +100,11 @@ TEST_F(Lifetime, EndsBeforeAHandleIsMade)
     late::internet_open_url.replace(
         [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
             news = [context] {
-                INTERNET_ASYNC_RESULT made{reinterpret_cast<DWORD_PTR>(open(L"orphan", 0, nullptr, nullptr, 0)), 0};
+                const auto made = reinterpret_cast<DWORD_PTR>(open(L"orphan", 0, nullptr, nullptr, 0));
                 ++handles;
-                vh::inet_status_callback(nullptr, context, INTERNET_STATUS_HANDLE_CREATED, &made, sizeof(made));
-                vh::inet_status_callback(nullptr, context, INTERNET_STATUS_HANDLE_CLOSING, &made, sizeof(made));
-                INTERNET_ASYNC_RESULT done{0, ERROR_INTERNET_OPERATION_CANCELLED};
-                vh::inet_status_callback(nullptr, context, INTERNET_STATUS_REQUEST_COMPLETE, &done, sizeof(done));
+                Tell(context, INTERNET_STATUS_HANDLE_CREATED, made);
+                Tell(context, INTERNET_STATUS_HANDLE_CLOSING, made);
+                Tell(context, INTERNET_STATUS_REQUEST_COMPLETE, 0, ERROR_INTERNET_OPERATION_CANCELLED);
             };
             SetLastError(ERROR_IO_PENDING);
             return nullptr;
@@ -137,9 +143,9 @@ TEST_F(Lifetime, KeepsTheModuleOnlyForNewsThatMayStillCome)
     late::internet_open_url.replace(
         [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
             request = context;
-            INTERNET_ASYNC_RESULT made{reinterpret_cast<DWORD_PTR>(open(L"request", 0, nullptr, nullptr, 0)), 0};
-            vh::inet_status_callback(nullptr, context, INTERNET_STATUS_HANDLE_CREATED, &made, sizeof(made));
-            return reinterpret_cast<HINTERNET>(made.dwResult);
+            const HINTERNET made = open(L"request", 0, nullptr, nullptr, 0);
+            Tell(context, INTERNET_STATUS_HANDLE_CREATED, reinterpret_cast<DWORD_PTR>(made));
+            return made;
         });
     late::internet_close_handle.replace([](HINTERNET handle) {
         vh::inet_status_callback(nullptr, request, INTERNET_STATUS_HANDLE_CLOSING, &handle, sizeof(handle));
@@ -173,8 +179,7 @@ TEST_F(Lifetime, OfAServersWordsIsThatOfTheReader)
     Reader reader(Address(L"", L"words"));
     const DWORD_PTR context = reader->new_context();
     const auto complete = [&](DWORD_PTR result, DWORD error) {
-        INTERNET_ASYNC_RESULT news{result, error};
-        vh::inet_status_callback(nullptr, context, INTERNET_STATUS_REQUEST_COMPLETE, &news, sizeof(news));
+        Tell(context, INTERNET_STATUS_REQUEST_COMPLETE, result, error);
     };
     complete(0, ERROR_INTERNET_TIMEOUT);
     EXPECT_STREQ(reader->response_text(), L"");

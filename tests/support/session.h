@@ -17,6 +17,14 @@ public:
         Begin(folder.Given());
     }
     explicit Session(engine::Options options) { Begin(std::move(options)); }
+    // On the tree of MakeTree too, with the options as the test changes them.
+    explicit Session(const std::function<void(engine::Options&)>& change)
+    {
+        engine::test::MakeTree(folder);
+        engine::Options options = folder.Given();
+        change(options);
+        Begin(std::move(options));
+    }
     ~Session()
     {
         Release();

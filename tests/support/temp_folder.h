@@ -47,12 +47,7 @@ public:
     std::wstring Large(const std::wstring& name, int64_t size) const
     {
         const std::wstring path = Write(name, "");
-        LARGE_INTEGER end;
-        end.QuadPart = size;
-        const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-        SetFilePointerEx(file, end, nullptr, FILE_BEGIN);
-        SetEndOfFile(file);
-        CloseHandle(file);
+        std::filesystem::resize_file(path, static_cast<std::uintmax_t>(size));
         return path;
     }
 

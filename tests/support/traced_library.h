@@ -95,6 +95,10 @@ std::string TracedCalls(ISetupHost* host, IServiceProvider* services, Body&& bod
     return begin == text.npos ? text : text.substr(begin, text.find("VHSetupInit", begin) - begin);
 }
 
+// Results as most families show them.
+inline const char* const success = "Success\t\t";
+inline const char* const failure = "Failure\t\tError=0xffffffff\t";
+
 // A call's records; without a result there is no end record. The first field of an end may stand behind a tab more.
 inline std::string Record(const std::string& name, const std::string& fields, const char* result = nullptr)
 {

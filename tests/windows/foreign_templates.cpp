@@ -6,20 +6,14 @@ using namespace vh::test;
 
 namespace {
 
-// Name or number of a template, and its language.
-struct Found {
-    std::wstring name;
-    WORD number = 0;
-};
+// Name or number of each template.
+using Found = std::vector<std::pair<std::wstring, WORD>>;
 
 BOOL CALLBACK AddTemplate(HMODULE, const wchar_t*, wchar_t* name, LONG_PTR list)
 {
-    Found found;
-    if (IS_INTRESOURCE(name))
-        found.number = static_cast<WORD>(reinterpret_cast<ULONG_PTR>(name));
-    else
-        found.name = name;
-    reinterpret_cast<std::vector<Found>*>(list)->push_back(found);
+    const bool named = !IS_INTRESOURCE(name);
+    const auto number = named ? WORD{0} : static_cast<WORD>(reinterpret_cast<ULONG_PTR>(name));
+    reinterpret_cast<Found*>(list)->emplace_back(named ? name : L"", number);
     return TRUE;
 }
 
@@ -50,18 +44,18 @@ TEST(ForeignTemplates, GiveTheDialogsThatTheSystemMakesOfThem)
             continue;
         wchar_t path[MAX_PATH];
         GetModuleFileNameW(module, path, MAX_PATH);
-        std::vector<Found> templates;
+        Found templates;
         EnumResourceNamesW(module, RT_DIALOG, &AddTemplate, reinterpret_cast<LONG_PTR>(&templates));
-        for (const Found& one : templates) {
-            const wchar_t* name = one.name.empty() ? MAKEINTRESOURCEW(one.number) : one.name.c_str();
-            const HWND bare = CreateDialogParamW(module, name, nullptr, &Quiet, 0);
+        for (const auto& [name, number] : templates) {
+            const wchar_t* found = name.empty() ? MAKEINTRESOURCEW(number) : name.c_str();
+            const HWND bare = CreateDialogParamW(module, found, nullptr, &Quiet, 0);
             const std::wstring wanted = bare ? ControlsOf(bare) : L"";
             if (bare)
                 DestroyWindow(bare);
-            const TestDialog dialog(session, Stage::defined, L"d", one.number, DialogAllCommands, path, one.name);
-            EXPECT_EQ(dialog.Wait(), bare ? int32_t{DialogCreated} : -1) << path << one.number;
+            const TestDialog dialog(session, Stage::defined, L"d", number, DialogAllCommands, path, name);
+            EXPECT_EQ(dialog.Wait(), bare ? int32_t{DialogCreated} : -1) << path << number;
             const HWND window = dialog.window();
-            EXPECT_EQ(window ? ControlsOf(window) : L"", wanted) << path << one.number;
+            EXPECT_EQ(window ? ControlsOf(window) : L"", wanted) << path << number;
             if (window) {
                 ++made;
                 PostMessageW(window, WM_KEYDOWN, VK_F1, 0);

@@ -169,13 +169,11 @@ TEST(WaitMessages, StayHiddenInSilentModeUnlessTheyAreAskedFor)
 {
     for (const bool shown : {false, true}) {
         // The library's own silent mode; the engine shows what it is told to.
-        const engine::test::SetupFolder folder;
-        engine::test::MakeTree(folder);
-        engine::Options options = folder.Given();
-        options.windows = engine::Windows::all;
-        options.facts.emplace(10, variant(true));
-        options.variables.emplace_back(L"VHRES", StandardTexts());
-        const Session silent(std::move(options));
+        const Session silent([](engine::Options& options) {
+            options.windows = engine::Windows::all;
+            options.facts.emplace(10, variant(true));
+            options.variables.emplace_back(L"VHRES", StandardTexts());
+        });
         wchar_t text[512] = L"";
         int32_t flag = 0;
         __GetCmdLineOptions(silent, &flag, &flag, &flag, &flag, &flag, text, text, text, text, text, text, 512);
