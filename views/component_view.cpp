@@ -148,7 +148,9 @@ int32_t ComponentView::SetInfo(int32_t info, int64_t number, const wchar_t* text
         m_reserved = number;
         return 1;
     case vh::view_info::show_sizes:
-        m_showSizes = number != 0;
+        // No row differs by it, but each looks different.
+        if (std::exchange(m_showSizes, number != 0) != (number != 0) && m_window)
+            vh::late::invalidate(m_window, static_cast<const RECT*>(nullptr), BOOL{FALSE});
         return 1;
     case vh::view_info::exclusive:
         m_exclusive = number != 0;

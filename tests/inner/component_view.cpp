@@ -320,6 +320,8 @@ TEST_F(ComponentViews, PaintTheRowsThatChanged)
     EXPECT_EQ(painted([&] { RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }), rows);
     EXPECT_EQ(painted([&] { SendMessageW(Window(), WM_VSCROLL, SB_LINEDOWN, 0); }), rows);
     EXPECT_EQ(painted([&] { SendMessageW(Window(), WM_VSCROLL, SB_ENDSCROLL, 0); }), 0);
+    ComponentViewSetInfo(view, ViewShowSizes, 0, nullptr);
+    EXPECT_EQ(painted([&] { ComponentViewRefresh(view); }), rows);
 }
 
 TEST_F(ComponentViews, ShowStatesInTheSystemsColours)
