@@ -5,6 +5,7 @@
 
 #include "../../exports/vhrt.h"
 #include "../../views/component_view.h"
+#include "../../views/dpi_control_utils.h"
 #include "../../views/late_views.h"
 #include "../../views/row_painter.h"
 #include "../support/bare_context.h"
@@ -479,6 +480,46 @@ TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)
     EXPECT_EQ(view->get_accChildCount(&count), CO_E_OBJNOTCONNECTED);
     view->Release();
     FreeLibrary(library);
+}
+
+// Each pixel of a bitmap of 32 bits.
+std::vector<uint32_t> PixelsOf(const unique_bitmap& bitmap)
+{
+    DIBSECTION facts{};
+    GetObjectW(bitmap.get(), sizeof(facts), &facts);
+    const auto* bits = static_cast<const uint32_t*>(facts.dsBm.bmBits);
+    return {bits, bits + facts.dsBm.bmWidth * facts.dsBm.bmHeight};
+}
+
+TEST(CheckBoxes, HaveTheThemesLookOrTheClassicOne)
+{
+    using Boxes = CDpiControlUtils;
+    Table<int, int, UINT, UINT> kinds = {{Boxes::check_box, Boxes::clear, 4, 0x8000},
+                                         {Boxes::check_box, Boxes::checked, 4, 0x8400},
+                                         {Boxes::check_box, Boxes::checked_disabled, 4, 0x8500},
+                                         {Boxes::check_box, 2, 4, 0},
+                                         {1, Boxes::checked, 0, 0}};
+    for (const auto& [part, state, kind, look] : kinds) {
+        EXPECT_EQ(Boxes::ClassicPart(part), kind);
+        EXPECT_EQ(Boxes::ClassicState(part, state), look);
+    }
+    const Boxes themed(nullptr, L"Button");
+    const Replaced no_theme(
+        late::open_theme, +[](HWND, const wchar_t*) WINAPI -> HTHEME { return nullptr; });
+    const Boxes classic(nullptr, L"Button");
+    EXPECT_FALSE(classic.GetThemedBitmap(Boxes::check_box, Boxes::clear));
+    for (const Boxes* boxes : {&themed, &classic}) {
+        const SIZE size = boxes->GetSize(Boxes::check_box, Boxes::clear);
+        const auto clear = PixelsOf(boxes->GetBitmap(Boxes::check_box, Boxes::clear));
+        const auto checked = PixelsOf(boxes->GetBitmap(Boxes::check_box, Boxes::checked));
+        EXPECT_EQ(std::ssize(clear), size.cx * size.cy);
+        EXPECT_NE(clear, checked);
+        EXPECT_TRUE(std::ranges::all_of(checked, [](uint32_t pixel) { return pixel >> 24 == 0xFF; })) << "opaque";
+    }
+    EXPECT_EQ(PixelsOf(classic.GetBitmap(Boxes::check_box, Boxes::clear)),
+              PixelsOf(classic.GetClassicBitmap(Boxes::check_box, Boxes::clear)));
+    EXPECT_NE(PixelsOf(themed.GetBitmap(Boxes::check_box, Boxes::checked)),
+              PixelsOf(classic.GetBitmap(Boxes::check_box, Boxes::checked)));
 }
 
 } // namespace
