@@ -98,9 +98,9 @@ void ComponentRows(suite& s)
     const HWND bare = MakeBare(rows * row_height + 4);
     g_check = CreateCompatibleDC(nullptr);
     const HDC screen = GetDC(bare);
-    const HBITMAP picture = CreateCompatibleBitmap(screen, 13, 13);
+    const vh::unique_bitmap picture(CreateCompatibleBitmap(screen, 13, 13));
     ReleaseDC(bare, screen);
-    const HGDIOBJ before = SelectObject(g_check, picture);
+    const HGDIOBJ before = SelectObject(g_check, picture.get());
     g_paint = &PaintRows;
     s.Compare("full paint of 50 rows, to the bare calls", 1.2, Repainting(window), Repainting(bare));
 
@@ -124,7 +124,6 @@ void ComponentRows(suite& s)
     DestroyWindow(dialog);
     DestroyWindow(bare);
     SelectObject(g_check, before);
-    DeleteObject(picture);
     DeleteDC(g_check);
     BENCH_GET(Library(), __ReleaseObjectContext)(context);
 }
@@ -168,12 +167,11 @@ void SkinnedDialog(suite& s)
     const HWND bare = MakeBare(height, page);
     const HDC screen = GetDC(bare);
     g_surface = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, page, height);
-    const HGDIOBJ before = SelectObject(g_surface, bitmap);
+    const vh::unique_bitmap bitmap(CreateCompatibleBitmap(screen, page, height));
+    const HGDIOBJ before = SelectObject(g_surface, bitmap.get());
     g_paint = &CopySurface;
     s.Compare("a skinned dialog's paint, to one copy", 1.1, Repainting(dialog), Repainting(bare));
     SelectObject(g_surface, before);
-    DeleteObject(bitmap);
     DeleteDC(g_surface);
     ReleaseDC(bare, screen);
     DestroyWindow(bare);

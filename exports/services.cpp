@@ -1,4 +1,6 @@
-// Exported functions of services: none is stopped yet.
+// Exported functions of services.
 #include "vhrt/services.h"
 
-int32_t _ServiceStopDependentServices(const wchar_t*) { return 0; }
+#include "../system/service_stop.h"
+
+int32_t _ServiceStopDependentServices(const wchar_t* service) { return vh::StopServiceWithDependents(service) ? 1 : 0; }

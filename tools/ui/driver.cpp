@@ -10,6 +10,7 @@
 //   focus CONTROL        the control has to have the focus
 //   value CONTROL TEXT   its text has to hold this one
 // The exit code is the program's, or 90 for a step that did not come to pass; the program is ended then.
+#include "scriptdata/unique.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/screenshot.h"
 
@@ -89,8 +90,7 @@ public:
     ~Program()
     {
         TerminateProcess(m_info.hProcess, failed_step);
-        CloseHandle(m_info.hThread);
-        CloseHandle(m_info.hProcess);
+        vh::unique_handle thread(m_info.hThread), process(m_info.hProcess);
     }
 
     // Asks until the answer is true; the program's end or its silence ends it too.
