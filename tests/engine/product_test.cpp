@@ -159,11 +159,11 @@ TEST(ProductFile, TakesWhatItsBoundsAllowAndNoMore)
         EXPECT_NE(std::wstring::npos, error.find(reason)) << ToUtf8(error);
     };
     for (const auto& [most, reason, before, element, separator, behind] : limits) {
-        const auto members = [&](std::size_t count) {
-            std::string closing = behind;
-            for (std::size_t i = 0; !*separator && *element == '[' && i < count; ++i)
+        const auto members = [&, start = before, one = element, between = separator, end = behind](std::size_t count) {
+            std::string closing = end;
+            for (std::size_t i = 0; !*between && *one == '[' && i < count; ++i)
                 closing += "}]";
-            return before + Many(count, element, separator) + closing;
+            return start + Many(count, one, between) + closing;
         };
         check(members(most), members(most + 1), reason);
     }

@@ -85,9 +85,8 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
     EXPECT_GIVES_TEXT(__GetInstallGuid(session, text), 0, text, L"{11111111-2222-3333-4444-555555555555}");
     using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
     for (const auto& [get, value] :
-         {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}}) {
+         {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}})
         EXPECT_GIVES(get(session, &number), 0, number, value);
-    }
     EXPECT_EQ(__PutEnabledIServices(session, 9), 0);
     EXPECT_GIVES(__GetEnabledIServices(session, &number), 0, number, 9);
     EXPECT_EQ(_SetGlobalFlags(session, 0x55), 0);
@@ -317,9 +316,9 @@ TEST(CommandLine, ReadsEachFactIntoItsPlace)
         EXPECT_EQ(ask(7), 8);
         for (const long failing : {flag_facts[set], text_facts[set], 12l}) {
             const std::wstring call = L"ISetupInfo.GetFact(" + std::to_wstring(failing) + L")";
-            session.calls().FailCall(call.c_str(), E_FAIL);
+            session.calls().FailCall(call, E_FAIL);
             EXPECT_EQ(ask(16), -1) << failing;
-            session.calls().FailCall(call.c_str(), S_OK);
+            session.calls().FailCall(call, S_OK);
         }
         // Silent modes are kept also when nothing is asked.
         const long before = session.CallsOf(L"ISetupInfo.GetFact(");

@@ -54,9 +54,8 @@ TEST(Numbers, DivideAndCombineAsText)
         {L"1.5", L"2", L'+', L"3.50"},      {L"1.5", L"2x", L'*', L"3.00"}, {L"1", L"3", L'/', L"0.33"},
         {L"", L"2", L'-', L"-2.00"},        {L"abc", L"1", L'+', L"1.00"},  {nullptr, L"1", L'+', L"1.00"},
         {L"1e3", L"0.25", L'+', L"1000.25"}};
-    for (const auto& [a, b, operation, wanted_text] : operations) {
+    for (const auto& [a, b, operation, wanted_text] : operations)
         EXPECT_GIVES_TEXT(_FloatingPointOperation(a, b, operation, text), 0, text, wanted_text);
-    }
     wcscpy(text, L"kept");
     EXPECT_GIVES_TEXT(_FloatingPointOperation(L"1", L"2", L'%', text), E_INVALIDARG, text, L"kept");
     EXPECT_EQ(_CompareDWORD(0x80000000, 1), 1);

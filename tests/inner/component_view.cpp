@@ -472,8 +472,12 @@ TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)
     EXPECT_EQ(number_of([&](VARIANT* result) { return view->accHitTest(left + 5, top + 5, result); }), 4);
     Table<long, long, long> ways = {{NAVDIR_FIRSTCHILD, 0, 1}, {NAVDIR_LASTCHILD, 0, 20}, {NAVDIR_NEXT, 4, 5},
                                     {NAVDIR_PREVIOUS, 4, 3},   {NAVDIR_UP, 1, -1},        {NAVDIR_DOWN, 20, -1}};
-    for (const auto& [direction, from, to] : ways)
-        EXPECT_EQ(number_of([&](VARIANT* result) { return view->accNavigate(direction, child(from), result); }), to);
+    for (const auto& [direction, from, to] : ways) {
+        const auto go = [&, way = direction, start = child(from)](VARIANT* end) {
+            return view->accNavigate(way, start, end);
+        };
+        EXPECT_EQ(number_of(go), to) << direction << " from " << from;
+    }
     // Who keeps the object longer than the view lives learns that it has gone.
     DestroyWindow(m_dialog);
     __ReleaseObjectContext(context.Take());

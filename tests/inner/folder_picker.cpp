@@ -9,7 +9,7 @@ namespace {
 
 using namespace vh::test;
 
-const vh::PickerTexts texts;
+const vh::PickerTexts texts{};
 
 // Pickers on a dialog of the test's in the place of the platform's.
 class FolderPicker : public testing::Test {

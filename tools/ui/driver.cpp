@@ -84,20 +84,19 @@ public:
     {
         STARTUPINFOW start{};
         start.cb = sizeof(start);
-        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &m_info))
+        PROCESS_INFORMATION made{};
+        if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &made))
             throw std::runtime_error("the program does not start");
+        m_process.reset(made.hProcess);
+        m_first_thread.reset(made.hThread);
     }
-    ~Program()
-    {
-        TerminateProcess(m_info.hProcess, failed_step);
-        vh::unique_handle thread(m_info.hThread), process(m_info.hProcess);
-    }
+    ~Program() { TerminateProcess(m_process.get(), failed_step); }
 
     // Asks until the answer is true; the program's end or its silence ends it too.
     void Until(const std::function<bool()>& answer) const
     {
         for (const ULONGLONG deadline = GetTickCount64() + patience_ms; !answer();) {
-            const DWORD ended = WaitForSingleObject(m_info.hProcess, poll_ms);
+            const DWORD ended = WaitForSingleObject(m_process.get(), poll_ms);
             if (ended == WAIT_OBJECT_0)
                 throw std::runtime_error("the program has ended");
             if (GetTickCount64() > deadline)
@@ -109,25 +108,26 @@ public:
         const HWND front = GetForegroundWindow();
         DWORD owner = 0;
         GetWindowThreadProcessId(front, &owner);
-        return owner == m_info.dwProcessId && IsWindowVisible(front) && IsWindowEnabled(front) ? front : nullptr;
+        return owner == GetProcessId(m_process.get()) && IsWindowVisible(front) && IsWindowEnabled(front) ? front
+                                                                                                          : nullptr;
     }
     HWND Focus() const
     {
         GUITHREADINFO facts{};
         facts.cbSize = sizeof(facts);
-        return GetGUIThreadInfo(m_info.dwThreadId, &facts) ? facts.hwndFocus : nullptr;
+        return GetGUIThreadInfo(GetThreadId(m_first_thread.get()), &facts) ? facts.hwndFocus : nullptr;
     }
     int Ended() const
     {
-        if (WaitForSingleObject(m_info.hProcess, patience_ms) != WAIT_OBJECT_0)
+        if (WaitForSingleObject(m_process.get(), patience_ms) != WAIT_OBJECT_0)
             throw std::runtime_error("the program does not end");
         DWORD code = 0;
-        GetExitCodeProcess(m_info.hProcess, &code);
+        GetExitCodeProcess(m_process.get(), &code);
         return static_cast<int>(code);
     }
 
 private:
-    PROCESS_INFORMATION m_info{};
+    vh::unique_handle m_process, m_first_thread;
 };
 
 class Plan {
