@@ -181,9 +181,11 @@ TEST(CallRecord, PutsFieldsWhereTheRecordHasThem)
         if (is_number(field))
             std::memcpy(bytes + field.offset, &field.offset, 4);
     const auto values = block.Values();
-    for (const RecordField& field : info.fields)
-        if (is_number(field))
-            EXPECT_EQ(ToInt(Property(values.get(), field.name)->get()), static_cast<int32_t>(field.offset));
+    for (const RecordField& field : info.fields) {
+        if (!is_number(field))
+            continue;
+        EXPECT_EQ(ToInt(Property(values.get(), field.name)->get()), static_cast<int32_t>(field.offset));
+    }
     EXPECT_EQ(info.size, 552u);
 }
 
