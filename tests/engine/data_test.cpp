@@ -111,6 +111,8 @@ TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
     const LinkData link = ReadShellLink(programs + L"\\Menu\\Start Probe.lnk");
     EXPECT_EQ(folder.Target(L"p.exe"), link.target);
     EXPECT_EQ(L"/a", link.arguments);
+    EXPECT_EQ(S_OK, CoInitializeEx(nullptr, COINIT_MULTITHREADED)) << "the thread is not left in an apartment";
+    CoUninitialize();
     EXPECT_TRUE(engine->Installed().empty()) << "a shortcut is no file of the payload";
     const auto undone = engine->Rollback();
     ASSERT_FALSE(undone.empty());

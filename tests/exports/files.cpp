@@ -186,6 +186,8 @@ TEST_F(BinaryFile, ReadsAndWritesWithinTheBuffer)
     EXPECT_EQ(_SeekBytes(context, file, -2, SeekFromEnd), 0);
     EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 7), 2) << "no more is there";
     EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 7), 0);
+    EXPECT_EQ(_SeekBytes(context, file, 0, SeekFromStart), 0);
+    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 5, 7), 2) << "no more than there is room for";
     for (const int32_t origin : {0, 4, -1})
         EXPECT_EQ(_SeekBytes(context, file, 0, origin), -1);
     EXPECT_EQ(_SeekBytes(context, file, -1, SeekFromStart), -1);

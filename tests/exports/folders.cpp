@@ -105,6 +105,8 @@ TEST_F(Folders, GetRealShortcuts)
     session->calls().FailCall(L"ISetupShortcut.GetShowCommand", E_ABORT);
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_ABORT);
     EXPECT_STREQ(key, L"None") << "the texts are there before the show command is asked for";
+    session->calls().FailCall(L"ISetupShortcut.GetIcon", E_FAIL);
+    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_FAIL);
     session->calls().FailCall(L"ISetupShell.OpenItem", S_FALSE);
     EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_POINTER)
         << "a success without a shortcut";

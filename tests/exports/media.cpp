@@ -178,6 +178,8 @@ TEST(FileMedia, LooksDownPathsOfAnyDepth)
     EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core"), E_INVALIDARG) << "the item itself is there";
     session.calls().FailCall(L"ISetupItem.GetName", E_INVALIDARG);
     EXPECT_EQ(_ComponentListItems(session, data, L"", 0), -105);
+    session.calls().FailCall(L"ISetupItems.Item", E_ABORT);
+    EXPECT_EQ(_ComponentListItems(session, data, L"", _ListCreate(session, ListTypeString)), E_ABORT);
 }
 
 TEST(FileMedia, ShiftsDisplayOrdersByTheBase)

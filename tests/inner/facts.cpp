@@ -72,12 +72,6 @@ BOOL WINAPI SomePorts(wchar_t*, DWORD level, BYTE* buffer, DWORD size, DWORD* ne
     return TRUE;
 }
 
-BOOL WINAPI NoPorts(wchar_t*, DWORD, BYTE*, DWORD, DWORD* needed, DWORD*)
-{
-    *needed = 16;
-    return FALSE;
-}
-
 TEST(Ports, AreCountedByTheStartsOfTheirNames)
 {
     int32_t printers = 7, serial = 7;
@@ -90,7 +84,9 @@ TEST(Ports, AreCountedByTheStartsOfTheirNames)
             EXPECT_EQ(asked_bytes, asked);
         }
     }
-    const Replaced spooler(vh::late::enum_ports, NoPorts);
+    const Replaced spooler(vh::late::enum_ports,
+                           [](wchar_t*, DWORD, BYTE*, DWORD, DWORD* needed, DWORD*)
+                               WINAPI -> BOOL { return *needed = 16, FALSE; });
     EXPECT_GIVES(GetPorts(&printers, &serial), -1, printers, 0);
     EXPECT_EQ(serial, 0);
 }

@@ -218,31 +218,37 @@ TEST(Pictures, AppearWithTheirEffectOnce)
     }
 }
 
-// Between the steps of a dissolve only whole pixels of the picture appear, more with each step.
-TEST(Pictures, DissolveInPatternsOfEightByEight)
+// Between the steps only whole pixels of the picture appear, more with each step; a dissolve shows them in patterns of
+// eight by eight.
+TEST(Pictures, ComeIntoViewStepByStep)
 {
     static std::vector<int> shown;
-    shown.clear();
-    static Sheet sheet(20, 20, ground_color);
+    static std::optional<Sheet> sheet;
     const auto look = [](HDC to, int x, int y, int cx, int cy, HDC from, int from_x, int from_y, DWORD how) -> BOOL {
         const BOOL done = BitBlt(to, x, y, cx, cy, from, from_x, from_y, how);
-        if (how == SRCCOPY)
-            return done;
         shown.push_back(0);
-        for (int at = 0; at < 64; ++at) {
-            const int column = at % 8, row = at / 8;
-            const bool here = sheet.Pixel(column, row) == PixelAt(column, row);
-            EXPECT_EQ(here, sheet.Pixel(column + 8, row) == PixelAt(column + 8, row));
-            EXPECT_TRUE(here || sheet.Pixel(column, row) == ground);
+        for (int at = 0; at < width * height; ++at) {
+            const int column = at % width, row = at / width;
+            const bool here = sheet->Pixel(column, row) == PixelAt(column, row);
+            EXPECT_TRUE(here || sheet->Pixel(column, row) == ground);
+            EXPECT_TRUE(how == SRCCOPY || column >= 8 ||
+                        here == (sheet->Pixel(column + 8, row) == PixelAt(column + 8, row)));
             shown.back() += here;
         }
         return done;
     };
     const Replaced noted(late::bit_blt, look);
-    Loaded(0, 1).Draw(sheet.context(), sheet.size());
-    EXPECT_TRUE(std::ranges::is_sorted(shown));
-    EXPECT_GT(shown.back(), 20);
-    EXPECT_LT(shown.back(), 64);
+    // How much is there in the middle, at least and at most.
+    Table<int32_t, int, int> cases = {{1, 50, 190}, {2, 48, 48}, {3, 96, 96}, {4, 96, 96}, {5, 96, 96}};
+    for (const auto& [effect, least, most] : cases) {
+        shown.clear();
+        sheet.emplace(20, 20, ground_color);
+        Loaded(0, effect).Draw(sheet->context(), sheet->size());
+        EXPECT_TRUE(std::ranges::is_sorted(shown)) << effect;
+        const int middle = shown[(shown.size() - 1) / 2 - (effect > 3)];
+        EXPECT_TRUE(middle >= least && middle <= most) << effect << " " << middle;
+    }
+    sheet.reset();
 }
 
 // A metafile that fills the left half of its bounds (-10, 20) to (90, 70); it may tell more words than there are.

@@ -90,6 +90,7 @@ TEST(Stringx, ConvertsBothWays)
     EXPECT_EQ(stringx(std::wstring(90, L'\u20AC')).AsNarrow(CP_UTF8), euros) << "three bytes a unit need more room";
 
     EXPECT_EQ(stringx("a\0b\0", 4, 1200).view(), L"ab");
+    EXPECT_EQ(stringx("a\0\0", 0, 1200).view(), L"");
     EXPECT_EQ(stringx("\0a\0b", 4, 1201).view(), L"ab");
     const stringx big_endian(L"ab");
     EXPECT_EQ(std::string(big_endian.AsNarrow(1201), 6), std::string("\0a\0b\0\0", 6));

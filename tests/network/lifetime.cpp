@@ -200,7 +200,7 @@ TEST_F(Lifetime, OfOneSessionInAProcessOnWinInetOneOne)
     for (int round = 1; round <= 2; ++round) {
         {
             Reader first(Address(L"size=1000", L"shared"));
-            {
+            for (int others = 0; others < 2; ++others) {
                 Reader second(Address(L"size=1000", L"shared"));
                 EXPECT_TRUE(second.Read(1000));
             }

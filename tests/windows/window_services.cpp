@@ -167,7 +167,7 @@ TEST_F(EngineWindows, ShowTheWaitMessage)
 
 TEST(WaitMessages, StayHiddenInSilentModeUnlessTheyAreAskedFor)
 {
-    for (const bool shown : {false, true}) {
+    for (const std::optional<bool> asked : {std::optional<bool>(), {false}, {true}}) {
         // The library's own silent mode; the engine shows what it is told to.
         const Session silent([](engine::Options& options) {
             options.windows = engine::Windows::all;
@@ -177,9 +177,9 @@ TEST(WaitMessages, StayHiddenInSilentModeUnlessTheyAreAskedFor)
         wchar_t text[512] = L"";
         int32_t flag = 0;
         __GetCmdLineOptions(silent, &flag, &flag, &flag, &flag, &flag, text, text, text, text, text, text, 512);
-        EXPECT_EQ(_SetSilentSdShowMsg(silent, shown), 0);
+        EXPECT_TRUE(!asked || _SetSilentSdShowMsg(silent, *asked) == 0);
         EXPECT_EQ(_SdShowMsg(silent, L"x", 1), 0);
-        EXPECT_EQ(IsWindowVisible(DialogNamed(L"Please wait")) != 0, shown);
+        EXPECT_EQ(IsWindowVisible(DialogNamed(L"Please wait")) != 0, asked.value_or(false));
         EXPECT_NE(DialogNamed(L"Please wait"), nullptr) << "it is there all the same";
         EXPECT_EQ(_SdShowMsg(silent, L"", 0), 0);
     }
@@ -355,6 +355,11 @@ TEST_F(EngineWindows, KeepThePictureOfADialogUntilTheNext)
             continue;
         EXPECT_EQ(PlaceOnScreen(KeptPicture()), place);
         EXPECT_TRUE(IsWindowVisible(KeptPicture()));
+        const HDC over = GetDC(KeptPicture());
+        PatBlt(over, 0, 0, 50, 50, BLACKNESS);
+        ReleaseDC(KeptPicture(), over);
+        RedrawWindow(KeptPicture(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        EXPECT_NE(PixelOf(KeptPicture(), 40, 40), RGB(0, 0, 0)) << "it paints itself";
         const TestDialog next(session, Stage::created, L"n", 200);
         EXPECT_NE(KeptPicture(), nullptr);
         ASSERT_EQ(next.WaitOrHelp(), 8);
