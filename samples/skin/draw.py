@@ -158,7 +158,7 @@ def buttons():
 
 def head():
     """The right half of the head: white that becomes pale, with a few arcs."""
-    width, height = 345, 61
+    width, height = 345, 60
     picture = Picture(width, height, WHITE, left_out=False)
     shade = lambda x, part: mix(WHITE, mix(PALE, BLUE, part), round(min(1, x / width * 1.1) * 24) / 24)
     picture.add(lambda x, y: shade(x, 0), box(-9, -9, width + 9, height + 9))
