@@ -24,6 +24,7 @@ void ChildSearch(suite& s);
 void Network(suite& s);
 void Pictures(suite& s);
 void Dialogs(suite& s);
+void Views(suite& s);
 void Load(suite& s);
 
 } // namespace bench

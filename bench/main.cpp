@@ -33,6 +33,7 @@ constexpr area areas[] = {
     {"ini", bench::IniFiles, "INI documents"},
     {"pictures", bench::Pictures, "GIF pictures of 16 megapixels"},
     {"dialogs", bench::Dialogs, "dialogs made and ended, and events on their way to the script"},
+    {"views", bench::Views, "the component view and skinned dialogs, painted"},
     {"registry", bench::Registry, "registry values on their way to the engine"},
     {"child", bench::ChildSearch, "the search for a child process"},
     {"network", bench::Network, "downloads from the test server beside which the bench runs"},

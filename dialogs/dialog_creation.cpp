@@ -86,39 +86,46 @@ bool CScriptDialog::CreateFrom(HMODULE module)
     const std::span<const std::byte> original = ResourceBytes(module, RT_DIALOG, name);
     if (original.empty())
         return false;
-    std::vector<std::byte> changed;
-    if (!m_fontName.empty()) {
-        changed = vh::WithFont(original, m_fontName.view(), m_fontSize);
-        if (changed.empty())
-            return false;
-    }
-    const std::byte* bytes = changed.empty() ? original.data() : changed.data();
-    m_window =
-        vh::late::create_dialog_indirect(module, reinterpret_cast<const DLGTEMPLATE*>(bytes), m_definition.parent,
+    std::vector<std::byte> copy = m_fontName.empty() ? std::vector(original.begin(), original.end())
+                                                     : vh::WithFont(original, m_fontName.view(), m_fontSize);
+    if (copy.empty())
+        return false;
+    vh::MakeEndSafe(copy);
+    const HWND made =
+        vh::late::create_dialog_indirect(module, reinterpret_cast<const DLGTEMPLATE*>(copy.data()), m_definition.parent,
                                          &DialogProcedure::Run, reinterpret_cast<LPARAM>(this));
-    return m_window != nullptr;
+    // It is known since its first message, unless that ended it.
+    return made && made == m_window;
 }
 
 INT_PTR DialogProcedure::Initialise(CScriptDialog& dialog, HWND window)
 {
+    constexpr void (*steps[])(CScriptDialog&) = {&Place,         &MakeSeparator,   &ShowWarning, &MakeTitle,
+                                                 &CallHook,      &ShowDiskPicture, &FindTop,     &PrepareSkin,
+                                                 &ShowMainImage, &FindLinks};
     dialog.m_window = window;
-    const CDialogManager& manager = dialog.m_manager;
     vh::late::set_prop(window, dialog_property, static_cast<HANDLE>(&dialog));
+    // The messages of each step may end the dialog.
+    for (const auto step : steps)
+        if (dialog.m_window == window)
+            step(dialog);
+    return 1;
+}
+
+void DialogProcedure::Place(CScriptDialog& dialog)
+{
     if (dialog.m_definition.style & style_centred)
-        vh::Centre(window, dialog.m_definition.parent);
-    MakeSeparator(dialog);
+        vh::Centre(dialog.m_window, dialog.m_definition.parent);
+}
+
+void DialogProcedure::ShowWarning(CScriptDialog& dialog)
+{
     if (const HWND warning = dialog.Control(control_warning))
         vh::late::send_message(warning, UINT{STM_SETICON},
                                reinterpret_cast<WPARAM>(vh::late::load_icon(nullptr, IDI_WARNING)), LPARAM{0});
-    MakeTitle(dialog);
-    manager.scene().CallHook(window);
-    ShowDiskPicture(dialog);
-    dialog.m_topImage = dialog.Control(control_top) != nullptr;
-    PrepareSkin(dialog);
-    ShowMainImage(dialog);
-    FindLinks(dialog);
-    return 1;
 }
+
+void DialogProcedure::CallHook(CScriptDialog& dialog) { dialog.m_manager.scene().CallHook(dialog.m_window); }
 
 // Wizard pages alone have a skin, and those with a picture of their own at the top have none.
 void DialogProcedure::PrepareSkin(CScriptDialog& dialog)
@@ -132,7 +139,7 @@ void DialogProcedure::PrepareSkin(CScriptDialog& dialog)
 }
 
 // An etched line; without the brand text, which stands to its left, it takes that text's room too.
-void DialogProcedure::MakeSeparator(const CScriptDialog& dialog)
+void DialogProcedure::MakeSeparator(CScriptDialog& dialog)
 {
     const HWND separator = dialog.Control(control_separator);
     if (!separator)
@@ -163,11 +170,11 @@ void DialogProcedure::MakeTitle(CScriptDialog& dialog)
     LOGFONTW logical{};
     if (font && vh::late::get_object(font, static_cast<int>(sizeof(logical)), static_cast<void*>(&logical))) {
         logical.lfWeight = FW_BOLD;
-        dialog.m_titleFont.reset(vh::late::create_font(&logical));
-        vh::late::send_message(title, UINT{WM_SETFONT}, reinterpret_cast<WPARAM>(dialog.m_titleFont.get()),
+        dialog.m_drawing.title_font.reset(vh::late::create_font(&logical));
+        vh::late::send_message(title, UINT{WM_SETFONT}, reinterpret_cast<WPARAM>(dialog.m_drawing.title_font.get()),
                                LPARAM{TRUE});
     }
-    dialog.m_windowBrush.reset(vh::late::create_solid_brush(vh::late::get_system_color(COLOR_WINDOW)));
+    dialog.m_drawing.window_brush.reset(vh::late::create_solid_brush(vh::late::get_system_color(COLOR_WINDOW)));
 }
 
 void DialogProcedure::ShowDiskPicture(CScriptDialog& dialog)
@@ -178,14 +185,17 @@ void DialogProcedure::ShowDiskPicture(CScriptDialog& dialog)
     if (!control)
         return;
     vh::late::set_window_long(control, GWL_STYLE, LONG_PTR{WS_CHILD | WS_VISIBLE | SS_ICON});
-    dialog.m_diskPicture = vh::LoadPictureIcon(dialog.m_manager.scene().modules, picture, design_scale);
+    dialog.m_drawing.disk_picture = vh::LoadPictureIcon(dialog.m_manager.scene().modules, picture, design_scale);
     vh::late::send_message(control, UINT{STM_SETIMAGE}, WPARAM{IMAGE_ICON},
-                           reinterpret_cast<LPARAM>(dialog.m_diskPicture.get()));
+                           reinterpret_cast<LPARAM>(dialog.m_drawing.disk_picture.get()));
 }
 
-void DialogProcedure::ShowMainImage(const CScriptDialog& dialog)
+void DialogProcedure::FindTop(CScriptDialog& dialog) { dialog.m_topImage = dialog.Control(control_top) != nullptr; }
+
+void DialogProcedure::ShowMainImage(CScriptDialog& dialog)
 {
-    vh::MainImage* image = dialog.m_manager.image_window();
+    // Its messages may end the context that has it.
+    const std::shared_ptr<vh::MainImage> image = dialog.m_manager.image_window();
     const HWND control = image ? dialog.Control(control_image) : nullptr;
     if (!control)
         return;

@@ -21,7 +21,13 @@ CDialogManager::CDialogManager(const vh::DialogScene& scene) : controls_themed(C
     rich_edit.load();
 }
 
-CDialogManager::~CDialogManager() = default;
+void CDialogManager::AbandonAll()
+{
+    // Messages of the windows' end find none any more; a wait that runs holds its own.
+    for (const auto& [name, dialog] : std::exchange(m_dialogs, {}))
+        if (dialog)
+            dialog->Abandon();
+}
 
 int32_t CDialogManager::Define(const stringx& name, const DialogDefinition& definition)
 {
@@ -39,7 +45,8 @@ int32_t CDialogManager::Release(const stringx& name)
     const auto found = m_dialogs.find(name);
     if (found == m_dialogs.end() || !found->second)
         return unknown;
-    if (found->second->is_created())
+    // Its window lives before the creation is complete.
+    if (found->second->is_created() || found->second->window())
         return still_open;
     m_dialogs.erase(found);
     return done;
@@ -73,9 +80,11 @@ void CDialogManager::Enable(const stringx& name, bool on)
 
 void CDialogManager::Push(const stringx& name)
 {
-    if (!m_active.empty())
-        Enable(m_active.back(), false);
+    const stringx* below = CurrentName();
     m_active.push_back(name);
+    // The messages of this may already end what has come.
+    if (below)
+        Enable(*below, false);
 }
 
 void CDialogManager::Pop()

@@ -16,7 +16,6 @@ public:
     explicit CDialogManager(const vh::DialogScene& scene);
     CDialogManager(const CDialogManager&) = delete;
     CDialogManager& operator=(const CDialogManager&) = delete;
-    ~CDialogManager();
 
     // Results of Define and Release.
     enum : int32_t { done = 0, failed = -1, still_open = -2, unknown = -4, name_taken = -5 };
@@ -25,6 +24,9 @@ public:
     int32_t Release(const stringx& name);
     // Null for a name that no dialog has. The holder keeps the dialog alive where its own events end it.
     std::shared_ptr<CScriptDialog> Find(const stringx& name) const;
+
+    // The context ends: all windows go, and with them the dialogs that nobody waits on.
+    void AbandonAll();
 
     // The stack of active dialogs: a name that goes on it disables the dialog that was current, and taking it off
     // enables that again.
@@ -45,9 +47,9 @@ public:
     stringx previous_image;
 
     // The object that shows main images; a context without dialogs has none.
-    void CreateMainImage() { m_imageWindow = std::make_unique<vh::MainImage>(); }
+    void CreateMainImage() { m_imageWindow = std::make_shared<vh::MainImage>(); }
     void EndMainImage() { m_imageWindow.reset(); }
-    vh::MainImage* image_window() const { return m_imageWindow.get(); }
+    std::shared_ptr<vh::MainImage> image_window() const { return m_imageWindow; }
 
     // The caption that dialogs with a title control take.
     stringx window_title;
@@ -72,6 +74,6 @@ private:
     stringx m_fontName;
     stringx m_mainImage;
     uint16_t m_fontSize = 0;
-    std::unique_ptr<vh::MainImage> m_imageWindow;
+    std::shared_ptr<vh::MainImage> m_imageWindow;
     vh::DialogScene m_scene;
 };

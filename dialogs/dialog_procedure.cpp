@@ -44,6 +44,13 @@ INT_PTR Transparent(HDC device)
     return reinterpret_cast<INT_PTR>(vh::late::get_stock_object(NULL_BRUSH));
 }
 
+// Ends with its field, whoever filled that.
+template <std::size_t Size>
+std::wstring_view TextIn(const wchar_t (&field)[Size])
+{
+    return {field, wcsnlen(field, Size)};
+}
+
 LONG_PTR StyleOf(HWND window) { return vh::late::get_window_long(window, GWL_STYLE); }
 
 } // namespace
@@ -52,7 +59,13 @@ thread_local CScriptDialog* WaitingDialog::s_current = nullptr;
 
 INT_PTR CALLBACK DialogProcedure::Run(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    CScriptDialog* dialog = message == WM_INITDIALOG ? reinterpret_cast<CScriptDialog*>(lParam) : DialogOf(window);
+    CScriptDialog* dialog = DialogOf(window);
+    if (message == WM_INITDIALOG) {
+        // The first one is the system's; anybody can send another.
+        if (dialog)
+            return 0;
+        dialog = reinterpret_cast<CScriptDialog*>(lParam);
+    }
     try {
         return Answer(dialog, window, message, wParam, lParam);
     } catch (...) {
@@ -89,7 +102,7 @@ INT_PTR DialogProcedure::Answer(CScriptDialog* dialog, HWND window, UINT message
         return 0;
     case WM_DESTROY:
         if (dialog)
-            OnDestroy(*dialog);
+            OnDestroy(*dialog, window);
         return 0;
     default:
         return 0;
@@ -106,10 +119,10 @@ INT_PTR DialogProcedure::OnCommand(CScriptDialog* dialog, WPARAM wParam, LPARAM 
 
 INT_PTR DialogProcedure::OnNotify(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam)
 {
+    if (!dialog || !lParam)
+        return 1;
     const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
     const bool click = header.code == NM_CLICK || header.code == NM_RETURN;
-    if (!dialog)
-        return 1;
     if (!click && dialog->m_delivery == Delivery::all_commands)
         return 0;
     const stringxi type = vh::ClassNameOf(header.hwndFrom);
@@ -135,7 +148,7 @@ void DialogProcedure::OnLink(CScriptDialog& dialog, const NMHDR& header)
         const LITEM& link = reinterpret_cast<const NMLINK&>(header).item;
         const auto found = dialog.m_links.find(static_cast<int32_t>(header.idFrom));
         if (found != dialog.m_links.end())
-            found->second->SetUrl(*link.szUrl ? link.szUrl : link.szID);
+            found->second->SetUrl(*link.szUrl ? TextIn(link.szUrl) : TextIn(link.szID));
         event.code = static_cast<UINT>(link.iLink);
     }
     dialog.m_queue.push_back(event);
@@ -145,7 +158,7 @@ INT_PTR DialogProcedure::ColorOfStatic(const CScriptDialog* dialog, HDC device, 
 {
     if (!dialog)
         return Transparent(device);
-    const auto brush = reinterpret_cast<INT_PTR>(dialog->m_windowBrush.get());
+    const auto brush = reinterpret_cast<INT_PTR>(dialog->m_drawing.window_brush.get());
     const bool on_page = dialog->m_topImage && std::find(std::begin(page_templates), std::end(page_templates),
                                                          dialog->m_definition.resource) != std::end(page_templates);
     if (on_page && (StyleOf(control) & 1) && vh::ClassNameOf(control) == WC_BUTTONW)
@@ -185,8 +198,12 @@ void DialogProcedure::PaintBrand(const CScriptDialog& dialog)
     vh::late::end_paint(dialog.m_window, &paint);
 }
 
-void DialogProcedure::OnDestroy(CScriptDialog& dialog)
+void DialogProcedure::OnDestroy(CScriptDialog& dialog, HWND window)
 {
-    vh::late::remove_prop(std::exchange(dialog.m_window, nullptr), dialog_property);
+    vh::late::remove_prop(window, dialog_property);
+    if (dialog.m_window == window) {
+        dialog.m_window = nullptr;
+        dialog.m_skinAttr.reset();
+    }
     dialog.m_queue.push_back(EventOf(WM_DESTROY, 0, 0));
 }

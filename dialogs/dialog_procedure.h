@@ -51,10 +51,14 @@ struct DialogProcedure {
 private:
     static INT_PTR Answer(CScriptDialog* dialog, HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     static INT_PTR Initialise(CScriptDialog& dialog, HWND window);
-    static void MakeSeparator(const CScriptDialog& dialog);
+    static void Place(CScriptDialog& dialog);
+    static void MakeSeparator(CScriptDialog& dialog);
+    static void ShowWarning(CScriptDialog& dialog);
     static void MakeTitle(CScriptDialog& dialog);
+    static void CallHook(CScriptDialog& dialog);
     static void ShowDiskPicture(CScriptDialog& dialog);
-    static void ShowMainImage(const CScriptDialog& dialog);
+    static void FindTop(CScriptDialog& dialog);
+    static void ShowMainImage(CScriptDialog& dialog);
     static void FindLinks(CScriptDialog& dialog);
     static INT_PTR OnCommand(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam);
     static INT_PTR OnNotify(CScriptDialog* dialog, WPARAM wParam, LPARAM lParam);
@@ -62,5 +66,5 @@ private:
     static INT_PTR ColorOfStatic(const CScriptDialog* dialog, HDC device, HWND control);
     static void PaintBrand(const CScriptDialog& dialog);
     static void PrepareSkin(CScriptDialog& dialog);
-    static void OnDestroy(CScriptDialog& dialog);
+    static void OnDestroy(CScriptDialog& dialog, HWND window);
 };

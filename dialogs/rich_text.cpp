@@ -64,7 +64,9 @@ DWORD StreamIn(HWND edit, WPARAM format, DWORD_PTR cookie, EDITSTREAMCALLBACK ca
     EDITSTREAM stream{};
     stream.dwCookie = cookie;
     stream.pfnCallback = callback;
-    late::send_message(edit, UINT{EM_STREAMIN}, format, reinterpret_cast<LPARAM>(&stream));
+    // Some values that are no window stand for all there are, those of other programs too.
+    if (late::is_window(edit))
+        late::send_message(edit, UINT{EM_STREAMIN}, format, reinterpret_cast<LPARAM>(&stream));
     return stream.dwError;
 }
 

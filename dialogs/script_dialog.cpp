@@ -43,10 +43,15 @@ CScriptDialog::CScriptDialog(CDialogManager& manager, const stringx& name, const
 {
 }
 
-CScriptDialog::~CScriptDialog()
+CScriptDialog::~CScriptDialog() { DropWindow(); }
+
+// The handle goes first: messages of the window's end may end the dialog again.
+void CScriptDialog::DropWindow()
 {
-    if (m_window && vh::late::is_window(m_window))
-        vh::late::destroy_window(m_window);
+    const HWND window = std::exchange(m_window, nullptr);
+    // The window of another thread stays, and must not know this object any more.
+    if (window && vh::late::is_window(window) && !vh::late::destroy_window(window))
+        vh::late::remove_prop(window, dialog_property);
 }
 
 HWND CScriptDialog::Control(int id) const { return vh::late::get_dialog_item(m_window, id); }
@@ -62,6 +67,31 @@ void CScriptDialog::SetFont(const stringx& face, uint16_t size)
     m_fontSize = size;
 }
 
+// The first call for a dialog that has no window.
+int32_t CScriptDialog::Open()
+{
+    // Asked for inside its own creation.
+    if (m_window)
+        return wait_failed;
+    const unsigned ends = m_ends;
+    const bool done = Create();
+    if (m_raised && !m_created)
+        DropWindow();
+    RaiseWhatIsRaised();
+    if (m_ends != ends)
+        return wait_failed;
+    if (!done) {
+        ++m_failedCreations;
+        return wait_failed;
+    }
+    m_created = true;
+    m_imageButtonsPending = vh::WantsImageButtons(m_window);
+    m_failedCreations = 0;
+    m_manager.Push(m_name);
+    return m_ends == ends ? created : wait_failed;
+}
+
+// Whatever lets messages through may end the dialog, and its manager with it.
 int32_t CScriptDialog::Wait()
 {
     if (m_failedCreations >= most_failures) {
@@ -69,45 +99,40 @@ int32_t CScriptDialog::Wait()
         m_failedCreations = 0;
         return wait_failed;
     }
-    if (!m_created) {
-        const bool done = Create();
-        RaiseWhatIsRaised();
-        if (!done) {
-            ++m_failedCreations;
-            return wait_failed;
-        }
-        m_created = true;
-        m_manager.Push(m_name);
-        m_imageButtonsPending = vh::WantsImageButtons(m_window);
-        m_failedCreations = 0;
-        return created;
-    }
+    if (!m_created)
+        return Open();
+    const unsigned ends = m_ends;
     if (!m_shown) {
         PrepareToShow();
-        if (m_manager.scene().silentEx)
+        if (m_ends == ends && m_manager.scene().silentEx)
             return AnswerSilently();
     }
     const WaitingDialog waiting(*this);
-    for (const unsigned ends = m_ends; m_ends == ends;) {
+    while (m_ends == ends) {
         RaiseWhatIsRaised();
-        if (m_queue.empty()) {
-            if (!m_shown)
-                Show();
-            if (!m_manager.fetched) {
-                MSG message{};
-                if (vh::late::get_message(&message, nullptr, 0u, 0u) <= 0)
-                    return loop_ended;
+        if (m_queue.empty() && !m_shown) {
+            Show();
+            continue;
+        }
+        if (m_queue.empty() && !m_manager.fetched) {
+            MSG message{};
+            if (vh::late::get_message(&message, nullptr, 0u, 0u) <= 0)
+                return loop_ended;
+            if (!m_abandoned)
                 m_manager.fetched = message;
-                // Messages that were sent meanwhile may have ended the dialog.
-                continue;
-            }
+            continue;
         }
         Reactivate();
+        if (m_ends != ends)
+            break;
         if (!m_queue.empty()) {
             if (int32_t result = 0; TakeEvent(result))
                 return result;
             continue;
         }
+        // A wait inside may have taken it.
+        if (!m_manager.fetched)
+            continue;
         MSG message = *m_manager.fetched;
         m_manager.fetched.reset();
         if (message.message == WM_KEYDOWN && message.wParam == VK_F1)
@@ -127,8 +152,8 @@ void CScriptDialog::PrepareToShow()
     if (!std::exchange(m_imageButtonsPending, false))
         return;
     m_failedCreations = 0;
-    m_pictures = {};
-    vh::SetUpImageButtons(m_window, m_manager.scene().modules, m_pictures);
+    const vh::ResourceModules modules = m_manager.scene().modules;
+    vh::SetUpImageButtons(m_window, modules, m_drawing.pictures);
 }
 
 int32_t CScriptDialog::AnswerSilently() const
@@ -146,10 +171,11 @@ int32_t CScriptDialog::AnswerSilently() const
 
 void CScriptDialog::Show()
 {
-    vh::late::show_window(m_window, SW_SHOWNORMAL);
-    if (m_manager.scene().windowEx1)
-        m_manager.scene().windowEx1->DropPicture();
+    // An end that comes from the messages of showing takes it back.
     m_shown = true;
+    vh::late::show_window(m_window, SW_SHOWNORMAL);
+    if (!m_abandoned && m_manager.scene().windowEx1)
+        m_manager.scene().windowEx1->DropPicture();
 }
 
 // A dialog that lost its activation is pulled forward once in its lifetime.
@@ -157,8 +183,8 @@ void CScriptDialog::Reactivate()
 {
     if (m_neverDeactivated || m_activatedOnce)
         return;
-    vh::late::set_active_window(m_window);
     m_activatedOnce = true;
+    vh::late::set_active_window(m_window);
 }
 
 void CScriptDialog::RaiseWhatIsRaised()
@@ -230,15 +256,23 @@ void CScriptDialog::End()
 {
     if (m_manager.scene().windowEx1)
         m_manager.scene().windowEx1->DialogClosing(m_window);
-    if (m_window && vh::late::is_window(m_window))
-        vh::late::destroy_window(m_window);
-    m_window = nullptr;
-    m_manager.Pop();
+    // All of it is over when the messages of the window's end come.
     m_created = false;
     m_shown = false;
-    m_queue.clear();
     m_failedCreations = 0;
     ++m_ends;
+    const DrawingObjects drawing = std::exchange(m_drawing, {});
+    DropWindow();
+    m_queue.clear();
+    if (!m_abandoned)
+        m_manager.Pop();
+}
+
+void CScriptDialog::Abandon()
+{
+    m_abandoned = true;
+    ++m_ends;
+    DropWindow();
 }
 
 void CScriptDialog::OnUrlClicked(HWND control)

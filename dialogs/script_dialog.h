@@ -41,6 +41,8 @@ public:
     int32_t Wait();
     // Back to defined: the window goes, the last event stays readable.
     void End();
+    // The manager goes: the window too, and a wait that runs ends without another look at it.
+    void Abandon();
     void OnUrlClicked(HWND control) override;
 
     bool is_created() const { return m_created; }
@@ -61,8 +63,10 @@ public:
 private:
     friend struct DialogProcedure;
 
+    int32_t Open();
     bool Create();
     bool CreateFrom(HMODULE module);
+    void DropWindow();
     void PrepareToShow();
     void Show();
     int32_t AnswerSilently() const;
@@ -91,17 +95,21 @@ private:
     DialogDefinition m_definition;
     Delivery m_delivery;
     HWND m_window = nullptr;
-    vh::unique_font m_titleFont;
-    vh::unique_brush m_windowBrush;
-    vh::ButtonPictures m_pictures;
+    // What the window draws with; it goes with the window.
+    struct DrawingObjects {
+        vh::unique_font title_font;
+        vh::unique_brush window_brush;
+        vh::ButtonPictures pictures;
+        vh::unique_icon disk_picture;
+    } m_drawing;
     // While the window is not shown yet.
     std::optional<SkinAttr> m_skinAttr;
-    vh::unique_icon m_diskPicture;
     std::map<int32_t, std::unique_ptr<CLinkControlHolder>> m_links;
     DialogEvent m_event;
     std::deque<DialogEvent> m_queue;
     // Counts the ends, so that a wait notices one that came from its own events.
     unsigned m_ends = 0;
+    bool m_abandoned = false;
     // What a message of the window raised, until the call that ran into it raises it again.
     std::exception_ptr m_raised;
 };

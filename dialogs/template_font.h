@@ -1,4 +1,4 @@
-// The font record of a dialog template, classic or extended, exchanged in a copy.
+// Dialog templates, classic or extended, in copies: their font record exchanged, and their end made safe.
 #pragma once
 
 #include <algorithm>
@@ -126,6 +126,20 @@ std::vector<std::byte> WithFont(std::span<const std::byte> original, std::basic_
     const auto items = original.subspan(std::min(original.size(), (head.position() + 3) / 4 * 4));
     made.insert(made.end(), items.begin(), items.end());
     return made;
+}
+
+// The window system knows no template's length: it reads as far as counts and texts lead. So many zeros behind it end
+// each text and stand for each item that is missing, also behind a block of data that claims to be there.
+inline void MakeEndSafe(std::vector<std::byte>& copy)
+{
+    constexpr std::size_t longest_data = 0x10000;
+    constexpr std::size_t empty_item = 32;
+    copy.resize(copy.size() + longest_data);
+    detail::template_cursor head(copy);
+    head.word();
+    const bool extended = head.word() == 0xFFFF;
+    head.skip(extended ? 12 : 4);
+    copy.resize(copy.size() + head.word() * empty_item);
 }
 
 } // namespace vh

@@ -10,10 +10,15 @@ namespace {
 constexpr long message_dialog = 12012;
 constexpr long text_control = 710;
 
+struct ProcessMessage {
+    com_ptr<ISetupMessage> object;
+    const CDialogManager* maker = nullptr;
+};
+
 // Never ended by the process's end: the engine may be gone by then.
-com_ptr<ISetupMessage>& Message()
+ProcessMessage& Message()
 {
-    static auto& message = *new com_ptr<ISetupMessage>;
+    static auto& message = *new ProcessMessage;
     return message;
 }
 
@@ -23,19 +28,19 @@ int32_t WaitMessage::Show(const stringx& text, bool on, bool quiet)
 {
     if (!m_dialogs.scene().window)
         return -1;
-    if (!Message()) {
+    if (!Message().object) {
         if (!on)
             return 0;
         if (const HRESULT code = Make(); FAILED(code))
             return code;
     }
     // A call that lets windows work may come back here and drop it.
-    com_ptr<ISetupMessage> message = Message();
+    com_ptr<ISetupMessage> message = Message().object;
     HRESULT code = on ? message->SetText(text.AsBstr()) : S_OK;
     if (SUCCEEDED(code) && !quiet)
         code = message->Show(on ? VARIANT_TRUE : VARIANT_FALSE);
     if (!on)
-        Message().reset();
+        Message().object.reset();
     return FailureOnly(code);
 }
 
@@ -50,8 +55,14 @@ HRESULT WaitMessage::Make() const
                : scene.window->CreateMessage(library.get(), message_dialog, text_control, made.put());
     if (const HRESULT given = Given(code, made); FAILED(given))
         return given;
-    Message() = std::move(made);
+    Message() = {std::move(made), &m_dialogs};
     return S_OK;
+}
+
+void WaitMessage::Forget() const
+{
+    if (Message().maker == &m_dialogs)
+        Message() = {};
 }
 
 } // namespace vh

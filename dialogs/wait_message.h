@@ -1,4 +1,4 @@
-// The wait message: one for the whole process, whoever shows it.
+// The wait message: one for the whole process, whoever shows it. It goes with the context that made it.
 #pragma once
 
 #include "dialog_manager.h"
@@ -12,6 +12,8 @@ public:
     // Shows it with the text, or takes it away. `quiet` leaves it hidden. 0, -1 without a main window, or the engine's
     // failure.
     int32_t Show(const stringx& text, bool on, bool quiet);
+    // The context ends.
+    void Forget() const;
 
 private:
     HRESULT Make() const;

@@ -67,13 +67,13 @@ protected:
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
     {
-        if (message == WM_NCCREATE) {
-            const auto* creation = reinterpret_cast<const CREATESTRUCTW*>(lparam);
-            auto* created = static_cast<CVHWindowImpl*>(creation->lpCreateParams);
-            created->m_window = window;
-            vh::late::set_window_long(window, 0, reinterpret_cast<LONG_PTR>(created));
-        }
         auto* object = reinterpret_cast<CVHWindowImpl*>(vh::late::get_window_long(window, 0));
+        // The first one is the system's; anybody can send another.
+        if (message == WM_NCCREATE && !object) {
+            object = static_cast<CVHWindowImpl*>(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
+            object->m_window = window;
+            vh::late::set_window_long(window, 0, reinterpret_cast<LONG_PTR>(object));
+        }
         if (!object)
             return vh::late::def_window_proc(window, message, wparam, lparam);
         const LRESULT answer = object->WindowProc(message, wparam, lparam);

@@ -3,6 +3,7 @@
 #include <clocale>
 
 #include "../diagnostics/language.h"
+#include "../dialogs/wait_message.h"
 #include "../media/concrete_media.h"
 #include "../scriptdata/facts.h"
 #include "../scriptdata/late_windows.h"
@@ -272,6 +273,9 @@ void ObjectContext::FillSuite(IServiceProvider* from_services, std::wstring_view
 
 ObjectContext::~ObjectContext()
 {
+    // Windows see the context whole in their last messages.
+    dialogs.AbandonAll();
+    vh::WaitMessage(dialogs).Forget();
     ComponentView::EndAll(this);
     TreeView::EndAll(this);
     gdiObjects.DeleteAll();

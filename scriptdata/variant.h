@@ -74,8 +74,8 @@ private:
     VARIANT m_value;
 };
 
-// Clears a caller's variant before it takes a result.
-inline HRESULT ClearResult(VARIANT* result) { return VariantClear(result); }
+// Clears a caller's variant before it takes a result; there may be none.
+inline HRESULT ClearResult(VARIANT* result) { return result ? VariantClear(result) : E_POINTER; }
 
 // One owned SAFEARRAY.
 class safe_array {

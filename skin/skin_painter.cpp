@@ -86,7 +86,8 @@ bool ApplySkin(const std::shared_ptr<Skin>& skin, const SkinAttr& attr)
         return false;
     made->Compose();
     made->TakeControls();
-    made->Take();
+    if (!made->Take())
+        return false;
     LiveDialogs().Add(made.release());
     late::invalidate(attr.window, static_cast<const RECT*>(nullptr), BOOL{FALSE});
     late::update_window(attr.window);
@@ -305,11 +306,13 @@ void SkinnedDialog::SubclassStatic(HWND control)
     late::set_window_long(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&StaticProcedure));
 }
 
-void SkinnedDialog::Take()
+bool SkinnedDialog::Take()
 {
-    late::set_prop(m_attr.window, dialog_property, static_cast<HANDLE>(this));
+    if (!late::set_prop(m_attr.window, dialog_property, static_cast<HANDLE>(this)))
+        return false;
     m_attr.previousProcedure = reinterpret_cast<WNDPROC>(
         late::set_window_long(m_attr.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&Procedure)));
+    return true;
 }
 
 LRESULT CALLBACK SkinnedDialog::StaticProcedure(HWND control, UINT message, WPARAM wparam, LPARAM lparam)

@@ -31,7 +31,7 @@ private:
     SkinnedDialog(std::shared_ptr<Skin> skin, const SkinSection& section, const SkinAttr& attr);
 
     void Compose();
-    void Take();
+    bool Take();
     void TakeControls();
     void TakeButton(HWND control);
     void TakeGroupBox(HWND control);

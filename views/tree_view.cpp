@@ -183,8 +183,13 @@ vh::tree_item TreeView::Insert(vh::tree_item parent, const vh::tree_node& node)
     data->selected = node.selected;
     data->locked = node.partly_selected;
     data->name = node.name;
-    // The top of a media has no name of its own.
-    stringx label(node.name.empty() ? m_media.view() : node.label);
+    // The top of a media has no name of its own; that of the control, which nobody sees, stands for it.
+    stringx label(node.label);
+    if (node.name.empty()) {
+        wchar_t text[260] = L"";
+        vh::late::get_text(m_tree, text, static_cast<int>(std::size(text)));
+        label = *text ? text : m_media.c_str();
+    }
     TVINSERTSTRUCTW made{};
     made.hParent = parent ? reinterpret_cast<HTREEITEM>(parent) : TVI_ROOT;
     made.hInsertAfter = TVI_LAST;

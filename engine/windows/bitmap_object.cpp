@@ -24,6 +24,11 @@ BitmapObject::BitmapObject(std::shared_ptr<Core> shared, unique_bitmap picture, 
     : engine_object(std::move(shared)), m_picture(std::move(picture)), m_size(SizeOf(m_picture.get())),
       m_placement(placement), m_transparent(transparent), m_effect(core().screen->effect)
 {
+    // A drawing costs the same for one pixel and for many.
+    if (m_placement == tiled) {
+        m_picture = Repeated(m_picture.get(), 128);
+        m_size = SizeOf(m_picture.get());
+    }
     MainWindow* main = core().screen->Main();
     if (!main)
         return;

@@ -25,11 +25,7 @@ MainWindow::MainWindow(Screen& screen, const std::wstring& caption) : m_screen(s
     UpdateWindow(m_window);
 }
 
-MainWindow::~MainWindow()
-{
-    if (m_window)
-        DestroyWindow(m_window);
-}
+MainWindow::~MainWindow() { EndWindow(m_window); }
 
 void MainWindow::SetBackground(COLORREF color, bool gradient)
 {
@@ -58,9 +54,18 @@ void MainWindow::Remove(PaintedThing& thing)
 }
 
 // At once: a script that works shows no message loop to the window.
-void MainWindow::Repaint() const { RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }
+// Null would stand for the desktop.
+void MainWindow::Repaint() const
+{
+    if (m_window)
+        RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+}
 
-void MainWindow::Animate() const { SetTimer(m_window, animation_timer, animation_ms, nullptr); }
+void MainWindow::Animate() const
+{
+    if (m_window)
+        SetTimer(m_window, animation_timer, animation_ms, nullptr);
+}
 
 void MainWindow::AdvanceAll() const
 {

@@ -59,6 +59,26 @@ unique_bitmap Scaled(HBITMAP picture, SIZE size)
     return made;
 }
 
+unique_bitmap Repeated(HBITMAP picture, long least)
+{
+    const SIZE one = SizeOf(picture);
+    if (one.cx <= 0 || one.cy <= 0)
+        return {};
+    const auto whole = [least](long side) { return (least + side - 1) / side * side; };
+    const SIZE size{std::max(whole(one.cx), one.cx), std::max(whole(one.cy), one.cy)};
+    const WindowContext screen(nullptr);
+    unique_bitmap made(CreateCompatibleBitmap(screen.get(), size.cx, size.cy));
+    const unique_memory_context memory(CreateCompatibleDC(screen.get()));
+    const Selected selected(memory.get(), made.get());
+    DrawPicture(memory.get(), {0, 0, one.cx, one.cy}, picture);
+    // What is there already, beside itself and below itself.
+    for (long done = one.cx; done < size.cx; done *= 2)
+        BitBlt(memory.get(), done, 0, done, one.cy, memory.get(), 0, 0, SRCCOPY);
+    for (long done = one.cy; done < size.cy; done *= 2)
+        BitBlt(memory.get(), 0, done, size.cx, done, memory.get(), 0, 0, SRCCOPY);
+    return made;
+}
+
 void DrawPicture(HDC to, const RECT& place, HBITMAP picture, long transparent)
 {
     const SIZE from = SizeOf(picture);

@@ -12,6 +12,8 @@ unique_bitmap LoadPicture(const Core& core, std::wstring_view text);
 unique_bitmap PictureOf(HMODULE library, int number);
 // A copy in another size.
 unique_bitmap Scaled(HBITMAP picture, SIZE size);
+// The picture beside and below itself, at least so many pixels on each side; empty for one without pixels.
+unique_bitmap Repeated(HBITMAP picture, long least);
 
 // Draws a bitmap at `place`, stretched where the sizes differ; a colour other than -1 is left out.
 void DrawPicture(HDC to, const RECT& place, HBITMAP picture, long transparent = -1);

@@ -1,5 +1,7 @@
 #include "picture_cache.h"
 
+#include <utility>
+
 #include "picture.h"
 #include "routed_window.h"
 
@@ -27,8 +29,7 @@ void PictureCache::Keep(HWND dialog)
 
 void PictureCache::Drop()
 {
-    if (m_window)
-        DestroyWindow(m_window);
+    EndWindow(std::exchange(m_window, nullptr));
     m_picture.reset();
 }
 

@@ -1,9 +1,12 @@
 #include "template_dialog.h"
 
+#include <utility>
+
 #include <commctrl.h>
 
 #include "../../scriptdata/late_library.h"
 #include "../files.h"
+#include "routed_window.h"
 
 namespace vh::engine {
 
@@ -54,13 +57,15 @@ TemplateDialog::TemplateDialog(HWND parent, const std::wstring& library, long nu
 
 INT_PTR CALLBACK TemplateDialog::Route(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_INITDIALOG) {
+    auto* dialog = reinterpret_cast<TemplateDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (message == WM_INITDIALOG && !dialog) {
         SetWindowLongPtrW(window, DWLP_USER, lParam);
         reinterpret_cast<TemplateDialog*>(lParam)->Initialise(window);
         // Nobody loses the focus to it.
         return FALSE;
     }
-    auto* dialog = reinterpret_cast<TemplateDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (!dialog && message == WM_CLOSE)
+        return DestroyWindow(window);
     return dialog ? dialog->Handle(message, wParam, lParam) : FALSE;
 }
 
@@ -123,11 +128,6 @@ void TemplateDialog::Show(bool on) const
         RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
-void TemplateDialog::Destroy()
-{
-    if (m_window)
-        DestroyWindow(m_window);
-    m_window = nullptr;
-}
+void TemplateDialog::Destroy() { EndWindow(std::exchange(m_window, nullptr), DWLP_USER); }
 
 } // namespace vh::engine

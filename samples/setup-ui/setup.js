@@ -11,16 +11,19 @@ var KILOBYTES = 10, MEGABYTES = 20, TO_USER = 1;                 // GetDiskSpace
 
 // The dialogs and controls of vhuser.dll.
 var WELCOME = 20001, DOCUMENTS = 20002, LICENCE = 20003, TYPE = 20004, FEATURES = 20005, FOLDER = 20006,
-    READY = 20007, FINISH = 20008, BOX_ASK = 20020, BOX_TELL = 20021;
+    READY = 20007, FINISH = 20008, TREE = 20009, BOX_ASK = 20020, BOX_TELL = 20021;
 var ID_LICENCE = 1030, ID_ACCEPT = 1032, ID_REFUSE = 1033, ID_FIRST_TYPE = 1040, ID_FEATURES = 1050,
-    ID_FEATURE_INFO = 1052, ID_FEATURE_NEED = 1053, ID_FOLDER = 1060, ID_BROWSE = 1062, ID_FOLDER_NEED = 1063,
+    ID_FEATURE_INFO = 1052, ID_FEATURE_NEED = 1053, ID_FEATURE_FREE = 1054, ID_PARTS = 1055, ID_CHANGE = 1056,
+    ID_TREE = 1057, ID_FOLDER = 1060, ID_BROWSE = 1062, ID_FOLDER_NEED = 1063,
     ID_SUMMARY = 1070, ID_FINISH_TEXT = 1080, ID_SHOW_README = 1081, ID_START_PROGRAM = 1082, ID_BOX_TEXT = 1090;
 // In the order of the buttons on the page; the last one leaves the selection to the user.
 var TYPES = ["Typical", "Compact", "Complete"], CUSTOM = TYPES.length;
 
 // Messages of Windows' controls.
-var BM_GETCHECK = 0xF0, BM_SETCHECK = 0xF1, LB_ADDSTRING = 0x180, LB_RESETCONTENT = 0x184, LB_SETSEL = 0x185,
-    LB_GETSEL = 0x187, LB_SETCARETINDEX = 0x19E, LB_GETCARETINDEX = 0x19F;
+var BM_GETCHECK = 0xF0, BM_SETCHECK = 0xF1;
+// ComponentViewSetInfo and its kin.
+var VIEW_UNIT = 2, VIEW_DECIMALS = 3, VIEW_PARENT = 20, VIEW_CHILD = 21, VIEW_DESCRIPTION = 22, VIEW_NEED = 23,
+    VIEW_FREE = 24, VIEW_TARGET = 25, VIEW_MEDIA = 26, VIEW_ITEM = 27, VIEW_CHANGE = 28;
 
 var chosen = {type: CUSTOM, accepted: false, folder: TargetFolder};
 
@@ -123,35 +126,51 @@ function Indent(depth) {
     return new Array(depth + 1).join("\u00A0\u00A0\u00A0\u00A0");
 }
 
-// The list of the feature page; its lines are those of `features`.
-var features = [];
+// The views of the feature page: the features, and below them the parts of the one that is current.
+var views = [];
 
-function ShowFeatures(window) {
-    var at = SendControl(window, ID_FEATURES, LB_GETCARETINDEX, 0, 0);
-    for (var i = 0; i < features.length; i++) {
-        var selected = IsSelected(features[i].path);
-        if (selected != (SendControl(window, ID_FEATURES, LB_GETSEL, i, 0) > 0))
-            SendControl(window, ID_FEATURES, LB_SETSEL, selected ? 1 : 0, i);
-    }
-    // A change of the selection takes the caret along.
-    SendControl(window, ID_FEATURES, LB_SETCARETINDEX, at, 0);
-    var current = features[at];
-    SetControlText(window, ID_FEATURE_INFO,
-                   current ? ComponentGetData(MEDIA, current.path, DESCRIPTION).text || NameOf(current.path) : "");
-    SetControlText(window, ID_FEATURE_NEED, Text("ROOM", NeededRoom(), FreeRoom()));
+function MakeView(window, control, infos) {
+    var view = ComponentViewCreate(window, control);
+    if (!view)
+        throw new Error("the view " + control + " can't be made");
+    views.push(view);
+    ComponentViewSetInfo(view, VIEW_MEDIA, 0, MEDIA);
+    ComponentViewSetInfo(view, VIEW_TARGET, 0, chosen.folder);
+    ComponentViewSetInfo(view, VIEW_DESCRIPTION, ID_FEATURE_INFO, "");
+    for (var info in infos)
+        ComponentViewSetInfo(view, Number(info), infos[info], "");
+    return view;
 }
 
-// Takes over the line that the user has changed; the engine says what follows for the others.
-function ChangeFeature(window) {
-    for (var i = 0; i < features.length; i++) {
-        var wanted = SendControl(window, ID_FEATURES, LB_GETSEL, i, 0) > 0;
-        if (wanted != IsSelected(features[i].path)) {
-            ComponentSelectItem(MEDIA, features[i].path, wanted ? 1 : 0);
-            break;
-        }
-    }
-    ShowFeatures(window);
+function MakeViews(window) {
+    ComponentViewSetInfoEx(VIEW_UNIT, 1);
+    ComponentViewSetInfoEx(VIEW_DECIMALS, 0);
+    var infos = {};
+    infos[VIEW_NEED] = ID_FEATURE_NEED;
+    infos[VIEW_FREE] = ID_FEATURE_FREE;
+    infos[VIEW_CHANGE] = ID_CHANGE;
+    var whole = MakeView(window, ID_FEATURES, infos);
+    var parts = MakeView(window, ID_PARTS, {});
+    ComponentViewSetInfo(whole, VIEW_CHILD, parts, "");
+    ComponentViewSetInfo(parts, VIEW_PARENT, whole, "");
+    ComponentViewSetInfo(parts, VIEW_ITEM, 0, AllFeatures("", 0, [])[0].path);
+    Need(ComponentViewCreateWindow(parts), "showing the parts");
+    Need(ComponentViewCreateWindow(whole), "showing the features");
 }
+
+// What the tree page says of the feature that is current there.
+function ShowFeature(window, path) {
+    SetControlText(window, ID_FEATURE_INFO, ComponentGetData(MEDIA, path, DESCRIPTION).text || NameOf(path));
+    SetControlText(window, ID_FEATURE_NEED, NeededRoom());
+    SetControlText(window, ID_FEATURE_FREE, FreeRoom());
+}
+
+// --var FEATURE_VIEW=tree shows the features in one tree.
+function WantsTree() {
+    return Arguments("FEATURE_VIEW") == "tree";
+}
+
+var tree;
 
 var pages = [
     {name: "Welcome", number: WELCOME},
@@ -185,17 +204,27 @@ var pages = [
         }
     },
     {
-        name: "Features", number: FEATURES,
-        skip: function () { return chosen.type != CUSTOM; },
-        open: function (window) {
-            features = AllFeatures("", 0, []);
-            SendControl(window, ID_FEATURES, LB_RESETCONTENT, 0, 0);
-            for (var i = 0; i < features.length; i++)
-                SendControl(window, ID_FEATURES, LB_ADDSTRING, 0, Indent(features[i].depth) + NameOf(features[i].path));
-            SendControl(window, ID_FEATURES, LB_SETCARETINDEX, 0, 0);
-            ShowFeatures(window);
+        name: "Features", number: FEATURES, focus: ID_FEATURES,
+        skip: function () { return chosen.type != CUSTOM || WantsTree(); },
+        open: MakeViews,
+        event: function (control, window) {
+            if (control == ID_CHANGE)
+                FocusControl(window, ID_PARTS);
         },
-        event: function (control, window) { ChangeFeature(window); }
+        close: function () {
+            while (views.length)
+                ComponentViewDestroy(views.pop());
+        }
+    },
+    {
+        name: "Tree", number: TREE,
+        skip: function () { return chosen.type != CUSTOM || !WantsTree(); },
+        open: function (window) { tree = TreeViewCreate(window, ID_TREE, MEDIA, "", 2); },
+        event: function (control, window) {
+            var current = GetSelectedTreeComponent(tree);
+            if (control == ID_TREE && current.result == 0 && current.item)
+                ShowFeature(window, current.item);
+        }
     },
     {
         name: "Folder", number: FOLDER,

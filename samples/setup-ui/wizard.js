@@ -6,6 +6,7 @@
 //   open(window)     fills the controls before anybody sees them
 //   event(control, window)   another control than the three buttons sent something
 //   leave(window)    takes over what was chosen when Next is pressed; false keeps the page
+//   close()          gives back what open() made, however the page is left
 //   skip()           true where the page is not wanted now
 // All but the first two may be left out.
 
@@ -16,7 +17,7 @@ var MAIN_WINDOW = -2;
 var FORWARDS = 1, BACKWARDS = -1;
 
 // Shows one dialog until answer(control, window) gives something else than undefined, and gives that.
-function RunDialog(name, number, open, answer) {
+function RunDialog(name, number, open, answer, close) {
     if (DefineDialog(name, 0, "", number, "", 0, MAIN_WINDOW, STANDARD_EVENTS + CENTRED) != 0)
         throw new Error("The dialog " + name + " can't be defined.");
     try {
@@ -40,6 +41,8 @@ function RunDialog(name, number, open, answer) {
                 return given;
         }
     } finally {
+        if (close)
+            close();
         EndDialog(name);
         ReleaseDialog(name);
     }
@@ -66,10 +69,10 @@ function RunWizard(pages, cancel) {
         if (page.skip && page.skip())
             continue;
         direction = RunDialog(page.name, page.number, function (window) {
-            if (page.focus)
-                FocusControl(window, page.focus);
             if (page.open)
                 page.open(window);
+            if (page.focus)
+                FocusControl(window, page.focus);
         }, function (control, window) {
             if (control == IDOK)
                 return page.leave && page.leave(window) === false ? undefined : FORWARDS;
@@ -85,7 +88,7 @@ function RunWizard(pages, cancel) {
             }
             if (page.event)
                 page.event(control, window);
-        });
+        }, page.close);
         if (direction === null)
             return false;
     }

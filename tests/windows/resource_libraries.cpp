@@ -17,12 +17,12 @@ struct Template {
     bool page;
 };
 constexpr Template templates[] = {
-    {L"vhres.dll", 10301, false},  {L"vhres.dll", 10302, false},  {L"vhres.dll", 10303, false},
-    {L"vhres.dll", 10305, true},   {L"vhres.dll", 10306, false},  {L"vhres.dll", 12012, false},
-    {L"vhuser.dll", 10305, true},  {L"vhuser.dll", 20001, true},  {L"vhuser.dll", 20002, true},
-    {L"vhuser.dll", 20003, true},  {L"vhuser.dll", 20004, true},  {L"vhuser.dll", 20005, true},
-    {L"vhuser.dll", 20006, true},  {L"vhuser.dll", 20007, true},  {L"vhuser.dll", 20008, true},
-    {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false},
+    {L"vhres.dll", 10301, false}, {L"vhres.dll", 10302, false},  {L"vhres.dll", 10303, false},
+    {L"vhres.dll", 10305, true},  {L"vhres.dll", 10306, false},  {L"vhres.dll", 12012, false},
+    {L"vhuser.dll", 10305, true}, {L"vhuser.dll", 20001, true},  {L"vhuser.dll", 20002, true},
+    {L"vhuser.dll", 20003, true}, {L"vhuser.dll", 20004, true},  {L"vhuser.dll", 20005, true},
+    {L"vhuser.dll", 20006, true}, {L"vhuser.dll", 20007, true},  {L"vhuser.dll", 20008, true},
+    {L"vhuser.dll", 20009, true}, {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false},
 };
 
 // Windows chooses resources by the language of the thread, Wine by its locale.
