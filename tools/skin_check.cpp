@@ -339,8 +339,9 @@ void SkinCheck::CheckPlaces(const Section& section)
     const auto find = [&](const char* list, std::size_t index, const char* part, const std::string& what) {
         const std::string key = list + std::to_string(index + 1) + part;
         const Entry* entry = Search(section, key);
-        const Entry* first = entry ? entry : Search(section, list + std::to_string(index + 1));
-        Find(section, first ? first->line : section.line, key, what);
+        // One without its first key has been found already.
+        if (const Entry* first = entry ? entry : Search(section, list + std::to_string(index + 1)))
+            Find(section, first->line, key, what);
     };
     const auto outside = [](vh::skin_pair place) {
         return place.x < 0 || place.y < 0 || place.x > page_size.x || place.y > page_size.y;

@@ -132,9 +132,53 @@ expect_lines("findings" 1 "skin.ini:1: stands before the first section, and nobo
 skin.ini:3: [ALL] TEXTCOLOR: must be a color like \"240,240,255\"
 skin.ini:4: [ALL] TEXTCLR: nobody reads this key; is \"TEXTCOLOR\" meant?
 skin.ini:5: [ALL] RECTS: counts 2, but there is no RECT2
-skin.ini:5: [ALL] RECT2AREA: the rectangle is empty
 skin.ini:7: [ALL] RECT3: is not among the 2 that RECTS counts
+skin.ini:9: [ALL] IMAGE1: there is no picture \"Button-Up.gif\"; is \"button-up.gif\" meant?
+skin.ini:10: [ALL] IMAGE1OPT: \"HCENTRE\" is no option; is \"HCENTER\" meant?
+skin.ini:10: [ALL] IMAGE1OPT: \" SCALE\" is no option; is \"SCALE\" meant?
+skin.ini:11: [ALL] IMAGE2: \"bad.gif\" can't be read as a picture
+skin.ini:12: [ALL] IMAGE2POS: must be two numbers like \"10,20\"
+skin.ini:14: [ALL] BUTTONSDOWN: \"note.txt\" is neither .gif nor .bmp
+skin.ini:15: [ALL] BUTTONS: must be a number from 0 to 1000
+skin.ini:19: [Page] RECT1AREA: the corners are swapped: POS is the top left, AREA the bottom right one
+skin.ini:20: [Page] RECT2AREA: lies outside 0,0 to 460,305
+skin.ini:21: [Page] RECT3AREA: the rectangle is empty
+skin.ini:22: [Page] TEXTCOLOR: must be a color like \"240,240,255\"
+skin.ini:23: [Page] TEXTCOLOR: line 22 has the key already
+skin.ini:24: [Page] IMAGE1POS: there is no IMAGES
+skin.ini:26: [Page] BUTTON1: must be a number from 1 to 65535
+skin.ini:27: [Page] BUTTON1POS: lies outside 0,0 to 460,305
+skin.ini:28: [Page] BUTTON1UP: is cut to 259 characters
+skin.ini:29: [Page] BUTTONSTXTCLR: nobody reads this key
+skin.ini:30: [Page] textcolour: nobody reads this key; is \"TEXTCOLOR\" meant?
+skin.ini:31: [Page] WIDTH: nobody reads this key
+skin.ini:32: [Page-407] a language is four lower-case hexadecimal digits, like \"-0407\"
+skin.ini:33: [Page-407] TEXTCOLOR: has no value
+skin.ini:34: [ALLES] names that begin with \"ALL\" are no dialogs'; is \"ALL\" meant?
+skin.ini:35: [page] line 16 begins the section already
+skin.ini:36: [All-0007] names count case; is \"ALL\" meant?
+skin.ini:37: [ALL-de] a language is four lower-case hexadecimal digits, like \"-0407\"
+skin.ini:40: [Wait-Face] rect1: must be a color like \"240,240,255\"
+skin.ini:40: [Wait-Face] RECT1AREA: the rectangle is empty
+skin.ini:41: [${long}] no dialog's name is longer than 99 characters
+skin.ini:43: [SKINS] VERSIO: nobody reads this key; is \"VERSION\" meant?
+\"head.bmp\": nobody uses this picture
 " ${skin} check ${WORK}/bad)
+string(ASCII 239 187 191 mark)
+file(WRITE ${WORK}/empty/skin.ini "${mark}[ALL]\n")
+expect("a mark" 1 "skin.ini:1: the text must be plain" ${skin} check ${WORK}/empty)
 
-# A picture for each section, and for a dialog of a language.
+# A picture for each section, and for dialogs of a language or of a name.
+file(STRINGS ${sample}/skin.ini sections REGEX "^\\[")
+string(REGEX REPLACE "[][]" "" sections "${sections}")
+list(REMOVE_ITEM sections SKINS)
 expect("preview" 0 "Welcome-0007.png" ${skin} preview ${WORK}/a.skin ${WORK}/pictures)
+skins(pictures ${WORK}/pictures ${sections})
+expect("of a language" 0 "Welcome.png" ${skin} preview ${sample} ${WORK}/german --language 1031)
+skins(same ${WORK}/pictures/Welcome-0007.png ${WORK}/german/Welcome.png)
+expect("of a name" 0 "Nobody.png" ${skin} preview ${sample} ${WORK}/named --section Nobody)
+skins(same ${WORK}/pictures/ALL.png ${WORK}/named/Nobody.png)
+expect("of a cut one" 1 "ends inside an entry" ${skin} preview ${WORK}/cut.skin ${WORK}/none)
+expect("no number" 2 "--language" ${skin} preview ${sample} ${WORK}/none --language de)
+expect_file("no pictures of those" FALSE ${WORK}/none)
+message("${checks} runs checked")
