@@ -187,8 +187,8 @@ void DeclareSkin(CLI::App& app, CommandLine& line)
     };
     const auto from = [&line] { return host::PathOf(line.file); };
     const auto to = [&line] { return host::PathOf(line.output); };
-    CLI::App* pack = declare("pack", "Make a container of all files of a folder", "FOLDER", "With skin.ini and pictures",
-                             [from, to] { return tools::PackSkin(from(), to()); });
+    CLI::App* pack = declare("pack", "Make a container of all files of a folder", "FOLDER",
+                             "With skin.ini and pictures", [from, to] { return tools::PackSkin(from(), to()); });
     pack->add_option("FILE", line.output, "The container to write")->required();
     CLI::App* unpack = declare("unpack", "Write the entries of a container as files", "FILE", "The container",
                                [from, to, &line] { return tools::UnpackSkin(from(), to(), line.overwrite); });

@@ -134,8 +134,8 @@ private:
     }
     static const Entry* Search(const Section& section, std::string_view key)
     {
-        const auto found = std::ranges::find_if(
-            section.entries, [&](const Entry& one) { return skin_profile::Same(one.key, key); });
+        const auto found =
+            std::ranges::find_if(section.entries, [&](const Entry& one) { return skin_profile::Same(one.key, key); });
         return found == section.entries.end() ? nullptr : &*found;
     }
 
@@ -174,7 +174,8 @@ void SkinCheck::CheckName(const Section& section)
     else if (name.size() > longest_section)
         find("no dialog's name is longer than " + std::to_string(longest_section) + " characters");
     else if (vh::KindOfSkinSection(name) == vh::skin_section_kind::header && name != "SKINS")
-        find("names that begin with \"ALL\" are no dialogs'" + NearMiss(name, std::array<std::string_view, 2>{"ALL", "SKINS"}));
+        find("names that begin with \"ALL\" are no dialogs'" +
+             NearMiss(name, std::array<std::string_view, 2>{"ALL", "SKINS"}));
     else if (front != "ALL" && skin_profile::Same(front, "ALL"))
         find("names count case; is \"ALL\" meant?");
     else if (dash != name.npos) {
@@ -284,8 +285,7 @@ void SkinCheck::CheckOptions(const Section& section, const Entry& entry)
         const std::size_t comma = rest.find(',');
         const std::string_view token = rest.substr(0, comma);
         if (std::ranges::find(names, token) == names.end())
-            Find(section, entry.line, entry.key,
-                 ShownName(token) + " is no option" + NearMiss(token, names));
+            Find(section, entry.line, entry.key, ShownName(token) + " is no option" + NearMiss(token, names));
         if (comma == rest.npos)
             return;
         rest.remove_prefix(comma + 1);
@@ -388,9 +388,8 @@ std::vector<std::string> SkinCheck::Run()
         room += one->name.size() + 1;
         if (room > room_for_sections)
             Find(*one, one->line, {}, "all names together are too long; this section is lost");
-        const auto first = std::find_if(sections.begin(), one, [&](const Section& other) {
-            return skin_profile::Same(other.name, one->name);
-        });
+        const auto first = std::find_if(
+            sections.begin(), one, [&](const Section& other) { return skin_profile::Same(other.name, one->name); });
         if (first == one)
             CheckSection(*one);
         else

@@ -22,7 +22,19 @@ namespace {
 
 constexpr vh::skin_pair page_size{460, 305};
 
-enum Control : int { next = 1, cancel = 2, back = 10, title = 50, icon = 100, bar, check, radio, down, disabled, focused };
+enum Control : int {
+    next = 1,
+    cancel = 2,
+    back = 10,
+    title = 50,
+    icon = 100,
+    bar,
+    check,
+    radio,
+    down,
+    disabled,
+    focused
+};
 
 // In dialog units.
 struct Part {
@@ -35,8 +47,11 @@ struct Part {
 constexpr Part parts[] = {
     {WC_STATICW, L"", SS_NOPREFIX, title, {14, 8, 380, 10}},
     {WC_STATICW, L"What a dialog looks like in this section", 0, 51, {22, 20, 372, 10}},
-    {WC_STATICW, L"A label. The quick brown fox jumps over the lazy dog, and the next line goes on where this one ends.",
-     0, -1, {22, 58, 416, 18}},
+    {WC_STATICW,
+     L"A label. The quick brown fox jumps over the lazy dog, and the next line goes on where this one ends.",
+     0,
+     -1,
+     {22, 58, 416, 18}},
     {WC_BUTTONW, L"Group", BS_GROUPBOX, -1, {22, 84, 196, 80}},
     {WC_BUTTONW, L"Check box", BS_AUTOCHECKBOX, -1, {32, 98, 170, 10}},
     {WC_BUTTONW, L"Checked", BS_AUTOCHECKBOX, check, {32, 112, 170, 10}},
@@ -106,10 +121,9 @@ private:
         RECT place{part.place.left, part.place.top, part.place.left + part.place.right,
                    part.place.top + part.place.bottom};
         MapDialogRect(m_window, &place);
-        const HWND control =
-            CreateWindowExW(0, part.type, part.text, WS_CHILD | WS_VISIBLE | part.style, place.left, place.top,
-                            place.right - place.left, place.bottom - place.top, m_window,
-                            reinterpret_cast<HMENU>(static_cast<intptr_t>(part.id)), nullptr, nullptr);
+        const HWND control = CreateWindowExW(0, part.type, part.text, WS_CHILD | WS_VISIBLE | part.style, place.left,
+                                             place.top, place.right - place.left, place.bottom - place.top, m_window,
+                                             reinterpret_cast<HMENU>(static_cast<intptr_t>(part.id)), nullptr, nullptr);
         SendMessageW(control, WM_SETFONT, static_cast<WPARAM>(SendMessageW(m_window, WM_GETFONT, 0, 0)), FALSE);
     }
 

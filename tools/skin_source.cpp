@@ -15,7 +15,8 @@ namespace {
 
 constexpr std::size_t longest_name = 255;
 // Names that Windows keeps for devices, with any extension; "#" stands for a digit but 0.
-constexpr std::array<std::string_view, 8> device_names = {"CON", "PRN", "AUX", "NUL", "COM#", "LPT#", "CONIN$", "CONOUT$"};
+constexpr std::array<std::string_view, 8> device_names = {"CON",  "PRN",  "AUX",    "NUL",
+                                                          "COM#", "LPT#", "CONIN$", "CONOUT$"};
 
 bool IsDevice(std::string_view name)
 {

@@ -138,9 +138,9 @@ TEST(SkinText, BuildsSectionsInTheirOrder)
     const skin_reader read = [&](std::string_view section, std::string_view key, skin_form form) {
         const auto found = values.find(std::string(section) + "/" + std::string(key));
         EXPECT_EQ(RoomFor(form), key.ends_with("UP") || key.ends_with("DOWN") ||
-                                (key.starts_with("IMAGE") && key.size() == 6 && key != "IMAGES")
-                            ? 260u
-                            : 1000u)
+                                         (key.starts_with("IMAGE") && key.size() == 6 && key != "IMAGES")
+                                     ? 260u
+                                     : 1000u)
             << key;
         return found == values.end() ? std::string() : found->second;
     };
