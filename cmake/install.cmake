@@ -26,9 +26,10 @@ install(FILES scriptdata/bstr.h scriptdata/com_object.h scriptdata/com_ptr.h scr
 install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION docs)
 install(DIRECTORY samples DESTINATION .)
-# The sample with windows brings its own library along, with what that is made of.
-add_dependencies(product vhuser)
+# The samples with windows bring their own libraries along, with what these are made of.
+add_dependencies(product vhuser vhskin)
 install(TARGETS vhuser LIBRARY DESTINATION samples/setup-ui)
+install(TARGETS vhskin LIBRARY DESTINATION samples/skin)
 install(DIRECTORY resources DESTINATION samples/setup-ui)
 
 install(EXPORT VHRTTargets NAMESPACE VHRT:: DESTINATION lib/cmake/VHRT)

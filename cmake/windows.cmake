@@ -53,8 +53,9 @@ function(vhrt_resource_library name source description)
 endfunction()
 vhrt_resource_library(vhres resources/vhres/vhres.rc "Standard dialogs, pictures and texts")
 vhrt_resource_library(vhuser resources/vhuser/vhuser.rc "Dialogs of the sample setup")
+vhrt_resource_library(vhskin resources/vhuser/vhskin.rc "Dialogs of the sample setup for a skin")
 file(GLOB resource_parts CONFIGURE_DEPENDS resources/*.rc resources/*/*.h resources/*/*.rc resources/pictures/*.png)
-set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc PROPERTIES
+set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc resources/vhuser/vhskin.rc PROPERTIES
   OBJECT_DEPENDS "${resource_parts}")
 
 # The embedded engine: for hosts and tests, never in the DLL.
@@ -90,7 +91,7 @@ vhrt_sources(tool_sources tools)
 list(FILTER tool_sources EXCLUDE REGEX "/export_table\\.cpp$")
 if(tool_sources)
   add_executable(vhtool ${tool_sources})
-  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files, pictures and libraries of VHRT")
+  vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files, pictures, skins and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
   target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
 endif()
@@ -121,6 +122,7 @@ add_dependencies(vhrt_export_tests vhrt_test_agent)
 add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32 comctl32)
 add_dependencies(vhrt_inner_tests vhtexts_standard)
+set_source_files_properties(tests/inner/skin.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine comctl32)
 add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs vhres vhuser)
 set_tests_properties(vhrt_window_tests PROPERTIES ENVIRONMENT VHRT_PICTURES=${CMAKE_BINARY_DIR}/pictures)
@@ -179,6 +181,9 @@ add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/picture
   -P ${CMAKE_SOURCE_DIR}/tests/host/picture.cmake)
+add_test(NAME tool_skin COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/skin -P ${CMAKE_SOURCE_DIR}/tests/host/skin.cmake)
+set_tests_properties(tool_skin PROPERTIES TIMEOUT 300)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

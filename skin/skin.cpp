@@ -1,11 +1,11 @@
 #include "skin.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <mutex>
 
 #include "../pictures/option_text.h"
 #include "skin_files.h"
+#include "skin_picture.h"
 
 namespace {
 
@@ -28,15 +28,6 @@ struct DashedName {
     // With its dash.
     std::string_view back;
 };
-
-bool HasExtension(std::string_view name, std::string_view wanted)
-{
-    const std::size_t dot = name.rfind('.');
-    if (dot == std::string_view::npos || name.size() - dot != wanted.size())
-        return false;
-    return std::equal(wanted.begin(), wanted.end(), name.begin() + static_cast<std::ptrdiff_t>(dot),
-                      [](char a, char b) { return a == (b >= 'A' && b <= 'Z' ? b + 32 : b); });
-}
 
 vh::skin_colors SystemColors()
 {
@@ -76,10 +67,9 @@ try {
     if (!complete)
         return false;
     const vh::skin_reader read = text.reader();
-    const std::string version = read("SKINS", "VERSION", 1000);
     for (const auto& section : vh::ReadSkinText(read, text.sections(), SystemColors()))
         Build(section, pictures);
-    m_version = version.empty() ? 1 : std::atoi(version.c_str());
+    m_version = vh::ReadSkinVersion(read);
     m_themes = vh::late::get_theme_properties && (vh::late::get_theme_properties() & controls) != 0;
     m_loaded = true;
     return true;
@@ -136,12 +126,7 @@ SkinImage* Skin::Picture(const PictureMap& pictures, const std::string& file, ui
         return nullptr;
     auto made = std::make_unique<SkinImage>();
     made->picture.SetTransparent(transparent);
-    vh::bitmap_picture bitmap;
-    const bool loaded = HasExtension(file, ".gif")   ? made->picture.LoadGif(found->second)
-                        : HasExtension(file, ".bmp") ? vh::ReadBitmapFile(found->second, bitmap) == vh::picture_done &&
-                                                           made->picture.LoadBitmap(bitmap)
-                                                     : false;
-    if (!loaded)
+    if (!vh::LoadSkinPicture(made->picture, file, found->second))
         return nullptr;
     made->picture.SetOptions(options & vh::drawing_options);
     place->second = std::move(made);

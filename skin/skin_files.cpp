@@ -171,7 +171,8 @@ std::vector<std::string> skin_text_file::sections() const
 
 skin_reader skin_text_file::reader() const
 {
-    return [this](std::string_view section, std::string_view key, std::size_t size) {
+    return [this](std::string_view section, std::string_view key, skin_form form) {
+        const std::size_t size = RoomFor(form);
         std::wstring value(size, L'\0');
         const DWORD length = m_path.empty()
                                  ? 0

@@ -24,6 +24,18 @@ public:
         std::vector<entry> entries;
     };
 
+    // Names of sections and keys don't count case.
+    static bool Same(std::string_view a, std::string_view b)
+    {
+        const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+        if (a.size() != b.size())
+            return false;
+        for (std::size_t i = 0; i < a.size(); ++i)
+            if (lower(a[i]) != lower(b[i]))
+                return false;
+        return true;
+    }
+
     explicit skin_profile(std::string_view text)
     {
         for (std::size_t line = 1; !text.empty(); ++line) {
@@ -36,6 +48,8 @@ public:
     }
 
     const std::vector<section>& sections() const { return m_sections; }
+    // Lines before the first section, which nobody reads.
+    const std::vector<std::size_t>& lost_lines() const { return m_lost_lines; }
     std::vector<std::string> names() const
     {
         std::vector<std::string> all;
@@ -46,13 +60,13 @@ public:
     // The first entry of the first section of that name; neither counts case.
     skin_reader reader() const
     {
-        return [this](std::string_view name, std::string_view key, std::size_t size) -> std::string {
+        return [this](std::string_view name, std::string_view key, skin_form form) -> std::string {
             for (const section& one : m_sections) {
                 if (!Same(one.name, name))
                     continue;
                 for (const entry& found : one.entries)
                     if (Same(found.key, key))
-                        return found.value.substr(0, size - 1);
+                        return found.value.substr(0, RoomFor(form) - 1);
                 return {};
             }
             return {};
@@ -60,16 +74,6 @@ public:
     }
 
 private:
-    static bool Same(std::string_view a, std::string_view b)
-    {
-        const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-        if (a.size() != b.size())
-            return false;
-        for (std::size_t i = 0; i < a.size(); ++i)
-            if (lower(a[i]) != lower(b[i]))
-                return false;
-        return true;
-    }
     static std::string_view Trimmed(std::string_view text)
     {
         const std::size_t first = text.find_first_not_of(" \t");
@@ -85,8 +89,10 @@ private:
             m_sections.push_back({std::string(Trimmed(line.substr(1, line.find(']') - 1))), number, {}});
             return;
         }
-        if (m_sections.empty())
+        if (m_sections.empty()) {
+            m_lost_lines.push_back(number);
             return;
+        }
         const std::size_t equals = line.find('=');
         std::string_view value =
             equals == std::string_view::npos ? std::string_view() : Trimmed(line.substr(equals + 1));
@@ -97,6 +103,7 @@ private:
     }
 
     std::vector<section> m_sections;
+    std::vector<std::size_t> m_lost_lines;
 };
 
 } // namespace vh

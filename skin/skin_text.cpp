@@ -9,8 +9,6 @@ namespace vh {
 
 namespace {
 
-constexpr std::size_t value_size = 1000;
-constexpr std::size_t file_size = 260;
 constexpr uint32_t button_options = anchor_top_left;
 
 // As C reads a number: blanks, a sign, digits; what follows counts for nothing.
@@ -25,24 +23,27 @@ class section_reader {
 public:
     section_reader(const skin_reader& read, std::string_view section) : m_read(read), m_section(section) {}
 
-    std::string Value(const std::string& key) const { return m_read(m_section, key, value_size); }
-    std::string File(const std::string& key) const { return m_read(m_section, key, file_size); }
-    int32_t Count(const std::string& key) const { return std::clamp(NumberOf(Value(key)), 0, most_skin_entries); }
-    int32_t Number(const std::string& key) const { return NumberOf(Value(key)); }
+    std::string Value(const std::string& key, skin_form form) const { return m_read(m_section, key, form); }
+    std::string File(const std::string& key) const { return Value(key, skin_form::file); }
+    int32_t Count(const std::string& key) const
+    {
+        return std::clamp(NumberOf(Value(key, skin_form::count)), 0, most_skin_entries);
+    }
+    int32_t Number(const std::string& key) const { return NumberOf(Value(key, skin_form::number)); }
     uint32_t Color(const std::string& key, uint32_t base) const
     {
-        ReadSkinColor(Value(key), base);
+        ReadSkinColor(Value(key, skin_form::color), base);
         return base;
     }
-    skin_pair Pair(const std::string& key) const
+    std::optional<skin_pair> PairIfAny(const std::string& key) const
     {
         skin_pair pair;
-        ReadSkinPair(Value(key), pair);
-        return pair;
+        return ReadSkinPair(Value(key, skin_form::pair), pair) ? std::optional(pair) : std::nullopt;
     }
+    skin_pair Pair(const std::string& key) const { return PairIfAny(key).value_or(skin_pair{}); }
     std::optional<uint32_t> Options(const std::string& key) const
     {
-        const std::string text = Value(key);
+        const std::string text = Value(key, skin_form::options);
         return text.empty() ? std::optional<uint32_t>() : ReadOptionText(text);
     }
 
@@ -67,7 +68,7 @@ skin_button_text ButtonOf(const section_reader& section, const std::string& key,
                           const skin_button_text& defaults)
 {
     const auto color = [&](const char* part, uint32_t base, uint32_t otherwise) {
-        const std::string value = section.Value(key + part);
+        const std::string value = section.Value(key + part, skin_form::color);
         if (value.empty())
             return otherwise;
         ReadSkinColor(value, base);
@@ -81,8 +82,7 @@ skin_button_text ButtonOf(const section_reader& section, const std::string& key,
     made.id = section.Number(key);
     made.up = file("UP", defaults.up);
     made.down = file("DOWN", defaults.down);
-    if (skin_pair pos; ReadSkinPair(section.Value(key + "POS"), pos))
-        made.pos = pos;
+    made.pos = section.PairIfAny(key + "POS");
     const auto options = section.Options(key + "OPT");
     made.options = options ? button_options | *options : defaults.options;
     made.transparent = color("TRNSPRNTCLR", skin_button_transparent, defaults.transparent);
@@ -159,6 +159,12 @@ skin_section_text ReadSkinSection(const skin_reader& read, std::string_view name
         made.buttons.push_back(
             ButtonOf(section, "BUTTON" + std::to_string(i), colors, made.defaults ? *made.defaults : *defaults));
     return made;
+}
+
+int32_t ReadSkinVersion(const skin_reader& read)
+{
+    const std::string version = read("SKINS", "VERSION", skin_form::number);
+    return version.empty() ? 1 : NumberOf(version);
 }
 
 std::vector<skin_section_text> ReadSkinText(const skin_reader& read, const std::vector<std::string>& names,

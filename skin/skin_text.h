@@ -67,8 +67,13 @@ struct skin_colors {
     uint32_t disabled_text = 0;
 };
 
-// How the text is read: the value of a key in a section, at most `size` units with their NUL; empty when there is none.
-using skin_reader = std::function<std::string(std::string_view section, std::string_view key, std::size_t size)>;
+// What a key's value has to be.
+enum class skin_form { number, count, color, pair, options, file };
+// The room for a value, with its NUL; what is longer is cut.
+constexpr std::size_t RoomFor(skin_form form) { return form == skin_form::file ? 260 : 1000; }
+
+// How the text is read: the value of a key in a section; empty when there is none.
+using skin_reader = std::function<std::string(std::string_view section, std::string_view key, skin_form form)>;
 
 // Value forms. One that has not its form leaves everything as it was: false.
 bool ReadSkinColor(std::string_view value, uint32_t& color);
@@ -85,6 +90,9 @@ std::string ParentOfSkinSection(std::string_view name, const std::function<bool(
 inline constexpr int32_t most_skin_entries = 1000;
 skin_section_text ReadSkinSection(const skin_reader& read, std::string_view name, const skin_colors& colors,
                                   const skin_button_text* defaults);
+
+// What the section "SKINS" tells; 1 when it tells nothing.
+int32_t ReadSkinVersion(const skin_reader& read);
 
 // All sections in the order of reading: "ALL", those of languages, then the dialogs'.
 std::vector<skin_section_text> ReadSkinText(const skin_reader& read, const std::vector<std::string>& names,

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "diagnostics/file.h"
 #include "host/text.h"
+#include "scriptdata/exception.h"
 
 namespace tools {
 
@@ -57,6 +59,33 @@ void WriteBytes(HANDLE handle, const std::wstring& name, std::string_view bytes)
         }
         bytes.remove_prefix(written);
     }
+}
+
+void SaveFile(const std::wstring& path, std::string_view bytes, bool replace)
+{
+    stringx temporary;
+    try {
+        temporary = vh::make_temp_name(path);
+    } catch (const vh::win32_exception& failure) {
+        ThrowFor(path, failure.code());
+    }
+    const auto fail = [&] {
+        const DWORD code = GetLastError();
+        DeleteFileW(temporary.c_str());
+        ThrowFor(path, code);
+    };
+    try {
+        const vh::unique_file made(CreateFileW(host::LongPath(std::wstring(temporary.view())).c_str(), GENERIC_WRITE, 0,
+                                               nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!made)
+            fail();
+        WriteBytes(made.get(), path, bytes);
+    } catch (const std::runtime_error&) {
+        DeleteFileW(temporary.c_str());
+        throw;
+    }
+    if (!MoveFileExW(temporary.c_str(), path.c_str(), replace ? DWORD{MOVEFILE_REPLACE_EXISTING} : 0))
+        fail();
 }
 
 } // namespace tools

@@ -16,6 +16,7 @@
 #include "ini_command.h"
 #include "picture_command.h"
 #include "pictures/option_text.h"
+#include "skin_command.h"
 #include "trace_command.h"
 
 namespace {
@@ -35,6 +36,8 @@ struct CommandLine {
     tools::IniOptions ini;
     std::string size;
     tools::DrawingOptions drawing;
+    bool overwrite = false;
+    tools::PreviewOptions preview;
     std::function<int()> run;
 };
 
@@ -171,6 +174,38 @@ void DeclarePicture(CLI::App& app, CommandLine& line)
     });
 }
 
+void DeclareSkin(CLI::App& app, CommandLine& line)
+{
+    CLI::App* skin = app.add_subcommand("skin", "Skins of dialogs: the container, its text, and how it looks");
+    skin->require_subcommand(1);
+    const auto declare = [&](const char* name, const char* purpose, const char* from, const char* from_purpose,
+                             const std::function<int()>& run) {
+        CLI::App* command = skin->add_subcommand(name, purpose);
+        command->add_option(from, line.file, from_purpose)->required();
+        command->callback([&line, run] { line.run = run; });
+        return command;
+    };
+    const auto from = [&line] { return host::PathOf(line.file); };
+    const auto to = [&line] { return host::PathOf(line.output); };
+    CLI::App* pack = declare("pack", "Make a container of all files of a folder", "FOLDER",
+                             "With skin.ini and pictures", [from, to] { return tools::PackSkin(from(), to()); });
+    pack->add_option("FILE", line.output, "The container to write")->required();
+    CLI::App* unpack = declare("unpack", "Write the entries of a container as files", "FILE", "The container",
+                               [from, to, &line] { return tools::UnpackSkin(from(), to(), line.overwrite); });
+    unpack->add_option("FOLDER", line.output, "Made if it is not there")->required();
+    unpack->add_flag("--overwrite", line.overwrite, "Replace files that are there");
+    declare("list", "Print bytes, size of the picture and name of each entry", "FILE", "The container",
+            [from] { return tools::ListSkin(from()); });
+    declare("check", "Name what is wrong in a skin, and where", "PATH", "A folder or a container",
+            [from] { return tools::CheckSkinFiles(from()); });
+    CLI::App* preview = declare("preview", "Draw a dialog in each section, as PNG", "PATH", "A folder or a container",
+                                [from, to, &line] { return tools::ShowSkin(from(), to(), line.preview); });
+    preview->add_option("OUT", line.output, "The folder for the pictures, made if it is not there")->required();
+    preview->add_option("--section", line.preview.section, "Only for the dialog of this name")->type_name("NAME");
+    preview->add_option("--language", line.preview.language, "For dialogs of this language, such as 1031")
+        ->type_name("ID");
+}
+
 void DeclareFacts(CLI::App& app, CommandLine& line)
 {
     CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
@@ -184,7 +219,7 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into trace files, INI files, pictures and libraries of VHRT.", "vhtool");
+    CLI::App app("Looks into trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);
@@ -194,6 +229,7 @@ int wmain(int count, wchar_t** words)
     DeclareExports(app, line);
     DeclareIni(app, line);
     DeclarePicture(app, line);
+    DeclareSkin(app, line);
     DeclareFacts(app, line);
     try {
         if (!host::ParseCommandLine(app, count, words))

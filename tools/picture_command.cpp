@@ -5,7 +5,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "diagnostics/file.h"
 #include "exit_codes.h"
 #include "file_bytes.h"
 #include "host/console.h"
@@ -13,7 +12,6 @@
 #include "picture_sheet.h"
 #include "picture_source.h"
 #include "pictures/option_text.h"
-#include "scriptdata/exception.h"
 #include "sha256.h"
 
 namespace tools {
@@ -25,31 +23,6 @@ bool EndsWith(std::string_view text, std::string_view end)
     return text.size() > end.size() && std::equal(end.rbegin(), end.rend(), text.rbegin(), [](char a, char b) {
                return a == (b >= 'A' && b <= 'Z' ? b - 'A' + 'a' : b);
            });
-}
-
-// The old file stays until the new one is complete.
-void WriteFileOf(const std::wstring& path, std::string_view bytes)
-{
-    stringx temporary;
-    try {
-        temporary = vh::make_temp_name(path);
-    } catch (const vh::win32_exception& failure) {
-        ThrowFor(path, failure.code());
-    }
-    {
-        const vh::unique_file made(CreateFileW(host::LongPath(std::wstring(temporary.view())).c_str(), GENERIC_WRITE, 0,
-                                               nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!made) {
-            const DWORD code = GetLastError();
-            ThrowFor(path, code);
-        }
-        WriteBytes(made.get(), path, bytes);
-    }
-    if (MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING))
-        return;
-    const DWORD code = GetLastError();
-    DeleteFileW(temporary.c_str());
-    ThrowFor(path, code);
 }
 
 void ApplyOptions(SetupImage& image, const PictureSource& source, const DrawingOptions& options, SIZE sheet)
@@ -120,7 +93,7 @@ int DrawPicture(const std::wstring& file, const std::wstring& output, const Draw
         const PictureSheet sheet(options.size.cx ? options.size : source.size);
         ApplyOptions(image, source, options, sheet.size());
         image.Draw(sheet.context(), sheet.size());
-        WriteFileOf(output, EndsWith(host::Utf8(output), ".png") ? PngOf(sheet) : BitmapOf(sheet));
+        SaveFile(output, EndsWith(host::Utf8(output), ".png") ? PngOf(sheet) : BitmapOf(sheet));
         return exit_done;
     }
     return exit_found;

@@ -135,12 +135,12 @@ TEST(SkinText, BuildsSectionsInTheirOrder)
                                                        {"Page-0007/BUTTON2DISTXTCLR", "4,5,6"},
                                                        {"Many/RECTS", "2000000000"},
                                                        {"Many/IMAGES", "-4"}};
-    const skin_reader read = [&](std::string_view section, std::string_view key, std::size_t size) {
+    const skin_reader read = [&](std::string_view section, std::string_view key, skin_form form) {
         const auto found = values.find(std::string(section) + "/" + std::string(key));
-        EXPECT_EQ(size, key.ends_with("UP") || key.ends_with("DOWN") ||
-                                (key.starts_with("IMAGE") && key.size() == 6 && key != "IMAGES")
-                            ? 260u
-                            : 1000u)
+        EXPECT_EQ(RoomFor(form), key.ends_with("UP") || key.ends_with("DOWN") ||
+                                         (key.starts_with("IMAGE") && key.size() == 6 && key != "IMAGES")
+                                     ? 260u
+                                     : 1000u)
             << key;
         return found == values.end() ? std::string() : found->second;
     };

@@ -6,6 +6,7 @@
 #include "../../dialogs/dialog_skin.h"
 #include "../../pictures/placement.h"
 #include "../../scriptdata/late_windows.h"
+#include "../../skin/skin_profile.h"
 #include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
 #include "../support/replaced.h"
@@ -119,6 +120,53 @@ TEST_F(Skins, LoadOnceForTheProcessAndLeaveNoFiles)
     EXPECT_EQ(page.buttons.at(0).upImage, up);
     EXPECT_EQ(skin->Find("Page-0007")->buttons.at(0).upImage, up);
     EXPECT_NE(skin->Find("ALL-0407")->buttons.at(0).upImage, up);
+}
+
+// All that a section says, as text.
+std::string Told(const vh::skin_section_text& section)
+{
+    std::ostringstream told;
+    const auto button = [&](const vh::skin_button_text& one) {
+        told << one.id << " " << one.up << " " << one.down << " " << (one.pos ? one.pos->x : -1) << " "
+             << (one.pos ? one.pos->y : -1) << " " << one.options << " " << one.transparent << " " << one.text_color
+             << " " << one.disabled_color << "\n";
+    };
+    told << section.name << " " << section.text_color << "\n";
+    for (const auto& [color, pos, area] : section.rects)
+        told << color << " " << pos.x << " " << pos.y << " " << area.x << " " << area.y << "\n";
+    for (const auto& [file, pos, options, transparent] : section.images)
+        told << file << " " << pos.x << " " << pos.y << " " << options << " " << transparent << "\n";
+    if (section.defaults)
+        button(*section.defaults);
+    for (const vh::skin_button_text& one : section.buttons)
+        button(one);
+    return told.str();
+}
+
+// vhtool checks a text as the library's own reader has it; setups have the system's.
+TEST(SkinProfile, ReadsWhatTheSystemReads)
+{
+    const TempFolder folder;
+    const std::wstring directory = folder.path();
+    std::ifstream sample(std::filesystem::path(VHRT_SOURCE_DIR) / "samples/skin/quiet/skin.ini", std::ios::binary);
+    const std::string of_sample{std::istreambuf_iterator<char>(sample), {}};
+    ASSERT_GT(of_sample.size(), 2000u);
+    const std::string odd =
+        "; note\r\n[ALL] behind\r\n  TEXTCOLOR = 1,2,3  \r\nrects=1\r\nRECT1=\"4,5,6\"\r\n;RECT1=9,9,9\r\n"
+        "RECT1=7,7,7\r\nRECT1AREA=1,2,3\r\nRECT1POS\r\nBUTTONSUP='up one.gif'\r\n\r\n"
+        "[Page]\nIMAGES=2\nIMAGE1=a=b.gif\nIMAGE2=;c.gif\nIMAGE2OPT=HCENTER, SCALE\nIMAGE1POS=+4, 5\n"
+        "[ Blank ]\r\nTEXTCOLOR=\"1,1,1\r\nRECTS=\r\n[Page]\r\nIMAGES=0\r\n[Last]\r\nTEXTCOLOR=2,2,2";
+    for (const std::string& text : {of_sample, odd}) {
+        const stringx place(directory.c_str());
+        skin_text_file file(place);
+        file.Write(std::as_bytes(std::span(text)));
+        const skin_profile profile(text);
+        const auto by_system = ReadSkinText(file.reader(), file.sections(), {1, 2, 3});
+        const auto by_profile = ReadSkinText(profile.reader(), profile.names(), {1, 2, 3});
+        ASSERT_EQ(by_system.size(), by_profile.size());
+        for (std::size_t i = 0; i < by_system.size(); ++i)
+            EXPECT_EQ(Told(by_system[i]), Told(by_profile[i]));
+    }
 }
 
 // A dialog whose units are told by the system, with controls of each kind.
