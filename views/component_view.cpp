@@ -253,7 +253,9 @@ int32_t ComponentView::Refresh()
     m_place.current = std::clamp(m_place.current, 0, std::max(count() - 1, 0));
     Arrange();
     Redraw(false);
-    ShowDescription();
+    // A view below speaks when the user comes to it: it often has the label of the one above.
+    if (!m_parent)
+        ShowDescription();
     ShowChangeButton();
     ShowSpaceRequired();
     ShowSpaceFree();

@@ -248,6 +248,7 @@ TEST_F(ComponentViews, TellTheDialogAndEachOther)
     for (const auto& [info, value] : infos)
         ComponentViewSetInfo(view, info, value, nullptr);
     ComponentViewSetInfo(child, ViewParent, reinterpret_cast<int64_t>(view), nullptr);
+    ComponentViewSetInfo(child, ViewDescription, description, nullptr);
     ComponentViewSetInfo(child, ViewParentItem, 0, L"i1");
     ASSERT_EQ(ComponentViewCreateWindow(view), 0);
     ASSERT_EQ(ComponentViewCreateWindow(child), 0);
@@ -263,6 +264,9 @@ TEST_F(ComponentViews, TellTheDialogAndEachOther)
     EXPECT_TRUE(IsWindowEnabled(Window(change)));
     EXPECT_EQ(Text(description), L"The second");
     EXPECT_EQ(child->count(), 1);
+    Click(Window(), 1, true);
+    Click(Window(), 1, true);
+    EXPECT_EQ(Text(description), L"The second") << "the view below does not speak for the one above";
     Click(Window(), 2, true);
     EXPECT_EQ(child->count(), 0);
     EXPECT_EQ(Text(required), L"3 K");
