@@ -65,6 +65,17 @@ BOOL WINAPI WriteToFullDisk(HANDLE file, const void* bytes, DWORD size, DWORD* w
     return FALSE;
 }
 
+// How often the log went to the disk.
+int log_flushes = 0;
+
+BOOL WINAPI CountLogFlushes(HANDLE file)
+{
+    wchar_t name[MAX_PATH] = L"";
+    GetFinalPathNameByHandleW(file, name, MAX_PATH, 0);
+    log_flushes += std::wstring_view(name).ends_with(L".log");
+    return OfSystem<decltype(FlushFileBuffers)>("FlushFileBuffers")(file);
+}
+
 // A file system that keeps even seconds, as FAT does.
 BOOL WINAPI SetEvenTime(HANDLE file, const FILETIME* made, const FILETIME* read, const FILETIME* written)
 {
@@ -120,6 +131,43 @@ TEST_F(Journal, OneChangedByteCostsNoMoreThanItsLine)
         Install();
         WriteText(log, content);
     }
+}
+
+// A replaced file can't be had a second time: the record of where it lies is safe before it moves.
+TEST_F(Journal, IsOnTheDiskBeforeAFileIsReplaced)
+{
+    const vh::test::Patched flushes("FlushFileBuffers", CountLogFlushes);
+    static int at_replacement;
+    at_replacement = -1;
+    const vh::test::Patched moves(
+        "MoveFileExW", +[](const wchar_t* from, const wchar_t* to, DWORD flags) WINAPI -> BOOL {
+            if (std::wstring_view(from).ends_with(L"\\c.bin"))
+                at_replacement = log_flushes;
+            return OfSystem<decltype(MoveFileExW)>("MoveFileExW")(from, to, flags);
+        });
+    log_flushes = 0;
+    ASSERT_EQ(S_OK, MoveAll(*engine));
+    EXPECT_EQ(1, at_replacement);
+    EXPECT_EQ(1, log_flushes) << "new files need none";
+}
+
+// A run that lost its end line to damage is over when the next one begins right behind it.
+TEST_F(Journal, ADamagedEndOfAnEarlierRunIsItsEnd)
+{
+    const std::wstring log = Install();
+    const std::string first = ReadWhole(log, 100'000);
+    const std::size_t end = first.size(), start = first.rfind('{');
+    Reopen();
+    Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
+    Install();
+    const auto installed = Tree(folder.Target());
+    std::string content = ReadWhole(log, 100'000);
+    content.erase(start, end - start);
+    content[content.rfind('{', start - 2) + 3] ^= 1;
+    WriteText(log, content);
+    Reopen();
+    EXPECT_EQ(installed, Tree(folder.Target()));
+    EXPECT_EQ(0, Selected(*engine, {L"Tools", L"Extra"}));
 }
 
 TEST_F(Journal, AnEditorsMarksDoNoHarm)

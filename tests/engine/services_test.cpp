@@ -1,4 +1,5 @@
 #include "../../engine/services/registry_object.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -143,6 +144,11 @@ TEST_F(Registry, CanBeARunsOwn)
     ASSERT_EQ(S_OK, Set(bstr(L"Software\\Any"), L"V", L"32", local_machine));
     EXPECT_EQ(L"64", key.Text(L"V", L"\\Own\\HKLM\\Software\\Any"));
     EXPECT_EQ(L"32", key.Text(L"V", L"\\Own\\HKLM32\\Software\\Any"));
+    LONG64 remote = 0;
+    ASSERT_EQ(S_OK, registry->Connect(current_user, bstr(L"").get(), &remote));
+    ASSERT_EQ(S_OK, registry->EnumKeys(remote, bstr(L"Software").get(), names.put()));
+    EXPECT_EQ(names.last(), 0) << "another machine's keys are the run's own too";
+    EXPECT_EQ(S_OK, registry->Disconnect(remote));
     log.reset();
     registry.reset();
     Uninstall(End());
@@ -233,6 +239,21 @@ TEST_F(Registry, TakesAClosedKeyForOneThatIsThere)
     for (const HRESULT code : codes)
         EXPECT_EQ(E_ACCESSDENIED, code);
     engine->Rollback();
+    EXPECT_EQ(L"kept", key.Text(L"V"));
+}
+
+// What can't be read can't be brought back: nothing of it goes.
+TEST_F(Registry, KeepsATreeThatItCanNotRecord)
+{
+    key.Write(L"V", L"kept");
+    ASSERT_EQ(S_OK, Create(At(L"\\A")));
+    {
+        const vh::test::Patched unreadable(
+            "RegEnumKeyExW", +[](HKEY, DWORD, wchar_t*, DWORD*, DWORD*, wchar_t*, DWORD*, FILETIME*) WINAPI -> LSTATUS {
+                return ERROR_INVALID_DATA;
+            });
+        EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_DATA), Delete(At()));
+    }
     EXPECT_EQ(L"kept", key.Text(L"V"));
 }
 

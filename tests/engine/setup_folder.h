@@ -164,16 +164,17 @@ inline HRESULT Copy(const Engine& engine, const wchar_t* source, const wchar_t* 
     return FAILED(code) ? code : job->Run(log.get(), nullptr);
 }
 
-// What a script gets of an object by a name, in text form; "<none>" when the object has none of that name.
+// What a script gets of an object by a name, or by none (the default member), in text form; "<none>" when the object
+// has none of that name.
 inline std::wstring PropertyText(IDispatch* object, const wchar_t* name, WORD flags = DISPATCH_PROPERTYGET,
                                  std::vector<variant> arguments = {})
 {
     auto* given = const_cast<wchar_t*>(name);
-    DISPID id = 0;
+    DISPID id = DISPID_VALUE;
     DISPPARAMS passed{arguments.empty() ? nullptr : &arguments.front().get(), nullptr,
                       static_cast<UINT>(arguments.size()), 0};
     variant value;
-    if (!object || FAILED(object->GetIDsOfNames(GUID_NULL, &given, 1, 0, &id)) ||
+    if (!object || (*name && FAILED(object->GetIDsOfNames(GUID_NULL, &given, 1, 0, &id))) ||
         FAILED(object->Invoke(id, GUID_NULL, 0, flags, &passed, value.put(), nullptr, nullptr)))
         return L"<none>";
     if (value.type() == VT_DISPATCH)

@@ -126,7 +126,10 @@ TEST_F(TextStores, TargetsAreSavedToTheLogAndLoadedByALaterRun)
         Set(*local.get(), L"MINE", L"l\u00f6cal \u65e5");
         Set(*global.get(), L"OURS", L"global");
         com_ptr<IUnknown> store;
-        ASSERT_EQ(S_OK, ServiceOf<ISetupLogDB>(*engine)->GetStore(store.put()));
+        const auto database = ServiceOf<ISetupLogDB>(*engine);
+        ASSERT_EQ(S_OK, database->GetStore(store.put()));
+        EXPECT_EQ(FolderOf(engine->LogFile()), PropertyText(database.query<IDispatch>().get(), L""));
+        EXPECT_EQ(engine->LogFile(), PropertyText(store.query<IDispatch>().get(), L""));
         ASSERT_EQ(S_OK, global->Save(bstr(L"dirsGlobal").get(), store.get()));
         ASSERT_EQ(S_OK, local->Save(bstr(L"dirsLocal").get(), ServiceOf<ISetupLog>(*engine).get()));
         EXPECT_EQ(E_INVALIDARG, local->Save(bstr(L"x").get(), nullptr));

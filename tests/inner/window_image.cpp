@@ -5,6 +5,7 @@
 #include "../../scriptdata/late_fallbacks.h"
 #include "../support/bitmap_writer.h"
 #include "../support/dialog_driver.h"
+#include "../support/handle_counts.h"
 #include "../support/replaced.h"
 #include "../support/screenshot.h"
 #include "../support/sheet.h"
@@ -126,6 +127,10 @@ TEST_F(WindowImage, PaintsThePictureOverItsBackground)
         image.SetOptions(option_center);
         EXPECT_EQ(Pixel(2, 5), RGB(1, 2, 3));
         EXPECT_EQ(Pixel(18, 5), RGB(0x12, 0x34, 0x56));
+        const int handles = GdiObjects();
+        for (int i = 0; i < 20; ++i)
+            RedrawWindow(image.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+        EXPECT_EQ(GdiObjects(), handles);
         image.SetVisible(false);
         EXPECT_FALSE(IsWindowVisible(image.window()));
     }

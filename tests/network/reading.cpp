@@ -81,10 +81,14 @@ TEST(Reading, FailsAgainAfterItHasGivenUp)
     EXPECT_EQ(dropped.count, 201000u);
     EXPECT_TRUE(IsContent(dropped.bytes.data(), dropped.count, 99000));
 
-    Reader homeless(L"http:///file.bin");
-    EXPECT_FALSE(homeless.Read(100));
-    EXPECT_EQ(homeless.error, static_cast<DWORD>(ERROR_INTERNET_INVALID_URL));
-    EXPECT_EQ(homeless.patience.errors, (std::vector<DWORD>{ERROR_INTERNET_INVALID_URL}));
+    const Table<const wchar_t*, DWORD> wrong = {{L"http:///file.bin", ERROR_INTERNET_INVALID_URL},
+                                                {L"gopherx://127.0.0.1/file.bin", ERROR_INTERNET_UNRECOGNIZED_SCHEME}};
+    for (const auto& [url, error] : wrong) {
+        Reader reader(url);
+        EXPECT_FALSE(reader.Read(100));
+        EXPECT_EQ(reader.error, error) << url;
+        EXPECT_EQ(reader.patience.errors, std::vector<DWORD>{error}) << url;
+    }
 }
 
 // The place for the next bytes moves by all that has come, not by what came last: after a second failure a gap stays

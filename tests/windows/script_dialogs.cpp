@@ -558,6 +558,8 @@ TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
         EXPECT_EQ(SendMessageW(dialog.Control(id + 1), BM_GETCHECK, 0, 0), second) << name;
         EXPECT_FALSE(IsWindowVisible(dialog.window()));
     }
+    const int windows = Windows();
+    EXPECT_GIVES(_EnableStatus(silent, 4), 0, Windows(), windows);
 }
 
 HWND g_hooked = nullptr;

@@ -112,8 +112,11 @@ TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
     EXPECT_EQ(Count(main, {20, 30, 28, 36}, red), 47);
     EXPECT_EQ(PixelOf(main, 20, 35), background) << "left out";
 
-    // Over the whole window; the resource is blue, and the newer one lies above.
-    const std::wstring resource = StandardTexts() + L";501";
+    // Over the whole window; the resource is blue, and the newer one lies above. A library is read as data: one
+    // whose code can't run, since it begins in the header, does as well.
+    std::string library = engine::ReadWhole(StandardTexts(), 10'000'000);
+    library.replace(static_cast<uint8_t>(library[0x3C]) + 40u, 4, std::string("\2\0\0\0", 4));
+    const std::wstring resource = Picture(L"other.dll", library) + L";501";
     for (const int32_t flags : {64, 16}) {
         ASSERT_EQ(Place(resource, flags, 0, 0, 2), 0);
         for (const auto& [x, y] : {std::pair(0L, 0L), {25, 33}, {width - 1, height - 1}})
