@@ -61,6 +61,8 @@ set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine engine/product engine/transfer engine/services engine/windows)
+# Access lists are set as the library sets them.
+list(APPEND engine_sources system/secure_object.cpp scriptdata/stringx.cpp scriptdata/format.cpp)
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers
@@ -118,7 +120,11 @@ vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:v
 add_executable(vhrt_test_agent WIN32 tests/agent/agent.cpp)
 target_link_options(vhrt_test_agent PRIVATE -municode)
 target_link_libraries(vhrt_test_agent PRIVATE vhrt_options)
-add_dependencies(vhrt_export_tests vhrt_test_agent)
+# Stands in for the driver library.
+add_library(vhtest_difxapi MODULE tests/drivers/difxapi.cpp)
+set_target_properties(vhtest_difxapi PROPERTIES PREFIX "")
+target_link_libraries(vhtest_difxapi PRIVATE vhrt_options)
+add_dependencies(vhrt_export_tests vhrt_test_agent vhtest_difxapi)
 add_dependencies(vhrt_export_tests vhtexts_standard vhtexts_user)
 vhrt_test_program(vhrt_inner_tests tests/inner vhrt_objects shell32 comctl32)
 add_dependencies(vhrt_inner_tests vhtexts_standard)

@@ -1,4 +1,6 @@
-// Exported functions of printing: nothing prints yet.
+// Exported functions of printing.
 #include "vhrt/printing.h"
 
-int32_t _PrintFile(HWND, const wchar_t*) { return -1; }
+#include "../system/print_runtime.h"
+
+int32_t _PrintFile(HWND window, const wchar_t* path) { return vh::PrintFile(window, path) ? 0 : -1; }

@@ -87,6 +87,7 @@ namespace vh {
 
 StatusBlock& StatusOf(ObjectContext& context) { return context.status; }
 bool IsSuite(const ObjectContext& context) { return context.suite; }
+ISetupHost* HostOf(const ObjectContext& context) { return context.host.get(); }
 
 } // namespace vh
 

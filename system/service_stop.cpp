@@ -5,7 +5,7 @@
 
 #include "../diagnostics/trace.h"
 #include "../scriptdata/unique.h"
-#include "late_services.h"
+#include "late_advapi32.h"
 
 namespace vh {
 

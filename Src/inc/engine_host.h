@@ -58,6 +58,13 @@ struct ISetupRebootPhase : IUnknown {
     VH_SLOT(3) Rebooted() = 0;
 };
 
+// Takes what happens inside a call, by name.
+struct ISetupScriptEvents : vh::unnamed_slots<IUnknown, 3, 16> {
+    static constexpr GUID iid = vh::Guid("{A77EC47C-3C10-4889-ACBF-75A8B66A4A9A}");
+    VH_SLOTS_FROM(17);
+    VH_SLOT(17) Raise(BSTR name, VARIANT first, VARIANT second, VARIANT third) = 0;
+};
+
 // Also offered by single objects of ISetupObjects.
 struct ISetupWizard : IUnknown {
     static constexpr GUID iid = vh::Guid("{D533B2DF-B7DE-4FDC-8200-AAB7DCA43890}");

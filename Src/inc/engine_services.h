@@ -12,6 +12,7 @@ namespace vh {
 // The two text-substitution stores share one interface and differ by service identifier.
 inline constexpr GUID local_text_service = Guid("{B9F4B7C2-6D8E-4251-A47B-1D024D6CEAC9}");
 inline constexpr GUID global_text_service = Guid("{2942A10A-ADA0-42A6-8597-DACA9AB0033A}");
+inline constexpr GUID driver_helper_service = Guid("{EFB7539B-24F3-46B6-AF6E-3B021B51EFEF}");
 
 } // namespace vh
 
@@ -117,6 +118,37 @@ struct ISetupFileRegistrar : IUnknown {
 
 struct ISetupMsiStringTable : IUnknown {
     static constexpr GUID iid = vh::Guid("{908731D8-0A67-4E0C-900F-05261B04E115}");
+};
+
+// Lines for the script's author about what a call did.
+struct ISetupScriptLog : IUnknown {
+    static constexpr GUID iid = vh::Guid("{3B0E7C52-6A4D-4E0B-9C7A-5D1F2E8A9B46}");
+    VH_SLOTS_FROM(3);
+    VH_SLOT(3) WriteLine(BSTR line) = 0;
+};
+
+// Sets access lists for a process that does not see the 64-bit registry. Arguments as for _SetObjectPermissions, with
+// the system's object type in the place of the kind; *result is what that call would give.
+struct ISetupPermissionHelper : IUnknown {
+    static constexpr GUID iid = vh::Guid("{A2D5B1F4-0C39-4D7E-8F16-7B9E3C5A4D20}");
+    VH_SLOTS_FROM(3);
+    VH_SLOT(3)
+    SetObjectPermissions(BSTR object, BSTR domain, BSTR account, long objectType, long access, long flags,
+                         long* result) = 0;
+};
+
+// Driver packages for a 32-bit process on a 64-bit system; asked for under driver_helper_service. `service` is the
+// path of the driver library; the results are that library's codes.
+struct ISetupDriverHelper : vh::unnamed_slots<IUnknown, 3, 14> {
+    static constexpr GUID iid = vh::Guid("{101A9FA5-98CB-4AC3-B67C-3DC040C45996}");
+    VH_SLOTS_FROM(15);
+    VH_SLOT(15) SetInfo(BSTR applicationId, BSTR displayName, BSTR productName, BSTR manufacturerName) = 0;
+    VH_SLOT(16) Preinstall(BSTR service, BSTR package, long flags) = 0;
+    // hasInfo: 65535 when SetInfo has told who installs.
+    VH_SLOT(17) Install(BSTR service, BSTR package, long flags, unsigned short hasInfo, short* reboot) = 0;
+    VH_SLOT(18) Uninstall(BSTR service, BSTR package, long flags, unsigned short hasInfo, short* reboot) = 0;
+    // Without a buffer the length alone, in units with the terminator.
+    VH_SLOT(19) GetPath(BSTR service, BSTR package, long* length, BSTR buffer) = 0;
 };
 
 // The two numbers that the status display takes for a copy job.

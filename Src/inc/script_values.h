@@ -51,3 +51,12 @@ typedef struct VHRTMediaInfo {
     int32_t truths[5];
 } VHRTMediaInfo;
 VHRT_RECORD_SIZE(VHRTMediaInfo, 8800);
+
+/* Who installs a driver package; the layout is the driver library's own. A null record is allowed. */
+typedef struct INSTALLERINFO {
+    const wchar_t* applicationId;
+    const wchar_t* displayName;
+    const wchar_t* productName;
+    const wchar_t* manufacturerName;
+} INSTALLERINFO;
+VHRT_RECORD_SIZE(INSTALLERINFO, 32);

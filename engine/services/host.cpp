@@ -21,6 +21,21 @@ HRESULT HostObject::GetObjects(ISetupObjects** objects)
         [&] { return GiveObject(objects, make_object<ObjectsObject>(shared_core())); });
 }
 
+HRESULT HostObject::Raise(BSTR name, VARIANT first, VARIANT second, VARIANT third)
+{
+    return Call("ISetupScriptEvents.Raise", name)([&] {
+        std::wstring line = TextOf(name) + L"(";
+        for (VARIANT* value : {&first, &second, &third}) {
+            variant text;
+            if (FAILED(VariantChangeType(text.put(), value, 0, VT_BSTR)))
+                return E_INVALIDARG;
+            line += (value == &first ? L"" : L", ") + std::wstring(text.text());
+        }
+        core().Note({}, line + L")");
+        return S_OK;
+    });
+}
+
 HRESULT HostObject::ShowPages(long count, long* result)
 {
     return Call("ISetupWizard.ShowPages", count)([&] { return Give(result, count); });

@@ -7,7 +7,8 @@ namespace vh::engine {
 
 class HostObject final
     : public engine_object<HostObject, ISetupHost, ISetupFeatureHost, ISetupFeatureCosts, ISetupFeatureModes,
-                           ISetupUninstallPhases, ISetupProgramPhases, ISetupRebootPhase, ISetupWizard, IDispatch> {
+                           ISetupUninstallPhases, ISetupProgramPhases, ISetupRebootPhase, ISetupScriptEvents, ISetupWizard,
+                           IDispatch> {
 public:
     using engine_object::engine_object;
 
@@ -22,6 +23,8 @@ public:
     HRESULT STDMETHODCALLTYPE Preprogram() override { return Phase("ISetupProgramPhases.Preprogram"); }
     HRESULT STDMETHODCALLTYPE Postprogram() override { return Phase("ISetupProgramPhases.Postprogram"); }
     HRESULT STDMETHODCALLTYPE Rebooted() override { return Phase("ISetupRebootPhase.Rebooted"); }
+    // A note of the name and the three values.
+    HRESULT STDMETHODCALLTYPE Raise(BSTR name, VARIANT first, VARIANT second, VARIANT third) override;
     // The engine has no pages: the count comes back.
     HRESULT STDMETHODCALLTYPE ShowPages(long count, long* result) override;
 

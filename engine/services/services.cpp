@@ -69,6 +69,8 @@ const Service services[] = {
     Plain<ISetupFileRegistrar, FileRegistrar>(),
     Plain<ISetupMsiStringTable, MsiStringTable>(),
     Plain<ISetupFileOps, FileOperations>(),
+    Plain<ISetupScriptLog, ScriptLog>(),
+    Plain<ISetupPermissionHelper, PermissionHelper>(),
 };
 
 struct ServiceName {

@@ -1,5 +1,6 @@
 #include "small_services.h"
 
+#include "../../system/secure_object.h"
 #include "../windows/window_object.h"
 #include "reboot_texts.h"
 
@@ -52,6 +53,38 @@ HRESULT ResourcesObject::Free(HMODULE module, long* result)
     return Call("ISetupResources.Free")([&] {
         unique_module closed(module);
         return result ? Give(result, 1) : S_OK;
+    });
+}
+
+HRESULT ScriptLog::WriteLine(BSTR line)
+{
+    return Call("ISetupScriptLog.WriteLine", line)([&] {
+        core().Note({}, TextOf(line));
+        return S_OK;
+    });
+}
+
+namespace {
+
+class NotedSecureObject final : public CVHSecureObject {
+public:
+    explicit NotedSecureObject(Core& core) : m_core(core) {}
+    void Log(const wchar_t* line) override { m_core.Note({}, line); }
+    HRESULT GetHelper(com_ptr<ISetupPermissionHelper>&) override { return E_NOINTERFACE; }
+
+private:
+    Core& m_core;
+};
+
+} // namespace
+
+HRESULT PermissionHelper::SetObjectPermissions(BSTR object, BSTR domain, BSTR account, long objectType, long access,
+                                               long flags, long* result)
+{
+    return Call("ISetupPermissionHelper.SetObjectPermissions", object, domain, account, objectType, access, flags)([&] {
+        PermissionItem item(object, PermissionItem::key, domain, account, static_cast<uint32_t>(access), flags);
+        item.platformKind = objectType;
+        return Give(result, static_cast<long>(NotedSecureObject(core()).SetLocally(item)));
     });
 }
 

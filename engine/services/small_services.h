@@ -28,6 +28,21 @@ public:
     HRESULT STDMETHODCALLTYPE Free(HMODULE module, long* result) override;
 };
 
+// Lines go to the engine's messages, as notes.
+class ScriptLog final : public engine_object<ScriptLog, ISetupScriptLog> {
+public:
+    using engine_object::engine_object;
+    HRESULT STDMETHODCALLTYPE WriteLine(BSTR line) override;
+};
+
+// This process sees the 64-bit registry itself.
+class PermissionHelper final : public engine_object<PermissionHelper, ISetupPermissionHelper> {
+public:
+    using engine_object::engine_object;
+    HRESULT STDMETHODCALLTYPE SetObjectPermissions(BSTR object, BSTR domain, BSTR account, long objectType, long access,
+                                                   long flags, long* result) override;
+};
+
 class UserObject final : public engine_object<UserObject, ISetupUser> {
 public:
     using engine_object::engine_object;

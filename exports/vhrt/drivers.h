@@ -6,15 +6,6 @@
 
 #include "types.h"
 
-/* Who installs; the layout is the driver library's own. A null record is allowed. */
-typedef struct INSTALLERINFO {
-    const wchar_t* applicationId;
-    const wchar_t* displayName;
-    const wchar_t* productName;
-    const wchar_t* manufacturerName;
-} INSTALLERINFO;
-VHRT_RECORD_SIZE(INSTALLERINFO, 32);
-
 VHRT_FUNCTION(int32_t) _DIFxDriverPackagePreinstall(ObjectContext* context, const wchar_t* package, int32_t flags);
 
 /* *reboot becomes 1 when the system has to be restarted. */

@@ -1,6 +1,6 @@
 // Stopping services, on a service manager of the test's own.
 #include "../../system/service_stop.h"
-#include "../../system/late_services.h"
+#include "../../system/late_advapi32.h"
 #include "../support/replaced.h"
 
 namespace {
