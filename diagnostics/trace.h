@@ -54,6 +54,14 @@ public:
         return code;
     }
 
+    // With a word of the caller's in the first place.
+    template <class... Fields>
+    void EndAs(const wchar_t* word, const wchar_t* format, Fields... fields) const
+    {
+        if (trace_enabled)
+            VHTracingInternal_TraceEx(L"VHFuncEnd", m_name, format, word, Shown(fields)...);
+    }
+
 private:
     static const wchar_t* Shown(const wchar_t* text) { return text ? text : L""; }
     template <class Number>

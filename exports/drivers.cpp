@@ -14,9 +14,8 @@ int32_t _DIFxDriverPackagePreinstall(ObjectContext* context, const wchar_t* pack
 int32_t _DIFxDriverPackageInstall(ObjectContext* context, const wchar_t* package, int32_t flags,
                                   const INSTALLERINFO* installer, int32_t* reboot)
 {
-    return Framed(context, [&](ObjectContext& found) {
-        return found.driverPackages.Install(package, flags, installer, reboot);
-    });
+    return Framed(
+        context, [&](ObjectContext& found) { return found.driverPackages.Install(package, flags, installer, reboot); });
 }
 
 int32_t _DIFxDriverPackageUninstall(ObjectContext* context, const wchar_t* package, int32_t flags,

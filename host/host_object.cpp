@@ -112,6 +112,13 @@ HRESULT HostObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DIS
     return S_OK;
 }
 
+// What a script called; only failures ask.
+std::wstring HostObject::NameOf(DISPID id) const
+{
+    const auto found = std::ranges::find(m_names, id, [](const auto& entry) { return entry.second; });
+    return found == m_names.end() ? L"" : std::wstring(found->first);
+}
+
 HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                            EXCEPINFO* exception, UINT*)
 {
@@ -133,7 +140,9 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
             value.detach(result);
         return S_OK;
     } catch (const vh::com_exception& error) {
-        Explain(exception, error.code(), SystemText(static_cast<uint32_t>(error.code())));
+        Explain(exception, error.code(), NameOf(id) + L": " + SystemText(static_cast<uint32_t>(error.code())));
+    } catch (const vh::win32_exception& error) {
+        Explain(exception, HRESULT_FROM_WIN32(error.code()), NameOf(id) + L": " + SystemText(error.code()));
     } catch (const std::exception& error) {
         Explain(exception, E_INVALIDARG, Wide(error.what()));
     }

@@ -49,6 +49,7 @@ private:
     };
 
     vh::variant CallFunction(Function& function, std::span<const VARIANT> arguments);
+    std::wstring NameOf(DISPID id) const;
     vh::variant CallService(DISPID id, std::span<const VARIANT> arguments) const;
 
     const Library& m_library;

@@ -31,6 +31,7 @@ struct CommandLine {
     std::vector<std::string> variables;
     int language = 0;
     bool silent = false;
+    bool notes = false;
     bool main_window = false;
     bool uninstall = false;
     bool show_log = false;
@@ -44,6 +45,7 @@ void Declare(CLI::App& app, CommandLine& line)
     app.footer(footer);
     app.add_option("FOLDER", line.folder, "The setup folder")->required()->check(host::not_empty);
     app.add_flag("--silent", line.silent, "Ask nothing, show no progress");
+    app.add_flag("--notes", line.notes, "Show what the engine notes, such as the steps of access rights");
     app.add_flag("--main-window", line.main_window, "Show the setup before a window of its own");
     app.add_option("--target", line.target, "Install to this folder")->type_name("DIR")->check(host::not_empty);
     app.add_option("--trace", line.trace, "Write the library's trace to this file")
@@ -85,6 +87,7 @@ host::RunOptions OptionsOf(const CommandLine& line)
     }
     options.language = line.language;
     options.silent = line.silent;
+    options.notes = line.notes;
     options.main_window = line.main_window;
     options.show_log = line.show_log;
     options.verify = line.verify;

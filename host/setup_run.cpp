@@ -55,7 +55,7 @@ void ShowMessage(const vh::engine::Message& message)
 {
     using vh::engine::Severity;
     if (message.severity == Severity::note)
-        return;
+        return Say(L"note: " + message.Text());
     Complain((message.severity == Severity::error ? L"error: " : L"warning: ") + message.Text());
 }
 
@@ -71,7 +71,10 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.windows = options.main_window ? vh::engine::Windows::all : vh::engine::Windows::dialogs;
     engine.commandLine = GetCommandLineW();
     engine.variables.assign(options.variables.begin(), options.variables.end());
-    engine.onMessage = ShowMessage;
+    engine.onMessage = [notes = options.notes](const vh::engine::Message& message) {
+        if (notes || message.severity != vh::engine::Severity::note)
+            ShowMessage(message);
+    };
     if (options.silent)
         engine.onProgress = [](const vh::engine::Progress&) { return !cancelled; };
     else

@@ -24,6 +24,8 @@ struct RunOptions {
     std::map<std::wstring, std::wstring> variables;
     int language = 0;
     bool silent = false;
+    // Shows the engine's notes.
+    bool notes = false;
     // A main window stands behind the dialogs.
     bool main_window = false;
     // Show at the end what is recorded for removal.

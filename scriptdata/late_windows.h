@@ -111,6 +111,8 @@ inline constinit late_function<decltype(CoGetInterfaceAndReleaseStream)>
 inline constinit late_function<decltype(CoLoadLibrary)> co_load_library(ole32, "CoLoadLibrary");
 inline constinit late_function<decltype(CoCreateInstance)> co_create_instance(ole32, "CoCreateInstance");
 inline constinit late_function<decltype(CoCreateGuid)> co_create_guid(ole32, "CoCreateGuid");
+inline constinit late_function<decltype(CoGetObject)> co_get_object(ole32, "CoGetObject");
+inline constinit late_function<decltype(CLSIDFromProgID)> class_from_prog_id(ole32, "CLSIDFromProgID");
 inline constinit late_function<decltype(CoTaskMemFree)> co_task_mem_free(ole32, "CoTaskMemFree");
 inline constinit late_function<decltype(StringFromGUID2)> string_from_guid(ole32, "StringFromGUID2");
 inline constinit late_function<decltype(CreateItemMoniker)> create_item_moniker(ole32, "CreateItemMoniker");

@@ -37,8 +37,8 @@ try {
     const unique_module library(LoadLibraryW(m_library.c_str()));
     if (!library)
         return no_library;
-    m_set_log = reinterpret_cast<set_log>(
-        reinterpret_cast<void*>(GetProcAddress(library.get(), "DIFXAPISetLogCallbackW")));
+    m_set_log =
+        reinterpret_cast<set_log>(reinterpret_cast<void*>(GetProcAddress(library.get(), "DIFXAPISetLogCallbackW")));
     if (m_set_log)
         m_set_log(&OnLog, this);
     const auto function = reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library.get(), name)));
@@ -104,7 +104,7 @@ int32_t DriverPackages::GetPath(const wchar_t* package, wchar_t* buffer, uint32_
 {
     if (!IsWow64())
         return CallLibrary<DWORD(WINAPI*)(const wchar_t*, wchar_t*, uint32_t*)>("DriverPackageGetPathW", package,
-                                                                               buffer, size);
+                                                                                buffer, size);
     return CallHelper([&](ISetupDriverHelper& helper, const bstr& service) -> int32_t {
         const bstr name(package);
         long length = 0;

@@ -92,8 +92,9 @@ DWORD InheritanceOf(const PermissionItem& item)
 {
     if (item.flags & flag_limit)
         return NO_PROPAGATE_INHERIT_ACE;
-    return item.objectKind == PermissionItem::folder || item.objectKind == PermissionItem::key ? DWORD{SUB_CONTAINERS_AND_OBJECTS_INHERIT}
-                                                               : DWORD{NO_INHERITANCE};
+    return item.objectKind == PermissionItem::folder || item.objectKind == PermissionItem::key
+               ? DWORD{SUB_CONTAINERS_AND_OBJECTS_INHERIT}
+               : DWORD{NO_INHERITANCE};
 }
 
 } // namespace
@@ -120,7 +121,8 @@ void CVHSecureObject::LogFormatted(const wchar_t* format, ...)
 
 int32_t CVHSecureObject::SetPermissions(const PermissionItem& item)
 {
-    return item.objectKind == PermissionItem::key && (item.flags & flags_of_helper) ? SetThroughHelper(item) : SetLocally(item);
+    return item.objectKind == PermissionItem::key && (item.flags & flags_of_helper) ? SetThroughHelper(item)
+                                                                                    : SetLocally(item);
 }
 
 int32_t CVHSecureObject::SetThroughHelper(const PermissionItem& item)

@@ -31,8 +31,8 @@ struct PermissionItem {
     int32_t flags = 0;
 
     // With the system's type set by the script's kind.
-    PermissionItem(const wchar_t* object_name, int32_t kind_of_it, const wchar_t* domain_name, const wchar_t* account_name,
-                   uint32_t mask, int32_t item_flags);
+    PermissionItem(const wchar_t* object_name, int32_t kind_of_it, const wchar_t* domain_name,
+                   const wchar_t* account_name, uint32_t mask, int32_t item_flags);
 };
 
 // A function that the system lacks answers 0. The order of the virtual functions is fixed.

@@ -42,18 +42,18 @@ bool StartAndWait(const wchar_t* program, const stringx& object_class, const str
     return true;
 }
 
-HRESULT FindRunning(const stringx& instance, IUnknown** object)
+} // namespace
+
+HRESULT FindRunningObject(REFGUID id, IUnknown** object)
 {
     com_ptr<IMoniker> name;
-    HRESULT code = late::create_item_moniker(L"!", instance.c_str(), name.put());
+    HRESULT code = late::create_item_moniker(L"!", Text(id).c_str(), name.put());
     if (FAILED(code))
         return code;
     com_ptr<IRunningObjectTable> table;
     code = late::get_running_object_table(0, table.put());
     return FAILED(code) ? code : table->GetObject(name.get(), object);
 }
-
-} // namespace
 
 HRESULT CoCreate(HMODULE beside, const wchar_t* library, REFCLSID object_class, REFIID id, void** object)
 {
@@ -83,13 +83,12 @@ HRESULT CoCreateByProgram(const wchar_t* program, REFCLSID object_class, const G
             return code;
         instance = &made;
     }
-    const stringx name = Text(*instance);
-    if (!StartAndWait(program, Text(object_class), name))
+    if (!StartAndWait(program, Text(object_class), Text(*instance)))
         return HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
     com_ptr<IUnknown> running;
     HRESULT code = E_FAIL;
     for (int attempt = 0; attempt < most_attempts; ++attempt) {
-        code = FindRunning(name, running.put());
+        code = FindRunningObject(*instance, running.put());
         if (SUCCEEDED(code))
             return running->QueryInterface(id, object);
         Sleep(pause);

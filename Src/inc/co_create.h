@@ -12,6 +12,9 @@ namespace vh {
 // to a debugger under the name "CoCreate".
 HRESULT CoCreate(HMODULE beside, const wchar_t* library, REFCLSID object_class, REFIID id, void** object);
 
+// The object that runs under "!{identifier}"; nothing is started.
+HRESULT FindRunningObject(REFGUID id, IUnknown** object);
+
 // From a program: starts it with the class and an instance identifier, and takes the object that it then
 // registers under "!instance" in the running object table. Waits 30 s at most. A null instance makes a new one;
 // a program that can't be started gives 0x80070002.

@@ -5,10 +5,9 @@
 
 namespace vh::engine {
 
-class HostObject final
-    : public engine_object<HostObject, ISetupHost, ISetupFeatureHost, ISetupFeatureCosts, ISetupFeatureModes,
-                           ISetupUninstallPhases, ISetupProgramPhases, ISetupRebootPhase, ISetupScriptEvents, ISetupWizard,
-                           IDispatch> {
+class HostObject final : public engine_object<HostObject, ISetupHost, ISetupFeatureHost, ISetupFeatureCosts,
+                                              ISetupFeatureModes, ISetupUninstallPhases, ISetupProgramPhases,
+                                              ISetupRebootPhase, ISetupScriptEvents, ISetupWizard, IDispatch> {
 public:
     using engine_object::engine_object;
 

@@ -37,8 +37,8 @@ DWORD Change(const wchar_t* what, const wchar_t* package, DWORD flags, const INS
 
 extern "C" {
 
-__declspec(dllexport) void WINAPI DIFXAPISetLogCallbackW(void(WINAPI* log)(int, DWORD, const wchar_t*, void*),
-                                                         void* context)
+__declspec(dllexport) void WINAPI
+    DIFXAPISetLogCallbackW(void(WINAPI* log)(int, DWORD, const wchar_t*, void*), void* context)
 {
     g_log = log;
     g_context = context;
@@ -47,8 +47,8 @@ __declspec(dllexport) DWORD WINAPI DriverPackagePreinstallW(const wchar_t* packa
 {
     return Tell(L"preinstall", package, flags);
 }
-__declspec(dllexport) DWORD WINAPI DriverPackageInstallW(const wchar_t* package, DWORD flags, const INSTALLERINFO* by,
-                                                         BOOL* reboot)
+__declspec(dllexport) DWORD WINAPI
+    DriverPackageInstallW(const wchar_t* package, DWORD flags, const INSTALLERINFO* by, BOOL* reboot)
 {
     return Change(L"install", package, flags, by, reboot);
 }

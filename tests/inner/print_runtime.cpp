@@ -88,11 +88,12 @@ TEST_F(Printing, TakesThePrinterOfTheDialogAndTheShellsVerb)
     }
     CPrintRuntime known(nullptr);
     EXPECT_TRUE(known.GetShellExecuteReturnValue(ERROR_FILE_NOT_FOUND));
-    EXPECT_EQ(std::wstring(known.GetErrorStream()), L"ShellExecute returned: " + [] {
-        wchar_t text[512] = L"";
-        FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, ERROR_FILE_NOT_FOUND, 0, text, 512, nullptr);
-        return std::wstring(text, wcscspn(text, L"\r\n"));
-    }());
+    EXPECT_EQ(
+        std::wstring(known.GetErrorStream()), L"ShellExecute returned: " + [] {
+            wchar_t text[512] = L"";
+            FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, ERROR_FILE_NOT_FOUND, 0, text, 512, nullptr);
+            return std::wstring(text, wcscspn(text, L"\r\n"));
+        }());
 }
 
 TEST_F(Printing, TakesAwayWhatIsPrintedUnlessItIsToStay)
@@ -153,8 +154,8 @@ TEST_F(Printing, OfTextGoesThroughATemporaryFile)
          }),
          L"GetTempFileName Failed.  The file was to be created in '" + path.substr(0, path.size() - 8) + L".'"},
         {"CreateFileW",
-         reinterpret_cast<void*>(+[](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD,
-                                     HANDLE) WINAPI -> HANDLE { return INVALID_HANDLE_VALUE; }),
+         reinterpret_cast<void*>(+[](const wchar_t*, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE)
+                                      WINAPI -> HANDLE { return INVALID_HANDLE_VALUE; }),
          L"Invalid handle to file " + path + L"."},
         {"WriteFile",
          reinterpret_cast<void*>(+[](HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*) WINAPI -> BOOL { return FALSE; }),
@@ -163,8 +164,8 @@ TEST_F(Printing, OfTextGoesThroughATemporaryFile)
         const ImportPatch patch(GetModuleHandleW(nullptr), function, replacement);
         CPrintRuntime failing(nullptr);
         EXPECT_FALSE(failing.PrintStream("a text", L"rtf")) << function;
-        EXPECT_EQ(failing.GetErrorStream(), error + L"; This error occurred while processing the file '" +
-                                                failing.Path() + L"'.");
+        EXPECT_EQ(failing.GetErrorStream(),
+                  error + L"; This error occurred while processing the file '" + failing.Path() + L"'.");
         EXPECT_EQ(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
     }
 }

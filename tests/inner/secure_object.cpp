@@ -89,8 +89,8 @@ protected:
 
 TEST_F(SecureObject, PutsOneEntryInByKindFlagsAndAccount)
 {
-    const std::wstring around[] = {L"read C:\\x 1 4|", L"write C:\\x 1 4", L"read C:\\x 4 4|", L"write C:\\x 4 4",
-                                   L"read C:\\x 0 4|", L"write C:\\x 0 4"};
+    const std::wstring around[] = {L"read C:\\x 1 4|", L"write C:\\x 1 4", L"read C:\\x 4 4|",
+                                   L"write C:\\x 4 4", L"read C:\\x 0 4|", L"write C:\\x 0 4"};
     const Table<int32_t, int32_t, const wchar_t*, const wchar_t*> cases = {
         {0, 0, L"Everyone", L"S-1-1-0 2 0 7|"},
         {0, 1, L"everyone", L"S-1-1-0 3 0 7|"},

@@ -32,4 +32,20 @@ ListDestroy(list);
 Check("its size", ComponentGetItemSize("OWN", "one").size >= 100, true);
 Check("no item for the product", ComponentAddItem("DATA", "one", 1, 1), -2147159938);
 Check("not built", DoInstall(), -2147467263);
+
+Check("rights of a file", SetObjectPermissions(root + "\\readme.txt", 0, "", "Everyone", 0x1200A9, 0), 0);
+Check("nobody's", SetObjectPermissions(root + "\\readme.txt", 0, "", "Nobody At All", 1, 0), 1332);
+var made = CreateObject("Scripting.Dictionary");
+made.object.Add("key", "value");
+Check("an object by its name", made.result + made.object.Item("key"), "0value");
+Check("none runs", CoGetObject("", "Scripting.Dictionary").result, -2147221021);
+var raised = "";
+try {
+    DotNetCoCreateObject("No.Assembly", "No.Class", "");
+} catch (error) {
+    raised = error.message;
+}
+Check("no managed code", raised.indexOf("DotNetCoCreateObject") >= 0, true);
+Check("no driver library", DIFxDriverPackagePreinstall("p.inf", 0), -2147312566);
+Check("no such service", ServiceStopDependentServices("no such service"), 0);
 Done();
