@@ -240,7 +240,7 @@ int wmain(int count, wchar_t** words)
     try {
         return line.run();
     } catch (const std::exception& error) {
-        host::Complain(L"error: " + host::Wide(error.what()));
+        host::Complain(host::Wide(error.what()));
         return tools::exit_file;
     }
 }

@@ -299,8 +299,6 @@ function Install() {
     }
 }
 
-// From now on the library knows whether the run is silent.
-GetCmdLineOptions();
 ChooseAtStart();
 if (!Silent && !RunWizard(pages, Cancel))
     CancelSetup();

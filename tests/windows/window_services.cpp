@@ -237,6 +237,8 @@ TEST_F(StatusWindows, StandOnTheStackOfDialogs)
         return std::wstring(name);
     };
     EXPECT_EQ(_CmdGetHwndDlg(session, L"ProgressDlg"), 0);
+    EXPECT_EQ(_EnableStatus(session, 99), -1);
+    EXPECT_EQ(current(), L"~") << "no window, no name";
     const HWND status = Open();
     EXPECT_EQ(current(), L"ProgressDlg");
     EXPECT_EQ(_CtrlGetParentWindowHelper(session), reinterpret_cast<int64_t>(status));
