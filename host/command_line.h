@@ -33,7 +33,11 @@ inline std::wstring UsageOf(const CLI::App& app)
         meant = meant->get_subcommands().front();
         name += " " + meant->get_name();
     }
-    return WithoutLineEnds(CLI::Formatter().make_usage(meant, name)) + L"\n" + Wide(name) + L" --help says more.";
+    std::string choice;
+    for (const CLI::App* each : meant->get_subcommands([](const CLI::App*) { return true; }))
+        choice += (choice.empty() ? "SUBCOMMAND is one of: " : ", ") + each->get_name();
+    return WithoutLineEnds(CLI::Formatter().make_usage(meant, name)) + L"\n" + Wide(choice) +
+           (choice.empty() ? L"" : L"\n") + Wide(name) + L" --help says more.";
 }
 
 // False when only help was asked for. A wrong command line is explained and thrown on as CLI::ParseError.

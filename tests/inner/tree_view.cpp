@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "../../exports/vhrt.h"
+#include "../../views/late_views.h"
 #include "../../views/tree_view.h"
 #include "../support/bare_context.h"
 #include "../support/handle_counts.h"
@@ -125,9 +126,13 @@ TEST_F(TreeViews, FillToADepthAndOnExpansion)
     EXPECT_EQ(_GetSelectedTreeComponent(tree, name, 8), -121);
 }
 
+constinit vh::late_function<decltype(GetWindowTheme)> theme_of(vh::late::uxtheme, "GetWindowTheme");
+
 TEST_F(TreeViews, ToggleByKeyAndClick)
 {
+    const HTHEME theme = theme_of(Tree());
     TreeView* tree = Make(-1);
+    EXPECT_EQ(theme_of(Tree()), theme) << "the control paints itself as before";
     EXPECT_EQ(StateOf(tree), 0);
     PressSpace();
     EXPECT_EQ(StateOf(tree), 2);
