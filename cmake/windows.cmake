@@ -172,8 +172,9 @@ set_tests_properties(versions_of_real_files PROPERTIES TIMEOUT 300)
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
 add_test(NAME script_clean COMMAND ${CMAKE_COMMAND} -E rm -rf ${script_place})
 set_tests_properties(script_clean PROPERTIES FIXTURES_SETUP script_place)
-foreach(script values lists_and_files features actions)
+foreach(script values lists_and_files features actions dialogs)
   add_test(NAME script_${script} COMMAND vhhost ${CMAKE_SOURCE_DIR}/tests/host/setup --silent --var WHO=me
+    --var DIALOGS=$<TARGET_FILE:vhtexts_dialogs>
     --data ${script_place}/${script}/log --target ${script_place}/${script}/target
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/check.js
     --script ${CMAKE_SOURCE_DIR}/tests/host/scripts/${script}.js)

@@ -247,7 +247,7 @@ void CScriptDialog::TellOfFailures()
     wchar_t caption[100] = L"";
     modules.LoadText(format_text, format, static_cast<int>(std::size(format)));
     modules.LoadText(caption_text, caption, static_cast<int>(std::size(caption)));
-    const stringx text = vh::TextWithPath(format, L"WaitOnDialog");
+    const stringx text = vh::TextWithPath(*format ? static_cast<const wchar_t*>(format) : L"%s", L"WaitOnDialog");
     vh::late::message_box(m_manager.scene().MainWindow(), text.c_str(), static_cast<const wchar_t*>(caption),
                           UINT{MB_ICONSTOP});
 }

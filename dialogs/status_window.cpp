@@ -38,6 +38,9 @@ int32_t StatusWindow::Open(int32_t style)
     }
     if (m_scene.statusDialog)
         return 0;
+    // Without a template there is no window, and its name would lie on the dialog below for nothing.
+    if (!TemplateOf(style))
+        return -1;
     if (const HRESULT code = Create(style); FAILED(code))
         return code;
     if (const HRESULT code = m_scene.status.progress->GetWindow(-1, &m_scene.statusDialog); FAILED(code))

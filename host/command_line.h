@@ -1,4 +1,4 @@
-// The command line of our programs: UTF-16 in, help on demand and on mistakes.
+// The command line of our programs: UTF-16 in, help on demand.
 #pragma once
 
 #include <string>
@@ -17,12 +17,27 @@ inline std::wstring PathOf(const std::string& text) { return text.empty() ? std:
 inline const CLI::Validator not_empty([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); },
                                       "");
 
-inline void SayLines(const std::string& text, void (*say)(std::wstring_view))
+inline std::wstring WithoutLineEnds(const std::string& text)
 {
     std::wstring lines = Wide(text);
-    while (!lines.empty() && lines.back() == L'\n')
-        lines.pop_back();
-    say(lines);
+    lines.resize(lines.find_last_not_of(L'\n') + 1);
+    return lines;
+}
+
+// How the command that was meant is written, and where to read more.
+inline std::wstring UsageOf(const CLI::App& app)
+{
+    const CLI::App* meant = &app;
+    std::string name = app.get_name();
+    while (!meant->get_subcommands().empty()) {
+        meant = meant->get_subcommands().front();
+        name += " " + meant->get_name();
+    }
+    std::string choice;
+    for (const CLI::App* each : meant->get_subcommands([](const CLI::App*) { return true; }))
+        choice += (choice.empty() ? "SUBCOMMAND is one of: " : ", ") + each->get_name();
+    return WithoutLineEnds(CLI::Formatter().make_usage(meant, name)) + L"\n" + Wide(choice) +
+           (choice.empty() ? L"" : L"\n") + Wide(name) + L" --help says more.";
 }
 
 // False when only help was asked for. A wrong command line is explained and thrown on as CLI::ParseError.
@@ -36,15 +51,14 @@ inline bool ParseCommandLine(CLI::App& app, int count, wchar_t** words)
         app.parse(arguments);
         return true;
     } catch (const CLI::CallForHelp&) {
-        SayLines(app.help(), Say);
+        Say(WithoutLineEnds(app.help()));
         return false;
     } catch (const CLI::ParseError& error) {
         // The parser looks for what is missing first; a misspelt word says more.
         const std::vector<std::string> unknown = app.remaining(true);
         const bool misspelt = dynamic_cast<const CLI::RequiredError*>(&error) && !unknown.empty();
-        Complain(Wide(app.get_name()) + L": " +
-                 Wide(misspelt ? "The following argument was not expected: " + unknown.front() : error.what()));
-        SayLines(app.help(), Complain);
+        Complain(Wide(misspelt ? "The following argument was not expected: " + unknown.front() : error.what()) + L"\n" +
+                 UsageOf(app));
         throw;
     }
 }

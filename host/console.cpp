@@ -48,7 +48,7 @@ void Line(DWORD stream, std::wstring_view line)
 
 void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
 
-void Complain(std::wstring_view line) { Line(STD_ERROR_HANDLE, line); }
+void Complain(std::wstring_view line) { Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line)); }
 
 bool Status(std::wstring_view line)
 {

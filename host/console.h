@@ -7,7 +7,7 @@ namespace host {
 
 // One line on standard output.
 void Say(std::wstring_view line);
-// One line on standard error.
+// One line on standard error, behind the program's name.
 void Complain(std::wstring_view line);
 // A line that replaces itself on a console; an empty one clears it. Elsewhere it is dropped, and the result is false.
 bool Status(std::wstring_view line);

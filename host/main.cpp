@@ -107,7 +107,7 @@ int wmain(int count, wchar_t** words)
             return host::exit_done;
         options = OptionsOf(line);
     } catch (const std::invalid_argument& error) {
-        host::Complain(L"vhhost: " + host::Wide(error.what()));
+        host::Complain(host::Wide(error.what()));
         return host::exit_usage;
     } catch (const CLI::ParseError&) {
         return host::exit_usage;

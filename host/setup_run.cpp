@@ -56,7 +56,7 @@ void ShowMessage(const vh::engine::Message& message)
     using vh::engine::Severity;
     if (message.severity == Severity::note)
         return Say(L"note: " + message.Text());
-    Complain((message.severity == Severity::error ? L"error: " : L"warning: ") + message.Text());
+    Complain((message.severity == Severity::error ? L"" : L"warning: ") + message.Text());
 }
 
 vh::engine::Options EngineOptions(const RunOptions& options)
@@ -108,6 +108,10 @@ private:
 std::wstring RunScripts(const Library& library, const vh::engine::Engine& engine, const RunOptions& options)
 {
     const Context context(library, engine);
+    // The library learns whether the run is silent when it is asked for the command line.
+    library.Entry<int32_t(void*, void*, void*, void*, void*, void*, void*, void*, void*, void*, void*, void*, int32_t)>(
+        "__GetCmdLineOptions")(context.Site().context, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                               nullptr, nullptr, nullptr, nullptr, 0);
     HostServices services;
     services.setup_folder = options.setup_folder;
     services.target_folder = engine.TargetDir();
@@ -129,7 +133,7 @@ void ShowRemovals(const std::vector<vh::engine::Removal>& removals)
 {
     for (const vh::engine::Removal& removal : removals)
         if (removal.outcome == vh::engine::RemovalOutcome::failed)
-            Complain(L"error: " + removal.what + L": " + removal.reason);
+            Complain(removal.what + L": " + removal.reason);
 }
 
 // Undoes the run. Result: `reason`, unless something could not be undone.
@@ -232,14 +236,14 @@ ExitCode RunIn(const RunOptions& options)
         const Library library = LoadLibraryWithTrace(options.trace_file);
         failure = RunScripts(library, *engine, options);
     } catch (const std::exception& error) {
-        Complain(L"error: " + Wide(error.what()));
+        Complain(Wide(error.what()));
         return TakeBack(*engine, exit_library);
     }
     if (failure.empty() && !cancelled) {
         engine->Commit();
         return ShowOutcome(*engine, options);
     }
-    Complain(L"error: " + (cancelled ? std::wstring(L"stopped by the user") : failure));
+    Complain(cancelled ? L"stopped by the user" : failure);
     return TakeBack(*engine, cancelled ? exit_cancelled : exit_failed);
 }
 
@@ -250,9 +254,9 @@ ExitCode RunSetup(const RunOptions& options)
     try {
         return RunIn(options);
     } catch (const vh::engine::engine_error& error) {
-        Complain(L"error: " + error.message().Text());
+        Complain(error.message().Text());
     } catch (const std::exception& error) {
-        Complain(L"error: " + Wide(error.what()));
+        Complain(Wide(error.what()));
     }
     return exit_setup;
 }
@@ -277,9 +281,9 @@ ExitCode RemoveSetup(const RunOptions& options)
         Say(summary);
         return counts.contains(L"FAILED") ? exit_removal : exit_done;
     } catch (const vh::engine::engine_error& error) {
-        Complain(L"error: " + error.message().Text());
+        Complain(error.message().Text());
     } catch (const std::exception& error) {
-        Complain(L"error: " + Wide(error.what()));
+        Complain(Wide(error.what()));
     }
     return exit_setup;
 }

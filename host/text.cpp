@@ -4,6 +4,17 @@
 
 namespace host {
 
+namespace {
+
+std::wstring ProgramFile()
+{
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+} // namespace
+
 std::string Utf8(std::wstring_view text)
 {
     const int units = static_cast<int>(text.size());
@@ -78,10 +89,16 @@ std::wstring Join(const std::wstring& folder, std::wstring_view name)
 
 std::wstring ProgramFolder()
 {
-    std::wstring path(32768, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    const std::wstring path = ProgramFile();
     const std::size_t slash = path.find_last_of(L'\\');
     return slash == std::wstring::npos ? std::wstring(L".") : path.substr(0, slash);
+}
+
+std::wstring ProgramName()
+{
+    const std::wstring path = ProgramFile();
+    const std::wstring name = path.substr(path.find_last_of(L'\\') + 1);
+    return name.substr(0, name.find_last_of(L'.'));
 }
 
 } // namespace host

@@ -23,5 +23,7 @@ std::wstring FullPath(const std::wstring& path);
 std::wstring Join(const std::wstring& folder, std::wstring_view name);
 // The folder of this program, without a backslash at its end.
 std::wstring ProgramFolder();
+// "vhhost", for example.
+std::wstring ProgramName();
 
 } // namespace host

@@ -147,6 +147,8 @@ void DeclarePicture(CLI::App& app, CommandLine& line)
     for (CLI::App* command : {draw, info}) {
         command->add_option("FILE", line.file, "GIF, BMP, WMF, or what GDI+ reads")->required();
         command->add_option("--frame", line.drawing.frame, "Which image of the file, from 0")->type_name("NUMBER");
+        command->footer("Results: 0 read, 5 ends too early, 13 damaged or no picture, 14 larger than the memory,\n"
+                        "18 no such frame.");
     }
     draw->add_option("OUT", line.output, "The .bmp or .png file to write")
         ->required()
@@ -156,7 +158,10 @@ void DeclarePicture(CLI::App& app, CommandLine& line)
     std::string tokens = "How it is drawn, tokens between commas:";
     for (const vh::option_token& token : vh::option_tokens)
         tokens.append(" ").append(token.name);
-    draw->add_option("--options", line.drawing.text, tokens)->type_name("TEXT");
+    draw->add_option("--options", line.drawing.text, tokens)->type_name("TEXT")->check([](const std::string& text) {
+        const std::string unknown = tools::UnknownOption(text);
+        return unknown.empty() ? unknown : "there is no option " + unknown;
+    });
     draw->add_option("--size", line.size, "Of the sheet; without it the picture's own size")
         ->type_name("WxH")
         ->check([](const std::string& text) {
@@ -240,7 +245,7 @@ int wmain(int count, wchar_t** words)
     try {
         return line.run();
     } catch (const std::exception& error) {
-        host::Complain(L"error: " + host::Wide(error.what()));
+        host::Complain(host::Wide(error.what()));
         return tools::exit_file;
     }
 }

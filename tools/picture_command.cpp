@@ -1,5 +1,6 @@
 #include "picture_command.h"
 
+#include <algorithm>
 #include <charconv>
 #include <stdexcept>
 
@@ -57,6 +58,18 @@ bool ReadSize(const std::string& text, SIZE& size)
 }
 
 bool IsPictureOutput(const std::string& path) { return EndsWith(path, ".bmp") || EndsWith(path, ".png"); }
+
+std::string UnknownOption(std::string_view text)
+{
+    // The library passes over them.
+    while (!text.empty()) {
+        const std::string_view token = text.substr(0, text.find(','));
+        if (std::ranges::find(vh::option_tokens, token, &vh::option_token::name) == vh::option_tokens.end())
+            return '"' + std::string(token) + '"';
+        text.remove_prefix(std::min(token.size() + 1, text.size()));
+    }
+    return {};
+}
 
 int PrintPictureInfo(const std::wstring& file, unsigned frame)
 {

@@ -23,5 +23,7 @@ int DrawPicture(const std::wstring& file, const std::wstring& output, const Draw
 // "640x480"; false for anything else, and for sizes beyond what a sheet can have.
 bool ReadSize(const std::string& text, SIZE& size);
 bool IsPictureOutput(const std::string& path);
+// The first of the tokens between commas that names no option; empty when all do.
+std::string UnknownOption(std::string_view text);
 
 } // namespace tools

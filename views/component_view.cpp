@@ -100,7 +100,10 @@ bool ComponentView::SetSharedInfo(const vh::ResourceModules& modules, int32_t in
 
 int32_t ComponentView::MakeWindow()
 {
-    const HWND placeholder = m_window ? nullptr : vh::late::get_dialog_item(m_dialog, int{m_control});
+    // The window may have come before there was anything to show.
+    if (m_window)
+        return Refresh();
+    const HWND placeholder = vh::late::get_dialog_item(m_dialog, int{m_control});
     if (!placeholder)
         return -1;
     const RECT place = vh::PlaceIn(m_dialog, placeholder);
@@ -203,6 +206,7 @@ try {
 int32_t ComponentView::SetParentItem(std::wstring_view text)
 try {
     m_items.parent_item = text;
+    m_placed = true;
     m_place = {};
     return 0;
 } catch (const std::exception&) {
@@ -259,6 +263,9 @@ int32_t ComponentView::Refresh()
     ShowChangeButton();
     ShowSpaceRequired();
     ShowSpaceFree();
+    // A view below that nobody has told what to show begins with the current row.
+    if (m_child && !m_child->m_placed)
+        ShowChildren(true);
     return failed ? -1 : 0;
 }
 

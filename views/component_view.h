@@ -127,6 +127,8 @@ private:
     Linked m_changeButton;
     ComponentView* m_parent = nullptr;
     ComponentView* m_child = nullptr;
+    // The item whose children are shown was chosen.
+    bool m_placed = false;
     Linked m_description;
     Linked m_spaceRequired;
     Linked m_spaceFreeText;

@@ -33,8 +33,9 @@ vh::unique_bitmap Drawn(SIZE size, Draw&& draw)
 
 } // namespace
 
+// Not for the window: its own painting may ask which theme was opened for it last, and use one that is closed by then.
 CDpiControlUtils::CDpiControlUtils(HWND window, const wchar_t* theme_class)
-    : m_theme(vh::late::open_theme ? vh::late::open_theme(window, theme_class) : nullptr), m_window(window)
+    : m_theme(vh::late::open_theme ? vh::late::open_theme(HWND{nullptr}, theme_class) : nullptr), m_window(window)
 {
 }
 

@@ -102,7 +102,12 @@ TreeView::TreeView(const vh::ViewScene& scene, HWND dialog, int32_t control, HWN
     LiveTrees().Add(this);
 }
 
-TreeView::~TreeView() { LiveTrees().Remove(this); }
+TreeView::~TreeView()
+{
+    LiveTrees().Remove(this);
+    for (const WPARAM kind : {TVSIL_STATE, TVSIL_NORMAL})
+        Send(m_tree, TVM_SETIMAGELIST, kind, HIMAGELIST{nullptr});
+}
 
 TreeView* TreeView::Create(const vh::ViewScene& scene, HWND dialog, int32_t control, std::wstring_view media,
                            std::wstring_view root, int32_t depth)
@@ -110,6 +115,7 @@ TreeView* TreeView::Create(const vh::ViewScene& scene, HWND dialog, int32_t cont
     const HWND tree = vh::late::get_dialog_item(dialog, int{control});
     if (!tree)
         return nullptr;
+    Replace(dialog, tree);
     std::unique_ptr<TreeView> made(new TreeView(scene, dialog, control, tree, media, root));
     if (made->MakePictures())
         return nullptr;
@@ -117,7 +123,7 @@ TreeView* TreeView::Create(const vh::ViewScene& scene, HWND dialog, int32_t cont
     made->m_other = static_cast<TreeView*>(vh::late::get_prop(dialog, tree_property));
     if (!vh::late::set_prop(dialog, tree_property, static_cast<HANDLE>(made.get())))
         return nullptr;
-    if (!made->m_other) {
+    if (!vh::late::get_prop(dialog, procedure_property)) {
         const auto ours = reinterpret_cast<LONG_PTR>(&Procedure);
         made->m_before = reinterpret_cast<WNDPROC>(vh::late::set_window_long(dialog, GWLP_WNDPROC, ours));
         vh::late::set_prop(dialog, procedure_property, reinterpret_cast<HANDLE>(made->m_before));
@@ -138,7 +144,10 @@ int32_t TreeView::MakePictures()
     for (const int state : states)
         if (!m_checks.Add(boxes.GetBitmap(box, state).get()))
             return no_picture;
+    // A control that keeps none is no tree.
     Send(m_tree, TVM_SETIMAGELIST, TVSIL_STATE, m_checks.get());
+    if (reinterpret_cast<HIMAGELIST>(Send(m_tree, TVM_GETIMAGELIST, TVSIL_STATE, nullptr)) != m_checks.get())
+        return no_picture;
 
     m_items = vh::image_list(module, {vh::item_picture_size, vh::item_picture_size}, ILC_MASK, 1, 10);
     int width = 0;
@@ -255,6 +264,21 @@ LRESULT CALLBACK TreeView::Procedure(HWND dialog, UINT message, WPARAM wparam, L
     return answer;
 }
 
+// Ends what was made for the same control before: its items belong to the one that made them.
+void TreeView::Replace(HWND dialog, HWND control)
+{
+    auto* first = static_cast<TreeView*>(vh::late::get_prop(dialog, tree_property));
+    for (TreeView** at = &first; *at; at = &(*at)->m_other) {
+        if ((*at)->m_tree != control)
+            continue;
+        Send(control, TVM_DELETEITEM, 0, TVI_ROOT);
+        const std::unique_ptr<TreeView> ended(*at);
+        *at = ended->m_other;
+        vh::late::set_prop(dialog, tree_property, static_cast<HANDLE>(first));
+        return;
+    }
+}
+
 // All trees of a dialog, and what they put on it.
 void TreeView::End(HWND dialog)
 {
@@ -269,8 +293,6 @@ void TreeView::End(HWND dialog)
     while (tree) {
         const std::unique_ptr<TreeView> ended(tree);
         tree = ended->m_other;
-        for (const WPARAM kind : {TVSIL_STATE, TVSIL_NORMAL})
-            Send(ended->m_tree, TVM_SETIMAGELIST, kind, HIMAGELIST{nullptr});
     }
 }
 

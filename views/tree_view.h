@@ -55,6 +55,7 @@ private:
 
     static LRESULT CALLBACK Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam);
     static void End(HWND dialog);
+    static void Replace(HWND dialog, HWND control);
     int32_t MakePictures();
     int32_t Fill(int32_t depth);
     void OnNotify(const NMHDR& header);

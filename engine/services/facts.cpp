@@ -15,6 +15,7 @@ variant NoText(const Core&) { return variant(L""); }
 variant No(const Core&) { return variant(false); }
 variant Yes(const Core&) { return variant(true); }
 variant Nothing(const Core&) { return variant(0L); }
+variant Silent(const Core& core) { return variant(core.options.silent); }
 
 const Fact facts[] = {
     {2,
@@ -28,7 +29,7 @@ const Fact facts[] = {
     {7, NoText},
     {8, NoText},
     {9, No},
-    {10, [](const Core& core) { return variant(core.options.silent); }},
+    {10, Silent},
     {11, No},
     {12, [](const Core& core) { return variant(std::wstring_view(core.options.commandLine)); }},
     {16, Yes},
@@ -39,7 +40,8 @@ const Fact facts[] = {
     {24, Nothing},
     {29, No},
     {35, No},
-    {36, No},
+    // Dialogs are answered too.
+    {36, Silent},
     {40, Nothing},
     {43, No},
     {44, NoText},

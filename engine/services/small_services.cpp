@@ -43,7 +43,7 @@ HRESULT ResourcesObject::Load(BSTR file, HMODULE* module)
         const std::wstring path = core().FindFile(TextOf(file));
         *module = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
         if (!*module)
-            ThrowFileError(path, L"can't load the library", GetLastError());
+            ThrowFileError(path, L"can't load the library of dialogs and texts", GetLastError());
         return S_OK;
     });
 }

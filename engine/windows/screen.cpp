@@ -29,7 +29,8 @@ std::shared_ptr<TemplateDialog> Screen::MakeDialog(HWND parent, std::wstring_vie
 {
     if (!Shows())
         return nullptr;
-    auto made = std::make_shared<TemplateDialog>(parent, m_core.FindFile(library), number);
+    auto made =
+        std::make_shared<TemplateDialog>(parent, library.empty() ? std::wstring() : m_core.FindFile(library), number);
     std::erase_if(m_dialogs, [](const auto& dialog) { return dialog.expired(); });
     m_dialogs.push_back(made);
     return made;

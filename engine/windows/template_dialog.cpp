@@ -48,9 +48,11 @@ TemplateDialog::TemplateDialog(HWND parent, const std::wstring& library, long nu
     const INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_PROGRESS_CLASS | ICC_LINK_CLASS};
     if (register_controls)
         register_controls(&classes);
+    if (library.empty())
+        ThrowFileError(L"VHRES", L"names no library with the dialog " + Number(number), ERROR_MOD_NOT_FOUND);
     m_library = LoadForTemplates(library);
     if (!m_library)
-        ThrowFileError(library, L"can't load the library", GetLastError());
+        ThrowFileError(library, L"can't load the library with the dialog " + Number(number), GetLastError());
     if (!CreateDialogParamW(m_library.get(), MAKEINTRESOURCEW(number), parent, &Route, reinterpret_cast<LPARAM>(this)))
         ThrowFileError(library, L"has no dialog " + Number(number) + L" that can be made", GetLastError());
 }

@@ -7,7 +7,7 @@
 enum { StatusStyle4 = 4, StatusStyle5 = 5, StatusStyle6 = 6, StatusStyle57 = 57, StatusStyle58 = 58 };
 
 /* Opens the status window; a second call changes nothing, and in silent mode nothing opens. Result: 0 or the
-   engine's failing code. */
+   engine's failing code; -1 for another style. */
 VHRT_FUNCTION(int32_t) _EnableStatus(ObjectContext* context, int32_t style);
 
 /* Closes it. Result: 0 or the engine's failing code; -1 where the engine brings its own windows. */

@@ -1,4 +1,4 @@
-// Numbers of the sample's dialogs and controls; samples/setup-ui/pages.js has the same ones.
+// Numbers of the sample's dialogs and controls; samples/setup-ui/setup.js has the same ones.
 #define PAGE_WELCOME 20001
 #define PAGE_DOCUMENTS 20002
 #define PAGE_LICENCE 20003

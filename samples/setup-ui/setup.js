@@ -21,6 +21,7 @@ var TYPES = ["Typical", "Compact", "Complete"], CUSTOM = TYPES.length;
 
 // Messages of Windows' controls.
 var BM_GETCHECK = 0xF0, BM_SETCHECK = 0xF1;
+var TVM_EXPAND = 0x1102, TVE_EXPAND = 2, TVM_GETNEXTITEM = 0x110A, TVGN_ROOT = 0;
 // ComponentViewSetInfo and its kin.
 var VIEW_UNIT = 2, VIEW_DECIMALS = 3, VIEW_PARENT = 20, VIEW_CHILD = 21, VIEW_DESCRIPTION = 22, VIEW_NEED = 23,
     VIEW_FREE = 24, VIEW_TARGET = 25, VIEW_MEDIA = 26, VIEW_ITEM = 27, VIEW_CHANGE = 28;
@@ -159,9 +160,9 @@ function MakeViews(window) {
     Need(ComponentViewCreateWindow(whole), "showing the features");
 }
 
-// What the tree page says of the feature that is current there.
+// What the tree page says of the feature that is current there; of the root nothing but the room.
 function ShowFeature(window, path) {
-    SetControlText(window, ID_FEATURE_INFO, ComponentGetData(MEDIA, path, DESCRIPTION).text || NameOf(path));
+    SetControlText(window, ID_FEATURE_INFO, path && (ComponentGetData(MEDIA, path, DESCRIPTION).text || NameOf(path)));
     SetControlText(window, ID_FEATURE_NEED, NeededRoom());
     SetControlText(window, ID_FEATURE_FREE, FreeRoom());
 }
@@ -220,10 +221,14 @@ var pages = [
     {
         name: "Tree", number: TREE,
         skip: function () { return chosen.type != CUSTOM || !WantsTree(); },
-        open: function (window) { tree = TreeViewCreate(window, ID_TREE, MEDIA, "", 2); },
+        open: function (window) {
+            tree = TreeViewCreate(window, ID_TREE, MEDIA, "", 2);
+            SendControl(window, ID_TREE, TVM_EXPAND, TVE_EXPAND, SendControl(window, ID_TREE, TVM_GETNEXTITEM, TVGN_ROOT, 0));
+            ShowFeature(window, "");
+        },
         event: function (control, window) {
             var current = GetSelectedTreeComponent(tree);
-            if (control == ID_TREE && current.result == 0 && current.item)
+            if (control == ID_TREE && current.result == 0)
                 ShowFeature(window, current.item);
         }
     },
@@ -299,8 +304,6 @@ function Install() {
     }
 }
 
-// From now on the library knows whether the run is silent.
-GetCmdLineOptions();
 ChooseAtStart();
 if (!Silent && !RunWizard(pages, Cancel))
     CancelSetup();

@@ -15,7 +15,9 @@ set(place --silent --data ${WORK}/log --target ${WORK}/target)
 expect("no folder" 2 "FOLDER is required" ${HOST})
 expect("unknown option" 2 "--nonsense" ${HOST} ${SETUP} --nonsense)
 expect("unknown option and no folder" 2 "not expected: --nonsense" ${HOST} --nonsense)
-expect("unknown command" 2 "not expected: nonsense" ${TOOL} nonsense)
+expect("unknown command" 2 "vhtool: The following argument was not expected: nonsense" ${TOOL} nonsense)
+expect("usage of the command that was meant" 2 "Usage: vhtool picture info [OPTIONS] FILE\nvhtool picture info --help"
+  ${TOOL} picture info)
 # expect() would drop the empty word.
 execute_process(COMMAND ${RUNNER} ${HOST} ${SETUP} ${place} --target "" ERROR_VARIABLE out RESULT_VARIABLE result)
 if(NOT result EQUAL 2 OR NOT out MATCHES "--target: is empty")

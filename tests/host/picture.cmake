@@ -35,6 +35,8 @@ expect("no picture" 1 "\"format\": \"unknown\"" ${picture} info ${WORK}/bad)
 expect("no file" 4 "none.gif" ${picture} info ${WORK}/none.gif)
 expect("no command" 2 "draw" ${picture})
 expect("no size" 2 "640x480" ${picture} draw ${gif} ${WORK}/o.bmp --size 6x)
+expect("no option" 2 "there is no option \"center\"" ${picture} draw ${gif} ${WORK}/o.bmp --options=SCALE,center)
+expect("codes" 0 "18 no such frame" ${picture} info --help)
 expect("another output" 2 ".bmp or .png" ${picture} draw ${gif} ${WORK}/o.gif)
 
 # The sheets were put together by another program.

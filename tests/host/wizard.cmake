@@ -28,6 +28,10 @@ options(cancelled cancelled)
 expect("cancelled" 6 "stopped by the user" ${DRIVER} ${plans}/cancel.plan ${cancelled} --target ${WORK}/cancelled)
 expect_file("a cancelled setup leaves nothing" FALSE ${WORK}/cancelled)
 
+file(WRITE ${WORK}/key.plan "keys Nonsense\n")
+expect("no such key" 90 "keys Nonsense: there is no key \"Nonsense\"" ${DRIVER} ${WORK}/key.plan ${cancelled}
+  --target ${WORK}/cancelled)
+expect("no such plan" 90 "the plan: can't be read" ${DRIVER} ${WORK}/none.plan ${cancelled})
 options(typed typed)
 options(silent silent)
 expect("typed" 0 "The SDK is ready." ${DRIVER} ${plans}/typical.plan ${typed} --language 1033 --verify)

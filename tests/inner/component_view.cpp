@@ -213,7 +213,12 @@ TEST_F(ComponentViews, KeepWhatTheyAreToldAndRefuseTheRest)
     EXPECT_EQ(_ComponentViewCreate(nullptr, m_dialog, list), nullptr);
     ComponentView* nothing = Make(list2, L"unknown");
     EXPECT_EQ(ComponentViewCreateWindow(nothing), -1) << "no such media";
-    EXPECT_EQ(ComponentViewCreateWindow(nothing), -1) << "it has a window";
+    EXPECT_EQ(ComponentViewCreateWindow(nothing), -1);
+    const HWND window = Window(list2);
+    ComponentViewSetInfo(nothing, ViewMedia, 0, L"DATA");
+    _ComponentAddItem(context, L"DATA", L"item", 1, 0);
+    EXPECT_EQ(ComponentViewCreateWindow(nothing), 0);
+    EXPECT_TRUE(window == Window(list2) && nothing->count() == 1) << "the window that it has, filled";
 }
 
 TEST_F(ComponentViews, SelectAllHasItsLimitInExclusiveMode)
@@ -249,9 +254,11 @@ TEST_F(ComponentViews, TellTheDialogAndEachOther)
         ComponentViewSetInfo(view, info, value, nullptr);
     ComponentViewSetInfo(child, ViewParent, reinterpret_cast<int64_t>(view), nullptr);
     ComponentViewSetInfo(child, ViewDescription, description, nullptr);
-    ComponentViewSetInfo(child, ViewParentItem, 0, L"i1");
-    ASSERT_EQ(ComponentViewCreateWindow(view), 0);
     ASSERT_EQ(ComponentViewCreateWindow(child), 0);
+    ASSERT_EQ(ComponentViewCreateWindow(view), 0);
+    EXPECT_EQ(child->count(), 0) << "the current row has nothing below";
+    ComponentViewSetInfo(child, ViewParentItem, 0, L"i1");
+    ASSERT_EQ(ComponentViewRefresh(child), 0);
     EXPECT_EQ(Text(required), L"0 K");
     EXPECT_FALSE(IsWindowEnabled(Window(change)));
     EXPECT_EQ(child->count(), 1);

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "../../exports/vhrt.h"
+#include "../../views/late_views.h"
 #include "../../views/tree_view.h"
 #include "../support/bare_context.h"
 #include "../support/handle_counts.h"
@@ -107,7 +108,9 @@ TEST_F(TreeViews, FillToADepthAndOnExpansion)
         Close();
         Open();
     }
+    ASSERT_NE(Make(1, L"e"), nullptr);
     TreeView* tree = Make(1);
+    EXPECT_EQ(Shown(), L"a1") << "in the place of the former one";
     wchar_t name[8] = L"";
     EXPECT_GIVES_TEXT(_GetSelectedTreeComponent(tree, name, 8), 0, name, L"a");
     TreeView_Expand(Tree(), Next(TVGN_ROOT), TVE_EXPAND);
@@ -123,9 +126,13 @@ TEST_F(TreeViews, FillToADepthAndOnExpansion)
     EXPECT_EQ(_GetSelectedTreeComponent(tree, name, 8), -121);
 }
 
+constinit vh::late_function<decltype(GetWindowTheme)> theme_of(vh::late::uxtheme, "GetWindowTheme");
+
 TEST_F(TreeViews, ToggleByKeyAndClick)
 {
+    const HTHEME theme = theme_of(Tree());
     TreeView* tree = Make(-1);
+    EXPECT_EQ(theme_of(Tree()), theme) << "the control paints itself as before";
     EXPECT_EQ(StateOf(tree), 0);
     PressSpace();
     EXPECT_EQ(StateOf(tree), 2);
@@ -161,6 +168,8 @@ TEST_F(TreeViews, EndWithTheirDialogs)
 {
     EXPECT_EQ(_TreeViewCreate(nullptr, m_dialog, control, L"M", L"a", 1), nullptr);
     EXPECT_EQ(Make(1, L"a", 99), nullptr) << "no such control";
+    CreateWindowExW(0, L"Button", L"", WS_CHILD, 0, 0, 9, 9, m_dialog, reinterpret_cast<HMENU>(12), nullptr, nullptr);
+    EXPECT_EQ(Make(1, L"a", 12), nullptr) << "no tree";
     const auto procedure = GetWindowLongPtrW(m_dialog, GWLP_WNDPROC);
     int handles = 0;
     TreeView* tree = nullptr;

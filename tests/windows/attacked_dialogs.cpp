@@ -98,6 +98,33 @@ protected:
     std::optional<Session> session;
 };
 
+TEST_F(AttackedDialogs, OfTwoContextsLiveInOneThread)
+{
+    const auto press = [](HWND dialog) {
+        PostMessageW(dialog, WM_COMMAND, 1004, reinterpret_cast<LPARAM>(GetDlgItem(dialog, 1004)));
+    };
+    const TextSession second(DialogTemplates(), StandardTexts());
+    const TestDialog other(second, Stage::shown);
+    ASSERT_EQ(Define(L"d"), 0);
+    ASSERT_EQ(_WaitOnDialog(*this, L"d"), DialogCreated);
+    ASSERT_EQ(Wait(), 8);
+    const HWND dialog = WindowOf(L"d");
+    // What comes to one while the other waits is kept for it.
+    press(other.window());
+    press(dialog);
+    EXPECT_EQ(_WaitOnDialog(*this, L"d"), 1004);
+    EXPECT_EQ(other.Wait(), 1004);
+    EXPECT_TRUE(IsWindowEnabled(dialog) && IsWindowEnabled(other.window())) << "each stands alone";
+    // One goes with its context while the other waits.
+    const std::function<void()> go = [&] { session->Release(); };
+    At(dialog, WM_USER, go);
+    PostMessageW(dialog, WM_USER, 0, 0);
+    press(other.window());
+    EXPECT_EQ(other.Wait(), 1004);
+    EXPECT_FALSE(IsWindow(dialog));
+    EXPECT_EQ(other.End(), 0);
+}
+
 // When something happens, counted from the hook of the dialog "d" over a dialog "lower"; and what happens then.
 enum class Moment { hooked, button, showing, posted, picture, link, push, parent, pop, destruction };
 enum class Act { end, release, end_and_release, wait, end_and_wait, redefine, destroy, end_lower, end_context };

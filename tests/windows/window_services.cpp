@@ -147,6 +147,34 @@ TEST_F(EngineWindows, LetPicturesComeIntoViewByTheEffect)
     }
 }
 
+TEST_F(EngineWindows, ForgetPicturesThatGoDuringTheirEffect)
+{
+    _SetColor(session, 12, background);
+    ASSERT_EQ(_SetDisplayEffect(session, 2), 0);
+    ASSERT_EQ(Place(Picture(L"large.bmp", PlainBitmap(200, 100, 0xFF0000)), 2, 10, 10), 0);
+    ASSERT_TRUE(PumpUntil([&] { return Count(main, {10, 10, 210, 110}, red) > 0; }));
+    EXPECT_EQ(Place(L"", 0x8000), 0);
+    SendMessageW(main, WM_TIMER, 1, 0);
+    EXPECT_FALSE(KillTimer(main, 1)) << "nothing moves any more";
+    EXPECT_EQ(Count(main, {10, 10, 210, 110}, background), 20000);
+}
+
+TEST_F(EngineWindows, AskBeforeTheyClose)
+{
+    for (const int answer : {IDNO, IDYES}) {
+        const DialogDriver driver({[&] {
+            const HWND box = DialogNamed(L"Probe");
+            // A second one does not ask again.
+            return box && !SendMessageW(main, WM_CLOSE, 0, 0) && DialogNamed(L"Probe") == box &&
+                   PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(answer), 0);
+        }});
+        SendMessageW(main, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(IsWindow(main));
+        EXPECT_EQ(_ComponentMoveData(session, L"DATA", 0),
+                  answer == IDYES ? static_cast<int32_t>(HRESULT_FROM_WIN32(ERROR_CANCELLED)) : 0);
+    }
+}
+
 TEST_F(EngineWindows, ShowTheWaitMessage)
 {
     EXPECT_EQ(_SdShowMsg(session, L"", 0), 0);
@@ -240,6 +268,8 @@ TEST_F(StatusWindows, StandOnTheStackOfDialogs)
         return std::wstring(name);
     };
     EXPECT_EQ(_CmdGetHwndDlg(session, L"ProgressDlg"), 0);
+    EXPECT_EQ(_EnableStatus(session, 99), -1);
+    EXPECT_EQ(current(), L"~") << "no window, no name";
     const HWND status = Open();
     EXPECT_EQ(current(), L"ProgressDlg");
     EXPECT_EQ(_CtrlGetParentWindowHelper(session), reinterpret_cast<int64_t>(status));

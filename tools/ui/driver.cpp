@@ -1,15 +1,8 @@
 // Runs a program with windows and uses it as a person does: waits for a page, looks at it, presses keys.
 //
 // usage: vhrt_ui_driver PLAN PROGRAM [ARGUMENT...]
-// A plan is UTF-8 text, a step a line; "#" begins a remark:
-//   page CONTROL         waits until a dialog of the program that has this control stands in front
-//   picture NAME         keeps a picture of it in the folder VHRT_PICTURES, when that is set
-//   snap NAME            the same at once, of a page that moves and goes by itself
-//   keys KEY...          presses keys such as Tab, Alt+N, Shift+Tab, Enter, Escape, Space, Down, End
-//   text TEXT            types a text
-//   focus CONTROL        the control has to have the focus
-//   value CONTROL TEXT   its text has to hold this one
-// The exit code is the program's, or 90 for a step that did not come to pass; the program is ended then.
+// docs/dialogs.md has the plans. The exit code is the program's, or 90 for a step that did not come to pass, a plan
+// that can't be read, or a wrong command line; the program is ended then.
 #include "scriptdata/unique.h"
 #include "tests/support/dialog_driver.h"
 #include "tests/support/screenshot.h"
@@ -26,10 +19,12 @@ struct NamedKey {
     const wchar_t* name;
     WORD code;
 };
-constexpr NamedKey named_keys[] = {{L"Tab", VK_TAB},     {L"Enter", VK_RETURN},   {L"Escape", VK_ESCAPE},
-                                   {L"Space", VK_SPACE}, {L"Down", VK_DOWN},      {L"Up", VK_UP},
-                                   {L"Home", VK_HOME},   {L"End", VK_END},        {L"Alt", VK_MENU},
-                                   {L"Shift", VK_SHIFT}, {L"Control", VK_CONTROL}};
+constexpr NamedKey named_keys[] = {{L"Tab", VK_TAB},     {L"Enter", VK_RETURN},  {L"Escape", VK_ESCAPE},
+                                   {L"Space", VK_SPACE}, {L"Down", VK_DOWN},     {L"Up", VK_UP},
+                                   {L"Left", VK_LEFT},   {L"Right", VK_RIGHT},   {L"Home", VK_HOME},
+                                   {L"End", VK_END},     {L"PageUp", VK_PRIOR},  {L"PageDown", VK_NEXT},
+                                   {L"F1", VK_F1},       {L"Delete", VK_DELETE}, {L"Backspace", VK_BACK},
+                                   {L"Alt", VK_MENU},    {L"Shift", VK_SHIFT},   {L"Control", VK_CONTROL}};
 
 WORD KeyNamed(const std::wstring& name)
 {
@@ -37,7 +32,7 @@ WORD KeyNamed(const std::wstring& name)
         if (name == key.name)
             return key.code;
     if (name.size() != 1)
-        throw std::runtime_error("unknown key");
+        throw std::runtime_error("there is no key \"" + std::string(name.begin(), name.end()) + "\"");
     return LOBYTE(VkKeyScanW(name[0]));
 }
 
@@ -205,11 +200,14 @@ std::wstring CommandOf(int count, wchar_t** words)
 
 int wmain(int count, wchar_t** words)
 {
-    if (count < 3)
-        return failed_step;
-    std::ifstream plan{std::filesystem::path(words[1])};
-    std::string line;
+    std::string line = "the command line";
     try {
+        if (count < 3)
+            throw std::runtime_error("wanted are PLAN PROGRAM [ARGUMENT...]");
+        std::ifstream plan{std::filesystem::path(words[1])};
+        line = "the plan";
+        if (!plan)
+            throw std::runtime_error("can't be read");
         const Program program(CommandOf(count - 2, words + 2));
         Plan steps(program);
         while (std::getline(plan, line)) {
