@@ -32,13 +32,13 @@ public:
     static TreeView* Create(const vh::ViewScene& scene, HWND dialog, int32_t control, std::wstring_view media,
                             std::wstring_view root, int32_t depth);
     // What a script handed over, or null when no tree of that address lives.
-    static TreeView* Live(const void* tree);
+    static std::shared_ptr<TreeView> Live(const void* tree);
     // Trees whose dialogs outlive the context.
     static void EndAll(const ObjectContext* context);
 
     TreeView(const TreeView&) = delete;
     TreeView& operator=(const TreeView&) = delete;
-    ~TreeView() override;
+    ~TreeView() override = default;
 
     // The name of the item that has the caret; null when none has.
     const stringx* Caret() const;
@@ -77,5 +77,5 @@ private:
     ComponentEventHandler m_events;
     int32_t m_lastState = none;
     // Another tree of the same dialog, made before.
-    TreeView* m_other = nullptr;
+    std::shared_ptr<TreeView> m_other;
 };
