@@ -11,7 +11,7 @@ namespace {
 template <class Body>
 int32_t OnView(const ComponentView* view, Body&& body)
 {
-    ComponentView* live = ComponentView::Live(view);
+    const auto live = ComponentView::Live(view);
     return live ? body(*live) : -1;
 }
 

@@ -16,14 +16,14 @@ TreeView* _TreeViewCreate(ObjectContext* context, HWND dialog, int32_t control, 
 
 int32_t _GetSelectedTreeComponent(TreeView* tree, wchar_t* buffer, int32_t size)
 {
-    const TreeView* live = TreeView::Live(tree);
+    const auto live = TreeView::Live(tree);
     const stringx* name = live ? live->Caret() : nullptr;
     return name ? vh::CopyOut(name->view(), buffer, size) : TreeView::no_caret;
 }
 
 int32_t GetSelectedItemState(TreeView* tree, int32_t* state)
 {
-    const TreeView* live = TreeView::Live(tree);
+    const auto live = TreeView::Live(tree);
     if (!live || !state)
         return -1;
     *state = live->last_state();

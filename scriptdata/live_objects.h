@@ -1,7 +1,9 @@
-// Which objects of a kind live: scripts hand their addresses back, and may do so when they have gone.
+// The objects of a kind that live: scripts hand their addresses back, and may do so when they have gone. Who finds one
+// keeps it until he is done with it, since what he asks of it may end it.
 #pragma once
 
 #include <algorithm>
+#include <memory>
 #include <mutex>
 #include <vector>
 
@@ -10,36 +12,48 @@ namespace vh {
 template <class T>
 class live_objects {
 public:
-    void Add(T* object)
+    void Add(std::shared_ptr<T> object)
     {
         const std::lock_guard guard(m_lock);
-        m_objects.push_back(object);
+        m_objects.push_back(std::move(object));
     }
-    void Remove(T* object)
+    // It goes now, or when nobody uses it any more.
+    void Remove(const T* object)
     {
+        std::shared_ptr<T> removed;
         const std::lock_guard guard(m_lock);
-        std::erase(m_objects, object);
+        if (const auto place = Place(object); place != m_objects.end()) {
+            removed = std::move(*place);
+            m_objects.erase(place);
+        }
     }
     // Null when no object of that address lives.
-    T* Find(const void* address)
+    std::shared_ptr<T> Find(const void* address)
     {
         const std::lock_guard guard(m_lock);
-        const auto found = std::find(m_objects.begin(), m_objects.end(), address);
-        return found == m_objects.end() ? nullptr : *found;
+        const auto place = Place(address);
+        return place == m_objects.end() ? nullptr : *place;
     }
-    // Those of now that fit; they may go meanwhile.
+    // Those of now that fit; they may end meanwhile.
     template <class Fits>
-    std::vector<T*> Those(Fits&& fits)
+    std::vector<std::shared_ptr<T>> Those(Fits&& fits)
     {
-        std::vector<T*> found;
+        std::vector<std::shared_ptr<T>> found;
         const std::lock_guard guard(m_lock);
-        std::copy_if(m_objects.begin(), m_objects.end(), std::back_inserter(found), fits);
+        std::copy_if(m_objects.begin(), m_objects.end(), std::back_inserter(found),
+                     [&](const std::shared_ptr<T>& object) { return fits(*object); });
         return found;
     }
 
 private:
+    auto Place(const void* address)
+    {
+        return std::find_if(m_objects.begin(), m_objects.end(),
+                            [address](const std::shared_ptr<T>& object) { return object.get() == address; });
+    }
+
     std::mutex m_lock;
-    std::vector<T*> m_objects;
+    std::vector<std::shared_ptr<T>> m_objects;
 };
 
 } // namespace vh

@@ -81,14 +81,14 @@ bool ApplySkin(const std::shared_ptr<Skin>& skin, const SkinAttr& attr)
     }
     if (late::get_prop(attr.window, dialog_property))
         return false;
-    std::unique_ptr<SkinnedDialog> made(new SkinnedDialog(skin, *section, attr));
+    std::shared_ptr<SkinnedDialog> made(new SkinnedDialog(skin, *section, attr));
     if (!made->m_surface)
         return false;
     made->Compose();
     made->TakeControls();
     if (!made->Take())
         return false;
-    LiveDialogs().Add(made.release());
+    LiveDialogs().Add(std::move(made));
     late::invalidate(attr.window, static_cast<const RECT*>(nullptr), BOOL{FALSE});
     late::update_window(attr.window);
     return true;
@@ -103,8 +103,6 @@ SkinnedDialog::SkinnedDialog(std::shared_ptr<Skin> skin, const SkinSection& sect
       m_client(ClientSize(attr.window)), m_surface(Screen().get(), m_client)
 {
 }
-
-SkinnedDialog::~SkinnedDialog() { LiveDialogs().Remove(this); }
 
 RECT SkinnedDialog::FromUnits(skin_pair first, skin_pair second) const
 {
@@ -320,7 +318,7 @@ LRESULT CALLBACK SkinnedDialog::StaticProcedure(HWND control, UINT message, WPAR
     const auto before = reinterpret_cast<WNDPROC>(late::get_prop(control, procedure_property));
     // A new text is not to stand over the old one.
     if (message == WM_SETTEXT) {
-        if (const SkinnedDialog* skinned = LiveDialogs().Find(late::get_prop(control, static_property))) {
+        if (const auto skinned = LiveDialogs().Find(late::get_prop(control, static_property))) {
             const HDC context = late::get_dc(control);
             skinned->CopyUnder(control, context);
             late::release_dc(control, context);
@@ -343,7 +341,7 @@ void SkinnedDialog::CopyUnder(HWND control, HDC context) const
 
 LRESULT CALLBACK SkinnedDialog::Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    SkinnedDialog* skinned = LiveDialogs().Find(late::get_prop(dialog, dialog_property));
+    const auto skinned = LiveDialogs().Find(late::get_prop(dialog, dialog_property));
     if (!skinned)
         return late::def_window_proc(dialog, message, wparam, lparam);
     const WNDPROC before = skinned->m_attr.previousProcedure;
@@ -371,7 +369,7 @@ LRESULT CALLBACK SkinnedDialog::Procedure(HWND dialog, UINT message, WPARAM wpar
     case WM_DESTROY: {
         late::remove_prop(dialog, dialog_property);
         late::set_window_long(dialog, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));
-        delete skinned;
+        LiveDialogs().Remove(skinned.get());
         break;
     }
     default:
@@ -434,8 +432,9 @@ void SkinnedDialog::DrawItem(const DRAWITEMSTRUCT& item) const
     }
     if (item.itemAction != ODA_FOCUS && !(item.itemState & ODS_FOCUS))
         return;
+    // Centred in nothing, a text measures half its height.
     RECT size{};
-    late::draw_text(item.hDC, static_cast<const wchar_t*>(text), length, &size, text_format | DT_CALCRECT);
+    late::draw_text(item.hDC, static_cast<const wchar_t*>(text), length, &size, UINT{DT_SINGLELINE | DT_CALCRECT});
     const POINT middle{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
     const RECT frame{middle.x - size.right / 2 - 2, middle.y - size.bottom / 2 - 2, middle.x + size.right / 2 + 2,
                      middle.y + size.bottom / 2 + 2};

@@ -17,7 +17,7 @@ class SkinnedDialog {
 public:
     SkinnedDialog(const SkinnedDialog&) = delete;
     SkinnedDialog& operator=(const SkinnedDialog&) = delete;
-    ~SkinnedDialog();
+    ~SkinnedDialog() = default;
 
 private:
     friend bool ::ApplySkin(const std::shared_ptr<Skin>& skin, const SkinAttr& attr);

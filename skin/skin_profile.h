@@ -54,7 +54,8 @@ public:
     {
         std::vector<std::string> all;
         for (const section& one : m_sections)
-            all.push_back(one.name);
+            if (!one.name.empty())
+                all.push_back(one.name);
         return all;
     }
     // The first entry of the first section of that name; neither counts case.
@@ -85,8 +86,8 @@ private:
     {
         if (line.empty() || line.front() == ';')
             return;
-        if (line.front() == '[') {
-            m_sections.push_back({std::string(Trimmed(line.substr(1, line.find(']') - 1))), number, {}});
+        if (const std::size_t end = line.find(']'); line.front() == '[' && end != std::string_view::npos) {
+            m_sections.push_back({std::string(Trimmed(line.substr(1, end - 1))), number, {}});
             return;
         }
         if (m_sections.empty()) {

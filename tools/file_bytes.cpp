@@ -11,7 +11,7 @@ namespace tools {
 
 void ThrowFor(const std::wstring& file, unsigned long code)
 {
-    throw std::runtime_error(host::Utf8(file + L": " + host::SystemText(code)));
+    throw std::runtime_error(host::Utf8((file.empty() ? L"\"\"" : file) + L": " + host::SystemText(code)));
 }
 
 vh::unique_file OpenShared(const std::wstring& file)

@@ -1,6 +1,7 @@
 #include "skin_command.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <windows.h>
 
 #include "exit_codes.h"
@@ -29,6 +30,12 @@ bool IsThere(const std::wstring& path)
     return GetFileAttributesW(host::LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+bool IsIn(const std::wstring& folder, const std::wstring& file)
+{
+    std::error_code ignored;
+    return std::filesystem::equivalent(std::filesystem::path(file).parent_path(), folder, ignored);
+}
+
 std::string_view Text(const std::vector<std::byte>& bytes)
 {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
@@ -38,6 +45,11 @@ std::string_view Text(const std::vector<std::byte>& bytes)
 
 int PackSkin(const std::wstring& folder, const std::wstring& file)
 {
+    // It could be one of the files, and would be one the next time.
+    if (IsIn(folder, file)) {
+        host::Complain(file + L": lies in the folder that is packed");
+        return exit_file;
+    }
     const SkinSource skin = ReadSkin(folder);
     if (!ReportFaults(folder, skin))
         return exit_found;

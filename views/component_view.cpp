@@ -25,7 +25,7 @@ vh::live_objects<ComponentView>& LiveViews()
 
 } // namespace
 
-ComponentView* ComponentView::Live(const void* view) { return LiveViews().Find(view); }
+std::shared_ptr<ComponentView> ComponentView::Live(const void* view) { return LiveViews().Find(view); }
 
 ComponentView::ComponentView(const vh::ViewScene& scene, HWND dialog, int32_t control)
     : m_items(scene), m_scene(scene), m_dialog(dialog), m_control(control)
@@ -36,33 +36,35 @@ ComponentView* ComponentView::Create(const vh::ViewScene& scene, HWND dialog, in
 {
     if (!TakeClass())
         return nullptr;
-    std::unique_ptr<ComponentView> view(new ComponentView(scene, dialog, control));
+    const std::shared_ptr<ComponentView> view(new ComponentView(scene, dialog, control));
     view->Pictures();
-    LiveViews().Add(view.get());
-    return view.release();
+    LiveViews().Add(view);
+    return view.get();
 }
 
 void ComponentView::Destroy()
 {
     LiveViews().Remove(this);
     // Also where only the other side knows of the chain.
-    for (ComponentView* other : LiveViews().Those([](const ComponentView*) { return true; })) {
-        if (other->m_parent == this)
-            other->m_parent = nullptr;
-        if (other->m_child == this)
-            other->m_child = nullptr;
-    }
+    for (const auto& other : LiveViews().Those([](const ComponentView&) { return true; }))
+        for (std::weak_ptr<ComponentView>* link : {&other->m_parent, &other->m_child})
+            if (link->lock().get() == this)
+                link->reset();
     if (m_window)
         vh::late::set_window_long(m_window, 0, LONG_PTR{0});
     if (m_ownsShared)
         vh::SharedViews::Get().pictures.reset();
-    delete this;
+    // What uses it still finds nothing more to show.
+    m_window = m_dialog = nullptr;
+    m_changeButton = m_description = m_spaceRequired = m_spaceFreeText = {};
+    m_paths = {};
+    m_items.End();
 }
 
 void ComponentView::EndAll(const ObjectContext* context)
 {
-    const auto of_context = [context](const ComponentView* view) { return view->m_scene.context == context; };
-    for (ComponentView* view : LiveViews().Those(of_context))
+    const auto of_context = [context](const ComponentView& view) { return view.m_scene.context == context; };
+    for (const auto& view : LiveViews().Those(of_context))
         view->Destroy();
 }
 
@@ -225,9 +227,9 @@ int32_t ComponentView::QueryInfo(int32_t info, int64_t* number, wchar_t* text, i
     };
     switch (info) {
     case vh::view_info::parent_view:
-        return put(reinterpret_cast<int64_t>(m_parent));
+        return put(reinterpret_cast<int64_t>(m_parent.lock().get()));
     case vh::view_info::child_view:
-        return put(reinterpret_cast<int64_t>(m_child));
+        return put(reinterpret_cast<int64_t>(m_child.lock().get()));
     case vh::view_info::description:
         return put(m_description.id);
     case vh::view_info::space_required:
@@ -258,13 +260,13 @@ int32_t ComponentView::Refresh()
     Arrange();
     Redraw(false);
     // A view below speaks when the user comes to it: it often has the label of the one above.
-    if (!m_parent)
+    if (m_parent.expired())
         ShowDescription();
     ShowChangeButton();
     ShowSpaceRequired();
     ShowSpaceFree();
     // A view below that nobody has told what to show begins with the current row.
-    if (m_child && !m_child->m_placed)
+    if (const auto child = m_child.lock(); child && !child->m_placed)
         ShowChildren(true);
     return failed ? -1 : 0;
 }
@@ -275,10 +277,9 @@ int32_t ComponentView::SelectAll(bool selected)
         return -1;
     m_items.SelectAll(selected);
     Redraw(false);
-    if (m_parent)
-        m_parent->Redraw(false);
-    if (m_child && !m_busy)
-        ShowChildren(false);
+    if (const auto parent = m_parent.lock())
+        parent->Redraw(false);
+    ShowChildren(false);
     ShowSpaceRequired();
     return 0;
 }
@@ -313,9 +314,9 @@ void ComponentView::Flip(int32_t index)
     m_items.Select(index, selected);
     Redraw(false);
     Tell(EVENT_OBJECT_STATECHANGE, index);
-    if (m_parent) {
-        m_parent->Redraw(false);
-        m_parent->ShowSpaceRequired();
+    if (const auto parent = m_parent.lock()) {
+        parent->Redraw(false);
+        parent->ShowSpaceRequired();
     }
     ShowSpaceRequired();
 }
@@ -323,13 +324,14 @@ void ComponentView::Flip(int32_t index)
 void ComponentView::ShowChildren(bool moved)
 {
     // Chains that lead back to their beginning end here.
-    if (!m_child || count() == 0 || m_busy)
+    const auto child = m_child.lock();
+    if (!child || count() == 0 || m_busy)
         return;
     m_busy = true;
     if (moved)
-        m_child->SetParentItem(m_items.item(m_place.current));
-    m_child->Refresh();
-    m_child->ShowChildren(moved);
+        child->SetParentItem(m_items.item(m_place.current).view());
+    child->Refresh();
+    child->ShowChildren(moved);
     m_busy = false;
 }
 

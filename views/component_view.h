@@ -37,7 +37,7 @@ public:
     // For a placeholder control of the dialog; null when the window class can't be had.
     static ComponentView* Create(const vh::ViewScene& scene, HWND dialog, int32_t control);
     // What a script handed over, or null when no view of that address lives.
-    static ComponentView* Live(const void* view);
+    static std::shared_ptr<ComponentView> Live(const void* view);
     // Views that a context leaves behind.
     static void EndAll(const ObjectContext* context);
     // The class goes with the library that holds its procedure.
@@ -47,6 +47,7 @@ public:
 
     ComponentView(const ComponentView&) = delete;
     ComponentView& operator=(const ComponentView&) = delete;
+    ~ComponentView() = default;
 
     // These give 0 or -1 unless they say otherwise.
     int32_t MakeWindow();
@@ -71,8 +72,6 @@ public:
     HWND window() const { return m_window; }
 
 private:
-    friend std::default_delete<ComponentView>;
-
     // A control of the dialog by number.
     struct Linked {
         int32_t id = 0;
@@ -81,7 +80,6 @@ private:
     static constexpr int32_t most_rows = 50;
 
     ComponentView(const vh::ViewScene& scene, HWND dialog, int32_t control);
-    ~ComponentView() = default;
 
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
     static bool TakeClass();
@@ -125,8 +123,8 @@ private:
     HWND m_dialog;
     int32_t m_control;
     Linked m_changeButton;
-    ComponentView* m_parent = nullptr;
-    ComponentView* m_child = nullptr;
+    std::weak_ptr<ComponentView> m_parent;
+    std::weak_ptr<ComponentView> m_child;
     // The item whose children are shown was chosen.
     bool m_placed = false;
     Linked m_description;

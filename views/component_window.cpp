@@ -62,14 +62,15 @@ void ComponentView::DropClass()
 // A window without a view that lives, or with the view of another window, is one like any other.
 LRESULT CALLBACK ComponentView::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    if (message == WM_NCCREATE) {
-        auto* created = Live(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
+    // The first one is the system's; anybody can send another.
+    if (message == WM_NCCREATE && lparam && !vh::late::get_window_long(window, 0)) {
+        const auto created = Live(reinterpret_cast<const CREATESTRUCTW*>(lparam)->lpCreateParams);
         if (created && !created->m_window) {
             created->m_window = window;
-            vh::late::set_window_long(window, 0, reinterpret_cast<LONG_PTR>(created));
+            vh::late::set_window_long(window, 0, reinterpret_cast<LONG_PTR>(created.get()));
         }
     }
-    ComponentView* view = Live(reinterpret_cast<const void*>(vh::late::get_window_long(window, 0)));
+    const auto view = Live(reinterpret_cast<const void*>(vh::late::get_window_long(window, 0)));
     if (!view || view->m_window != window)
         return vh::late::def_window_proc(window, message, wparam, lparam);
     if (message == WM_DESTROY) {

@@ -93,20 +93,12 @@ HRESULT ComponentEventHandler::OnStateChanged(LONG64 item, long selected, long l
     return S_OK;
 }
 
-TreeView* TreeView::Live(const void* tree) { return LiveTrees().Find(tree); }
+std::shared_ptr<TreeView> TreeView::Live(const void* tree) { return LiveTrees().Find(tree); }
 
 TreeView::TreeView(const vh::ViewScene& scene, HWND dialog, int32_t control, HWND tree, std::wstring_view media,
                    std::wstring_view root)
     : m_media(media), m_root(root), m_tree(tree), m_dialog(dialog), m_control(control), m_scene(scene), m_events(tree)
 {
-    LiveTrees().Add(this);
-}
-
-TreeView::~TreeView()
-{
-    LiveTrees().Remove(this);
-    for (const WPARAM kind : {TVSIL_STATE, TVSIL_NORMAL})
-        Send(m_tree, TVM_SETIMAGELIST, kind, HIMAGELIST{nullptr});
 }
 
 TreeView* TreeView::Create(const vh::ViewScene& scene, HWND dialog, int32_t control, std::wstring_view media,
@@ -116,21 +108,24 @@ TreeView* TreeView::Create(const vh::ViewScene& scene, HWND dialog, int32_t cont
     if (!tree)
         return nullptr;
     Replace(dialog, tree);
-    std::unique_ptr<TreeView> made(new TreeView(scene, dialog, control, tree, media, root));
-    if (made->MakePictures())
+    const std::shared_ptr<TreeView> made(new TreeView(scene, dialog, control, tree, media, root));
+    if (made->MakePictures()) {
+        made->DropPictures();
         return nullptr;
+    }
     vh::late::set_focus(tree);
-    made->m_other = static_cast<TreeView*>(vh::late::get_prop(dialog, tree_property));
+    made->m_other = Live(vh::late::get_prop(dialog, tree_property));
     if (!vh::late::set_prop(dialog, tree_property, static_cast<HANDLE>(made.get())))
         return nullptr;
     if (!vh::late::get_prop(dialog, procedure_property)) {
         const auto ours = reinterpret_cast<LONG_PTR>(&Procedure);
-        made->m_before = reinterpret_cast<WNDPROC>(vh::late::set_window_long(dialog, GWLP_WNDPROC, ours));
-        vh::late::set_prop(dialog, procedure_property, reinterpret_cast<HANDLE>(made->m_before));
+        const LONG_PTR before = vh::late::set_window_long(dialog, GWLP_WNDPROC, ours);
+        vh::late::set_prop(dialog, procedure_property, reinterpret_cast<HANDLE>(before));
     }
+    LiveTrees().Add(made);
     // What can't be filled stays empty; nobody is told.
     made->Fill(depth);
-    return made.release();
+    return Live(made.get()).get();
 }
 
 int32_t TreeView::MakePictures()
@@ -232,6 +227,13 @@ void TreeView::KeepCookie(vh::tree_item item, int32_t cookie)
     }
 }
 
+// The lists go with this object.
+void TreeView::DropPictures() const
+{
+    for (const WPARAM kind : {TVSIL_STATE, TVSIL_NORMAL})
+        Send(m_tree, TVM_SETIMAGELIST, kind, HIMAGELIST{nullptr});
+}
+
 void TreeView::SetRedraw(bool on) const
 {
     vh::late::send_message(m_tree, UINT{WM_SETREDRAW}, static_cast<WPARAM>(on), LPARAM{0});
@@ -240,16 +242,17 @@ void TreeView::SetRedraw(bool on) const
 LRESULT CALLBACK TreeView::Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam)
 {
     const auto before = reinterpret_cast<WNDPROC>(vh::late::get_prop(dialog, procedure_property));
-    auto* first = static_cast<TreeView*>(vh::late::get_prop(dialog, tree_property));
     HWND unfinished = nullptr;
     try {
         if (message == WM_NOTIFY && lparam) {
             const auto& header = *reinterpret_cast<const NMHDR*>(lparam);
-            for (TreeView* tree = first; tree; tree = tree->m_other)
-                if (header.idFrom == static_cast<UINT_PTR>(tree->m_control) && header.hwndFrom == tree->m_tree) {
-                    tree->OnNotify(header);
-                    unfinished = header.code == TVN_ITEMEXPANDINGW ? tree->m_tree : nullptr;
-                }
+            auto tree = Live(vh::late::get_prop(dialog, tree_property));
+            while (tree && (header.idFrom != static_cast<UINT_PTR>(tree->m_control) || header.hwndFrom != tree->m_tree))
+                tree = tree->m_other;
+            if (tree) {
+                unfinished = header.code == TVN_ITEMEXPANDINGW ? tree->m_tree : nullptr;
+                tree->OnNotify(header);
+            }
         } else if (message == WM_DESTROY) {
             End(dialog);
         }
@@ -267,40 +270,42 @@ LRESULT CALLBACK TreeView::Procedure(HWND dialog, UINT message, WPARAM wparam, L
 // Ends what was made for the same control before: its items belong to the one that made them.
 void TreeView::Replace(HWND dialog, HWND control)
 {
-    auto* first = static_cast<TreeView*>(vh::late::get_prop(dialog, tree_property));
-    for (TreeView** at = &first; *at; at = &(*at)->m_other) {
-        if ((*at)->m_tree != control)
-            continue;
-        Send(control, TVM_DELETEITEM, 0, TVI_ROOT);
-        const std::unique_ptr<TreeView> ended(*at);
-        *at = ended->m_other;
-        vh::late::set_prop(dialog, tree_property, static_cast<HANDLE>(first));
+    auto first = Live(vh::late::get_prop(dialog, tree_property));
+    std::shared_ptr<TreeView>* at = &first;
+    while (*at && (*at)->m_tree != control)
+        at = &(*at)->m_other;
+    if (!*at)
         return;
-    }
+    const auto ended = *at;
+    Send(control, TVM_DELETEITEM, 0, TVI_ROOT);
+    ended->DropPictures();
+    *at = ended->m_other;
+    vh::late::set_prop(dialog, tree_property, static_cast<HANDLE>(first.get()));
+    LiveTrees().Remove(ended.get());
 }
 
 // All trees of a dialog, and what they put on it.
 void TreeView::End(HWND dialog)
 {
-    auto* tree = static_cast<TreeView*>(vh::late::get_prop(dialog, tree_property));
-    for (TreeView* each = tree; each; each = each->m_other)
+    auto tree = Live(vh::late::get_prop(dialog, tree_property));
+    for (const TreeView* each = tree.get(); each; each = each->m_other.get())
         Send(each->m_tree, TVM_DELETEITEM, 0, TVI_ROOT);
     const auto before = reinterpret_cast<LONG_PTR>(vh::late::get_prop(dialog, procedure_property));
     if (before)
         vh::late::set_window_long(dialog, GWLP_WNDPROC, before);
     vh::late::remove_prop(dialog, tree_property);
     vh::late::remove_prop(dialog, procedure_property);
-    while (tree) {
-        const std::unique_ptr<TreeView> ended(tree);
-        tree = ended->m_other;
+    for (; tree; tree = tree->m_other) {
+        tree->DropPictures();
+        LiveTrees().Remove(tree.get());
     }
 }
 
 void TreeView::EndAll(const ObjectContext* context)
 {
-    const auto of_context = [context](const TreeView* tree) { return tree->m_scene.context == context; };
-    for (const TreeView* tree : LiveTrees().Those(of_context))
-        if (Live(tree))
+    const auto of_context = [context](const TreeView& tree) { return tree.m_scene.context == context; };
+    for (const auto& tree : LiveTrees().Those(of_context))
+        if (Live(tree.get()))
             End(tree->m_dialog);
 }
 

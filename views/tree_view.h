@@ -32,13 +32,13 @@ public:
     static TreeView* Create(const vh::ViewScene& scene, HWND dialog, int32_t control, std::wstring_view media,
                             std::wstring_view root, int32_t depth);
     // What a script handed over, or null when no tree of that address lives.
-    static TreeView* Live(const void* tree);
+    static std::shared_ptr<TreeView> Live(const void* tree);
     // Trees whose dialogs outlive the context.
     static void EndAll(const ObjectContext* context);
 
     TreeView(const TreeView&) = delete;
     TreeView& operator=(const TreeView&) = delete;
-    ~TreeView() override;
+    ~TreeView() override = default;
 
     // The name of the item that has the caret; null when none has.
     const stringx* Caret() const;
@@ -57,6 +57,7 @@ private:
     static void End(HWND dialog);
     static void Replace(HWND dialog, HWND control);
     int32_t MakePictures();
+    void DropPictures() const;
     int32_t Fill(int32_t depth);
     void OnNotify(const NMHDR& header);
     void OnExpanding(const NMTREEVIEWW& notice);
@@ -70,7 +71,6 @@ private:
     HWND m_tree;
     HWND m_dialog;
     int32_t m_control;
-    WNDPROC m_before = nullptr;
     vh::image_list m_checks;
     vh::image_list m_items;
     bool m_imagesUsable = true;
@@ -78,5 +78,5 @@ private:
     ComponentEventHandler m_events;
     int32_t m_lastState = none;
     // Another tree of the same dialog, made before.
-    TreeView* m_other = nullptr;
+    std::shared_ptr<TreeView> m_other;
 };

@@ -27,7 +27,10 @@ struct IAccessibleObject : IAccessible {
 // The list itself is what the system makes of any window; the rows are its children by number, from 1.
 class AccessibleView final : public com_object<IAccessibleObject> {
 public:
-    AccessibleView(ComponentView& view, com_ptr<IAccessible> window) : m_view(&view), m_window(std::move(window)) {}
+    AccessibleView(std::weak_ptr<ComponentView> view, com_ptr<IAccessible> window)
+        : m_view(std::move(view)), m_window(std::move(window))
+    {
+    }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return m_window->GetTypeInfoCount(count); }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override
@@ -229,7 +232,7 @@ private:
     template <class Answer>
     HRESULT OnList(Answer&& answer)
     try {
-        ComponentView* view = ComponentView::Live(m_view);
+        const auto view = m_view.lock();
         return view ? answer(*view) : CO_E_OBJNOTCONNECTED;
     } catch (const std::exception&) {
         return E_OUTOFMEMORY;
@@ -244,7 +247,7 @@ private:
         });
     }
 
-    ComponentView* m_view;
+    std::weak_ptr<ComponentView> m_view;
     com_ptr<IAccessible> m_window;
 };
 
@@ -258,7 +261,7 @@ bool AnswerAccessible(ComponentView& view, WPARAM wparam, LPARAM lparam, LRESULT
     com_ptr<IAccessible> window;
     if (FAILED(late::standard_object(view.window(), LONG{OBJID_CLIENT}, id, window.put_void())) || !window)
         return false;
-    const auto object = make_object<AccessibleView>(view, std::move(window));
+    const auto object = make_object<AccessibleView>(ComponentView::Live(&view), std::move(window));
     answer = late::result_from_object(id, wparam, static_cast<IUnknown*>(object.get()));
     return true;
 }

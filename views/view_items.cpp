@@ -1,6 +1,7 @@
 #include "view_items.h"
 
 #include "../media/first_disk.h"
+#include "../media/media_error.h"
 
 namespace vh {
 
@@ -12,36 +13,51 @@ int32_t ViewItems::Fetch()
         return no_media;
     int32_t count = 0;
     CVHRTMedia& shown = media();
-    const int32_t failed = shown.ListItems(parent_item.view(), m_items, count, true);
-    if (parent_item.empty() && shown.IsScriptMedia() == 0)
-        std::erase_if(m_items, [](const stringx& name) { return name.view() == first_disk; });
-    if (m_items.size() > most_items)
-        m_items.resize(most_items);
+    // The media may lead back here.
+    std::vector<stringx> items;
+    const stringx parent(parent_item);
+    const int32_t failed = shown.ListItems(parent.view(), items, count, true);
+    if (parent.empty() && shown.IsScriptMedia() == 0)
+        std::erase_if(items, [](const stringx& name) { return name.view() == first_disk; });
+    if (items.size() > most_items)
+        items.resize(most_items);
+    m_items = std::move(items);
     return failed;
 }
 
-std::wstring_view ViewItems::item(int32_t index) const
+void ViewItems::End()
 {
-    return index >= 0 && index < count() ? m_items[static_cast<std::size_t>(index)].view() : std::wstring_view();
+    m_items.clear();
+    media_name.clear();
+}
+
+CVHRTMedia& ViewItems::media() const
+{
+    return media_name.empty() ? CVHRTMediaError::ErrorMedia() : m_scene.media.Find(media_name.view());
+}
+
+stringx ViewItems::item(int32_t index) const
+{
+    return index >= 0 && index < count() ? m_items[static_cast<std::size_t>(index)] : stringx();
 }
 
 bool ViewItems::IsSelected(int32_t index) const
 {
     bool selected = false;
-    return media().IsSelected(item(index), selected) >= 0 && selected;
+    return media().IsSelected(item(index).view(), selected) >= 0 && selected;
 }
 
 // What selects itself in part is not for the user to change.
 bool ViewItems::IsDisabled(int32_t index) const
 {
     bool locked = false;
-    return media().IsPartlySelected(item(index), locked) >= 0 && locked;
+    return media().IsPartlySelected(item(index).view(), locked) >= 0 && locked;
 }
 
 bool ViewItems::HasChildren(int32_t index) const
 {
     int32_t children = 0;
-    return index >= 0 && index < count() && media().GetChildCount(item(index), children, 1) == 0 && children > 0;
+    return index >= 0 && index < count() && media().GetChildCount(item(index).view(), children, 1) == 0 && children > 0;
 }
 
 stringx ViewItems::Description(int32_t index) const
@@ -49,7 +65,8 @@ stringx ViewItems::Description(int32_t index) const
     wchar_t text[4096] = L"";
     int32_t number = 0;
     if (index < 0 || index >= count() ||
-        media().GetData(item(index), attribute_description, &number, text, static_cast<int32_t>(std::size(text))))
+        media().GetData(item(index).view(), attribute_description, &number, text,
+                        static_cast<int32_t>(std::size(text))))
         return {};
     return text;
 }
@@ -57,7 +74,8 @@ stringx ViewItems::Description(int32_t index) const
 ViewRow ViewItems::Row(int32_t index, size_format format, bool pictures_usable) const
 {
     CVHRTMedia& shown = media();
-    const std::wstring_view path = item(index);
+    const stringx kept = item(index);
+    const std::wstring_view path = kept.view();
     ViewRow row;
     row.index = index;
     if (shown.GetDisplayName(path, row.name) < 0)
@@ -83,7 +101,7 @@ uint64_t ViewItems::TotalSize() const
 
 void ViewItems::Select(int32_t index, bool selected) const
 {
-    media().SelectItem(item(index), selected, m_scene.context);
+    media().SelectItem(item(index).view(), selected, m_scene.context);
 }
 
 void ViewItems::SelectAll(bool selected) const

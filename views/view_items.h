@@ -36,9 +36,11 @@ public:
 
     // The items below the parent, at most 500 of them; -132 without a media's name, else the media's code.
     int32_t Fetch();
+    // There are no items any more, and no media.
+    void End();
     int32_t count() const { return static_cast<int32_t>(m_items.size()); }
     // Empty for an index outside.
-    std::wstring_view item(int32_t index) const;
+    stringx item(int32_t index) const;
 
     bool IsSelected(int32_t index) const;
     bool IsDisabled(int32_t index) const;
@@ -55,7 +57,7 @@ public:
     void KeepOneSelected() const;
 
 private:
-    CVHRTMedia& media() const { return m_scene.media.Find(media_name.view()); }
+    CVHRTMedia& media() const;
 
     ViewScene m_scene;
     std::vector<stringx> m_items;

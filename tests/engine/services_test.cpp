@@ -144,6 +144,7 @@ TEST_F(Registry, CanBeARunsOwn)
     ASSERT_EQ(S_OK, Set(bstr(L"Software\\Any"), L"V", L"32", local_machine));
     EXPECT_EQ(L"64", key.Text(L"V", L"\\Own\\HKLM\\Software\\Any"));
     EXPECT_EQ(L"32", key.Text(L"V", L"\\Own\\HKLM32\\Software\\Any"));
+    registry.query<ISetupRegistryOptions>()->SetOptions(0);
     LONG64 remote = 0;
     ASSERT_EQ(S_OK, registry->Connect(current_user, bstr(L"").get(), &remote));
     ASSERT_EQ(S_OK, registry->EnumKeys(remote, bstr(L"Software").get(), names.put()));

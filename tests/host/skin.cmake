@@ -48,6 +48,7 @@ if(NOT kept STREQUAL "mine" OR EXISTS ${WORK}/back/head.bmp)
   message(SEND_ERROR "an unpacking that is refused has written")
 endif()
 expect("overwrite" 0 "" ${skin} unpack ${WORK}/a.skin ${WORK}/back --overwrite)
+expect("into its own folder" 4 "lies in the folder" ${skin} pack ${WORK}/back ${WORK}/back/skin.ini)
 skins(compare ${WORK}/a.skin ${WORK}/back)
 
 # Containers that lie: nothing of them is written.
@@ -164,6 +165,16 @@ skin.ini:41: [${long}] no dialog's name is longer than 99 characters
 skin.ini:43: [SKINS] VERSIO: nobody reads this key; is \"VERSION\" meant?
 \"head.bmp\": nobody uses this picture
 " ${skin} check ${WORK}/bad)
+# All names that the system tells in one answer, and one letter more.
+string(REPEAT "x" 92 fill)
+foreach(i RANGE 10 40)
+  string(APPEND names "[${i}${fill}x]\n")
+endforeach()
+file(WRITE ${WORK}/empty/skin.ini "${names}[41${fill}]\n")
+expect_lines("names that fit" 0 "" ${skin} check ${WORK}/empty)
+file(WRITE ${WORK}/empty/skin.ini "${names}[41${fill}x]\n")
+expect_lines("names that don't" 1
+  "skin.ini:32: [41${fill}x] all names together are too long; this section is lost\n" ${skin} check ${WORK}/empty)
 string(ASCII 239 187 191 mark)
 file(WRITE ${WORK}/empty/skin.ini "${mark}[ALL]\n")
 expect("a mark" 1 "skin.ini:1: the text must be plain" ${skin} check ${WORK}/empty)

@@ -44,6 +44,11 @@ protected:
         ComponentViewSetInfoEx(context, ViewDecimals, 0);
     }
 
+    void AddList(int id) const
+    {
+        CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE, 0, 0, 180, rows * 17 + 4, m_dialog,
+                        reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+    }
     void AddItems(int count, int32_t size = 1024)
     {
         for (int i = 0; i < count; ++i)
@@ -408,8 +413,7 @@ TEST_F(ComponentViews, EndInAnyOrderAndLeaveNothing)
         ComponentViewDestroy(pair[1 - cycle % 2]);
         for (const int id : {list, list2}) {
             DestroyWindow(Window(id));
-            CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE, 0, 0, 180, rows * 17 + 4, m_dialog,
-                            reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+            AddList(id);
         }
         if (cycle == 2)
             handles = vh::test::GdiObjects();
@@ -419,6 +423,56 @@ TEST_F(ComponentViews, EndInAnyOrderAndLeaveNothing)
     Shown(list);
     Shown(list2);
     DestroyWindow(Window(list2));
+}
+
+TEST_F(ComponentViews, MayEndInTheMidstOfAClick)
+{
+    AddItems(3);
+    _ComponentAddItem(context, L"M", L"i0\\below", 1, 0);
+    // The view above, the one that is clicked, the dialog; while rows are looked at, and while one changes.
+    Table<int, std::function<void()> LockedMedia::*> ends = {{list, &LockedMedia::on_look},
+                                                             {list, &LockedMedia::on_select},
+                                                             {list2, &LockedMedia::on_look},
+                                                             {list2, &LockedMedia::on_select},
+                                                             {0, &LockedMedia::on_select}};
+    for (const auto& [ended, when] : ends) {
+        ComponentView* views[] = {Make(list), Make(list2)};
+        ComponentView* const ending = views[ended == list2];
+        ComponentViewSetInfo(views[0], ViewChild, reinterpret_cast<int64_t>(views[1]), nullptr);
+        ComponentViewSetInfo(views[1], ViewParent, reinterpret_cast<int64_t>(views[0]), nullptr);
+        ComponentViewSetInfo(ending, ViewSpaceRequired, required, nullptr);
+        for (ComponentView* view : views)
+            ASSERT_EQ(ComponentViewCreateWindow(view), 0);
+        media.*when = [&, control = ended, all = this] {
+            EXPECT_EQ(control ? ComponentViewDestroy(ending) : !DestroyWindow(all->m_dialog), 0);
+            SetWindowTextW(Window(required), L"mine");
+        };
+        Click(Window(list2), 0, true);
+        EXPECT_EQ(Text(required), ended ? L"mine" : L"") << "it has nothing to say any more";
+        EXPECT_EQ(ComponentViewRefresh(ending), ended ? -1 : 0);
+        for (ComponentView* view : views)
+            ComponentViewDestroy(view);
+        for (const int id : {list, list2}) {
+            DestroyWindow(Window(id));
+            AddList(id);
+        }
+    }
+}
+
+TEST_F(ComponentViews, MayShowOtherItemsInTheMidstOfAChange)
+{
+    AddItems(3);
+    _ComponentAddItem(context, L"M", L"i0\\below", 1, 0);
+    ComponentView* view = Shown();
+    media.on_select = [&] {
+        ComponentViewSetInfo(view, ViewParentItem, 0, L"i0");
+        ComponentViewRefresh(view);
+    };
+    EXPECT_EQ(ComponentViewSelectAll(view, 1), 0);
+    EXPECT_EQ(view->count(), 1);
+    EXPECT_TRUE(Selected(0) && !Selected(1)) << "the rest is not the view's any more";
+    SendMessageW(Window(), WM_NCCREATE, 0, 0);
+    EXPECT_EQ(SendMessageW(Window(), LB_GETCURSEL, 0, 0), 0) << "it has its view already";
 }
 
 TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)

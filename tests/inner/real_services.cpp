@@ -1,5 +1,6 @@
 // Stopping real services, traced. Which ones depend on which is told by a stand-in, since not every platform lists them.
 #include "../../diagnostics/trace.h"
+#include "../../scriptdata/unique.h"
 #include "../../system/late_advapi32.h"
 #include "../../system/service_stop.h"
 #include "../support/replaced.h"
@@ -118,7 +119,7 @@ TEST(RealServices, StopInTheirOrder)
         EXPECT_EQ(Stopped(), "false|" + begin + "Message=Service stop timed out.|" + alone + failed);
     }
     const Replaced lists(late::enum_dependents, &List);
-    const Service main(L"VHTestMain", L"stops"), middle(L"VHTestMiddle", L"stops"), far(L"VHTestFar", L"refuses");
+    const Service main(L"VHTestMain", L"stops"), middle(L"VHTestMiddle", L"stops"), other(L"VHTestFar", L"refuses");
     g_dependents = {L"VHTestFar", L"VHTestMiddle"};
     EXPECT_EQ(Stopped(), "false|" + begin + "ServiceName=VHTestFar\tMessage=Service failed to stop.|" + failed);
     EXPECT_EQ(middle.State(), static_cast<DWORD>(SERVICE_RUNNING)) << "the first that fails ends it";

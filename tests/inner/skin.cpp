@@ -154,7 +154,8 @@ TEST(SkinProfile, ReadsWhatTheSystemReads)
     const std::string odd =
         "; note\r\n[ALL] behind\r\n  TEXTCOLOR = 1,2,3  \r\nrects=1\r\nRECT1=\"4,5,6\"\r\n;RECT1=9,9,9\r\n"
         "RECT1=7,7,7\r\nRECT1AREA=1,2,3\r\nRECT1POS\r\nBUTTONSUP='up one.gif'\r\n\r\n"
-        "[Page]\nIMAGES=2\nIMAGE1=a=b.gif\nIMAGE2=;c.gif\nIMAGE2OPT=HCENTER, SCALE\nIMAGE1POS=+4, 5\n"
+        "[]\r\nRECTS=1\r\n[Open\r\nRECTS=1\r\n[Page]\nIMAGES=2\nIMAGE1=a=b.gif\nIMAGE2=;c.gif\nIMAGE2OPT=HCENTER, "
+        "SCALE\nIMAGE1POS=+4, 5\n"
         "[ Blank ]\r\nTEXTCOLOR=\"1,1,1\r\nRECTS=\r\n[Page]\r\nIMAGES=0\r\n[Last]\r\nTEXTCOLOR=2,2,2";
     for (const std::string& text : {of_sample, odd}) {
         const stringx place(directory.c_str());
@@ -326,7 +327,20 @@ TEST_F(SkinnedDialogs, DrawButtonsFromPictures)
     const LRESULT default_before = SendMessageW(m_dialog, DM_GETDEFID, 0, 0);
     Draw(push, ODA_DRAWENTIRE, 0);
     EXPECT_EQ(SendMessageW(m_dialog, DM_GETDEFID, 0, 0), default_before);
+    const auto picture = [&] {
+        std::vector<COLORREF> pixels;
+        for (LONG at = 0; at < 20 * 50; ++at)
+            pixels.push_back(Pixel(Control(push), at % 50, at / 50));
+        return pixels;
+    };
+    const auto plain = picture();
     Draw(push, ODA_FOCUS, ODS_FOCUS);
+    const auto frame = std::ranges::mismatch(plain, picture()).in1 - plain.begin();
+    TEXTMETRICW metric{};
+    const HDC screen = GetDC(Control(push));
+    GetTextMetricsW(screen, &metric);
+    ReleaseDC(Control(push), screen);
+    EXPECT_EQ(frame / 50, std::max(10 - metric.tmHeight / 2 - 2, LONG{0})) << "two pixels above the text";
     EXPECT_EQ(LOWORD(SendMessageW(m_dialog, DM_GETDEFID, 0, 0)), push);
     // A label's new text stands on the surface, not on the old text.
     SetWindowTextW(Control(label), L"WWWWW");

@@ -192,6 +192,15 @@ TEST_F(TreeViews, EndWithTheirDialogs)
             handles = vh::test::GdiObjects();
     }
     EXPECT_EQ(vh::test::GdiObjects(), handles);
+    // In the midst of its own click, and of its filling.
+    tree = Make(-1);
+    media.on_select = [this] { Close(); };
+    ClickAt(Next(TVGN_ROOT), true);
+    EXPECT_EQ(GetSelectedItemState(tree, nullptr), -1);
+    Open();
+    media.on_look = [this] { Close(); };
+    EXPECT_EQ(Make(-1), nullptr);
+    Open();
     // A dialog that stays longer than its context is left as it was.
     tree = Make(-1);
     __ReleaseObjectContext(context.Take());

@@ -18,7 +18,11 @@ Table<const wchar_t*, int, bool> templates = {
     {L"vhuser.dll", 10305, true}, {L"vhuser.dll", 20001, true},  {L"vhuser.dll", 20002, true},
     {L"vhuser.dll", 20003, true}, {L"vhuser.dll", 20004, true},  {L"vhuser.dll", 20005, true},
     {L"vhuser.dll", 20006, true}, {L"vhuser.dll", 20007, true},  {L"vhuser.dll", 20008, true},
-    {L"vhuser.dll", 20009, true}, {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false}};
+    {L"vhuser.dll", 20009, true}, {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false},
+    {L"vhskin.dll", 10305, true}, {L"vhskin.dll", 20001, true},  {L"vhskin.dll", 20002, true},
+    {L"vhskin.dll", 20003, true}, {L"vhskin.dll", 20004, true},  {L"vhskin.dll", 20005, true},
+    {L"vhskin.dll", 20006, true}, {L"vhskin.dll", 20007, true},  {L"vhskin.dll", 20008, true},
+    {L"vhskin.dll", 20009, true}, {L"vhskin.dll", 20020, false}, {L"vhskin.dll", 20021, false}};
 
 // Windows chooses resources by the language of the thread, Wine by its locale.
 void Speak(LANGID language)
