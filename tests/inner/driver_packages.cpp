@@ -64,16 +64,12 @@ public:
 TEST(DriverPackages, OfAThirtyTwoBitProcessGoThroughTheHelper)
 {
     const Replaced emulated(late::is_wow64_process, [](HANDLE, BOOL* is) WINAPI -> BOOL { return *is = TRUE; });
-    const auto services = make_object<Services>();
     ObjectContext context;
-    {
-        DriverPackages alone(context);
-        alone.Initialise(L"C:\\s", com_ptr<IServiceProvider>(services.get()));
-        EXPECT_EQ(alone.Preinstall(L"p", 1), -1) << "no helper";
-    }
+    DriverPackages packages(context);
+    EXPECT_EQ(packages.Preinstall(L"p", 1), -1) << "no helper";
+    const auto services = make_object<Services>();
     services->helper = make_object<Helper>();
     Helper& helper = *services->helper.get();
-    DriverPackages packages(context);
     packages.Initialise(L"C:\\s", com_ptr<IServiceProvider>(services.get()));
 
     const INSTALLERINFO by{L"id", L"shown", nullptr, L"maker"};

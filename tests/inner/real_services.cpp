@@ -1,4 +1,4 @@
-// Stopping real services, traced. Which ones depend on which is told by a stand-in, since not every platform lists them.
+// Stopping real services, traced. Which ones depend on which is told by a stand-in: not every platform lists them.
 #include "../../diagnostics/trace.h"
 #include "../../scriptdata/unique.h"
 #include "../../system/late_advapi32.h"
@@ -14,7 +14,9 @@ using namespace vh::test;
 // Installed and running while it lives.
 class Service : Pinned {
 public:
-    Service(const wchar_t* name, const wchar_t* how) : m_end(CreateEventW(nullptr, TRUE, FALSE, name))
+    Service(const wchar_t* name, const wchar_t* how)
+        : m_end(CreateEventW(nullptr, TRUE, FALSE, name)),
+          m_runs(CreateEventW(nullptr, TRUE, FALSE, (std::wstring(name) + L" runs").c_str()))
     {
         wchar_t own[MAX_PATH];
         GetModuleFileNameW(nullptr, own, MAX_PATH);
@@ -24,12 +26,17 @@ public:
             CreateServiceW(m_manager, name, name, SERVICE_ALL_ACCESS, SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START,
                            SERVICE_ERROR_IGNORE, command.c_str(), nullptr, nullptr, nullptr, nullptr, nullptr);
         EXPECT_TRUE(m_service && StartServiceW(m_service, 0, nullptr)) << GetLastError();
-        EXPECT_TRUE(Becomes(SERVICE_RUNNING));
+        EXPECT_EQ(WaitForSingleObject(m_runs.get(), 10000), WAIT_OBJECT_0);
+        SERVICE_STATUS_PROCESS status{};
+        DWORD size = 0;
+        QueryServiceStatusEx(m_service, SC_STATUS_PROCESS_INFO, reinterpret_cast<BYTE*>(&status), sizeof(status),
+                             &size);
+        m_process.reset(OpenProcess(SYNCHRONIZE, FALSE, status.dwProcessId));
     }
     ~Service()
     {
         SetEvent(m_end.get());
-        EXPECT_TRUE(Becomes(SERVICE_STOPPED));
+        EXPECT_EQ(WaitForSingleObject(m_process.get(), 10000), WAIT_OBJECT_0);
         DeleteService(m_service);
         CloseServiceHandle(m_service);
         CloseServiceHandle(m_manager);
@@ -42,14 +49,9 @@ public:
     }
 
 private:
-    bool Becomes(DWORD state) const
-    {
-        for (int i = 0; i < 500 && State() != state; ++i)
-            Sleep(20);
-        return State() == state;
-    }
-
     const unique_handle m_end;
+    const unique_handle m_runs;
+    unique_handle m_process;
     SC_HANDLE m_manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
     SC_HANDLE m_service = nullptr;
 };
@@ -102,7 +104,8 @@ TEST(RealServices, StopInTheirOrder)
     EXPECT_EQ(Stopped(), "false|" + begin + failed) << "no such service";
     {
         const Service main(L"VHTestMain", L"stops");
-        EXPECT_EQ(Stopped(), "true|" + begin + alone + "ServiceName=VHTestMain\tMessage=Service stopped successfully.|");
+        EXPECT_EQ(Stopped(),
+                  "true|" + begin + alone + "ServiceName=VHTestMain\tMessage=Service stopped successfully.|");
         EXPECT_EQ(main.State(), static_cast<DWORD>(SERVICE_STOPPED));
         EXPECT_EQ(Stopped(), "true|" + begin + "ServiceName=VHTestMain\tMessage=Service already stopped.|");
     }

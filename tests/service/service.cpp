@@ -1,5 +1,6 @@
 // A service for tests: vhrt_test_service NAME HOW
-// "stops" does as it is told, "refuses" takes no stop, "hangs" says that it is about to stop until the event NAME is set.
+// "stops" does as it is told, "refuses" takes no stop, "hangs" says that it is about to stop, and all end once the
+// event NAME is set. The event "NAME runs" tells that it runs.
 #include <windows.h>
 
 #include <cwchar>
@@ -37,6 +38,11 @@ void WINAPI Run(DWORD, wchar_t**)
 {
     g_service = RegisterServiceCtrlHandlerExW(g_name, &Handle, nullptr);
     Tell(SERVICE_RUNNING);
+    wchar_t runs[80];
+    wcscat(wcscpy(runs, g_name), L" runs");
+    HANDLE const told = OpenEventW(EVENT_MODIFY_STATE, FALSE, runs);
+    SetEvent(told);
+    CloseHandle(told);
     // Nobody leaves it behind for ever.
     WaitForSingleObject(g_end, 60000);
     Tell(SERVICE_STOPPED);
