@@ -337,6 +337,8 @@ TEST_F(ComponentViews, PaintTheRowsThatChanged)
     EXPECT_EQ(painted([&] { RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }), rows);
     EXPECT_EQ(painted([&] { SendMessageW(Window(), WM_VSCROLL, SB_LINEDOWN, 0); }), rows);
     EXPECT_EQ(painted([&] { SendMessageW(Window(), WM_VSCROLL, SB_ENDSCROLL, 0); }), 0);
+    SendMessageW(Window(), WM_MOUSEWHEEL, MAKEWPARAM(0, -WHEEL_DELTA), 0);
+    EXPECT_EQ(GetScrollPos(Window(), SB_VERT), 1 + 3);
     ComponentViewSetInfo(view, ViewShowSizes, 0, nullptr);
     EXPECT_EQ(painted([&] { ComponentViewRefresh(view); }), rows);
 }

@@ -31,15 +31,16 @@ std::string Plain(int width, int height, uint32_t pixel)
     return BitmapFile(BitmapHeader(width, height, 32), "", pixels);
 }
 
-constexpr const char* skin_text = "[SKINS]\r\nVERSION=3\r\n"
-                                  "[ALL]\r\nRECTS=1\r\nRECT1=255,255,0\r\nRECT1AREA=1000,1000\r\n"
-                                  "TEXTCOLOR=255,0,0\r\nBUTTONSUP=up.bmp\r\nBUTTONSDOWN=down.bmp\r\n"
-                                  "[ALL-0407]\r\nBUTTONSUP=down.bmp\r\n"
-                                  "[Page]\r\nRECTS=2\r\nRECT1=0,0,255\r\nRECT1POS=0,0\r\nRECT1AREA=40,40\r\n"
-                                  "RECT2=0,255,0\r\nRECT2POS=20,0\r\nRECT2AREA=60,20\r\n"
-                                  "IMAGES=1\r\nIMAGE1=up.bmp\r\nIMAGE1OPT=HCENTER\r\nIMAGE1POS=0,48\r\n"
-                                  "BUTTONS=1\r\nBUTTON1=12\r\nBUTTON1POS=8,56\r\nBUTTON1UP=wide.bmp\r\n"
-                                  "[Page-0007]\r\nTEXTCOLOR=0,255,0\r\n[Bare]\r\n[ALLES]\r\n";
+constexpr const char* skin_text =
+    "[SKINS]\r\nVERSION=3\r\n"
+    "[ALL]\r\nRECTS=1\r\nRECT1=255,255,0\r\nRECT1AREA=1000,1000\r\n"
+    "TEXTCOLOR=255,0,0\r\nBUTTONSDISTXTCLR=0,0,255\r\nBUTTONSUP=up.bmp\r\nBUTTONSDOWN=down.bmp\r\n"
+    "[ALL-0407]\r\nBUTTONSUP=down.bmp\r\n"
+    "[Page]\r\nRECTS=2\r\nRECT1=0,0,255\r\nRECT1POS=0,0\r\nRECT1AREA=40,40\r\n"
+    "RECT2=0,255,0\r\nRECT2POS=20,0\r\nRECT2AREA=60,20\r\n"
+    "IMAGES=1\r\nIMAGE1=up.bmp\r\nIMAGE1OPT=HCENTER\r\nIMAGE1POS=0,48\r\n"
+    "BUTTONS=1\r\nBUTTON1=12\r\nBUTTON1POS=8,56\r\nBUTTON1UP=wide.bmp\r\n"
+    "[Page-0007]\r\nTEXTCOLOR=0,255,0\r\n[Bare]\r\n[ALLES]\r\n";
 
 class Skins : public testing::Test {
 protected:
@@ -333,7 +334,11 @@ TEST_F(SkinnedDialogs, DrawButtonsFromPictures)
             pixels.push_back(Pixel(Control(push), at % 50, at / 50));
         return pixels;
     };
+    Draw(push, ODA_DRAWENTIRE, ODS_DISABLED);
+    EXPECT_GT(std::ranges::count(picture(), blue), 5) << "the text's other colour";
+    Draw(push, ODA_DRAWENTIRE, 0);
     const auto plain = picture();
+    EXPECT_EQ(std::ranges::count(plain, blue), 0);
     Draw(push, ODA_FOCUS, ODS_FOCUS);
     const auto frame = std::ranges::mismatch(plain, picture()).in1 - plain.begin();
     TEXTMETRICW metric{};
@@ -396,8 +401,9 @@ TEST_F(SkinnedDialogs, SwitchThemesOffOnlyWhereThereAreSome)
         ASSERT_TRUE(Start(Container()));
         g_themes_off = 0;
         CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD, 0, 0, 10, 10, m_dialog, nullptr, nullptr, nullptr);
+        Add(19, WC_BUTTONW, L"Radio", BS_AUTORADIOBUTTON, 0);
         ASSERT_TRUE(Apply(L"Page"));
-        EXPECT_EQ(g_themes_off, properties & 2 ? 3 : 0) << "check box, group box, progress bar";
+        EXPECT_EQ(g_themes_off, properties & 2 ? 4 : 0) << "check box, group box, progress bar, radio button";
         Close();
         Open();
     }
