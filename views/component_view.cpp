@@ -13,6 +13,18 @@
 
 namespace {
 
+// Set while it lives, also when something is raised.
+class busy_mark {
+public:
+    explicit busy_mark(bool& flag) : m_flag(flag) { m_flag = true; }
+    busy_mark(const busy_mark&) = delete;
+    busy_mark& operator=(const busy_mark&) = delete;
+    ~busy_mark() { m_flag = false; }
+
+private:
+    bool& m_flag;
+};
+
 constexpr DWORD window_style = WS_CHILD | WS_VSCROLL | WS_TABSTOP;
 constexpr const wchar_t* window_title = L"VHAVIEWCMPTWINDOW";
 
@@ -327,12 +339,11 @@ void ComponentView::ShowChildren(bool moved)
     const auto child = m_child.lock();
     if (!child || count() == 0 || m_busy)
         return;
-    m_busy = true;
+    const busy_mark busy(m_busy);
     if (moved)
         child->SetParentItem(m_items.item(m_place.current).view());
     child->Refresh();
     child->ShowChildren(moved);
-    m_busy = false;
 }
 
 stringx ComponentView::SizeWithUnit(uint64_t bytes) const

@@ -290,11 +290,12 @@ void TreeView::End(HWND dialog)
     auto tree = Live(vh::late::get_prop(dialog, tree_property));
     for (const TreeView* each = tree.get(); each; each = each->m_other.get())
         Send(each->m_tree, TVM_DELETEITEM, 0, TVI_ROOT);
-    const auto before = reinterpret_cast<LONG_PTR>(vh::late::get_prop(dialog, procedure_property));
-    if (before)
-        vh::late::set_window_long(dialog, GWLP_WNDPROC, before);
     vh::late::remove_prop(dialog, tree_property);
-    vh::late::remove_prop(dialog, procedure_property);
+    // Somebody who stands above, such as a skin, keeps the way down: the procedure passes on to the one before.
+    const auto ours = reinterpret_cast<LONG_PTR>(&Procedure);
+    if (vh::late::get_window_long(dialog, GWLP_WNDPROC) == ours)
+        vh::late::set_window_long(dialog, GWLP_WNDPROC,
+                                  reinterpret_cast<LONG_PTR>(vh::late::remove_prop(dialog, procedure_property)));
     for (; tree; tree = tree->m_other) {
         tree->DropPictures();
         LiveTrees().Remove(tree.get());

@@ -164,6 +164,12 @@ TEST_F(TreeViews, ToggleByKeyAndClick)
     EXPECT_GIVES(events->QueryInterface(ISetupBasicFeatureStateEvents::iid, &object), S_OK, object, events);
 }
 
+WNDPROC g_below = nullptr;
+LRESULT CALLBACK Above(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
+{
+    return CallWindowProcW(g_below, window, message, wparam, lparam);
+}
+
 TEST_F(TreeViews, EndWithTheirDialogs)
 {
     EXPECT_EQ(_TreeViewCreate(nullptr, m_dialog, control, L"M", L"a", 1), nullptr);
@@ -200,6 +206,17 @@ TEST_F(TreeViews, EndWithTheirDialogs)
     Open();
     media.on_look = [this] { Close(); };
     EXPECT_EQ(Make(-1), nullptr);
+    Open();
+    // Who stands above when the tree ends stays there, and what was below is still reached.
+    tree = Make(-1);
+    const auto above = reinterpret_cast<LONG_PTR>(&Above);
+    g_below = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(m_dialog, GWLP_WNDPROC, above));
+    SendMessageW(m_dialog, WM_DESTROY, 0, 0);
+    EXPECT_EQ(GetSelectedItemState(tree, nullptr), -1);
+    EXPECT_EQ(GetWindowLongPtrW(m_dialog, GWLP_WNDPROC), above);
+    SetWindowTextW(m_dialog, L"still named");
+    EXPECT_EQ(GetWindowTextLengthW(m_dialog), 11);
+    Close();
     Open();
     // A dialog that stays longer than its context is left as it was.
     tree = Make(-1);
