@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "convert_command.h"
 #include "host/command_line.h"
 #include "host/text.h"
 #include "pending_command.h"
@@ -14,6 +15,7 @@ namespace {
 struct Words {
     std::string first;
     std::string second;
+    unsigned number = 0;
     bool json = false;
     bool at_reboot = false;
     bool ignore_files = false;
@@ -75,12 +77,27 @@ void DeclareRemoveTree(CLI::App& app, std::function<int()>& run)
     remove.Flag("--ignore-files", &Words::ignore_files, "Pass over files that can't be deleted");
 }
 
+void DeclareConvert(CLI::App& app, std::function<int()>& run)
+{
+    const Command convert(app, "convert", "Write a UTF-16 text file in a code page", run, [](const Words& words) {
+        return ConvertFile(host::PathOf(words.first), host::PathOf(words.second), words.number);
+    });
+    convert.Word("SOURCE", &Words::first, "The UTF-16 text, with a mark or without")
+        ->required()
+        ->check(host::not_empty);
+    convert.Word("TARGET", &Words::second, "The file to write; what it held is lost, also when this fails")
+        ->required()
+        ->check(host::not_empty);
+    convert.line->add_option("--code-page", convert.words->number, "Without it the system's")->type_name("NUMBER");
+}
+
 } // namespace
 
 void DeclareSystemCommands(CLI::App& app, std::function<int()>& run)
 {
     DeclarePending(app, run);
     DeclareRemoveTree(app, run);
+    DeclareConvert(app, run);
 }
 
 } // namespace tools
