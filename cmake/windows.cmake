@@ -136,7 +136,7 @@ target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options gtest)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 file(GLOB format_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/pictures/formats/*.cpp)
-list(APPEND format_sources ${CMAKE_SOURCE_DIR}/skin/skin_text.cpp)
+list(APPEND format_sources ${CMAKE_SOURCE_DIR}/skin/skin_text.cpp ${CMAKE_SOURCE_DIR}/system/registration_script.cpp)
 target_sources(vhrt_format_tests PRIVATE ${format_sources})
 vhrt_test_program(vhrt_host_tests tests/host vhhost_parts)
 # Beside a server that misbehaves.
