@@ -7,6 +7,7 @@
 #include "host/command_line.h"
 #include "host/text.h"
 #include "pending_command.h"
+#include "register_command.h"
 
 namespace tools {
 
@@ -19,6 +20,7 @@ struct Words {
     bool json = false;
     bool at_reboot = false;
     bool ignore_files = false;
+    bool per_user = false;
 };
 
 // A command with words of its own, which live as long as what runs it.
@@ -91,6 +93,18 @@ void DeclareConvert(CLI::App& app, std::function<int()>& run)
     convert.line->add_option("--code-page", convert.words->number, "Without it the system's")->type_name("NUMBER");
 }
 
+template <bool Registers>
+void DeclareRegister(CLI::App& app, std::function<int()>& run, const char* name, const char* purpose)
+{
+    const Command command(app, name, purpose, run, [](const Words& words) {
+        return RegisterFile(host::PathOf(words.first), Registers, {host::PathOf(words.second), words.per_user});
+    });
+    command.Word("FILE", &Words::first, ".rgs, .dll, .ocx, .exe or .tlb")->required()->check(host::not_empty);
+    command.Word("--module", &Words::second, "%MODULEPATH% in a script; without it the script's folder")
+        ->type_name("PATH");
+    command.Flag("--per-user", &Words::per_user, "For this user, not for the machine");
+}
+
 } // namespace
 
 void DeclareSystemCommands(CLI::App& app, std::function<int()>& run)
@@ -98,6 +112,8 @@ void DeclareSystemCommands(CLI::App& app, std::function<int()>& run)
     DeclarePending(app, run);
     DeclareRemoveTree(app, run);
     DeclareConvert(app, run);
+    DeclareRegister<true>(app, run, "register", "Register a server, a type library or a registration script");
+    DeclareRegister<false>(app, run, "unregister", "Undo what \"register\" does");
 }
 
 } // namespace tools
