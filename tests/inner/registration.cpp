@@ -22,8 +22,9 @@ constexpr const char* tree = "Software\nSoftware\\Classes\nSoftware\\Classes\\A\
 
 TEST_F(Registration, OfAScriptMakesAndDeletesItsKeys)
 {
-    const stringx script(folder.Write(L"s.rgs", "HKCR\r\n{\r\nNoRemove A = s 'd'\r\n{\r\nval P = s '%MODULEPATH%\\y'\r\n"
-                                                "B\r\n}\r\n}\r\n"));
+    const stringx script(folder.Write(L"s.rgs",
+                                      "HKCR\r\n{\r\nNoRemove A = s 'd'\r\n{\r\nval P = s '%MODULEPATH%\\y'\r\n"
+                                      "B\r\n}\r\n}\r\n"));
     script_fault fault;
     for (const bool per_user : {false, true}) {
         const RegistryRoot& used = per_user ? user : machine;
