@@ -1,7 +1,7 @@
 # Platform-free code with the host compiler: its tests under sanitizers, or its fuzzers.
 option(VHRT_FUZZ "Build the fuzzers" OFF)
 file(GLOB format_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/pictures/formats/*.cpp)
-list(APPEND format_sources ${CMAKE_SOURCE_DIR}/skin/skin_text.cpp)
+list(APPEND format_sources ${CMAKE_SOURCE_DIR}/skin/skin_text.cpp ${CMAKE_SOURCE_DIR}/system/registration_script.cpp)
 if(VHRT_FUZZ)
   file(GLOB fuzzers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/fuzz/*.cpp)
   foreach(source IN LISTS fuzzers)

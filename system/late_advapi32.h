@@ -1,4 +1,4 @@
-// The functions of services and of access lists, bound on first use.
+// The functions of services, of access lists and of the registry's roots, bound on first use.
 #pragma once
 
 #include <windows.h>
@@ -25,6 +25,7 @@ inline constinit late_function<decltype(LookupAccountNameW)> lookup_account(adva
 inline constinit late_function<decltype(OpenSCManagerW)> open_service_manager(advapi32, "OpenSCManagerW");
 inline constinit late_function<decltype(OpenServiceW)> open_service(advapi32, "OpenServiceW");
 inline constinit late_function<decltype(QueryServiceStatusEx)> query_service(advapi32, "QueryServiceStatusEx");
+inline constinit late_function<decltype(RegOverridePredefKey)> override_root(advapi32, "RegOverridePredefKey");
 inline constinit late_function<decltype(SetEntriesInAclW)> set_entries(advapi32, "SetEntriesInAclW");
 inline constinit late_function<decltype(SetNamedSecurityInfoW)> set_security_info(advapi32, "SetNamedSecurityInfoW");
 

@@ -4,7 +4,7 @@
 #include <cwchar>
 
 #include "../scriptdata/format.h"
-#include "late_print.h"
+#include "late_shell.h"
 
 namespace vh {
 

@@ -17,6 +17,7 @@
 #include "picture_command.h"
 #include "pictures/option_text.h"
 #include "skin_command.h"
+#include "system_options.h"
 #include "trace_command.h"
 
 namespace {
@@ -236,6 +237,7 @@ int wmain(int count, wchar_t** words)
     DeclarePicture(app, line);
     DeclareSkin(app, line);
     DeclareFacts(app, line);
+    tools::DeclareSystemCommands(app, line.run);
     try {
         if (!host::ParseCommandLine(app, count, words))
             return tools::exit_done;

@@ -1,6 +1,6 @@
 // Printing on a print dialog and a shell of the test's own.
 #include "../../system/print_runtime.h"
-#include "../../system/late_print.h"
+#include "../../system/late_shell.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
 

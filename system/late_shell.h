@@ -1,4 +1,4 @@
-// The print dialog, the shell's verbs and the windows that may own the dialog, bound on first use.
+// The shell's verbs, the print dialog and the windows that may own it, bound on first use.
 #pragma once
 
 #include <windows.h>

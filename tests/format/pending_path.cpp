@@ -1,0 +1,35 @@
+// Which paths of pending operations are the same.
+#include "../../system/pending_path.h"
+#include "../support/test.h"
+
+namespace {
+
+using namespace vh::test;
+
+TEST(PendingPath, LosesItsSteps)
+{
+    Table<const char*, const char*> cases = {{"", ""},
+                                             {"C:\\a\\b", "C:\\a\\b"},
+                                             {"C:\\a\\.\\b\\.", "C:\\a\\b"},
+                                             {"C:\\a\\..\\b", "C:\\b"},
+                                             {"C:\\a\\b\\..\\..\\c", "C:\\c"},
+                                             {"C:\\a\\.\\..\\b", "C:\\b"},
+                                             {"a\\..\\b", "\\b"},
+                                             {"a\\b\\..", "a"},
+                                             // A root has nothing above it, or two drives would be one.
+                                             {"C:\\..\\b", "C:\\b"},
+                                             {"\\\\server\\share\\..\\..\\b", "\\\\server\\share\\b"},
+                                             {"\\..\\..", ""},
+                                             // Names that begin with dots.
+                                             {"C:\\a\\.b", "C:\\ab"},
+                                             {"C:\\a\\...", "C:."},
+                                             {"..\\a", "..\\a"}};
+    for (const auto& [path, plain] : cases) {
+        const std::string narrow(path);
+        const std::u16string wide(narrow.begin(), narrow.end());
+        EXPECT_EQ(vh::PlainPath(std::string_view(narrow)), plain) << path;
+        EXPECT_EQ(vh::PlainPath(std::u16string_view(wide)), std::u16string(plain, plain + std::strlen(plain))) << path;
+    }
+}
+
+} // namespace
