@@ -50,13 +50,13 @@ LRESULT CALLBACK BareProcedure(HWND window, UINT message, WPARAM wparam, LPARAM 
     return 0;
 }
 
-HWND MakeBare(int height, int across = width)
+HWND MakeBare(int height)
 {
     WNDCLASSW made{};
     made.lpfnWndProc = &BareProcedure;
     made.lpszClassName = L"vhrt bench view";
     RegisterClassW(&made);
-    return CreateWindowExW(0, made.lpszClassName, L"", WS_POPUP | WS_VISIBLE, 0, 0, across, height, nullptr, nullptr,
+    return CreateWindowExW(0, made.lpszClassName, L"", WS_POPUP | WS_VISIBLE, 0, 0, width, height, nullptr, nullptr,
                            nullptr, nullptr);
 }
 
@@ -139,6 +139,18 @@ void CopySurface(HWND window)
     EndPaint(window, &paint);
 }
 
+WNDPROC g_before = nullptr;
+
+// One copy, and the message passed on as a skin has to.
+LRESULT CALLBACK PassingProcedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam)
+{
+    if (message == WM_ERASEBKGND)
+        return 1;
+    if (message == WM_PAINT)
+        CopySurface(window);
+    return CallWindowProcW(g_before, window, message, wparam, lparam);
+}
+
 // A skin of one rectangle, read from a file as a setup reads it.
 bool StartSkin(vh::DialogSkin& skin)
 {
@@ -157,24 +169,28 @@ bool StartSkin(vh::DialogSkin& skin)
 
 void SkinnedDialog(suite& s)
 {
-    constexpr int height = 400;
+    // Both windows fit on the screen, side by side.
+    constexpr int height = 300;
     constexpr int page = 600;
     vh::DialogSkin skin;
     const HWND dialog = CreateWindowExW(0, L"#32770", L"", WS_POPUP | WS_VISIBLE, 0, 0, page, height, nullptr, nullptr,
                                         nullptr, nullptr);
     if (!StartSkin(skin) || !skin.Apply(skin.Record(dialog, L"Page", L"")))
         return s.Leave("a skinned dialog's paint", "the skin could not be applied");
-    const HWND bare = MakeBare(height, page);
-    const HDC screen = GetDC(bare);
+    const HDC screen = GetDC(dialog);
     g_surface = CreateCompatibleDC(screen);
     const vh::unique_bitmap bitmap(CreateCompatibleBitmap(screen, page, height));
     const HGDIOBJ before = SelectObject(g_surface, bitmap.get());
-    g_paint = &CopySurface;
-    s.Compare("a skinned dialog's paint, to one copy", 1.1, Repainting(dialog), Repainting(bare));
+    const HWND passing = CreateWindowExW(0, L"#32770", L"", WS_POPUP | WS_VISIBLE, 0, height, page, height, nullptr,
+                                         nullptr, nullptr, nullptr);
+    g_before = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(passing, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PassingProcedure)));
+    s.Compare("a skinned dialog's paint, to one copy and the dialog's own answer", 1.1, Repainting(dialog),
+              Repainting(passing));
+    DestroyWindow(passing);
     SelectObject(g_surface, before);
     DeleteDC(g_surface);
-    ReleaseDC(bare, screen);
-    DestroyWindow(bare);
+    ReleaseDC(dialog, screen);
     DestroyWindow(dialog);
 }
 

@@ -34,6 +34,15 @@ public:
         const auto place = Place(address);
         return place == m_objects.end() ? nullptr : *place;
     }
+    // The newest that fits, or none.
+    template <class Fits>
+    std::shared_ptr<T> Newest(Fits&& fits)
+    {
+        const std::lock_guard guard(m_lock);
+        const auto found = std::find_if(m_objects.rbegin(), m_objects.rend(),
+                                        [&](const std::shared_ptr<T>& object) { return fits(*object); });
+        return found == m_objects.rend() ? nullptr : *found;
+    }
     // Those of now that fit; they may end meanwhile.
     template <class Fits>
     std::vector<std::shared_ptr<T>> Those(Fits&& fits)

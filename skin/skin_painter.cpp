@@ -341,7 +341,9 @@ void SkinnedDialog::CopyUnder(HWND control, HDC context) const
 
 LRESULT CALLBACK SkinnedDialog::Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam)
 {
-    const auto skinned = LiveDialogs().Find(late::get_prop(dialog, dialog_property));
+    // The property would tell too, but costs a call of the window system for each message.
+    const auto skinned =
+        LiveDialogs().Newest([dialog](const SkinnedDialog& one) { return one.m_attr.window == dialog; });
     if (!skinned)
         return late::def_window_proc(dialog, message, wparam, lparam);
     const WNDPROC before = skinned->m_attr.previousProcedure;
