@@ -259,8 +259,7 @@ TEST(MainImages, ChangeByKindOrByScale)
         {scale, -2, file, -2, L"~"},
         {scale, 25, file + L"x", no_file, L"~"},
         {scale, 25, file, 0, L"@@" + file + L";25"},
-        {kind, ImagePrevious, L"", 0, L"first"},
-    };
+        {kind, ImagePrevious, L"", 0, L"first"}};
     for (const auto& [by, number, text, result, told] : calls) {
         const auto call = by == kind ? &_SetAltMainImage : &_SetAltMainImageEx;
         EXPECT_EQ(CallsOf(session, [&, n = number, &t = text,

@@ -203,8 +203,7 @@ TEST(Pictures, AppearWithTheirEffectOnce)
          1, "0,0 16x1;" + whole},
         {7, whole, 0, ""},
         {8, whole, 0, ""},
-        {-1, whole, 0, ""},
-    };
+        {-1, whole, 0, ""}};
     for (const auto& [number, expected, fails_at, copies_of_failing] : cases) {
         Sheet sheet(20, 20, ground_color);
         SetupImage image = Loaded(0, number);

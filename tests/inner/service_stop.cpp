@@ -91,8 +91,7 @@ TEST(ServiceStop, StopsDependentsFirstAndEndsAtTheFirstFailure)
          L"stop b|stop a|stop main|"},
         {Services{{L"a", {{stopped}, false}}, {L"b", {{stopped}}}, {L"main", {{runs, stopped}}}}, Names{L"a", L"b"}, 0,
          false, L""},
-        {Services{{L"a", {{stopped}, true, false}}, {L"main", {{runs, stopped}}}}, Names{L"a"}, 0, false, L"stop a|"},
-    };
+        {Services{{L"a", {{stopped}, true, false}}, {L"main", {{runs, stopped}}}}, Names{L"a"}, 0, false, L"stop a|"}};
     for (const auto& [services, dependents, error, result, log] : cases) {
         g_services = services;
         g_dependents = dependents;

@@ -165,8 +165,7 @@ TEST_F(AttackedDialogs, MayEndAtEachOfTheirMessages)
         {destruction, end, L"0", -100, 8, 0},
         {destruction, end_and_wait, L"0 -100", -100, 8, 0},
         {destruction, end_context, L"", -100, 8, 0},
-        {pop, end_context, L"", -100, 8, 0},
-    };
+        {pop, end_context, L"", -100, 8, 0}};
     for (const auto& [when, what, told, created, shown, ended] : cases) {
         std::wstring said;
         const auto say = [&said](int32_t result) { said += (said.empty() ? L"" : L" ") + std::to_wstring(result); };
@@ -354,31 +353,29 @@ TEST_F(AttackedDialogs, StreamIntoNothingButAWindow)
 // The library's answer to a name with nothing behind it.
 TEST_F(AttackedDialogs, TakeNothingForAnArgument)
 {
-    const Table<const char*, int32_t> cases = {
-        {"_DefineDialog", 0},
-        {"_WaitOnDialog", -1},
-        {"_EndDialog", 0},
-        {"_ReleaseDialog", 0},
-        {"_EnablePrevDialog", 0},
-        {"_GetCurrentDialogName", 1},
-        {"_EnablePrevDialog", 0},
-        {"_DialogSetFont", 0},
-        {"_CmdGetHwndDlg", 0},
-        {"_CmdGetMsg", -1},
-        {"_CtrlGetUrlForLinkClicked", -1},
-        {"_CtrlSetHtmlContent", -1},
-        {"_CtrlSetMLERichText", -1},
-        {"_CtrlSetMLERichTextEx", -1},
-        {"_SdShowMsg", 0},
-        {"_SetTitle", 0},
-        {"_SetFont", -1},
-        {"_SetColor", -1},
-        {"_PlaceBitmap", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)},
-        {"_SizeWindow", -1},
-        {"__GetMainWindow", E_POINTER},
-        {"_DisableBranding", 0},
-        {"GetFontSub", 0},
-    };
+    const Table<const char*, int32_t> cases = {{"_DefineDialog", 0},
+                                               {"_WaitOnDialog", -1},
+                                               {"_EndDialog", 0},
+                                               {"_ReleaseDialog", 0},
+                                               {"_EnablePrevDialog", 0},
+                                               {"_GetCurrentDialogName", 1},
+                                               {"_EnablePrevDialog", 0},
+                                               {"_DialogSetFont", 0},
+                                               {"_CmdGetHwndDlg", 0},
+                                               {"_CmdGetMsg", -1},
+                                               {"_CtrlGetUrlForLinkClicked", -1},
+                                               {"_CtrlSetHtmlContent", -1},
+                                               {"_CtrlSetMLERichText", -1},
+                                               {"_CtrlSetMLERichTextEx", -1},
+                                               {"_SdShowMsg", 0},
+                                               {"_SetTitle", 0},
+                                               {"_SetFont", -1},
+                                               {"_SetColor", -1},
+                                               {"_PlaceBitmap", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)},
+                                               {"_SizeWindow", -1},
+                                               {"__GetMainWindow", E_POINTER},
+                                               {"_DisableBranding", 0},
+                                               {"GetFontSub", 0}};
     for (const auto& [name, result] : cases)
         EXPECT_EQ(static_cast<int32_t>(CallExport(name, static_cast<ObjectContext*>(*this), 0, 0, 0, 0, 0, 0, 0, 0)),
                   result)

@@ -305,8 +305,7 @@ TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
         // At the edge all of the dialog stays in sight.
         {visible, {0, 0, 40, 40}, {-1, -1}, 100},
         {hidden, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
-        {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
-    };
+        {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100}};
     for (const auto& [seen, place, centre, resource] : cases) {
         const HWND parent =
             CreateWindowExW(0, L"Static", L"", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place.left, place.top,
