@@ -43,15 +43,12 @@ TEST(TransferData, AddsItsOwnStepBehindTheMove)
 
 TEST(MoveData, EndsAtTheFirstFailingStep)
 {
-    Table<const wchar_t*, bool> steps = {{L"ISetupHost.BeginData", true},
-                                         {L"ISetupFeatureHost.Reinstall", false},
-                                         {L"ISetupFeatureHost.GetCosts", true},
-                                         {L"ISetupCosts.GetTotalLow", true},
-                                         {L"ISetupCosts.GetTotalHigh", true},
-                                         {L"IServiceProvider.QueryService(ISetupProgress)", true},
-                                         {L"ISetupProgress.BeginTransfer", true},
-                                         {L"ISetupFeatureHost.Move", true},
-                                         {L"ISetupHost.EndData", true}};
+    Table<const wchar_t*, bool> steps = {
+        {L"ISetupHost.BeginData", true},     {L"ISetupFeatureHost.Reinstall", false},
+        {L"ISetupCosts.GetTotalLow", true},  {L"ISetupFeatureHost.GetCosts", true},
+        {L"ISetupCosts.GetTotalHigh", true}, {L"IServiceProvider.QueryService(ISetupProgress)", true},
+        {L"ISetupFeatureHost.Move", true},   {L"ISetupProgress.BeginTransfer", true},
+        {L"ISetupHost.EndData", true}};
     for (const auto& [failing, stops] : steps) {
         const Session session;
         session.calls().FailCall(failing, static_cast<HRESULT>(0x8004F06C));

@@ -99,13 +99,10 @@ TEST(RegistrationScript, ReplacesOneVariable)
 {
     vh::RegistrationScript script;
     script.replacements = {{"MODULEPATH", "C:\\x"}, {"", "none"}};
-    Table<const char*, const char*> cases = {{"%MODULEPATH%\\y", "C:\\x\\y"},
-                                             {"a %MODULEPATH% %MODULEPATH%", "a C:\\x %MODULEPATH%"},
-                                             {"%OTHER%%MODULEPATH%", "%OTHER%%MODULEPATH%"},
-                                             {"%modulepath%", "%modulepath%"},
-                                             {"50%", "50%"},
-                                             {"%%", "none"},
-                                             {"", ""}};
+    Table<const char*, const char*> cases = {
+        {"50%", "50%"}, {"%MODULEPATH%\\y", "C:\\x\\y"},  {"a %MODULEPATH% %MODULEPATH%", "a C:\\x %MODULEPATH%"},
+        {"%%", "none"}, {"%modulepath%", "%modulepath%"}, {"%OTHER%%MODULEPATH%", "%OTHER%%MODULEPATH%"},
+        {"", ""}};
     for (const auto& [data, replaced] : cases)
         EXPECT_EQ(script.Replaced(data), replaced);
 }

@@ -249,12 +249,9 @@ TEST_F(ComponentViews, TellTheDialogAndEachOther)
     _ComponentSetData(context, L"M", L"i1", attribute_description, 0, L"The second");
     ComponentView* view = Make(list);
     ComponentView* child = Make(list2);
-    Table<int32_t, int64_t> infos = {{ViewDescription, description},
-                                     {ViewSpaceRequired, required},
-                                     {ViewSpaceFree, free_space},
-                                     {ViewChangeButton, change},
-                                     {ViewPath1, path1},
-                                     {ViewChild, reinterpret_cast<int64_t>(child)}};
+    Table<int32_t, int64_t> infos = {
+        {ViewSpaceRequired, required}, {ViewChangeButton, change}, {ViewDescription, description},
+        {ViewSpaceFree, free_space},   {ViewPath1, path1},         {ViewChild, reinterpret_cast<int64_t>(child)}};
     for (const auto& [info, value] : infos)
         ComponentViewSetInfo(view, info, value, nullptr);
     ComponentViewSetInfo(child, ViewParent, reinterpret_cast<int64_t>(view), nullptr);

@@ -301,12 +301,9 @@ TEST(Pictures, PlayMetafilesAtTheirPlace)
 TEST(Pictures, OptionTextNamesTheFlags)
 {
     Table<std::string_view, uint32_t> cases = {
-        {"", 0},
-        {"UPPER_RIGHT", 1},
-        {"LOWER_LEFT,SCALE", 0x100008},
-        {"UPPER_LEFT,LOWER_RIGHT,TRANSPARENT,VCENTER,HCENTER", 2 | 4 | 32 | 256 | 512},
-        {",nothing,TRANSPARENT,", 32},
-        {"transparent, SCALE", 0}};
+        {"LOWER_LEFT,SCALE", 0x100008}, {"", 0},
+        {",nothing,TRANSPARENT,", 32},  {"UPPER_RIGHT", 1},
+        {"transparent, SCALE", 0},      {"UPPER_LEFT,LOWER_RIGHT,TRANSPARENT,VCENTER,HCENTER", 2 | 4 | 32 | 256 | 512}};
     for (const auto& [text, flags] : cases)
         EXPECT_EQ(ReadOptionText(text), flags) << text;
     EXPECT_EQ(drawing_options, 0x10002Fu);
