@@ -5,8 +5,6 @@ using namespace vh;
 
 namespace {
 
-using namespace vh::test;
-
 class Bags : public testing::Test {
 protected:
     Bags() { engine::test::MakeTree(m_folder); }

@@ -2,13 +2,11 @@
 #include "../../exports/vhrt/calls.h"
 #include "../../scriptdata/unique.h"
 #include "../support/import_patch.h"
-#include "../support/test.h"
 #include "../support/traced_library.h"
 
 #include <tlhelp32.h>
 
 using vh::unique_handle;
-using namespace vh::test;
 
 // What the tests call: this program is a library of its own.
 extern "C" {

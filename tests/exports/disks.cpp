@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 template <DWORD Error>
 DWORD AttributesFail(const wchar_t*)
 {

@@ -4,8 +4,6 @@
 #include "../support/import_patch.h"
 #include "../support/temp_folder.h"
 
-using namespace vh::test;
-
 namespace {
 
 constexpr int32_t room = 512;

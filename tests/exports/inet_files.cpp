@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(InetFile, GivesTheLow32BitsOfALocalSize)
 {
     const TempFolder folder;

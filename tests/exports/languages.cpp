@@ -4,8 +4,6 @@
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
 
-using namespace vh::test;
-
 namespace {
 
 TEST(LanguageConfiguration, TellsWhatIsSupported)

@@ -1,11 +1,9 @@
 // Media on engine data, through the component exports.
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
 #include "../support/replaced.h"
 #include "../support/session.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 

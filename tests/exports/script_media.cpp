@@ -5,8 +5,6 @@
 #include "../support/bare_context.h"
 #include "../support/session.h"
 
-using namespace vh::test;
-
 namespace {
 
 constexpr const wchar_t* mine = L"Mine";

@@ -3,10 +3,7 @@
 #include "../../exports/vhrt/context.h"
 #include "../../exports/vhrt/file_copy.h"
 #include "../../exports/vhrt/transfer.h"
-#include "../support/test.h"
 #include "../support/traced_library.h"
-
-using namespace vh::test;
 
 namespace {
 

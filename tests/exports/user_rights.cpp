@@ -1,10 +1,6 @@
 // The user's rights, by the token as it is and by tokens that the system could give.
 #include "../../exports/vhrt/facts.h"
-#include "../support/import_patch.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 

@@ -4,7 +4,6 @@
 #include "../support/texts.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 

@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 // "[name]" for a section, "key>value;" for an entry, "!" for a broken line.
 template <class Unit>
 std::string Shown(const std::string& narrow, const std::string& separator)

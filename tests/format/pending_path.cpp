@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(PendingPath, LosesItsSteps)
 {
     Table<const char*, const char*> cases = {{"", ""},

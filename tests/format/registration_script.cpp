@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 // "name", "!name" for one that stays, "~name" for one that is removed by force; values and keys in brackets.
 std::string Shown(const vh::script_key& key)
 {

@@ -6,7 +6,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 std::span<const std::byte> Bytes(std::string_view text) { return std::as_bytes(std::span(text.data(), text.size())); }
 

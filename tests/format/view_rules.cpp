@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(SizeText, RoundsAndShowsWhatIsThere)
 {
     constexpr uint64_t mega = 1048576;

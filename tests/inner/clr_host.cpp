@@ -14,7 +14,6 @@ inline constexpr GUID vh::iid_of<IEnumUnknown> = vh::Guid("{00000100-0000-0000-C
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 // The runtime: what it has, what it is asked, and which call fails.
 std::wstring g_log;

@@ -17,7 +17,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 enum : int { list = 10, list2 = 11, description = 12, required = 13, free_space = 14, change = 15, path1 = 16 };
 

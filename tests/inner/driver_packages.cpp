@@ -8,7 +8,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 class Helper final : public com_object<ISetupDriverHelper> {
 public:

@@ -4,9 +4,6 @@
 #include "../../scriptdata/late_windows.h"
 #include "../../system/late_winspool.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 

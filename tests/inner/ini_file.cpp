@@ -4,12 +4,8 @@
 
 #include "../../files/ini_file.h"
 #include "../../scriptdata/unique.h"
-#include "../support/import_patch.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 

@@ -4,9 +4,6 @@
 #include "../../system/late_version.h"
 #include "../../system/version_info.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 

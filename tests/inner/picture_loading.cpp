@@ -7,12 +7,10 @@
 #include "../support/replaced.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr DWORD ground = 0xFFFFFF;
 

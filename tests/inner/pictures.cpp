@@ -6,12 +6,10 @@
 #include "../support/replaced.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr DWORD ground = 0x102030; // of the sheet, as 0xRRGGBB
 constexpr COLORREF ground_color = RGB(0x10, 0x20, 0x30);

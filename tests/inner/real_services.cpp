@@ -9,7 +9,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 // Installed and running while it lives.
 class Service : Pinned {

@@ -6,7 +6,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 struct Service {
     // What it says each time it is asked; the last one for good. 0 fails the query.

@@ -11,12 +11,10 @@
 #include "../support/handle_counts.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr COLORREF red = RGB(255, 0, 0);
 constexpr COLORREF green = RGB(0, 255, 0);

@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(Stringx, GrowsByItsRule)
 {
     Table<size_t, size_t, size_t> cases = {{0, 0, 7},   {7, 7, 7},       {8, 8, 15},      {15, 15, 15}, {16, 16, 23},

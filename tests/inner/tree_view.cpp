@@ -12,8 +12,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 class TreeViews : public testing::Test {
 protected:
     static constexpr int control = 10;

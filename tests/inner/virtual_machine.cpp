@@ -1,11 +1,7 @@
 // Probes for virtual machines: their order, and that none of them brings the process down.
 #include "../../system/virtual_machine.h"
 #include "../../exports/vhrt/facts.h"
-#include "../support/import_patch.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 

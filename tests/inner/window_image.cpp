@@ -10,12 +10,10 @@
 #include "../support/screenshot.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr COLORREF magenta = RGB(255, 0, 255);
 

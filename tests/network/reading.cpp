@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 constexpr DWORD size = 300000;
 // Resets come between two passes of 1500 bytes: in the midst of one, what had come of it may be lost or kept.
 constexpr DWORD refused_range = 0x8004D560;

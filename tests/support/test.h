@@ -59,6 +59,9 @@ auto CodeOf(Work&& work) -> decltype(std::declval<const Exception&>().code())
 
 } // namespace vh::test
 
+// Tests alone include this, and each of them speaks of what the support has.
+using namespace vh::test;
+
 // A call's result, and what it has written: a value, or a text.
 #define EXPECT_GIVES(call, result, output, wanted)                                                                     \
     do {                                                                                                               \

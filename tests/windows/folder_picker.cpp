@@ -9,8 +9,6 @@
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
 
-using namespace vh::test;
-
 namespace {
 
 constexpr int32_t folders_only = BIF_RETURNONLYFSDIRS;

@@ -7,8 +7,6 @@
 
 #include <commctrl.h>
 
-using namespace vh::test;
-
 namespace {
 
 constexpr int edit = 1001, combo = 1002, list = 1003, button = 1004, text = 1005, link = 1006, tree = 1007;

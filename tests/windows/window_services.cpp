@@ -7,7 +7,6 @@
 #include <commctrl.h>
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
