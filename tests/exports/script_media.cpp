@@ -61,8 +61,7 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 14, -5, nullptr), 0);
     EXPECT_EQ(number(14), -5);
     EXPECT_EQ(number(2), 1);
-    EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), 0);
-    EXPECT_EQ(number(2), 0);
+    EXPECT_EACH(0, _ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), number(2));
     EXPECT_EQ(number(8), 1);
     for (const int32_t selected : {0, 2, 0, 1}) {
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 8, selected, nullptr), 0);
@@ -78,8 +77,7 @@ TEST(ScriptMedia, AnswersItsAttributes)
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", code, 0, nullptr), set) << code;
     }
     EXPECT_EQ(_ComponentSelectItem(context, mine, L"", 1), -105);
-    EXPECT_EQ(_ComponentMoveData(context, mine, 1), -126);
-    EXPECT_EQ(_ComponentValidate(context, mine, L"dir\\item", L""), -126);
+    EXPECT_EACH(-126, _ComponentMoveData(context, mine, 1), _ComponentValidate(context, mine, L"dir\\item", L""));
 }
 
 TEST(ScriptMedia, AddsUpWhatIsSelected)
@@ -150,8 +148,7 @@ TEST(ScriptMedia, GoesToAnyDepth)
         path += L"\\a";
     ASSERT_EQ(_ComponentAddItem(context, mine, path.c_str(), 5, 1), 0);
     EXPECT_EQ(_ComponentTotalSize(context, mine, L"", 1, 1, 0), 5);
-    EXPECT_EQ(_ComponentSelectItem(context, mine, L"a", 0), 0);
-    EXPECT_EQ(_ComponentIsItemSelected(context, mine, path.c_str()), 0);
+    EXPECT_EACH(0, _ComponentSelectItem(context, mine, L"a", 0), _ComponentIsItemSelected(context, mine, path.c_str()));
 }
 
 TEST(ScriptMedia, HoldsManySiblings)

@@ -16,8 +16,7 @@ namespace {
 using namespace vh;
 
 // The runtime: what it has, what it is asked, and which call fails.
-std::wstring g_log;
-std::wstring g_fails;
+std::wstring g_log, g_fails;
 std::vector<std::wstring> g_installed;
 std::wstring g_wanted;
 std::vector<std::wstring> g_domains;

@@ -100,8 +100,7 @@ TEST_F(ComponentViews, PickAsAModelDoes)
         ASSERT_EQ(ComponentViewCreateWindow(view), 0);
         const HWND window = Window(exclusive ? list2 : list);
         std::mt19937 random(exclusive ? 1 : 2);
-        int current = 0;
-        int first = 0;
+        int current = 0, first = 0;
         const auto keep_one = [&] {
             const auto found = std::find(selected.begin(), selected.end(), true);
             if (!exclusive)
@@ -123,8 +122,7 @@ TEST_F(ComponentViews, PickAsAModelDoes)
         };
         const auto show = [&](int index) { first = std::clamp(first, index - rows + 1, index); };
         for (int event = 0; event < 500; ++event) {
-            const int kind = static_cast<int>(random() % 4);
-            const int where = static_cast<int>(random() % rows);
+            const int kind = static_cast<int>(random() % 4), where = static_cast<int>(random() % rows);
             const bool on_check = random() % 2;
             switch (kind) {
             case 0: {
@@ -209,9 +207,7 @@ TEST_F(ComponentViews, KeepWhatTheyAreToldAndRefuseTheRest)
     // The one that goes leaves the chain; what has gone answers nothing.
     ComponentViewSetInfo(view, ViewChild, address, nullptr);
     EXPECT_EQ(ComponentViewDestroy(other), 0);
-    EXPECT_EQ(ComponentViewDestroy(other), -1);
-    EXPECT_EQ(ComponentViewRefresh(other), -1);
-    EXPECT_EQ(ComponentViewSelectAll(nullptr, 1), -1);
+    EXPECT_EACH(-1, ComponentViewDestroy(other), ComponentViewRefresh(other), ComponentViewSelectAll(nullptr, 1));
     EXPECT_GIVES(_ComponentViewQueryInfo(view, ViewChild, &number, text, 8), 0, number, 0);
     EXPECT_EQ(ComponentViewCreateWindow(Make(99)), -1) << "no placeholder";
     EXPECT_EQ(_ComponentViewCreate(nullptr, m_dialog, list), nullptr);
@@ -237,8 +233,7 @@ TEST_F(ComponentViews, SelectAllHasItsLimitInExclusiveMode)
     EXPECT_TRUE(Selected(0) && !Selected(1)) << "one of them has to be";
     _ComponentAddItem(context, L"M", L"i0\\only", 1, 0);
     ComponentViewSetInfo(view, ViewParentItem, 0, L"i0");
-    EXPECT_EQ(ComponentViewRefresh(view), 0);
-    EXPECT_EQ(ComponentViewSelectAll(view, 1), 0);
+    EXPECT_EACH(0, ComponentViewRefresh(view), ComponentViewSelectAll(view, 1));
 }
 
 TEST_F(ComponentViews, TellTheDialogAndEachOther)

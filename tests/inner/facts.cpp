@@ -49,8 +49,7 @@ TEST(Memory, ComesFromTheOlderCallIn32Bits)
 }
 
 // Ports of a spooler that asks for so many bytes first.
-DWORD needed_bytes;
-DWORD asked_bytes;
+DWORD needed_bytes, asked_bytes;
 const wchar_t* const port_names[] = {L"LPT1:", L"COM1:", L"COM10:", L"FILE:", L"com2:", L"LPT", L"LP", L"", L"COMx"};
 
 BOOL WINAPI SomePorts(wchar_t*, DWORD level, BYTE* buffer, DWORD size, DWORD* needed, DWORD* count)

@@ -13,8 +13,7 @@ using namespace vh;
 
 constexpr DWORD ground = 0x102030; // of the sheet, as 0xRRGGBB
 constexpr COLORREF ground_color = RGB(0x10, 0x20, 0x30);
-constexpr int width = 16;
-constexpr int height = 12;
+constexpr int width = 16, height = 12;
 
 // The picture under test: no two pixels are alike, but for the quarter that is to be left out.
 constexpr bool LeftOut(int x, int y) { return x < width / 2 && y < height / 2; }

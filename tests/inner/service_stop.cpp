@@ -10,8 +10,7 @@ using namespace vh;
 struct Service {
     // What it says each time it is asked; the last one for good. 0 fails the query.
     std::vector<DWORD> states;
-    bool opens = true;
-    bool takes_stop = true;
+    bool opens = true, takes_stop = true;
 };
 std::map<std::wstring, Service> g_services;
 std::vector<std::wstring> g_dependents;

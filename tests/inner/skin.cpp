@@ -16,10 +16,7 @@ namespace {
 
 using namespace vh;
 
-constexpr COLORREF red = RGB(255, 0, 0);
-constexpr COLORREF green = RGB(0, 255, 0);
-constexpr COLORREF blue = RGB(0, 0, 255);
-constexpr COLORREF yellow = RGB(255, 255, 0);
+constexpr COLORREF red = RGB(255, 0, 0), green = RGB(0, 255, 0), blue = RGB(0, 0, 255), yellow = RGB(255, 255, 0);
 
 std::string Plain(int width, int height, uint32_t pixel)
 {
@@ -89,8 +86,7 @@ TEST_F(Skins, LoadOnceForTheProcessAndLeaveNoFiles)
     {
         // Another context has the same skin, whatever file it names.
         DialogSkin other;
-        EXPECT_TRUE(other.Start(L"", 0, L""));
-        EXPECT_TRUE(other.loaded() && other.enabled());
+        EXPECT_TRUE(other.Start(L"", 0, L"") && other.loaded() && other.enabled());
         other.Enable(false);
         EXPECT_FALSE(other.enabled());
         other.Enable(true);
@@ -236,8 +232,7 @@ protected:
     }
 
     HWND m_dialog = nullptr;
-    LONG m_x = 0;
-    LONG m_y = 0;
+    LONG m_x = 0, m_y = 0;
 };
 
 TEST_F(SkinnedDialogs, ComposeRectanglesThenPictures)

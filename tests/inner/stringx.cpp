@@ -94,8 +94,7 @@ TEST(Stringx, ConvertsBothWays)
     EXPECT_EQ(std::string(big_endian.AsNarrow(1201), 6), std::string("\0a\0b\0\0", 6));
 
     stringx kept(L"kept");
-    EXPECT_FALSE(kept.assign_narrow("", -1));
-    EXPECT_FALSE(kept.assign_narrow(nullptr, -1));
+    EXPECT_FALSE(kept.assign_narrow("", -1) || kept.assign_narrow(nullptr, -1));
     EXPECT_EQ(kept.view(), L"kept");
     EXPECT_TRUE(stringx(static_cast<const wchar_t*>(nullptr)).empty());
     EXPECT_TRUE(stringx(static_cast<const char*>(nullptr)).empty());

@@ -68,8 +68,7 @@ TEST_F(WindowImage, TellsWhatItCanNotCreate)
         EXPECT_GIVES(image.GetHeight(&size), E_FAIL, size, 7);
     };
     expect_no_size();
-    EXPECT_EQ(image.GetWidth(nullptr), E_POINTER);
-    EXPECT_EQ(image.GetHeight(nullptr), E_POINTER);
+    EXPECT_EACH(E_POINTER, image.GetWidth(nullptr), image.GetHeight(nullptr));
     const std::wstring none = folder / L"none.bmp";
     const HMODULE program = GetModuleHandleW(nullptr);
     Table<const char*, WindowImageRequest> cases = {
@@ -98,10 +97,7 @@ TEST_F(WindowImage, StandsHiddenAtTheSizeOfThePicture)
     EXPECT_TRUE(GetWindowLongW(image.window(), GWL_STYLE) & WS_CLIPSIBLINGS);
     EXPECT_EQ(Size(), (SIZE{20, 10}));
     const auto move = [&] {
-        EXPECT_EQ(image.SetLeft(5), S_OK);
-        EXPECT_EQ(image.SetTop(7), S_OK);
-        EXPECT_EQ(image.SetWidth(30), S_OK);
-        EXPECT_EQ(image.SetHeight(40), S_OK);
+        EXPECT_EACH(S_OK, image.SetLeft(5), image.SetTop(7), image.SetWidth(30), image.SetHeight(40));
     };
     move();
     EXPECT_EQ(PlaceOnScreen(image.window()), (RECT{5, 7, 35, 47}));
@@ -160,8 +156,7 @@ TEST_F(WindowImage, LeavesControlsOnTop)
         ValidateRect(control, nullptr);
     UpdateWindow(image.window());
     EXPECT_TRUE(GetUpdateRect(over, nullptr, FALSE));
-    EXPECT_FALSE(GetUpdateRect(beside, nullptr, FALSE));
-    EXPECT_FALSE(GetUpdateRect(hidden, nullptr, FALSE));
+    EXPECT_FALSE(GetUpdateRect(beside, nullptr, FALSE) || GetUpdateRect(hidden, nullptr, FALSE));
 }
 
 UINT s_dpi = 96;

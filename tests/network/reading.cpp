@@ -68,8 +68,7 @@ TEST(Reading, FailsWhenTheServerDoes)
 TEST(Reading, FailsAgainAfterItHasGivenUp)
 {
     Reader missing(Address(L"status=404", L"again"));
-    EXPECT_FALSE(missing.Read(100));
-    EXPECT_FALSE(missing.Read(100));
+    EXPECT_FALSE(missing.Read(100) || missing.Read(100));
     EXPECT_EQ(missing.error, 0x8004D554u);
     Reader dropped(Address(L"drop=99000&times=1&size=300000", L"later"));
     EXPECT_FALSE(dropped.Read(size));
@@ -124,8 +123,7 @@ TEST(Reading, GoesWhereASeekPoints)
     const std::wstring key = L"seek" + std::to_wstring(++round);
     Reader reader(Address(L"size=300000", key));
     ASSERT_TRUE(reader.Read(10000)) << reader.error;
-    EXPECT_EQ(reader->seek(0, FILE_CURRENT), 10000u);
-    EXPECT_EQ(reader->seek(10000, FILE_BEGIN), 10000u);
+    EXPECT_EACH(10000u, reader->seek(0, FILE_CURRENT), reader->seek(10000, FILE_BEGIN));
     ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 1000, 10000));
     EXPECT_EQ(reader->seek(-1000, FILE_CURRENT), 10000u);

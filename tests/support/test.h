@@ -70,3 +70,13 @@ using namespace vh::test;
     } while (false)
 #define EXPECT_GIVES_TEXT(call, result, output, wanted)                                                                \
     EXPECT_GIVES(call, result, std::basic_string_view(output), wanted)
+
+// Calls, in their order, that give the same number each.
+#define EXPECT_EACH(wanted, ...)                                                                                       \
+    do {                                                                                                               \
+        int each_at = 0;                                                                                               \
+        for (const int64_t each_given : std::initializer_list<int64_t>{__VA_ARGS__}) {                                 \
+            ++each_at;                                                                                                 \
+            EXPECT_EQ(each_given, wanted) << "call " << each_at;                                                       \
+        }                                                                                                              \
+    } while (false)

@@ -111,8 +111,7 @@ TEST_F(AttackedDialogs, OfTwoContextsLiveInOneThread)
     // What comes to one while the other waits is kept for it.
     press(other.window());
     press(dialog);
-    EXPECT_EQ(_WaitOnDialog(*this, L"d"), 1004);
-    EXPECT_EQ(other.Wait(), 1004);
+    EXPECT_EACH(1004, _WaitOnDialog(*this, L"d"), other.Wait());
     EXPECT_TRUE(IsWindowEnabled(dialog) && IsWindowEnabled(other.window())) << "each stands alone";
     // One goes with its context while the other waits.
     const std::function<void()> go = [&] { session->Release(); };
@@ -275,8 +274,7 @@ TEST_F(AttackedDialogs, PassOverForgedMessages)
     for (const auto& [window, message, answer] : cases)
         EXPECT_EQ(SendMessageW(window, message, 0, 0), answer) << message;
     SendMessageW(picture, WM_NCCREATE, 0, reinterpret_cast<LPARAM>(std::array<char, 256>{}.data()));
-    EXPECT_EQ(_EndDialog(*this, L"d"), 0);
-    EXPECT_EQ(_DisableStatus(*this), 0);
+    EXPECT_EACH(0, _EndDialog(*this, L"d"), _DisableStatus(*this));
     EXPECT_FALSE(IsWindow(dialog) || IsWindow(status) || IsWindow(picture));
 }
 
@@ -317,8 +315,7 @@ TEST_F(AttackedDialogs, AreNotReadBehindTheirTemplate)
             ASSERT_EQ(_DefineDialog(*this, L"d", nullptr, path.c_str(), 2, L"", 0, nullptr, 1), 0);
             const int32_t created = _WaitOnDialog(*this, L"d");
             EXPECT_EQ(created, words.size() == 10 && !*face ? int32_t{DialogCreated} : -1) << words.size() << face;
-            EXPECT_EQ(_EndDialog(*this, L"d"), 0);
-            EXPECT_EQ(_ReleaseDialog(*this, L"d"), 0);
+            EXPECT_EACH(0, _EndDialog(*this, L"d"), _ReleaseDialog(*this, L"d"));
         }
     }
 }
@@ -386,26 +383,19 @@ UINT_PTR WINAPI StartTimer(HWND window, UINT_PTR, UINT, TIMERPROC)
 
 TEST_F(AttackedEngineWindows, MayBeDestroyedByOthers)
 {
-    EXPECT_EQ(Place(128), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
-    EXPECT_EQ(_EnableStatus(*session, 4), 0);
+    EXPECT_EACH(0, Place(128), _SdShowMsg(*session, L"m", 1), _EnableStatus(*session, 4));
     DestroyWindow(main);
     const Patched redraw("RedrawWindow", &Redraw);
     const Patched timer("SetTimer", &StartTimer);
-    EXPECT_EQ(_SetDisplayEffect(*session, 1), 0);
-    EXPECT_EQ(Place(128), 0);
-    EXPECT_EQ(_SetColor(*session, 12, 5), 0);
-    EXPECT_EQ(_SetTitle(*session, L"t", 20, 0), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
-    EXPECT_EQ(_ComponentMoveData(*session, L"DATA", 0), 0);
-    EXPECT_EQ(_DisableStatus(*session), 0);
+    EXPECT_EACH(0, _SetDisplayEffect(*session, 1), Place(128), _SetColor(*session, 12, 5),
+                _SetTitle(*session, L"t", 20, 0), _SdShowMsg(*session, L"m", 1),
+                _ComponentMoveData(*session, L"DATA", 0), _DisableStatus(*session));
     EXPECT_EQ(g_aimless, 0);
 }
 
 TEST_F(AttackedEngineWindows, GoWhenAnotherThreadEndsThem)
 {
-    EXPECT_EQ(_EnableStatus(*session, 4), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
+    EXPECT_EACH(0, _EnableStatus(*session, 4), _SdShowMsg(*session, L"m", 1));
     const unique_handle thread(CreateThread(
         nullptr, 0,
         [](void* context) -> DWORD {
@@ -444,8 +434,7 @@ TEST_F(AttackedEngineWindows, TileSinglePixelsTogether)
 
 TEST_F(AttackedEngineWindows, GoWithTheirContext)
 {
-    EXPECT_EQ(Place(64), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
+    EXPECT_EACH(0, Place(64), _SdShowMsg(*session, L"m", 1));
     session.reset();
     EXPECT_EQ(DialogNamed(L"Please wait"), nullptr);
     const TextSession next(DialogTemplates(), StandardTexts(), nullptr, {}, engine::Windows::all);

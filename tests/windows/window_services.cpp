@@ -88,8 +88,7 @@ TEST_F(EngineWindows, ShowCaptionColourAndTitle)
         KeepPicture(main, shadow ? L"engine-title-shadow" : L"engine-title");
         EXPECT_EQ(_SetFont(session, 1, 8, L"Tahoma"), 0);
     }
-    EXPECT_EQ(_SetTitle(session, L"", 40, 0x00FFFF), 0);
-    EXPECT_EQ(Count(main, area, 0x00FFFF), 0);
+    EXPECT_EACH(0, _SetTitle(session, L"", 40, 0x00FFFF), Count(main, area, 0x00FFFF));
 }
 
 TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
@@ -314,9 +313,8 @@ TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
     const HWND status = Open(), bar = VisibleChild(status, PROGRESS_CLASSW);
-    EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
-    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
-    EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
+    EXPECT_EACH(0, _FeatureSpendCost(session, 0, 0), SendMessageW(bar, PBM_GETPOS, 0, 0),
+                _StatusUpdate(session, 1, 70));
     // A message that came before is handled while the files move.
     bool seen = false;
     SetWindowSubclass(
@@ -334,8 +332,7 @@ TEST_F(StatusWindows, FollowTheTransferToItsStop)
     EXPECT_EQ(TextOf(GetDlgItem(status, 1402)), L"70 %");
     EXPECT_EQ(TextOf(GetDlgItem(status, 1401)), session.folder().Target(L"d.bin"));
     // Without the link the bar stays.
-    EXPECT_EQ(_StatusUpdate(session, 0, 99), 0);
-    EXPECT_EQ(_ComponentReinstall(session), 0);
+    EXPECT_EACH(0, _StatusUpdate(session, 0, 99), _ComponentReinstall(session));
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 70);
     EXPECT_EQ(_DisableStatus(session), 0);
 }
@@ -343,9 +340,7 @@ TEST_F(StatusWindows, FollowTheTransferToItsStop)
 TEST(StatusWindowsAlone, NeedNoMainWindow)
 {
     const TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::dialogs);
-    EXPECT_EQ(GetHandle(session, -2), 0);
-    EXPECT_EQ(_SetTitle(session, L"T", 20, 0), 0);
-    EXPECT_EQ(_EnableStatus(session, 4), 0);
+    EXPECT_EACH(0, GetHandle(session, -2), _SetTitle(session, L"T", 20, 0), _EnableStatus(session, 4));
     const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
     EXPECT_TRUE(IsWindowVisible(status));
     EXPECT_EQ(GetWindow(status, GW_OWNER), nullptr);
