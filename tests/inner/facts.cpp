@@ -20,16 +20,10 @@ TEST(Memory, OfAnySizeGoesThroughShiftAndLimits)
         memory->ullTotalPhys = 0x3'8000'0000;
         return TRUE;
     });
+    // A low half that is not above its limit stays; a limit that bites clears the high half.
     Table<int32_t, uint32_t, uint32_t, uint64_t> cases = {
-        {0, 0, 0, 0x3'8000'0000},
-        {20, 0, 0, 0x3800},
-        {64, 0, 0, 0},
-        {0, 2, 0, 0x2'8000'0000},
-        {0, 3, 0, 0x3'8000'0000},
-        {0, 2, 5, 5},
-        // The low half is not above its limit; one that bites clears the high half.
-        {0, 0, 0x80000000, 0x3'8000'0000},
-        {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
+        {0, 0, 0, 0x3'8000'0000}, {0, 2, 0, 0x2'8000'0000}, {64, 0, 0, 0}, {0, 0, 0x80000000, 0x3'8000'0000},
+        {20, 0, 0, 0x3800},       {0, 3, 0, 0x3'8000'0000}, {0, 2, 5, 5},  {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
     for (const auto& [shift, high_limit, low_limit, size] : cases)
         EXPECT_EQ(Memory(shift, high_limit, low_limit), size) << shift << " " << low_limit;
 }

@@ -61,12 +61,12 @@ std::function<DWORD(int, int)> PictureAt(int left, int top, int times = 1)
 TEST(Pictures, StandWhereAnchorsPositionsAndSizesPutThem)
 {
     constexpr int32_t middle = centered_position;
+    // Of two anchors the last one in the order 8, 4, 2, 1 holds.
     Table<uint32_t, int32_t, int32_t, int, int> cases = {{0, 3, 5, 3, 5},
                                                          {anchor_top_left, 3, 5, 3, 5},
                                                          {anchor_top_right, 3, 5, 60 - 16 - 3, 5},
                                                          {anchor_bottom_left, 3, 5, 3, 50 - 12 - 5},
                                                          {anchor_bottom_right, 3, 5, 60 - 16 - 3, 50 - 12 - 5},
-                                                         // The last one in the order 8, 4, 2, 1 holds.
                                                          {anchor_bottom_left | anchor_top_right, 3, 5, 60 - 16 - 3, 5},
                                                          {anchor_bottom_right | anchor_top_left, 3, 5, 3, 5},
                                                          {anchor_bottom_right, middle, 5, 22, 50 - 12 - 5},
