@@ -42,12 +42,15 @@ TEST(TransferData, AddsItsOwnStepBehindTheMove)
 
 TEST(MoveData, EndsAtTheFirstFailingStep)
 {
-    Table<const wchar_t*, bool> steps = {
-        {L"ISetupHost.BeginData", true},     {L"ISetupFeatureHost.Reinstall", false},
-        {L"ISetupCosts.GetTotalLow", true},  {L"ISetupFeatureHost.GetCosts", true},
-        {L"ISetupCosts.GetTotalHigh", true}, {L"IServiceProvider.QueryService(ISetupProgress)", true},
-        {L"ISetupFeatureHost.Move", true},   {L"ISetupProgress.BeginTransfer", true},
-        {L"ISetupHost.EndData", true}};
+    Table<const wchar_t*, bool> steps = {{L"ISetupHost.BeginData", true},
+                                         {L"ISetupFeatureHost.Reinstall", false},
+                                         {L"ISetupFeatureHost.GetCosts", true},
+                                         {L"ISetupCosts.GetTotalLow", true},
+                                         {L"ISetupCosts.GetTotalHigh", true},
+                                         {L"IServiceProvider.QueryService(ISetupProgress)", true},
+                                         {L"ISetupProgress.BeginTransfer", true},
+                                         {L"ISetupFeatureHost.Move", true},
+                                         {L"ISetupHost.EndData", true}};
     for (const auto& [failing, stops] : steps) {
         const Session session;
         session.calls().FailCall(failing, static_cast<HRESULT>(0x8004F06C));
@@ -114,7 +117,8 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     EXPECT_EQ(session.CallsOf(L"ISetupItem.GetCosts") - asked, 3) << "from the first disk on, which is never moved";
     EXPECT_EQ(_ComponentMoveData(session, L"MORE", 1), 0);
     EXPECT_EQ(engine::test::Tree(session.folder.Target()), (std::vector<std::wstring>{L"a.bin", L"b.bin"}));
-    EXPECT_EACH(0, _ComponentSelectItem(session, L"MORE", L"", 0), _ComponentIsItemSelected(session, L"MORE", L"Two"));
+    EXPECT_EQ(_ComponentSelectItem(session, L"MORE", L"", 0), 0);
+    EXPECT_EQ(_ComponentIsItemSelected(session, L"MORE", L"Two"), 0);
     EXPECT_EQ(_FeatureInitialize(nullptr, L"x", L"y", L"z"), -1);
 
     EXPECT_EQ(_FeatureInitialize(session, L"WRONG", L"<No such root>", header.c_str()), 0);

@@ -409,9 +409,9 @@ TEST_F(ComponentViews, EndInAnyOrderAndLeaveNothing)
             AddList(id);
         }
         if (cycle == 2)
-            handles = vh::test::GdiObjects();
+            handles = OpenGdiObjects();
     }
-    EXPECT_EQ(vh::test::GdiObjects(), handles);
+    EXPECT_EQ(OpenGdiObjects(), handles);
     // Left behind, with a dialog that goes before and one that goes after the context.
     Shown(list);
     Shown(list2);

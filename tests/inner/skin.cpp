@@ -364,9 +364,9 @@ TEST_F(SkinnedDialogs, ShareASectionAndLeaveNothing)
         DestroyWindow(below);
         Open();
         if (cycle == 5)
-            handles = vh::test::GdiObjects();
+            handles = OpenGdiObjects();
     }
-    EXPECT_EQ(vh::test::GdiObjects(), handles);
+    EXPECT_EQ(OpenGdiObjects(), handles);
     // The skin's end does not take the surface from a dialog that still stands.
     ASSERT_TRUE(Apply(L"Page"));
     m_skin.End();

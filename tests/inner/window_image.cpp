@@ -121,10 +121,10 @@ TEST_F(WindowImage, PaintsThePictureOverItsBackground)
         image.SetOptions(option_center);
         EXPECT_EQ(Pixel(2, 5), RGB(1, 2, 3));
         EXPECT_EQ(Pixel(18, 5), RGB(0x12, 0x34, 0x56));
-        const int handles = GdiObjects();
+        const int handles = OpenGdiObjects();
         for (int i = 0; i < 20; ++i)
             RedrawWindow(image.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-        EXPECT_EQ(GdiObjects(), handles);
+        EXPECT_EQ(OpenGdiObjects(), handles);
         image.SetVisible(false);
         EXPECT_FALSE(IsWindowVisible(image.window()));
     }

@@ -254,9 +254,9 @@ TEST_F(AttackedDialogs, HoldNoHandlesWhileTheyAreNotOpen)
         }
         ASSERT_EQ(_EndDialog(*this, name.c_str()), 0);
         if (i == 20)
-            level = GdiObjects();
+            level = OpenGdiObjects();
     }
-    EXPECT_EQ(GdiObjects(), level);
+    EXPECT_EQ(OpenGdiObjects(), level);
 }
 
 // A word that is 0 in the message, and windows that anybody may send to.

@@ -664,7 +664,7 @@ TEST_F(ScriptDialogs, LeaveNoHandlesBehind)
         for (int i = 0; i < count; ++i)
             const TestDialog dialog(session, Stage::shown, L"d", i % 3 == 0 ? 100 : i % 3 * 200);
     };
-    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
+    const auto handles = [] { return std::pair(OpenGdiObjects(), Windows()); };
     cycle(10);
     const auto before = handles();
     EXPECT_GT(before.first, 0);

@@ -88,7 +88,8 @@ TEST_F(EngineWindows, ShowCaptionColourAndTitle)
         KeepPicture(main, shadow ? L"engine-title-shadow" : L"engine-title");
         EXPECT_EQ(_SetFont(session, 1, 8, L"Tahoma"), 0);
     }
-    EXPECT_EACH(0, _SetTitle(session, L"", 40, 0x00FFFF), Count(main, area, 0x00FFFF));
+    EXPECT_EQ(_SetTitle(session, L"", 40, 0x00FFFF), 0);
+    EXPECT_EQ(Count(main, area, 0x00FFFF), 0);
 }
 
 TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
@@ -313,8 +314,9 @@ TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
     const HWND status = Open(), bar = VisibleChild(status, PROGRESS_CLASSW);
-    EXPECT_EACH(0, _FeatureSpendCost(session, 0, 0), SendMessageW(bar, PBM_GETPOS, 0, 0),
-                _StatusUpdate(session, 1, 70));
+    EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
+    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
+    EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
     // A message that came before is handled while the files move.
     bool seen = false;
     SetWindowSubclass(
@@ -410,7 +412,7 @@ TEST(EngineWindowHandles, StayLevelOverManyRuns)
         _GetFont(session, L"Tahoma", 9, 0);
         _DisableStatus(session);
     };
-    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
+    const auto handles = [] { return std::pair(OpenGdiObjects(), Windows()); };
     for (int i = 0; i < 3; ++i)
         run();
     const auto before = handles();
