@@ -30,9 +30,7 @@ protected:
                                    nullptr);
         for (const int id : {list, list2, description, required, free_space, change, path1}) {
             const int height = id == list || id == list2 ? rows * 17 + 4 : 20;
-            CreateWindowExW(0, id == change ? L"Button" : L"Static", L"", WS_CHILD | WS_VISIBLE, id == list2 ? 200 : 0,
-                            id > list2 ? 150 : 0, 180, height, m_dialog,
-                            reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+            AddControl(id == change ? L"Button" : L"Static", id, id == list2 ? 200 : 0, id > list2 ? 150 : 0, height);
         }
     }
     ~ComponentViews() override
@@ -43,9 +41,16 @@ protected:
         ComponentViewSetInfoEx(context, ViewDecimals, 0);
     }
 
-    void AddList(int id) const
+    void RenewLists() const
     {
-        CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE, 0, 0, 180, rows * 17 + 4, m_dialog,
+        for (const int id : {list, list2}) {
+            DestroyWindow(Window(id));
+            AddControl(L"Static", id, 0, 0, rows * 17 + 4);
+        }
+    }
+    void AddControl(const wchar_t* kind, int id, int x, int y, int height) const
+    {
+        CreateWindowExW(0, kind, L"", WS_CHILD | WS_VISIBLE, x, y, 180, height, m_dialog,
                         reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
     }
     void AddItems(int count, int32_t size = 1024)
@@ -404,10 +409,7 @@ TEST_F(ComponentViews, EndInAnyOrderAndLeaveNothing)
         Click(Window(cycle % 2 ? list2 : list), 3, true);
         Click(Window(cycle % 2 ? list : list2), 2, true);
         ComponentViewDestroy(pair[1 - cycle % 2]);
-        for (const int id : {list, list2}) {
-            DestroyWindow(Window(id));
-            AddList(id);
-        }
+        RenewLists();
         if (cycle == 2)
             handles = OpenGdiObjects();
     }
@@ -445,10 +447,7 @@ TEST_F(ComponentViews, MayEndInTheMidstOfAClick)
         EXPECT_EQ(ComponentViewRefresh(ending), ended ? -1 : 0);
         for (ComponentView* view : views)
             ComponentViewDestroy(view);
-        for (const int id : {list, list2}) {
-            DestroyWindow(Window(id));
-            AddList(id);
-        }
+        RenewLists();
     }
 }
 

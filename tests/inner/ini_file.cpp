@@ -61,7 +61,6 @@ TEST(IniFile, ComesBackAsItsRulesSay)
         {"[s]\nk=1\n;note\n\nK=2", L"=", false, "[s]\r\nk=1\r\n"},
         {"[s]\nflag\nk=v", L"=", true, "[s]\r\nflag\r\nk=v\r\n"},
         {"[s]\nflag\nk=v", L"=", false, "[s]\r\nflag=\r\nk=v\r\n"},
-        {"[s]\nx=1=2", L"=", false, "[s]\r\nx=1=2\r\n"},
         // Only one unit of a longer separator is stepped over, so the rest doubles.
         {"[s]\nk::v", L"::", false, "[s]\r\nk:::v\r\n"},
         {"", L"=", false, ""}};
