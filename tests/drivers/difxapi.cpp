@@ -54,8 +54,7 @@ __declspec(dllexport) DWORD WINAPI
 }
 __declspec(dllexport) DWORD WINAPI DriverPackageGetPathW(const wchar_t* package, wchar_t* buffer, DWORD* size)
 {
-    const DWORD needed = static_cast<DWORD>(wcslen(package)) + 1;
-    const DWORD room = *size;
+    const DWORD needed = static_cast<DWORD>(wcslen(package)) + 1, room = *size;
     *size = needed;
     if (!buffer || room < needed)
         return ERROR_INSUFFICIENT_BUFFER;

@@ -51,8 +51,6 @@ std::string Lines(const std::vector<LogRecord>& records)
     return lines;
 }
 
-using vh::test::OfSystem;
-
 // Writes to the log go half way and fail while this is set.
 bool log_disk_is_full = false;
 

@@ -7,8 +7,6 @@ using namespace vh::engine::test;
 
 namespace {
 
-using vh::test::Table;
-
 std::wstring OpenError(const SetupFolder& folder)
 {
     try {

@@ -202,11 +202,9 @@ TEST_F(Registry, DividesKeysAtBackslashesAlone)
     ASSERT_EQ(S_OK, Create(At(L"\\A\\B\\C\\\\")));
     ASSERT_EQ(S_OK, Create(At(L"\\A/B")));
     const bstr b = At(L"\\A\\B\\");
-    EXPECT_EQ(S_OK, Set(b, L"V", L"t"));
-    EXPECT_EQ(S_OK, registry->QueryValue(current_user, b.get(), bstr(L"V").get(), &type, value.put()));
-    EXPECT_EQ(S_OK, registry->EnumKeys(current_user, At(L"\\A\\").get(), names.put()));
-    EXPECT_EQ(S_OK, Erase(b, L"V"));
-    EXPECT_EQ(S_OK, Delete(At(L"\\A/B\\")));
+    EXPECT_EACH(
+        S_OK, Set(b, L"V", L"t"), registry->QueryValue(current_user, b.get(), bstr(L"V").get(), &type, value.put()),
+        registry->EnumKeys(current_user, At(L"\\A\\").get(), names.put()), Erase(b, L"V"), Delete(At(L"\\A/B\\")));
     EXPECT_FALSE(There(At(L"\\A/B")));
     EXPECT_TRUE(There(At(L"\\A\\B\\C")));
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), Delete(At(L"\\A/B")));

@@ -193,6 +193,5 @@ TEST(PathHelpers, KnowWhatLeavesAFolder)
         EXPECT_EQ(utf8, ToUtf8(wide));
         EXPECT_EQ(wide, ToWide(utf8));
     }
-    EXPECT_FALSE(MatchesPattern(L"abcd", L"a?c"));
-    EXPECT_FALSE(MatchesPattern(L"", L"?"));
+    EXPECT_FALSE(MatchesPattern(L"abcd", L"a?c") || MatchesPattern(L"", L"?"));
 }

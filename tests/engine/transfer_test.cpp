@@ -146,8 +146,7 @@ TEST_F(Transfer, InstallsAndRemovesTwoThousandFilesInDeepFoldersWithForeignNames
     EXPECT_EQ(Tree(folder.Setup(L"tree")), Tree(folder.Target()));
     const std::wstring log = End();
     EXPECT_EQ(2000u + 25u, Uninstall(log).size());
-    EXPECT_FALSE(Exists(folder.Target()));
-    EXPECT_FALSE(Exists(log));
+    EXPECT_FALSE(Exists(folder.Target()) || Exists(log));
 }
 
 TEST_F(Removals, TakesExactlyWhatWasInstalledAndLeavesTheUsersFiles)
@@ -179,8 +178,7 @@ TEST_F(Removals, ContinuesAfterAFailureAndAfterAKill)
     const_cast<unique_file&>(file).reset();
     const auto second = Uninstall(log);
     EXPECT_NE(std::wstring::npos, Outcomes(second, RemovalOutcome::removed).find(L"b.bin"));
-    EXPECT_FALSE(Exists(folder.Target()));
-    EXPECT_FALSE(Exists(log));
+    EXPECT_FALSE(Exists(folder.Target()) || Exists(log));
 }
 
 TEST_F(Maintenance, TakesOverTheSelectionAndRemovesWhatIsUnselected)

@@ -5,8 +5,6 @@ using namespace vh;
 
 namespace {
 
-using namespace vh::test;
-
 class Bags : public testing::Test {
 protected:
     Bags() { engine::test::MakeTree(m_folder); }
@@ -121,8 +119,7 @@ TEST_F(Bags, ComeOutOfTheirStreamOnce)
         out = reinterpret_cast<ISetupPropertyBag*>(1);
         EXPECT_LT(__VHRTGetPropertyBag(&stream, &out), 0) << "an empty stream word";
         EXPECT_EQ(out, nullptr);
-        EXPECT_EQ(__VHRTGetPropertyBag(nullptr, &out), E_POINTER);
-        EXPECT_EQ(__VHRTGetPropertyBag(&stream, nullptr), E_POINTER);
+        EXPECT_EACH(E_POINTER, __VHRTGetPropertyBag(nullptr, &out), __VHRTGetPropertyBag(&stream, nullptr));
     }
     CoUninitialize();
 }

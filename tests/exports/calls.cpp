@@ -2,13 +2,11 @@
 #include "../../exports/vhrt/calls.h"
 #include "../../scriptdata/unique.h"
 #include "../support/import_patch.h"
-#include "../support/test.h"
 #include "../support/traced_library.h"
 
 #include <tlhelp32.h>
 
 using vh::unique_handle;
-using namespace vh::test;
 
 // What the tests call: this program is a library of its own.
 extern "C" {
@@ -39,11 +37,10 @@ TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
     EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", -40, nullptr, 2), -38);
     for (int32_t i = 0; i < 5; ++i)
         EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestUnbalanced", i, text, 0), 42) << "the stack is put back";
-    EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestNone", 0, nullptr, 0), -1);
-    EXPECT_EQ(CallDLLFn(self.c_str(), nullptr, 0, nullptr, 0), -1);
-    EXPECT_EQ(CallDLLFn(L"C:\\no such library.dll", "f", 0, nullptr, 0), -1);
-    EXPECT_EQ(CallDLLFn(L"", "f", 0, nullptr, 0), -1);
-    EXPECT_EQ(CallDLLFn(nullptr, "f", 0, nullptr, 0), -1);
+    EXPECT_EACH(-1, CallDLLFn(self.c_str(), "VHTestNone", 0, nullptr, 0),
+                CallDLLFn(self.c_str(), nullptr, 0, nullptr, 0),
+                CallDLLFn(L"C:\\no such library.dll", "f", 0, nullptr, 0), CallDLLFn(L"", "f", 0, nullptr, 0),
+                CallDLLFn(nullptr, "f", 0, nullptr, 0));
 }
 
 TEST(ForeignCalls, LeaveAnEndRecordAlsoWhenSomethingIsMissing)
@@ -172,8 +169,7 @@ TEST(KillProcesses, EndsThoseOfTheNamesAndNoOther)
         EXPECT_EQ(_KillProcesses(L"vhrt no such.exe;VHRT Kill ONE.exe;vhrt kill two.exe"), 0);
         EXPECT_EQ(opened.calls(), 2);
     }
-    EXPECT_EQ(first.ExitCode(), 1067u);
-    EXPECT_EQ(second.ExitCode(), 1067u);
+    EXPECT_EACH(1067u, first.ExitCode(), second.ExitCode());
     EXPECT_TRUE(third.Runs());
     CallCounter<decltype(CreateToolhelp32Snapshot)> snapshots("CreateToolhelp32Snapshot", NoSnapshot);
     EXPECT_EQ(_KillProcesses(L"vhrt kill three.exe"), ERROR_NOT_SUPPORTED);

@@ -5,7 +5,6 @@
 #include "../support/session.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -65,9 +64,8 @@ TEST(Context, StaysUsableWhateverEngineCallFails)
         _ComponentCompareSizeRequired(session, L"DATA", text, &size);
         const ListHandle list = _ListCreate(session, ListTypeString);
         _ComponentListItems(session, L"VHSUPPORTFILES", L"", list);
-        EXPECT_EQ(_ListDestroy(session, const_cast<ListHandle*>(&list)), 0);
-        EXPECT_EQ(__GetProductGuid(session, text), 0);
-        EXPECT_EQ(_GetSupportDir(session, text, 300), 0);
+        EXPECT_EACH(0, _ListDestroy(session, const_cast<ListHandle*>(&list)), __GetProductGuid(session, text),
+                    _GetSupportDir(session, text, 300));
         variant object;
         __GetInfo(session, object.put());
         __GetTextSub(session, 0, object.put());
@@ -218,8 +216,7 @@ TEST(Texts, ComeFromTheStringTableAndTheVariables)
     wchar_t text[16] = L"";
     EXPECT_GIVES_TEXT(__LoadString(session, L"HELLO", text, 9), 0, text, L"Good day");
     EXPECT_EQ(__LoadString(session, L"HELLO", text, 8), 9);
-    EXPECT_EQ(__LoadString(session, L"ABSENT", text, 16), -1);
-    EXPECT_EQ(__LoadString(session, nullptr, text, 16), -1);
+    EXPECT_EACH(-1, __LoadString(session, L"ABSENT", text, 16), __LoadString(session, nullptr, text, 16));
     session.calls().FailCall(L"ISetupStrings.GetString", E_ABORT);
     EXPECT_EQ(__LoadString(session, L"HELLO", text, 16), E_ABORT);
     EXPECT_EQ(__LoadString(BareContext(), L"HELLO", text, 16), -1);
@@ -284,8 +281,7 @@ TEST(Phases, ReachTheHostAndItsObjects)
     }
     VARIANT unclear{};
     unclear.vt = 0x0FFF;
-    EXPECT_EQ(_GetObject(session, L"none", &unclear), DISP_E_BADVARTYPE);
-    EXPECT_EQ(_GetObjectByIndex(session, 7, &unclear), DISP_E_BADVARTYPE);
+    EXPECT_EACH(DISP_E_BADVARTYPE, _GetObject(session, L"none", &unclear), _GetObjectByIndex(session, 7, &unclear));
     EXPECT_EQ(_RebootPutString(session, L"a", nullptr, L"c"), 0);
     EXPECT_EQ(session.CallsOf(L"ISetupReboot.PutString(\"a\", null, \"c\")"), 1);
 }

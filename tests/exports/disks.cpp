@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 template <DWORD Error>
 DWORD AttributesFail(const wchar_t*)
 {
@@ -38,8 +36,7 @@ TEST(Existence, TellsFilesFromDirectoriesInOppositeWays)
         _ExistsFile(file.c_str());
         _ExistsFile(missing.c_str());
         EXPECT_EQ(looks.calls(), 2);
-        EXPECT_EQ(searches.calls(), 0);
-        EXPECT_EQ(opens.calls(), 0);
+        EXPECT_EACH(0, searches.calls(), opens.calls());
     }
     // What can't be asked is read from its folder.
     const CallCounter<decltype(GetFileAttributesW)> denied("GetFileAttributesW", AttributesFail<ERROR_ACCESS_DENIED>);
@@ -54,8 +51,7 @@ TEST(Existence, ReportsOtherErrorsByTheirCode)
     {
         const CallCounter<decltype(GetFileAttributesW)> fails("GetFileAttributesW",
                                                               AttributesFail<ERROR_SHARING_VIOLATION>);
-        EXPECT_EQ(_ExistsFile(L"c:\\x"), ERROR_SHARING_VIOLATION);
-        EXPECT_EQ(_ExistsDir(L"c:\\x"), ERROR_SHARING_VIOLATION);
+        EXPECT_EACH(ERROR_SHARING_VIOLATION, _ExistsFile(L"c:\\x"), _ExistsDir(L"c:\\x"));
         EXPECT_EQ(_ExistsDisk(L"c:\\x"), -1);
     }
     const CallCounter<decltype(GetFileAttributesW)> empty("GetFileAttributesW", AttributesFail<ERROR_NOT_READY>);
@@ -136,8 +132,7 @@ TEST(DiskInfo, OfADiskThatIsNotThereWritesTheResultAlone)
     EXPECT_EQ(Fields(info),
               (std::vector<int32_t>{untouched, untouched, untouched, untouched, untouched, untouched, -1}));
     info = Request(L"", DiskTotalSize);
-    EXPECT_EQ(_GetDiskInfo(&info), -1);
-    EXPECT_EQ(_GetDiskInfo(nullptr), -1);
+    EXPECT_EACH(-1, _GetDiskInfo(&info), _GetDiskInfo(nullptr));
 }
 
 TEST(DiskSpace, IsCappedAtThe31BitsOfAScriptNumber)

@@ -1,8 +1,6 @@
 // Driver packages: with the driver library of the support directory, without it, and with one that lacks a function.
 #include "../support/texts.h"
 
-using namespace vh::test;
-
 namespace {
 
 using vh::engine::test::WriteText;

@@ -41,8 +41,7 @@ void WINAPI Itanium(SYSTEM_INFO* system)
 TEST(Facts, OfAnotherMachineFollowItsArchitecture)
 {
     const vh::test::CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
-    EXPECT_EQ(_GetVirtualMachineType(), 0);
-    EXPECT_EQ(_IsVirtualMachine(), 0);
+    EXPECT_EACH(0, _GetVirtualMachineType(), _IsVirtualMachine());
     EXPECT_EQ(GetCPUType(), 586);
 }
 

@@ -4,8 +4,6 @@
 #include "../support/import_patch.h"
 #include "../support/temp_folder.h"
 
-using namespace vh::test;
-
 namespace {
 
 constexpr int32_t room = 512;
@@ -111,10 +109,8 @@ TEST_F(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
         const CallCounter<decltype(WriteFile)> writes("WriteFile");
         const CallCounter<decltype(SetFilePointer)> seeks("SetFilePointer");
         EXPECT_EQ(_WriteLine(context, file, L"text"), 0);
-        EXPECT_EQ(writes.calls(), 1);
-        EXPECT_EQ(seeks.calls(), 1);
-        EXPECT_EQ(_WriteLine(context, file, nullptr), 0);
-        EXPECT_EQ(_CloseFile(context, file), 0);
+        EXPECT_EACH(1, writes.calls(), seeks.calls());
+        EXPECT_EACH(0, _WriteLine(context, file, nullptr), _CloseFile(context, file));
         return BytesOf(path);
     };
     const std::wstring path = folder / L"w.txt";
@@ -185,13 +181,11 @@ TEST_F(BinaryFile, ReadsAndWritesWithinTheBuffer)
     EXPECT_EQ(buffer[0], '4');
     EXPECT_EQ(_SeekBytes(context, file, -2, SeekFromEnd), 0);
     EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 7), 2) << "no more is there";
-    EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 0, 7), 0);
-    EXPECT_EQ(_SeekBytes(context, file, 0, SeekFromStart), 0);
+    EXPECT_EACH(0, _ReadBytes(context, file, buffer, 7, 0, 7), _SeekBytes(context, file, 0, SeekFromStart));
     EXPECT_EQ(_ReadBytes(context, file, buffer, 7, 5, 7), 2) << "no more than there is room for";
     for (const int32_t origin : {0, 4, -1})
         EXPECT_EQ(_SeekBytes(context, file, 0, origin), -1);
-    EXPECT_EQ(_SeekBytes(context, file, -1, SeekFromStart), -1);
-    EXPECT_EQ(_ReadBytes(context, file, buffer, 0, 0, 1), -1);
+    EXPECT_EACH(-1, _SeekBytes(context, file, -1, SeekFromStart), _ReadBytes(context, file, buffer, 0, 0, 1));
 }
 
 TEST_F(Files, AreClosedWithTheirContext)

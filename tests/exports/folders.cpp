@@ -8,7 +8,6 @@
 #include "../support/traced_library.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -245,16 +244,14 @@ TEST_F(Folders, AreMadeListedAndRemoved)
 {
     EXPECT_EQ(CreateFolder(*session, L"Group\\Sub\\"), 0);
     EXPECT_EQ(CreateFolder(*session, L""), -1);
-    EXPECT_EQ(Add(L"B", L"C:\\b.exe"), 0);
-    EXPECT_EQ(Add(L"A", L"C:\\a.exe"), 0);
+    EXPECT_EACH(0, Add(L"B", L"C:\\b.exe"), Add(L"A", L"C:\\a.exe"));
     engine::test::WriteText(programs + L"\\Group\\readme.txt", "x");
     const ListHandle items = _ListCreate(*session, ListTypeString), folders = _ListCreate(*session, ListTypeString);
     EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, folders), 0);
     EXPECT_EQ(ListText(*session, items), L"A|B");
     EXPECT_EQ(ListText(*session, folders), L"Sub");
-    EXPECT_EQ(EnumFoldersItems(*session, L"Group", 12345, folders), -1);
-    EXPECT_EQ(EnumFoldersItems(*session, L"Group", items, 12345), -1);
-    EXPECT_EQ(EnumFoldersItems(*session, L"", items, folders), -1);
+    EXPECT_EACH(-1, EnumFoldersItems(*session, L"Group", 12345, folders),
+                EnumFoldersItems(*session, L"Group", items, 12345), EnumFoldersItems(*session, L"", items, folders));
     EXPECT_EQ(EnumFoldersItems(*session, L"Group\\Sub", 12345, 12345), 0) << "nothing to add";
     EXPECT_EQ(EnumFoldersItems(*session, L"None", items, folders), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
 
@@ -266,8 +263,7 @@ TEST_F(Folders, AreMadeListedAndRemoved)
     EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_DIR_NOT_EMPTY));
     EXPECT_TRUE(engine::test::Exists(File(L"A"))) << "a folder that can't go keeps its shortcuts";
     EXPECT_EQ(DeleteIcon(*session, L"Group\\A"), 0);
-    EXPECT_EQ(DeleteIcon(*session, L"Group\\A"), -1);
-    EXPECT_EQ(DeleteIcon(*session, L""), -1);
+    EXPECT_EACH(-1, DeleteIcon(*session, L"Group\\A"), DeleteIcon(*session, L""));
     EXPECT_EQ(DeleteFolder(*session, L"Group\\Sub"), 0);
     engine::RemoveFile(programs + L"\\Group\\readme.txt");
     EXPECT_EQ(DeleteFolder(*session, L"Group"), 0);

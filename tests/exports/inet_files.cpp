@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(InetFile, GivesTheLow32BitsOfALocalSize)
 {
     const TempFolder folder;
@@ -39,8 +37,7 @@ TEST(InetFile, ThatIsNotThereWritesNothing)
     for (const wchar_t* path : {L"C:\\no such file", L"", static_cast<const wchar_t*>(nullptr)}) {
         uint32_t size = 77;
         FILETIME time{78, 79};
-        EXPECT_EQ(_GetInetFileSize(path, &size), -1);
-        EXPECT_EQ(_GetInetFileTime(path, &time), -1);
+        EXPECT_EACH(-1, _GetInetFileSize(path, &size), _GetInetFileTime(path, &time));
         EXPECT_EQ(size, 77u);
         EXPECT_EQ(time.dwLowDateTime, 78u);
     }

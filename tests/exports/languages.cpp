@@ -4,8 +4,6 @@
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
 
-using namespace vh::test;
-
 namespace {
 
 TEST(LanguageConfiguration, TellsWhatIsSupported)
@@ -20,8 +18,7 @@ TEST(LanguageConfiguration, TellsWhatIsSupported)
         const auto path = folder.Write(L"l.ini", std::string("[languages]\nSUPPORTED=") + list);
         EXPECT_EQ(_IsLangSupported(language, path.c_str()), supported) << list << " " << language;
     }
-    EXPECT_EQ(_IsLangSupported(1033, (folder / L"missing").c_str()), 0);
-    EXPECT_EQ(_IsLangSupported(1033, nullptr), 0);
+    EXPECT_EACH(0, _IsLangSupported(1033, (folder / L"missing").c_str()), _IsLangSupported(1033, nullptr));
 }
 
 // The text, its result and the unit behind the buffer's end, which is not the library's to write.

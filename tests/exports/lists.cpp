@@ -4,8 +4,6 @@
 #include "../support/call_export.h"
 #include "../support/temp_folder.h"
 
-using namespace vh::test;
-
 namespace {
 
 // What a list of numbers does, written with an index and nothing clever.

@@ -1,11 +1,9 @@
 // Media on engine data, through the component exports.
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
 #include "../support/replaced.h"
 #include "../support/session.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -119,9 +117,8 @@ TEST(FileMedia, ReadsAndWritesAttributes)
         EXPECT_EQ(NumberAttribute(session, data, L"Core", code), get) << code;
         EXPECT_EQ(_ComponentSetData(session, data, L"Core", code, 0, L""), set) << code;
     }
-    EXPECT_EQ(NumberAttribute(session, data, L"Nothing", 8), -105);
-    EXPECT_EQ(NumberAttribute(session, data, L"Nothing\\Below", 8), -105);
-    EXPECT_EQ(NumberAttribute(session, data, L"", 8), -105);
+    EXPECT_EACH(-105, NumberAttribute(session, data, L"Nothing", 8),
+                NumberAttribute(session, data, L"Nothing\\Below", 8), NumberAttribute(session, data, L"", 8));
     wchar_t small[4];
     _ComponentSetData(session, data, L"Core", 0, 0, L"four");
     int32_t number = 0;
@@ -455,10 +452,9 @@ TEST(FileMedia, FailsEverywhereWithoutItsCollection)
     session.calls().Reset();
     int32_t number = 0;
     const ListHandle list = _ListCreate(session, ListTypeString);
-    EXPECT_EQ(NumberAttribute(session, data, L"Core", 8), E_POINTER);
-    EXPECT_EQ(_ComponentListItems(session, data, L"", list), E_POINTER);
-    EXPECT_EQ(_ComponentTotalSize(session, data, L"", 1, 1, 0), E_POINTER);
-    EXPECT_EQ(_ComponentGetItemSize(session, data, L"Core", &number), E_POINTER);
+    EXPECT_EACH(E_POINTER, NumberAttribute(session, data, L"Core", 8), _ComponentListItems(session, data, L"", list),
+                _ComponentTotalSize(session, data, L"", 1, 1, 0),
+                _ComponentGetItemSize(session, data, L"Core", &number));
 }
 
 TEST(FileMedia, GivesTheEnginesErrorToTheScript)

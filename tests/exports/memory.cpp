@@ -6,8 +6,6 @@
 
 #include <oleauto.h>
 
-using namespace vh::test;
-
 namespace {
 
 BSTR WINAPI NoText(const OLECHAR*, UINT) { return nullptr; }

@@ -7,7 +7,6 @@
 #include "../support/traced_library.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 

@@ -169,8 +169,7 @@ TEST(PathSyntax, TellsPathsAndUrlsFromOtherText)
 {
     EXPECT_EQ(PathIsValidSyntax(L"c:"), 1);
     EXPECT_EQ(PathIsValidSyntax(nullptr), 0);
-    EXPECT_EQ(PathIsValidSyntax(L"HTTP://example.org/a b"), 1);
-    EXPECT_EQ(PathIsValidSyntax(L"ftp://example.org"), 1);
+    EXPECT_EACH(1, PathIsValidSyntax(L"HTTP://example.org/a b"), PathIsValidSyntax(L"ftp://example.org"));
     // The bare prefix is no URL, and no path either.
     EXPECT_EQ(PathIsValidSyntax(L"http://"), 0);
     const std::wstring too_long = L"http://example.org/" + std::wstring(3000, L'a');

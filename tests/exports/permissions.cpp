@@ -5,7 +5,6 @@
 #include "../support/session.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 

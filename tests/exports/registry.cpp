@@ -5,13 +5,11 @@
 #include "../support/traced_library.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
-constexpr int64_t current_user = static_cast<int32_t>(0x80000001);
-constexpr int64_t local_machine = static_cast<int32_t>(0x80000002);
-constexpr int64_t not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
+constexpr int64_t current_user = static_cast<int32_t>(0x80000001), local_machine = static_cast<int32_t>(0x80000002),
+                  not_found = HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND);
 constexpr const wchar_t* base = L"Software\\VHRegistryTest";
 
 // A value as the registry holds it, read past the library: type and bytes.
@@ -125,8 +123,7 @@ TEST_F(RegistryTextSubs, ReachBothTheEngineAndNumbers)
     EXPECT_EQ(write(REG_DWORD), std::string(4, '\0')) << "the flag is kept all the same";
     session.calls().FailCall(L"IUnknown.QueryInterface(ISetupRegistryOptions)", E_NOINTERFACE);
     int32_t options = 0;
-    EXPECT_EQ(_RegGetOptions(session, &options), -1);
-    EXPECT_EQ(_RegSetOptions(session, 1), -1);
+    EXPECT_EACH(-1, _RegGetOptions(session, &options), _RegSetOptions(session, 1));
 }
 
 TEST_F(RegistryValues, ComeBackAsText)
@@ -227,8 +224,7 @@ TEST_F(RegistryOptions, ChooseTheView)
 
 TEST_F(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
 {
-    EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
-    EXPECT_EQ(_RegDisConnectRegistry(session), 0);
+    EXPECT_EACH(0, _RegIsRemoteRegConnected(session), _RegDisConnectRegistry(session));
     for (const int64_t root : {current_user, int64_t{0x80000002},
                                static_cast<int64_t>(static_cast<int32_t>(0x80000005)), int64_t{0}, int64_t{-1}})
         EXPECT_EQ(_RegConnectRegistry(session, root, L""), -1) << root;
@@ -256,9 +252,8 @@ TEST_F(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
     EXPECT_EQ(_RegDisConnectRegistry(session), E_ABORT);
     EXPECT_EQ(_RegIsRemoteRegConnected(session), 1);
     session.calls().FailCall(L"ISetupRegistry.Disconnect", S_OK);
-    EXPECT_EQ(_RegDisConnectRegistry(session), 0);
-    EXPECT_EQ(_RegIsRemoteRegConnected(session), 0);
-    EXPECT_EQ(_RegIsRemoteRegConnected(nullptr), 0);
+    EXPECT_EACH(0, _RegDisConnectRegistry(session), _RegIsRemoteRegConnected(session),
+                _RegIsRemoteRegConnected(nullptr));
 
     ASSERT_EQ(_RegConnectRegistry(session, local_machine, L""), 0);
     session.calls().Reset();

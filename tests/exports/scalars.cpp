@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(Bytes, CopyFailsInTheOrderOfItsTests)
 {
     Table<uint32_t, uint32_t, uint32_t, uint32_t, uint32_t, int32_t> cases = {

@@ -5,8 +5,6 @@
 #include "../support/bare_context.h"
 #include "../support/session.h"
 
-using namespace vh::test;
-
 namespace {
 
 constexpr const wchar_t* mine = L"Mine";
@@ -80,8 +78,7 @@ TEST(ScriptMedia, AnswersItsAttributes)
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", code, 0, nullptr), set) << code;
     }
     EXPECT_EQ(_ComponentSelectItem(context, mine, L"", 1), -105);
-    EXPECT_EQ(_ComponentMoveData(context, mine, 1), -126);
-    EXPECT_EQ(_ComponentValidate(context, mine, L"dir\\item", L""), -126);
+    EXPECT_EACH(-126, _ComponentMoveData(context, mine, 1), _ComponentValidate(context, mine, L"dir\\item", L""));
 }
 
 TEST(ScriptMedia, AddsUpWhatIsSelected)

@@ -3,10 +3,7 @@
 #include "../../exports/vhrt/context.h"
 #include "../../exports/vhrt/file_copy.h"
 #include "../../exports/vhrt/transfer.h"
-#include "../support/test.h"
 #include "../support/traced_library.h"
-
-using namespace vh::test;
 
 namespace {
 
@@ -65,23 +62,12 @@ TEST_F(OpenTrace, StoresLengthAndScrambledBytes)
 
 TEST_F(OpenTrace, CleansLineEndsOutOfDetails)
 {
-    Table<const wchar_t*, const char*> cases = {{L"abc", "abc"},
-                                                {L"abc\r\n", "abc"},
-                                                {L"abc\n\n", "abc_"},
-                                                {L"a\r\nb\nc", "a_b_c"},
-                                                {L"a\rb", "a\rb"},
-                                                {L"a\r\n\r\n", "a_"},
-                                                {L"\n", ""},
-                                                {L"\r", ""},
-                                                {L"", ""},
-                                                {L"a|b\tc", "a|b\tc"},
-                                                {L"100%%", "100%"},
-                                                {L"%d of %d", "0 of 0"},
-                                                {L"%s.", "(null)."},
-                                                {L"a%n%5hhnb", "ab"},
-                                                {L"%%n", "%n"},
-                                                {L"%5%nn.%d", "%5n.0"},
-                                                {L"http://u:p@h/x", "http://u:***@h/x"}};
+    Table<const wchar_t*, const char*> cases = {
+        {L"abc\n\n", "abc_"},  {L"abc\r\n", "abc"}, {L"abc", "abc"}, {L"a\r\nb\nc", "a_b_c"},
+        {L"a\r\n\r\n", "a_"},  {L"a\rb", "a\rb"},   {L"\n", ""},     {L"", ""},
+        {L"a|b\tc", "a|b\tc"}, {L"100%%", "100%"},  {L"\r", ""},     {L"%d of %d", "0 of 0"},
+        {L"a%n%5hhnb", "ab"},  {L"%s.", "(null)."}, {L"%%n", "%n"},  {L"http://u:p@h/x", "http://u:***@h/x"},
+        {L"%5%nn.%d", "%5n.0"}};
     std::string expected;
     for (const auto& [details, line] : cases) {
         EXPECT_EQ(VHRT_GET(library, _SetupTraceWrite)(L"Cat\n", nullptr, details), 0);

@@ -2,7 +2,6 @@
 #include "../support/session.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -123,8 +122,7 @@ TEST(FurtherDataSets, OpenUnderANameOnce)
     EXPECT_EQ(_FeatureInitialize(nullptr, L"x", L"y", L"z"), -1);
 
     EXPECT_EQ(_FeatureInitialize(session, L"WRONG", L"<No such root>", header.c_str()), 0);
-    EXPECT_EQ(_ComponentListItems(session, L"WRONG", L"", list), E_POINTER);
-    EXPECT_EQ(_ComponentMoveData(session, L"WRONG", 0), E_POINTER);
+    EXPECT_EACH(E_POINTER, _ComponentListItems(session, L"WRONG", L"", list), _ComponentMoveData(session, L"WRONG", 0));
 }
 
 TEST(Targets, SaveAndLoadBothStores)
@@ -184,8 +182,7 @@ TEST(FileCopy, CopiesThroughTheEngineAndTellsTheFirstFailure)
 {
     const Session session;
     const std::wstring source = session.folder.Setup(L"*.bin"), target = session.folder.Target(L"copies");
-    EXPECT_EQ(_CreateDir(session, target.c_str()), 0);
-    EXPECT_EQ(_FileCopy(session, source.c_str(), target.c_str(), 0), 0);
+    EXPECT_EACH(0, _CreateDir(session, target.c_str()), _FileCopy(session, source.c_str(), target.c_str(), 0));
     EXPECT_EQ(engine::test::Tree(target).size(), 4u);
     for (const wchar_t* step : {L"IServiceProvider.QueryService(ISetupFileOps)", L"ISetupFileOps.CreateCopyJob",
                                 L"ISetupCopyJob.GetTotals", L"ISetupCopyTotals.GetLow", L"ISetupCopyTotals.GetHigh",

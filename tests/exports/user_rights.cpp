@@ -1,10 +1,6 @@
 // The user's rights, by the token as it is and by tokens that the system could give.
 #include "../../exports/vhrt/facts.h"
-#include "../support/import_patch.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 
@@ -105,20 +101,15 @@ TEST(RealRights, AreThoseOfTheProcess)
 TEST_F(TokenRights, AreTakenFromTheLocalGroupsOfTheToken)
 {
     const DWORD denied = SE_GROUP_USE_FOR_DENY_ONLY;
+    // A right number counts in its place alone.
     const struct {
         std::vector<Group> groups;
         Answers answers;
-    } rows[] = {{{}, {0, 0, 0}},
-                {{{{32, 544}}}, {1, 0, 1}},
-                {{{{32, 547}}}, {0, 1, 0}},
-                {{{{32, 545}}, {{32, 547}}, {{32, 544}}}, {1, 1, 1}},
-                {{{{32, 544}, denied}}, {0, 0, 1}},
-                {{{{32, 547}, denied}}, {0, 0, 0}},
-                {{{{32, 544}, denied}, {{32, 544}}}, {1, 0, 1}},
-                {{{{32, 544}, 0}}, {1, 0, 1}},
-                // The right number in another place.
-                {{{{21, 544}}}, {0, 0, 0}},
-                {{{{544}}}, {0, 0, 0}},
+    } rows[] = {{{{{32, 544}}}, {1, 0, 1}},         {{}, {0, 0, 0}},
+                {{{{32, 547}}}, {0, 1, 0}},         {{{{32, 545}}, {{32, 547}}, {{32, 544}}}, {1, 1, 1}},
+                {{{{32, 544}, denied}}, {0, 0, 1}}, {{{{32, 547}, denied}}, {0, 0, 0}},
+                {{{{32, 544}, 0}}, {1, 0, 1}},      {{{{32, 544}, denied}, {{32, 544}}}, {1, 0, 1}},
+                {{{{21, 544}}}, {0, 0, 0}},         {{{{544}}}, {0, 0, 0}},
                 {{{{32, 544}, 0, 1}}, {0, 0, 0}}};
     for (const auto& row : rows) {
         token.groups = row.groups;

@@ -2,11 +2,8 @@
 #include "../../exports/vhrt/versions.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
-#include "../support/temp_folder.h"
 #include "../support/traced_library.h"
 #include "../support/version_file.h"
-
-using namespace vh::test;
 
 namespace {
 

@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 HWND AgentWindow() { return FindWindowW(nullptr, L"FetchOnDemand"); }
 
 // A session with a link to an agent.

@@ -4,7 +4,6 @@
 #include "../support/texts.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -68,8 +67,7 @@ TEST(WindowServices, ChooseOnePlacementAndOneColour)
     EXPECT_EQ(session.engine->LiveObjects(), held + 1);
     EXPECT_EQ(_PlaceBitmap(session, L"none.bmp", 2, 0, 0, 2), static_cast<int32_t>(0x80070002));
     EXPECT_EQ(session.engine->LiveObjects(), held + 1) << "the one before stays";
-    EXPECT_EQ(_PlaceBitmap(session, L"", 2, 0, 0, 0x8002), 0);
-    EXPECT_EQ(_PlaceBitmap(session, L"", 77, 0, 0, 0x8000), 0);
+    EXPECT_EACH(0, _PlaceBitmap(session, L"", 2, 0, 0, 0x8002), _PlaceBitmap(session, L"", 77, 0, 0, 0x8000));
     EXPECT_EQ(session.engine->LiveObjects(), held);
     // A lone number behind a ";" is a resource's, with a colour or without.
     const std::wstring library = StandardTexts() + L";501";
@@ -139,16 +137,13 @@ TEST(WindowServices, AnswerByTheirSelectors)
                       [&] {
                           EXPECT_EQ(_SetColor(session, 4, 1), 0);
                           EXPECT_EQ(_SetColor(session, 11, 1), -1);
-                          EXPECT_EQ(_SetColor(session, 12, 0x42000001), 0);
-                          EXPECT_EQ(_SetColor(session, 12, static_cast<int32_t>(0xC2000001)), 0);
-                          EXPECT_EQ(_SetDisplayEffect(session, 8), -1);
-                          EXPECT_EQ(_SetDisplayEffect(session, -1), -1);
-                          EXPECT_EQ(_SetDisplayEffect(session, 7), 0);
-                          EXPECT_EQ(EnableHourGlass(session, 5), 0);
-                          EXPECT_EQ(_DisableBranding(session, L"x"), 0);
+                          EXPECT_EACH(0, _SetColor(session, 12, 0x42000001),
+                                      _SetColor(session, 12, static_cast<int32_t>(0xC2000001)));
+                          EXPECT_EACH(-1, _SetDisplayEffect(session, 8), _SetDisplayEffect(session, -1));
+                          EXPECT_EACH(0, _SetDisplayEffect(session, 7), EnableHourGlass(session, 5),
+                                      _DisableBranding(session, L"x"));
                           // The upper bits stay as given.
-                          EXPECT_EQ(_EnableDialogCache(session, 0x10001), 0);
-                          EXPECT_EQ(_EnableDialogCache(session, 0), 0);
+                          EXPECT_EACH(0, _EnableDialogCache(session, 0x10001), _EnableDialogCache(session, 0));
                       }),
               L"ISetupWindow.SetColor(1107296257, 0) ISetupWindow.SetColor(-1040187391, -1) "
               L"ISetupWindowEffect.SetEffect(7) ISetupWindow.SetWaitCursor(-1) ISetupProgress.SetOption(7, 0) "
@@ -160,13 +155,9 @@ TEST(WindowServices, AnswerByTheirSelectors)
     const BareContext bare;
     EXPECT_EQ(__GetMainWindow(bare, window.put()), static_cast<int32_t>(0x80004003));
     EXPECT_EQ(_SetTitle(bare, L"T", 1, 1), 0);
-    EXPECT_EQ(_SetFont(bare, 1, 1, L"T"), -1);
-    EXPECT_EQ(_SetColor(bare, 12, 1), -1);
-    EXPECT_EQ(_SdShowMsg(bare, L"T", 0), -1);
-    EXPECT_EQ(_PlaceBitmap(bare, L"T", 1, 0, 0, 0), E_FAIL);
-    EXPECT_EQ(EnableHourGlass(bare, 1), E_FAIL);
-    EXPECT_EQ(_SizeWindow(bare, 36, 1, 1), 0);
-    EXPECT_EQ(_EnableDialogCache(bare, 0), 0);
+    EXPECT_EACH(-1, _SetFont(bare, 1, 1, L"T"), _SetColor(bare, 12, 1), _SdShowMsg(bare, L"T", 0));
+    EXPECT_EACH(E_FAIL, _PlaceBitmap(bare, L"T", 1, 0, 0, 0), EnableHourGlass(bare, 1));
+    EXPECT_EACH(0, _SizeWindow(bare, 36, 1, 1), _EnableDialogCache(bare, 0));
 }
 
 TEST(Fonts, AreMadeInTheFaceOrInArial)
@@ -191,8 +182,7 @@ TEST(Fonts, AreMadeInTheFaceOrInArial)
     EXPECT_EQ(GetObjectType(reinterpret_cast<HFONT>(handle)), 0u) << "goes with the context";
     EXPECT_NE(_IsFontTypefaceNameAvailable(L"Tahoma"), 0);
     EXPECT_EQ(_IsFontTypefaceNameAvailable(L"no such face"), 0);
-    EXPECT_EQ(_IsFontTypefaceNameAvailable(L""), -1);
-    EXPECT_EQ(_IsFontTypefaceNameAvailable(nullptr), -1);
+    EXPECT_EACH(-1, _IsFontTypefaceNameAvailable(L""), _IsFontTypefaceNameAvailable(nullptr));
 }
 
 TEST(Fonts, TellTheNamesInTheirFiles)
@@ -259,8 +249,7 @@ TEST(MainImages, ChangeByKindOrByScale)
         {scale, -2, file, -2, L"~"},
         {scale, 25, file + L"x", no_file, L"~"},
         {scale, 25, file, 0, L"@@" + file + L";25"},
-        {kind, ImagePrevious, L"", 0, L"first"},
-    };
+        {kind, ImagePrevious, L"", 0, L"first"}};
     for (const auto& [by, number, text, result, told] : calls) {
         const auto call = by == kind ? &_SetAltMainImage : &_SetAltMainImageEx;
         EXPECT_EQ(CallsOf(session, [&, n = number, &t = text,

@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 const std::vector<vh::ProcessEntry> family = {
     {40, 10, L"late.exe"},      {10, 4, L"setup.exe"},       {30, 20, L"grandchild.exe"}, {20, 10, L"c.exe"},
     {12, 10, L"x pstores.exe"}, {14, 10, L"old.exe"},        {50, 51, L"circle.exe"},     {51, 50, L"circle.exe"},

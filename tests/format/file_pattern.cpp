@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 bool Same(char16_t a, char16_t b) { return (a | 32) == (b | 32); }
 
 bool Fits(std::u16string_view name, std::u16string_view pattern) { return vh::MatchesFilePattern(name, pattern, Same); }

@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 // "[name]" for a section, "key>value;" for an entry, "!" for a broken line.
 template <class Unit>
 std::string Shown(const std::string& narrow, const std::string& separator)
@@ -44,24 +42,15 @@ std::string Shown(const std::string& narrow, const std::string& separator)
 TEST(IniText, IsReadLineByLine)
 {
     Table<const char*, const char*, const char*> cases = {
-        {"", "=", ""},
-        {"\r\n\n\r;x\n;[\n", "=", ""},
-        {"[a]", "=", "[a]"},
-        {"[a]\r\nk=v", "=", "[a]k>v;"},
-        {"[a]\rk=v\rl=w\n\rm=", "=", "[a]k>v;l>w;m>;"},
-        {"[a] tail=1\nx=1=2", "=", "[a]x>1=2;"},
-        {"[a]b]\n", "=", "[a]"},
-        {"[]\n=v\n=", "=", "[]>v;>;"},
-        {"[a]\n k = v \n ;no comment", "=", "[a] k > v ; ;no comment>;"},
-        {"[a]\nflag", "=", "[a]flag>;"},
-        {"[a\nk=v", "=", "!"},
-        {"k=v\n[a]", "=", "!"},
-        {";c\n\nk", "=", "!"},
-        {"[a]\nk=v\n[b", "=", "[a]k>v;!"},
-        {"[a]\nk::v", "::", "[a]k>:v;"},
-        {"[a]\nk:v::w\nx::", "::", "[a]k:v>:w;x>:;"},
-        {"[a]\nk=v", "", "[a]>=v;"},
-        {"[a]\nk\tv", "\t", "[a]k>v;"}};
+        {"\r\n\n\r;x\n;[\n", "=", ""},   {"", "=", ""},
+        {"[a]\r\nk=v", "=", "[a]k>v;"},  {"[a]", "=", "[a]"},
+        {"[a]b]\n", "=", "[a]"},         {"[a]\rk=v\rl=w\n\rm=", "=", "[a]k>v;l>w;m>;"},
+        {"[]\n=v\n=", "=", "[]>v;>;"},   {"[a] tail=1\nx=1=2", "=", "[a]x>1=2;"},
+        {"[a]\nflag", "=", "[a]flag>;"}, {"[a]\n k = v \n ;no comment", "=", "[a] k > v ; ;no comment>;"},
+        {"k=v\n[a]", "=", "!"},          {"[a\nk=v", "=", "!"},
+        {";c\n\nk", "=", "!"},           {"[a]\nk=v\n[b", "=", "[a]k>v;!"},
+        {"[a]\nk=v", "", "[a]>=v;"},     {"[a]\nk::v", "::", "[a]k>:v;"},
+        {"[a]\nk\tv", "\t", "[a]k>v;"},  {"[a]\nk:v::w\nx::", "::", "[a]k:v>:w;x>:;"}};
     for (const auto& [text, separator, shown] : cases) {
         EXPECT_EQ(Shown<char>(text, separator), shown) << testing::PrintToString(text);
         EXPECT_EQ(Shown<char16_t>(text, separator), shown) << testing::PrintToString(text);

@@ -4,7 +4,6 @@
 
 namespace {
 
-using vh::test::Table;
 using namespace std::string_view_literals;
 using view = std::u16string_view;
 

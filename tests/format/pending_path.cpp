@@ -4,26 +4,15 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(PendingPath, LosesItsSteps)
 {
-    Table<const char*, const char*> cases = {{"", ""},
-                                             {"C:\\a\\b", "C:\\a\\b"},
-                                             {"C:\\a\\.\\b\\.", "C:\\a\\b"},
-                                             {"C:\\a\\..\\b", "C:\\b"},
-                                             {"C:\\a\\b\\..\\..\\c", "C:\\c"},
-                                             {"C:\\a\\.\\..\\b", "C:\\b"},
-                                             {"a\\..\\b", "\\b"},
-                                             {"a\\b\\..", "a"},
-                                             // A root has nothing above it, or two drives would be one.
-                                             {"C:\\..\\b", "C:\\b"},
-                                             {"\\\\server\\share\\..\\..\\b", "\\\\server\\share\\b"},
-                                             {"\\..\\..", ""},
-                                             // Names that begin with dots.
-                                             {"C:\\a\\.b", "C:\\ab"},
-                                             {"C:\\a\\...", "C:."},
-                                             {"..\\a", "..\\a"}};
+    // A root has nothing above it, or two drives would be one; names may begin with dots.
+    Table<const char*, const char*> cases = {
+        {"C:\\a\\b", "C:\\a\\b"},     {"a\\..\\b", "\\b"},   {"", ""},
+        {"C:\\a\\..\\b", "C:\\b"},    {"a\\b\\..", "a"},     {"C:\\a\\.\\b\\.", "C:\\a\\b"},
+        {"C:\\a\\.\\..\\b", "C:\\b"}, {"\\..\\..", ""},      {"C:\\a\\b\\..\\..\\c", "C:\\c"},
+        {"C:\\..\\b", "C:\\b"},       {"C:\\a\\...", "C:."}, {"\\\\server\\share\\..\\..\\b", "\\\\server\\share\\b"},
+        {"C:\\a\\.b", "C:\\ab"},      {"..\\a", "..\\a"}};
     for (const auto& [path, plain] : cases) {
         const std::string narrow(path);
         const std::u16string wide(narrow.begin(), narrow.end());

@@ -8,7 +8,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
 

@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 // "name", "!name" for one that stays, "~name" for one that is removed by force; values and keys in brackets.
 std::string Shown(const vh::script_key& key)
 {
@@ -99,13 +97,10 @@ TEST(RegistrationScript, ReplacesOneVariable)
 {
     vh::RegistrationScript script;
     script.replacements = {{"MODULEPATH", "C:\\x"}, {"", "none"}};
-    Table<const char*, const char*> cases = {{"%MODULEPATH%\\y", "C:\\x\\y"},
-                                             {"a %MODULEPATH% %MODULEPATH%", "a C:\\x %MODULEPATH%"},
-                                             {"%OTHER%%MODULEPATH%", "%OTHER%%MODULEPATH%"},
-                                             {"%modulepath%", "%modulepath%"},
-                                             {"50%", "50%"},
-                                             {"%%", "none"},
-                                             {"", ""}};
+    Table<const char*, const char*> cases = {
+        {"50%", "50%"}, {"%MODULEPATH%\\y", "C:\\x\\y"},  {"a %MODULEPATH% %MODULEPATH%", "a C:\\x %MODULEPATH%"},
+        {"%%", "none"}, {"%modulepath%", "%modulepath%"}, {"%OTHER%%MODULEPATH%", "%OTHER%%MODULEPATH%"},
+        {"", ""}};
     for (const auto& [data, replaced] : cases)
         EXPECT_EQ(script.Replaced(data), replaced);
 }

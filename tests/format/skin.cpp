@@ -6,7 +6,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 std::span<const std::byte> Bytes(std::string_view text) { return std::as_bytes(std::span(text.data(), text.size())); }
 
@@ -60,15 +59,10 @@ TEST(SkinContainer, ListsEntriesAndNoticesWhatIsCut)
         EXPECT_TRUE(whole.starts_with(cut.substr(0, cut.size() - 1)));
         EXPECT_EQ(at_an_end, length == 16 || length == 28) << length;
     }
-    Table<std::string_view, const char*> wrong = {{{"a\0009\0xy", 6}, "!"},
-                                                  {{"a\000-1\0x", 6}, "!"},
-                                                  {{"a\0001x\0x", 6}, "!"},
-                                                  {{"a\0\0x", 4}, "!"},
-                                                  {{"a\00018446744073709551615\0", 23}, "!"},
-                                                  {{"a\00099999999999999999999\0", 23}, "!"},
-                                                  {{"abc", 3}, "!"},
-                                                  {{"a\0000\0b\0001\0c", 9}, "a= b=c ."},
-                                                  {{"\0000\0", 3}, "= ."}};
+    Table<std::string_view, const char*> wrong = {
+        {{"a\0009\0xy", 6}, "!"}, {{"a\00018446744073709551615\0", 23}, "!"}, {{"a\0\0x", 4}, "!"},
+        {{"a\000-1\0x", 6}, "!"}, {{"a\00099999999999999999999\0", 23}, "!"}, {{"abc", 3}, "!"},
+        {{"a\0001x\0x", 6}, "!"}, {{"a\0000\0b\0001\0c", 9}, "a= b=c ."},     {{"\0000\0", 3}, "= ."}};
     for (const auto& [bytes, listed] : wrong)
         EXPECT_EQ(Listed(Bytes(bytes)), listed);
     Table<const char*, bool> names = {{"skin.ini", true}, {"SKIN.INI", true}, {"skin.in", false}, {"skin.inix", false}};
@@ -93,14 +87,11 @@ TEST(SkinText, ReadsValues)
         EXPECT_EQ(pair, (skin_pair{x, y})) << text;
     }
     const auto exists = [](std::string_view name) { return name == "ALL-0007"; };
-    Table<const char*, skin_section_kind, const char*> names = {{"ALL", skin_section_kind::all, ""},
-                                                                {"ALL-0007", skin_section_kind::all_of_language, "ALL"},
-                                                                {"SKINS", skin_section_kind::header, "ALL"},
-                                                                {"ALLES", skin_section_kind::header, "ALL"},
-                                                                {"Page", skin_section_kind::dialog, "ALL"},
-                                                                {"Page-0007", skin_section_kind::dialog, "ALL-0007"},
-                                                                {"Page-0009", skin_section_kind::dialog, "ALL"},
-                                                                {"all", skin_section_kind::dialog, "ALL"}};
+    Table<const char*, skin_section_kind, const char*> names = {
+        {"ALL", skin_section_kind::all, ""},         {"ALL-0007", skin_section_kind::all_of_language, "ALL"},
+        {"SKINS", skin_section_kind::header, "ALL"}, {"ALLES", skin_section_kind::header, "ALL"},
+        {"Page", skin_section_kind::dialog, "ALL"},  {"Page-0007", skin_section_kind::dialog, "ALL-0007"},
+        {"all", skin_section_kind::dialog, "ALL"},   {"Page-0009", skin_section_kind::dialog, "ALL"}};
     for (const auto& [name, kind, parent] : names) {
         EXPECT_EQ(KindOfSkinSection(name), kind) << name;
         EXPECT_EQ(ParentOfSkinSection(name, exists), parent) << name;
@@ -109,32 +100,16 @@ TEST(SkinText, ReadsValues)
 
 TEST(SkinText, BuildsSectionsInTheirOrder)
 {
-    const std::map<std::string, std::string> values = {{"ALL/BUTTONSUP", "up.gif"},
-                                                       {"ALL/BUTTONSDOWN", "down.gif"},
-                                                       {"ALL/BUTTONSOPT", "SCALE"},
-                                                       {"ALL/BUTTONSTXTCLR", "1,1,1"},
-                                                       {"ALL/RECTS", "1"},
-                                                       {"ALL/RECT1POS", "1,2"},
-                                                       {"ALL/RECT1AREA", "30,40"},
-                                                       {"ALL-0007/BUTTONSUP", "auf.gif"},
-                                                       {"Page/RECTS", "2"},
-                                                       {"Page/RECT2", "9,8,7"},
-                                                       {"Page/IMAGES", "2"},
-                                                       {"Page/IMAGE1", "a.bmp"},
-                                                       {"Page/IMAGE1POS", "5,6"},
-                                                       {"Page/IMAGE1OPT", "HCENTER,TRANSPARENT,NONE"},
-                                                       {"Page/IMAGE1TRNSPRNTCLR", "0,0,255"},
-                                                       {"Page/TEXTCOLOR", "3,2,1"},
-                                                       {"Page-0007/BUTTONS", "3"},
-                                                       {"Page-0007/BUTTON1", "12"},
-                                                       {"Page-0007/BUTTON2", "1"},
-                                                       {"Page-0007/BUTTON2UP", "own.bmp"},
-                                                       {"Page-0007/BUTTON2POS", "7,8"},
-                                                       {"Page-0007/BUTTON2OPT", "TRANSPARENT"},
-                                                       {"Page-0007/BUTTON2TRNSPRNTCLR", "12"},
-                                                       {"Page-0007/BUTTON2DISTXTCLR", "4,5,6"},
-                                                       {"Many/RECTS", "2000000000"},
-                                                       {"Many/IMAGES", "-4"}};
+    const std::map<std::string, std::string> values = {
+        {"ALL/BUTTONSUP", "up.gif"}, {"ALL/BUTTONSDOWN", "down.gif"},    {"ALL/RECTS", "1"},
+        {"ALL/RECT1POS", "1,2"},     {"ALL/BUTTONSOPT", "SCALE"},        {"Page/RECTS", "2"},
+        {"ALL/RECT1AREA", "30,40"},  {"ALL/BUTTONSTXTCLR", "1,1,1"},     {"Page/IMAGES", "2"},
+        {"Page/RECT2", "9,8,7"},     {"ALL-0007/BUTTONSUP", "auf.gif"},  {"Page/IMAGE1OPT", "HCENTER,TRANSPARENT,NONE"},
+        {"Page/IMAGE1", "a.bmp"},    {"Page/TEXTCOLOR", "3,2,1"},        {"Page/IMAGE1TRNSPRNTCLR", "0,0,255"},
+        {"Page/IMAGE1POS", "5,6"},   {"Page-0007/BUTTON1", "12"},        {"Page-0007/BUTTON2OPT", "TRANSPARENT"},
+        {"Page-0007/BUTTONS", "3"},  {"Page-0007/BUTTON2UP", "own.bmp"}, {"Page-0007/BUTTON2TRNSPRNTCLR", "12"},
+        {"Page-0007/BUTTON2", "1"},  {"Page-0007/BUTTON2POS", "7,8"},    {"Page-0007/BUTTON2DISTXTCLR", "4,5,6"},
+        {"Many/IMAGES", "-4"},       {"Many/RECTS", "2000000000"}};
     const skin_reader read = [&](std::string_view section, std::string_view key, skin_form form) {
         const auto found = values.find(std::string(section) + "/" + std::string(key));
         EXPECT_EQ(RoomFor(form), key.ends_with("UP") || key.ends_with("DOWN") ||

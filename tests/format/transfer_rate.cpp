@@ -4,8 +4,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 constexpr uint64_t frequency = 10'000'000;
 constexpr uint32_t start_ms = 1'000'000;
 

@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(SizeText, RoundsAndShowsWhatIsThere)
 {
     constexpr uint64_t mega = 1048576;
@@ -84,8 +82,7 @@ TEST(ViewRules, MoveAsStepsDo)
     std::mt19937 random(7);
     const auto below = [&random](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
     for (int i = 0; i < 20000; ++i) {
-        const int count = below(40);
-        const int visible = below(12);
+        const int count = below(40), visible = below(12);
         const vh::list_place from{below(std::max(count, 1)), below(vh::LastFirst(count, std::max(visible, 1)) + 1)};
         const auto move = static_cast<vh::list_move>(below(6));
         EXPECT_EQ(vh::Moved(from, move, count, visible), Stepped(from, move, count, visible))

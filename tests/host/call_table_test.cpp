@@ -57,8 +57,7 @@ const std::string integer = "int16_t|u?int32_t|uint8_t|wchar_t|FileHandle";
 const std::string wide_reference = R"(int64_t\*|ListHandle\*|FILETIME\*|\w+\*\*)";
 const std::string wide_integer = R"(int64_t|ListHandle|HWND|HANDLE|HMODULE|\w+\*)";
 
-const std::string reference = R"(u?int32_t\*)";
-const std::string text = R"(wchar_t\*)";
+const std::string reference = R"(u?int32_t\*)", text = R"(wchar_t\*)";
 
 // C types that fit the slots of each kind, in order.
 const std::map<Kind, std::vector<std::string>> types_that_fit = {

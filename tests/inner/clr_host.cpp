@@ -14,11 +14,9 @@ inline constexpr GUID vh::iid_of<IEnumUnknown> = vh::Guid("{00000100-0000-0000-C
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 // The runtime: what it has, what it is asked, and which call fails.
-std::wstring g_log;
-std::wstring g_fails;
+std::wstring g_log, g_fails;
 std::vector<std::wstring> g_installed;
 std::wstring g_wanted;
 std::vector<std::wstring> g_domains;

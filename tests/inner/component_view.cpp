@@ -17,7 +17,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 enum : int { list = 10, list2 = 11, description = 12, required = 13, free_space = 14, change = 15, path1 = 16 };
 
@@ -31,9 +30,7 @@ protected:
                                    nullptr);
         for (const int id : {list, list2, description, required, free_space, change, path1}) {
             const int height = id == list || id == list2 ? rows * 17 + 4 : 20;
-            CreateWindowExW(0, id == change ? L"Button" : L"Static", L"", WS_CHILD | WS_VISIBLE, id == list2 ? 200 : 0,
-                            id > list2 ? 150 : 0, 180, height, m_dialog,
-                            reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+            AddControl(id == change ? L"Button" : L"Static", id, id == list2 ? 200 : 0, id > list2 ? 150 : 0, height);
         }
     }
     ~ComponentViews() override
@@ -44,9 +41,16 @@ protected:
         ComponentViewSetInfoEx(context, ViewDecimals, 0);
     }
 
-    void AddList(int id) const
+    void RenewLists() const
     {
-        CreateWindowExW(0, L"Static", L"", WS_CHILD | WS_VISIBLE, 0, 0, 180, rows * 17 + 4, m_dialog,
+        for (const int id : {list, list2}) {
+            DestroyWindow(Window(id));
+            AddControl(L"Static", id, 0, 0, rows * 17 + 4);
+        }
+    }
+    void AddControl(const wchar_t* kind, int id, int x, int y, int height) const
+    {
+        CreateWindowExW(0, kind, L"", WS_CHILD | WS_VISIBLE, x, y, 180, height, m_dialog,
                         reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
     }
     void AddItems(int count, int32_t size = 1024)
@@ -101,8 +105,7 @@ TEST_F(ComponentViews, PickAsAModelDoes)
         ASSERT_EQ(ComponentViewCreateWindow(view), 0);
         const HWND window = Window(exclusive ? list2 : list);
         std::mt19937 random(exclusive ? 1 : 2);
-        int current = 0;
-        int first = 0;
+        int current = 0, first = 0;
         const auto keep_one = [&] {
             const auto found = std::find(selected.begin(), selected.end(), true);
             if (!exclusive)
@@ -124,8 +127,7 @@ TEST_F(ComponentViews, PickAsAModelDoes)
         };
         const auto show = [&](int index) { first = std::clamp(first, index - rows + 1, index); };
         for (int event = 0; event < 500; ++event) {
-            const int kind = static_cast<int>(random() % 4);
-            const int where = static_cast<int>(random() % rows);
+            const int kind = static_cast<int>(random() % 4), where = static_cast<int>(random() % rows);
             const bool on_check = random() % 2;
             switch (kind) {
             case 0: {
@@ -210,9 +212,7 @@ TEST_F(ComponentViews, KeepWhatTheyAreToldAndRefuseTheRest)
     // The one that goes leaves the chain; what has gone answers nothing.
     ComponentViewSetInfo(view, ViewChild, address, nullptr);
     EXPECT_EQ(ComponentViewDestroy(other), 0);
-    EXPECT_EQ(ComponentViewDestroy(other), -1);
-    EXPECT_EQ(ComponentViewRefresh(other), -1);
-    EXPECT_EQ(ComponentViewSelectAll(nullptr, 1), -1);
+    EXPECT_EACH(-1, ComponentViewDestroy(other), ComponentViewRefresh(other), ComponentViewSelectAll(nullptr, 1));
     EXPECT_GIVES(_ComponentViewQueryInfo(view, ViewChild, &number, text, 8), 0, number, 0);
     EXPECT_EQ(ComponentViewCreateWindow(Make(99)), -1) << "no placeholder";
     EXPECT_EQ(_ComponentViewCreate(nullptr, m_dialog, list), nullptr);
@@ -238,8 +238,7 @@ TEST_F(ComponentViews, SelectAllHasItsLimitInExclusiveMode)
     EXPECT_TRUE(Selected(0) && !Selected(1)) << "one of them has to be";
     _ComponentAddItem(context, L"M", L"i0\\only", 1, 0);
     ComponentViewSetInfo(view, ViewParentItem, 0, L"i0");
-    EXPECT_EQ(ComponentViewRefresh(view), 0);
-    EXPECT_EQ(ComponentViewSelectAll(view, 1), 0);
+    EXPECT_EACH(0, ComponentViewRefresh(view), ComponentViewSelectAll(view, 1));
 }
 
 TEST_F(ComponentViews, TellTheDialogAndEachOther)
@@ -249,12 +248,9 @@ TEST_F(ComponentViews, TellTheDialogAndEachOther)
     _ComponentSetData(context, L"M", L"i1", attribute_description, 0, L"The second");
     ComponentView* view = Make(list);
     ComponentView* child = Make(list2);
-    Table<int32_t, int64_t> infos = {{ViewDescription, description},
-                                     {ViewSpaceRequired, required},
-                                     {ViewSpaceFree, free_space},
-                                     {ViewChangeButton, change},
-                                     {ViewPath1, path1},
-                                     {ViewChild, reinterpret_cast<int64_t>(child)}};
+    Table<int32_t, int64_t> infos = {
+        {ViewSpaceRequired, required}, {ViewChangeButton, change}, {ViewDescription, description},
+        {ViewSpaceFree, free_space},   {ViewPath1, path1},         {ViewChild, reinterpret_cast<int64_t>(child)}};
     for (const auto& [info, value] : infos)
         ComponentViewSetInfo(view, info, value, nullptr);
     ComponentViewSetInfo(child, ViewParent, reinterpret_cast<int64_t>(view), nullptr);
@@ -413,14 +409,11 @@ TEST_F(ComponentViews, EndInAnyOrderAndLeaveNothing)
         Click(Window(cycle % 2 ? list2 : list), 3, true);
         Click(Window(cycle % 2 ? list : list2), 2, true);
         ComponentViewDestroy(pair[1 - cycle % 2]);
-        for (const int id : {list, list2}) {
-            DestroyWindow(Window(id));
-            AddList(id);
-        }
+        RenewLists();
         if (cycle == 2)
-            handles = vh::test::GdiObjects();
+            handles = OpenGdiObjects();
     }
-    EXPECT_EQ(vh::test::GdiObjects(), handles);
+    EXPECT_EQ(OpenGdiObjects(), handles);
     // Left behind, with a dialog that goes before and one that goes after the context.
     Shown(list);
     Shown(list2);
@@ -454,10 +447,7 @@ TEST_F(ComponentViews, MayEndInTheMidstOfAClick)
         EXPECT_EQ(ComponentViewRefresh(ending), ended ? -1 : 0);
         for (ComponentView* view : views)
             ComponentViewDestroy(view);
-        for (const int id : {list, list2}) {
-            DestroyWindow(Window(id));
-            AddList(id);
-        }
+        RenewLists();
     }
 }
 

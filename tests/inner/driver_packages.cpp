@@ -8,7 +8,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 class Helper final : public com_object<ISetupDriverHelper> {
 public:
@@ -95,12 +94,8 @@ TEST(DriverPackages, OfAThirtyTwoBitProcessGoThroughTheHelper)
 
     constexpr auto too_small = static_cast<int32_t>(0x8007007A);
     const Table<long, HRESULT, uint32_t, int32_t, uint32_t, const wchar_t*> paths = {
-        {15, S_OK, 20, 0, 15, L"C:\\store\\p.inf"},
-        {15, S_OK, 15, 0, 15, L"C:\\store\\p.inf"},
-        {15, S_OK, 14, too_small, 15, L"~"},
-        {4, S_OK, 20, 0, 4, L"C:\\"},
-        {0, S_OK, 20, 0, 20, L"~"},
-        {-1, S_OK, 20, 0, 20, L"~"},
+        {15, S_OK, 14, too_small, 15, L"~"}, {15, S_OK, 20, 0, 15, L"C:\\store\\p.inf"}, {0, S_OK, 20, 0, 20, L"~"},
+        {4, S_OK, 20, 0, 4, L"C:\\"},        {15, S_OK, 15, 0, 15, L"C:\\store\\p.inf"}, {-1, S_OK, 20, 0, 20, L"~"},
         {15, E_FAIL, 20, E_FAIL, 20, L"~"}};
     for (const auto& [told, code, room, result, size_then, text] : paths) {
         helper.told = told;

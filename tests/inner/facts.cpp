@@ -4,9 +4,6 @@
 #include "../../scriptdata/late_windows.h"
 #include "../../system/late_winspool.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
-
-using namespace vh::test;
 
 namespace {
 
@@ -23,16 +20,10 @@ TEST(Memory, OfAnySizeGoesThroughShiftAndLimits)
         memory->ullTotalPhys = 0x3'8000'0000;
         return TRUE;
     });
+    // A low half that is not above its limit stays; a limit that bites clears the high half.
     Table<int32_t, uint32_t, uint32_t, uint64_t> cases = {
-        {0, 0, 0, 0x3'8000'0000},
-        {20, 0, 0, 0x3800},
-        {64, 0, 0, 0},
-        {0, 2, 0, 0x2'8000'0000},
-        {0, 3, 0, 0x3'8000'0000},
-        {0, 2, 5, 5},
-        // The low half is not above its limit; one that bites clears the high half.
-        {0, 0, 0x80000000, 0x3'8000'0000},
-        {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
+        {0, 0, 0, 0x3'8000'0000}, {0, 2, 0, 0x2'8000'0000}, {64, 0, 0, 0}, {0, 0, 0x80000000, 0x3'8000'0000},
+        {20, 0, 0, 0x3800},       {0, 3, 0, 0x3'8000'0000}, {0, 2, 5, 5},  {0, 0, 0x7FFFFFFF, 0x7FFFFFFF}};
     for (const auto& [shift, high_limit, low_limit, size] : cases)
         EXPECT_EQ(Memory(shift, high_limit, low_limit), size) << shift << " " << low_limit;
 }
@@ -52,8 +43,7 @@ TEST(Memory, ComesFromTheOlderCallIn32Bits)
 }
 
 // Ports of a spooler that asks for so many bytes first.
-DWORD needed_bytes;
-DWORD asked_bytes;
+DWORD needed_bytes, asked_bytes;
 const wchar_t* const port_names[] = {L"LPT1:", L"COM1:", L"COM10:", L"FILE:", L"com2:", L"LPT", L"LP", L"", L"COMx"};
 
 BOOL WINAPI SomePorts(wchar_t*, DWORD level, BYTE* buffer, DWORD size, DWORD* needed, DWORD* count)

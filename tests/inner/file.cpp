@@ -7,8 +7,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 DWORD OpenForReading(vh::file& file, const std::wstring& path)
 {
     return file.open(path.c_str(), GENERIC_READ, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING);

@@ -3,11 +3,8 @@
 #include "../../dialogs/late_dialogs.h"
 #include "../../scriptdata/task_memory.h"
 #include "../support/replaced.h"
-#include "../support/test.h"
 
 namespace {
-
-using namespace vh::test;
 
 const vh::PickerTexts texts{};
 

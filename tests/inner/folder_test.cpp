@@ -2,10 +2,8 @@
 #include "../../dialogs/folder_test.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace fs = std::filesystem;
-using namespace vh::test;
 
 namespace {
 

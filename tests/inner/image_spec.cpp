@@ -4,7 +4,6 @@
 
 namespace {
 
-using vh::test::Table;
 using Triple = std::array<int, 3>;
 
 TEST(ImageSpec, IsReadFieldByField)

@@ -7,7 +7,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 TEST(MappedFile, HasTheFileOrItsBeginning)
 {

@@ -10,7 +10,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 // "source>target;" for each operation.
 std::wstring Listed()

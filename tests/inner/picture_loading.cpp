@@ -7,12 +7,10 @@
 #include "../support/replaced.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr DWORD ground = 0xFFFFFF;
 
@@ -148,8 +146,7 @@ TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
     const gdiplus_bitmap large = small.Resized({30, 20});
     EXPECT_EQ(large.size(), (SIZE{30, 20}));
     EXPECT_TRUE(large.Icon());
-    EXPECT_FALSE(gdiplus_bitmap().Resized({3, 2}));
-    EXPECT_FALSE(gdiplus_bitmap().Icon());
+    EXPECT_FALSE(gdiplus_bitmap().Resized({3, 2}) || gdiplus_bitmap().Icon());
 }
 
 TEST(PictureLoading, ReadsPalettes)

@@ -6,17 +6,14 @@
 #include "../support/replaced.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr DWORD ground = 0x102030; // of the sheet, as 0xRRGGBB
 constexpr COLORREF ground_color = RGB(0x10, 0x20, 0x30);
-constexpr int width = 16;
-constexpr int height = 12;
+constexpr int width = 16, height = 12;
 
 // The picture under test: no two pixels are alike, but for the quarter that is to be left out.
 constexpr bool LeftOut(int x, int y) { return x < width / 2 && y < height / 2; }
@@ -64,12 +61,12 @@ std::function<DWORD(int, int)> PictureAt(int left, int top, int times = 1)
 TEST(Pictures, StandWhereAnchorsPositionsAndSizesPutThem)
 {
     constexpr int32_t middle = centered_position;
+    // Of two anchors the last one in the order 8, 4, 2, 1 holds.
     Table<uint32_t, int32_t, int32_t, int, int> cases = {{0, 3, 5, 3, 5},
                                                          {anchor_top_left, 3, 5, 3, 5},
                                                          {anchor_top_right, 3, 5, 60 - 16 - 3, 5},
                                                          {anchor_bottom_left, 3, 5, 3, 50 - 12 - 5},
                                                          {anchor_bottom_right, 3, 5, 60 - 16 - 3, 50 - 12 - 5},
-                                                         // The last one in the order 8, 4, 2, 1 holds.
                                                          {anchor_bottom_left | anchor_top_right, 3, 5, 60 - 16 - 3, 5},
                                                          {anchor_bottom_right | anchor_top_left, 3, 5, 3, 5},
                                                          {anchor_bottom_right, middle, 5, 22, 50 - 12 - 5},
@@ -203,8 +200,7 @@ TEST(Pictures, AppearWithTheirEffectOnce)
          1, "0,0 16x1;" + whole},
         {7, whole, 0, ""},
         {8, whole, 0, ""},
-        {-1, whole, 0, ""},
-    };
+        {-1, whole, 0, ""}};
     for (const auto& [number, expected, fails_at, copies_of_failing] : cases) {
         Sheet sheet(20, 20, ground_color);
         SetupImage image = Loaded(0, number);
@@ -302,12 +298,9 @@ TEST(Pictures, PlayMetafilesAtTheirPlace)
 TEST(Pictures, OptionTextNamesTheFlags)
 {
     Table<std::string_view, uint32_t> cases = {
-        {"", 0},
-        {"UPPER_RIGHT", 1},
-        {"LOWER_LEFT,SCALE", 0x100008},
-        {"UPPER_LEFT,LOWER_RIGHT,TRANSPARENT,VCENTER,HCENTER", 2 | 4 | 32 | 256 | 512},
-        {",nothing,TRANSPARENT,", 32},
-        {"transparent, SCALE", 0}};
+        {"LOWER_LEFT,SCALE", 0x100008}, {"", 0},
+        {",nothing,TRANSPARENT,", 32},  {"UPPER_RIGHT", 1},
+        {"transparent, SCALE", 0},      {"UPPER_LEFT,LOWER_RIGHT,TRANSPARENT,VCENTER,HCENTER", 2 | 4 | 32 | 256 | 512}};
     for (const auto& [text, flags] : cases)
         EXPECT_EQ(ReadOptionText(text), flags) << text;
     EXPECT_EQ(drawing_options, 0x10002Fu);

@@ -7,7 +7,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 // What the dialog answers, what the shell answers, and what both were given.
 enum class dialog { cancelled, printer, plain, raises };

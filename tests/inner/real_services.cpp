@@ -9,7 +9,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 // Installed and running while it lives.
 class Service : Pinned {
@@ -49,8 +48,7 @@ public:
     }
 
 private:
-    const unique_handle m_end;
-    const unique_handle m_runs;
+    const unique_handle m_end, m_runs;
     unique_handle m_process;
     SC_HANDLE m_manager = OpenSCManagerW(nullptr, nullptr, SC_MANAGER_ALL_ACCESS);
     SC_HANDLE m_service = nullptr;

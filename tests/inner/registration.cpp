@@ -9,7 +9,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 class Registration : public testing::Test {
 protected:

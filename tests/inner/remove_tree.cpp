@@ -8,7 +8,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 struct Failure {
     DWORD code;

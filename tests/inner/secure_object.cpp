@@ -10,7 +10,6 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr DWORD ok = ERROR_SUCCESS;
 constexpr auto no_memory = static_cast<int32_t>(0x8007000E);

@@ -6,13 +6,11 @@
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 struct Service {
     // What it says each time it is asked; the last one for good. 0 fails the query.
     std::vector<DWORD> states;
-    bool opens = true;
-    bool takes_stop = true;
+    bool opens = true, takes_stop = true;
 };
 std::map<std::wstring, Service> g_services;
 std::vector<std::wstring> g_dependents;
@@ -91,8 +89,7 @@ TEST(ServiceStop, StopsDependentsFirstAndEndsAtTheFirstFailure)
          L"stop b|stop a|stop main|"},
         {Services{{L"a", {{stopped}, false}}, {L"b", {{stopped}}}, {L"main", {{runs, stopped}}}}, Names{L"a", L"b"}, 0,
          false, L""},
-        {Services{{L"a", {{stopped}, true, false}}, {L"main", {{runs, stopped}}}}, Names{L"a"}, 0, false, L"stop a|"},
-    };
+        {Services{{L"a", {{stopped}, true, false}}, {L"main", {{runs, stopped}}}}, Names{L"a"}, 0, false, L"stop a|"}};
     for (const auto& [services, dependents, error, result, log] : cases) {
         g_services = services;
         g_dependents = dependents;

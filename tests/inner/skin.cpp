@@ -11,17 +11,12 @@
 #include "../support/handle_counts.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
-constexpr COLORREF red = RGB(255, 0, 0);
-constexpr COLORREF green = RGB(0, 255, 0);
-constexpr COLORREF blue = RGB(0, 0, 255);
-constexpr COLORREF yellow = RGB(255, 255, 0);
+constexpr COLORREF red = RGB(255, 0, 0), green = RGB(0, 255, 0), blue = RGB(0, 0, 255), yellow = RGB(255, 255, 0);
 
 std::string Plain(int width, int height, uint32_t pixel)
 {
@@ -91,8 +86,7 @@ TEST_F(Skins, LoadOnceForTheProcessAndLeaveNoFiles)
     {
         // Another context has the same skin, whatever file it names.
         DialogSkin other;
-        EXPECT_TRUE(other.Start(L"", 0, L""));
-        EXPECT_TRUE(other.loaded() && other.enabled());
+        EXPECT_TRUE(other.Start(L"", 0, L"") && other.loaded() && other.enabled());
         other.Enable(false);
         EXPECT_FALSE(other.enabled());
         other.Enable(true);
@@ -238,8 +232,7 @@ protected:
     }
 
     HWND m_dialog = nullptr;
-    LONG m_x = 0;
-    LONG m_y = 0;
+    LONG m_x = 0, m_y = 0;
 };
 
 TEST_F(SkinnedDialogs, ComposeRectanglesThenPictures)
@@ -371,9 +364,9 @@ TEST_F(SkinnedDialogs, ShareASectionAndLeaveNothing)
         DestroyWindow(below);
         Open();
         if (cycle == 5)
-            handles = vh::test::GdiObjects();
+            handles = OpenGdiObjects();
     }
-    EXPECT_EQ(vh::test::GdiObjects(), handles);
+    EXPECT_EQ(OpenGdiObjects(), handles);
     // The skin's end does not take the surface from a dialog that still stands.
     ASSERT_TRUE(Apply(L"Page"));
     m_skin.End();

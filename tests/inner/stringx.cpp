@@ -6,8 +6,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 TEST(Stringx, GrowsByItsRule)
 {
     Table<size_t, size_t, size_t> cases = {{0, 0, 7},   {7, 7, 7},       {8, 8, 15},      {15, 15, 15}, {16, 16, 23},
@@ -96,8 +94,7 @@ TEST(Stringx, ConvertsBothWays)
     EXPECT_EQ(std::string(big_endian.AsNarrow(1201), 6), std::string("\0a\0b\0\0", 6));
 
     stringx kept(L"kept");
-    EXPECT_FALSE(kept.assign_narrow("", -1));
-    EXPECT_FALSE(kept.assign_narrow(nullptr, -1));
+    EXPECT_FALSE(kept.assign_narrow("", -1) || kept.assign_narrow(nullptr, -1));
     EXPECT_EQ(kept.view(), L"kept");
     EXPECT_TRUE(stringx(static_cast<const wchar_t*>(nullptr)).empty());
     EXPECT_TRUE(stringx(static_cast<const char*>(nullptr)).empty());

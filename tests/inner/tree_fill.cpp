@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 // Notes each node as "depth label state children".
 class NotedTree final : public vh::tree_fill {
 public:

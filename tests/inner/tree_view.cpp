@@ -12,8 +12,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 class TreeViews : public testing::Test {
 protected:
     static constexpr int control = 10;
@@ -195,9 +193,9 @@ TEST_F(TreeViews, EndWithTheirDialogs)
         EXPECT_EQ(GetSelectedItemState(other, nullptr), -1);
         Open();
         if (cycle == 1)
-            handles = vh::test::GdiObjects();
+            handles = OpenGdiObjects();
     }
-    EXPECT_EQ(vh::test::GdiObjects(), handles);
+    EXPECT_EQ(OpenGdiObjects(), handles);
     // In the midst of its own click, and of its filling.
     tree = Make(-1);
     media.on_select = [this] { Close(); };

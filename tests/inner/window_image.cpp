@@ -10,12 +10,10 @@
 #include "../support/screenshot.h"
 #include "../support/sheet.h"
 #include "../support/temp_folder.h"
-#include "../support/test.h"
 
 namespace {
 
 using namespace vh;
-using namespace vh::test;
 
 constexpr COLORREF magenta = RGB(255, 0, 255);
 
@@ -70,8 +68,7 @@ TEST_F(WindowImage, TellsWhatItCanNotCreate)
         EXPECT_GIVES(image.GetHeight(&size), E_FAIL, size, 7);
     };
     expect_no_size();
-    EXPECT_EQ(image.GetWidth(nullptr), E_POINTER);
-    EXPECT_EQ(image.GetHeight(nullptr), E_POINTER);
+    EXPECT_EACH(E_POINTER, image.GetWidth(nullptr), image.GetHeight(nullptr));
     const std::wstring none = folder / L"none.bmp";
     const HMODULE program = GetModuleHandleW(nullptr);
     Table<const char*, WindowImageRequest> cases = {
@@ -100,10 +97,7 @@ TEST_F(WindowImage, StandsHiddenAtTheSizeOfThePicture)
     EXPECT_TRUE(GetWindowLongW(image.window(), GWL_STYLE) & WS_CLIPSIBLINGS);
     EXPECT_EQ(Size(), (SIZE{20, 10}));
     const auto move = [&] {
-        EXPECT_EQ(image.SetLeft(5), S_OK);
-        EXPECT_EQ(image.SetTop(7), S_OK);
-        EXPECT_EQ(image.SetWidth(30), S_OK);
-        EXPECT_EQ(image.SetHeight(40), S_OK);
+        EXPECT_EACH(S_OK, image.SetLeft(5), image.SetTop(7), image.SetWidth(30), image.SetHeight(40));
     };
     move();
     EXPECT_EQ(PlaceOnScreen(image.window()), (RECT{5, 7, 35, 47}));
@@ -127,10 +121,10 @@ TEST_F(WindowImage, PaintsThePictureOverItsBackground)
         image.SetOptions(option_center);
         EXPECT_EQ(Pixel(2, 5), RGB(1, 2, 3));
         EXPECT_EQ(Pixel(18, 5), RGB(0x12, 0x34, 0x56));
-        const int handles = GdiObjects();
+        const int handles = OpenGdiObjects();
         for (int i = 0; i < 20; ++i)
             RedrawWindow(image.window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-        EXPECT_EQ(GdiObjects(), handles);
+        EXPECT_EQ(OpenGdiObjects(), handles);
         image.SetVisible(false);
         EXPECT_FALSE(IsWindowVisible(image.window()));
     }
@@ -162,8 +156,7 @@ TEST_F(WindowImage, LeavesControlsOnTop)
         ValidateRect(control, nullptr);
     UpdateWindow(image.window());
     EXPECT_TRUE(GetUpdateRect(over, nullptr, FALSE));
-    EXPECT_FALSE(GetUpdateRect(beside, nullptr, FALSE));
-    EXPECT_FALSE(GetUpdateRect(hidden, nullptr, FALSE));
+    EXPECT_FALSE(GetUpdateRect(beside, nullptr, FALSE) || GetUpdateRect(hidden, nullptr, FALSE));
 }
 
 UINT s_dpi = 96;

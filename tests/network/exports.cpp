@@ -10,7 +10,6 @@
 
 namespace {
 
-using namespace vh::test;
 namespace late = vh::late;
 
 // No dialog may come up in a test: it would wait for somebody. Answers in its place, and counts.

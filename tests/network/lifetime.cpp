@@ -7,7 +7,6 @@
 
 namespace {
 
-using namespace vh::test;
 namespace late = vh::late;
 
 DWORD OpenHandles()

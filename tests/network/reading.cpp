@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 constexpr DWORD size = 300000;
 // Resets come between two passes of 1500 bytes: in the midst of one, what had come of it may be lost or kept.
 constexpr DWORD refused_range = 0x8004D560;
@@ -14,12 +12,10 @@ constexpr DWORD refused_range = 0x8004D560;
 // One read of the whole, small reads, and what the server saw.
 TEST(Reading, GetsTheWholeThroughFaults)
 {
-    Table<const wchar_t*, const wchar_t*, const char*> cases = {{L"plain", L"", "-"},
-                                                                {L"once", L"drop=99000&times=1", "-|bytes=99000-"},
-                                                                {L"first", L"drop=1500&times=1", "-|bytes=1500-"},
-                                                                {L"nolength", L"length=none", "-"},
-                                                                {L"chunked", L"chunked=1", "-"},
-                                                                {L"status", L"status=503&times=1", "-|-"}};
+    Table<const wchar_t*, const wchar_t*, const char*> cases = {
+        {L"once", L"drop=99000&times=1", "-|bytes=99000-"}, {L"plain", L"", "-"},
+        {L"first", L"drop=1500&times=1", "-|bytes=1500-"},  {L"nolength", L"length=none", "-"},
+        {L"status", L"status=503&times=1", "-|-"},          {L"chunked", L"chunked=1", "-"}};
     for (const auto& [key, query, requests] : cases) {
         Reader whole(Address(std::wstring(query) + L"&size=300000", key), 5);
         ASSERT_TRUE(whole.Read(size)) << key << " " << whole.error;
@@ -72,8 +68,7 @@ TEST(Reading, FailsWhenTheServerDoes)
 TEST(Reading, FailsAgainAfterItHasGivenUp)
 {
     Reader missing(Address(L"status=404", L"again"));
-    EXPECT_FALSE(missing.Read(100));
-    EXPECT_FALSE(missing.Read(100));
+    EXPECT_FALSE(missing.Read(100) || missing.Read(100));
     EXPECT_EQ(missing.error, 0x8004D554u);
     Reader dropped(Address(L"drop=99000&times=1&size=300000", L"later"));
     EXPECT_FALSE(dropped.Read(size));
@@ -128,8 +123,7 @@ TEST(Reading, GoesWhereASeekPoints)
     const std::wstring key = L"seek" + std::to_wstring(++round);
     Reader reader(Address(L"size=300000", key));
     ASSERT_TRUE(reader.Read(10000)) << reader.error;
-    EXPECT_EQ(reader->seek(0, FILE_CURRENT), 10000u);
-    EXPECT_EQ(reader->seek(10000, FILE_BEGIN), 10000u);
+    EXPECT_EACH(10000u, reader->seek(0, FILE_CURRENT), reader->seek(10000, FILE_BEGIN));
     ASSERT_TRUE(reader.Read(1000)) << reader.error;
     EXPECT_TRUE(IsContent(reader.bytes.data(), 1000, 10000));
     EXPECT_EQ(reader->seek(-1000, FILE_CURRENT), 10000u);

@@ -5,8 +5,6 @@
 
 namespace {
 
-using namespace vh::test;
-
 // The test's authority among those that the system trusts, while this lives.
 class TrustedAuthority : Pinned {
 public:

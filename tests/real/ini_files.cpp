@@ -16,7 +16,6 @@
 
 namespace {
 
-using vh::test::BytesOf;
 using Entries = std::vector<std::pair<std::wstring, std::wstring>>;
 
 std::wstring Trimmed(std::wstring_view text)

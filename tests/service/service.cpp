@@ -7,8 +7,7 @@
 
 namespace {
 
-wchar_t g_name[64];
-wchar_t g_how[16];
+wchar_t g_name[64], g_how[16];
 HANDLE g_end;
 SERVICE_STATUS_HANDLE g_service;
 

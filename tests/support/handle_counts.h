@@ -6,7 +6,7 @@
 namespace vh::test {
 
 // Where the system does not count them, the table that it shows to each process is counted.
-inline int GdiObjects()
+inline int OpenGdiObjects()
 {
     if (const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
         return static_cast<int>(counted);

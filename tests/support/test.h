@@ -59,6 +59,9 @@ auto CodeOf(Work&& work) -> decltype(std::declval<const Exception&>().code())
 
 } // namespace vh::test
 
+// Tests alone include this, and each of them speaks of what the support has.
+using namespace vh::test;
+
 // A call's result, and what it has written: a value, or a text.
 #define EXPECT_GIVES(call, result, output, wanted)                                                                     \
     do {                                                                                                               \
@@ -67,3 +70,13 @@ auto CodeOf(Work&& work) -> decltype(std::declval<const Exception&>().code())
     } while (false)
 #define EXPECT_GIVES_TEXT(call, result, output, wanted)                                                                \
     EXPECT_GIVES(call, result, std::basic_string_view(output), wanted)
+
+// Calls, in their order, that give the same number each.
+#define EXPECT_EACH(wanted, ...)                                                                                       \
+    do {                                                                                                               \
+        int each_at = 0;                                                                                               \
+        for (const int64_t each_given : std::initializer_list<int64_t>{__VA_ARGS__}) {                                 \
+            ++each_at;                                                                                                 \
+            EXPECT_EQ(each_given, wanted) << "call " << each_at;                                                       \
+        }                                                                                                              \
+    } while (false)

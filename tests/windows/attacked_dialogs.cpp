@@ -12,7 +12,6 @@
 #include "../support/script_dialogs.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -112,8 +111,7 @@ TEST_F(AttackedDialogs, OfTwoContextsLiveInOneThread)
     // What comes to one while the other waits is kept for it.
     press(other.window());
     press(dialog);
-    EXPECT_EQ(_WaitOnDialog(*this, L"d"), 1004);
-    EXPECT_EQ(other.Wait(), 1004);
+    EXPECT_EACH(1004, _WaitOnDialog(*this, L"d"), other.Wait());
     EXPECT_TRUE(IsWindowEnabled(dialog) && IsWindowEnabled(other.window())) << "each stands alone";
     // One goes with its context while the other waits.
     const std::function<void()> go = [&] { session->Release(); };
@@ -135,38 +133,22 @@ TEST_F(AttackedDialogs, MayEndAtEachOfTheirMessages)
     using enum Act;
     // What the act says; what the call that creates and the one that shows say; what an end says afterwards.
     Table<Moment, Act, std::wstring, int32_t, int32_t, int32_t> cases = {
-        {hooked, end, L"0", -1, -100, 0},
-        {hooked, release, L"-2", -100, 8, 0},
-        {hooked, end_and_release, L"0 0", -1, -1, -1},
-        {hooked, wait, L"-1", -100, 8, 0},
-        {hooked, end_and_wait, L"0 -100", -1, 8, 0},
-        {hooked, redefine, L"0 0 0 -100", -1, 8, 0},
-        {hooked, destroy, L"1", -1, -100, 0},
-        {hooked, end_context, L"", -1, 0, 0},
-        {picture, end, L"0", -1, -100, 0},
-        {picture, end_context, L"", -1, 0, 0},
-        {link, end, L"0", -1, -100, 0},
-        {link, end_context, L"", -1, 0, 0},
-        {parent, end, L"0", -1, -100, 0},
-        {parent, end_context, L"", -1, 0, 0},
-        {push, end, L"0", -1, -100, 0},
-        {push, end_and_wait, L"0 -100", -1, 8, 0},
-        {push, end_lower, L"0", -100, 8, 0},
-        {push, end_context, L"", -1, 0, 0},
-        {button, end, L"0", -100, -1, 0},
-        {button, end_context, L"", -100, -1, 0},
-        {showing, end_and_release, L"0 0", -100, -1, -1},
-        {showing, wait, L"8", -100, 8, 0},
-        {showing, destroy, L"1", -100, 8, 0},
-        {showing, end_context, L"", -100, -1, 0},
-        {posted, redefine, L"0 0 0 -100", -100, -1, 0},
-        {posted, destroy, L"1", -100, 8, 0},
-        {posted, end_context, L"", -100, -1, 0},
-        {destruction, end, L"0", -100, 8, 0},
-        {destruction, end_and_wait, L"0 -100", -100, 8, 0},
-        {destruction, end_context, L"", -100, 8, 0},
-        {pop, end_context, L"", -100, 8, 0},
-    };
+        {hooked, release, L"-2", -100, 8, 0},        {hooked, end, L"0", -1, -100, 0},
+        {hooked, end_and_wait, L"0 -100", -1, 8, 0}, {hooked, end_and_release, L"0 0", -1, -1, -1},
+        {hooked, redefine, L"0 0 0 -100", -1, 8, 0}, {hooked, wait, L"-1", -100, 8, 0},
+        {hooked, destroy, L"1", -1, -100, 0},        {picture, end, L"0", -1, -100, 0},
+        {hooked, end_context, L"", -1, 0, 0},        {link, end, L"0", -1, -100, 0},
+        {picture, end_context, L"", -1, 0, 0},       {link, end_context, L"", -1, 0, 0},
+        {parent, end_context, L"", -1, 0, 0},        {parent, end, L"0", -1, -100, 0},
+        {push, end_and_wait, L"0 -100", -1, 8, 0},   {push, end, L"0", -1, -100, 0},
+        {push, end_lower, L"0", -100, 8, 0},         {push, end_context, L"", -1, 0, 0},
+        {button, end_context, L"", -100, -1, 0},     {button, end, L"0", -100, -1, 0},
+        {showing, destroy, L"1", -100, 8, 0},        {showing, end_and_release, L"0 0", -100, -1, -1},
+        {showing, end_context, L"", -100, -1, 0},    {showing, wait, L"8", -100, 8, 0},
+        {posted, destroy, L"1", -100, 8, 0},         {posted, redefine, L"0 0 0 -100", -100, -1, 0},
+        {posted, end_context, L"", -100, -1, 0},     {destruction, end_and_wait, L"0 -100", -100, 8, 0},
+        {destruction, end, L"0", -100, 8, 0},        {destruction, end_context, L"", -100, 8, 0},
+        {pop, end_context, L"", -100, 8, 0}};
     for (const auto& [when, what, told, created, shown, ended] : cases) {
         std::wstring said;
         const auto say = [&said](int32_t result) { said += (said.empty() ? L"" : L" ") + std::to_wstring(result); };
@@ -272,9 +254,9 @@ TEST_F(AttackedDialogs, HoldNoHandlesWhileTheyAreNotOpen)
         }
         ASSERT_EQ(_EndDialog(*this, name.c_str()), 0);
         if (i == 20)
-            level = GdiObjects();
+            level = OpenGdiObjects();
     }
-    EXPECT_EQ(GdiObjects(), level);
+    EXPECT_EQ(OpenGdiObjects(), level);
 }
 
 // A word that is 0 in the message, and windows that anybody may send to.
@@ -292,8 +274,7 @@ TEST_F(AttackedDialogs, PassOverForgedMessages)
     for (const auto& [window, message, answer] : cases)
         EXPECT_EQ(SendMessageW(window, message, 0, 0), answer) << message;
     SendMessageW(picture, WM_NCCREATE, 0, reinterpret_cast<LPARAM>(std::array<char, 256>{}.data()));
-    EXPECT_EQ(_EndDialog(*this, L"d"), 0);
-    EXPECT_EQ(_DisableStatus(*this), 0);
+    EXPECT_EACH(0, _EndDialog(*this, L"d"), _DisableStatus(*this));
     EXPECT_FALSE(IsWindow(dialog) || IsWindow(status) || IsWindow(picture));
 }
 
@@ -334,8 +315,7 @@ TEST_F(AttackedDialogs, AreNotReadBehindTheirTemplate)
             ASSERT_EQ(_DefineDialog(*this, L"d", nullptr, path.c_str(), 2, L"", 0, nullptr, 1), 0);
             const int32_t created = _WaitOnDialog(*this, L"d");
             EXPECT_EQ(created, words.size() == 10 && !*face ? int32_t{DialogCreated} : -1) << words.size() << face;
-            EXPECT_EQ(_EndDialog(*this, L"d"), 0);
-            EXPECT_EQ(_ReleaseDialog(*this, L"d"), 0);
+            EXPECT_EACH(0, _EndDialog(*this, L"d"), _ReleaseDialog(*this, L"d"));
         }
     }
 }
@@ -355,30 +335,14 @@ TEST_F(AttackedDialogs, StreamIntoNothingButAWindow)
 TEST_F(AttackedDialogs, TakeNothingForAnArgument)
 {
     const Table<const char*, int32_t> cases = {
-        {"_DefineDialog", 0},
-        {"_WaitOnDialog", -1},
-        {"_EndDialog", 0},
-        {"_ReleaseDialog", 0},
-        {"_EnablePrevDialog", 0},
-        {"_GetCurrentDialogName", 1},
-        {"_EnablePrevDialog", 0},
-        {"_DialogSetFont", 0},
-        {"_CmdGetHwndDlg", 0},
-        {"_CmdGetMsg", -1},
-        {"_CtrlGetUrlForLinkClicked", -1},
-        {"_CtrlSetHtmlContent", -1},
-        {"_CtrlSetMLERichText", -1},
-        {"_CtrlSetMLERichTextEx", -1},
-        {"_SdShowMsg", 0},
-        {"_SetTitle", 0},
-        {"_SetFont", -1},
-        {"_SetColor", -1},
-        {"_PlaceBitmap", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)},
-        {"_SizeWindow", -1},
-        {"__GetMainWindow", E_POINTER},
-        {"_DisableBranding", 0},
-        {"GetFontSub", 0},
-    };
+        {"_EnablePrevDialog", 0},     {"_DefineDialog", 0},  {"_EndDialog", 0},
+        {"_GetCurrentDialogName", 1}, {"_WaitOnDialog", -1}, {"_CtrlGetUrlForLinkClicked", -1},
+        {"_EnablePrevDialog", 0},     {"_ReleaseDialog", 0}, {"_CtrlSetMLERichTextEx", -1},
+        {"_DialogSetFont", 0},        {"_CmdGetMsg", -1},    {"_SetTitle", 0},
+        {"_CmdGetHwndDlg", 0},        {"_SdShowMsg", 0},     {"_SetFont", -1},
+        {"_CtrlSetHtmlContent", -1},  {"_SetColor", -1},     {"_PlaceBitmap", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)},
+        {"_CtrlSetMLERichText", -1},  {"_SizeWindow", -1},   {"__GetMainWindow", E_POINTER},
+        {"_DisableBranding", 0},      {"GetFontSub", 0}};
     for (const auto& [name, result] : cases)
         EXPECT_EQ(static_cast<int32_t>(CallExport(name, static_cast<ObjectContext*>(*this), 0, 0, 0, 0, 0, 0, 0, 0)),
                   result)
@@ -419,26 +383,19 @@ UINT_PTR WINAPI StartTimer(HWND window, UINT_PTR, UINT, TIMERPROC)
 
 TEST_F(AttackedEngineWindows, MayBeDestroyedByOthers)
 {
-    EXPECT_EQ(Place(128), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
-    EXPECT_EQ(_EnableStatus(*session, 4), 0);
+    EXPECT_EACH(0, Place(128), _SdShowMsg(*session, L"m", 1), _EnableStatus(*session, 4));
     DestroyWindow(main);
     const Patched redraw("RedrawWindow", &Redraw);
     const Patched timer("SetTimer", &StartTimer);
-    EXPECT_EQ(_SetDisplayEffect(*session, 1), 0);
-    EXPECT_EQ(Place(128), 0);
-    EXPECT_EQ(_SetColor(*session, 12, 5), 0);
-    EXPECT_EQ(_SetTitle(*session, L"t", 20, 0), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
-    EXPECT_EQ(_ComponentMoveData(*session, L"DATA", 0), 0);
-    EXPECT_EQ(_DisableStatus(*session), 0);
+    EXPECT_EACH(0, _SetDisplayEffect(*session, 1), Place(128), _SetColor(*session, 12, 5),
+                _SetTitle(*session, L"t", 20, 0), _SdShowMsg(*session, L"m", 1),
+                _ComponentMoveData(*session, L"DATA", 0), _DisableStatus(*session));
     EXPECT_EQ(g_aimless, 0);
 }
 
 TEST_F(AttackedEngineWindows, GoWhenAnotherThreadEndsThem)
 {
-    EXPECT_EQ(_EnableStatus(*session, 4), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
+    EXPECT_EACH(0, _EnableStatus(*session, 4), _SdShowMsg(*session, L"m", 1));
     const unique_handle thread(CreateThread(
         nullptr, 0,
         [](void* context) -> DWORD {
@@ -477,8 +434,7 @@ TEST_F(AttackedEngineWindows, TileSinglePixelsTogether)
 
 TEST_F(AttackedEngineWindows, GoWithTheirContext)
 {
-    EXPECT_EQ(Place(64), 0);
-    EXPECT_EQ(_SdShowMsg(*session, L"m", 1), 0);
+    EXPECT_EACH(0, Place(64), _SdShowMsg(*session, L"m", 1));
     session.reset();
     EXPECT_EQ(DialogNamed(L"Please wait"), nullptr);
     const TextSession next(DialogTemplates(), StandardTexts(), nullptr, {}, engine::Windows::all);

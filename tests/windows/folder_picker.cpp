@@ -9,12 +9,9 @@
 #include "../support/temp_folder.h"
 #include "../support/texts.h"
 
-using namespace vh::test;
-
 namespace {
 
-constexpr int32_t folders_only = BIF_RETURNONLYFSDIRS;
-constexpr int32_t with_edit = folders_only | BIF_EDITBOX;
+constexpr int32_t folders_only = BIF_RETURNONLYFSDIRS, with_edit = folders_only | BIF_EDITBOX;
 constexpr const wchar_t* title = L"Where to";
 constexpr const wchar_t* error_title = L"Standard caption";
 constexpr int status_id = 0x3743; // of the platform's status line
@@ -161,8 +158,7 @@ TEST_F(FolderPicker, ShowsTheStartingFolderInAnEditAboveTheTree)
         EXPECT_EQ(TextOf(Edit()), L"c:\\windows");
         EXPECT_EQ(Tell(Edit(), EM_GETSEL, 0, 0), MAKELONG(0, 10));
         EXPECT_EQ(Tell(Edit(), EM_GETLIMITTEXT, 0, 0), 260);
-        EXPECT_TRUE(VisibleChild(Dialog(), L"Static", L"Pick one of these."));
-        EXPECT_TRUE(OkIsOn());
+        EXPECT_TRUE(VisibleChild(Dialog(), L"Static", L"Pick one of these.") && OkIsOn());
         ExpectEditAboveTree();
         ExpectCentre(Dialog(), GetSystemMetrics(SM_CXSCREEN) / 2, GetSystemMetrics(SM_CYSCREEN) / 2);
     };

@@ -2,8 +2,6 @@
 #include "../support/handle_counts.h"
 #include "../support/script_dialogs.h"
 
-using namespace vh::test;
-
 namespace {
 
 // Name or number of each template.

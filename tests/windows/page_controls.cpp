@@ -6,7 +6,6 @@
 #include "../support/script_dialogs.h"
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 

@@ -7,8 +7,6 @@
 
 #include <commctrl.h>
 
-using namespace vh::test;
-
 namespace {
 
 constexpr int edit = 1001, combo = 1002, list = 1003, button = 1004, text = 1005, link = 1006, tree = 1007;
@@ -24,8 +22,7 @@ TEST_F(ScriptDialogs, AreCreatedThenShownThenEnded)
     const TestDialog dialog(session, Stage::defined);
     EXPECT_EQ(_ReleaseDialog(session, L"d"), 0) << "not created yet";
     const TestDialog again(session, Stage::defined);
-    EXPECT_EQ(_CmdGetHwndDlg(session, L"d"), 0);
-    EXPECT_EQ(_CmdGetMsg(session, L"d"), 0);
+    EXPECT_EACH(0, _CmdGetHwndDlg(session, L"d"), _CmdGetMsg(session, L"d"));
 
     EXPECT_EQ(again.Wait(), DialogCreated);
     const HWND window = again.window();
@@ -258,8 +255,7 @@ TEST_F(ScriptDialogs, ShowTheGroundOfAWizardPageBehindItsLabels)
                         reinterpret_cast<HMENU>(2001), nullptr, nullptr);
         EXPECT_EQ(ColorOf(window, 1005), label) << number << name;
         EXPECT_EQ(ColorOf(window, 2001), radio) << number << name;
-        EXPECT_EQ(_EndDialog(session, L"d"), 0);
-        EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
+        EXPECT_EACH(0, _EndDialog(session, L"d"), _ReleaseDialog(session, L"d"));
     }
 }
 
@@ -305,8 +301,7 @@ TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
         // At the edge all of the dialog stays in sight.
         {visible, {0, 0, 40, 40}, {-1, -1}, 100},
         {hidden, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
-        {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
-    };
+        {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100}};
     for (const auto& [seen, place, centre, resource] : cases) {
         const HWND parent =
             CreateWindowExW(0, L"Static", L"", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place.left, place.top,
@@ -322,8 +317,7 @@ TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
                                 std::abs(middle(own.top, own.bottom) - centre.y) <= 1))
             << seen;
         EXPECT_FALSE(IsIconic(parent)) << "restored";
-        EXPECT_EQ(_EndDialog(session, L"d"), 0);
-        EXPECT_EQ(_ReleaseDialog(session, L"d"), 0);
+        EXPECT_EACH(0, _EndDialog(session, L"d"), _ReleaseDialog(session, L"d"));
         DestroyWindow(parent);
     }
 }
@@ -354,9 +348,8 @@ TEST_F(ScriptDialogs, StackNamesAndEnableWhatIsOnTop)
     EXPECT_EQ(_EnablePrevDialog(session, 0, L"ghost"), 0);
     EXPECT_FALSE(IsWindowEnabled(lower.window()));
     EXPECT_EQ(current(), L"0 ghost");
-    EXPECT_EQ(_EnablePrevDialog(session, 0, L"second"), 0);
-    EXPECT_EQ(_EnablePrevDialog(session, 1, L"ignored"), 0);
-    EXPECT_EQ(_EnablePrevDialog(session, 1, nullptr), 0);
+    EXPECT_EACH(0, _EnablePrevDialog(session, 0, L"second"), _EnablePrevDialog(session, 1, L"ignored"),
+                _EnablePrevDialog(session, 1, nullptr));
     EXPECT_TRUE(IsWindowEnabled(lower.window()));
     // A name that was looked for as the current dialog is taken; one that was only pushed is not.
     EXPECT_EQ(_DefineDialog(session, L"ghost", nullptr, L"", 100, L"", 0, nullptr, 1), -1);
@@ -396,16 +389,14 @@ TEST_F(ScriptDialogs, AreDefinedOnceFromALibraryThatIsThere)
     for (const auto& [module, path, first_wait] : modules) {
         ASSERT_EQ(_DefineDialog(session, L"m", module, path.c_str(), 100, L"", 0, nullptr, 1), 0) << path;
         EXPECT_EQ(_WaitOnDialog(session, L"m"), first_wait) << path;
-        EXPECT_EQ(_EndDialog(session, L"m"), 0);
-        EXPECT_EQ(_ReleaseDialog(session, L"m"), 0);
+        EXPECT_EACH(0, _EndDialog(session, L"m"), _ReleaseDialog(session, L"m"));
     }
     FreeLibrary(GetModuleHandleW(library.c_str()));
     // A library is held for the creation alone.
     EXPECT_EQ(session.session().CallsOf(L"ISetupResources.Free"), 5);
     EXPECT_EQ(_EndDialog(session, L"unknown"), -1);
     EXPECT_EQ(_ReleaseDialog(session, L"unknown"), -4);
-    EXPECT_EQ(_WaitOnDialog(session, L"unknown"), -1);
-    EXPECT_EQ(_CmdGetMsg(session, L"unknown"), -1);
+    EXPECT_EACH(-1, _WaitOnDialog(session, L"unknown"), _CmdGetMsg(session, L"unknown"));
 }
 
 TEST_F(ScriptDialogs, TellOfTheHundredthFailure)
@@ -433,8 +424,7 @@ LRESULT CALLBACK EndOnUser(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 {
     if (message == WM_USER) {
         auto* const owner = reinterpret_cast<ObjectContext*>(context);
-        EXPECT_EQ(_EndDialog(owner, L"d"), 0);
-        EXPECT_EQ(_ReleaseDialog(owner, L"d"), 0);
+        EXPECT_EACH(0, _EndDialog(owner, L"d"), _ReleaseDialog(owner, L"d"));
         return 0;
     }
     return DefSubclassProc(window, message, wParam, lParam);
@@ -552,8 +542,7 @@ TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
     for (const auto& [name, id, first, second] : cases) {
         const TestDialog dialog(silent, Stage::created, name);
         SendMessageW(dialog.Control(id), BM_SETCHECK, BST_CHECKED, 0);
-        EXPECT_EQ(dialog.Wait(), 1);
-        EXPECT_EQ(dialog.Wait(), 1);
+        EXPECT_EACH(1, dialog.Wait(), dialog.Wait());
         EXPECT_EQ(SendMessageW(dialog.Control(id), BM_GETCHECK, 0, 0), first) << name;
         EXPECT_EQ(SendMessageW(dialog.Control(id + 1), BM_GETCHECK, 0, 0), second) << name;
         EXPECT_FALSE(IsWindowVisible(dialog.window()));
@@ -675,7 +664,7 @@ TEST_F(ScriptDialogs, LeaveNoHandlesBehind)
         for (int i = 0; i < count; ++i)
             const TestDialog dialog(session, Stage::shown, L"d", i % 3 == 0 ? 100 : i % 3 * 200);
     };
-    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
+    const auto handles = [] { return std::pair(OpenGdiObjects(), Windows()); };
     cycle(10);
     const auto before = handles();
     EXPECT_GT(before.first, 0);

@@ -7,7 +7,6 @@
 #include <commctrl.h>
 
 using namespace vh;
-using namespace vh::test;
 
 namespace {
 
@@ -335,8 +334,7 @@ TEST_F(StatusWindows, FollowTheTransferToItsStop)
     EXPECT_EQ(TextOf(GetDlgItem(status, 1402)), L"70 %");
     EXPECT_EQ(TextOf(GetDlgItem(status, 1401)), session.folder().Target(L"d.bin"));
     // Without the link the bar stays.
-    EXPECT_EQ(_StatusUpdate(session, 0, 99), 0);
-    EXPECT_EQ(_ComponentReinstall(session), 0);
+    EXPECT_EACH(0, _StatusUpdate(session, 0, 99), _ComponentReinstall(session));
     EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 70);
     EXPECT_EQ(_DisableStatus(session), 0);
 }
@@ -344,9 +342,7 @@ TEST_F(StatusWindows, FollowTheTransferToItsStop)
 TEST(StatusWindowsAlone, NeedNoMainWindow)
 {
     const TextSession session(L"", StandardTexts(), nullptr, {}, engine::Windows::dialogs);
-    EXPECT_EQ(GetHandle(session, -2), 0);
-    EXPECT_EQ(_SetTitle(session, L"T", 20, 0), 0);
-    EXPECT_EQ(_EnableStatus(session, 4), 0);
+    EXPECT_EACH(0, GetHandle(session, -2), _SetTitle(session, L"T", 20, 0), _EnableStatus(session, 4));
     const auto status = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"ProgressDlg"));
     EXPECT_TRUE(IsWindowVisible(status));
     EXPECT_EQ(GetWindow(status, GW_OWNER), nullptr);
@@ -416,7 +412,7 @@ TEST(EngineWindowHandles, StayLevelOverManyRuns)
         _GetFont(session, L"Tahoma", 9, 0);
         _DisableStatus(session);
     };
-    const auto handles = [] { return std::pair(GdiObjects(), Windows()); };
+    const auto handles = [] { return std::pair(OpenGdiObjects(), Windows()); };
     for (int i = 0; i < 3; ++i)
         run();
     const auto before = handles();
