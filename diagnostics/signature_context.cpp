@@ -207,19 +207,18 @@ bool SignatureContext::VerifySignature(byte_span content)
 // Every stored certificate is signed by an issuer that is here or on this machine, or is on this machine itself.
 bool SignatureContext::AreStoredExact() const
 {
-    const unique_store systems[] = {OpenSystemStore(L"ROOT"), OpenSystemStore(L"CA")};
     for (const unique_certificate& one : AllCertificates(m_certificates.get())) {
         if (!IsExact(one.get()))
             return false;
-        bool sure = false;
         const auto vouched = [&one](const unique_certificate& issuer) {
             return IsNamedIssuer(issuer.get(), one.get()) && IsSignedBy(one.get(), issuer.get());
         };
-        sure = std::ranges::any_of(AllCertificates(m_certificates.get()), vouched);
-        for (const unique_store& store : systems)
-            sure = sure || (store && std::ranges::any_of(AllCertificates(store.get()), [&](const auto& known) {
-                                return SameCertificate(known.get(), one.get()) || vouched(known);
-                            }));
+        bool sure = std::ranges::any_of(AllCertificates(m_certificates.get()), vouched);
+        for (const wchar_t* name : {L"ROOT", L"CA"})
+            if (const unique_store store = sure ? unique_store() : OpenSystemStore(name))
+                sure = std::ranges::any_of(AllCertificates(store.get()), [&](const auto& known) {
+                    return SameCertificate(known.get(), one.get()) || vouched(known);
+                });
         if (!sure)
             return false;
     }
