@@ -199,6 +199,12 @@ add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTO
 add_test(NAME tool_skin COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/skin -P ${CMAKE_SOURCE_DIR}/tests/host/skin.cmake)
 set_tests_properties(tool_skin PROPERTIES TIMEOUT 300)
+add_executable(vhrt_changed_files tests/signing/change.cpp)
+target_link_options(vhrt_changed_files PRIVATE -municode)
+target_link_libraries(vhrt_changed_files PRIVATE vhrt_options vhrt_objects gtest ole32 oleaut32 uuid)
+add_test(NAME tool_signing COMMAND ${CMAKE_SOURCE_DIR}/tests/host/signing.py ${WINE_RUNNER} $<TARGET_FILE:vhtool>
+  $<TARGET_FILE:vhrt_changed_files> ${CMAKE_BINARY_DIR}/host_tests/signing)
+set_tests_properties(tool_signing PROPERTIES TIMEOUT 600)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

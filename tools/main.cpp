@@ -16,6 +16,7 @@
 #include "ini_command.h"
 #include "picture_command.h"
 #include "pictures/option_text.h"
+#include "signing_command.h"
 #include "skin_command.h"
 #include "system_options.h"
 #include "trace_command.h"
@@ -39,6 +40,8 @@ struct CommandLine {
     tools::DrawingOptions drawing;
     bool overwrite = false;
     tools::PreviewOptions preview;
+    tools::SigningOptions signing;
+    std::string expect;
     std::function<int()> run;
 };
 
@@ -212,6 +215,48 @@ void DeclareSkin(CLI::App& app, CommandLine& line)
         ->type_name("ID");
 }
 
+void DeclareSigning(CLI::App& app, CommandLine& line)
+{
+    const auto declare = [&](const char* name, const char* purpose, const std::function<int()>& run) {
+        CLI::App* command = app.add_subcommand(name, purpose);
+        command->add_option("FILE", line.file, "The data file")->required();
+        command->callback([&line, run] { line.run = run; });
+        return command;
+    };
+    const auto file = [&line] { return host::PathOf(line.file); };
+    CLI::App* sign = declare("sign", "Sign a data file", nullptr);
+    CLI::Option* key = sign->add_option("--key", line.signing.key, "The private key, a PVK file")->type_name("FILE");
+    CLI::Option* certificate =
+        sign->add_option("--certificate", line.signing.certificate, "The certificates, that of the key among them")
+            ->type_name("FILE");
+    key->needs(certificate);
+    certificate->needs(key);
+    CLI::Option* specification =
+        sign->add_option("--specification", line.signing.specification,
+                         "Instead of both: a PFX file, or *STORE*LOCATION:SUBJECT, *STORE*LOCATION:|THUMBPRINT")
+            ->type_name("TEXT")
+            ->excludes(key);
+    sign->add_option("--password-file", line.signing.password_file, "Its first line is the password of the key")
+        ->type_name("FILE");
+    sign->footer("Without a password file VHTOOL_PASSWORD of the environment counts; a console is asked if need be.");
+    sign->callback([&line, sign, key, specification, file] {
+        if (key->empty() && specification->empty())
+            throw CLI::RequiredError("--key or --specification");
+        line.run = [file, &line] { return tools::SignDataFile(file(), line.signing); };
+    });
+    CLI::App* verify = declare("verify", "Verify a data file, and print what is known as one JSON object", nullptr);
+    CLI::Option* expect =
+        verify->add_option("--expect", line.expect, "A part of the signer's subject, or \"|\" and the thumbprint")
+            ->type_name("TEXT");
+    verify->callback([&line, expect, file] {
+        line.run = [&line, expect, file] {
+            const std::wstring wanted = host::Wide(line.expect);
+            return tools::VerifyDataFile(file(), expect->empty() ? nullptr : &wanted);
+        };
+    });
+    declare("trust", "Trust the signer of a data file that verifies", [file] { return tools::TrustDataFile(file()); });
+}
+
 void DeclareFacts(CLI::App& app, CommandLine& line)
 {
     CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
@@ -236,6 +281,7 @@ int wmain(int count, wchar_t** words)
     DeclareIni(app, line);
     DeclarePicture(app, line);
     DeclareSkin(app, line);
+    DeclareSigning(app, line);
     DeclareFacts(app, line);
     tools::DeclareSystemCommands(app, line.run);
     try {
