@@ -1,5 +1,6 @@
 
 #include "../../engine/services/shell_link.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -153,4 +154,36 @@ TEST(Resources, LoadFromTheSupportFolderAndSayWhatIsMissing)
     ASSERT_EQ(S_OK, resources->Free(module, &result));
     EXPECT_TRUE(FAILED(resources->Load(bstr(L"none.dll").get(), &module)));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none.dll"));
+}
+
+// The folder "link" seems to lead elsewhere, and opens as what it leads to.
+void SeemLink(std::wstring_view path, DWORD& attributes)
+{
+    if (path.ends_with(L"link"))
+        attributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+}
+BOOL WINAPI FactsOfLinks(const wchar_t* path, GET_FILEEX_INFO_LEVELS level, void* facts)
+{
+    const BOOL known = vh::test::OfSystem<decltype(GetFileAttributesExW)>("GetFileAttributesExW")(path, level, facts);
+    SeemLink(path, static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(facts)->dwFileAttributes);
+    return known;
+}
+BOOL WINAPI NextOfLinks(HANDLE search, WIN32_FIND_DATAW* found)
+{
+    const BOOL more = vh::test::OfSystem<decltype(FindNextFileW)>("FindNextFileW")(search, found);
+    SeemLink(found->cFileName, found->dwFileAttributes);
+    return more;
+}
+
+TEST(Files, OfALinkStayWhenItsTreeGoes)
+{
+    const vh::test::Patched facts("GetFileAttributesExW", &FactsOfLinks), next("FindNextFileW", &NextOfLinks);
+    const SetupFolder folder;
+    for (const wchar_t* removed : {L"tree\\link", L"tree"}) {
+        MakeFolders(folder.Setup(L"tree\\link"));
+        WriteText(folder.Setup(L"tree\\file"), "x");
+        RemoveTree(folder.Setup(removed));
+        EXPECT_TRUE(Exists(folder.Setup(L"tree\\link")));
+    }
+    EXPECT_FALSE(Exists(folder.Setup(L"tree\\file"))) << "the rest goes";
 }
