@@ -135,7 +135,10 @@ target_link_libraries(vhrt_test_service PRIVATE vhrt_options)
 add_library(vhrt_test_server MODULE tests/server/server.cpp)
 set_target_properties(vhrt_test_server PROPERTIES PREFIX "")
 target_link_libraries(vhrt_test_server PRIVATE vhrt_options)
-add_dependencies(vhrt_inner_tests vhtexts_standard vhrt_test_service vhrt_test_server)
+add_executable(vhrt_test_program WIN32 tests/server/program.cpp)
+target_link_options(vhrt_test_program PRIVATE -municode)
+target_link_libraries(vhrt_test_program PRIVATE vhrt_options)
+add_dependencies(vhrt_inner_tests vhtexts_standard vhrt_test_service vhrt_test_server vhrt_test_program)
 set_source_files_properties(tests/inner/skin.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 vhrt_test_program(vhrt_window_tests tests/windows VHRT vhengine comctl32)
 add_dependencies(vhrt_window_tests vhtexts_standard vhtexts_user vhtexts_dialogs vhres vhuser vhskin)
@@ -205,6 +208,10 @@ target_link_libraries(vhrt_changed_files PRIVATE vhrt_options vhrt_objects gtest
 add_test(NAME tool_signing COMMAND ${CMAKE_SOURCE_DIR}/tests/host/signing.py ${WINE_RUNNER} $<TARGET_FILE:vhtool>
   $<TARGET_FILE:vhrt_changed_files> ${CMAKE_BINARY_DIR}/host_tests/signing)
 set_tests_properties(tool_signing PROPERTIES TIMEOUT 600)
+add_test(NAME tool_system COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
+  -DSERVER=$<TARGET_FILE:vhrt_test_server> -DWORK=${CMAKE_BINARY_DIR}/host_tests/system
+  -P ${CMAKE_SOURCE_DIR}/tests/host/system.cmake)
+set_tests_properties(tool_system PROPERTIES TIMEOUT 600)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

@@ -35,8 +35,9 @@ HANDLE MapFile(HANDLE file, DWORD protection, DWORD size)
 
 bool vhmapfilex::open(const stringx& path, uint32_t& size, bool writable)
 {
-    close();
     vh::last_file_failure().code = GetLastError();
+    close();
+    m_size = 0;
     m_writable = writable;
     m_view.reset();
     m_mapping.reset();

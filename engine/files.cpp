@@ -4,6 +4,8 @@
 #include <array>
 #include <memory>
 
+#include "../scriptdata/folder_link.h"
+
 namespace vh::engine {
 
 namespace {
@@ -136,12 +138,19 @@ bool RemoveFile(const std::wstring& path)
 
 void RemoveTree(const std::wstring& path)
 {
-    // A folder is listed when it is met first and removed when it is met again.
+    // A folder is listed when it is met first and removed when it is met again; a link goes without what it leads to.
     struct Visit {
         std::wstring folder;
         bool emptied;
     };
-    std::vector<Visit> visits{{path, (FactsOf(path).attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0}};
+    std::vector<Visit> visits;
+    const auto meet = [&](const std::wstring& folder, DWORD attributes) {
+        if (attributes != INVALID_FILE_ATTRIBUTES && LeadsElsewhere(attributes))
+            RemoveLink(LongPath(folder).c_str());
+        else
+            visits.push_back({folder, false});
+    };
+    meet(path, FactsOf(path).attributes);
     while (!visits.empty()) {
         Visit& top = visits.back();
         const std::wstring folder = top.folder;
@@ -156,7 +165,7 @@ void RemoveTree(const std::wstring& path)
             if (!entry.facts.folder())
                 RemoveFile(full);
             else
-                visits.push_back({full, (entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0});
+                meet(full, entry.facts.attributes);
         }
     }
 }

@@ -3,14 +3,13 @@
 #include <vector>
 
 #include "../diagnostics/file_exception.h"
+#include "../scriptdata/folder_link.h"
 #include "../scriptdata/path_text.h"
 #include "../scriptdata/unique.h"
 
 namespace vh {
 
 namespace {
-
-bool LeadsElsewhere(DWORD attributes) { return (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0; }
 
 [[noreturn]] void Fail(const stringx& path)
 {
@@ -56,24 +55,6 @@ private:
     bool m_first = true;
 };
 
-// Removes a junction or link by a handle that is known to be the thing itself. A system that opens what it leads to
-// makes this fail, and nothing is removed.
-bool RemoveLink(const stringx& path)
-{
-    const unique_file link(CreateFileW(path.c_str(), DELETE | FILE_READ_ATTRIBUTES,
-                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                       FILE_FLAG_OPEN_REPARSE_POINT | FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-    BY_HANDLE_FILE_INFORMATION facts{};
-    if (!link || !GetFileInformationByHandle(link.get(), &facts))
-        return false;
-    if (!LeadsElsewhere(facts.dwFileAttributes)) {
-        SetLastError(ERROR_NOT_A_REPARSE_POINT);
-        return false;
-    }
-    FILE_DISPOSITION_INFO gone{TRUE};
-    return SetFileInformationByHandle(link.get(), FileDispositionInfo, &gone, sizeof(gone)) != FALSE;
-}
-
 } // namespace
 
 void RemoveTree(const stringx& path, bool ignore_file_failure)
@@ -85,7 +66,7 @@ void RemoveTree(const stringx& path, bool ignore_file_failure)
             if (!DeleteFileW(entry.c_str()) && !ignore_file_failure)
                 Fail(entry);
         } else if (LeadsElsewhere(attributes)) {
-            if (!RemoveLink(entry))
+            if (!RemoveLink(entry.c_str()))
                 Fail(entry);
         } else {
             walks.emplace_back(std::move(entry));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "../../scriptdata/folder_link.h"
 #include "../services/reboot_texts.h"
 #include "undo_step.h"
 
@@ -115,14 +116,15 @@ bool DropBackup(const LogRecord& record)
     if (!waiting.folder())
         return RemoveFile(record.backup);
     // A folder of shortcuts, with what the run took out of it before, or a link; whatever else got into it stays.
-    if (!(waiting.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
-        for (const Entry& entry : ListFolder(record.backup)) {
-            const bool aside = IsAsideName(entry.name);
-            if (entry.facts.folder() && aside)
-                RemoveTree(JoinPath(record.backup, entry.name));
-            else if (aside || IsShortcutName(entry.name))
-                RemoveFile(JoinPath(record.backup, entry.name));
-        }
+    if (LeadsElsewhere(waiting.attributes))
+        return RemoveLink(LongPath(record.backup).c_str());
+    for (const Entry& entry : ListFolder(record.backup)) {
+        const bool aside = IsAsideName(entry.name);
+        if (entry.facts.folder() && aside)
+            RemoveTree(JoinPath(record.backup, entry.name));
+        else if (aside || IsShortcutName(entry.name))
+            RemoveFile(JoinPath(record.backup, entry.name));
+    }
     return RemoveDirectoryW(LongPath(record.backup).c_str()) != 0;
 }
 

@@ -1,5 +1,6 @@
 
 #include "../../engine/services/shell_link.h"
+#include "../support/replaced.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -152,4 +153,22 @@ TEST(Resources, LoadFromTheSupportFolderAndSayWhatIsMissing)
     ASSERT_EQ(S_OK, resources->Free(module, &result));
     EXPECT_TRUE(FAILED(resources->Load(bstr(L"none.dll").get(), &module)));
     EXPECT_NE(std::wstring::npos, LastReason(*engine).find(L"none.dll"));
+}
+
+// The folder "link" seems to lead elsewhere, and opens as what it leads to.
+BOOL WINAPI FactsOfLink(const wchar_t* path, GET_FILEEX_INFO_LEVELS level, void* facts)
+{
+    const BOOL known = vh::test::OfSystem<decltype(GetFileAttributesExW)>("GetFileAttributesExW")(path, level, facts);
+    if (std::wstring_view(path).ends_with(L"link"))
+        static_cast<WIN32_FILE_ATTRIBUTE_DATA*>(facts)->dwFileAttributes |= FILE_ATTRIBUTE_REPARSE_POINT;
+    return known;
+}
+
+TEST(Files, OfALinkStay)
+{
+    const vh::test::Patched facts("GetFileAttributesExW", &FactsOfLink);
+    const SetupFolder folder;
+    MakeFolders(folder.Setup(L"link"));
+    RemoveTree(folder.Setup(L"link"));
+    EXPECT_TRUE(Exists(folder.Setup(L"link")));
 }

@@ -57,6 +57,14 @@ TEST(MappedFile, TellsWhatFailed)
         EXPECT_GIVES(last_file_failure().code, code, last_file_failure().path, path);
     }
     EXPECT_TRUE(DeleteFileW((folder / L"empty").c_str())) << "what was opened goes with the object";
+    vhmapfilex file;
+    for (const DWORD before : {77u, 78u}) {
+        uint32_t size = 0;
+        const stringx path(folder.Write(std::to_wstring(before), "x"));
+        SetLastError(before);
+        EXPECT_TRUE(file.open(path, size, false));
+        EXPECT_EQ(last_file_failure().code, before) << "what the thread failed with before";
+    }
 }
 
 TEST(MappedFile, OpensByNarrowNamesWhereThereAreNoOthers)

@@ -1,10 +1,16 @@
 // Servers, type libraries and scripts registered and unregistered, below roots of the test's own.
 #include "../../system/registration.h"
 #include "../../diagnostics/mapped_file.h"
+#include "../../files/remove_tree.h"
+#include "../../files/unicode_file.h"
+#include "../../scriptdata/com_ptr.h"
 #include "../../system/late_advapi32.h"
+#include "../../system/pending_operations.h"
 #include "../support/registry_root.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
+
+#include <oleauto.h>
 
 namespace {
 
@@ -17,28 +23,12 @@ protected:
     TempFolder folder;
 };
 
-constexpr const char* tree = "Software\nSoftware\\Classes\nSoftware\\Classes\\A\nSoftware\\Classes\\A>=d\n"
-                             "Software\\Classes\\A>P=C:\\x\\y\nSoftware\\Classes\\A\\B\n";
-
-TEST_F(Registration, OfAScriptMakesAndDeletesItsKeys)
+// A file beside the test program.
+std::wstring Beside(const wchar_t* name)
 {
-    const stringx script(folder.Write(L"s.rgs",
-                                      "HKCR\r\n{\r\nNoRemove A = s 'd'\r\n{\r\nval P = s '%MODULEPATH%\\y'\r\n"
-                                      "B\r\n}\r\n}\r\n"));
-    script_fault fault;
-    for (const bool per_user : {false, true}) {
-        const RegistryRoot& used = per_user ? user : machine;
-        EXPECT_TRUE(RegisterFromScript(script, L"C:\\x\\", true, per_user, fault));
-        EXPECT_EQ(used.Shown(), tree);
-        EXPECT_EQ((per_user ? machine : user).Shown(), per_user ? "Software\nSoftware\\Classes\nSoftware\\Classes\\A\n"
-                                                                  "Software\\Classes\\A>=d\n"
-                                                                  "Software\\Classes\\A>P=C:\\x\\y\n"
-                                                                : "");
-        EXPECT_TRUE(RegisterFromScript(script, L"", false, per_user, fault));
-        EXPECT_TRUE(RegisterFromScript(script, L"", false, per_user, fault)) << "not there any more";
-        EXPECT_EQ(used.Shown().find("\\B"), std::string::npos);
-        EXPECT_NE(used.Shown().find("Classes\\A>P"), std::string::npos) << "it stays, with its values";
-    }
+    wchar_t own[MAX_PATH];
+    GetModuleFileNameW(nullptr, own, MAX_PATH);
+    return std::wstring(own, std::wstring_view(own).rfind(L'\\') + 1).append(name);
 }
 
 TEST_F(Registration, LeavesKeysOfOthersAndTellsFaults)
@@ -64,10 +54,7 @@ TEST_F(Registration, LeavesKeysOfOthersAndTellsFaults)
 
 TEST_F(Registration, OfALibraryCallsItsEntryPoint)
 {
-    wchar_t own[MAX_PATH];
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    const std::wstring server =
-        std::wstring(own, std::wstring_view(own).rfind(L'\\') + 1).append(L"vhrt_test_server.dll");
+    const std::wstring server = Beside(L"vhrt_test_server.dll");
     const std::wstring control = folder / L"server.Ocx";
     ASSERT_TRUE(CopyFileW(server.c_str(), control.c_str(), FALSE));
     const RegistryRoot everybody(HKEY_CLASSES_ROOT);
@@ -81,10 +68,7 @@ TEST_F(Registration, OfALibraryCallsItsEntryPoint)
 
 TEST_F(Registration, ForAUserLiftsTheOverride)
 {
-    wchar_t own[MAX_PATH];
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    const std::wstring server =
-        std::wstring(own, std::wstring_view(own).rfind(L'\\') + 1).append(L"vhrt_test_server.dll");
+    const std::wstring server = Beside(L"vhrt_test_server.dll");
     static std::vector<bool> overrides;
     overrides.clear();
     const Replaced watched(
@@ -102,6 +86,107 @@ TEST_F(Registration, ForAUserLiftsTheOverride)
     EXPECT_FALSE(RegisterModule(stringx(folder / L"a.txt"), true, false));
     EXPECT_FALSE(RegisterModule(L"C:\\windows\\system32\\kernel32.dll", true, false));
     EXPECT_EQ(last_file_failure().code, static_cast<DWORD>(ERROR_PROC_NOT_FOUND));
+}
+
+std::wstring MadeTypeLibrary(const std::wstring& path)
+{
+    com_ptr<ICreateTypeLib2> library;
+    EXPECT_EQ(CreateTypeLib2(SYS_WIN64, path.c_str(), library.put()), S_OK);
+    const GUID id{0x5D3CDA10, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}};
+    EXPECT_EQ(library->SetGuid(id), S_OK);
+    EXPECT_EQ(library->SetVersion(3, 7), S_OK);
+    EXPECT_EQ(library->SetLcid(9), S_OK);
+    wchar_t name[] = L"Tested";
+    EXPECT_EQ(library->SetName(name), S_OK);
+    EXPECT_EQ(library->SaveAllChanges(), S_OK);
+    return path;
+}
+
+TEST_F(Registration, OfATypeLibraryIsFoundByItsId)
+{
+    const std::wstring library = MadeTypeLibrary(folder / L"a b.TLB");
+    const std::string narrow = std::filesystem::path(library).string();
+    for (const bool per_user : {false, true}) {
+        std::optional<RegistryRoot> everybody;
+        if (!per_user)
+            everybody.emplace(HKEY_CLASSES_ROOT);
+        const RegistryRoot& used = per_user ? user : *everybody;
+        EXPECT_TRUE(RegisterModule(stringx(library), true, per_user)) << last_file_failure().code;
+        EXPECT_NE(used.Shown().find("\\{5D3CDA10-0001-0002-0304-05060708090A}\\3.7\\9\\win64>=" + narrow + "\n"),
+                  std::string::npos)
+            << used.Shown();
+        EXPECT_TRUE(RegisterModule(stringx(library), false, per_user));
+        EXPECT_EQ(used.Shown().find("5D3CDA10"), std::string::npos) << used.Shown();
+    }
+    EXPECT_FALSE(RegisterModule(stringx(library), false, true)) << "not there any more";
+    EXPECT_TRUE(FAILED(static_cast<long>(last_file_failure().code)));
+}
+
+DWORD g_waited = 0;
+bool g_impatient = false;
+DWORD WINAPI Wait(HANDLE handle, DWORD limit)
+{
+    g_waited = limit;
+    return OfSystem<decltype(WaitForSingleObject)>("WaitForSingleObject")(handle, g_impatient ? 0 : 60000);
+}
+
+TEST_F(Registration, OfAProgramIsItsExitCode)
+{
+    const Patched wait("WaitForSingleObject", &Wait);
+    const unique_handle let_go(CreateEventW(nullptr, TRUE, FALSE, L"vhrt test server"));
+    Table<const wchar_t*, bool, DWORD, const char*> cases = {{L"a b0.exe", true, 0, "/REGSERVER"},
+                                                             {L"0.EXE", false, 0, "/UNREGSERVER"},
+                                                             {L"3.exe", true, 3, "/REGSERVER"},
+                                                             {L"9.exe", true, WAIT_TIMEOUT, nullptr}};
+    for (const auto& [name, registers, code, said] : cases) {
+        const std::wstring program = folder / name;
+        ASSERT_TRUE(CopyFileW(Beside(L"vhrt_test_program.exe").c_str(), program.c_str(), FALSE));
+        g_impatient = !said;
+        EXPECT_EQ(RegisterModule(stringx(program), registers, false), code == 0);
+        EXPECT_GIVES(last_file_failure().code, code, g_waited, 5000u);
+        const std::string heard = said ? BytesOf(program + L".said") : "";
+        EXPECT_EQ(heard.find(said ? said : ""), heard.size() - std::strlen(said ? said : "")) << heard;
+    }
+    SetEvent(let_go.get());
+    EXPECT_FALSE(RegisterModule(stringx(folder / L"none.exe"), true, false));
+    EXPECT_EQ(last_file_failure().code, static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
+}
+
+DWORD OpenHandles()
+{
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
+}
+
+TEST_F(Registration, AndItsNeighboursLeaveNothingOpen)
+{
+    const stringx good(folder.Write(L"good.rgs", "HKCR\r\n{\r\nA\r\n{\r\nB\r\n}\r\n}")), bad(folder.Write(L"bad", "x"));
+    const stringx library(MadeTypeLibrary(folder / L"a.tlb")), server(Beside(L"vhrt_test_server.dll"));
+    const stringx text(folder.Write(L"text", std::string("\xFF\xFE"
+                                                         "a\0b\0",
+                                                         6)));
+    ASSERT_TRUE(CopyFileW(Beside(L"vhrt_test_program.exe").c_str(), (folder / L"0.exe").c_str(), FALSE));
+    script_fault fault;
+    DWORD before = 0;
+    for (int run = 0; run <= 100; ++run) {
+        for (const bool registers : {true, false}) {
+            EXPECT_TRUE(RegisterFromScript(good, L"", registers, false, fault));
+            EXPECT_FALSE(RegisterFromScript(bad, L"", registers, false, fault));
+            EXPECT_TRUE(RegisterModule(library, registers, true));
+            EXPECT_TRUE(RegisterModule(server, registers, true));
+        }
+        EXPECT_TRUE(run % 5 || RegisterModule(stringx(folder / L"0.exe"), true, false));
+        EXPECT_TRUE(ConvertUnicodeFile(text, stringx(folder / L"out"), 1252));
+        EXPECT_FALSE(ConvertUnicodeFile(bad, stringx(folder / L"out"), 1252));
+        RecordPendingOperation((folder / L"out").c_str(), (folder / L"tree\\a").c_str());
+        EXPECT_NE(ApplyPendingOperations(), S_OK) << "no folder";
+        folder.Write(L"tree\\b\\c", "");
+        RemoveTree(stringx(folder / L"tree"), false);
+        if (run == 0)
+            before = OpenHandles();
+    }
+    EXPECT_LE(OpenHandles(), before + 10);
 }
 
 } // namespace
