@@ -335,14 +335,30 @@ TEST_F(AttackedDialogs, StreamIntoNothingButAWindow)
 TEST_F(AttackedDialogs, TakeNothingForAnArgument)
 {
     const Table<const char*, int32_t> cases = {
-        {"_EnablePrevDialog", 0},     {"_DefineDialog", 0},  {"_EndDialog", 0},
-        {"_GetCurrentDialogName", 1}, {"_WaitOnDialog", -1}, {"_CtrlGetUrlForLinkClicked", -1},
-        {"_EnablePrevDialog", 0},     {"_ReleaseDialog", 0}, {"_CtrlSetMLERichTextEx", -1},
-        {"_DialogSetFont", 0},        {"_CmdGetMsg", -1},    {"_SetTitle", 0},
-        {"_CmdGetHwndDlg", 0},        {"_SdShowMsg", 0},     {"_SetFont", -1},
-        {"_CtrlSetHtmlContent", -1},  {"_SetColor", -1},     {"_PlaceBitmap", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)},
-        {"_CtrlSetMLERichText", -1},  {"_SizeWindow", -1},   {"__GetMainWindow", E_POINTER},
-        {"_DisableBranding", 0},      {"GetFontSub", 0}};
+        {"_DefineDialog", 0},
+        {"_WaitOnDialog", -1},
+        {"_EndDialog", 0},
+        {"_ReleaseDialog", 0},
+        {"_EnablePrevDialog", 0},
+        {"_GetCurrentDialogName", 1},
+        {"_EnablePrevDialog", 0},
+        {"_DialogSetFont", 0},
+        {"_CmdGetHwndDlg", 0},
+        {"_CmdGetMsg", -1},
+        {"_CtrlGetUrlForLinkClicked", -1},
+        {"_CtrlSetHtmlContent", -1},
+        {"_CtrlSetMLERichText", -1},
+        {"_CtrlSetMLERichTextEx", -1},
+        {"_SdShowMsg", 0},
+        {"_SetTitle", 0},
+        {"_SetFont", -1},
+        {"_SetColor", -1},
+        {"_PlaceBitmap", HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND)},
+        {"_SizeWindow", -1},
+        {"__GetMainWindow", E_POINTER},
+        {"_DisableBranding", 0},
+        {"GetFontSub", 0},
+    };
     for (const auto& [name, result] : cases)
         EXPECT_EQ(static_cast<int32_t>(CallExport(name, static_cast<ObjectContext*>(*this), 0, 0, 0, 0, 0, 0, 0, 0)),
                   result)
