@@ -21,7 +21,11 @@ bool SameAlgorithm(const CRYPT_ALGORITHM_IDENTIFIER& one, const CRYPT_ALGORITHM_
 
 } // namespace
 
-DWORD FailureCode(DWORD system_code) { return static_cast<DWORD>(HRESULT_FROM_WIN32(system_code)); }
+// Some failures of the system name no cause; they stay failures.
+DWORD FailureCode(DWORD system_code)
+{
+    return static_cast<DWORD>(system_code ? HRESULT_FROM_WIN32(system_code) : E_FAIL);
+}
 
 unique_store OpenSystemStore(const wchar_t* name, DWORD location)
 {

@@ -242,11 +242,17 @@ bool FileSigner::Sign(HCRYPTPROV provider, DWORD key_kind)
 DWORD FileSigner::WriteTrailer(const wchar_t* path)
 {
     CRYPT_DATA_BLOB blob{};
+    // Certificates that were looked at carry what the system has noted about them.
+    const unique_store fresh = OpenMemoryStore();
     const auto save = [&] {
-        return late::cert_save_store(m_certificates.get(), certificate_encoding, DWORD{CERT_STORE_SAVE_AS_STORE},
+        return late::cert_save_store(fresh.get(), certificate_encoding, DWORD{CERT_STORE_SAVE_AS_STORE},
                                      DWORD{CERT_STORE_SAVE_TO_MEMORY}, static_cast<void*>(&blob), DWORD{0}) != FALSE;
     };
-    if (!save()) {
+    const bool copied =
+        fresh && std::ranges::all_of(AllCertificates(m_certificates.get()), [&fresh](const unique_certificate& one) {
+            return AddCertificate(fresh.get(), one.get());
+        });
+    if (!copied || !save()) {
         Fail(LastFailureCode(), path);
         return sign_write_failed;
     }
@@ -339,9 +345,11 @@ DWORD FileSigner::Resolve(const wchar_t* specification, const wchar_t* password,
     // A key that stays in memory leaves nothing behind; where that can't be used, the system keeps it for the user.
     for (const DWORD flags : {DWORD{PKCS12_NO_PERSIST_KEY}, DWORD{0}}) {
         certificate.reset();
+        SetLastError(NO_ERROR);
         source.reset(late::pfx_import(&blob, password, flags));
+        // A system that names no cause was not able to decrypt.
         if (!source)
-            return LastFailureCode();
+            return GetLastError() ? LastFailureCode() : FailureCode(ERROR_INVALID_PASSWORD);
         if ((certificate = FirstWithKey(source.get())))
             return 0;
     }
