@@ -4,12 +4,6 @@
 
 namespace vh {
 
-file_failure& last_file_failure()
-{
-    static file_failure failure;
-    return failure;
-}
-
 namespace {
 
 HANDLE OpenFile(const stringx& path, DWORD access, DWORD creation)

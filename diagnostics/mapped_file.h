@@ -1,23 +1,16 @@
-// A file mapped into memory as a whole, and what the file helpers last failed with.
+// A file mapped into memory as a whole.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 
+#include "../scriptdata/last_failure.h"
 #include "../scriptdata/late_fallbacks.h"
 #include "../scriptdata/stringx.h"
 #include "../scriptdata/unique.h"
 
 namespace vh {
-
-// One for the process; any later file helper overwrites it.
-struct file_failure {
-    DWORD code = 0;
-    std::wstring path;
-};
-file_failure& last_file_failure();
 
 struct view_traits {
     using value_type = void*;

@@ -91,7 +91,7 @@ SignatureContext::SignatureContext()
 DWORD SignatureContext::Fail(DWORD code, const stringx& path)
 {
     m_last_error = code;
-    RecordFailure(code, path);
+    last_file_failure() = {code, std::wstring(path.view())};
     return code;
 }
 

@@ -1,33 +1,22 @@
-// The last failure of the helpers for files, for the whole process.
+// What the file helpers last failed with.
 #pragma once
 
-#include <mutex>
-#include <windows.h>
+#include <string>
 
-#include "stringx.h"
+#include <windows.h>
 
 namespace vh {
 
+// One for the process; any later file helper overwrites it.
 struct file_failure {
     DWORD code = 0;
-    stringx path;
+    std::wstring path;
 };
 
-namespace detail {
-inline std::mutex failure_guard;
-inline file_failure last_failure;
-} // namespace detail
-
-inline void RecordFailure(DWORD code, const stringx& path)
+inline file_failure& last_file_failure()
 {
-    const std::lock_guard guard(detail::failure_guard);
-    detail::last_failure = {code, path};
-}
-
-inline file_failure LastFailure()
-{
-    const std::lock_guard guard(detail::failure_guard);
-    return detail::last_failure;
+    static file_failure failure;
+    return failure;
 }
 
 } // namespace vh
