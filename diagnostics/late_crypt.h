@@ -5,23 +5,22 @@
 
 #include <wincrypt.h>
 
-#include "../scriptdata/late_library.h"
+#include "../scriptdata/late_libraries.h"
 #include "../scriptdata/unique.h"
 
 namespace vh::late {
 
-inline constinit late_library crypt_base(L"advapi32.dll");
-inline constinit late_function<decltype(CryptAcquireContextW)> crypt_acquire(crypt_base, "CryptAcquireContextW");
-inline constinit late_function<decltype(CryptReleaseContext)> crypt_release(crypt_base, "CryptReleaseContext");
-inline constinit late_function<decltype(CryptCreateHash)> crypt_create_hash(crypt_base, "CryptCreateHash");
-inline constinit late_function<decltype(CryptHashData)> crypt_hash_data(crypt_base, "CryptHashData");
-inline constinit late_function<decltype(CryptDestroyHash)> crypt_destroy_hash(crypt_base, "CryptDestroyHash");
-inline constinit late_function<decltype(CryptDeriveKey)> crypt_derive_key(crypt_base, "CryptDeriveKey");
-inline constinit late_function<decltype(CryptDecrypt)> crypt_decrypt(crypt_base, "CryptDecrypt");
-inline constinit late_function<decltype(CryptImportKey)> crypt_import_key(crypt_base, "CryptImportKey");
-inline constinit late_function<decltype(CryptDestroyKey)> crypt_destroy_key(crypt_base, "CryptDestroyKey");
-inline constinit late_function<decltype(CryptSignHashW)> crypt_sign_hash(crypt_base, "CryptSignHashW");
-inline constinit late_function<decltype(CryptVerifySignatureW)> crypt_verify_signature(crypt_base,
+inline constinit late_function<decltype(CryptAcquireContextW)> crypt_acquire(advapi32, "CryptAcquireContextW");
+inline constinit late_function<decltype(CryptReleaseContext)> crypt_release(advapi32, "CryptReleaseContext");
+inline constinit late_function<decltype(CryptCreateHash)> crypt_create_hash(advapi32, "CryptCreateHash");
+inline constinit late_function<decltype(CryptHashData)> crypt_hash_data(advapi32, "CryptHashData");
+inline constinit late_function<decltype(CryptDestroyHash)> crypt_destroy_hash(advapi32, "CryptDestroyHash");
+inline constinit late_function<decltype(CryptDeriveKey)> crypt_derive_key(advapi32, "CryptDeriveKey");
+inline constinit late_function<decltype(CryptDecrypt)> crypt_decrypt(advapi32, "CryptDecrypt");
+inline constinit late_function<decltype(CryptImportKey)> crypt_import_key(advapi32, "CryptImportKey");
+inline constinit late_function<decltype(CryptDestroyKey)> crypt_destroy_key(advapi32, "CryptDestroyKey");
+inline constinit late_function<decltype(CryptSignHashW)> crypt_sign_hash(advapi32, "CryptSignHashW");
+inline constinit late_function<decltype(CryptVerifySignatureW)> crypt_verify_signature(advapi32,
                                                                                        "CryptVerifySignatureW");
 
 inline constinit late_library crypt32(L"crypt32.dll");

@@ -6,11 +6,10 @@
 #include <aclapi.h>
 #include <sddl.h>
 
-#include "../scriptdata/late_library.h"
+#include "../scriptdata/late_libraries.h"
 
 namespace vh::late {
 
-inline constinit late_library advapi32(L"advapi32.dll");
 inline constinit late_function<decltype(AllocateAndInitializeSid)> allocate_sid(advapi32, "AllocateAndInitializeSid");
 inline constinit late_function<decltype(CloseServiceHandle)> close_service(advapi32, "CloseServiceHandle");
 inline constinit late_function<decltype(ControlService)> control_service(advapi32, "ControlService");
