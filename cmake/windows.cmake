@@ -66,7 +66,7 @@ list(APPEND engine_sources system/secure_object.cpp scriptdata/stringx.cpp scrip
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers
-    PUBLIC ole32 oleaut32 uuid shlwapi shell32 version)
+    PUBLIC bcrypt ole32 oleaut32 uuid shlwapi shell32 version)
 endif()
 
 # How tests start what is built here.
@@ -82,7 +82,8 @@ add_library(vhhost_parts STATIC
   host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/products.cpp
+  host/rights.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
@@ -194,6 +195,10 @@ endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+# The whole life of a product, from its first installation to an empty machine.
+add_test(NAME host_life COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
+  ${CMAKE_BINARY_DIR}/host_tests/life 1)
+set_tests_properties(host_life PROPERTIES TIMEOUT 600)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

@@ -16,6 +16,7 @@ namespace {
 struct FolderVariable {
     const wchar_t* name;
     int folder;
+    int ofMachine = folder; // for a product of the machine
 };
 constexpr FolderVariable folder_variables[] = {
     {L"WINDIR", CSIDL_WINDOWS},
@@ -25,8 +26,8 @@ constexpr FolderVariable folder_variables[] = {
     {L"APPDATA", CSIDL_APPDATA},
     {L"LOCALAPPDATA", CSIDL_LOCAL_APPDATA},
     {L"COMMONAPPDATA", CSIDL_COMMON_APPDATA},
-    {L"DESKTOP", CSIDL_DESKTOPDIRECTORY},
-    {L"PROGRAMS", CSIDL_PROGRAMS},
+    {L"DESKTOP", CSIDL_DESKTOPDIRECTORY, CSIDL_COMMON_DESKTOPDIRECTORY},
+    {L"PROGRAMS", CSIDL_PROGRAMS, CSIDL_COMMON_PROGRAMS},
     {L"PERSONAL", CSIDL_PERSONAL},
 };
 
@@ -68,7 +69,10 @@ void CopySupportFiles(const Product& product, const std::wstring& folder)
 
 } // namespace
 
-std::wstring DefaultDataDir() { return JoinPath(SystemFolder(CSIDL_LOCAL_APPDATA), L"VHSetup"); }
+std::wstring DefaultDataDir(bool forMachine)
+{
+    return JoinPath(SystemFolder(forMachine ? CSIDL_COMMON_APPDATA : CSIDL_LOCAL_APPDATA), L"VHSetup");
+}
 
 Core::Core(Options given)
     : options(std::move(given)), product(std::make_shared<DataSet>()), screen(std::make_unique<Screen>(*this))
@@ -83,8 +87,10 @@ Core::Core(Options given)
     product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"));
     language = ChosenLanguage(*product->product, options.language);
     contextGuid = NewGuid();
+    if (options.source.empty())
+        options.source = options.setupFolder;
     if (options.dataDir.empty())
-        options.dataDir = DefaultDataDir();
+        options.dataDir = DefaultDataDir(product->product->scope == Scope::machine);
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
     ReportDamage();
@@ -114,7 +120,8 @@ void Core::SetVariables()
 {
     const Product& product_ = *product->product;
     for (const FolderVariable& variable : folder_variables)
-        globalTexts.Set(variable.name, SystemFolder(variable.folder));
+        globalTexts.Set(variable.name,
+                        SystemFolder(product_.scope == Scope::machine ? variable.ofMachine : variable.folder));
     globalTexts.Set(L"TEMPDIR", TempFolder());
     globalTexts.Set(L"PRODUCT_NAME", product_.name);
     globalTexts.Set(L"PRODUCT_VERSION", product_.version);

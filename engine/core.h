@@ -13,9 +13,6 @@
 
 namespace vh::engine {
 
-// Where install logs go when the host names no folder.
-std::wstring DefaultDataDir();
-
 class Screen;
 
 class Core : public std::enable_shared_from_this<Core> {
@@ -51,6 +48,12 @@ public:
 
     std::shared_ptr<DataSet> product;
     WORD language = 0;
+    RunKind kind = RunKind::install;
+    std::wstring installedVersion;
+    std::wstring installedTarget; // of the last run; empty before the first
+    bool moved = false;           // this run has moved its data
+    ProgramEntry entry;
+    RunCounts counts; // of the run, once it is committed
     TextTable localTexts;
     TextTable globalTexts;
     std::unique_ptr<InstallLog> log;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core.h"
+#include "maintenance.h"
 #include "services/host.h"
 #include "services/reboot_texts.h"
 #include "services/services.h"
@@ -13,13 +14,6 @@
 namespace vh::engine {
 
 namespace {
-
-// A log that would undo nothing goes.
-void DropIfIdle(InstallLog& log)
-{
-    if (log.IsIdle())
-        log.Clear();
-}
 
 // Undoes runs that never came to their end.
 void Recover(Core& core)
@@ -36,80 +30,6 @@ void Recover(Core& core)
             core.Report({Severity::warning, removal.what,
                          L"can't be undone yet: " + removal.reason + L"; the next setup tries again", E_FAIL});
     DropIfIdle(*core.log);
-}
-
-bool IsTargetGiven(const Options& options)
-{
-    return !options.targetDir.empty() ||
-           std::any_of(options.variables.begin(), options.variables.end(),
-                       [](const auto& variable) { return SameText(variable.first, L"TARGETDIR"); });
-}
-
-// Paths of the features that the last run left selected, in upper case. Where that record is lost, those that have
-// files in place.
-std::set<std::wstring> SelectedByLog(const InstallLog& log, const LogRecord* selection)
-{
-    std::set<std::wstring> selected;
-    if (selection) {
-        for (const std::wstring& path : selection->list)
-            selected.insert(Upper(path));
-        return selected;
-    }
-    for (const LogRecord* file : log.Standing(LogKind::file))
-        for (std::wstring path = Upper(file->feature); !path.empty(); path = FolderOf(path))
-            selected.insert(path);
-    return selected;
-}
-
-// Target, selection and state as the last run left them. With another target nothing is there yet.
-void TakeOver(Core& core)
-{
-    if (!core.log->AnythingStands())
-        return;
-    core.product->maintenance = true;
-    const LogRecord* selection = core.log->Newest(LogKind::features, {});
-    bool samePlace = true;
-    if (selection) {
-        const auto target = selection->texts.find(L"TARGETDIR");
-        if (!IsTargetGiven(core.options) && target != selection->texts.end())
-            core.globalTexts.Set(L"TARGETDIR", target->second);
-        samePlace = target == selection->texts.end() || SameText(target->second, core.Substitute(L"<TARGETDIR>"));
-    }
-    const std::set<std::wstring> selected = SelectedByLog(*core.log, selection);
-    for (const auto& child : core.product->product->data.children)
-        if (!child->pseudo)
-            ForEachItem(*child, [&](Item& item) {
-                item.selected = selected.contains(Upper(item.Path()));
-                item.installed = item.selected && samePlace;
-            });
-}
-
-// What is selected now, and where it goes.
-LogRecord SelectionOf(const Core& core, const std::wstring& target)
-{
-    LogRecord selection;
-    selection.kind = LogKind::features;
-    selection.texts[L"TARGETDIR"] = target;
-    for (const auto& child : core.product->product->data.children)
-        if (!child->pseudo)
-            ForEachItem(*child, [&](const Item& item) {
-                if (item.selected)
-                    selection.list.push_back(item.Path());
-            });
-    return selection;
-}
-
-void CommitLog(Core& core, const std::wstring& target)
-{
-    InstallLog& log = *core.log;
-    LogRecord selection = SelectionOf(core, target);
-    const LogRecord* before = core.product->maintenance ? log.Newest(LogKind::features, {}) : nullptr;
-    if (!log.CurrentRun() && (!before || before->list == selection.list))
-        return;
-    log.Commit(std::move(selection));
-    TidyUp(log);
-    if (core.product->maintenance || log.Standing(LogKind::texts).empty())
-        DropIfIdle(log);
 }
 
 } // namespace
@@ -161,9 +81,10 @@ long Engine::LiveObjects() const { return m_core->live; }
 const std::vector<Message>& Engine::Messages() const { return m_core->messages; }
 void Engine::Cancel() { m_core->cancelled = true; }
 
-void Engine::Commit()
+void Engine::Commit(ProgramEntry entry)
 {
-    CommitLog(*m_core, TargetDir());
+    m_core->entry = std::move(entry);
+    CommitRun(*m_core, TargetDir());
     if (!WriteRebootTexts(LogFile(), m_core->rebootTexts))
         m_core->Report(
             {Severity::warning, LogFile(), L"the texts for the run after a restart could not be kept", E_FAIL});
@@ -199,6 +120,8 @@ std::wstring Engine::TargetDir() const
 }
 
 std::wstring Engine::LogFile() const { return m_core->log->File(); }
+std::wstring Engine::InstallGuid() const { return m_core->product->product->installGuid; }
+std::wstring Engine::DataDir() const { return m_core->options.dataDir; }
 bool Engine::Maintenance() const { return m_core->product->maintenance; }
 
 std::vector<InstalledFile> Engine::Installed() const
@@ -217,10 +140,21 @@ std::vector<std::wstring> Engine::LogLines() const
     return lines;
 }
 
+RunKind Engine::Kind() const { return m_core->kind; }
+std::wstring Engine::InstalledVersion() const { return m_core->installedVersion; }
+RunCounts Engine::Counts() const { return m_core->log->CurrentRun() ? CountWritten(*m_core->log) : m_core->counts; }
+
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir)
 {
     const auto product = ReadProduct(JoinPath(FullPath(setupFolder), L"product.json"));
-    return JoinPath(JoinPath(dataDir.empty() ? DefaultDataDir() : dataDir, product->installGuid), L"install.log");
+    return JoinPath(
+        JoinPath(dataDir.empty() ? DefaultDataDir(product->scope == Scope::machine) : dataDir, product->installGuid),
+        L"install.log");
+}
+
+bool IsForMachine(const std::wstring& setupFolder)
+{
+    return ReadScope(JoinPath(FullPath(setupFolder), L"product.json")) == Scope::machine;
 }
 
 } // namespace vh::engine

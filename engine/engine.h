@@ -31,14 +31,23 @@ enum class Windows {
     all,     // a main window too, made when it is first asked for, on that thread
 };
 
+// What the system's list of installed programs says about a product, beside what the product file tells.
+struct ProgramEntry {
+    // Command lines; without the first there is no entry, without the last no way to change what is installed.
+    std::wstring uninstall;
+    std::wstring quietUninstall;
+    std::wstring modify;
+};
+
 struct Options {
     // Holds product.json, the payload and the script.
     std::wstring setupFolder;
     // Value of the variable TARGETDIR; empty takes the product file's target.
     std::wstring targetDir;
-    // Holds one folder per install guid with the install log; empty takes "VHSetup" below the user's local
-    // application data.
+    // Holds one folder per install guid with the install log; empty takes DefaultDataDir.
     std::wstring dataDir;
+    // Where the next run finds the setup; empty takes the setup folder.
+    std::wstring source;
     // All registry roots lie below this key, "HKCU\\Software\\Test" for example, each under its own name. Empty
     // takes the machine's own. A run that is removed finds its keys by the log.
     std::wstring registryRoot;
@@ -55,6 +64,10 @@ struct Options {
     HWND window = nullptr;
     // What the engine shows. A silent run shows nothing; with a window that is given, dialogs show at least.
     Windows windows = Windows::none;
+    // Compares the content of what is installed, and brings back what is missing or damaged.
+    bool repair = false;
+    // Takes a version that is lower than the installed one.
+    bool allowDowngrade = false;
     // Called during a transfer, on the script's thread; false cancels.
     std::function<bool(const Progress&)> onProgress;
     // Hears each message as it comes; Engine::Messages keeps them as well.
@@ -94,6 +107,31 @@ struct Removal {
 std::size_t CountDone(const std::vector<Removal>& removals);
 bool AnyFailed(const std::vector<Removal>& removals);
 
+// What a run finds of the last one.
+enum class RunKind { install, modify, repair, upgrade, downgrade };
+
+// What a run wrote.
+struct RunCounts {
+    std::size_t files = 0;
+    std::size_t values = 0;
+    std::size_t shortcuts = 0;
+};
+
+// A product on this machine, as its log tells.
+struct InstalledProduct {
+    std::wstring guid;
+    std::wstring logFile;
+    // Empty where the log has lost them.
+    std::wstring name;
+    std::wstring version;
+    std::wstring target;
+    // The setup that installed it last: a folder, or a file that holds all.
+    std::wstring source;
+    bool forMachine = false;
+    // A run of it was killed and is not undone yet.
+    bool unfinished = false;
+};
+
 class Core;
 
 class Engine {
@@ -120,8 +158,9 @@ public:
     // Stops the transfer that runs, or the next one.
     void Cancel();
 
-    // Keeps what this run did and drops the backups of replaced files. A run that did nothing leaves no log.
-    void Commit();
+    // Keeps what this run did and drops the backups of replaced files. A run that did nothing leaves no log. Throws
+    // engine_error while nothing is decided yet.
+    void Commit(ProgramEntry entry = {});
     // Undoes what this run did, newest first. What fails stays recorded, and the next run tries it again.
     std::vector<Removal> Rollback();
 
@@ -133,8 +172,16 @@ public:
     int Language() const;
     std::wstring TargetDir() const;
     std::wstring LogFile() const;
+    // The identifier that the log belongs to, and the folder that holds it with the logs of other products.
+    std::wstring InstallGuid() const;
+    std::wstring DataDir() const;
     // True when the product is installed already.
     bool Maintenance() const;
+    RunKind Kind() const;
+    // The version that was installed when this run began; empty for none.
+    std::wstring InstalledVersion() const;
+    // By this run, whether it is committed already or not.
+    RunCounts Counts() const;
     // Files on the machine by the log, in the order of their installation.
     std::vector<InstalledFile> Installed() const;
     // The log's records as readable lines, oldest first.
@@ -145,6 +192,14 @@ private:
 
     std::shared_ptr<Core> m_core;
 };
+
+// Where install logs lie when nobody says otherwise: "VHSetup" below the local application data of the user, or below
+// that of all users for a product of the machine.
+std::wstring DefaultDataDir(bool forMachine);
+// Whether the product of a setup folder is one of the machine. Throws engine_error for a broken product file.
+bool IsForMachine(const std::wstring& setupFolder);
+// All products with a log in that folder, in the order of their identifiers. Logs that can't be read are left out.
+std::vector<InstalledProduct> InstalledProducts(const std::wstring& dataDir);
 
 // Where the install log of a setup folder lies. Throws engine_error for a broken product file.
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir = {});

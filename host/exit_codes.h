@@ -20,6 +20,8 @@ enum ExitCode : int {
     exit_rollback = 9,
     // The removal left something behind that could not be removed.
     exit_removal = 8,
+    // The product is one of the machine, and the rights for that are missing; nothing was touched.
+    exit_rights = 10,
 };
 
 } // namespace host

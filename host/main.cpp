@@ -1,12 +1,15 @@
 // vhhost.exe: runs a setup folder's script against VHRT.dll and the embedded engine.
 #include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <objbase.h>
 #include <windows.h>
 
 #include "command_line.h"
+#include "kept_host.h"
+#include "products.h"
 #include "setup_run.h"
 #include "text.h"
 
@@ -19,7 +22,7 @@ constexpr const char* footer =
     "payload, another setup of the product runs, or there is nothing to remove; 6 stopped by\n"
     "the user (rolled back); 7 VHRT.dll or a script can't be loaded, or the trace can't be\n"
     "written (rolled back); 8 the removal left something behind; 9 rolled back in part: the\n"
-    "next run tries the rest again.";
+    "next run tries the rest again; 10 the rights of an administrator are missing.";
 
 struct CommandLine {
     std::string folder;
@@ -33,17 +36,31 @@ struct CommandLine {
     bool silent = false;
     bool notes = false;
     bool main_window = false;
-    bool uninstall = false;
+    std::string uninstall;
+    std::string modify;
+    std::string sweep;
+    unsigned long after = 0;
+    bool removes = false;
+    bool list = false;
+    bool repair = false;
+    bool allow_downgrade = false;
     bool show_log = false;
     bool verify = false;
 };
+
+bool IsIdentifier(const std::string& text)
+{
+    GUID id{};
+    const std::wstring wide = host::Wide(text);
+    return wide.size() == 38 && SUCCEEDED(IIDFromString(wide.c_str(), &id));
+}
 
 void Declare(CLI::App& app, CommandLine& line)
 {
     // A leading slash begins a path here, not an option.
     app.allow_windows_style_options(false);
     app.footer(footer);
-    app.add_option("FOLDER", line.folder, "The setup folder")->required()->check(host::not_empty);
+    app.add_option("FOLDER", line.folder, "The setup folder")->check(host::not_empty);
     app.add_flag("--silent", line.silent, "Ask nothing, show no progress");
     app.add_flag("--notes", line.notes, "Show what the engine notes, such as the steps of access rights");
     app.add_flag("--main-window", line.main_window, "Show the setup before a window of its own");
@@ -55,7 +72,21 @@ void Declare(CLI::App& app, CommandLine& line)
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->take_all();
-    app.add_flag("--uninstall", line.uninstall, "Remove what the setup installed");
+    CLI::Option* uninstall =
+        app.add_option("--uninstall", line.uninstall,
+                       "Remove what the setup in FOLDER, or the product of this identifier, installed")
+            ->type_name("[GUID]")
+            ->expected(0, 1);
+    CLI::Option* list = app.add_flag("--list", line.list, "Show what is installed");
+    CLI::Option* modify =
+        app.add_option("--modify", line.modify, "Run the setup of this product again, from where it was")
+            ->type_name("GUID")
+            ->check(host::not_empty);
+    app.add_flag("--repair", line.repair, "Bring back what is missing or damaged");
+    app.add_flag("--allow-downgrade", line.allow_downgrade, "Take a version lower than the installed one");
+    // How the kept host ends itself.
+    app.add_option("--sweep", line.sweep)->group("");
+    app.add_option("--after", line.after)->group("");
     app.add_option("--language", line.language, "Language identifier, such as 1031")->type_name("ID");
     app.add_option("--script", line.scripts, "Run this file in place of the setup's script; may be given again")
         ->type_name("FILE")
@@ -67,12 +98,40 @@ void Declare(CLI::App& app, CommandLine& line)
         ->check(host::not_empty);
     app.add_flag("--show-log", line.show_log, "Show at the end what is recorded for removal");
     app.add_flag("--verify", line.verify, "Show at the end what is installed, each file compared with its source");
+    modify->excludes(uninstall)->excludes(list);
+    list->excludes(uninstall);
+    app.final_callback([&line, uninstall] {
+        line.removes = uninstall->count() > 0;
+        // A folder behind --uninstall is the setup folder.
+        if (line.folder.empty() && !line.uninstall.empty() && !IsIdentifier(line.uninstall))
+            line.folder = std::exchange(line.uninstall, {});
+        if (!line.uninstall.empty() && !IsIdentifier(line.uninstall))
+            throw CLI::ValidationError("--uninstall", "wants an identifier in braces, not " + line.uninstall);
+        if (line.folder.empty() && line.uninstall.empty() && line.modify.empty() && line.sweep.empty() && !line.list)
+            throw CLI::RequiredError("FOLDER");
+    });
+}
+
+host::ExitCode Perform(const CommandLine& line, const host::RunOptions& options)
+{
+    if (!line.sweep.empty()) {
+        host::SweepAfter(host::Wide(line.sweep), line.after);
+        return host::exit_done;
+    }
+    if (line.list)
+        return host::ListProducts(options.data_folder);
+    if (line.removes)
+        return host::RemoveSetup(options);
+    return line.modify.empty() ? host::RunSetup(options) : host::ModifyProduct(options);
 }
 
 host::RunOptions OptionsOf(const CommandLine& line)
 {
     host::RunOptions options;
     options.setup_folder = host::PathOf(line.folder);
+    options.guid = host::Wide(line.modify.empty() ? line.uninstall : line.modify);
+    options.repair = line.repair;
+    options.allow_downgrade = line.allow_downgrade;
     options.target = host::PathOf(line.target);
     options.trace_file = host::PathOf(line.trace);
     options.registry_root = host::Wide(line.registry_root);
@@ -114,7 +173,7 @@ int wmain(int count, wchar_t** words)
     }
     if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
         return host::exit_library;
-    const host::ExitCode code = line.uninstall ? host::RemoveSetup(options) : host::RunSetup(options);
+    const host::ExitCode code = Perform(line, options);
     CoUninitialize();
     return code;
 }

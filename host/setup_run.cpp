@@ -1,13 +1,17 @@
 #include "setup_run.h"
 
 #include <atomic>
+#include <optional>
 #include <utility>
 
 #include "console.h"
 #include "engine/engine.h"
 #include "host_object.h"
 #include "installed_tree.h"
+#include "kept_host.h"
 #include "library.h"
+#include "products.h"
+#include "rights.h"
 #include "script_site.h"
 #include "text.h"
 #include "trace_switch.h"
@@ -68,6 +72,8 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.registryRoot = options.registry_root;
     engine.language = options.language;
     engine.silent = options.silent;
+    engine.repair = options.repair;
+    engine.allowDowngrade = options.allow_downgrade;
     engine.windows = options.main_window ? vh::engine::Windows::all : vh::engine::Windows::dialogs;
     engine.commandLine = GetCommandLineW();
     engine.variables.assign(options.variables.begin(), options.variables.end());
@@ -157,6 +163,17 @@ void ShowLog(const vh::engine::Engine& engine)
         Say(L"  " + line);
 }
 
+std::wstring Counted(std::size_t count, const std::wstring& thing)
+{
+    return std::to_wstring(count) + L" " + thing + (count == 1 ? L"" : L"s");
+}
+
+void SayRepaired(const vh::engine::RunCounts& counts)
+{
+    Say(L"repaired: " + Counted(counts.files, L"file") + L", " + Counted(counts.values, L"registry value") + L", " +
+        Counted(counts.shortcuts, L"shortcut"));
+}
+
 // The installed tree, the log and a closing line of counts, as far as they are wanted.
 ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options)
 {
@@ -165,6 +182,8 @@ ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options
         counts = ShowInstalledTree(engine.TargetDir(), engine.Installed());
     if (options.show_log)
         ShowLog(engine);
+    if (options.repair)
+        SayRepaired(engine.Counts());
     if (!options.verify)
         Say(std::to_wstring(engine.Installed().size()) + L" files in place, " +
             std::to_wstring(engine.LogLines().size()) + L" log records");
@@ -223,12 +242,31 @@ void SpeakLanguage(LANGID language)
     SetThreadLocale(MAKELCID(language, SORT_DEFAULT));
 }
 
-ExitCode RunIn(const RunOptions& options)
+// How a run of what is installed already is called.
+std::wstring KindWords(const vh::engine::Engine& engine)
+{
+    using vh::engine::RunKind;
+    switch (engine.Kind()) {
+    case RunKind::install:
+        return {};
+    case RunKind::repair:
+        return L", repair";
+    case RunKind::upgrade:
+        return L", upgrade of " + engine.InstalledVersion();
+    case RunKind::downgrade:
+        return L", in place of " + engine.InstalledVersion();
+    default:
+        return L", maintenance";
+    }
+}
+
+ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
 {
     const StopSignal signal;
     auto engine = vh::engine::Engine::Open(EngineOptions(options));
-    Say(engine->ProductName() + L" " + engine->ProductVersion() + (engine->Maintenance() ? L", maintenance" : L"") +
-        L", target " + engine->TargetDir());
+    data_folder = engine->DataDir();
+    Say(engine->ProductName() + L" " + engine->ProductVersion() + KindWords(*engine) + L", target " +
+        engine->TargetDir());
 
     SpeakLanguage(static_cast<LANGID>(engine->Language()));
     std::wstring failure;
@@ -240,7 +278,13 @@ ExitCode RunIn(const RunOptions& options)
         return TakeBack(*engine, exit_library);
     }
     if (failure.empty() && !cancelled) {
-        engine->Commit();
+        try {
+            KeepHost(engine->DataDir());
+            engine->Commit(EntryFor(engine->DataDir(), !options.data_folder.empty(), engine->InstallGuid()));
+        } catch (const std::exception& error) {
+            Complain(Wide(error.what()));
+            return TakeBack(*engine, exit_failed);
+        }
         return ShowOutcome(*engine, options);
     }
     Complain(cancelled ? L"stopped by the user" : failure);
@@ -249,10 +293,47 @@ ExitCode RunIn(const RunOptions& options)
 
 } // namespace
 
+namespace {
+
+// The product that a removal is for.
+vh::engine::InstalledProduct ProductOf(const RunOptions& options)
+{
+    if (options.guid.empty()) {
+        vh::engine::InstalledProduct product;
+        product.logFile = vh::engine::LogFileOf(options.setup_folder, options.data_folder);
+        product.forMachine = vh::engine::IsForMachine(options.setup_folder);
+        return product;
+    }
+    auto product = FindProduct(options.guid, options.data_folder);
+    if (!product)
+        throw std::runtime_error(Utf8(options.guid) + ": no such product is installed");
+    return *product;
+}
+
+// Nothing when the run can go on as it is.
+std::optional<ExitCode> SeeToRights(bool for_machine, bool silent)
+{
+    if (!for_machine || HasMachineRights())
+        return std::nullopt;
+    if (!silent)
+        return RunWithMachineRights();
+    Complain(L"the product is one for all users: a silent run of it wants the rights of an administrator");
+    return exit_rights;
+}
+
+std::wstring DataFolderOfLog(const std::wstring& log) { return vh::engine::FolderOf(vh::engine::FolderOf(log)); }
+
+} // namespace
+
 ExitCode RunSetup(const RunOptions& options)
 {
     try {
-        return RunIn(options);
+        if (const auto code = SeeToRights(vh::engine::IsForMachine(options.setup_folder), options.silent))
+            return *code;
+        std::wstring data_folder;
+        const ExitCode code = RunIn(options, data_folder);
+        SweepHost(data_folder);
+        return code;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
     } catch (const std::exception& error) {
@@ -261,10 +342,29 @@ ExitCode RunSetup(const RunOptions& options)
     return exit_setup;
 }
 
+ExitCode ModifyProduct(RunOptions options)
+{
+    const auto product = FindProduct(options.guid, options.data_folder);
+    if (!product) {
+        Complain(options.guid + L": no such product is installed");
+        return exit_setup;
+    }
+    if (GetFileAttributesW(LongPath(product->source).c_str()) == INVALID_FILE_ATTRIBUTES) {
+        Complain(product->source + L": the setup of " + product->name +
+                 L" is not there any more; start it from where it is now");
+        return exit_setup;
+    }
+    options.setup_folder = product->source;
+    return RunSetup(options);
+}
+
 ExitCode RemoveSetup(const RunOptions& options)
 {
     try {
-        const std::wstring log = vh::engine::LogFileOf(options.setup_folder, options.data_folder);
+        const vh::engine::InstalledProduct product = ProductOf(options);
+        if (const auto code = SeeToRights(product.forMachine, options.silent))
+            return *code;
+        const std::wstring& log = product.logFile;
         std::map<std::wstring, int> counts;
         const auto removals = vh::engine::Uninstall(log, [&](const vh::engine::Removal& removal) {
             if (counts.empty())
@@ -279,6 +379,7 @@ ExitCode RemoveSetup(const RunOptions& options)
         for (const auto& [word, count] : counts)
             summary += L", " + std::to_wstring(count) + L" " + word;
         Say(summary);
+        SweepHost(DataFolderOfLog(log));
         return counts.contains(L"FAILED") ? exit_removal : exit_done;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());

@@ -10,7 +10,9 @@
 namespace host {
 
 struct RunOptions {
+    // Empty for the removal of a product by its identifier.
     std::wstring setup_folder;
+    std::wstring guid;
     // Empty takes the product file's target.
     std::wstring target;
     // Empty leaves the trace as it is.
@@ -24,6 +26,10 @@ struct RunOptions {
     std::map<std::wstring, std::wstring> variables;
     int language = 0;
     bool silent = false;
+    // Brings back what is missing or damaged.
+    bool repair = false;
+    // Takes a version lower than the installed one.
+    bool allow_downgrade = false;
     // Shows the engine's notes.
     bool notes = false;
     // A main window stands behind the dialogs.
@@ -37,7 +43,10 @@ struct RunOptions {
 // Runs the setup's script. A run that fails or is stopped leaves the target as it was.
 ExitCode RunSetup(const RunOptions& options);
 
-// Removes what the setup's install log lists, newest first.
+// Removes what the install log of the setup or product lists, newest first.
 ExitCode RemoveSetup(const RunOptions& options);
+
+// Runs the setup of an installed product again, from where it was installed the last time.
+ExitCode ModifyProduct(RunOptions options);
 
 } // namespace host

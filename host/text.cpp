@@ -4,17 +4,6 @@
 
 namespace host {
 
-namespace {
-
-std::wstring ProgramFile()
-{
-    std::wstring path(32768, L'\0');
-    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
-    return path;
-}
-
-} // namespace
-
 std::string Utf8(std::wstring_view text)
 {
     const int units = static_cast<int>(text.size());
@@ -85,6 +74,13 @@ std::wstring Join(const std::wstring& folder, std::wstring_view name)
     if (!path.empty() && path.back() != L'\\')
         path += L'\\';
     return path.append(name);
+}
+
+std::wstring ProgramFile()
+{
+    std::wstring path(32768, L'\0');
+    path.resize(GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())));
+    return path;
 }
 
 std::wstring ProgramFolder()

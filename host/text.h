@@ -21,6 +21,8 @@ std::wstring LongPath(const std::wstring& path);
 // The absolute form of a path given by a person; "/x" is taken on the current drive.
 std::wstring FullPath(const std::wstring& path);
 std::wstring Join(const std::wstring& folder, std::wstring_view name);
+// The full path of this program.
+std::wstring ProgramFile();
 // The folder of this program, without a backslash at its end.
 std::wstring ProgramFolder();
 // "vhhost", for example.

@@ -29,6 +29,7 @@ enum FileFlags : unsigned {
     file_permanent = 2,
     file_never_overwrite = 4,
     file_always_overwrite = 8,
+    file_keep_changed = 16, // what somebody changed since it was placed stays
 };
 struct FileFlagName {
     const wchar_t* name;
@@ -39,6 +40,7 @@ inline constexpr FileFlagName file_flag_names[] = {
     {L"permanent", file_permanent},
     {L"never-overwrite", file_never_overwrite},
     {L"always-overwrite", file_always_overwrite},
+    {L"keep-changed", file_keep_changed},
 };
 
 // One file of the payload.
@@ -52,6 +54,10 @@ struct ProductFile {
     WORD language = 0;
     unsigned flags = 0;
 };
+
+// For whom a product is installed.
+enum class Scope { user, machine };
+inline constexpr const wchar_t* scope_names[] = {L"user", L"machine"};
 
 // Which languages and systems something is for; an empty list and no bit stand for all.
 struct Audience {
@@ -171,9 +177,10 @@ struct Product {
     std::wstring company;
     std::wstring guid;
     std::wstring installGuid;
+    Scope scope = Scope::user;
     std::vector<WORD> languages{1033};
     std::map<WORD, StringTable> strings;
-    std::wstring target = L"<LOCALAPPDATA>\\Programs\\<PRODUCT_NAME>";
+    std::wstring target;
     // Run in this order in one global scope; the last one is the setup's own.
     std::vector<std::wstring> scripts;
     std::wstring skin;
@@ -194,5 +201,7 @@ struct Product {
 
 // Reads and checks a product file and measures its payload. Throws engine_error.
 std::unique_ptr<Product> ReadProduct(const std::wstring& file);
+// For whom a product file installs; nothing else of it is looked at.
+Scope ReadScope(const std::wstring& file);
 
 } // namespace vh::engine

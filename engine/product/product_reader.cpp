@@ -68,6 +68,16 @@ std::wstring Version(const JsonPlace& at)
 
 WORD Language(const JsonPlace& at) { return static_cast<WORD>(at.Number(1, 65535)); }
 
+Scope ScopeOf(const JsonPlace& root)
+{
+    const std::wstring name = root.Text("scope", scope_names[0]);
+    if (name != scope_names[0] && name != scope_names[1])
+        root.At("scope").Fail(L"must be user or machine");
+    return name == scope_names[1] ? Scope::machine : Scope::user;
+}
+constexpr const wchar_t* default_targets[] = {L"<LOCALAPPDATA>\\Programs\\<PRODUCT_NAME>",
+                                              L"<PROGRAMFILES>\\<PRODUCT_NAME>"};
+
 // A name that stands in item paths and file paths.
 std::wstring PlainName(const JsonPlace& at)
 {
@@ -138,10 +148,10 @@ std::unique_ptr<Product> ProductReader::Read()
 {
     const nlohmann::json document = ParseJson(m_file);
     const JsonPlace root(document, m_file);
-    root.Keys({"format",          "name",   "version",   "company",  "guid",       "installGuid", "languages",
-               "strings",         "target", "payload",   "script",   "scripts",    "skin",        "maintenanceOption",
-               "enabledServices", "key",    "variables", "features", "setupTypes", "support",     "registrySets",
-               "shellObjects",    "media"});
+    root.Keys({"format",   "name",       "version",           "company",         "guid",         "installGuid",
+               "scope",    "languages",  "strings",           "target",          "payload",      "script",
+               "scripts",  "skin",       "maintenanceOption", "enabledServices", "key",          "variables",
+               "features", "setupTypes", "support",           "registrySets",    "shellObjects", "media"});
     ReadHead(root);
     ReadStrings(root);
     root.At("features");
@@ -165,10 +175,10 @@ void ProductReader::ReadHead(const JsonPlace& root)
     product.company = root.Text("company");
     product.guid = Identifier(root.At("guid"));
     product.installGuid = root.Has("installGuid") ? Identifier(root.At("installGuid")) : product.guid;
+    product.scope = ScopeOf(root);
     product.payloadFolder = JoinPath(FolderOf(m_file), Folder(root, "payload"));
     m_payload.emplace(FolderOf(m_file), product.payloadFolder);
-    if (root.Has("target"))
-        product.target = Pattern(root.At("target"));
+    product.target = root.Has("target") ? Pattern(root.At("target")) : default_targets[product.scope == Scope::machine];
     root.Each("scripts", 16, [&](const JsonPlace& file) { product.scripts.push_back(Below(file)); });
     product.scripts.push_back(root.Has("script") ? Folder(root, "script") : L"setup.js");
     product.skin = Folder(root, "skin");
@@ -451,6 +461,12 @@ std::unique_ptr<Item> FirstDisk()
 }
 
 } // namespace
+
+Scope ReadScope(const std::wstring& file)
+{
+    const nlohmann::json document = ParseJson(file);
+    return ScopeOf(JsonPlace(document, file));
+}
 
 std::unique_ptr<Product> ReadProduct(const std::wstring& file)
 {

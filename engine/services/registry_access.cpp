@@ -190,13 +190,36 @@ void DropValue(const RegistryPlace& place, const std::wstring& name)
         ThrowKeyError(place, code);
 }
 
-void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+namespace {
+
+// The key and those above it.
+std::vector<RegistryPlace> PartsOf(const RegistryPlace& place)
 {
+    std::vector<RegistryPlace> parts;
     for (std::size_t end = 0; end != std::wstring::npos;) {
         end = place.key.find(L'\\', end ? end + 1 : 0);
-        RegistryPlace part = place;
-        part.key = place.key.substr(0, end);
-        if (part.key.empty() || KeyThere(part, end != std::wstring::npos))
+        parts.push_back(place);
+        parts.back().key.resize(std::min(end, place.key.size()));
+    }
+    return parts;
+}
+
+void Want(const Recording& to, const RegistryPlace& place, const std::wstring& name = {})
+{
+    if (to.loose || place.rootName.empty())
+        return;
+    to.log->Want(place.Name(), name);
+    for (const RegistryPlace& part : PartsOf(place))
+        to.log->Want(part.Name());
+}
+
+} // namespace
+
+void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring& keyClass, const std::wstring& feature)
+{
+    Want(to, place);
+    for (const RegistryPlace& part : PartsOf(place)) {
+        if (part.key.empty() || KeyThere(part, part.key.size() != place.key.size()))
             continue;
         if (!part.rootName.empty()) {
             LogRecord record;
@@ -274,6 +297,7 @@ std::vector<LogRecord> TreeRecords(const RegistryPlace& top)
 void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstring& name, const RawValue& value,
                 const std::wstring& feature)
 {
+    Want(to, place, name);
     const auto old = ReadValue(place, name);
     if (old == value)
         return;

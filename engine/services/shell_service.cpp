@@ -83,6 +83,13 @@ private:
     std::wstring m_path;
 };
 
+// A shortcut that the product made, and that is no longer as it was made.
+bool IsChanged(const Core& core, const std::wstring& path, const FileFacts& there)
+{
+    const LogRecord* record = core.log->Newest(LogKind::shell, path);
+    return record && !record->found && (record->size != there.size || record->time != there.time);
+}
+
 } // namespace
 
 std::wstring ShellFolderPath(const Core& core, std::wstring_view name)
@@ -113,7 +120,8 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     const FileFacts there = FactsOf(path);
     // What a shortcut holds beyond the record stays with it, also under another name.
     const std::wstring& origin = link.origin.empty() ? path : link.origin;
-    if (FactsOf(origin).file() && !CopyFileW(LongPath(origin).c_str(), LongPath(draft.path()).c_str(), FALSE))
+    const bool damaged = core.options.repair && there.file() && IsChanged(core, path, there);
+    if (FactsOf(origin).file() && !(damaged && SameText(origin, path)) && !CopyFileW(LongPath(origin).c_str(), LongPath(draft.path()).c_str(), FALSE))
         ThrowFileError(origin, L"can't read the shortcut", GetLastError());
     SetFileAttributesW(LongPath(draft.path()).c_str(), FILE_ATTRIBUTE_NORMAL);
     WriteShellLink(link, draft.path());
@@ -129,8 +137,11 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     file.loose = loose;
     // A shortcut of somebody else comes back at removal, however often ours is written.
     if (!loose && there.file())
-        file.previous = IsOurs(core, file, there) ? FromHex(core.log->Newest(file.kind, path)->oldData)
-                                                  : ReadWhole(path, largest_shortcut);
+        file.previous = damaged || IsOurs(core, file, there) ? FromHex(core.log->Newest(file.kind, path)->oldData)
+                                                             : ReadWhole(path, largest_shortcut);
+    // One that is ours and says all this already is left alone, whatever its time.
+    if (there.file() && IsOurs(core, file, there) && SameContent(file.source, path))
+        return core.log->Want(path);
     WriteAllOrNothing(core, {&file, 1}, {[](uint64_t, const FileToWrite&) {}});
 }
 

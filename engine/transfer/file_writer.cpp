@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 
+#include "../sha256.h"
 #include "removal.h"
 
 namespace vh::engine {
@@ -35,8 +36,9 @@ private:
     bool m_done = false;
 };
 
-// `flushed` content reaches the disk before this returns.
-void CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed, const WriterNews& news)
+// `flushed` content reaches the disk before this returns. Result: the content's SHA-256; empty for a loose file, which
+// nobody compares later.
+std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed, const WriterNews& news)
 {
     const unique_file source(CreateFileW(LongPath(file.source).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                          OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
@@ -47,6 +49,9 @@ void CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed
     if (!target)
         ThrowFileError(file.target, L"can't write the file", GetLastError());
     const auto block = std::make_unique<std::byte[]>(block_size);
+    std::optional<Sha256> hash;
+    if (!file.loose)
+        hash.emplace();
     uint64_t copied = 0;
     DWORD got = 0;
     do {
@@ -55,6 +60,8 @@ void CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed
         DWORD put = 0;
         if (got && (!WriteFile(target.get(), block.get(), got, &put, nullptr) || put != got))
             ThrowFileError(file.target, L"can't write the file", put ? ERROR_WRITE_FAULT : GetLastError());
+        if (hash)
+            hash->Add({block.get(), got});
         copied += got;
         news.advance(got, file);
     } while (got);
@@ -66,6 +73,7 @@ void CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed
         ThrowFileError(file.target, L"can't set the file's time", GetLastError());
     if (flushed && !FlushFileBuffers(target.get()))
         ThrowFileError(file.target, L"can't write the file", GetLastError());
+    return hash ? hash->Finish() : std::wstring();
 }
 
 void Rename(const std::wstring& from, const std::wstring& to, const std::wstring& about, const wchar_t* doing)
@@ -84,28 +92,12 @@ bool IsNewer(const std::wstring& present, const FileToWrite& file)
     return !given.empty() && CompareVersions(there, given) > 0;
 }
 
-// Reads both to the end; false also when one can't be read.
-bool SameContent(const std::wstring& a, const std::wstring& b)
+// By the log, which need not read the source; without its word by the source.
+bool HoldsWhatWasPlaced(const Core& core, const FileToWrite& file)
 {
-    const auto open = [](const std::wstring& path) {
-        return unique_file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    };
-    const unique_file first = open(a);
-    const unique_file second = open(b);
-    if (!first || !second)
-        return false;
-    const auto blocks = std::make_unique<std::byte[]>(std::size_t{2} * block_size);
-    for (;;) {
-        DWORD got = 0;
-        DWORD gotToo = 0;
-        if (!ReadFile(first.get(), blocks.get(), block_size, &got, nullptr) ||
-            !ReadFile(second.get(), blocks.get() + block_size, block_size, &gotToo, nullptr) || got != gotToo ||
-            memcmp(blocks.get(), blocks.get() + block_size, got) != 0)
-            return false;
-        if (!got)
-            return true;
-    }
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
+    return record && !record->digest.empty() && !file.compare ? Sha256OfFile(file.target) == record->digest
+                                                              : SameContent(file.source, file.target);
 }
 
 bool IsSame(const Core& core, const FileToWrite& file, const FileFacts& there)
@@ -118,6 +110,8 @@ bool IsSame(const Core& core, const FileToWrite& file, const FileFacts& there)
         if (!record || record->sourceTime != file.time || record->time != there.time)
             return false;
     }
+    if (core.options.repair)
+        return HoldsWhatWasPlaced(core, file);
     return !file.compare || SameContent(file.source, file.target);
 }
 
@@ -130,11 +124,20 @@ Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there
         return Written::same;
     if (file.flags & file_never_overwrite)
         return Written::stays;
+    if ((file.flags & file_keep_changed) && !IsOurs(core, file, there))
+        return Written::changed_stays;
     if (!(file.flags & file_always_overwrite) && IsNewer(file.target, file))
         return Written::newer_stays;
     if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !file.overReadOnly && !IsOurs(core, file, there))
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), file.target, L"the file is read-only");
     return Written::written;
+}
+
+// What stands there came neither from the product nor from an earlier version of it.
+bool IsForeign(const Core& core, const FileToWrite& file)
+{
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
+    return !record || record->found;
 }
 
 LogRecord FolderRecord(const std::wstring& folder, const std::wstring& feature, bool loose)
@@ -177,14 +180,16 @@ public:
         Record();
         for (const std::wstring& folder : m_folders)
             MakeFolder(folder);
+        std::map<std::wstring, std::wstring> digests;
         for (const Step& step : m_steps) {
             if (step.decision == Written::written)
-                Put(step, news);
+                Put(step, news, digests);
             else
                 news.advance(step.file->size, *step.file);
             if (news.done)
                 news.done(step.decision, *step.file);
         }
+        m_core.log->NoteContents(std::move(digests));
     }
 
 private:
@@ -199,6 +204,8 @@ private:
     void Plan(const FileToWrite& file)
     {
         const FileFacts there = FactsOf(file.target);
+        if (!file.loose)
+            Want(file);
         Step step{&file, there.exists() ? Decide(m_core, file, there) : Written::written};
         if (step.decision == Written::same)
             RecordFound(file, there);
@@ -210,12 +217,22 @@ private:
                 }
             LogRecord record = RecordOf(file);
             step.temp = record.temp = m_core.log->NewAside(file.target, L"new");
-            if (there.exists())
+            if (there.exists()) {
                 step.backup = record.backup = m_core.log->NewAside(file.target, L"old");
+                record.original =
+                    file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(m_core, file);
+            }
             step.record = m_records.size();
             m_records.push_back(std::move(record));
         }
         m_steps.push_back(std::move(step));
+    }
+
+    void Want(const FileToWrite& file)
+    {
+        m_core.log->Want(file.target);
+        for (std::wstring folder = FolderOf(file.target); m_wanted.insert(folder).second; folder = FolderOf(folder))
+            m_core.log->Want(folder);
     }
 
     // A file that is there already and the same counts as placed. It is the product's when a record says so: one of
@@ -251,12 +268,13 @@ private:
             m_core.log->Flush();
     }
 
-    void Put(const Step& step, const WriterNews& news)
+    void Put(const Step& step, const WriterNews& news, std::map<std::wstring, std::wstring>& digests)
     {
         const FileToWrite& file = *step.file;
         const bool replaces = !step.backup.empty();
         TempFile unfinished(step.temp);
-        CopyContent(file, step.temp, replaces, news);
+        if (std::wstring digest = CopyContent(file, step.temp, replaces, news); !digest.empty())
+            digests[Number(static_cast<int64_t>(step.record))] = std::move(digest);
         if (const FileFacts kept = FactsOf(step.temp); kept.time != file.time)
             m_core.log->NotePlaced(static_cast<long>(step.record), kept.size, kept.time);
         if (replaces)
@@ -278,9 +296,33 @@ private:
     std::vector<LogRecord> m_records;
     std::vector<std::wstring> m_folders; // to be made, the outermost first
     std::set<std::wstring> m_seen;
+    std::set<std::wstring> m_wanted; // folders that the log has heard of
 };
 
 } // namespace
+
+bool SameContent(const std::wstring& a, const std::wstring& b)
+{
+    const auto open = [](const std::wstring& path) {
+        return unique_file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    };
+    const unique_file first = open(a);
+    const unique_file second = open(b);
+    if (!first || !second)
+        return false;
+    const auto blocks = std::make_unique<std::byte[]>(std::size_t{2} * block_size);
+    for (;;) {
+        DWORD got = 0;
+        DWORD gotToo = 0;
+        if (!ReadFile(first.get(), blocks.get(), block_size, &got, nullptr) ||
+            !ReadFile(second.get(), blocks.get() + block_size, block_size, &gotToo, nullptr) || got != gotToo ||
+            memcmp(blocks.get(), blocks.get() + block_size, got) != 0)
+            return false;
+        if (!got)
+            return true;
+    }
+}
 
 bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
 {
@@ -291,6 +333,8 @@ bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
 void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged)
 {
     const std::vector<std::wstring> missing = MissingFolders(path);
+    for (std::wstring folder = path; logged && !folder.empty(); folder = FolderOf(folder))
+        core.log->Want(folder);
     std::vector<LogRecord> records;
     for (const std::wstring& folder : missing)
         records.push_back(FolderRecord(folder, {}, false));

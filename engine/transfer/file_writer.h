@@ -28,7 +28,10 @@ struct FileToWrite {
     bool compare = false;
 };
 
-enum class Written { written, same, newer_stays, stays };
+enum class Written { written, same, newer_stays, changed_stays, stays };
+
+// Reads both to the end; false also when one can't be read.
+bool SameContent(const std::wstring& a, const std::wstring& b);
 
 // Makes the missing folders of a path, each one recorded before; those that are not logged stay also after a failure.
 void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged);

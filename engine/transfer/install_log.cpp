@@ -47,11 +47,14 @@ constexpr bool BelongsToNoRun(LogKind kind)
 
 } // namespace
 
-InstallLog::InstallLog(std::wstring file) : m_file(std::move(file)), m_token(NewToken())
+InstallLog::InstallLog(std::wstring file, LogAccess access) : m_file(std::move(file)), m_token(NewToken())
 {
-    Claim();
+    if (access == LogAccess::claim)
+        Claim();
     Read();
 }
+
+std::wstring InstallLog::OriginalsFolder() const { return JoinPath(FolderOf(m_file), L"originals"); }
 
 std::wstring InstallLog::OwnerFile() const { return JoinPath(FolderOf(m_file), L"setup.running"); }
 
@@ -116,7 +119,7 @@ void InstallLog::Read()
         start = end + 1;
         m_wholeBytes = start;
     }
-    if (m_wholeBytes != content.size())
+    if (m_writer && m_wholeBytes != content.size())
         CutAt(m_wholeBytes);
     m_unfinished = FindUnfinished();
 }
@@ -124,6 +127,8 @@ void InstallLog::Read()
 void InstallLog::Keep(LogRecord record)
 {
     const std::size_t index = m_records.size();
+    if (record.original)
+        record.waits = JoinPath(OriginalsFolder(), Number(record.id));
     m_lastId = std::max(m_lastId, record.id);
     if (record.kind == LogKind::undone) {
         m_undone.insert(record.ref);
@@ -134,6 +139,10 @@ void InstallLog::Keep(LogRecord record)
             file.size = record.size;
             file.time = record.time;
         }
+    } else if (record.kind == LogKind::content) {
+        for (const auto& [id, digest] : record.texts)
+            if (const auto of = m_byId.find(wcstol(id.c_str(), nullptr, 10)); of != m_byId.end())
+                m_records[of->second].digest = digest;
     } else if (record.ref) {
         m_takenBack[record.ref].push_back(record.id);
     }
@@ -329,6 +338,22 @@ void InstallLog::NotePlaced(long id, uint64_t size, uint64_t time)
     Append(std::move(record));
 }
 
+void InstallLog::NoteContents(std::map<std::wstring, std::wstring> digests)
+{
+    if (digests.empty())
+        return;
+    LogRecord record;
+    record.kind = LogKind::content;
+    record.texts = std::move(digests);
+    Append(std::move(record));
+}
+
+const LogRecord* InstallLog::Find(long id) const
+{
+    const auto found = m_byId.find(id);
+    return found == m_byId.end() ? nullptr : &m_records[found->second];
+}
+
 const LogRecord* InstallLog::Newest(LogKind kind, std::wstring_view what) const
 {
     if (what.empty()) {
@@ -354,7 +379,7 @@ std::vector<const LogRecord*> InstallLog::Standing(LogKind kind) const
     std::set<std::wstring> seen;
     for (auto record = m_records.rbegin(); record != m_records.rend(); ++record)
         if (record->kind == kind && !record->loose && !record->ref && !Undone(*record) &&
-            seen.insert(Upper(record->what + L'\n' + record->name)).second)
+            seen.insert(KeyOf(record->what, record->name)).second)
             standing.push_back(&*record);
     std::reverse(standing.begin(), standing.end());
     return standing;
@@ -389,6 +414,7 @@ void InstallLog::Close()
     m_writer.reset();
     if (m_wholeBytes)
         return;
+    RemoveDirectoryW(LongPath(OriginalsFolder()).c_str());
     // Another setup that has claimed it by now keeps it.
     RemoveFile(m_file);
     RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());

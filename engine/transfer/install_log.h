@@ -10,11 +10,15 @@
 
 namespace vh::engine {
 
+// A setup claims its log; who only looks reads what is there at this moment, also of a setup that runs.
+enum class LogAccess { claim, look };
+
 class InstallLog {
 public:
     // Claims the log, then reads it under the claim. A last line that a kill cut short is cut off; damaged lines are
-    // passed over. Throws engine_error, and names the other setup when one has the log.
-    explicit InstallLog(std::wstring file);
+    // passed over. Throws engine_error, and names the other setup when one has the log. A log that is looked at
+    // can't be appended to.
+    explicit InstallLog(std::wstring file, LogAccess access = LogAccess::claim);
     ~InstallLog() { Close(); }
     InstallLog(const InstallLog&) = delete;
     InstallLog& operator=(const InstallLog&) = delete;
@@ -54,6 +58,15 @@ public:
     // The size and time that the target kept for the file of a record.
     void NotePlaced(long id, uint64_t size, uint64_t time);
 
+    // SHA-256 of what files hold, by the number of their records.
+    void NoteContents(std::map<std::wstring, std::wstring> digests);
+    // The run of this object wants the thing to be there, though it may have left it as it was. An upgrade takes away
+    // what nobody wants.
+    void Want(std::wstring_view what, std::wstring_view name = {}) { m_wanted.insert(KeyOf(what, name)); }
+    bool IsWanted(const LogRecord& record) const { return m_wanted.contains(KeyOf(record.what, record.name)); }
+
+    // Null when there is none.
+    const LogRecord* Find(long id) const;
     // The newest record of a kind and name that is not undone and that a removal knows; null when there is none.
     const LogRecord* Newest(LogKind kind, std::wstring_view what) const;
     // Records of a kind that still stand, oldest first; of several for one name the newest only.
@@ -68,6 +81,10 @@ public:
     void Close();
 
 private:
+    static std::wstring KeyOf(std::wstring_view what, std::wstring_view name)
+    {
+        return Upper(std::wstring(what) + L'\n' + std::wstring(name));
+    }
     void Claim();
     [[noreturn]] void ThrowClaimed() const;
     void Read();
@@ -76,6 +93,7 @@ private:
     void CutAt(uint64_t size);
     void Keep(LogRecord record);
     std::wstring OwnerFile() const;
+    std::wstring OriginalsFolder() const;
 
     std::wstring m_file;
     std::wstring m_token; // of this log's names
@@ -88,6 +106,7 @@ private:
     std::vector<long> m_damaged;
     std::set<std::size_t> m_damagedAt; // how many records stand before each damaged line
     std::set<long> m_unfinished;
+    std::set<std::wstring> m_wanted;
     unique_file m_writer;
     unique_file m_owner;       // tells others whose claim it is; goes with the process
     uint64_t m_wholeBytes = 0; // of complete lines

@@ -17,15 +17,12 @@ struct KindName {
     const char* name;
 };
 constexpr KindName kind_names[] = {
-    {LogKind::run, "run"},           {LogKind::commit, "commit"},
-    {LogKind::ended, "ended"},       {LogKind::clean, "clean"},
-    {LogKind::features, "features"}, {LogKind::folder, "folder"},
-    {LogKind::file, "file"},         {LogKind::placed, "placed"},
-    {LogKind::key, "key"},           {LogKind::value, "value"},
-    {LogKind::set, "set"},           {LogKind::shell, "shell"},
-    {LogKind::texts, "texts"},       {LogKind::taken, "taken"},
-    {LogKind::unkey, "unkey"},       {LogKind::forgotten, "forgotten"},
-    {LogKind::undone, "undone"},
+    {LogKind::run, "run"},     {LogKind::commit, "commit"},       {LogKind::ended, "ended"},
+    {LogKind::clean, "clean"}, {LogKind::features, "features"},   {LogKind::folder, "folder"},
+    {LogKind::file, "file"},   {LogKind::placed, "placed"},       {LogKind::content, "content"},
+    {LogKind::key, "key"},     {LogKind::value, "value"},         {LogKind::set, "set"},
+    {LogKind::shell, "shell"}, {LogKind::texts, "texts"},         {LogKind::taken, "taken"},
+    {LogKind::unkey, "unkey"}, {LogKind::forgotten, "forgotten"}, {LogKind::undone, "undone"},
 };
 
 // The fields of a record and their keys in the file; a field at its default is left out.
@@ -41,10 +38,14 @@ constexpr Field<std::wstring> text_fields[] = {
 };
 constexpr Field<uint64_t> size_fields[] = {
     {"size", &LogRecord::size}, {"time", &LogRecord::time}, {"sourceTime", &LogRecord::sourceTime}};
-constexpr Field<bool> truth_fields[] = {
-    {"permanent", &LogRecord::permanent}, {"found", &LogRecord::found}, {"loose", &LogRecord::loose}};
+constexpr Field<bool> truth_fields[] = {{"permanent", &LogRecord::permanent},
+                                        {"found", &LogRecord::found},
+                                        {"original", &LogRecord::original},
+                                        {"loose", &LogRecord::loose}};
 constexpr Field<long> number_fields[] = {
     {"type", &LogRecord::type}, {"oldType", &LogRecord::oldType}, {"ref", &LogRecord::ref}};
+
+constexpr Field<std::vector<std::wstring>> list_fields[] = {{"list", &LogRecord::list}, {"others", &LogRecord::others}};
 
 const char* NameOf(LogKind kind)
 {
@@ -142,8 +143,9 @@ std::string ToLine(const LogRecord& record)
     Put(line, record, size_fields);
     Put(line, record, truth_fields);
     Put(line, record, number_fields);
-    for (const std::wstring& entry : record.list)
-        line["list"].push_back(ToUtf8(entry));
+    for (const auto& [key, field] : list_fields)
+        for (const std::wstring& entry : record.*field)
+            line[key].push_back(ToUtf8(entry));
     for (const auto& [name, value] : record.texts)
         line["texts"][ToUtf8(name)] = ToUtf8(value);
     std::string text = line.dump();
@@ -174,9 +176,10 @@ std::optional<LogRecord> FromLine(std::string_view text)
         Get(line, record, size_fields);
         Get(line, record, truth_fields);
         Get(line, record, number_fields);
-        if (const auto list = line.find("list"); list != line.end())
-            for (const json& entry : *list)
-                record.list.push_back(ToWide(entry.get<std::string>()));
+        for (const auto& [list, field] : list_fields)
+            if (const auto found = line.find(list); found != line.end())
+                for (const json& entry : *found)
+                    (record.*field).push_back(ToWide(entry.get<std::string>()));
         if (const auto texts = line.find("texts"); texts != line.end())
             for (const auto& [key, value] : texts->items())
                 record.texts[ToWide(key)] = ToWide(value.get<std::string>());

@@ -19,6 +19,7 @@ enum class LogKind {
     folder,    // a folder was made
     file,      // a file is written under `temp`, what stood there goes to `backup`, then it gets its name
     placed,    // the file of record `ref` kept another size or time than it was given
+    content,   // `texts`: the SHA-256 of what files hold, by the number of their record
     key,       // a registry key was made
     value,     // a registry value was written, or deleted (type -1); `old` is what it was
     set,       // a registry set was applied
@@ -50,6 +51,8 @@ struct LogRecord {
     std::wstring temp;
     std::wstring backup;
     std::wstring version;
+    // SHA-256 of what was written, from the `content` record behind; empty when it is not known.
+    std::wstring digest;
     // What the target holds; the source's time where the target keeps times less exactly.
     uint64_t size = 0;
     uint64_t time = 0;
@@ -57,6 +60,10 @@ struct LogRecord {
     bool permanent = false;
     // Stood there already, the same: placed, but not the product's.
     bool found = false;
+    // What stood there was not the product's: it comes back at removal. Behind the commit it waits at `waits`, which
+    // the log works out and no line tells.
+    bool original = false;
+    std::wstring waits;
     // Matters until the run ends; a removal knows nothing of it.
     bool loose = false;
     // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1. A shortcut
@@ -70,6 +77,8 @@ struct LogRecord {
     // one stands.
     long ref = 0;
     std::vector<std::wstring> list;
+    // Features that were there and not selected.
+    std::vector<std::wstring> others;
     std::map<std::wstring, std::wstring> texts;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "../../scriptdata/folder_link.h"
+#include "../maintenance.h"
 #include "../services/reboot_texts.h"
 #include "undo_step.h"
 
@@ -128,19 +129,21 @@ bool DropBackup(const LogRecord& record)
     return RemoveDirectoryW(LongPath(record.backup).c_str()) != 0;
 }
 
-// Folders and keys of features that are no longer selected, as far as nothing is in them.
-void DropEmptyPlaces(InstallLog& log)
+// Folders and keys of features that are no longer selected, or that nobody wants, as far as nothing is in them.
+void DropEmptyPlaces(InstallLog& log, const RecordFilter& unwanted)
 {
-    const LogRecord* selection = log.Newest(LogKind::features, {});
-    if (!selection)
-        return;
     std::set<std::wstring> selected;
-    for (const std::wstring& path : selection->list)
-        selected.insert(Upper(path));
+    const LogRecord* selection = log.Newest(LogKind::features, {});
+    if (selection)
+        for (const std::wstring& path : selection->list)
+            selected.insert(Upper(path));
+    const auto unselected = [&](const LogRecord& record) {
+        return selection && !record.feature.empty() && !selected.contains(Upper(record.feature));
+    };
     for (std::size_t i = log.Records().size(); i-- > 0;) {
         const LogRecord record = log.Records()[i];
         if ((record.kind != LogKind::folder && record.kind != LogKind::key) || !IsForRemoval(record) ||
-            record.feature.empty() || selected.contains(Upper(record.feature)) || log.Undone(record))
+            log.Undone(record) || (!unselected(record) && !(unwanted && unwanted(record))))
             continue;
         if (RemoveStep(record, false).settled)
             log.MarkUndone(record.id);
@@ -149,16 +152,24 @@ void DropEmptyPlaces(InstallLog& log)
 
 } // namespace
 
-void TidyUp(InstallLog& log)
+void TidyUp(InstallLog& log, const RecordFilter& unwanted)
 {
     const std::set<long> untidy = log.UntidyRuns();
     if (untidy.empty())
         return;
     std::set<long> waiting;
-    for (const LogRecord& record : log.Records())
-        if (untidy.contains(record.run) && !record.backup.empty() && !log.Undone(record) && !DropBackup(record))
+    for (const LogRecord& record : log.Records()) {
+        if (!untidy.contains(record.run) || log.Undone(record))
+            continue;
+        // The original of a file that is the product's no more comes back; those of others wait for the removal.
+        const bool over = record.kind == LogKind::taken || record.kind == LogKind::forgotten;
+        const LogRecord* of = over && record.ref ? log.Find(record.ref) : nullptr;
+        const bool settled = !(of && of->original) || SettleOriginal(*of);
+        const bool dropped = record.backup.empty() || (record.original ? StashOriginal(record) : DropBackup(record));
+        if (!settled || !dropped)
             waiting.insert(record.run);
-    DropEmptyPlaces(log);
+    }
+    DropEmptyPlaces(log, unwanted);
     for (const long run : untidy)
         if (!waiting.contains(run))
             log.TryFinish(run, LogKind::clean);
@@ -200,6 +211,7 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
     // Folders and keys that others use are all that may be left when nothing failed.
     if (!AnyFailed(results)) {
         log.Clear();
+        RemoveTree(KeptSetupFolder(logFile));
         WriteRebootTexts(logFile, {});
     }
     return results;

@@ -23,6 +23,7 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
 std::vector<Removal> RecoverRuns(InstallLog& log);
 
 // What waits for the end of a committed run: its backups go, and folders and keys that only unselected features had.
-void TidyUp(InstallLog& log);
+// Those of `unwanted` records go as well, when they are empty.
+void TidyUp(InstallLog& log, const RecordFilter& unwanted = {});
 
 } // namespace vh::engine

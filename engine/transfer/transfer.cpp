@@ -2,6 +2,7 @@
 
 #include <set>
 
+#include "../maintenance.h"
 #include "../product/costs.h"
 #include "file_writer.h"
 #include "take_away.h"
@@ -70,6 +71,8 @@ void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
     const auto done = [&](Written written, const FileToWrite& file) {
         if (written == Written::newer_stays)
             core.Note(file.target, L"a newer version stays");
+        else if (written == Written::changed_stays)
+            core.Note(file.target, L"stays, for it was changed since it was installed");
         else if (written == Written::stays)
             core.Note(file.target, L"the file stays as it is");
     };
@@ -121,6 +124,8 @@ Leftovers FindLeftovers(const Core& core, const DataSet& data, const std::vector
 
 void Transfer(Core& core, DataSet& data, const std::vector<Item*>& items, IUnknown* progress)
 {
+    if (&data == core.product.get())
+        CheckTargetStays(core);
     const auto plan = PlanItems(core, data, items);
     CheckSpace(core, data, items);
     const auto sink = SinkFor(core, plan, progress);
@@ -140,6 +145,7 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
     for (const auto& child : data.product->data.children)
         items.push_back(child.get());
     Transfer(core, data, items, progress);
+    core.moved |= &data == core.product.get();
 
     const Leftovers leftovers = FindLeftovers(core, data, items);
     const auto removed = TakeBack(core, [&](const LogRecord& record) {

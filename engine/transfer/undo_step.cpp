@@ -24,6 +24,24 @@ bool MoveOver(const std::wstring& from, const std::wstring& to)
     return MoveFileExW(LongPath(from).c_str(), LongPath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
 }
 
+// Also from one drive to another, and then by way of `part`: at every moment one of the names has the whole file.
+bool MoveWhole(const std::wstring& from, const std::wstring& to, const std::wstring& part)
+{
+    if (MoveOver(from, to))
+        return true;
+    if (GetLastError() != ERROR_NOT_SAME_DEVICE)
+        return false;
+    return CopyFileW(LongPath(from).c_str(), LongPath(part).c_str(), FALSE) && MoveOver(part, to) && RemoveFile(from);
+}
+
+// Where the file lies that stood there before; empty when there is none.
+std::wstring OriginalOf(const LogRecord& record)
+{
+    if (record.original && FactsOf(record.waits).file())
+        return record.waits;
+    return !record.backup.empty() && FactsOf(record.backup).file() ? record.backup : std::wstring();
+}
+
 UndoResult RemoveFileStep(const std::wstring& path)
 {
     return RemoveFile(path) ? UndoResult{RemovalOutcome::removed} : Failed(GetLastError());
@@ -66,19 +84,23 @@ UndoResult RollBackTaken(const LogRecord& record)
 UndoResult RemoveFileRecord(const LogRecord& record, bool superseded)
 {
     const FileFacts there = FactsOf(record.what);
+    const std::wstring original = OriginalOf(record);
     if (superseded) {
-        // A rollback that failed left the original here.
-        if (!there.exists() && !record.backup.empty() && FactsOf(record.backup).file())
-            return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
-        return {RemovalOutcome::absent};
+        // That of the first installation, or one that a failed rollback left.
+        if (original.empty() || (there.exists() && !record.original))
+            return {RemovalOutcome::absent};
+        return SettleOriginal(record) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
     }
-    const bool originalWaits = !record.backup.empty() && FactsOf(record.backup).file();
-    if (!there.exists() && !originalWaits)
+    if (!there.exists() && original.empty())
         return {RemovalOutcome::absent};
-    if (const auto keep = there.exists() ? ReasonToKeep(record, there) : std::nullopt)
+    if (const auto keep = there.exists() ? ReasonToKeep(record, there) : std::nullopt) {
+        if (record.original && !SettleOriginal(record))
+            return Failed(GetLastError());
         return {*keep};
-    if (originalWaits)
-        return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+    }
+    if (!original.empty())
+        return MoveWhole(original, record.what, record.temp) ? UndoResult{RemovalOutcome::restored}
+                                                             : Failed(GetLastError());
     if (record.oldData.empty())
         return RemoveFileStep(record.what);
     return ReplaceContent(record.what, FromHex(record.oldData), record.temp) ? UndoResult{RemovalOutcome::restored}
@@ -192,6 +214,29 @@ std::optional<RemovalOutcome> ReasonToKeep(const LogRecord& record, const FileFa
     if (!IsAsInstalled(record, there))
         return RemovalOutcome::kept_changed;
     return std::nullopt;
+}
+
+bool StashOriginal(const LogRecord& record)
+{
+    if (!FactsOf(record.backup).file())
+        return true;
+    try {
+        MakeFolders(FolderOf(record.waits));
+    } catch (const engine_error&) {
+        return false;
+    }
+    return MoveWhole(record.backup, record.waits, record.waits + L".part");
+}
+
+bool SettleOriginal(const LogRecord& record)
+{
+    const std::wstring original = OriginalOf(record);
+    if (original.empty())
+        return true;
+    std::wstring name = record.what;
+    for (int number = 1; FactsOf(name).exists(); ++number)
+        name = record.what + L".original" + (number > 1 ? Number(number) : std::wstring());
+    return MoveWhole(original, name, record.temp);
 }
 
 bool ReplaceContent(const std::wstring& path, std::string_view content, const std::wstring& aside)

@@ -23,6 +23,12 @@ UndoResult RemoveStep(const LogRecord& record, bool superseded);
 // Why a removal leaves a file of the product where it is; nothing when it goes.
 std::optional<RemovalOutcome> ReasonToKeep(const LogRecord& record, const FileFacts& there);
 
+// A file that was not the product's leaves its place beside the target, and waits where nobody sees it. False while it
+// can't.
+bool StashOriginal(const LogRecord& record);
+// It comes back to its place; where something else stands there now it gets a name of its own. False while it can't.
+bool SettleOriginal(const LogRecord& record);
+
 // Replaces a file by a text in one step; false, with the thread's last error, when it stays as it is.
 bool ReplaceContent(const std::wstring& path, std::string_view content, const std::wstring& aside);
 

@@ -63,7 +63,7 @@ TEST(ItemTexts, AreReadEachFromItsPlace)
     EXPECT_EQ(1, order);
 }
 
-TEST_F(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)
+TEST_F(Maintenance, KeepsTheTargetAndMovesToNoOther)
 {
     Install();
     Options options = folder.Given();
@@ -71,13 +71,28 @@ TEST_F(Maintenance, KeepsTheTargetUnlessAnotherOneIsGiven)
     Reopen(options);
     EXPECT_EQ(folder.Target(), engine->TargetDir());
     engine.reset();
-    options.targetDir = folder.Target(L"elsewhere");
+    const auto refusal = [&](const auto& step) {
+        try {
+            step();
+        } catch (const engine_error& error) {
+            return error.message().reason;
+        }
+        return std::wstring();
+    };
+    const std::wstring reason =
+        L"Probe is installed in " + folder.Target() + L"; remove it there before you install it elsewhere";
+    Options given = options;
+    given.targetDir = folder.Target(L"elsewhere");
+    EXPECT_EQ(reason, refusal([&] { Reopen(given); }));
+    given = options;
+    given.variables = {{L"TargetDir", L"C:\\elsewhere"}};
+    EXPECT_EQ(reason, refusal([&] { Reopen(given); }));
+    // A script that changes its mind about it.
     Reopen(options);
-    EXPECT_TRUE(engine->Maintenance());
-    const std::wstring log = Install();
-    EXPECT_TRUE(Exists(folder.Target(L"elsewhere\\a.bin")));
-    Uninstall(log);
-    EXPECT_FALSE(Exists(folder.Target()));
+    ServiceOf<ISetupTextSub>(*engine, global_text_service)
+        ->SetValue(bstr(L"TARGETDIR").get(), bstr(L"C:\\elsewhere").get());
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), MoveAll(*engine));
+    EXPECT_NE(std::wstring::npos, LastReason(*engine).find(reason));
 }
 
 TEST_F(Maintenance, CanForgetTheLogAndSelectWhatIsNew)

@@ -1,0 +1,74 @@
+#include "sha256.h"
+
+#include <array>
+#include <memory>
+
+#include "files.h"
+
+namespace vh::engine {
+
+namespace {
+
+struct provider_traits {
+    using value_type = BCRYPT_ALG_HANDLE;
+    static BCRYPT_ALG_HANDLE none() { return nullptr; }
+    static void close(BCRYPT_ALG_HANDLE provider) { BCryptCloseAlgorithmProvider(provider, 0); }
+};
+
+void Require(NTSTATUS status)
+{
+    if (status < 0)
+        throw engine_error(HRESULT_FROM_NT(status), {}, L"the system's SHA-256 can't be used");
+}
+
+// Opened once for the process.
+BCRYPT_ALG_HANDLE Provider()
+{
+    static const unique<provider_traits> provider = [] {
+        unique<provider_traits> made;
+        Require(BCryptOpenAlgorithmProvider(made.put(), BCRYPT_SHA256_ALGORITHM, nullptr, BCRYPT_HASH_REUSABLE_FLAG));
+        return made;
+    }();
+    return provider.get();
+}
+
+} // namespace
+
+Sha256::Sha256()
+{
+    Require(BCryptCreateHash(Provider(), m_hash.put(), nullptr, 0, nullptr, 0, BCRYPT_HASH_REUSABLE_FLAG));
+}
+
+void Sha256::Add(std::span<const std::byte> bytes)
+{
+    // The provider reads only.
+    auto* start = reinterpret_cast<UCHAR*>(const_cast<std::byte*>(bytes.data()));
+    Require(BCryptHashData(m_hash.get(), start, static_cast<ULONG>(bytes.size()), 0));
+}
+
+std::wstring Sha256::Finish()
+{
+    std::array<char, 32> digest{};
+    Require(
+        BCryptFinishHash(m_hash.get(), reinterpret_cast<UCHAR*>(digest.data()), static_cast<ULONG>(digest.size()), 0));
+    return ToHex({digest.data(), digest.size()});
+}
+
+std::wstring Sha256OfFile(const std::wstring& path)
+{
+    constexpr DWORD block_size = 256 * 1024;
+    const unique_file file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file)
+        ThrowFileError(path, GetLastError());
+    Sha256 hash;
+    const auto block = std::make_unique<std::byte[]>(block_size);
+    for (DWORD got = block_size; got;) {
+        if (!ReadFile(file.get(), block.get(), block_size, &got, nullptr))
+            ThrowFileError(path, GetLastError());
+        hash.Add({block.get(), got});
+    }
+    return hash.Finish();
+}
+
+} // namespace vh::engine

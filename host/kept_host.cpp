@@ -1,0 +1,177 @@
+#include "kept_host.h"
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+#include <windows.h>
+
+#include "engine/files.h"
+#include "scriptdata/unique.h"
+#include "text.h"
+
+namespace host {
+
+namespace {
+
+using vh::engine::FactsOf;
+using vh::engine::FileFacts;
+using vh::engine::JoinPath;
+using vh::engine::LiesIn;
+
+constexpr const wchar_t* program_name = L"vhhost.exe";
+// What the host needs beside itself, as far as it is there.
+constexpr const wchar_t* file_names[] = {program_name, L"VHRT.dll", L"vhres.dll", L"vhuser.dll", L"vhskin.dll"};
+constexpr const wchar_t* replaced_ending = L".old";
+
+std::wstring HostFolder(const std::wstring& data_folder) { return JoinPath(data_folder, L"host"); }
+
+// One setup at a time looks after the kept host.
+class Turn {
+public:
+    Turn() : m_mutex(CreateMutexW(nullptr, FALSE, L"Local\\VHSetup.Host"))
+    {
+        WaitForSingleObject(m_mutex.get(), INFINITE);
+    }
+    ~Turn() { ReleaseMutex(m_mutex.get()); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+private:
+    vh::unique_handle m_mutex;
+};
+
+// A higher version, or another build of the same.
+bool IsNewer(const std::wstring& ours, const std::wstring& kept)
+{
+    const FileFacts there = FactsOf(kept);
+    if (!there.exists())
+        return true;
+    const int step = vh::engine::CompareVersions(vh::engine::FileVersion(ours), vh::engine::FileVersion(kept));
+    const FileFacts given = FactsOf(ours);
+    return step > 0 || (step == 0 && (given.time > there.time || given.size != there.size));
+}
+
+// A program that runs can be renamed, but not written; the old one goes with the next setup or with the host.
+void Replace(const std::wstring& from, const std::wstring& to)
+{
+    const std::wstring fresh = to + L".new";
+    const std::wstring old = to + replaced_ending;
+    DeleteFileW(LongPath(old).c_str());
+    if (!CopyFileW(LongPath(from).c_str(), LongPath(fresh).c_str(), FALSE) ||
+        (!MoveFileExW(LongPath(fresh).c_str(), LongPath(to).c_str(), MOVEFILE_REPLACE_EXISTING) &&
+         (!MoveFileExW(LongPath(to).c_str(), LongPath(old).c_str(), MOVEFILE_REPLACE_EXISTING) ||
+          !MoveFileExW(LongPath(fresh).c_str(), LongPath(to).c_str(), 0)))) {
+        const DWORD code = GetLastError();
+        DeleteFileW(LongPath(fresh).c_str());
+        throw std::runtime_error(Utf8(to + L": can't keep the host for the removal: " + SystemText(code)));
+    }
+}
+
+// Logs are there from the start of a setup to its end, and as long as a product is installed.
+bool IsNeeded(const std::wstring& data_folder)
+{
+    const auto entries = vh::engine::ListFolder(data_folder, L"{*}");
+    return std::ranges::any_of(entries, [&](const vh::engine::Entry& entry) {
+        return FactsOf(JoinPath(JoinPath(data_folder, entry.name), L"install.log")).file();
+    });
+}
+
+// Only files that were put there.
+void RemoveHost(const std::wstring& data_folder)
+{
+    const std::wstring folder = HostFolder(data_folder);
+    for (const wchar_t* name : file_names)
+        for (const wchar_t* ending : {L"", replaced_ending})
+            vh::engine::RemoveFile(JoinPath(folder, name) + ending);
+    RemoveDirectoryW(LongPath(folder).c_str());
+    RemoveDirectoryW(LongPath(data_folder).c_str());
+}
+
+// The copy is deleted by the system when the last handle to it is closed, which is when it has ended.
+void StartSweeper(const std::wstring& data_folder)
+{
+    const std::wstring copy =
+        JoinPath(vh::engine::TempFolder(), L"VHSetup" + std::to_wstring(GetCurrentProcessId()) + L".exe");
+    if (!CopyFileW(LongPath(ProgramFile()).c_str(), LongPath(copy).c_str(), FALSE))
+        return;
+    SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
+    const vh::unique_file life(CreateFileW(LongPath(copy).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                           &inherited, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    std::wstring line =
+        Quoted(copy) + L" --sweep " + Quoted(data_folder) + L" --after " + std::to_wstring(GetCurrentProcessId());
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(copy.c_str(), line.data(), nullptr, nullptr, TRUE, DETACHED_PROCESS, nullptr,
+                        vh::engine::TempFolder().c_str(), &startup, &process))
+        return;
+    vh::unique_handle(process.hThread);
+    vh::unique_handle(process.hProcess);
+}
+
+} // namespace
+
+void KeepHost(const std::wstring& data_folder)
+{
+    const Turn turn;
+    const std::wstring folder = HostFolder(data_folder);
+    if (LiesIn(ProgramFolder(), folder))
+        return;
+    if (!IsNewer(JoinPath(ProgramFolder(), program_name), JoinPath(folder, program_name)))
+        return;
+    try {
+        vh::engine::MakeFolders(folder);
+    } catch (const vh::engine::engine_error& error) {
+        throw std::runtime_error(error.what());
+    }
+    // The program comes last: it stands for all.
+    for (auto name = std::rbegin(file_names); name != std::rend(file_names); ++name)
+        if (const std::wstring from = JoinPath(ProgramFolder(), *name); FactsOf(from).file())
+            Replace(from, JoinPath(folder, *name));
+}
+
+void SweepHost(const std::wstring& data_folder)
+{
+    const Turn turn;
+    if (IsNeeded(data_folder) || !FactsOf(HostFolder(data_folder)).folder())
+        return;
+    if (LiesIn(ProgramFolder(), HostFolder(data_folder)))
+        StartSweeper(data_folder);
+    else
+        RemoveHost(data_folder);
+}
+
+void SweepAfter(const std::wstring& data_folder, unsigned long process)
+{
+    constexpr DWORD longest_wait = 60'000;
+    if (const vh::unique_handle parent(OpenProcess(SYNCHRONIZE, FALSE, process)); parent)
+        WaitForSingleObject(parent.get(), longest_wait);
+    const Turn turn;
+    if (!IsNeeded(data_folder))
+        RemoveHost(data_folder);
+}
+
+vh::engine::ProgramEntry EntryFor(const std::wstring& data_folder, bool told, const std::wstring& guid)
+{
+    const std::wstring program = Quoted(JoinPath(HostFolder(data_folder), program_name));
+    const std::wstring data = told ? L" --data " + Quoted(data_folder) : std::wstring();
+    const std::wstring uninstall = program + L" --uninstall " + guid + data;
+    return {uninstall, uninstall + L" --silent", program + L" --modify " + guid + data};
+}
+
+std::wstring Quoted(const std::wstring& word)
+{
+    std::wstring quoted = L"\"";
+    std::size_t slashes = 0;
+    for (const wchar_t unit : word) {
+        // Backslashes count as such unless a quotation mark follows.
+        if (unit == L'"')
+            quoted.append(slashes + 1, L'\\');
+        slashes = unit == L'\\' ? slashes + 1 : 0;
+        quoted += unit;
+    }
+    return quoted.append(slashes, L'\\') + L'"';
+}
+
+} // namespace host

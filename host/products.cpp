@@ -1,0 +1,44 @@
+#include "products.h"
+
+#include <vector>
+
+#include "console.h"
+
+namespace host {
+
+namespace {
+
+using vh::engine::InstalledProduct;
+
+std::vector<InstalledProduct> AllProducts(const std::wstring& data_folder)
+{
+    if (!data_folder.empty())
+        return vh::engine::InstalledProducts(data_folder);
+    auto products = vh::engine::InstalledProducts(vh::engine::DefaultDataDir(false));
+    for (InstalledProduct& product : vh::engine::InstalledProducts(vh::engine::DefaultDataDir(true)))
+        products.push_back(std::move(product));
+    return products;
+}
+
+} // namespace
+
+std::optional<InstalledProduct> FindProduct(const std::wstring& guid, const std::wstring& data_folder)
+{
+    for (const InstalledProduct& product : AllProducts(data_folder))
+        if (vh::engine::SameText(product.guid, guid))
+            return product;
+    return std::nullopt;
+}
+
+ExitCode ListProducts(const std::wstring& data_folder)
+{
+    const auto products = AllProducts(data_folder);
+    for (const InstalledProduct& product : products)
+        Say(product.guid + L"  " + (product.name.empty() ? L"?" : product.name + L" " + product.version) +
+            (product.forMachine ? L"  for all users" : L"") + L"  in " + product.target +
+            (product.unfinished ? L"  (unfinished: the next run undoes it)" : L""));
+    Say(std::to_wstring(products.size()) + (products.size() == 1 ? L" product" : L" products") + L" installed");
+    return exit_done;
+}
+
+} // namespace host

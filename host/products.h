@@ -1,0 +1,17 @@
+// The products that are installed on this machine.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "engine/engine.h"
+#include "exit_codes.h"
+
+namespace host {
+
+// Looks in that folder alone, or for an empty one where the user's and then where the machine's products are.
+std::optional<vh::engine::InstalledProduct> FindProduct(const std::wstring& guid, const std::wstring& data_folder);
+
+ExitCode ListProducts(const std::wstring& data_folder);
+
+} // namespace host
