@@ -66,7 +66,7 @@ list(APPEND engine_sources system/secure_object.cpp scriptdata/stringx.cpp scrip
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers
-    PUBLIC bcrypt ole32 oleaut32 uuid shlwapi shell32 version)
+    PUBLIC z bcrypt ole32 oleaut32 uuid shlwapi shell32 version)
 endif()
 
 # How tests start what is built here.

@@ -84,7 +84,7 @@ Core::Core(Options given)
     // Throws for a root that does not exist.
     if (!options.registryRoot.empty())
         PlaceOf(options.registryRoot);
-    product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"));
+    product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"), options.pack.get());
     language = ChosenLanguage(*product->product, options.language);
     contextGuid = NewGuid();
     if (options.source.empty())

@@ -39,6 +39,8 @@ struct ProgramEntry {
     std::wstring modify;
 };
 
+class Pack;
+
 struct Options {
     // Holds product.json, the payload and the script.
     std::wstring setupFolder;
@@ -46,6 +48,8 @@ struct Options {
     std::wstring targetDir;
     // Holds one folder per install guid with the install log; empty takes DefaultDataDir.
     std::wstring dataDir;
+    // Holds the payload, for a setup in one file; the setup folder then holds the rest. May be null.
+    std::shared_ptr<const Pack> pack;
     // Where the next run finds the setup; empty takes the setup folder.
     std::wstring source;
     // All registry roots lie below this key, "HKCU\\Software\\Test" for example, each under its own name. Empty

@@ -5,6 +5,7 @@
 #include "costs.h"
 #include "item.h"
 #include "md5.h"
+#include "pack.h"
 
 namespace vh::engine {
 
@@ -31,6 +32,12 @@ uint64_t SizeOf(const FileGroup& group)
 }
 
 uint64_t SizeOf(const Subject& about) { return about.file ? about.file->size : SizeOf(about.group); }
+
+// Payload in a folder is not packed: its stored size is its size.
+uint64_t StoredSizeOf(const Subject& about)
+{
+    return about.file && about.file->packed ? about.file->packed->stored : SizeOf(about);
+}
 
 // The file's last write in the packed form of a directory entry, local time: date above, time below.
 unsigned long PackedTime(const Subject& about)
@@ -72,7 +79,7 @@ std::wstring VersionOf(const Subject& about)
 {
     if (!about.file)
         return {};
-    return about.file->version.empty() ? FileVersion(about.file->source) : about.file->version;
+    return about.file->version.empty() && !about.file->packed ? FileVersion(about.file->source) : about.file->version;
 }
 
 std::wstring TargetFolder(const Subject& about)
@@ -111,10 +118,12 @@ const Info infos[] = {
     {8, [](const Subject& about) { return TextValue(about.file ? about.file->source : L""); }},
     {9, Date},
     {10, [](const Subject& about) { return variant(static_cast<long>(SystemsOf(about))); }},
-    {11, [](const Subject& about) { return TextValue(about.file ? Md5OfFile(about.file->source) : L""); }},
-    // Payload is not packed: its stored size is its size.
-    {12, [](const Subject& about) { return Whole(SizeOf(about)); }},
-    {13, [](const Subject& about) { return Whole(SizeOf(about) >> 31); }},
+    {11,
+     [](const Subject& about) {
+         return TextValue(about.file ? Md5OfFile(about.file->source, about.file->packed) : L"");
+     }},
+    {12, [](const Subject& about) { return Whole(StoredSizeOf(about)); }},
+    {13, [](const Subject& about) { return Whole(StoredSizeOf(about) >> 31); }},
     {14, [](const Subject& about) { return Whole(about.group.files.size()); }},
     {15, [](const Subject& about) { return TextValue(about.group.name); }},
     {16, [](const Subject& about) { return TextValue(TargetFolder(about)); }},

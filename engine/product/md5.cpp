@@ -6,7 +6,7 @@
 
 #include <wincrypt.h>
 
-#include "../files.h"
+#include "pack.h"
 
 namespace vh::engine {
 
@@ -25,23 +25,19 @@ struct hash_traits {
 
 } // namespace
 
-std::wstring Md5OfFile(const std::wstring& path)
+std::wstring Md5OfFile(const std::wstring& path, const PackedFile* packed)
 {
-    const unique_file file(
-        CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!file)
-        ThrowFileError(path, GetLastError());
+    PayloadReader file(path, packed);
     unique<provider_traits> provider;
     unique<hash_traits> hash;
     if (!CryptAcquireContextW(provider.put(), nullptr, nullptr, PROV_RSA_FULL, CRYPT_VERIFYCONTEXT) ||
         !CryptCreateHash(provider.get(), CALG_MD5, 0, 0, hash.put()))
         ThrowFileError(path, L"no digest provider", GetLastError());
     std::array<BYTE, 65536> block;
-    DWORD got = 0;
+    std::size_t got = 0;
     do {
-        if (!ReadFile(file.get(), block.data(), static_cast<DWORD>(block.size()), &got, nullptr))
-            ThrowFileError(path, GetLastError());
-        if (!CryptHashData(hash.get(), block.data(), got, 0))
+        got = file.Read(std::as_writable_bytes(std::span(block)));
+        if (!CryptHashData(hash.get(), block.data(), static_cast<DWORD>(got), 0))
             ThrowFileError(path, L"the digest failed", GetLastError());
     } while (got);
     std::array<BYTE, 16> digest{};

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "pack.h"
+
 namespace vh::engine {
 
 namespace {
@@ -12,7 +14,31 @@ std::wstring WithBackslashes(std::wstring path)
     return path;
 }
 
-ProductFile Made(const FileEntry& entry, const std::wstring& source, const std::wstring& path, const FileFacts& facts)
+} // namespace
+
+// The path as a pack knows it.
+std::wstring Payload::InPack(const std::wstring& path) const
+{
+    return path.size() > m_setup.size() ? path.substr(m_setup.size() + 1) : std::wstring();
+}
+
+FileFacts Payload::Facts(const std::wstring& path) const
+{
+    if (!m_pack)
+        return FactsOf(path);
+    const PackedFile* packed = m_pack->Find(InPack(path));
+    return packed
+               ? FileFacts{packed->attributes ? packed->attributes : FILE_ATTRIBUTE_NORMAL, packed->size, packed->time}
+               : FileFacts();
+}
+
+std::vector<Entry> Payload::List(const std::wstring& folder) const
+{
+    return m_pack ? m_pack->List(InPack(folder)) : ListFolder(folder);
+}
+
+ProductFile Payload::Made(const FileEntry& entry, const std::wstring& source, const std::wstring& path,
+                          const FileFacts& facts) const
 {
     ProductFile file;
     file.source = source;
@@ -23,13 +49,20 @@ ProductFile Made(const FileEntry& entry, const std::wstring& source, const std::
     file.version = entry.version;
     file.language = entry.language;
     file.flags = entry.flags;
+    if (m_pack) {
+        const std::wstring inside = InPack(source);
+        file.packed = m_pack->Find(inside);
+        file.source = JoinPath(m_pack->File(), inside);
+        if (file.version.empty())
+            file.version = file.packed->version;
+    }
     return file;
 }
 
 // Files of a folder stand before those of the folders in it. Folders that are links are left alone: they could lead
 // out of the setup folder.
-void Search(const FileEntry& entry, const std::wstring& top, const std::wstring& target, std::wstring_view pattern,
-            std::size_t most, std::vector<ProductFile>& files)
+void Payload::Search(const FileEntry& entry, const std::wstring& top, const std::wstring& target,
+                     std::wstring_view pattern, std::size_t most, std::vector<ProductFile>& files) const
 {
     std::vector<std::wstring> waiting{{}}; // paths below the top
     while (!waiting.empty() && files.size() <= most) {
@@ -37,7 +70,7 @@ void Search(const FileEntry& entry, const std::wstring& top, const std::wstring&
         waiting.pop_back();
         const std::size_t mark = waiting.size();
         const std::wstring folder = JoinPath(top, below);
-        for (const Entry& found : ListFolder(folder)) {
+        for (const Entry& found : List(folder)) {
             const std::wstring path = JoinPath(below, found.name);
             if (!found.facts.folder()) {
                 if (MatchesPattern(found.name, pattern))
@@ -50,13 +83,11 @@ void Search(const FileEntry& entry, const std::wstring& top, const std::wstring&
     }
 }
 
-} // namespace
-
 // The first folder between the setup folder and the file that is a link; empty when none is.
 std::wstring Payload::LinkAbove(const std::wstring& file)
 {
     const std::wstring folder = FolderOf(file);
-    if (folder.size() <= m_setup.size() || m_plain.contains(folder))
+    if (m_pack || folder.size() <= m_setup.size() || m_plain.contains(folder))
         return {};
     std::wstring link = LinkAbove(folder);
     if (link.empty() && (FactsOf(folder).attributes & FILE_ATTRIBUTE_REPARSE_POINT) && FactsOf(folder).folder())
@@ -82,7 +113,7 @@ std::wstring Payload::Find(const FileEntry& entry, std::size_t most, std::vector
         if (files.size() == before)
             return source + L": no payload file matches";
     } else {
-        const FileFacts facts = FactsOf(source);
+        const FileFacts facts = Facts(source);
         if (!facts.file())
             return source + (facts.exists() ? L": the payload is a folder, no file" : L": the payload file is missing");
         if (entry.size && *entry.size != facts.size)

@@ -22,8 +22,11 @@ struct FileEntry {
 
 class Payload {
 public:
-    // The payload's folder is the setup folder or lies below it.
-    Payload(const std::wstring& setupFolder, const std::wstring& folder) : m_setup(setupFolder), m_folder(folder) {}
+    // The payload's folder is the setup folder or lies below it. With a pack, which may be null, the files are there.
+    Payload(const std::wstring& setupFolder, const std::wstring& folder, const Pack* pack)
+        : m_setup(setupFolder), m_folder(folder), m_pack(pack)
+    {
+    }
 
     // Appends the files that the entry stands for, until there are more than `most`. The result is empty, or the
     // reason why the entry stands for none.
@@ -31,9 +34,17 @@ public:
 
 private:
     std::wstring LinkAbove(const std::wstring& file);
+    std::wstring InPack(const std::wstring& path) const;
+    FileFacts Facts(const std::wstring& path) const;
+    std::vector<Entry> List(const std::wstring& folder) const;
+    ProductFile Made(const FileEntry& entry, const std::wstring& source, const std::wstring& path,
+                     const FileFacts& facts) const;
+    void Search(const FileEntry& entry, const std::wstring& top, const std::wstring& target, std::wstring_view pattern,
+                std::size_t most, std::vector<ProductFile>& files) const;
 
     std::wstring m_setup;
     std::wstring m_folder;
+    const Pack* m_pack;
     // Folders that are known to be no links.
     std::unordered_set<std::wstring> m_plain;
 };

@@ -14,6 +14,9 @@
 
 namespace vh::engine {
 
+class Pack;
+struct PackedFile;
+
 // Operating systems, as bits of a filter.
 struct SystemName {
     const wchar_t* name;
@@ -45,8 +48,9 @@ inline constexpr FileFlagName file_flag_names[] = {
 
 // One file of the payload.
 struct ProductFile {
-    std::wstring source; // full path
-    std::wstring path;   // below the group's target
+    std::wstring source; // full path; of a file in a pack, that of the pack with the path in it
+    const PackedFile* packed = nullptr;
+    std::wstring path; // below the group's target
     uint64_t size = 0;
     uint64_t time = 0;
     DWORD attributes = 0;
@@ -200,7 +204,8 @@ struct Product {
 };
 
 // Reads and checks a product file and measures its payload. Throws engine_error.
-std::unique_ptr<Product> ReadProduct(const std::wstring& file);
+// `pack`, which may be null and has to outlive the product, holds the payload.
+std::unique_ptr<Product> ReadProduct(const std::wstring& file, const Pack* pack = nullptr);
 // For whom a product file installs; nothing else of it is looked at.
 Scope ReadScope(const std::wstring& file);
 

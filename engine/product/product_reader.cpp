@@ -20,7 +20,7 @@ constexpr int most_levels = 16;
 
 class ProductReader {
 public:
-    explicit ProductReader(const std::wstring& file) : m_file(file) {}
+    ProductReader(const std::wstring& file, const Pack* pack) : m_file(file), m_pack(pack) {}
 
     std::unique_ptr<Product> Read();
 
@@ -42,6 +42,7 @@ private:
     std::wstring Folder(const JsonPlace& at, const char* key) const;
 
     const std::wstring& m_file;
+    const Pack* m_pack;
     std::optional<Payload> m_payload;
     std::unique_ptr<Product> m_product = std::make_unique<Product>();
     std::size_t m_features = 0;
@@ -177,7 +178,7 @@ void ProductReader::ReadHead(const JsonPlace& root)
     product.installGuid = root.Has("installGuid") ? Identifier(root.At("installGuid")) : product.guid;
     product.scope = ScopeOf(root);
     product.payloadFolder = JoinPath(FolderOf(m_file), Folder(root, "payload"));
-    m_payload.emplace(FolderOf(m_file), product.payloadFolder);
+    m_payload.emplace(FolderOf(m_file), product.payloadFolder, m_pack);
     product.target = root.Has("target") ? Pattern(root.At("target")) : default_targets[product.scope == Scope::machine];
     root.Each("scripts", 16, [&](const JsonPlace& file) { product.scripts.push_back(Below(file)); });
     product.scripts.push_back(root.Has("script") ? Folder(root, "script") : L"setup.js");
@@ -334,6 +335,8 @@ void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
 
 void ProductReader::ReadSupport(const JsonPlace& root)
 {
+    // These lie in the setup folder in any case.
+    m_payload.emplace(FolderOf(m_file), m_product->payloadFolder, nullptr);
     Item& support = m_product->support;
     root.Each("support", most_of_a_kind, [&](const JsonPlace& at) {
         auto item = std::make_unique<Item>();
@@ -468,9 +471,9 @@ Scope ReadScope(const std::wstring& file)
     return ScopeOf(JsonPlace(document, file));
 }
 
-std::unique_ptr<Product> ReadProduct(const std::wstring& file)
+std::unique_ptr<Product> ReadProduct(const std::wstring& file, const Pack* pack)
 {
-    auto product = ProductReader(file).Read();
+    auto product = ProductReader(file, pack).Read();
     product->data.name = L"<Data>";
     product->support.name = L"<Support>";
     for (Item* root : {&product->data, &product->support})

@@ -121,7 +121,8 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     // What a shortcut holds beyond the record stays with it, also under another name.
     const std::wstring& origin = link.origin.empty() ? path : link.origin;
     const bool damaged = core.options.repair && there.file() && IsChanged(core, path, there);
-    if (FactsOf(origin).file() && !(damaged && SameText(origin, path)) && !CopyFileW(LongPath(origin).c_str(), LongPath(draft.path()).c_str(), FALSE))
+    if (FactsOf(origin).file() && !(damaged && SameText(origin, path)) &&
+        !CopyFileW(LongPath(origin).c_str(), LongPath(draft.path()).c_str(), FALSE))
         ThrowFileError(origin, L"can't read the shortcut", GetLastError());
     SetFileAttributesW(LongPath(draft.path()).c_str(), FILE_ATTRIBUTE_NORMAL);
     WriteShellLink(link, draft.path());

@@ -5,6 +5,7 @@
 #include <memory>
 #include <set>
 
+#include "../product/pack.h"
 #include "../sha256.h"
 #include "removal.h"
 
@@ -40,10 +41,7 @@ private:
 // nobody compares later.
 std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed, const WriterNews& news)
 {
-    const unique_file source(CreateFileW(LongPath(file.source).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
-                                         OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    if (!source)
-        ThrowFileError(file.source, L"can't read the payload", GetLastError());
+    PayloadReader source(file.source, file.packed);
     const unique_file target(
         CreateFileW(LongPath(temp).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!target)
@@ -53,12 +51,11 @@ std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool
     if (!file.loose)
         hash.emplace();
     uint64_t copied = 0;
-    DWORD got = 0;
+    std::size_t got = 0;
     do {
-        if (!ReadFile(source.get(), block.get(), block_size, &got, nullptr))
-            ThrowFileError(file.source, L"can't read the payload", GetLastError());
+        got = source.Read({block.get(), block_size});
         DWORD put = 0;
-        if (got && (!WriteFile(target.get(), block.get(), got, &put, nullptr) || put != got))
+        if (got && (!WriteFile(target.get(), block.get(), static_cast<DWORD>(got), &put, nullptr) || put != got))
             ThrowFileError(file.target, L"can't write the file", put ? ERROR_WRITE_FAULT : GetLastError());
         if (hash)
             hash->Add({block.get(), got});
@@ -73,7 +70,11 @@ std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool
         ThrowFileError(file.target, L"can't set the file's time", GetLastError());
     if (flushed && !FlushFileBuffers(target.get()))
         ThrowFileError(file.target, L"can't write the file", GetLastError());
-    return hash ? hash->Finish() : std::wstring();
+    std::wstring digest = hash ? hash->Finish() : std::wstring();
+    if (file.packed && digest != file.packed->digest)
+        throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), file.source,
+                           L"the setup is damaged: this is not what was packed");
+    return digest;
 }
 
 void Rename(const std::wstring& from, const std::wstring& to, const std::wstring& about, const wchar_t* doing)
@@ -88,13 +89,15 @@ bool IsNewer(const std::wstring& present, const FileToWrite& file)
     const std::wstring there = FileVersion(present);
     if (there.empty())
         return false;
-    const std::wstring given = file.version.empty() ? FileVersion(file.source) : file.version;
+    const std::wstring given = file.version.empty() && !file.packed ? FileVersion(file.source) : file.version;
     return !given.empty() && CompareVersions(there, given) > 0;
 }
 
 // By the log, which need not read the source; without its word by the source.
 bool HoldsWhatWasPlaced(const Core& core, const FileToWrite& file)
 {
+    if (file.packed)
+        return Sha256OfFile(file.target) == file.packed->digest;
     const LogRecord* record = core.log->Newest(file.kind, file.target);
     return record && !record->digest.empty() && !file.compare ? Sha256OfFile(file.target) == record->digest
                                                               : SameContent(file.source, file.target);

@@ -10,6 +10,7 @@ namespace vh::engine {
 
 struct FileToWrite {
     std::wstring source;
+    const PackedFile* packed = nullptr; // where the source is part of a pack
     std::wstring target;
     uint64_t size = 0;
     uint64_t time = 0;

@@ -4,6 +4,7 @@
 
 #include "../maintenance.h"
 #include "../product/costs.h"
+#include "../product/pack.h"
 #include "file_writer.h"
 #include "take_away.h"
 #include "transfer_sink.h"
@@ -24,6 +25,7 @@ FileToWrite PlanFile(const Item& item, const std::wstring& root, const FileGroup
         throw engine_error(E_INVALIDARG, target, L"lies outside of the target " + root);
     FileToWrite planned;
     planned.source = file.source;
+    planned.packed = file.packed;
     planned.target = target;
     planned.size = file.size;
     planned.time = file.time;
@@ -64,6 +66,14 @@ void CheckSpace(const Core& core, const DataSet& data, const std::vector<Item*>&
                                L"not enough space: " + Number(static_cast<int64_t>(needed)) + L" bytes are needed, " +
                                    Number(static_cast<int64_t>(free.QuadPart)) + L" are free");
     }
+}
+
+// A damaged pack is found out before anything is touched.
+void CheckPacked(const Plan& plan)
+{
+    for (const FileToWrite& file : plan.files)
+        if (file.packed)
+            file.packed->of->Check(*file.packed);
 }
 
 void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
@@ -128,6 +138,7 @@ void Transfer(Core& core, DataSet& data, const std::vector<Item*>& items, IUnkno
         CheckTargetStays(core);
     const auto plan = PlanItems(core, data, items);
     CheckSpace(core, data, items);
+    CheckPacked(plan);
     const auto sink = SinkFor(core, plan, progress);
     try {
         WriteFiles(core, plan, *sink.get());
