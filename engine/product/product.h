@@ -51,6 +51,7 @@ struct ProductFile {
     std::wstring version; // as the product file gives it; empty leaves it to the file's version resource
     WORD language = 0;
     unsigned flags = 0;
+    uint32_t entry = 0; // which of its group's entries brought it
 };
 
 // Which languages and systems something is for; an empty list and no bit stand for all.
@@ -64,6 +65,7 @@ struct FileGroup {
     std::wstring target; // below the item's target
     Audience audience;
     unsigned flags = 0;
+    std::string place; // in the product file, as a JSON pointer
     std::vector<ProductFile> files;
 };
 
@@ -85,6 +87,7 @@ inline constexpr int last_item_text = 23;
 // A feature, which is a component of its data set as well.
 struct Item {
     std::wstring name;
+    std::string place; // in the product file, as a JSON pointer
     std::wstring displayName;
     std::wstring description;
     std::wstring longText;
