@@ -95,7 +95,7 @@ if(tool_sources)
   add_executable(vhtool ${tool_sources})
   vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files, pictures, skins and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
-  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
+  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects vhengine)
 endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
@@ -212,6 +212,9 @@ add_test(NAME tool_system COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOO
   -DSERVER=$<TARGET_FILE:vhrt_test_server> -DWORK=${CMAKE_BINARY_DIR}/host_tests/system
   -P ${CMAKE_SOURCE_DIR}/tests/host/system.cmake)
 set_tests_properties(tool_system PROPERTIES TIMEOUT 600)
+add_test(NAME product_schema COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/schema.py ${CMAKE_SOURCE_DIR}
+  ${WINE_RUNNER} $<TARGET_FILE:vhtool> ${CMAKE_BINARY_DIR}/host_tests/schema)
+set_tests_properties(product_schema PROPERTIES TIMEOUT 600)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

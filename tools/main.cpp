@@ -16,6 +16,7 @@
 #include "ini_command.h"
 #include "picture_command.h"
 #include "pictures/option_text.h"
+#include "product_command.h"
 #include "signing_command.h"
 #include "skin_command.h"
 #include "system_options.h"
@@ -39,6 +40,7 @@ struct CommandLine {
     std::string size;
     tools::DrawingOptions drawing;
     bool overwrite = false;
+    std::vector<std::string> folders;
     tools::PreviewOptions preview;
     tools::SigningOptions signing;
     std::string expect;
@@ -257,6 +259,26 @@ void DeclareSigning(CLI::App& app, CommandLine& line)
     declare("trust", "Trust the signer of a data file that verifies", [file] { return tools::TrustDataFile(file()); });
 }
 
+void DeclareProduct(CLI::App& app, CommandLine& line)
+{
+    CLI::App* product = app.add_subcommand("product", "Setup folders");
+    product->require_subcommand(1);
+    CLI::App* check = product->add_subcommand("check", "Name all that is wrong in a setup folder, and where");
+    check->add_option("FOLDER", line.folders, "Holds product.json, the payload and the scripts; may be given again")
+        ->required()
+        ->check(host::not_empty);
+    check->footer("Looked at are the product file, the payload that it names, variables in patterns, features that no\n"
+                  "setup type selects, and the language of the scripts. Nothing is run or written.");
+    check->callback([&line] {
+        line.run = [&line] {
+            std::vector<std::wstring> folders;
+            for (const std::string& folder : line.folders)
+                folders.push_back(host::PathOf(folder));
+            return tools::CheckSetups(folders);
+        };
+    });
+}
+
 void DeclareFacts(CLI::App& app, CommandLine& line)
 {
     CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
@@ -270,7 +292,7 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
+    CLI::App app("Looks into setup folders, trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);
@@ -282,6 +304,7 @@ int wmain(int count, wchar_t** words)
     DeclarePicture(app, line);
     DeclareSkin(app, line);
     DeclareSigning(app, line);
+    DeclareProduct(app, line);
     DeclareFacts(app, line);
     tools::DeclareSystemCommands(app, line.run);
     try {
