@@ -23,7 +23,7 @@ install(DIRECTORY Src/inc DESTINATION ${VHRT_HEADERS}/Src FILES_MATCHING PATTERN
 install(FILES scriptdata/bstr.h scriptdata/com_object.h scriptdata/com_ptr.h scriptdata/exception.h
   scriptdata/unique.h scriptdata/variant.h DESTINATION ${VHRT_HEADERS}/scriptdata)
 
-install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg)
+install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.schema.json)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION docs)
 install(DIRECTORY samples DESTINATION .)
 # The samples with windows bring their own libraries along, with what these are made of.

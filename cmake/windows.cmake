@@ -82,8 +82,8 @@ add_library(vhhost_parts STATIC
   host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/products.cpp
-  host/rights.cpp)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp
+  host/products.cpp host/rights.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
@@ -96,7 +96,7 @@ if(tool_sources)
   add_executable(vhtool ${tool_sources})
   vhrt_version(vhtool vhtool.exe VFT_APP "Looks into trace files, INI files, pictures, skins and libraries of VHRT")
   target_link_options(vhtool PRIVATE -municode)
-  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects)
+  target_link_libraries(vhtool PRIVATE vhhost_parts vhrt_objects vhengine)
 endif()
 
 # Tests: through the exports, and of inner parts directly. Each .cpp under tests/exports and tests/inner
@@ -198,7 +198,9 @@ add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DH
 # The whole life of a product, from its first installation to an empty machine.
 add_test(NAME host_life COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
   ${CMAKE_BINARY_DIR}/host_tests/life 1)
-set_tests_properties(host_life PROPERTIES TIMEOUT 600)
+add_test(NAME host_life_packed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
+  $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_packed 2 $<TARGET_FILE:vhtool>)
+set_tests_properties(host_life host_life_packed PROPERTIES TIMEOUT 600)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
@@ -217,6 +219,9 @@ add_test(NAME tool_system COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOO
   -DSERVER=$<TARGET_FILE:vhrt_test_server> -DWORK=${CMAKE_BINARY_DIR}/host_tests/system
   -P ${CMAKE_SOURCE_DIR}/tests/host/system.cmake)
 set_tests_properties(tool_system PROPERTIES TIMEOUT 600)
+add_test(NAME product_schema COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/schema.py ${CMAKE_SOURCE_DIR}
+  ${WINE_RUNNER} $<TARGET_FILE:vhtool> ${CMAKE_BINARY_DIR}/host_tests/schema)
+set_tests_properties(product_schema PROPERTIES TIMEOUT 600)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

@@ -6,36 +6,12 @@
 #include <shlobj.h>
 
 #include "services/registry_access.h"
+#include "start_variables.h"
 #include "windows/screen.h"
 
 namespace vh::engine {
 
 namespace {
-
-// Variables that stand for a folder of the system or the user.
-struct FolderVariable {
-    const wchar_t* name;
-    int folder;
-    int ofMachine = folder; // for a product of the machine
-};
-constexpr FolderVariable folder_variables[] = {
-    {L"WINDIR", CSIDL_WINDOWS},
-    {L"SYSTEMDIR", CSIDL_SYSTEM},
-    {L"PROGRAMFILES", CSIDL_PROGRAM_FILES},
-    {L"COMMONFILES", CSIDL_PROGRAM_FILES_COMMON},
-    {L"APPDATA", CSIDL_APPDATA},
-    {L"LOCALAPPDATA", CSIDL_LOCAL_APPDATA},
-    {L"COMMONAPPDATA", CSIDL_COMMON_APPDATA},
-    {L"DESKTOP", CSIDL_DESKTOPDIRECTORY, CSIDL_COMMON_DESKTOPDIRECTORY},
-    {L"PROGRAMS", CSIDL_PROGRAMS, CSIDL_COMMON_PROGRAMS},
-    {L"PERSONAL", CSIDL_PERSONAL},
-};
-
-std::wstring SystemFolder(int folder)
-{
-    std::array<wchar_t, MAX_PATH> path{};
-    return SUCCEEDED(SHGetFolderPathW(nullptr, folder, nullptr, 0, path.data())) ? path.data() : L"";
-}
 
 std::wstring NewGuid()
 {
@@ -68,6 +44,12 @@ void CopySupportFiles(const Product& product, const std::wstring& folder)
 }
 
 } // namespace
+
+std::wstring SystemFolder(int folder)
+{
+    std::array<wchar_t, MAX_PATH> path{};
+    return SUCCEEDED(SHGetFolderPathW(nullptr, folder, nullptr, 0, path.data())) ? path.data() : L"";
+}
 
 std::wstring DefaultDataDir(bool forMachine)
 {
@@ -119,23 +101,10 @@ void Core::ReportDamage()
 void Core::SetVariables()
 {
     const Product& product_ = *product->product;
-    for (const FolderVariable& variable : folder_variables)
-        globalTexts.Set(variable.name,
-                        SystemFolder(product_.scope == Scope::machine ? variable.ofMachine : variable.folder));
-    globalTexts.Set(L"TEMPDIR", TempFolder());
-    globalTexts.Set(L"PRODUCT_NAME", product_.name);
-    globalTexts.Set(L"PRODUCT_VERSION", product_.version);
-    globalTexts.Set(L"PRODUCT_GUID", product_.guid);
-    globalTexts.Set(L"INSTALL_GUID", product_.installGuid);
-    globalTexts.Set(L"COMPANY_NAME", product_.company);
-    globalTexts.Set(L"LANGUAGE", Number(language));
-    globalTexts.Set(L"SRCDIR", options.setupFolder);
-    globalTexts.Set(L"ENGINEDIR", options.setupFolder);
-    globalTexts.Set(L"ENGINECOMMONDIR", options.setupFolder);
-    for (const wchar_t* name : {L"SUPPORTDIR", L"SHAREDSUPPORTDIR"}) {
-        globalTexts.Set(name, supportDir);
+    for (const StartVariable& variable : start_variables)
+        globalTexts.Set(variable.name, variable.value(*this));
+    for (const wchar_t* name : {L"SUPPORTDIR", L"SHAREDSUPPORTDIR"})
         globalTexts.Protect(name, true);
-    }
     for (const auto& [name, value] : product_.variables)
         globalTexts.Set(name, value);
     for (const auto& [name, value] : options.variables)

@@ -146,15 +146,14 @@ RunCounts Engine::Counts() const { return m_core->log->CurrentRun() ? CountWritt
 
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir)
 {
-    const auto product = ReadProduct(JoinPath(FullPath(setupFolder), L"product.json"));
-    return JoinPath(
-        JoinPath(dataDir.empty() ? DefaultDataDir(product->scope == Scope::machine) : dataDir, product->installGuid),
-        L"install.log");
+    const ProductIdentity product = ReadIdentity(JoinPath(FullPath(setupFolder), L"product.json"));
+    const std::wstring folder = dataDir.empty() ? DefaultDataDir(product.scope == Scope::machine) : dataDir;
+    return JoinPath(JoinPath(folder, product.installGuid), L"install.log");
 }
 
 bool IsForMachine(const std::wstring& setupFolder)
 {
-    return ReadScope(JoinPath(FullPath(setupFolder), L"product.json")) == Scope::machine;
+    return ReadIdentity(JoinPath(FullPath(setupFolder), L"product.json")).scope == Scope::machine;
 }
 
 } // namespace vh::engine

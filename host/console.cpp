@@ -26,6 +26,9 @@ void Write(HANDLE handle, std::wstring_view text)
     WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
 
+// What was complained of and nobody could read.
+std::wstring unread;
+
 // Units of the status line that stands on the console now.
 std::size_t status_width = 0;
 
@@ -48,7 +51,33 @@ void Line(DWORD stream, std::wstring_view line)
 
 void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
 
-void Complain(std::wstring_view line) { Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line)); }
+void Complain(std::wstring_view line)
+{
+    if (GetStdHandle(STD_ERROR_HANDLE))
+        Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
+    else
+        unread += std::wstring(line) + L"\n";
+}
+
+void ShareConsole()
+{
+    if (GetStdHandle(STD_OUTPUT_HANDLE) || GetStdHandle(STD_ERROR_HANDLE) || !AttachConsole(ATTACH_PARENT_PROCESS))
+        return;
+    // They stay open as long as the process.
+    const HANDLE console = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, 0, nullptr);
+    if (console == INVALID_HANDLE_VALUE)
+        return;
+    SetStdHandle(STD_OUTPUT_HANDLE, console);
+    SetStdHandle(STD_ERROR_HANDLE, console);
+}
+
+void ShowComplaints()
+{
+    if (!unread.empty())
+        MessageBoxW(nullptr, unread.c_str(), ProgramName().c_str(), MB_OK | MB_ICONERROR | MB_SETFOREGROUND);
+    unread.clear();
+}
 
 bool Status(std::wstring_view line)
 {

@@ -5,6 +5,11 @@
 
 namespace host {
 
+// A program with windows has no console of its own: it writes to that of the program that started it, if there is one.
+void ShareConsole();
+// Where nobody could read what was complained of, it is shown in a window.
+void ShowComplaints();
+
 // One line on standard output.
 void Say(std::wstring_view line);
 // One line on standard error, behind the program's name.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <stdexcept>
+#include <vector>
 
 #include <windows.h>
 
@@ -19,9 +20,6 @@ using vh::engine::FileFacts;
 using vh::engine::JoinPath;
 using vh::engine::LiesIn;
 
-constexpr const wchar_t* program_name = L"vhhost.exe";
-// What the host needs beside itself, as far as it is there.
-constexpr const wchar_t* file_names[] = {program_name, L"VHRT.dll", L"vhres.dll", L"vhuser.dll", L"vhskin.dll"};
 constexpr const wchar_t* replaced_ending = L".old";
 
 std::wstring HostFolder(const std::wstring& data_folder) { return JoinPath(data_folder, L"host"); }
@@ -81,7 +79,9 @@ bool IsNeeded(const std::wstring& data_folder)
 void RemoveHost(const std::wstring& data_folder)
 {
     const std::wstring folder = HostFolder(data_folder);
-    for (const wchar_t* name : file_names)
+    std::vector<std::wstring> names(std::begin(kept_libraries), std::end(kept_libraries));
+    names.push_back(kept_program);
+    for (const std::wstring& name : names)
         for (const wchar_t* ending : {L"", replaced_ending})
             vh::engine::RemoveFile(JoinPath(folder, name) + ending);
     RemoveDirectoryW(LongPath(folder).c_str());
@@ -112,23 +112,22 @@ void StartSweeper(const std::wstring& data_folder)
 
 } // namespace
 
-void KeepHost(const std::wstring& data_folder)
+void KeepHost(const std::wstring& data_folder, const std::wstring& from)
 {
     const Turn turn;
     const std::wstring folder = HostFolder(data_folder);
-    if (LiesIn(ProgramFolder(), folder))
-        return;
-    if (!IsNewer(JoinPath(ProgramFolder(), program_name), JoinPath(folder, program_name)))
+    if (LiesIn(from, folder) || !IsNewer(JoinPath(from, kept_program), JoinPath(folder, kept_program)))
         return;
     try {
         vh::engine::MakeFolders(folder);
     } catch (const vh::engine::engine_error& error) {
         throw std::runtime_error(error.what());
     }
+    for (const wchar_t* name : kept_libraries)
+        if (const std::wstring library = JoinPath(from, name); FactsOf(library).file())
+            Replace(library, JoinPath(folder, name));
     // The program comes last: it stands for all.
-    for (auto name = std::rbegin(file_names); name != std::rend(file_names); ++name)
-        if (const std::wstring from = JoinPath(ProgramFolder(), *name); FactsOf(from).file())
-            Replace(from, JoinPath(folder, *name));
+    Replace(JoinPath(from, kept_program), JoinPath(folder, kept_program));
 }
 
 void SweepHost(const std::wstring& data_folder)
@@ -154,7 +153,7 @@ void SweepAfter(const std::wstring& data_folder, unsigned long process)
 
 vh::engine::ProgramEntry EntryFor(const std::wstring& data_folder, bool told, const std::wstring& guid)
 {
-    const std::wstring program = Quoted(JoinPath(HostFolder(data_folder), program_name));
+    const std::wstring program = Quoted(JoinPath(HostFolder(data_folder), kept_program));
     const std::wstring data = told ? L" --data " + Quoted(data_folder) : std::wstring();
     const std::wstring uninstall = program + L" --uninstall " + guid + data;
     return {uninstall, uninstall + L" --silent", program + L" --modify " + guid + data};

@@ -8,9 +8,13 @@
 
 namespace host {
 
-// Puts this program and its libraries into the data folder, unless a newer version is there. Throws
+// The program, and the libraries that it needs beside itself.
+inline constexpr const wchar_t* kept_program = L"vhhost.exe";
+inline constexpr const wchar_t* kept_libraries[] = {L"VHRT.dll", L"vhres.dll", L"vhuser.dll", L"vhskin.dll"};
+
+// Puts program and libraries from that folder into the data folder, unless a newer version is there. Throws
 // std::runtime_error, which names the file and the reason.
-void KeepHost(const std::wstring& data_folder);
+void KeepHost(const std::wstring& data_folder, const std::wstring& from);
 
 // Takes it away when no product and no running setup of the data folder needs it; the folder goes too when it is empty.
 // When this program runs from there, a copy of it does so once this process has ended.

@@ -1,6 +1,10 @@
 // vhhost.exe: runs a setup folder's script against VHRT.dll and the embedded engine.
+#include <algorithm>
+#include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -9,6 +13,7 @@
 
 #include "command_line.h"
 #include "kept_host.h"
+#include "packed_setup.h"
 #include "products.h"
 #include "setup_run.h"
 #include "text.h"
@@ -16,6 +21,7 @@
 namespace {
 
 constexpr const char* description = "Runs the setup in a folder that holds product.json, the payload and setup.js.";
+constexpr const char* packed_description = "Installs, changes or removes the product that this file holds.";
 constexpr const char* footer =
     "Exit codes: 0 done; 1 the script or a transfer failed (rolled back), or --verify found\n"
     "a file unlike its source; 2 wrong command line; 4 wrong setup folder, product file or\n"
@@ -55,12 +61,13 @@ bool IsIdentifier(const std::string& text)
     return wide.size() == 38 && SUCCEEDED(IIDFromString(wide.c_str(), &id));
 }
 
-void Declare(CLI::App& app, CommandLine& line)
+void Declare(CLI::App& app, CommandLine& line, bool packed)
 {
     // A leading slash begins a path here, not an option.
     app.allow_windows_style_options(false);
     app.footer(footer);
-    app.add_option("FOLDER", line.folder, "The setup folder")->check(host::not_empty);
+    if (!packed)
+        app.add_option("FOLDER", line.folder, "The setup folder")->check(host::not_empty);
     app.add_flag("--silent", line.silent, "Ask nothing, show no progress");
     app.add_flag("--notes", line.notes, "Show what the engine notes, such as the steps of access rights");
     app.add_flag("--main-window", line.main_window, "Show the setup before a window of its own");
@@ -100,19 +107,20 @@ void Declare(CLI::App& app, CommandLine& line)
     app.add_flag("--verify", line.verify, "Show at the end what is installed, each file compared with its source");
     modify->excludes(uninstall)->excludes(list);
     list->excludes(uninstall);
-    app.final_callback([&line, uninstall] {
+    app.final_callback([&line, uninstall, packed] {
         line.removes = uninstall->count() > 0;
         // A folder behind --uninstall is the setup folder.
         if (line.folder.empty() && !line.uninstall.empty() && !IsIdentifier(line.uninstall))
             line.folder = std::exchange(line.uninstall, {});
         if (!line.uninstall.empty() && !IsIdentifier(line.uninstall))
             throw CLI::ValidationError("--uninstall", "wants an identifier in braces, not " + line.uninstall);
-        if (line.folder.empty() && line.uninstall.empty() && line.modify.empty() && line.sweep.empty() && !line.list)
+        if (!packed && line.folder.empty() && line.uninstall.empty() && line.modify.empty() && line.sweep.empty() &&
+            !line.list)
             throw CLI::RequiredError("FOLDER");
     });
 }
 
-host::ExitCode Perform(const CommandLine& line, const host::RunOptions& options)
+host::ExitCode Perform(const CommandLine& line, host::RunOptions options, std::shared_ptr<const vh::engine::Pack> pack)
 {
     if (!line.sweep.empty()) {
         host::SweepAfter(host::Wide(line.sweep), line.after);
@@ -120,6 +128,13 @@ host::ExitCode Perform(const CommandLine& line, const host::RunOptions& options)
     }
     if (line.list)
         return host::ListProducts(options.data_folder);
+    std::optional<host::PackedSetup> packed;
+    if (pack && options.guid.empty()) {
+        packed.emplace(std::move(pack));
+        options.pack = packed->Contents();
+        options.setup_folder = packed->SetupFolder();
+        options.library_folder = packed->LibraryFolder();
+    }
     if (line.removes)
         return host::RemoveSetup(options);
     return line.modify.empty() ? host::RunSetup(options) : host::ModifyProduct(options);
@@ -153,13 +168,12 @@ host::RunOptions OptionsOf(const CommandLine& line)
     return options;
 }
 
-} // namespace
-
-int wmain(int count, wchar_t** words)
+host::ExitCode Run(int count, wchar_t** words)
 {
-    CLI::App app(description, "vhhost");
+    const auto pack = vh::engine::Pack::Open(host::ProgramFile());
     CommandLine line;
-    Declare(app, line);
+    CLI::App app(pack ? packed_description : description, host::Utf8(host::ProgramName()));
+    Declare(app, line, pack != nullptr);
     host::RunOptions options;
     try {
         if (!host::ParseCommandLine(app, count, words))
@@ -171,9 +185,23 @@ int wmain(int count, wchar_t** words)
     } catch (const CLI::ParseError&) {
         return host::exit_usage;
     }
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
-        return host::exit_library;
-    const host::ExitCode code = Perform(line, options);
-    CoUninitialize();
+    return SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) ? Perform(line, std::move(options), pack)
+                                                                        : host::exit_library;
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** words)
+{
+    host::ShareConsole();
+    host::ExitCode code = host::exit_setup;
+    try {
+        code = Run(count, words);
+    } catch (const std::exception& error) {
+        host::Complain(host::Wide(error.what()));
+    }
+    // Nobody is asked for anything in a silent run, however it ends.
+    if (std::none_of(words, words + count, [](const wchar_t* word) { return std::wstring_view(word) == L"--silent"; }))
+        host::ShowComplaints();
     return code;
 }

@@ -92,7 +92,7 @@ HRESULT ScriptSite::QueryMore(REFIID id, void** object)
     return S_OK;
 }
 
-bool ScriptSite::Run(const std::vector<std::wstring>& files)
+bool ScriptSite::Load(const std::vector<std::wstring>& files, SCRIPTSTATE state)
 {
     m_files = files;
     for (const std::wstring& file : files)
@@ -106,8 +106,10 @@ bool ScriptSite::Run(const std::vector<std::wstring>& files)
     Require(parser ? S_OK : E_NOINTERFACE, "its parser");
     Require(script->SetScriptSite(this), "its site");
     Require(parser->InitNew(), "its start");
-    Require(script->AddNamedItem(global_name, SCRIPTITEM_ISVISIBLE | SCRIPTITEM_GLOBALMEMBERS), "the host's names");
-    Require(script->SetScriptState(SCRIPTSTATE_CONNECTED), "the connected state");
+    if (m_global)
+        Require(script->AddNamedItem(global_name, SCRIPTITEM_ISVISIBLE | SCRIPTITEM_GLOBALMEMBERS), "the host's names");
+    if (state != SCRIPTSTATE_INITIALIZED)
+        Require(script->SetScriptState(state), "the connected state");
     for (std::size_t i = 0; i < m_sources.size() && !m_failed; ++i) {
         EXCEPINFO exception{};
         const HRESULT code = parser->ParseScriptText(m_sources[i].c_str(), nullptr, nullptr, nullptr, i, 1,

@@ -25,12 +25,15 @@ struct ScriptFailure {
 
 class ScriptSite : public vh::com_object<IActiveScriptSite> {
 public:
-    // `global` gives its members to the scripts as global names, and is itself the object VHRT.
-    explicit ScriptSite(IDispatch* global);
+    // `global` gives its members to the scripts as global names, and is itself the object VHRT. Scripts that are only
+    // parsed need none.
+    explicit ScriptSite(IDispatch* global = nullptr);
 
     // Runs the files one after the other in one global scope; true when none of them failed.
     // Throws std::runtime_error when there is no script engine or a file can't be read.
-    bool Run(const std::vector<std::wstring>& files);
+    bool Run(const std::vector<std::wstring>& files) { return Load(files, SCRIPTSTATE_CONNECTED); }
+    // The same without running anything: true when none has a fault in its language.
+    bool Parse(const std::vector<std::wstring>& files) { return Load(files, SCRIPTSTATE_INITIALIZED); }
     const ScriptFailure& Failure() const { return m_failure; }
 
     HRESULT STDMETHODCALLTYPE GetLCID(LCID*) override { return E_NOTIMPL; }
@@ -44,6 +47,8 @@ public:
 
 private:
     HRESULT QueryMore(REFIID id, void** object) override;
+    // Text that is parsed before the engine is connected waits there and is never run.
+    bool Load(const std::vector<std::wstring>& files, SCRIPTSTATE state);
 
     vh::com_ptr<IDispatch> m_global;
     std::vector<std::wstring> m_files;

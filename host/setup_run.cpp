@@ -67,6 +67,9 @@ vh::engine::Options EngineOptions(const RunOptions& options)
 {
     vh::engine::Options engine;
     engine.setupFolder = options.setup_folder;
+    engine.pack = options.pack;
+    if (options.pack)
+        engine.source = options.pack->File();
     engine.targetDir = options.target;
     engine.dataDir = options.data_folder;
     engine.registryRoot = options.registry_root;
@@ -226,12 +229,17 @@ void RequireWritable(const std::wstring& trace_file)
 }
 
 // The library reads the trace switch while it loads, and at no other time.
-Library LoadLibraryWithTrace(const std::wstring& trace_file)
+std::wstring LibraryFolderOf(const RunOptions& options)
 {
-    if (!trace_file.empty())
-        RequireWritable(trace_file);
-    const TraceSwitch trace(trace_file);
-    return Library(Join(ProgramFolder(), L"VHRT.dll"));
+    return options.library_folder.empty() ? ProgramFolder() : options.library_folder;
+}
+
+Library LoadLibraryWithTrace(const RunOptions& options)
+{
+    if (!options.trace_file.empty())
+        RequireWritable(options.trace_file);
+    const TraceSwitch trace(options.trace_file);
+    return Library(Join(LibraryFolderOf(options), L"VHRT.dll"));
 }
 
 // Dialogs and texts come in the language of the run, whatever the user's is. Windows chooses resources by the
@@ -271,7 +279,7 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
     SpeakLanguage(static_cast<LANGID>(engine->Language()));
     std::wstring failure;
     try {
-        const Library library = LoadLibraryWithTrace(options.trace_file);
+        const Library library = LoadLibraryWithTrace(options);
         failure = RunScripts(library, *engine, options);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
@@ -279,7 +287,7 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
     }
     if (failure.empty() && !cancelled) {
         try {
-            KeepHost(engine->DataDir());
+            KeepHost(engine->DataDir(), LibraryFolderOf(options));
             engine->Commit(EntryFor(engine->DataDir(), !options.data_folder.empty(), engine->InstallGuid()));
         } catch (const std::exception& error) {
             Complain(Wide(error.what()));
@@ -342,6 +350,39 @@ ExitCode RunSetup(const RunOptions& options)
     return exit_setup;
 }
 
+namespace {
+
+// A setup in one file runs as its own program; the words of this one that name the product are not for it.
+ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
+{
+    std::wstring line = Quoted(file);
+    if (options.silent)
+        line += L" --silent";
+    if (options.repair)
+        line += L" --repair";
+    if (!options.data_folder.empty())
+        line += L" --data " + Quoted(options.data_folder);
+    if (!options.registry_root.empty())
+        line += L" --registry-root " + Quoted(options.registry_root);
+    for (const auto& [name, value] : options.variables)
+        line += L" --var " + Quoted(name + L"=" + value);
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION started{};
+    if (!CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) {
+        Complain(file + L": can't be started: " + SystemText(GetLastError()));
+        return exit_setup;
+    }
+    const vh::unique_handle thread(started.hThread);
+    const vh::unique_handle process(started.hProcess);
+    DWORD code = exit_setup;
+    WaitForSingleObject(process.get(), INFINITE);
+    GetExitCodeProcess(process.get(), &code);
+    return static_cast<ExitCode>(code);
+}
+
+} // namespace
+
 ExitCode ModifyProduct(RunOptions options)
 {
     const auto product = FindProduct(options.guid, options.data_folder);
@@ -349,11 +390,14 @@ ExitCode ModifyProduct(RunOptions options)
         Complain(options.guid + L": no such product is installed");
         return exit_setup;
     }
-    if (GetFileAttributesW(LongPath(product->source).c_str()) == INVALID_FILE_ATTRIBUTES) {
+    const DWORD attributes = GetFileAttributesW(LongPath(product->source).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
         Complain(product->source + L": the setup of " + product->name +
                  L" is not there any more; start it from where it is now");
         return exit_setup;
     }
+    if (!(attributes & FILE_ATTRIBUTE_DIRECTORY))
+        return RunPackedSetup(product->source, options);
     options.setup_folder = product->source;
     return RunSetup(options);
 }

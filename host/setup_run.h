@@ -2,9 +2,11 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "engine/product/pack.h"
 #include "exit_codes.h"
 
 namespace host {
@@ -21,6 +23,10 @@ struct RunOptions {
     std::wstring data_folder;
     // All registry roots lie below this key, such as "HKCU\\Software\\Test"; empty takes the machine's own.
     std::wstring registry_root;
+    // The setup in one file that this program is; null for a setup folder.
+    std::shared_ptr<const vh::engine::Pack> pack;
+    // Where the library and what belongs to it lies; empty takes the program's folder.
+    std::wstring library_folder;
     // Run in this order in one global scope; empty takes the product's own script.
     std::vector<std::wstring> scripts;
     std::map<std::wstring, std::wstring> variables;

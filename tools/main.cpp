@@ -1,6 +1,7 @@
 // vhtool.exe: a command line for people who work with VHRT.
 #include <cstdlib>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -14,8 +15,10 @@
 #include "host/console.h"
 #include "host/text.h"
 #include "ini_command.h"
+#include "pack_command.h"
 #include "picture_command.h"
 #include "pictures/option_text.h"
+#include "product_command.h"
 #include "signing_command.h"
 #include "skin_command.h"
 #include "system_options.h"
@@ -39,9 +42,11 @@ struct CommandLine {
     std::string size;
     tools::DrawingOptions drawing;
     bool overwrite = false;
+    std::vector<std::string> folders;
     tools::PreviewOptions preview;
     tools::SigningOptions signing;
     std::string expect;
+    tools::PackOptions pack;
     std::function<int()> run;
 };
 
@@ -257,6 +262,50 @@ void DeclareSigning(CLI::App& app, CommandLine& line)
     declare("trust", "Trust the signer of a data file that verifies", [file] { return tools::TrustDataFile(file()); });
 }
 
+void DeclareProduct(CLI::App& app, CommandLine& line)
+{
+    CLI::App* product = app.add_subcommand("product", "Setup folders");
+    product->require_subcommand(1);
+    CLI::App* check = product->add_subcommand("check", "Name all that is wrong in a setup folder, and where");
+    check->add_option("FOLDER", line.folders, "Holds product.json, the payload and the scripts; may be given again")
+        ->required()
+        ->check(host::not_empty);
+    check->footer("Looked at are the product file, the payload that it names, variables in patterns, features that no\n"
+                  "setup type selects, and the language of the scripts. Nothing is run or written.");
+    check->callback([&line] {
+        line.run = [&line] {
+            std::vector<std::wstring> folders;
+            for (const std::string& folder : line.folders)
+                folders.push_back(host::PathOf(folder));
+            return tools::CheckSetups(folders);
+        };
+    });
+}
+
+void DeclarePack(CLI::App& app, CommandLine& line)
+{
+    static const std::map<std::string, tools::Compression> compressions = {
+        {"none", tools::Compression::none}, {"fast", tools::Compression::fast}, {"best", tools::Compression::best}};
+    CLI::App* pack = app.add_subcommand("pack", "Make one file to hand out of a setup folder");
+    pack->add_option("FOLDER", line.file, "Holds product.json, the payload and the scripts")
+        ->required()
+        ->check(host::not_empty);
+    pack->add_option("SETUP", line.output, "The file to write, such as setup.exe")->required()->check(host::not_empty);
+    pack->add_option("--compress", line.pack.compression, "none, fast or best (the default)")
+        ->type_name("HOW")
+        ->transform(CLI::CheckedTransformer(compressions));
+    pack->footer(
+        "The file is vhhost.exe with its libraries and the folder behind it; it knows the options of vhhost.\n"
+        "The payload is read from it as it is installed; all other files are there as a folder while it runs.");
+    pack->callback([&line] {
+        line.run = [&line] {
+            line.pack.folder = host::PathOf(line.file);
+            line.pack.output = host::PathOf(line.output);
+            return tools::PackSetup(line.pack);
+        };
+    });
+}
+
 void DeclareFacts(CLI::App& app, CommandLine& line)
 {
     CLI::App* facts = app.add_subcommand("facts", "Print what the library tells about this machine");
@@ -270,7 +319,7 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
+    CLI::App app("Looks into setup folders, trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);
@@ -282,6 +331,8 @@ int wmain(int count, wchar_t** words)
     DeclarePicture(app, line);
     DeclareSkin(app, line);
     DeclareSigning(app, line);
+    DeclareProduct(app, line);
+    DeclarePack(app, line);
     DeclareFacts(app, line);
     tools::DeclareSystemCommands(app, line.run);
     try {

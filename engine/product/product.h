@@ -57,6 +57,7 @@ struct ProductFile {
     std::wstring version; // as the product file gives it; empty leaves it to the file's version resource
     WORD language = 0;
     unsigned flags = 0;
+    uint32_t entry = 0; // which of its group's entries brought it
 };
 
 // For whom a product is installed.
@@ -74,6 +75,7 @@ struct FileGroup {
     std::wstring target; // below the item's target
     Audience audience;
     unsigned flags = 0;
+    std::string place; // in the product file, as a JSON pointer
     std::vector<ProductFile> files;
 };
 
@@ -95,6 +97,7 @@ inline constexpr int last_item_text = 23;
 // A feature, which is a component of its data set as well.
 struct Item {
     std::wstring name;
+    std::string place; // in the product file, as a JSON pointer
     std::wstring displayName;
     std::wstring description;
     std::wstring longText;
@@ -206,7 +209,11 @@ struct Product {
 // Reads and checks a product file and measures its payload. Throws engine_error.
 // `pack`, which may be null and has to outlive the product, holds the payload.
 std::unique_ptr<Product> ReadProduct(const std::wstring& file, const Pack* pack = nullptr);
-// For whom a product file installs; nothing else of it is looked at.
-Scope ReadScope(const std::wstring& file);
+// What a product file installs and for whom; nothing else of it is looked at.
+struct ProductIdentity {
+    std::wstring installGuid;
+    Scope scope = Scope::user;
+};
+ProductIdentity ReadIdentity(const std::wstring& file);
 
 } // namespace vh::engine

@@ -1,11 +1,11 @@
 // From the JSON of a product file to a Product.
+#include "product_reader.h"
+
 #include <algorithm>
 #include <optional>
-#include <set>
 
 #include "json_reader.h"
 #include "payload.h"
-#include "product.h"
 #include "target_check.h"
 
 namespace vh::engine {
@@ -17,10 +17,14 @@ constexpr std::size_t most_entries = 65536;
 constexpr std::size_t most_files = 262144;
 constexpr std::size_t most_of_a_kind = 1024;
 constexpr int most_levels = 16;
+constexpr int64_t largest_payload = int64_t{1} << 60;
 
 class ProductReader {
 public:
-    ProductReader(const std::wstring& file, const Pack* pack) : m_file(file), m_pack(pack) {}
+    ProductReader(const JsonFile& json, std::vector<PatternUse>* uses, const Pack* pack)
+        : m_json(json), m_uses(uses), m_pack(pack)
+    {
+    }
 
     std::unique_ptr<Product> Read();
 
@@ -40,8 +44,13 @@ private:
     void ReadSupport(const JsonPlace& root);
     std::wstring FeaturePath(const JsonPlace& at) const;
     std::wstring Folder(const JsonPlace& at, const char* key) const;
+    // A text that may hold patterns, and what it is for.
+    std::wstring Noted(const JsonPlace& at, PatternKind kind, std::wstring text) const;
+    std::wstring Pattern(const JsonPlace& at) const;
+    std::wstring Pattern(const JsonPlace& at, const char* key, PatternKind kind) const;
 
-    const std::wstring& m_file;
+    const JsonFile& m_json;
+    std::vector<PatternUse>* m_uses;
     const Pack* m_pack;
     std::optional<Payload> m_payload;
     std::unique_ptr<Product> m_product = std::make_unique<Product>();
@@ -88,9 +97,21 @@ std::wstring PlainName(const JsonPlace& at)
     return name;
 }
 
-std::wstring Pattern(const JsonPlace& at)
+std::wstring ProductReader::Noted(const JsonPlace& at, PatternKind kind, std::wstring text) const
 {
-    std::wstring text = at.Name(longest_path);
+    if (m_uses && text.find(L'<') != std::wstring::npos)
+        m_uses->push_back({at.place(), kind, text});
+    return text;
+}
+
+std::wstring ProductReader::Pattern(const JsonPlace& at, const char* key, PatternKind kind) const
+{
+    return at.Has(key) ? Noted(at.At(key), kind, at.At(key).Text()) : std::wstring();
+}
+
+std::wstring ProductReader::Pattern(const JsonPlace& at) const
+{
+    std::wstring text = Noted(at, PatternKind::path, at.Name(longest_path));
     std::wstring slashes = text;
     std::replace(slashes.begin(), slashes.end(), L'/', L'\\');
     if ((L"\\" + slashes + L"\\").find(L"\\..\\") != std::wstring::npos)
@@ -112,8 +133,10 @@ std::wstring Pattern(const JsonPlace& at)
 std::wstring Below(const JsonPlace& at)
 {
     std::wstring path = at.Text(longest_path);
-    if (const std::wstring fault = PathFault(path); !path.empty() && !fault.empty())
+    if (const std::wstring fault = PathFault(path); !path.empty() && !fault.empty()) {
         at.Fail(L"\"" + path + L"\" " + fault);
+        return {};
+    }
     std::replace(path.begin(), path.end(), L'/', L'\\');
     return path;
 }
@@ -127,7 +150,8 @@ unsigned Flags(const JsonPlace& at, unsigned start)
                                          [&](const FileFlagName& entry) { return name == entry.name; });
         if (known == std::end(file_flag_names))
             flag.Fail(L"unknown flag \"" + name + L"\"");
-        flags |= known->flag;
+        else
+            flags |= known->flag;
     });
     return flags;
 }
@@ -138,8 +162,10 @@ std::string Bytes(const JsonPlace& at)
     std::string bytes;
     for (std::size_t i = 0; i < digits.size(); i += 2) {
         const std::wstring pair = digits.substr(i, 2);
-        if (pair.size() != 2 || pair.find_first_not_of(L"0123456789abcdefABCDEF") != std::wstring::npos)
+        if (pair.size() != 2 || pair.find_first_not_of(L"0123456789abcdefABCDEF") != std::wstring::npos) {
             at.Fail(L"must be pairs of hexadecimal digits");
+            break;
+        }
         bytes += static_cast<char>(wcstoul(pair.c_str(), nullptr, 16));
     }
     return bytes;
@@ -147,18 +173,18 @@ std::string Bytes(const JsonPlace& at)
 
 std::unique_ptr<Product> ProductReader::Read()
 {
-    const nlohmann::json document = ParseJson(m_file);
-    const JsonPlace root(document, m_file);
-    root.Keys({"format",   "name",       "version",           "company",         "guid",         "installGuid",
-               "scope",    "languages",  "strings",           "target",          "payload",      "script",
-               "scripts",  "skin",       "maintenanceOption", "enabledServices", "key",          "variables",
-               "features", "setupTypes", "support",           "registrySets",    "shellObjects", "media"});
+    const JsonPlace root = m_json.Root();
+    root.Keys({"$schema",     "format",   "name",       "version",           "company",         "guid",
+               "installGuid", "scope",    "languages",  "strings",           "target",          "payload",
+               "script",      "scripts",  "skin",       "maintenanceOption", "enabledServices", "key",
+               "variables",   "features", "setupTypes", "support",           "registrySets",    "shellObjects",
+               "media"});
     ReadHead(root);
     ReadStrings(root);
     root.At("features");
     ReadItems(root, m_product->data, 1);
     ReadSupport(root);
-    CheckTargets(*m_product);
+    CheckTargets(*m_product, [&](const std::string& place, const std::wstring& reason) { m_json.Fail(place, reason); });
     ReadSetupTypes(root);
     ReadRegistrySets(root);
     ReadShellObjects(root);
@@ -169,16 +195,20 @@ std::unique_ptr<Product> ProductReader::Read()
 void ProductReader::ReadHead(const JsonPlace& root)
 {
     Product& product = *m_product;
+    root.Text("$schema"); // for editors
     root.At("format").Number(1, 1);
-    product.file = m_file;
+    product.file = m_json.path();
     product.name = PlainName(root.At("name"));
     product.version = Version(root.At("version"));
     product.company = root.Text("company");
     product.guid = Identifier(root.At("guid"));
     product.installGuid = root.Has("installGuid") ? Identifier(root.At("installGuid")) : product.guid;
     product.scope = ScopeOf(root);
-    product.payloadFolder = JoinPath(FolderOf(m_file), Folder(root, "payload"));
-    m_payload.emplace(FolderOf(m_file), product.payloadFolder, m_pack);
+    const std::wstring payload = Folder(root, "payload");
+    product.payloadFolder = JoinPath(FolderOf(product.file), payload);
+    // Behind a wrong folder every file would seem to be missing.
+    if (!payload.empty() || root.Text("payload").empty())
+        m_payload.emplace(FolderOf(product.file), product.payloadFolder, m_pack);
     product.target = root.Has("target") ? Pattern(root.At("target")) : default_targets[product.scope == Scope::machine];
     root.Each("scripts", 16, [&](const JsonPlace& file) { product.scripts.push_back(Below(file)); });
     product.scripts.push_back(root.Has("script") ? Folder(root, "script") : L"setup.js");
@@ -191,7 +221,7 @@ void ProductReader::ReadHead(const JsonPlace& root)
     root.Members("variables", most_of_a_kind, [&](const std::string& name, const JsonPlace& value) {
         if (name.empty() || name.find_first_of("<>") != std::string::npos)
             value.Fail(L"a variable's name must not be empty or hold '<' or '>'");
-        product.variables.emplace_back(ToWide(name), value.Text());
+        product.variables.emplace_back(ToWide(name), Noted(value, PatternKind::text, value.Text()));
     });
 }
 
@@ -205,9 +235,9 @@ void ProductReader::ReadStrings(const JsonPlace& root)
         const auto number = static_cast<WORD>(atoi(language.c_str()));
         const auto& known = m_product->languages;
         if (std::to_string(number) != language || std::find(known.begin(), known.end(), number) == known.end())
-            table.Fail(L"is no language of the product");
+            return table.Fail(L"is no language of the product");
         root.At("strings").Members(language.c_str(), 65536, [&](const std::string& id, const JsonPlace& text) {
-            m_product->strings[number][Upper(ToWide(id))] = text.Text();
+            m_product->strings[number][Upper(ToWide(id))] = Noted(text, PatternKind::display, text.Text());
         });
     });
 }
@@ -222,7 +252,8 @@ Audience ProductReader::ReadAudience(const JsonPlace& at)
                                          [&](const SystemName& entry) { return name == entry.name; });
         if (known == std::end(system_names))
             system.Fail(L"unknown system \"" + name + L"\"");
-        audience.systems |= known->bit;
+        else
+            audience.systems |= known->bit;
     });
     return audience;
 }
@@ -236,15 +267,16 @@ void ProductReader::ReadItems(const JsonPlace& at, Item& parent, int level)
 {
     at.Each("features", most_features, [&](const JsonPlace& feature) {
         if (level > most_levels)
-            feature.Fail(L"features are nested deeper than " + Number(most_levels) + L" levels");
+            return feature.Fail(L"features are nested deeper than " + Number(most_levels) + L" levels");
         if (++m_features > most_features)
-            feature.Fail(L"there are more than " + Number(most_features) + L" features");
+            return feature.Fail(L"there are more than " + Number(most_features) + L" features");
         auto item = std::make_unique<Item>();
         item->parent = &parent;
         item->order = static_cast<short>(std::min<std::size_t>(parent.children.size() + 1, INT16_MAX));
         ReadItem(feature, *item, level);
         const std::wstring name = item->name;
-        if (!parent.Add(std::move(item)))
+        // A name that is wrong or missing is told already.
+        if (!name.empty() && !parent.Add(std::move(item)))
             feature.Fail(L"a feature \"" + name + L"\" exists already");
     });
 }
@@ -253,15 +285,16 @@ void ProductReader::ReadItem(const JsonPlace& at, Item& item, int level)
 {
     at.Keys({"name", "displayName", "description", "longText", "miscText", "texts", "visible", "required", "selected",
              "target", "order", "flags", "status", "key", "languages", "systems", "files", "features"});
+    item.place = at.place();
     item.name = PlainName(at.At("name"));
-    item.displayName = at.Text("displayName");
-    item.description = at.Text("description");
-    item.longText = at.Text("longText");
-    item.miscText = at.Text("miscText");
+    item.displayName = Pattern(at, "displayName", PatternKind::display);
+    item.description = Pattern(at, "description", PatternKind::display);
+    item.longText = Pattern(at, "longText", PatternKind::display);
+    item.miscText = Pattern(at, "miscText", PatternKind::display);
     at.Members("texts", item.texts.size(), [&](const std::string& number, const JsonPlace& text) {
         const int n = atoi(number.c_str());
-        if (n < first_item_text || n > last_item_text)
-            text.Fail(L"only texts 16 to 23 exist");
+        if (n < first_item_text || n > last_item_text || std::to_string(n) != number)
+            return text.Fail(L"only texts 16 to 23 exist");
         item.texts[static_cast<std::size_t>(n - first_item_text)] = text.Text();
     });
     item.visible = at.Truth("visible", true);
@@ -276,8 +309,8 @@ void ProductReader::ReadItem(const JsonPlace& at, Item& item, int level)
     item.audience = ReadAudience(at);
     at.Each("files", most_of_a_kind, [&](const JsonPlace& group) {
         FileGroup made = ReadGroup(group);
-        if (std::any_of(item.groups.begin(), item.groups.end(),
-                        [&](const FileGroup& other) { return SameText(other.name, made.name); }))
+        if (!made.name.empty() && std::any_of(item.groups.begin(), item.groups.end(),
+                                              [&](const FileGroup& other) { return SameText(other.name, made.name); }))
             group.Fail(L"a file group \"" + made.name + L"\" exists already");
         item.groups.push_back(std::move(made));
     });
@@ -288,19 +321,27 @@ FileGroup ProductReader::ReadGroup(const JsonPlace& at)
 {
     at.Keys({"name", "target", "languages", "systems", "flags", "files"});
     FileGroup group;
+    group.place = at.place();
     group.name = PlainName(at.At("name"));
     group.target = Folder(at, "target");
     group.audience = ReadAudience(at);
     group.flags = Flags(at, 0);
     at.At("files");
-    at.Each("files", most_entries, [&](const JsonPlace& file) { ReadFile(file, group); });
+    uint32_t entry = 0;
+    at.Each("files", most_entries, [&](const JsonPlace& file) {
+        const std::size_t before = group.files.size();
+        ReadFile(file, group);
+        for (std::size_t i = before; i < group.files.size(); ++i)
+            group.files[i].entry = entry;
+        ++entry;
+    });
     return group;
 }
 
 void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
 {
     if (++m_entries > most_entries)
-        at.Fail(L"there are more than " + Number(most_entries) + L" file entries");
+        return at.Fail(L"there are more than " + Number(most_entries) + L" file entries");
     FileEntry entry;
     entry.flags = group.flags;
     if (at.IsText()) {
@@ -312,22 +353,26 @@ void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
         entry.name = Folder(at, "name");
         entry.target = Folder(at, "target");
         if (at.Has("size"))
-            entry.size = static_cast<uint64_t>(at.At("size").Number(0, INT64_MAX));
+            entry.size = static_cast<uint64_t>(at.At("size").Number(0, largest_payload));
         if (at.Has("version"))
             entry.version = Version(at.At("version"));
         if (at.Has("language"))
             entry.language = Language(at.At("language"));
         entry.flags = Flags(at, group.flags);
     }
+    if (entry.path.empty())
+        return;
     if (const std::wstring fault = PathFault(entry.path, true); !fault.empty())
-        at.Fail(L"the path \"" + entry.path + L"\" " + fault);
+        return at.Fail(L"the path \"" + entry.path + L"\" " + fault);
     const bool pattern = entry.path.find_first_of(L"*?") != std::wstring::npos;
     if (pattern ? !entry.name.empty() || entry.size.has_value() : entry.recurse)
-        at.Fail(pattern ? L"a pattern has no name and no size" : L"only a pattern can be recursive");
+        return at.Fail(pattern ? L"a pattern has no name and no size" : L"only a pattern can be recursive");
+    if (!m_payload)
+        return;
     const std::size_t before = group.files.size();
     const std::wstring problem = m_payload->Find(entry, before + most_files - m_files, group.files);
     if (!problem.empty())
-        at.Fail(problem);
+        return at.Fail(problem);
     m_files += group.files.size() - before;
     if (m_files > most_files)
         at.Fail(L"there are more than " + Number(most_files) + L" files");
@@ -336,7 +381,8 @@ void ProductReader::ReadFile(const JsonPlace& at, FileGroup& group)
 void ProductReader::ReadSupport(const JsonPlace& root)
 {
     // These lie in the setup folder in any case.
-    m_payload.emplace(FolderOf(m_file), m_product->payloadFolder, nullptr);
+    if (m_payload)
+        m_payload.emplace(FolderOf(m_product->file), m_product->payloadFolder, nullptr);
     Item& support = m_product->support;
     root.Each("support", most_of_a_kind, [&](const JsonPlace& at) {
         auto item = std::make_unique<Item>();
@@ -345,7 +391,7 @@ void ProductReader::ReadSupport(const JsonPlace& root)
         item->groups.push_back(ReadGroup(at));
         const std::wstring name = item->groups.front().name;
         item->name = name;
-        if (!support.Add(std::move(item)))
+        if (!name.empty() && !support.Add(std::move(item)))
             at.Fail(L"a support group \"" + name + L"\" exists already");
     });
 }
@@ -354,7 +400,10 @@ void ProductReader::ReadSetupTypes(const JsonPlace& root)
 {
     root.Each("setupTypes", most_of_a_kind, [&](const JsonPlace& at) {
         at.Keys({"name", "displayName", "description", "features"});
-        SetupType type{at.At("name").Name(), at.Text("displayName"), at.Text("description"), {}};
+        SetupType type{at.At("name").Name(),
+                       Pattern(at, "displayName", PatternKind::display),
+                       Pattern(at, "description", PatternKind::display),
+                       {}};
         if (std::any_of(m_product->setupTypes.begin(), m_product->setupTypes.end(),
                         [&](const SetupType& other) { return SameText(other.name, type.name); }))
             at.Fail(L"a setup type \"" + type.name + L"\" exists already");
@@ -369,7 +418,7 @@ void ProductReader::ReadSetupTypes(const JsonPlace& root)
 std::wstring ProductReader::FeaturePath(const JsonPlace& at) const
 {
     std::wstring path = at.Name(longest_path);
-    if (!m_product->Feature(path))
+    if (!path.empty() && !m_product->Feature(path))
         at.Fail(L"there is no feature \"" + path + L"\"");
     return path;
 }
@@ -381,7 +430,8 @@ void ProductReader::ReadRegistrySets(const JsonPlace& root)
         RegistrySet set{at.At("name").Name(), at.Has("feature") ? FeaturePath(at.At("feature")) : L"", {}};
         at.Each("keys", most_of_a_kind, [&](const JsonPlace& key) {
             key.Keys({"root", "key", "values"});
-            RegistryKey made{key.At("root").Text(), key.At("key").Name(longest_path), {}};
+            const JsonPlace name = key.At("key");
+            RegistryKey made{key.At("root").Text(), Noted(name, PatternKind::text, name.Name(longest_path)), {}};
             if (made.root != L"HKCU" && made.root != L"HKLM" && made.root != L"HKCR")
                 key.At("root").Fail(L"must be HKCU, HKLM or HKCR");
             key.Each("values", most_of_a_kind,
@@ -396,12 +446,12 @@ RegistryValue ProductReader::ReadRegistryValue(const JsonPlace& at)
 {
     at.Keys({"name", "type", "data"});
     RegistryValue value;
-    value.name = at.Text("name");
+    value.name = Pattern(at, "name", PatternKind::text);
     const std::wstring type = at.At("type").Text();
     const JsonPlace data = at.At("data");
     if (type == L"text" || type == L"expand") {
         value.type = type == L"text" ? REG_SZ : REG_EXPAND_SZ;
-        value.text = data.Text();
+        value.text = Noted(data, PatternKind::text, data.Text());
     } else if (type == L"number") {
         value.type = REG_DWORD;
         value.number = static_cast<DWORD>(data.Number(0, UINT32_MAX));
@@ -410,7 +460,9 @@ RegistryValue ProductReader::ReadRegistryValue(const JsonPlace& at)
         value.bytes = Bytes(data);
     } else if (type == L"texts") {
         value.type = REG_MULTI_SZ;
-        at.Each("data", most_of_a_kind, [&](const JsonPlace& line) { value.text += line.Name(longest_text) + L'\n'; });
+        at.Each("data", most_of_a_kind, [&](const JsonPlace& line) {
+            value.text += Noted(line, PatternKind::text, line.Name(longest_text)) + L'\n';
+        });
     } else {
         at.At("type").Fail(L"must be text, expand, number, binary or texts");
     }
@@ -422,7 +474,7 @@ void ProductReader::ReadShellObjects(const JsonPlace& root)
     root.Each("shellObjects", most_of_a_kind, [&](const JsonPlace& at) {
         at.Keys({"name", "folder", "target", "arguments", "workingDir", "icon", "iconIndex", "feature"});
         ShellObject object;
-        object.name = at.At("name").Name();
+        object.name = Noted(at.At("name"), PatternKind::display, at.At("name").Name());
         if (object.name.find_first_of(L"\\/") != std::wstring::npos)
             at.At("name").Fail(L"must not hold a slash");
         if (const std::wstring fault = PathFault(object.name + L".lnk");
@@ -430,9 +482,9 @@ void ProductReader::ReadShellObjects(const JsonPlace& root)
             at.At("name").Fail(L"\"" + object.name + L"\" " + fault);
         object.folder = Folder(at, "folder");
         object.target = Pattern(at.At("target"));
-        object.arguments = at.Text("arguments");
-        object.workingDir = at.Text("workingDir");
-        object.icon = at.Text("icon");
+        object.arguments = Pattern(at, "arguments", PatternKind::text);
+        object.workingDir = Pattern(at, "workingDir", PatternKind::path);
+        object.icon = Pattern(at, "icon", PatternKind::path);
         object.iconIndex = static_cast<long>(at.Number("iconIndex", 0, INT16_MIN, INT16_MAX));
         object.feature = at.Has("feature") ? FeaturePath(at.At("feature")) : L"";
         m_product->shellObjects.push_back(std::move(object));
@@ -465,15 +517,21 @@ std::unique_ptr<Item> FirstDisk()
 
 } // namespace
 
-Scope ReadScope(const std::wstring& file)
+ProductIdentity ReadIdentity(const std::wstring& file)
 {
-    const nlohmann::json document = ParseJson(file);
-    return ScopeOf(JsonPlace(document, file));
+    const JsonFile json(file, JsonFile::Faults::thrown);
+    const JsonPlace root = json.Root();
+    return {Identifier(root.At(root.Has("installGuid") ? "installGuid" : "guid")), ScopeOf(root)};
 }
 
 std::unique_ptr<Product> ReadProduct(const std::wstring& file, const Pack* pack)
 {
-    auto product = ProductReader(file, pack).Read();
+    return ReadProduct(JsonFile(file, JsonFile::Faults::thrown), nullptr, pack);
+}
+
+std::unique_ptr<Product> ReadProduct(const JsonFile& json, std::vector<PatternUse>* uses, const Pack* pack)
+{
+    auto product = ProductReader(json, uses, pack).Read();
     product->data.name = L"<Data>";
     product->support.name = L"<Support>";
     for (Item* root : {&product->data, &product->support})

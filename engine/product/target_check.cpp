@@ -56,7 +56,9 @@ std::wstring TargetPattern(const Item& item)
     return L"<TARGETDIR>";
 }
 
-void CheckItem(const Product& product, const Item& item, const std::wstring& root, Owners& owners)
+using FaultNews = std::function<void(const std::string&, const std::wstring&)>;
+
+void CheckItem(const Item& item, const std::wstring& root, Owners& owners, const FaultNews& fault)
 {
     for (const FileGroup& group : item.groups) {
         const std::wstring folder = JoinPath(root, group.target);
@@ -68,10 +70,11 @@ void CheckItem(const Product& product, const Item& item, const std::wstring& roo
             for (auto other = first; other != last; ++other) {
                 const Owner& earlier = other->second;
                 const bool shared = earlier.item != &item && SameText(earlier.file->source, file.source);
-                if (!shared && !NeverMeet(earlier, owner))
-                    throw engine_error(E_INVALIDARG, product.file,
-                                       L"\"" + item.Path() + L"\": " + file.source + L" has the target " + target +
-                                           L", which is that of " + earlier.file->source);
+                if (shared || NeverMeet(earlier, owner))
+                    continue;
+                fault(group.place + "/files/" + std::to_string(file.entry),
+                      file.source + L" has the target " + target + L", which is that of " + earlier.file->source);
+                break;
             }
             owners.emplace(std::move(key), owner);
         }
@@ -80,12 +83,12 @@ void CheckItem(const Product& product, const Item& item, const std::wstring& roo
 
 } // namespace
 
-void CheckTargets(const Product& product)
+void CheckTargets(const Product& product, const FaultNews& fault)
 {
     Owners features, support;
-    ForEachItem(product.data, [&](const Item& item) { CheckItem(product, item, TargetPattern(item), features); });
+    ForEachItem(product.data, [&](const Item& item) { CheckItem(item, TargetPattern(item), features, fault); });
     for (const auto& group : product.support.children)
-        CheckItem(product, *group, L"<SUPPORTDIR>", support);
+        CheckItem(*group, L"<SUPPORTDIR>", support, fault);
 }
 
 } // namespace vh::engine

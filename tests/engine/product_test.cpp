@@ -50,9 +50,9 @@ std::string Many(std::size_t count, const std::string& element, const char* sepa
 TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
 {
     Table<std::string, const wchar_t*, const wchar_t*> cases = {
-        {R"("features": [], "colour": 1)", L"/: ", L"unknown key \"colour\""},
+        {R"("features": [], "colour": 1)", L"/colour: ", L"unknown key \"colour\""},
         {R"("features": {})", L"/features: ", L"list"},
-        {R"("company": "x")", L"/: ", L"\"features\" is missing"},
+        {R"("company": "x")", L"/features: ", L"\"features\" is missing"},
         {R"("features": [{"name": "A"}, {"name": "a"}])", L"/features/1: ", L"exists already"},
         {R"("features": [{"name": "A\\B"}])", L"/features/0/name: ", L"backslash"},
         {R"("features": [{"name": ""}])", L"/features/0/name: ", L"empty"},
@@ -75,13 +75,13 @@ TEST(ProductFile, NamesThePlaceAndTheReasonOfEveryFault)
          L"/features/0/files/0/target: ", L"dot or blank"},
         {WithFiles(R"({"path": "odd/*", "target": "t"})"), L"/features/0/files/0/files/0: ",
          L"the name \"t\\com7.x\" at the target holds \"com7.x\""},
-        {WithFiles(R"("a.bin", {"path": "b.bin", "name": "A.BIN"})"), L": \"A\": ",
+        {WithFiles(R"("a.bin", {"path": "b.bin", "name": "A.BIN"})"), L"/features/0/files/0/files/1: ",
          L"b.bin has the target <TARGETDIR>\\A.BIN, which is that of "},
         {R"("features": [{"name": "A", "target": "<TARGETDIR>/s", "files": [{"name": "g", "files": ["a.bin"]}]},
             {"name": "B", "files": [{"name": "g", "files": [{"path": "b.bin", "name": "a.bin", "target": "S"}]}]}])",
-         L": \"B\": ", L"b.bin has the target <TARGETDIR>\\S\\a.bin, which is that of "},
+         L"/features/1/files/0/files/0: ", L"b.bin has the target <TARGETDIR>\\S\\a.bin, which is that of "},
         {R"("features": [], "support": [{"name": "g", "files": ["a.bin"]}, {"name": "h", "files": [{"path": "b.bin", "name": "A.bin"}]}])",
-         L": \"h\": ", L"which is that of "},
+         L"/support/1/files/0: ", L"which is that of "},
         {R"("features": [], "support": [{"name": "g", "files": [{"path": "a.bin", "target": "aux"}]}])",
          L"/support/0/files/0/target: ", L"device"},
         {R"("features": [], "target": "<PROGRAMFILES>\\con\\x")", L"/target: ", L"the name of a device"},

@@ -38,6 +38,13 @@ file(WRITE ${WORK}/short/payload/readme.txt "short")
 expect("payload of another size" 4 "readme.txt" ${HOST} ${WORK}/short ${place})
 expect_file("nothing was touched" FALSE ${WORK}/target)
 
+expect("a good setup folder" 0 "no faults, 4 features, 5 files" ${TOOL} product check ${SETUP})
+file(WRITE ${WORK}/short/setup.js "var a = 1;\nvar b = ;\n")
+expect("two folders, and a payload" 1 "product.json(20,44): /features/0/files/0/files/0: "
+  ${TOOL} product check ${WORK}/short ${SETUP})
+expect("a script" 1 "setup.js(2,9): " ${TOOL} product check ${WORK}/short)
+expect("all faults of a folder" 1 "short: 2 faults" ${TOOL} product check ${WORK}/short)
+expect("no product file" 4 "product.json" ${TOOL} product check ${WORK}/nowhere)
 file(WRITE ${WORK}/syntax.js "var a = 1;\nvar b = ;\n")
 expect("syntax error" 1 "syntax.js(2," ${HOST} ${SETUP} ${place} --script ${WORK}/syntax.js)
 file(WRITE ${WORK}/throws.js "ComponentMoveData(\"DATA\", 0);\n\nListCreate();\n")

@@ -2,7 +2,8 @@
 """The life of a made-up product: installed, changed in three orders, damaged, repaired, upgraded twice, an upgrade that
 fails, a downgrade, removed by its identifier with the setup gone; the tree is compared with its source after each step.
 
-Arguments: the program that starts Windows programs, vhhost, a folder of the test's own, a number to begin at random.
+Arguments: the program that starts Windows programs, vhhost, a folder of the test's own, a number to begin at random,
+and for the same with setups in one file vhtool.
 """
 import json
 import os
@@ -13,7 +14,7 @@ import subprocess
 import sys
 import time
 
-RUNNER, HOST, WORK, SEED = sys.argv[1:5]
+RUNNER, HOST, WORK, SEED, *PACKER = sys.argv[1:]
 WORK = pathlib.Path(WORK)
 GUID = "{2D7C3B55-9C11-4E0A-8E3F-0A6B7D15C4E2}"
 ROOT = "HKCU\\Software\\VHRT life"
@@ -85,6 +86,7 @@ class Product:
         self.version = version
         self.features = features
         self.content = {}
+        self.stamps = before.stamps if before else {}
         for files in features.values():
             for name in files:
                 old = before.content.get(name) if before else None
@@ -95,7 +97,7 @@ class Product:
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_bytes(data)
             same = before and before.content.get(name) == data
-            os.utime(file, (before or self).time(name, same))
+            os.utime(file, self.time(name, same))
         values = [{"name": f"v{version}", "type": "text", "data": "<TARGETDIR>"},
                   {"name": "Always", "type": "number", "data": 7}]
         (self.folder / "product.json").write_text(json.dumps({
@@ -106,14 +108,27 @@ class Product:
             "registrySets": [{"name": "Main", "keys": [{"root": "HKCU", "key": "Software\\Life", "values": values}]}],
             "shellObjects": [{"name": "Life", "folder": "VHRT life", "target": "<TARGETDIR>\\run.exe"}]}))
         (self.folder / "setup.js").write_text(SCRIPT)
+        if PACKER:
+            self.pack()
+
+    def pack(self):
+        """The folder goes as soon as the file is there; two packs are the same."""
+        self.file = WORK / f"setup-{self.version}.exe"
+        for compress in ("none", "best", "best"):
+            before = self.file.read_bytes() if self.file.exists() else b""
+            run("pack", "pack", windows(self.folder), windows(self.file), "--compress", compress, program=PACKER[0])
+        expect("two packs", self.file.read_bytes() == before, True)
+        shutil.rmtree(self.folder)
+
+    def gone(self):
+        self.file.unlink() if PACKER else shutil.rmtree(self.folder)
 
     def time(self, name, same):
         """A whole number of seconds: the same for files that stay the same."""
-        if same:
-            stamp = os.stat(self.folder / name).st_mtime
-            return (stamp, stamp)
-        Product.clock += 10
-        return (Product.clock, Product.clock)
+        if not same:
+            Product.clock += 10
+            self.stamps[name] = Product.clock
+        return (self.stamps[name],) * 2
 
     def tree(self, *without):
         return {name: self.content[name] for feature, files in self.features.items() if feature not in without
@@ -159,11 +174,34 @@ def features(version):
 
 
 def place(product):
-    return [windows(product.folder), "--silent", "--data", windows(WORK / "data"), "--registry-root", ROOT]
+    return [*([] if PACKER else [windows(product.folder)]), "--silent", "--data", windows(WORK / "data"), "--registry-root", ROOT]
 
 
 def with_setup(product, name, *words, **more):
-    return run(name, *place(product), *words, **more)
+    return run(name, *place(product), *words, program=product.file if PACKER else HOST, **more)
+
+
+def damaged_packs(product):
+    """A cut or changed file is refused before the target is touched; a signature behind it changes nothing."""
+    whole = product.file.read_bytes()
+    program = whole.rindex(b"VHPACK01")
+    index = int.from_bytes(whole[program + 16:program + 24], "little")
+    for name, data in (("cut", whole[:-1]), ("cut in two", whole[:program + 200]),
+                       *((f"changed at {at}", whole[:at] + bytes([whole[at] ^ 0x40]) + whole[at + 1:])
+                         for at in (program + 9, program + 30, program + 40, index - 1, index + 5,
+                                    *(chance.randrange(program + 64, index) for _ in range(8))))):
+        product.file.write_bytes(data)
+        rc, out = start(*place(product), program=product.file)
+        expect(f"{name}: refused ({out.strip()[-200:]})", rc in (1, 4) and ("cut" in out or "damaged" in out), True)
+        expect(f"{name}: the target", (WORK / "target").exists(), False)
+    layout = int.from_bytes(whole[60:64], "little")
+    signed = bytearray(whole + b"signature" * 100)
+    signed[layout + 24 + 144:layout + 24 + 152] = len(whole).to_bytes(4, "little") + (900).to_bytes(4, "little")
+    product.file.write_bytes(signed)
+    with_setup(product, "with a signature behind it")
+    compare("with a signature behind it", product.tree())
+    with_setup(product, "its removal", "--uninstall")
+    empty_machine("its removal")
 
 
 def main():
@@ -239,13 +277,16 @@ def main():
     compare("second upgrade", {**three.tree(), **config})
 
     for product in (one, two, three):
-        shutil.rmtree(product.folder)
+        product.gone()
     run("modify without the setup", "--modify", GUID, *data, program=kept, code=4, says="not there any more")
     run("removal", "--uninstall", GUID, "--silent", *data, program=kept, says="removal:")
     compare("removal", config)
     shutil.rmtree(WORK / "target")
     empty_machine("removal")
     run("nothing is left to remove", "--uninstall", GUID, *data, code=4, says="no such product")
+
+    if PACKER:
+        damaged_packs(Product("1.0", features("1.0")))
 
     # A user's own file in the way comes back.
     one = Product("1.0", features("1.0"))
@@ -259,7 +300,7 @@ def main():
     expect("it is back", on_disk(WORK / "target"), {"run.exe": b"mine"})
 
     # Kills at random moments are the engine's own test; here a damaged line of the log.
-    shutil.rmtree(WORK / "target")
+    shutil.rmtree(WORK / "target", ignore_errors=True)
     with_setup(one, "install again")
     log = WORK / "data" / GUID / "install.log"
     lines = log.read_bytes().split(b"\n")
