@@ -149,7 +149,7 @@ endif()
 # Presses the keys of a plan in a program with windows.
 add_executable(vhrt_ui_driver tools/ui/driver.cpp)
 target_link_options(vhrt_ui_driver PRIVATE -municode)
-target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options gtest)
+target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
 vhrt_test_program(vhrt_format_tests tests/format)
 file(GLOB format_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/pictures/formats/*.cpp)

@@ -1,9 +1,5 @@
 // Facts about machine, system and language through the exports.
-#include "../../exports/vhrt/facts.h"
-#include "../../exports/vhrt/calls.h"
-#include "../../exports/vhrt/language.h"
-#include "../../exports/vhrt/versions.h"
-#include "../support/import_patch.h"
+#include "../../exports/vhrt.h"
 #include "../support/test.h"
 
 #include <winspool.h>
@@ -40,7 +36,7 @@ void WINAPI Itanium(SYSTEM_INFO* system)
 
 TEST(Facts, OfAnotherMachineFollowItsArchitecture)
 {
-    const vh::test::CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
+    const CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
     EXPECT_EACH(0, _GetVirtualMachineType(), _IsVirtualMachine());
     EXPECT_EQ(GetCPUType(), 586);
 }
@@ -77,21 +73,21 @@ TEST(Facts, OfPortsAreThoseThatTheSystemLists)
 
 TEST(Language, GetsSublanguage1OnlyWhenItHasNone)
 {
-    vh::test::Table<int32_t, int32_t> rows = {{9, 1033},      {1033, 1033},       {0, 1024}, {2057, 2057},
-                                              {0x3FF, 0x7FF}, {0x10009, 0x10009}, {-1, -1}};
+    Table<int32_t, int32_t> rows = {{9, 1033},      {1033, 1033},       {0, 1024}, {2057, 2057},
+                                    {0x3FF, 0x7FF}, {0x10009, 0x10009}, {-1, -1}};
     for (const auto& [given, standard] : rows)
         EXPECT_EQ(_GetStandardLangId(given), standard);
 }
 
 TEST(DllDirectory, IsSetAndClearedLikeTheSystems)
 {
-    wchar_t before[MAX_PATH] = L"";
-    GetDllDirectoryW(MAX_PATH, before);
+    const auto now = [] {
+        return Filled([](wchar_t* to, int room) { GetDllDirectoryW(static_cast<DWORD>(room), to); });
+    };
+    const std::wstring before = now();
     EXPECT_NE(_SetDllDirectory(L"C:\\windows\\temp"), 0);
-    wchar_t now[MAX_PATH] = L"";
-    GetDllDirectoryW(MAX_PATH, now);
-    EXPECT_STREQ(now, L"C:\\windows\\temp");
-    EXPECT_NE(_SetDllDirectory(before), 0);
+    EXPECT_EQ(now(), L"C:\\windows\\temp");
+    EXPECT_NE(_SetDllDirectory(before.c_str()), 0);
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 // Media on engine data, through the component exports.
 #include "../support/bare_context.h"
-#include "../support/replaced.h"
 #include "../support/session.h"
-
-using namespace vh;
 
 namespace {
 

@@ -1,6 +1,5 @@
 // Media that a script builds, and the arithmetic of costs, which they make exact.
 #include "../../Src/inc/engine_features.h"
-#include "../../exports/vhrt.h"
 #include "../../scriptdata/com_object.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"

@@ -6,11 +6,7 @@
 
 namespace {
 
-using namespace vh;
-
 using Pixels = std::vector<uint8_t>;
-
-std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
 
 uint32_t CodeOf(const std::string& file)
 {

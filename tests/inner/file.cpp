@@ -2,7 +2,6 @@
 #include <thread>
 
 #include "../../diagnostics/file.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {

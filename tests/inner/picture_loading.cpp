@@ -2,15 +2,10 @@
 #include "../../pictures/late_gdiplus.h"
 #include "../../pictures/palette.h"
 #include "../../pictures/setup_image.h"
-#include "../../scriptdata/unique.h"
 #include "../support/bitmap_writer.h"
-#include "../support/replaced.h"
 #include "../support/sheet.h"
-#include "../support/temp_folder.h"
 
 namespace {
-
-using namespace vh;
 
 constexpr DWORD ground = 0xFFFFFF;
 
@@ -78,12 +73,7 @@ TEST(PictureLoading, TakesEveryKindOfBitmap)
     }
 }
 
-std::wstring StandardLibrary()
-{
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path).substr(0, std::wstring_view(path).rfind(L'\\') + 1) + L"vhtexts_standard.dll";
-}
+std::wstring StandardLibrary() { return Beside(L"vhtexts_standard.dll"); }
 
 TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
 {

@@ -3,33 +3,20 @@
 #include "../../diagnostics/mapped_file.h"
 #include "../../files/remove_tree.h"
 #include "../../files/unicode_file.h"
-#include "../../scriptdata/com_ptr.h"
 #include "../../system/late_advapi32.h"
 #include "../../system/pending_operations.h"
+#include "../support/handle_counts.h"
 #include "../support/registry_root.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
 
 #include <oleauto.h>
 
 namespace {
 
-using namespace vh;
-
-class Registration : public testing::Test {
-protected:
+struct Registration : testing::Test {
     RegistryRoot machine{HKEY_LOCAL_MACHINE};
     RegistryRoot user{HKEY_CURRENT_USER};
     TempFolder folder;
 };
-
-// A file beside the test program.
-std::wstring Beside(const wchar_t* name)
-{
-    wchar_t own[MAX_PATH];
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    return std::wstring(own, std::wstring_view(own).rfind(L'\\') + 1).append(name);
-}
 
 TEST_F(Registration, LeavesKeysOfOthersAndTellsFaults)
 {
@@ -150,13 +137,6 @@ TEST_F(Registration, OfAProgramIsItsExitCode)
     SetEvent(let_go.get());
     EXPECT_FALSE(RegisterModule(stringx(folder / L"none.exe"), true, false));
     EXPECT_EQ(last_file_failure().code, static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-}
-
-DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
 }
 
 TEST_F(Registration, AndItsNeighboursLeaveNothingOpen)

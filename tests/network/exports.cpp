@@ -1,11 +1,6 @@
 // Addresses in the place of paths, through the exported functions.
-#include "../../exports/vhrt/disks.h"
-#include "../../exports/vhrt/file_copy.h"
-#include "../../exports/vhrt/files.h"
-#include "../../exports/vhrt/language.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
-#include "../support/temp_folder.h"
 #include "server_access.h"
 
 namespace {

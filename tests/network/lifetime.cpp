@@ -2,19 +2,12 @@
 #include <atomic>
 
 #include "../../diagnostics/inet_session.h"
-#include "../support/replaced.h"
+#include "../support/handle_counts.h"
 #include "server_access.h"
 
 namespace {
 
 namespace late = vh::late;
-
-DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
 
 // What WinInet tells of a request.
 void Tell(DWORD_PTR context, DWORD status, DWORD_PTR result, DWORD error = 0)
@@ -27,8 +20,7 @@ std::atomic<int> sessions;
 std::atomic<int> handles;
 
 // Counts WinInet's handles: those that it announces, and those that are closed.
-class Lifetime : public testing::Test {
-protected:
+struct Lifetime : testing::Test {
     Lifetime()
     {
         sessions = handles = 0;

@@ -193,7 +193,7 @@ TEST(Reading, TakesCredentialsAlsoOfADomain)
 // Waiting for a slow server, a window of the thread gets its messages.
 TEST(Reading, KeepsTheThreadsWindowsAlive)
 {
-    const HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    const HWND window = NewWindow(L"STATIC", WS_POPUP);
     static int ticks;
     ticks = 0;
     SetTimer(window, 1, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });

@@ -1,16 +1,21 @@
-// Pixels of windows, and pictures of a part of the screen, kept for people to look at.
+// What stands on the screen: the texts of windows, and pictures of a part of it, kept for people to look at.
 #pragma once
 
-#include "test.h"
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
+#include <vector>
+#include <windows.h>
 
-namespace vh::test {
+namespace vh::ui {
 
-inline COLORREF PixelOf(HWND window, long x, long y)
+inline std::wstring TextOf(HWND window)
 {
-    const HDC context = GetDC(window);
-    const COLORREF color = GetPixel(context, static_cast<int>(x), static_cast<int>(y));
-    ReleaseDC(window, context);
-    return color;
+    std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)), L'\0');
+    SendMessageW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
+    return text;
 }
 
 // What stands on the screen in a window's place, as a bitmap file.
@@ -64,10 +69,4 @@ inline void Keep(std::span<const std::byte> picture, const std::wstring& name)
     file.write(reinterpret_cast<const char*>(picture.data()), static_cast<std::streamsize>(picture.size()));
 }
 
-inline void KeepPicture(HWND window, const std::wstring& name)
-{
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    Keep(PictureOf(window), name);
-}
-
-} // namespace vh::test
+} // namespace vh::ui
