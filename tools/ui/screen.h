@@ -9,6 +9,8 @@
 #include <vector>
 #include <windows.h>
 
+#include "../../pictures/gdi_objects.h"
+
 namespace vh::ui {
 
 inline std::wstring TextOf(HWND window)
@@ -30,13 +32,12 @@ inline std::vector<std::byte> PictureOf(HWND window)
     picture.biPlanes = 1;
     picture.biBitCount = 24;
 
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
+    const unique_screen_context screen(GetDC(nullptr));
     void* bits = nullptr;
-    const HBITMAP bitmap =
-        CreateDIBSection(memory, reinterpret_cast<BITMAPINFO*>(&picture), DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, picture.biWidth, picture.biHeight, screen, place.left, place.top, SRCCOPY);
+    const unique_bitmap bitmap(
+        CreateDIBSection(screen.get(), reinterpret_cast<BITMAPINFO*>(&picture), DIB_RGB_COLORS, &bits, nullptr, 0));
+    const bitmap_context memory(screen.get(), bitmap.get());
+    BitBlt(memory.get(), 0, 0, picture.biWidth, picture.biHeight, screen.get(), place.left, place.top, SRCCOPY);
     GdiFlush();
 
     const auto size = bits ? static_cast<DWORD>((picture.biWidth * 3 + 3) / 4 * 4 * picture.biHeight) : 0;
@@ -48,11 +49,6 @@ inline std::vector<std::byte> PictureOf(HWND window)
     std::memcpy(file.data(), &header, sizeof(header));
     std::memcpy(file.data() + sizeof(header), &picture, sizeof(picture));
     std::memcpy(file.data() + header.bfOffBits, bits, size);
-
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
     return file;
 }
 
