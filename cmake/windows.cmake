@@ -115,7 +115,7 @@ foreach(texts standard user dialogs)
   set_target_properties(vhtexts_${texts} PROPERTIES PREFIX "" LINKER_LANGUAGE C)
   target_link_options(vhtexts_${texts} PRIVATE -nostdlib -Wl,-e,0)
 endforeach()
-vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:vhengine>)
+vhrt_test_program(vhrt_export_tests tests/exports VHRT $<TARGET_NAME_IF_EXISTS:vhengine> winspool)
 # Stands in for a download agent.
 add_executable(vhrt_test_agent WIN32 tests/agent/agent.cpp)
 target_link_options(vhrt_test_agent PRIVATE -municode)

@@ -26,10 +26,10 @@ TEST(Drivers, GoThroughTheLibraryOfTheSupportDirectory)
     int32_t reboot = 0;
     uint32_t size = 0;
     const auto all = [&](int32_t answer) {
-        EXPECT_EQ(_DIFxDriverPackagePreinstall(session, L"p", 0), answer);
-        EXPECT_EQ(_DIFxDriverPackageInstall(session, L"p", 0, nullptr, &reboot), answer);
-        EXPECT_EQ(_DIFxDriverPackageUninstall(session, L"p", 0, nullptr, &reboot), answer);
-        EXPECT_EQ(_DIFxDriverPackageGetPath(session, L"p", nullptr, &size), answer);
+        EXPECT_EACH(answer, _DIFxDriverPackagePreinstall(session, L"p", 0),
+                    _DIFxDriverPackageInstall(session, L"p", 0, nullptr, &reboot),
+                    _DIFxDriverPackageUninstall(session, L"p", 0, nullptr, &reboot),
+                    _DIFxDriverPackageGetPath(session, L"p", nullptr, &size));
     };
     all(static_cast<int32_t>(0x80029C4A));
     WriteText(SupportFile(session), "no library");

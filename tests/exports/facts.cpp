@@ -44,17 +44,13 @@ TEST(Facts, OfAnotherMachineFollowItsArchitecture)
 // The names of the system's ports by a call of the test's own; empty when there is no spooler.
 std::vector<std::wstring> PortNames()
 {
-    const HMODULE spooler = LoadLibraryW(L"winspool.drv");
-    const auto list = reinterpret_cast<decltype(EnumPortsW)*>(
-        reinterpret_cast<void*>(spooler ? GetProcAddress(spooler, "EnumPortsW") : nullptr));
     std::vector<PORT_INFO_2W> records(200);
+    const auto room = static_cast<DWORD>(records.size() * sizeof(PORT_INFO_2W));
     DWORD needed = 0, count = 0;
-    if (!list || !list(nullptr, 2, reinterpret_cast<BYTE*>(records.data()),
-                       static_cast<DWORD>(records.size() * sizeof(PORT_INFO_2W)), &needed, &count))
-        return {};
     std::vector<std::wstring> names;
-    for (DWORD i = 0; i < count; ++i)
-        names.emplace_back(records[i].pPortName);
+    if (EnumPortsW(nullptr, 2, reinterpret_cast<BYTE*>(records.data()), room, &needed, &count))
+        for (DWORD i = 0; i < count; ++i)
+            names.emplace_back(records[i].pPortName);
     return names;
 }
 

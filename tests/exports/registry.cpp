@@ -168,9 +168,9 @@ TEST_F(Registry, KeysAreFoundListedAndDeleted)
     EXPECT_EQ(ListText(session, list), L"Sub");
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumValues, list), 0);
     EXPECT_EQ(ListText(session, list), L"Sub|V|W");
-    EXPECT_EQ(_RegEnum(session, current_user, base, 3, list), -1);
-    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, numbers), -1);
-    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, 12345), -1);
+    EXPECT_EACH(-1, _RegEnum(session, current_user, base, 3, list),
+                _RegEnum(session, current_user, base, RegEnumKeys, numbers),
+                _RegEnum(session, current_user, base, RegEnumKeys, 12345));
     EXPECT_EQ(_RegEnum(session, current_user, sub.c_str(), RegEnumKeys, 12345), 0) << "nothing to add";
     EXPECT_EQ(_RegEnum(session, current_user, (sub + L"\\none").c_str(), RegEnumKeys, list), not_found);
 

@@ -60,8 +60,7 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 14, -5, nullptr), 0);
     EXPECT_EQ(number(14), -5);
     EXPECT_EQ(number(2), 1);
-    EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), 0);
-    EXPECT_EQ(number(2), 0);
+    EXPECT_EACH(0, _ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), number(2));
     EXPECT_EQ(number(8), 1);
     for (const int32_t selected : {0, 2, 0, 1}) {
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 8, selected, nullptr), 0);

@@ -24,12 +24,7 @@ struct WebDisks : testing::Test {
     }
     bool AgentEnds() const { return WaitForSingleObject(m_process.get(), 10000) == WAIT_OBJECT_0; }
     // What the agent was told, a line each.
-    std::string Notes() const
-    {
-        std::string notes = BytesOf(m_notes);
-        std::erase(notes, '\r');
-        return notes;
-    }
+    std::string Notes() const { return BytesOf(m_notes); }
 
     Session session;
 

@@ -69,9 +69,9 @@ TEST(WindowServices, ChooseOnePlacementAndOneColour)
     EXPECT_EQ(session.engine->LiveObjects(), held);
     // A lone number behind a ";" is a resource's, with a colour or without.
     const std::wstring library = StandardTexts() + L";501";
-    EXPECT_EQ(_PlaceBitmap(session, library.c_str(), 1, 0, 0, 2), 0);
-    EXPECT_EQ(_PlaceBitmap(session, (library + L";9,9,9").c_str(), 1, 0, 0, 34), 0);
-    EXPECT_EQ(_PlaceBitmap(session, library.c_str(), 1, 0, 0, 34), 0);
+    EXPECT_EACH(0, _PlaceBitmap(session, library.c_str(), 1, 0, 0, 2),
+                _PlaceBitmap(session, (library + L";9,9,9").c_str(), 1, 0, 0, 34),
+                _PlaceBitmap(session, library.c_str(), 1, 0, 0, 34));
 }
 
 TEST(WindowServices, ChooseTheStatusTemplateByStyle)

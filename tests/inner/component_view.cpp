@@ -348,8 +348,7 @@ TEST_F(ComponentViews, ShowStatesInTheSystemsColours)
     // Left of the check picture, behind the name, at the sizes.
     RECT client{};
     GetClientRect(Window(), &client);
-    EXPECT_EQ(count_of(row(0, 2, 4), COLOR_HIGHLIGHT), 2 * 17);
-    EXPECT_EQ(count_of(row(1, 2, 4), COLOR_WINDOW), 2 * 17);
+    EXPECT_EACH(2 * 17, count_of(row(0, 2, 4), COLOR_HIGHLIGHT), count_of(row(1, 2, 4), COLOR_WINDOW));
     EXPECT_GT(count_of(row(0, 20, 60), COLOR_HIGHLIGHTTEXT), 5);
     EXPECT_GT(count_of(row(1, 20, 60), COLOR_WINDOWTEXT), 5);
     EXPECT_GT(count_of(row(2, 20, 60), COLOR_GRAYTEXT), 5);

@@ -80,12 +80,9 @@ std::wstring MadeTypeLibrary(const std::wstring& path)
     com_ptr<ICreateTypeLib2> library;
     EXPECT_EQ(CreateTypeLib2(SYS_WIN64, path.c_str(), library.put()), S_OK);
     const GUID id{0x5D3CDA10, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}};
-    EXPECT_EQ(library->SetGuid(id), S_OK);
-    EXPECT_EQ(library->SetVersion(3, 7), S_OK);
-    EXPECT_EQ(library->SetLcid(9), S_OK);
+    EXPECT_EACH(S_OK, library->SetGuid(id), library->SetVersion(3, 7), library->SetLcid(9));
     wchar_t name[] = L"Tested";
-    EXPECT_EQ(library->SetName(name), S_OK);
-    EXPECT_EQ(library->SaveAllChanges(), S_OK);
+    EXPECT_EACH(S_OK, library->SetName(name), library->SaveAllChanges());
     return path;
 }
 

@@ -26,8 +26,7 @@ TEST(VirtualMachine, IsTheFirstProbeThatAnswersAndAskedOnce)
         answering_probe = answering;
         virtual_machine machine(probes);
         const int32_t number = answering ? 10 + answering : 0;
-        EXPECT_EQ(machine.type(), number);
-        EXPECT_EQ(machine.type(), number);
+        EXPECT_EACH(number, machine.type(), machine.type());
         EXPECT_EQ(probes_run, run);
     }
 }

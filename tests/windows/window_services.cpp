@@ -74,8 +74,7 @@ TEST_F(EngineWindows, ShowCaptionColourAndTitle)
         KeepPicture(main, shadow ? L"engine-title-shadow" : L"engine-title");
         EXPECT_EQ(_SetFont(session, 1, 8, L"Tahoma"), 0);
     }
-    EXPECT_EQ(_SetTitle(session, L"", 40, 0x00FFFF), 0);
-    EXPECT_EQ(CountPixels(main, area, 0x00FFFF), 0);
+    EXPECT_EACH(0, _SetTitle(session, L"", 40, 0x00FFFF), CountPixels(main, area, 0x00FFFF));
 }
 
 TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
@@ -299,9 +298,8 @@ TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
     const HWND status = Open(), bar = VisibleChild(status, PROGRESS_CLASSW);
-    EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
-    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
-    EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
+    EXPECT_EACH(0, _FeatureSpendCost(session, 0, 0), SendMessageW(bar, PBM_GETPOS, 0, 0),
+                _StatusUpdate(session, 1, 70));
     // A message that came before is handled while the files move.
     bool seen = false;
     SetWindowSubclass(
