@@ -151,6 +151,7 @@ TEST(PictureLoading, RealizesThePaletteOfAFileOnDisplaysThatHaveOne)
     const unique_palette palette = LoadPalette(folder.Write(L"some.pal", colors).c_str());
     PALETTEENTRY last{};
     EXPECT_GIVES(GetPaletteEntries(palette.get(), 255, 1, &last), 1u, last.peGreen, 3);
+    EXPECT_EQ(last.peRed, 0);
     EXPECT_FALSE(LoadPalette((folder / L"none.pal").c_str()));
     EXPECT_FALSE(LoadPalette(folder.Write(L"cut.pal", colors.substr(0, 100)).c_str()));
     const std::string file = BitmapFile(BitmapHeader(1, 1, 24), "", Long(0));
