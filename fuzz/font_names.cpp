@@ -2,7 +2,7 @@
 #include "../files/font_names.h"
 #include "fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     const auto read = [&](std::uint64_t offset, std::span<std::byte> bytes) {
         if (offset > size || bytes.size() > size - offset)
@@ -18,5 +18,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(status != vh::font_name_status::found || (length <= 100 && text.size() == std::size_t(length) / 2));
         Require(status != vh::font_name_status::too_long || length > 100);
     }
-    return 0;
 }

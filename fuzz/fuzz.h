@@ -16,3 +16,12 @@ inline void Require(bool holds)
     if (!holds)
         std::abort();
 }
+
+// Each fuzzer's own.
+void Fuzz(const std::uint8_t* data, std::size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    Fuzz(data, size);
+    return 0;
+}

@@ -17,12 +17,11 @@ void Walk(const std::basic_string<Unit>& text, std::basic_string_view<Unit> sepa
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     const std::string narrow(data, data + size);
     for (const std::string_view separator : {"=", "", "::"})
         Walk<char>(narrow, separator);
     for (const bool big_endian : {false, true})
         Walk<char16_t>(vh::UnitsOfUtf16<char16_t>(std::as_bytes(std::span(data, size)), big_endian), u"=");
-    return 0;
 }

@@ -2,7 +2,7 @@
 #include "../scriptdata/path_text.h"
 #include "fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
+void Fuzz(const uint8_t* data, std::size_t size)
 {
     std::u16string text(size / sizeof(char16_t), u'\0');
     std::memcpy(text.data(), data, text.size() * sizeof(char16_t));
@@ -23,5 +23,4 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
     while (vh::ShortenPath(shortened))
         Require(++steps <= text.size());
     Require(shortened.starts_with(root));
-    return 0;
 }

@@ -4,7 +4,7 @@
 #include "../pictures/formats/palette_file.h"
 #include "fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     const std::span<const std::byte> bytes = std::as_bytes(std::span(data, size));
     vh::bitmap_picture bitmap;
@@ -16,5 +16,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     vh::metafile_picture metafile;
     Require(vh::ReadMetafile(bytes, metafile) != vh::picture_done || metafile.bits.size() <= size);
     vh::palette_picture palette;
-    return vh::ReadPaletteFile(bytes, palette) == ~0u;
+    Require(vh::ReadPaletteFile(bytes, palette) != ~0u);
 }

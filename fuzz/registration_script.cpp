@@ -20,7 +20,7 @@ void Write(const vh::script_key& key, std::string& text)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     const std::vector<char> exact(data, data + size);
     vh::RegistrationScript script;
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!script.Parse({exact.data(), exact.size()}, fault)) {
         Require(fault.reason && fault.line >= 1 && fault.column >= 1 && fault.column <= size + 1);
         Require(script.root == vh::script_key());
-        return 0;
+        return;
     }
     // A name with a quote in it can't be written.
     std::string text = "HKCR\r\n";
@@ -39,5 +39,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         vh::RegistrationScript again;
         Require(again.Parse(text, fault) && again.root == script.root);
     }
-    return 0;
 }

@@ -20,7 +20,7 @@ void ReadAsStore(std::span<const std::byte> bytes)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     const auto bytes = std::as_bytes(std::span(data, size));
     ReadAsStore(bytes);
@@ -40,5 +40,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(choice.path.size() + choice.certificate.size() <= size);
     if (const auto thumbprint = vh::ReadThumbprint(text))
         Require(!thumbprint->empty() && thumbprint->size() <= size / 2);
-    return 0;
 }

@@ -1,11 +1,9 @@
 // Containers of skins, and the text in them, from any bytes.
-#include <cstdlib>
-#include <string>
-
 #include "../skin/skin_container.h"
 #include "../skin/skin_profile.h"
+#include "fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
+void Fuzz(const uint8_t* data, std::size_t size)
 {
     // As a file would be, and as one that is not scrambled, so that inputs can be read.
     std::vector<std::byte> bytes(reinterpret_cast<const std::byte*>(data),
@@ -13,25 +11,20 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
     std::vector<std::byte> back = bytes;
     vh::ScrambleSkin(back);
     vh::DescrambleSkin(back);
-    if (back != bytes)
-        std::abort();
+    Require(back == bytes);
     std::size_t room = bytes.size();
     std::string text;
     vh::ForEachSkinEntry(bytes, [&](std::string_view name, std::span<const std::byte> content) {
-        if (name.size() + content.size() > room)
-            std::abort();
+        Require(name.size() + content.size() <= room);
         room -= name.size() + content.size();
         if (vh::IsSkinText(name))
             text.assign(reinterpret_cast<const char*>(content.data()), content.size());
     });
     const vh::skin_profile profile(text);
     if (profile.sections().size() > 100)
-        return 0;
+        return;
     const auto sections = vh::ReadSkinText(profile.reader(), profile.names(), {});
-    if (sections.empty() || sections.front().name != "ALL" || !sections.front().defaults)
-        std::abort();
+    Require(!sections.empty() && sections.front().name == "ALL" && sections.front().defaults);
     for (const auto& section : sections)
-        if (section.rects.size() > vh::most_skin_entries || section.buttons.size() > vh::most_skin_entries)
-            std::abort();
-    return 0;
+        Require(section.rects.size() <= vh::most_skin_entries && section.buttons.size() <= vh::most_skin_entries);
 }

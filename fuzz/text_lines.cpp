@@ -20,9 +20,8 @@ void Cut(const std::uint8_t* data, std::size_t size)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     Cut<char>(data, size);
     Cut<char16_t>(data, size);
-    return 0;
 }

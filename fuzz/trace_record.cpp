@@ -2,7 +2,7 @@
 #include "../diagnostics/trace_record.h"
 #include "fuzz.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     vh::trace_reader reader(std::as_bytes(std::span(data, size)));
     std::span<const std::byte> payload;
@@ -13,5 +13,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         Require(std::ranges::equal(copy, payload));
     }
     Require(reader.offset() <= size);
-    return 0;
 }

@@ -33,7 +33,7 @@ void Check(std::basic_string_view<Unit> text)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+void Fuzz(const std::uint8_t* data, std::size_t size)
 {
     const std::string narrow(data, data + size);
     Check<char>(narrow);
@@ -41,5 +41,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::memcpy(wide.data(), data, wide.size() * sizeof(char16_t));
     Check<char16_t>(wide);
     Check<char16_t>(std::u16string(data, data + size));
-    return 0;
 }

@@ -28,6 +28,8 @@ struct skin_rect_text {
     uint32_t color;
     skin_pair pos;
     skin_pair area;
+
+    bool operator==(const skin_rect_text&) const = default;
 };
 
 struct skin_image_text {
@@ -35,6 +37,8 @@ struct skin_image_text {
     skin_pair pos;
     uint32_t options = 0;
     uint32_t transparent = skin_image_transparent;
+
+    bool operator==(const skin_image_text&) const = default;
 };
 
 struct skin_button_text {
@@ -47,6 +51,8 @@ struct skin_button_text {
     uint32_t transparent = skin_button_transparent;
     uint32_t text_color = 0;
     uint32_t disabled_color = 0;
+
+    bool operator==(const skin_button_text&) const = default;
 };
 
 struct skin_section_text {
@@ -58,6 +64,8 @@ struct skin_section_text {
     std::vector<skin_button_text> buttons;
     // Sections that others fall back on have one of their own.
     std::optional<skin_button_text> defaults;
+
+    bool operator==(const skin_section_text&) const = default;
 };
 
 // The system's colours at the time.

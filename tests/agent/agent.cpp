@@ -70,7 +70,7 @@ LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lpar
 
 int wmain(int count, wchar_t** words)
 {
-    notes = count == 2 ? _wfopen(words[1], L"w") : nullptr;
+    notes = count == 2 ? _wfopen(words[1], L"wb") : nullptr;
     if (!notes)
         return 2;
     WNDCLASSW kind{};

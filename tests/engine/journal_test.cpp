@@ -525,7 +525,7 @@ TEST_F(Journal, LeftoversOfKilledRunsGoWithTheNextStart)
     content.resize(content.rfind('\n', content.size() - 2) + 1);
     WriteText(LogFile(), content);
     ASSERT_TRUE(MoveFileW(stashed.c_str(), backup.c_str()));
-    const std::wstring support = JoinPath(TempFolder(), L"VHSetup{00000000-0000-0000-0000-00000000DEAD}");
+    const std::wstring support = JoinPath(engine::TempFolder(), L"VHSetup{00000000-0000-0000-0000-00000000DEAD}");
     WriteText(support + L"\\deep\\file.txt", "left");
     const auto other = SetupFolder().Root();
     Reopen();

@@ -1,12 +1,9 @@
 // Property bags, read and written as a script does it.
 #include "../support/session.h"
 
-using namespace vh;
-
 namespace {
 
-class Bags : public testing::Test {
-protected:
+struct Bags : testing::Test {
     Bags() { engine::test::MakeTree(m_folder); }
     void SetUp() override
     {
@@ -103,25 +100,22 @@ TEST_F(Bags, KeepWhatIsWritten)
 
 TEST_F(Bags, ComeOutOfTheirStreamOnce)
 {
-    CoInitialize(nullptr);
-    {
-        WriteNumberProperty(bag.get(), L"n", 41);
-        IStream* stream = nullptr;
-        ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(iid_of<ISetupPropertyBag>, bag.get(), &stream), S_OK);
-        ISetupPropertyBag* out = nullptr;
-        EXPECT_GIVES(__VHRTGetPropertyBag(&stream, &out), 0, stream, nullptr);
-        int32_t number = 0;
-        EXPECT_GIVES(ReadNumberProperty(out, L"n", &number), 0, number, 41);
-        bag.reset();
-        EXPECT_EQ(__VHRTReleasePropertyBag(out), 0) << "no reference is left";
-        EXPECT_EQ(__VHRTReleasePropertyBag(nullptr), 0);
+    const Apartment apartment;
+    WriteNumberProperty(bag.get(), L"n", 41);
+    IStream* stream = nullptr;
+    ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(iid_of<ISetupPropertyBag>, bag.get(), &stream), S_OK);
+    ISetupPropertyBag* out = nullptr;
+    EXPECT_GIVES(__VHRTGetPropertyBag(&stream, &out), 0, stream, nullptr);
+    int32_t number = 0;
+    EXPECT_GIVES(ReadNumberProperty(out, L"n", &number), 0, number, 41);
+    bag.reset();
+    EXPECT_EQ(__VHRTReleasePropertyBag(out), 0) << "no reference is left";
+    EXPECT_EQ(__VHRTReleasePropertyBag(nullptr), 0);
 
-        out = reinterpret_cast<ISetupPropertyBag*>(1);
-        EXPECT_LT(__VHRTGetPropertyBag(&stream, &out), 0) << "an empty stream word";
-        EXPECT_EQ(out, nullptr);
-        EXPECT_EACH(E_POINTER, __VHRTGetPropertyBag(nullptr, &out), __VHRTGetPropertyBag(&stream, nullptr));
-    }
-    CoUninitialize();
+    out = reinterpret_cast<ISetupPropertyBag*>(1);
+    EXPECT_LT(__VHRTGetPropertyBag(&stream, &out), 0) << "an empty stream word";
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EACH(E_POINTER, __VHRTGetPropertyBag(nullptr, &out), __VHRTGetPropertyBag(&stream, nullptr));
 }
 
 } // namespace

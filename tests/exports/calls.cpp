@@ -1,7 +1,4 @@
 // Calls out of the script: foreign functions, and processes of the test's own.
-#include "../../exports/vhrt/calls.h"
-#include "../../scriptdata/unique.h"
-#include "../support/import_patch.h"
 #include "../support/traced_library.h"
 
 #include <tlhelp32.h>
@@ -22,16 +19,9 @@ __declspec(dllexport) __attribute__((naked)) int32_t VHTestUnbalanced() { __asm_
 
 namespace {
 
-std::wstring OwnPath()
-{
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return path;
-}
-
 TEST(ForeignCalls, PassThreeArgumentsAndTheResult)
 {
-    const std::wstring self = OwnPath();
+    const std::wstring self = Beside(L"vhrt_export_tests.exe");
     wchar_t text[] = L"abc";
     EXPECT_GIVES_TEXT(CallDLLFn(self.c_str(), "VHTestSum", 40, text, 2), 42, text, L"#bc");
     EXPECT_EQ(CallDLLFn(self.c_str(), "VHTestSum", -40, nullptr, 2), -38);
@@ -64,10 +54,8 @@ class WaitingProcess : Pinned {
 public:
     WaitingProcess(const TempFolder& folder, const std::wstring& name, HANDLE parent = GetCurrentProcess())
     {
-        wchar_t system[MAX_PATH];
-        GetSystemDirectoryW(system, MAX_PATH);
         const std::wstring path = folder / name;
-        CopyFileW((std::wstring(system) + L"\\cmd.exe").c_str(), path.c_str(), FALSE);
+        CopyFileW((Filled(GetSystemDirectoryW) + L"\\cmd.exe").c_str(), path.c_str(), FALSE);
         SIZE_T size = 0;
         InitializeProcThreadAttributeList(nullptr, 1, 0, &size);
         std::vector<char> space(size);

@@ -1,10 +1,6 @@
 // How a context is filled, what a failing engine leaves of it, and how it ends.
-#include <objbase.h>
-
 #include "../support/bare_context.h"
 #include "../support/session.h"
-
-using namespace vh;
 
 namespace {
 
@@ -127,15 +123,10 @@ TEST(SuiteContext, HasDirectoriesAndServicesButNoMedia)
         EXPECT_EQ(Variable(*session.engine, global_text_service, L"SHAREDSUPPORTDIR"), L"C:\\suite");
         EXPECT_EQ(_ComponentGetData(suite, L"DATA", L"Core", 8, nullptr, text, 64), -132);
         EXPECT_EQ(_InitInstall(suite), E_POINTER);
-        variant log;
-        EXPECT_EQ(__GetLog(suite, log.put()), E_FAIL);
-        variant info;
-        EXPECT_EQ(__GetInfo(suite, info.put()), 0);
-        EXPECT_EQ(info.type(), VT_DISPATCH);
-        variant local;
-        EXPECT_EQ(__GetTextSub(suite, 0, local.put()), 0);
-        variant global;
-        EXPECT_EQ(__GetTextSub(suite, 5, global.put()), 0);
+        variant local, global;
+        EXPECT_EQ(__GetLog(suite, local.put()), E_FAIL);
+        EXPECT_GIVES(__GetInfo(suite, local.put()), 0, local.type(), VT_DISPATCH);
+        EXPECT_EACH(0, __GetTextSub(suite, 0, local.put()), __GetTextSub(suite, 5, global.put()));
         EXPECT_EQ(local.get().pdispVal, global.get().pdispVal);
         const ListHandle list = _ListCreate(suite, ListTypeNumber);
         EXPECT_EQ(_ListCount(suite, list), 0);
@@ -174,40 +165,37 @@ TEST(Context, GivesObjectsOnlyWhenItHasThem)
 
 TEST(ComponentLog, ComesAndGoesOverTheMainLog)
 {
-    ASSERT_GE(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), 0);
-    {
-        Session session;
-        const auto log_of = [&](auto get) {
-            variant object;
-            return get(session, object.put()) == 0 ? object.get().pdispVal : nullptr;
-        };
-        IDispatch* const main = log_of(__GetLog);
-        ASSERT_NE(main, nullptr);
+    const Apartment apartment;
+    Session session;
+    const auto log_of = [&](auto get) {
+        variant object;
+        return get(session, object.put()) == 0 ? object.get().pdispVal : nullptr;
+    };
+    IDispatch* const main = log_of(__GetLog);
+    ASSERT_NE(main, nullptr);
 
-        IStream* stream = nullptr;
-        // That of another engine.
-        const Session other;
-        const auto own = engine::test::ServiceOf<ISetupLog>(*other.engine);
-        ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(ISetupLog::iid, own.get(), &stream), S_OK);
-        __SetComponentLog(session, &stream);
-        EXPECT_EQ(stream, nullptr);
-        IDispatch* const component = log_of(__GetLogEx);
-        EXPECT_EQ(component, own.query<IDispatch>().get());
-        EXPECT_EQ(log_of(__GetLog), component) << "it is in force";
-        __RestoreMainLogEx(session, 0);
-        EXPECT_EQ(log_of(__GetLog), main);
-        EXPECT_EQ(log_of(__GetLogEx), component) << "flag 0 leaves the component log";
-        __RestoreMainLogEx(session, 1);
-        EXPECT_EQ(log_of(__GetLog), nullptr) << "nothing was kept a second time";
-        EXPECT_EQ(log_of(__GetLogEx), nullptr);
+    IStream* stream = nullptr;
+    // That of another engine.
+    const Session other;
+    const auto own = engine::test::ServiceOf<ISetupLog>(*other.engine);
+    ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(ISetupLog::iid, own.get(), &stream), S_OK);
+    __SetComponentLog(session, &stream);
+    EXPECT_EQ(stream, nullptr);
+    IDispatch* const component = log_of(__GetLogEx);
+    EXPECT_EQ(component, own.query<IDispatch>().get());
+    EXPECT_EQ(log_of(__GetLog), component) << "it is in force";
+    __RestoreMainLogEx(session, 0);
+    EXPECT_EQ(log_of(__GetLog), main);
+    EXPECT_EQ(log_of(__GetLogEx), component) << "flag 0 leaves the component log";
+    __RestoreMainLogEx(session, 1);
+    EXPECT_EQ(log_of(__GetLog), nullptr) << "nothing was kept a second time";
+    EXPECT_EQ(log_of(__GetLogEx), nullptr);
 
-        IStream* nothing = nullptr;
-        __SetComponentLog(session, &nothing);
-        EXPECT_EQ(log_of(__GetLogEx), nullptr);
-        __RestoreMainLog(nullptr);
-        __RestoreMainLogEx(nullptr, 1);
-    }
-    CoUninitialize();
+    IStream* nothing = nullptr;
+    __SetComponentLog(session, &nothing);
+    EXPECT_EQ(log_of(__GetLogEx), nullptr);
+    __RestoreMainLog(nullptr);
+    __RestoreMainLogEx(nullptr, 1);
 }
 
 TEST(Texts, ComeFromTheStringTableAndTheVariables)

@@ -1,7 +1,5 @@
 // Existence, disk sizes and signatures through the exports, with the system calls counted.
 #include "../../exports/vhrt/disks.h"
-#include "../support/import_patch.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {

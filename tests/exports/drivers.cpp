@@ -1,5 +1,5 @@
 // Driver packages: with the driver library of the support directory, without it, and with one that lacks a function.
-#include "../support/texts.h"
+#include "../support/session.h"
 
 namespace {
 
@@ -7,9 +7,7 @@ using vh::engine::test::WriteText;
 
 std::wstring SupportFile(const Session& session)
 {
-    wchar_t folder[MAX_PATH] = L"";
-    _GetSupportDir(session, folder, MAX_PATH);
-    return std::wstring(folder) + L"\\difxapi.dll";
+    return Filled([&](auto... to) { _GetSupportDir(session, to...); }) + L"\\difxapi.dll";
 }
 
 // The last thing that the engine's host heard; "" when that is nothing new.
@@ -28,19 +26,19 @@ TEST(Drivers, GoThroughTheLibraryOfTheSupportDirectory)
     int32_t reboot = 0;
     uint32_t size = 0;
     const auto all = [&](int32_t answer) {
-        EXPECT_EQ(_DIFxDriverPackagePreinstall(session, L"p", 0), answer);
-        EXPECT_EQ(_DIFxDriverPackageInstall(session, L"p", 0, nullptr, &reboot), answer);
-        EXPECT_EQ(_DIFxDriverPackageUninstall(session, L"p", 0, nullptr, &reboot), answer);
-        EXPECT_EQ(_DIFxDriverPackageGetPath(session, L"p", nullptr, &size), answer);
+        EXPECT_EACH(answer, _DIFxDriverPackagePreinstall(session, L"p", 0),
+                    _DIFxDriverPackageInstall(session, L"p", 0, nullptr, &reboot),
+                    _DIFxDriverPackageUninstall(session, L"p", 0, nullptr, &reboot),
+                    _DIFxDriverPackageGetPath(session, L"p", nullptr, &size));
     };
     all(static_cast<int32_t>(0x80029C4A));
     WriteText(SupportFile(session), "no library");
     all(static_cast<int32_t>(0x80029C4A));
-    ASSERT_TRUE(CopyFileW(TextsFile(L"vhtest_difxapi.dll").c_str(), SupportFile(session).c_str(), FALSE));
+    ASSERT_TRUE(CopyFileW(Beside(L"vhtest_difxapi.dll").c_str(), SupportFile(session).c_str(), FALSE));
     Heard(session);
 
     const INSTALLERINFO by{L"id", L"shown", L"product", L"maker"};
-    const vh::test::Table<const wchar_t*, const INSTALLERINFO*, int32_t, int32_t, const wchar_t*> cases = {
+    const Table<const wchar_t*, const INSTALLERINFO*, int32_t, int32_t, const wchar_t*> cases = {
         {L"plain.inf", nullptr, 0, 0, L"plain.inf 5"},
         {L"five5", &by, static_cast<int32_t>(0x80070005), 0, L"five5 5 id,shown,product,maker"},
         {L"high-2147024891", &by, static_cast<int32_t>(0x80070005), 0, L"high-2147024891 5 id,shown,product,maker"},

@@ -1,9 +1,5 @@
 // Facts about machine, system and language through the exports.
-#include "../../exports/vhrt/facts.h"
-#include "../../exports/vhrt/calls.h"
-#include "../../exports/vhrt/language.h"
-#include "../../exports/vhrt/versions.h"
-#include "../support/import_patch.h"
+#include "../../exports/vhrt.h"
 #include "../support/test.h"
 
 #include <winspool.h>
@@ -40,7 +36,7 @@ void WINAPI Itanium(SYSTEM_INFO* system)
 
 TEST(Facts, OfAnotherMachineFollowItsArchitecture)
 {
-    const vh::test::CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
+    const CallCounter<void(SYSTEM_INFO*)> system("GetNativeSystemInfo", Itanium);
     EXPECT_EACH(0, _GetVirtualMachineType(), _IsVirtualMachine());
     EXPECT_EQ(GetCPUType(), 586);
 }
@@ -48,17 +44,13 @@ TEST(Facts, OfAnotherMachineFollowItsArchitecture)
 // The names of the system's ports by a call of the test's own; empty when there is no spooler.
 std::vector<std::wstring> PortNames()
 {
-    const HMODULE spooler = LoadLibraryW(L"winspool.drv");
-    const auto list = reinterpret_cast<decltype(EnumPortsW)*>(
-        reinterpret_cast<void*>(spooler ? GetProcAddress(spooler, "EnumPortsW") : nullptr));
     std::vector<PORT_INFO_2W> records(200);
+    const auto room = static_cast<DWORD>(records.size() * sizeof(PORT_INFO_2W));
     DWORD needed = 0, count = 0;
-    if (!list || !list(nullptr, 2, reinterpret_cast<BYTE*>(records.data()),
-                       static_cast<DWORD>(records.size() * sizeof(PORT_INFO_2W)), &needed, &count))
-        return {};
     std::vector<std::wstring> names;
-    for (DWORD i = 0; i < count; ++i)
-        names.emplace_back(records[i].pPortName);
+    if (EnumPortsW(nullptr, 2, reinterpret_cast<BYTE*>(records.data()), room, &needed, &count))
+        for (DWORD i = 0; i < count; ++i)
+            names.emplace_back(records[i].pPortName);
     return names;
 }
 
@@ -77,21 +69,21 @@ TEST(Facts, OfPortsAreThoseThatTheSystemLists)
 
 TEST(Language, GetsSublanguage1OnlyWhenItHasNone)
 {
-    vh::test::Table<int32_t, int32_t> rows = {{9, 1033},      {1033, 1033},       {0, 1024}, {2057, 2057},
-                                              {0x3FF, 0x7FF}, {0x10009, 0x10009}, {-1, -1}};
+    Table<int32_t, int32_t> rows = {{9, 1033},      {1033, 1033},       {0, 1024}, {2057, 2057},
+                                    {0x3FF, 0x7FF}, {0x10009, 0x10009}, {-1, -1}};
     for (const auto& [given, standard] : rows)
         EXPECT_EQ(_GetStandardLangId(given), standard);
 }
 
 TEST(DllDirectory, IsSetAndClearedLikeTheSystems)
 {
-    wchar_t before[MAX_PATH] = L"";
-    GetDllDirectoryW(MAX_PATH, before);
+    const auto now = [] {
+        return Filled([](wchar_t* to, int room) { GetDllDirectoryW(static_cast<DWORD>(room), to); });
+    };
+    const std::wstring before = now();
     EXPECT_NE(_SetDllDirectory(L"C:\\windows\\temp"), 0);
-    wchar_t now[MAX_PATH] = L"";
-    GetDllDirectoryW(MAX_PATH, now);
-    EXPECT_STREQ(now, L"C:\\windows\\temp");
-    EXPECT_NE(_SetDllDirectory(before), 0);
+    EXPECT_EQ(now(), L"C:\\windows\\temp");
+    EXPECT_NE(_SetDllDirectory(before.c_str()), 0);
 }
 
 } // namespace

@@ -1,8 +1,5 @@
 // Script files: how lines are cut, how the open decides, what bytes reach the disk.
-#include "../../exports/vhrt/files.h"
 #include "../support/bare_context.h"
-#include "../support/import_patch.h"
-#include "../support/temp_folder.h"
 
 namespace {
 
@@ -16,8 +13,7 @@ std::string Widened(const std::string& narrow, bool mark = true)
     return wide;
 }
 
-class FileTest : public testing::Test {
-protected:
+struct Files : testing::Test {
     FileHandle Open(const std::wstring& path, int32_t mode = FileReadText, int32_t create = 0) const
     {
         return static_cast<FileHandle>(_OpenFile(context, path.c_str(), mode, create));
@@ -37,11 +33,8 @@ protected:
     const TempFolder folder;
     const BareContext context;
 };
-using BinaryFile = FileTest;
-using Files = FileTest;
-using TextFile = FileTest;
 
-TEST_F(TextFile, CutsLinesAlikeInBothEncodings)
+TEST_F(Files, CutLinesAlikeInBothEncodings)
 {
     using namespace std::string_literals;
     Table<std::string, const wchar_t*> cases = {
@@ -58,7 +51,7 @@ TEST_F(TextFile, CutsLinesAlikeInBothEncodings)
     EXPECT_EQ(Lines(folder.Write(L"mark.txt", "\xFF\xFE")), L"");
 }
 
-TEST_F(TextFile, ReadsItsWholeContentAtOnce)
+TEST_F(Files, ReadTheirWholeContentAtOnce)
 {
     std::string text;
     for (int i = 0; i < 5000; ++i)
@@ -75,7 +68,7 @@ TEST_F(TextFile, ReadsItsWholeContentAtOnce)
     _CloseFile(context, file);
 }
 
-TEST_F(TextFile, PeeksAtTheSizeWithoutMoving)
+TEST_F(Files, PeekAtTheSizeWithoutMoving)
 {
     const std::wstring path = folder.Write(L"a.txt", "abcd\r\nxy");
     const auto file = Open(path);
@@ -102,7 +95,7 @@ TEST_F(TextFile, PeeksAtTheSizeWithoutMoving)
     EXPECT_EQ(_GetLine(context, file, buffer, 6), -1);
 }
 
-TEST_F(TextFile, WritesAtTheEndWithOneSeekAndOneWrite)
+TEST_F(Files, WriteAtTheEndWithOneSeekAndOneWrite)
 {
     const auto write = [&](const std::wstring& path, int32_t mode, int32_t create) {
         const auto file = Open(path, mode, create);
@@ -166,7 +159,7 @@ TEST_F(Files, AnswerWrongModesAndHandlesAsScriptsExpect)
     }
 }
 
-TEST_F(BinaryFile, ReadsAndWritesWithinTheBuffer)
+TEST_F(Files, ReadAndWriteBytesWithinTheBuffer)
 {
     const std::wstring path = folder / L"b.bin";
     const auto file = Open(path, FileReadWriteBytes, 1);

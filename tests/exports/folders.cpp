@@ -3,17 +3,13 @@
 
 #include "../../engine/services/shell_link.h"
 #include "../support/bare_context.h"
-#include "../support/replaced.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
-
-using namespace vh;
 
 namespace {
 
 // A session whose program folders lie in a folder of the test's own.
-class Folders : public testing::Test {
-protected:
+struct Folders : testing::Test {
     Folders()
     {
         engine::test::MakeTree(m_folder);
@@ -70,16 +66,12 @@ TEST_F(Folders, SplitCommandLines)
 
 TEST_F(Folders, GetRealShortcuts)
 {
-    EXPECT_EQ(AddIcon(*session, L"Group\\", L"First", L"\"C:\\my app\\a.exe\" /x", L"C:\\work", L"C:\\i.ico", 3,
-                      L"Ctrl+Alt+F5", 0),
-              0);
+    const wchar_t* const line = L"\"C:\\my app\\a.exe\" /x";
+    EXPECT_EQ(AddIcon(*session, L"Group\\", L"First", line, L"C:\\work", L"C:\\i.ico", 3, L"Ctrl+Alt+F5", 0), 0);
     const engine::LinkData link = engine::ReadShellLink(File(L"First"));
-    EXPECT_EQ(link.target, L"C:\\my app\\a.exe");
-    EXPECT_EQ(link.arguments, L"/x");
-    EXPECT_EQ(link.workingDir, L"C:\\work");
-    EXPECT_EQ(link.iconFile, L"C:\\i.ico");
+    EXPECT_EQ(link.target + L"|" + link.arguments + L"|" + link.workingDir + L"|" + link.iconFile + L"|" + link.hotKey,
+              L"C:\\my app\\a.exe|/x|C:\\work|C:\\i.ico|Ctrl+Alt+F5");
     EXPECT_EQ(link.iconIndex, 3);
-    EXPECT_EQ(link.hotKey, L"Ctrl+Alt+F5");
     EXPECT_EQ(AddIcon(*session, L"Group\\", L"First", L"x", L"", L"", 0, L"", 0), -1) << "it is there already";
     EXPECT_EQ(engine::ReadShellLink(File(L"First")).arguments, L"/x");
     EXPECT_EQ(Add(L"First", L"C:\\b.exe", IconReplace), 0);
@@ -89,8 +81,11 @@ TEST_F(Folders, GetRealShortcuts)
 
     wchar_t command[32] = L"", directory[1024], icon[1024], key[1024];
     int32_t index = -7, flags = -7;
+    const auto query = [&](const wchar_t* item, int32_t room = 32) {
+        return QueryIcon(*session, L"Group\\", item, command, room, directory, icon, &index, key, &flags);
+    };
     Add(L"Second", L"\"C:\\my app\\a.exe\" /x y");
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), 0);
+    EXPECT_EQ(query(L"Second"), 0);
     EXPECT_STREQ(command, L"\"C:\\my app\\a.exe\" /x y");
     EXPECT_STREQ(directory, L"C:\\work");
     EXPECT_STREQ(icon, L"C:\\my app\\a.exe");
@@ -98,21 +93,19 @@ TEST_F(Folders, GetRealShortcuts)
     EXPECT_EQ(index, 0);
     EXPECT_EQ(flags, IconNormal);
     session->calls().Reset();
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 22, directory, icon, &index, key, &flags), 23);
+    EXPECT_EQ(query(L"Second", 22), 23);
     EXPECT_EQ(session->CallsOf(L"ISetupShortcut.GetWorkingDir"), 0) << "nothing is asked behind a refused command line";
     key[0] = 0;
     session->calls().FailCall(L"ISetupShortcut.GetShowCommand", E_ABORT);
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_ABORT);
+    EXPECT_EQ(query(L"Second"), E_ABORT);
     EXPECT_STREQ(key, L"None") << "the texts are there before the show command is asked for";
     session->calls().FailCall(L"ISetupShortcut.GetIcon", E_FAIL);
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_FAIL);
+    EXPECT_EQ(query(L"Second"), E_FAIL);
     session->calls().FailCall(L"ISetupShell.OpenItem", S_FALSE);
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Second", command, 32, directory, icon, &index, key, &flags), E_POINTER)
-        << "a success without a shortcut";
+    EXPECT_EQ(query(L"Second"), E_POINTER) << "a success without a shortcut";
     session->calls().Reset();
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"Third", command, 32, directory, icon, &index, key, &flags),
-              HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
-    EXPECT_EQ(QueryIcon(*session, L"Group\\", L"", command, 32, directory, icon, &index, key, &flags), -1);
+    EXPECT_EQ(query(L"Third"), HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    EXPECT_EQ(query(L""), -1);
 }
 
 TEST_F(Folders, TakeFlagsInTheirOrder)
@@ -165,17 +158,15 @@ TEST_F(Folders, ReplaceShortcutsAlsoUnderANewName)
     const auto replace = [&](const wchar_t* item, const wchar_t* name, const wchar_t* command) {
         return ReplaceIcon(*session, L"Group\\", item, name, command, L"", L"", 0, L"", IconNoPin);
     };
+    const auto target_of = [&](const wchar_t* item) { return engine::ReadShellLink(File(item)).target; };
     EXPECT_EQ(replace(L"One", L"", L"C:\\1.exe"), 0) << "it need not be there";
-    EXPECT_EQ(replace(L"One", nullptr, L"C:\\2.exe"), 0);
-    EXPECT_EQ(engine::ReadShellLink(File(L"One")).target, L"C:\\2.exe");
-    EXPECT_EQ(replace(L"One", L"Two", L"C:\\3.exe"), 0);
+    EXPECT_GIVES(replace(L"One", nullptr, L"C:\\2.exe"), 0, target_of(L"One"), L"C:\\2.exe");
+    EXPECT_GIVES(replace(L"One", L"Two", L"C:\\3.exe"), 0, target_of(L"Two"), L"C:\\3.exe");
     EXPECT_FALSE(engine::test::Exists(File(L"One")));
-    EXPECT_EQ(engine::ReadShellLink(File(L"Two")).target, L"C:\\3.exe");
-    EXPECT_EQ(replace(L"Two", L"TWO", L"C:\\4.exe"), 0);
-    EXPECT_EQ(engine::ReadShellLink(File(L"Two")).target, L"C:\\4.exe");
+    EXPECT_GIVES(replace(L"Two", L"TWO", L"C:\\4.exe"), 0, target_of(L"Two"), L"C:\\4.exe");
     EXPECT_EQ(session->CallsOf(L"ISetupShortcutProperties.SetProperty"), 0);
     // A description is nothing that a script says, and stays with its shortcut.
-    CoInitialize(nullptr);
+    const Apartment apartment;
     const auto on_link = [&](const wchar_t* item, bool save, wchar_t(&description)[20]) {
         com_ptr<IShellLinkW> link;
         com_ptr<IPersistFile> file;
@@ -191,12 +182,10 @@ TEST_F(Folders, ReplaceShortcutsAlsoUnderANewName)
     wchar_t description[20] = L"says what it is";
     on_link(L"Two", true, description);
     SetFileAttributesW(File(L"Two").c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(replace(L"Two", L"Three", L"C:\\5.exe"), 0);
+    EXPECT_GIVES(replace(L"Two", L"Three", L"C:\\5.exe"), 0, target_of(L"Three"), L"C:\\5.exe");
     wchar_t kept[20] = L"";
     on_link(L"Three", false, kept);
     EXPECT_STREQ(kept, description);
-    EXPECT_EQ(engine::ReadShellLink(File(L"Three")).target, L"C:\\5.exe");
-    CoUninitialize();
 }
 
 TEST_F(Folders, LoseNothingWhenTheyStay)
@@ -204,15 +193,14 @@ TEST_F(Folders, LoseNothingWhenTheyStay)
     Add(L"A", L"C:\\a.exe");
     Add(L"B", L"C:\\b.exe");
     const std::wstring group = programs + L"\\Group";
-    wchar_t before[MAX_PATH];
-    GetCurrentDirectoryW(MAX_PATH, before);
-    SetCurrentDirectoryW(group.c_str());
+    const auto before = std::filesystem::current_path();
+    std::filesystem::current_path(group);
     for (const std::wstring& drive : {group.substr(0, 2), group.substr(0, 3), group.substr(0, 3) + L"\\"}) {
         EXPECT_LT(DeleteFolder(*session, drive.c_str()), 0) << "not the current folder";
         EXPECT_EQ(CreateFolder(*session, drive.c_str()), 0);
     }
     EXPECT_EQ(DeleteFolder(*session, (group.substr(0, 2) + L"x").c_str()), E_INVALIDARG);
-    SetCurrentDirectoryW(before);
+    std::filesystem::current_path(before);
     for (const std::wstring& path : {File(L"B"), group}) {
         const unique_file held = engine::test::Hold(path, FILE_SHARE_READ | (path == group ? FILE_SHARE_WRITE : 0));
         EXPECT_EQ(DeleteFolder(*session, L"Group"), HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));

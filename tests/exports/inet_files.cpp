@@ -1,7 +1,5 @@
 // Size, time and cost of files through the exports.
 #include "../../exports/vhrt/file_copy.h"
-#include "../../scriptdata/unique.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {

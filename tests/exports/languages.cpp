@@ -1,8 +1,6 @@
 // Which languages a configuration file supports, and where numbered texts come from.
-#include "../../exports/vhrt/language.h"
 #include "../support/bare_context.h"
-#include "../support/temp_folder.h"
-#include "../support/texts.h"
+#include "../support/session.h"
 
 namespace {
 

@@ -1,8 +1,5 @@
 // Script lists, against a plain model and in the cases where results differ by design.
-#include "../../exports/vhrt/lists.h"
 #include "../support/bare_context.h"
-#include "../support/call_export.h"
-#include "../support/temp_folder.h"
 
 namespace {
 
@@ -64,8 +61,7 @@ struct Model {
     }
 };
 
-class ListTest : public testing::Test {
-protected:
+struct Lists : testing::Test {
     // The position ends on the last text.
     void Add(std::initializer_list<const wchar_t*> added, int32_t mode = ListAddAfter) const
     {
@@ -78,12 +74,8 @@ protected:
     const ListHandle texts = _ListCreate(context, ListTypeString), numbers = _ListCreate(context, ListTypeNumber);
     wchar_t buffer[14] = L"untouched";
 };
-using ListFiles = ListTest;
-using Lists = ListTest;
-using NumberList = ListTest;
-using StringList = ListTest;
 
-TEST_F(NumberList, AgreesWithAPlainModelOverRandomOperations)
+TEST_F(Lists, OfNumbersAgreeWithAPlainModelOverRandomOperations)
 {
     constexpr int32_t special[] = {ListIndexNext, ListIndexPrevious, ListIndexLast, ListIndexFirst, -1, -102};
     Model model;
@@ -128,7 +120,7 @@ TEST_F(NumberList, AgreesWithAPlainModelOverRandomOperations)
     }
 }
 
-TEST_F(StringList, KeepsOrderBehindAndReversesInFront)
+TEST_F(Lists, KeepOrderBehindAndReverseInFront)
 {
     Add({L"a", L"b", L"c"});
     ASSERT_EQ(_ListSetIndex(context, texts, 1), 0);
@@ -138,7 +130,7 @@ TEST_F(StringList, KeepsOrderBehindAndReversesInFront)
     EXPECT_EQ(ListText(context, texts), L"a||y|x|b|");
 }
 
-TEST_F(StringList, TellsTheRoomAndStaysForTheRetry)
+TEST_F(Lists, TellTheRoomAndStayForTheRetry)
 {
     Add({L"one", L"a longer text"});
 
@@ -154,7 +146,7 @@ TEST_F(StringList, TellsTheRoomAndStaysForTheRetry)
     EXPECT_EQ(_ListCurrentString(context, texts, buffer, 13), 14);
 }
 
-TEST_F(StringList, FindsExactTextFromTheCurrentOneOn)
+TEST_F(Lists, FindExactTextFromTheCurrentOneOn)
 {
     Add({L"Ab", L"ab", L"abc", L"ab"});
     _ListSetIndex(context, texts, ListIndexFirst);
@@ -227,7 +219,7 @@ TEST_F(Lists, KeepApartWhenMadeAndDestroyedInAnyOrder)
     }
 }
 
-TEST_F(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
+TEST_F(Lists, AreWrittenInTheEncodingOfTheFlagsOrOfTheFileThatIsThere)
 {
     using namespace std::string_literals;
     const std::string wide_a = "\xFF\xFE\x61\0\r\0\n\0"s, wide_line = "n\0\r\0\n\0"s, wide_new = "\xFF\xFE" + wide_line;
@@ -262,7 +254,7 @@ TEST_F(ListFiles, ChooseTheEncodingByFlagsAndByTheFileThatIsThere)
     EXPECT_EQ(_ListWriteToFile(context, texts, folder.path().c_str(), 0), -1) << "a folder can't be written";
 }
 
-TEST_F(ListFiles, LandBehindTheCurrentElement)
+TEST_F(Lists, TakeFilesInBehindTheCurrentElement)
 {
     Add({L"first", L"last"});
     _ListSetIndex(context, texts, ListIndexFirst);

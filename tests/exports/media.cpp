@@ -1,9 +1,6 @@
 // Media on engine data, through the component exports.
 #include "../support/bare_context.h"
-#include "../support/replaced.h"
 #include "../support/session.h"
-
-using namespace vh;
 
 namespace {
 
@@ -196,9 +193,9 @@ TEST(FileMedia, ShiftsDisplayOrdersByTheBase)
 TEST(FileMedia, SelectsItemsAndKeepsTheRequiredOnes)
 {
     const Session session;
-    EXPECT_EQ(_ComponentSelectItem(session, data, L"Tools", 0), 0);
-    EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), 0);
-    EXPECT_EQ(_ComponentSelectItem(session, data, L"Tools\\Extra", 7), 0);
+    EXPECT_EACH(0, _ComponentSelectItem(session, data, L"Tools", 0),
+                _ComponentIsItemSelected(session, data, L"Tools\\Extra"),
+                _ComponentSelectItem(session, data, L"Tools\\Extra", 7));
     EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Tools\\Extra"), 1);
     EXPECT_EQ(_ComponentSelectItem(session, data, L"Core", 0), -103);
     EXPECT_EQ(_ComponentIsItemSelected(session, data, L"Core"), 1);

@@ -1,8 +1,5 @@
 // Exhausted memory leaves the library as one exception type, which the host catches by that type.
-#include "../../exports/vhrt.h"
-#include "../../exports/vhrt/exceptions.h"
 #include "../support/bare_context.h"
-#include "../support/replaced.h"
 
 #include <oleauto.h>
 
@@ -21,8 +18,6 @@ void CountedFree(void* block)
     std::free(block);
 }
 
-HRESULT CodeOf(const std::function<void()>& work) { return vh::test::CodeOf<vh::com_exception>(work); }
-
 TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
 {
     const BareContext context;
@@ -32,26 +27,26 @@ TEST(ExhaustedMemory, ReachesTheHostFromTextsAndFromBlocks)
         const Patched none("SysAllocStringLen", NoText, L"VHRT.dll");
         const Patched counted("free", CountedFree, L"VHRT.dll");
         reserves_back = 0;
-        EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
-                  E_OUTOFMEMORY);
+        EXPECT_EQ(
+            CodeOf<com_exception>([&] { _ListAddString(context, texts, L"a text that needs a block", ListAddAfter); }),
+            E_OUTOFMEMORY);
         EXPECT_EQ(reserves_back, 1) << "the exception's own memory";
-        EXPECT_EQ(CodeOf([&] { _ListAddString(context, texts, L"short", ListAddAfter); }), S_OK);
+        EXPECT_EQ(CodeOf<com_exception>([&] { _ListAddString(context, texts, L"short", ListAddAfter); }), S_OK);
         // Script files tell every failure by their result.
         EXPECT_EQ(_OpenFile(context, L"a path that needs a block", 2, 0), -1);
     }
     {
         const Patched none("malloc", OnlySmallBlocks, L"VHRT.dll");
-        const HRESULT code = CodeOf([&] {
+        const HRESULT code = CodeOf<com_exception>([&] {
             for (int i = 0; i < 1000; ++i)
                 _ListAddItem(context, numbers, i, ListAddAfter);
         });
-        EXPECT_EQ(code, E_OUTOFMEMORY);
-        EXPECT_EQ(CodeOf([] { __CreateObjectContext(nullptr, nullptr); }), E_OUTOFMEMORY);
+        EXPECT_EACH(E_OUTOFMEMORY, code, CodeOf<com_exception>([] { __CreateObjectContext(nullptr, nullptr); }));
     }
     EXPECT_EQ(_ListCount(context, texts), 2);
     EXPECT_EQ(_ListAddItem(context, numbers, 1, ListAddAfter), 0) << "usable again";
-    EXPECT_STRNE(vh::com_exception(E_OUTOFMEMORY).what(), "");
-    EXPECT_STREQ(vh::com_exception(S_OK).what(), "");
+    EXPECT_STRNE(com_exception(E_OUTOFMEMORY).what(), "");
+    EXPECT_STREQ(com_exception(S_OK).what(), "");
 }
 
 } // namespace

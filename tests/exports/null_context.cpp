@@ -1,9 +1,9 @@
 // What every export answers for a null context.
-#include "../support/call_export.h"
+#include "../support/bare_context.h"
 
 namespace {
 
-int64_t CallWithNothing(const char* name) { return vh::test::CallExport(name, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0); }
+int64_t CallWithNothing(const char* name) { return CallExport(name, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0); }
 
 std::vector<std::string> Words(const char* text)
 {

@@ -1,12 +1,6 @@
-// Objects by ProgID, by name and out of the running object table; what a machine without managed code raises; the
-// trace.
-#include "../../exports/vhrt.h"
-#include "../../exports/vhrt/exceptions.h"
-#include "../../scriptdata/variant.h"
-#include "../support/replaced.h"
+// Objects by ProgID, by name and out of the running object table; the trace, also of what a machine without managed
+// code raises.
 #include "../support/traced_library.h"
-
-using namespace vh;
 
 namespace {
 
@@ -28,14 +22,20 @@ private:
     DWORD m_cookie = 0;
 };
 
-class Objects : public testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))); }
-    void TearDown() override
-    {
-        object.put();
-        CoUninitialize();
-    }
+// The name under which a class stands in the table.
+com_ptr<IMoniker> NameOfClass()
+{
+    CLSID id{};
+    wchar_t text[39];
+    com_ptr<IMoniker> name;
+    CLSIDFromProgID(prog_id, &id);
+    StringFromGUID2(id, text, 39);
+    CreateItemMoniker(L"!", text, name.put());
+    return name;
+}
+
+struct Objects : testing::Test {
+    const Apartment apartment;
     variant object{L"old"};
 };
 
@@ -63,47 +63,22 @@ TEST_F(Objects, ComeFromWhatRuns)
     ASSERT_EQ(_CreateObject(prog_id, &running.get()), 0);
     const TempFolder folder;
     const std::wstring file = folder.Write(L"document.txt", "x");
-    CLSID id{};
-    wchar_t text[39];
-    com_ptr<IMoniker> item, by_file;
-    CLSIDFromProgID(prog_id, &id);
-    StringFromGUID2(id, text, 39);
-    CreateItemMoniker(L"!", text, item.put());
+    com_ptr<IMoniker> by_file;
     CreateFileMoniker(file.c_str(), by_file.put());
-    const Registered as_class(running.get().pdispVal, item.get());
+    const Registered as_class(running.get().pdispVal, NameOfClass().get());
     const Registered as_file(running.get().pdispVal, by_file.get());
-    EXPECT_EQ(_CoGetObject(nullptr, prog_id, &object.get()), 0);
-    EXPECT_TRUE(object.type() == VT_DISPATCH && object.get().pdispVal == running.get().pdispVal);
-    EXPECT_EQ(_CoGetObject(file.c_str(), L"", &object.get()), 0);
-    EXPECT_TRUE(object.type() == VT_DISPATCH && object.get().pdispVal == running.get().pdispVal);
+    for (const auto& [name, id] : {std::pair<const wchar_t*, const wchar_t*>(nullptr, prog_id), {file.c_str(), L""}}) {
+        EXPECT_GIVES(_CoGetObject(name, id, &object.get()), 0, object.type(), VT_DISPATCH);
+        EXPECT_EQ(object.get().pdispVal, running.get().pdispVal);
+    }
 }
 
 TEST_F(Objects, ComeToNothingWhereTheyAreNoAutomationObjects)
 {
-    com_ptr<IMoniker> item, plain;
+    com_ptr<IMoniker> plain;
     CreateItemMoniker(L"!", L"plain", plain.put());
-    CLSID id{};
-    wchar_t text[39];
-    CLSIDFromProgID(prog_id, &id);
-    StringFromGUID2(id, text, 39);
-    CreateItemMoniker(L"!", text, item.put());
-    const Registered registered(plain.get(), item.get());
+    const Registered registered(plain.get(), NameOfClass().get());
     EXPECT_GIVES(_CoGetObject(L"", prog_id, &object.get()), E_NOINTERFACE, object.type(), VT_EMPTY);
-}
-
-// The machine under test has no managed code: the failure reaches the caller as what it is.
-TEST_F(Objects, OfManagedClassesNeedARuntime)
-{
-    HRESULT code = S_OK;
-    try {
-        code = _DotNetCoCreateObject(L"No.Assembly", L"No.Class", L"", &object.get());
-    } catch (const com_exception& raised) {
-        code = raised.code();
-    } catch (const win32_exception& raised) {
-        code = HRESULT_FROM_WIN32(raised.code());
-    }
-    EXPECT_LT(code, 0);
-    EXPECT_EQ(object.type(), VT_EMPTY);
 }
 
 TEST_F(Objects, AreTraced)

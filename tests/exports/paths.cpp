@@ -1,6 +1,5 @@
 // The path family through the exports.
 #include "../../exports/vhrt/paths.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {
@@ -17,12 +16,11 @@ std::wstring Get(Getter getter, const wchar_t* path)
 TEST(Paths, EveryGetterGivesItsPart)
 {
     const wchar_t* const path = L"\\\\server\\share\\dir\\a.tar.gz";
-    EXPECT_EQ(Get(PathGetDrive, path), L"\\\\server\\share");
-    EXPECT_EQ(Get(PathGetDir, path), L"\\dir\\");
-    EXPECT_EQ(Get(PathGetPath, path), L"\\\\server\\share\\dir\\");
-    EXPECT_EQ(Get(PathGetFile, path), L"a.tar.gz");
-    EXPECT_EQ(Get(PathGetFileName, path), L"a.tar");
-    EXPECT_EQ(Get(PathGetFileExt, path), L"gz");
+    Table<Getter, const wchar_t*> parts = {
+        {PathGetDrive, L"\\\\server\\share"}, {PathGetDir, L"\\dir\\"},    {PathGetPath, L"\\\\server\\share\\dir\\"},
+        {PathGetFile, L"a.tar.gz"},           {PathGetFileName, L"a.tar"}, {PathGetFileExt, L"gz"}};
+    for (const auto& [getter, part] : parts)
+        EXPECT_EQ(Get(getter, path), part);
     EXPECT_EQ(Get(PathGetFile, L"c:b.txt"), L"b.txt");
 }
 
@@ -44,7 +42,7 @@ TEST(Paths, AResultThatDoesNotFitWritesNothingAndTellsItsSize)
 
 TEST(Paths, LongNamesComeBackForShortOnes)
 {
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     const std::wstring file = folder.Write(L"A folder with blanks\\\u00C4 long name.text", "x");
     wchar_t shortened[MAX_PATH];
     ASSERT_NE(GetShortPathNameW(file.c_str(), shortened, MAX_PATH), 0u);
@@ -71,14 +69,10 @@ TEST(Paths, APathThatIsNotThereStaysAsItIs)
         EXPECT_EQ(Get(PathGetLongFromShort, path), path);
 }
 
-class CompactedPath : public ::testing::Test {
-protected:
+struct CompactedPath : testing::Test {
     // A window whose client area is as wide as asked for.
     struct Window {
-        explicit Window(int width)
-            : handle(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, width, 10, nullptr, nullptr, nullptr, nullptr))
-        {
-        }
+        explicit Window(int width) : handle(NewWindow(L"STATIC", WS_POPUP, {0, 0, width, 10})) {}
         ~Window() { DestroyWindow(handle); }
         HWND handle;
     };

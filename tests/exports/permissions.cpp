@@ -4,8 +4,6 @@
 
 #include "../support/session.h"
 
-using namespace vh;
-
 namespace {
 
 constexpr const wchar_t* path = L"Software\\VHPermissionTest";

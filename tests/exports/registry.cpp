@@ -1,10 +1,7 @@
 // The registry family on the embedded engine: what reaches it, what comes back, what the trace shows.
 #include "../support/bare_context.h"
-#include "../support/replaced.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"
-
-using namespace vh;
 
 namespace {
 
@@ -28,29 +25,21 @@ std::string Wide(std::wstring_view text)
 }
 
 // A session with a key of its own, which goes with it.
-class RegistryTest : public testing::Test {
-protected:
-    RegistryTest()
+struct Registry : testing::Test {
+    Registry()
     {
         RegDeleteTreeW(HKEY_CURRENT_USER, base);
         const auto texts = engine::test::ServiceOf<ISetupTextSub>(*session.engine, local_text_service);
         texts->SetValue(bstr(L"SEVEN").get(), bstr(L"7").get());
         session.calls().Reset();
     }
-    ~RegistryTest() override { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
+    ~Registry() override { RegDeleteTreeW(HKEY_CURRENT_USER, base); }
 
     Session session;
     const ListHandle list = _ListCreate(session, ListTypeString);
 };
-using RegistryKeys = RegistryTest;
-using RegistryOptions = RegistryTest;
-using RegistryTextSubs = RegistryTest;
-using RegistryValues = RegistryTest;
-using RegistryWrites = RegistryTest;
-using RemoteRegistry = RegistryTest;
-using TracedRegistry = RegistryTest;
 
-TEST_F(RegistryKeys, LoseOneLeadingBackslash)
+TEST_F(Registry, KeysLoseOneLeadingBackslash)
 {
     Table<const wchar_t*, const wchar_t*> cases = {{L"\\A\\B", L"A\\B"}, {L"A\\B", L"A\\B"}, {L"\\\\A", L"\\A"},
                                                    {L"\\", L""},         {L"", nullptr},     {nullptr, nullptr}};
@@ -70,7 +59,7 @@ TEST_F(RegistryKeys, LoseOneLeadingBackslash)
     EXPECT_EQ(_RegEnum(session, current_user, L"", RegEnumKeys, list), E_ABORT) << "listing a root needs no key";
 }
 
-TEST_F(RegistryValues, AreWrittenByTheirTypes)
+TEST_F(Registry, ValuesAreWrittenByTheirTypes)
 {
     const std::wstring two(L"one\0two\0", 8);
     Table<int32_t, const wchar_t*, int32_t, int64_t, std::string> cases = {
@@ -100,7 +89,7 @@ TEST_F(RegistryValues, AreWrittenByTheirTypes)
     EXPECT_EQ(_RegSetKeyBinaryValue(session, current_user, L"", L"B", "x", 1), -1);
 }
 
-TEST_F(RegistryTextSubs, ReachBothTheEngineAndNumbers)
+TEST_F(Registry, TextSubsReachBothTheEngineAndNumbers)
 {
     const auto write = [&](int32_t type) {
         EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"V", type, L"<SEVEN>", 0), 0);
@@ -126,7 +115,7 @@ TEST_F(RegistryTextSubs, ReachBothTheEngineAndNumbers)
     EXPECT_EACH(-1, _RegGetOptions(session, &options), _RegSetOptions(session, 1));
 }
 
-TEST_F(RegistryValues, ComeBackAsText)
+TEST_F(Registry, ValuesComeBackAsText)
 {
     _RegSetKeyValue(session, current_user, base, L"text", REG_SZ, L"four", 0);
     _RegSetKeyValue(session, current_user, base, L"none", REG_SZ, L"", 0);
@@ -162,7 +151,7 @@ TEST_F(RegistryValues, ComeBackAsText)
     }
 }
 
-TEST_F(RegistryKeys, AreFoundListedAndDeleted)
+TEST_F(Registry, KeysAreFoundListedAndDeleted)
 {
     const std::wstring sub = std::wstring(L"\\") + base + L"\\Sub";
     EXPECT_EQ(_RegExistsKey(session, current_user, sub.c_str()), 0);
@@ -179,9 +168,9 @@ TEST_F(RegistryKeys, AreFoundListedAndDeleted)
     EXPECT_EQ(ListText(session, list), L"Sub");
     EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumValues, list), 0);
     EXPECT_EQ(ListText(session, list), L"Sub|V|W");
-    EXPECT_EQ(_RegEnum(session, current_user, base, 3, list), -1);
-    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, numbers), -1);
-    EXPECT_EQ(_RegEnum(session, current_user, base, RegEnumKeys, 12345), -1);
+    EXPECT_EACH(-1, _RegEnum(session, current_user, base, 3, list),
+                _RegEnum(session, current_user, base, RegEnumKeys, numbers),
+                _RegEnum(session, current_user, base, RegEnumKeys, 12345));
     EXPECT_EQ(_RegEnum(session, current_user, sub.c_str(), RegEnumKeys, 12345), 0) << "nothing to add";
     EXPECT_EQ(_RegEnum(session, current_user, (sub + L"\\none").c_str(), RegEnumKeys, list), not_found);
 
@@ -201,7 +190,7 @@ TEST_F(RegistryKeys, AreFoundListedAndDeleted)
     EXPECT_EQ(_RegDeleteKey(session, current_user, base), -1) << "a key that is not seen is not deleted";
 }
 
-TEST_F(RegistryWrites, AreUndoneWithTheRun)
+TEST_F(Registry, WritesAreUndoneWithTheRun)
 {
     RegSetKeyValueW(HKEY_CURRENT_USER, base, L"Old", REG_SZ, L"before", 14);
     EXPECT_EQ(_RegSetKeyValue(session, current_user, base, L"Old", REG_SZ, L"after", 0), 0);
@@ -211,7 +200,7 @@ TEST_F(RegistryWrites, AreUndoneWithTheRun)
     EXPECT_EQ(_RegExistsKey(session, current_user, (std::wstring(base) + L"\\New").c_str()), 0);
 }
 
-TEST_F(RegistryOptions, ChooseTheView)
+TEST_F(Registry, OptionsChooseTheView)
 {
     for (const int32_t wanted : {0, 1, 0}) {
         int32_t options = -7;
@@ -222,7 +211,7 @@ TEST_F(RegistryOptions, ChooseTheView)
     EXPECT_EQ(_RegSetOptions(nullptr, 1), -1);
 }
 
-TEST_F(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
+TEST_F(Registry, OfAnotherMachineIsConnectedOnceAndTakesThePlaceOfRoots)
 {
     EXPECT_EACH(0, _RegIsRemoteRegConnected(session), _RegDisConnectRegistry(session));
     for (const int64_t root : {current_user, int64_t{0x80000002},
@@ -261,7 +250,7 @@ TEST_F(RemoteRegistry, IsConnectedOnceAndTakesThePlaceOfRoots)
     EXPECT_EQ(session.CallsOf(L"ISetupRegistry.Disconnect"), 1) << "a context's end closes its connection";
 }
 
-TEST_F(TracedRegistry, WritesBeginAndEndWithItsFields)
+TEST_F(Registry, TracedWritesBeginAndEndWithItsFields)
 {
     session.Release();
     const std::string text = TracedCalls(

@@ -1,6 +1,5 @@
 // Bytes, numbers and formatted text.
 #include "../../exports/vhrt/scalars.h"
-#include "../../scriptdata/variant.h"
 #include "../support/test.h"
 
 namespace {
@@ -62,7 +61,7 @@ TEST(Numbers, DivideAndCombineAsText)
 }
 
 // A one-dimensional array of variants from an index on.
-vh::variant ArrayOf(std::vector<vh::variant> values, long first = 0)
+variant ArrayOf(std::vector<variant> values, long first = 0)
 {
     SAFEARRAYBOUND bound{static_cast<ULONG>(values.size()), first};
     SAFEARRAY* array = SafeArrayCreate(VT_VARIANT, 1, &bound);
@@ -70,15 +69,15 @@ vh::variant ArrayOf(std::vector<vh::variant> values, long first = 0)
         long index = first + i;
         SafeArrayPutElement(array, &index, &values[static_cast<size_t>(i)].get());
     }
-    vh::variant holder;
+    variant holder;
     holder.get().vt = VT_ARRAY | VT_VARIANT;
     holder.get().parray = array;
     return holder;
 }
 
-vh::variant Real(double value)
+variant Real(double value)
 {
-    vh::variant real;
+    variant real;
     real.get().vt = VT_R8;
     real.get().dblVal = value;
     return real;
@@ -87,23 +86,18 @@ vh::variant Real(double value)
 TEST(Sprintf, TakesNumbersAsIntegersAndAllElseAsText)
 {
     wchar_t buffer[64];
-    std::vector<vh::variant> values;
-    values.emplace_back(42L);
-    values.emplace_back(L"text");
-    values.push_back(Real(2.6));
-    values.emplace_back(true);
-    vh::variant arguments = ArrayOf(values);
+    variant arguments = ArrayOf({variant(42L), variant(L"text"), Real(2.6), variant(true)});
     EXPECT_EQ(_DoSprintf(buffer, 64, L"%d %s %d %d|%s", &arguments.get()), 19);
     EXPECT_STREQ(buffer, L"42 text 3 -1|(null)") << "a slot without an element is null";
     EXPECT_EQ(_DoSprintf(buffer, 7, L"%d %s", &arguments.get()), -5);
     EXPECT_EQ(_DoSprintf(buffer, 8, L"%d %s", &arguments.get()), 7);
 
-    vh::variant shifted = ArrayOf({vh::variant(7L)}, 3);
+    variant shifted = ArrayOf({variant(7L)}, 3);
     EXPECT_EQ(_DoSprintf(buffer, 64, L"%d %d %d %d", &shifted.get()), 7);
     EXPECT_STREQ(buffer, L"0 0 0 7") << "the slot is the index";
     EXPECT_TRUE(SafeArrayGetDim(shifted.get().parray) == 1) << "the array is still the caller's";
     {
-        const vh::safe_array taken(shifted);
+        const safe_array taken(shifted);
         EXPECT_EQ(taken.last(), 3);
         EXPECT_EQ(shifted.type(), VT_EMPTY) << "one holder at a time";
     }
@@ -112,18 +106,13 @@ TEST(Sprintf, TakesNumbersAsIntegersAndAllElseAsText)
 TEST(Sprintf, RefusesArgumentsThatHaveNoSlot)
 {
     wchar_t buffer[16];
-    vh::variant beyond = ArrayOf({vh::variant(1L), vh::variant(2L)}, 15);
-    EXPECT_EQ(_DoSprintf(buffer, 16, L"%d", &beyond.get()), -1);
-    vh::variant negative = ArrayOf({vh::variant(1L)}, -1);
-    EXPECT_EQ(_DoSprintf(buffer, 16, L"%d", &negative.get()), -1);
-    vh::variant no_array(3L);
-    EXPECT_EQ(_DoSprintf(buffer, 16, L"%d", &no_array.get()), -1);
     SAFEARRAYBOUND bounds[] = {{1, 0}, {1, 0}};
-    vh::variant square;
+    variant square;
     square.get().vt = VT_ARRAY | VT_I4;
     square.get().parray = SafeArrayCreate(VT_I4, 2, bounds);
-    EXPECT_EQ(_DoSprintf(buffer, 16, L"%d", &square.get()), -1);
-    vh::variant none;
+    for (variant refused : {ArrayOf({variant(1L), variant(2L)}, 15), ArrayOf({variant(1L)}, -1), variant(3L), square})
+        EXPECT_EQ(_DoSprintf(buffer, 16, L"%d", &refused.get()), -1);
+    variant none;
     none.get().vt = VT_ARRAY | VT_VARIANT;
     none.get().parray = nullptr;
     EXPECT_EQ(_DoSprintf(buffer, 16, L"plain", &none.get()), 5);
@@ -146,10 +135,10 @@ TEST(Arrays, GoBothWays)
 
 TEST(Variants, AreEmptyOrObjectsByTheirTag)
 {
-    vh::variant value;
+    variant value;
     EXPECT_EQ(IsEmpty(&value.get()), 1);
     EXPECT_EQ(IsObject(&value.get()), 0);
-    value = vh::variant(0L);
+    value = variant(0L);
     EXPECT_EQ(IsEmpty(&value.get()), 0);
     VARIANT null_object{};
     null_object.vt = VT_DISPATCH;

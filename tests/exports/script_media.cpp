@@ -1,6 +1,5 @@
 // Media that a script builds, and the arithmetic of costs, which they make exact.
 #include "../../Src/inc/engine_features.h"
-#include "../../exports/vhrt.h"
 #include "../../scriptdata/com_object.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
@@ -61,8 +60,7 @@ TEST(ScriptMedia, AnswersItsAttributes)
     EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 14, -5, nullptr), 0);
     EXPECT_EQ(number(14), -5);
     EXPECT_EQ(number(2), 1);
-    EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), 0);
-    EXPECT_EQ(number(2), 0);
+    EXPECT_EACH(0, _ComponentSetData(context, mine, L"dir\\item", 2, 2, nullptr), number(2));
     EXPECT_EQ(number(8), 1);
     for (const int32_t selected : {0, 2, 0, 1}) {
         EXPECT_EQ(_ComponentSetData(context, mine, L"dir\\item", 8, selected, nullptr), 0);

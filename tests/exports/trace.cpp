@@ -1,8 +1,4 @@
 // The trace log, seen in the files that it leaves.
-#include "../../exports/vhrt/trace.h"
-#include "../../exports/vhrt/context.h"
-#include "../../exports/vhrt/file_copy.h"
-#include "../../exports/vhrt/transfer.h"
 #include "../support/traced_library.h"
 
 namespace {

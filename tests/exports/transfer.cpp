@@ -1,8 +1,6 @@
 // The large actions: what reaches the engine, in which order, and what is left behind.
 #include "../support/session.h"
 
-using namespace vh;
-
 namespace {
 
 constexpr const wchar_t* data = L"DATA";

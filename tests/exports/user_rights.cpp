@@ -1,21 +1,14 @@
 // The user's rights, by the token as it is and by tokens that the system could give.
 #include "../../exports/vhrt/facts.h"
-#include "../support/replaced.h"
+#include "../support/test.h"
 
 namespace {
 
 // What the three exports answer, in the order administrator, power user, member of the administrators.
-struct Answers {
-    int32_t admin, power_user, member;
-    bool operator==(const Answers&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& out, const Answers& answers)
+std::string Rights()
 {
-    return out << answers.admin << answers.power_user << answers.member;
+    return std::to_string(IsNTAdmin()) + std::to_string(IsPowerUser()) + std::to_string(_IsInAdminGroup());
 }
-
-Answers Rights() { return {IsNTAdmin(), IsPowerUser(), _IsInAdminGroup()}; }
 
 // A group with up to two subauthorities.
 struct Group {
@@ -77,8 +70,7 @@ BOOL WINAPI Information(HANDLE, TOKEN_INFORMATION_CLASS kind, void* buffer, DWOR
 
 DWORD WINAPI VersionWithoutRights() { return 0x80000004; }
 
-class TokenRights : public testing::Test {
-protected:
+struct TokenRights : testing::Test {
     void SetUp() override { token = {}; }
 
 private:
@@ -102,18 +94,17 @@ TEST_F(TokenRights, AreTakenFromTheLocalGroupsOfTheToken)
 {
     const DWORD denied = SE_GROUP_USE_FOR_DENY_ONLY;
     // A right number counts in its place alone.
-    const struct {
-        std::vector<Group> groups;
-        Answers answers;
-    } rows[] = {{{{{32, 544}}}, {1, 0, 1}},         {{}, {0, 0, 0}},
-                {{{{32, 547}}}, {0, 1, 0}},         {{{{32, 545}}, {{32, 547}}, {{32, 544}}}, {1, 1, 1}},
-                {{{{32, 544}, denied}}, {0, 0, 1}}, {{{{32, 547}, denied}}, {0, 0, 0}},
-                {{{{32, 544}, 0}}, {1, 0, 1}},      {{{{32, 544}, denied}, {{32, 544}}}, {1, 0, 1}},
-                {{{{21, 544}}}, {0, 0, 0}},         {{{{544}}}, {0, 0, 0}},
-                {{{{32, 544}, 0, 1}}, {0, 0, 0}}};
-    for (const auto& row : rows) {
-        token.groups = row.groups;
-        EXPECT_EQ(Rights(), row.answers) << (&row - rows);
+    using Groups = std::vector<Group>;
+    Table<Groups, const char*> rows = {
+        {Groups{{{32, 544}}}, "101"},         {Groups{}, "000"},
+        {Groups{{{32, 547}}}, "010"},         {Groups{{{32, 545}}, {{32, 547}}, {{32, 544}}}, "111"},
+        {Groups{{{32, 544}, denied}}, "001"}, {Groups{{{32, 547}, denied}}, "000"},
+        {Groups{{{32, 544}, 0}}, "101"},      {Groups{{{32, 544}, denied}, {{32, 544}}}, "101"},
+        {Groups{{{21, 544}}}, "000"},         {Groups{{{544}}}, "000"},
+        {Groups{{{32, 544}, 0, 1}}, "000"}};
+    for (const auto& [groups, answers] : rows) {
+        token.groups = groups;
+        EXPECT_EQ(Rights(), answers) << groups.size();
     }
 }
 
@@ -122,10 +113,10 @@ TEST_F(TokenRights, ComeFromTheProcessOnlyWhenTheThreadHasNoToken)
     token.groups = {{{32, 544}}};
     token.thread_error = 0;
     token.process_error = ERROR_ACCESS_DENIED;
-    EXPECT_EQ(Rights(), (Answers{1, 0, 1}));
+    EXPECT_EQ(Rights(), "101");
     token.thread_error = ERROR_ACCESS_DENIED;
     token.process_error = 0;
-    EXPECT_EQ(Rights(), (Answers{0, 0, 0}));
+    EXPECT_EQ(Rights(), "000");
 }
 
 TEST_F(TokenRights, AreNoneWhenATokenCannotBeReadAndAllWhenTheSystemHasNoTokens)
@@ -135,14 +126,14 @@ TEST_F(TokenRights, AreNoneWhenATokenCannotBeReadAndAllWhenTheSystemHasNoTokens)
     for (const auto step : steps) {
         const Token sound = token;
         token.*step = ERROR_ACCESS_DENIED;
-        EXPECT_EQ(Rights(), (Answers{0, 0, 0}));
+        EXPECT_EQ(Rights(), "000");
         token.*step = ERROR_CALL_NOT_IMPLEMENTED;
-        EXPECT_EQ(Rights(), (Answers{1, 1, 1}));
+        EXPECT_EQ(Rights(), "111");
         token = sound;
     }
     token.groups.clear();
     const Patched version("GetVersion", VersionWithoutRights, L"VHRT.dll");
-    EXPECT_EQ(Rights(), (Answers{1, 1, 1}));
+    EXPECT_EQ(Rights(), "111");
 }
 
 } // namespace

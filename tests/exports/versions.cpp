@@ -1,5 +1,4 @@
 // Versions and translations of files, and the copy that goes with them.
-#include "../../exports/vhrt/versions.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
 #include "../support/traced_library.h"

@@ -1,19 +1,15 @@
 // The conversation with a download agent, which is another process here.
-#include "../../exports/vhrt/web_disks.h"
-#include "../../scriptdata/unique.h"
-#include "../support/temp_folder.h"
-#include "../support/texts.h"
+#include "../support/session.h"
 
 namespace {
 
 HWND AgentWindow() { return FindWindowW(nullptr, L"FetchOnDemand"); }
 
 // A session with a link to an agent.
-class WebDisks : public testing::Test {
-protected:
+struct WebDisks : testing::Test {
     WebDisks()
     {
-        std::wstring line = L"\"" + TextsFile(L"vhrt_test_agent.exe") + L"\" \"" + m_notes + L"\"";
+        std::wstring line = L"\"" + Beside(L"vhrt_test_agent.exe") + L"\" \"" + m_notes + L"\"";
         STARTUPINFOW start{};
         start.cb = sizeof(start);
         PROCESS_INFORMATION made{};
@@ -28,12 +24,7 @@ protected:
     }
     bool AgentEnds() const { return WaitForSingleObject(m_process.get(), 10000) == WAIT_OBJECT_0; }
     // What the agent was told, a line each.
-    std::string Notes() const
-    {
-        std::string notes = BytesOf(m_notes);
-        std::erase(notes, '\r');
-        return notes;
-    }
+    std::string Notes() const { return BytesOf(m_notes); }
 
     Session session;
 

@@ -1,9 +1,7 @@
 // Window services: what reaches the engine, in which order, and what comes back when it fails; fonts and files.
 #include "../support/bare_context.h"
 #include "../support/bitmap_writer.h"
-#include "../support/texts.h"
-
-using namespace vh;
+#include "../support/session.h"
 
 namespace {
 
@@ -71,9 +69,9 @@ TEST(WindowServices, ChooseOnePlacementAndOneColour)
     EXPECT_EQ(session.engine->LiveObjects(), held);
     // A lone number behind a ";" is a resource's, with a colour or without.
     const std::wstring library = StandardTexts() + L";501";
-    EXPECT_EQ(_PlaceBitmap(session, library.c_str(), 1, 0, 0, 2), 0);
-    EXPECT_EQ(_PlaceBitmap(session, (library + L";9,9,9").c_str(), 1, 0, 0, 34), 0);
-    EXPECT_EQ(_PlaceBitmap(session, library.c_str(), 1, 0, 0, 34), 0);
+    EXPECT_EACH(0, _PlaceBitmap(session, library.c_str(), 1, 0, 0, 2),
+                _PlaceBitmap(session, (library + L";9,9,9").c_str(), 1, 0, 0, 34),
+                _PlaceBitmap(session, library.c_str(), 1, 0, 0, 34));
 }
 
 TEST(WindowServices, ChooseTheStatusTemplateByStyle)
@@ -81,8 +79,7 @@ TEST(WindowServices, ChooseTheStatusTemplateByStyle)
     for (const auto& [style, number] : std::map<int32_t, const wchar_t*>{
              {4, L"10301"}, {5, L"10305"}, {6, L"10306"}, {57, L"10302"}, {58, L"10303"}}) {
         const TextSession session(L"", StandardTexts());
-        wchar_t folder[MAX_PATH] = L"";
-        _GetSupportDir(session, folder, MAX_PATH);
+        const std::wstring folder = Filled([&](auto... to) { _GetSupportDir(session, to...); });
         EXPECT_EQ(CallsOf(session.session(), [&, of = style] { EXPECT_EQ(_EnableStatus(session, of), 0); }),
                   L"ISetupWindowEx1.DropPicture() ISetupWindow.GetHandle() ISetupProgressOpen.OpenEx(\"" +
                       StandardTexts() + L"\", " + number +
@@ -187,9 +184,7 @@ TEST(Fonts, AreMadeInTheFaceOrInArial)
 
 TEST(Fonts, TellTheNamesInTheirFiles)
 {
-    wchar_t folder[MAX_PATH] = L"";
-    GetWindowsDirectoryW(folder, MAX_PATH);
-    const std::wstring file = std::wstring(folder) + L"\\Fonts\\tahoma.ttf";
+    const std::wstring file = Filled(GetWindowsDirectoryW) + L"\\Fonts\\tahoma.ttf";
     constexpr int32_t family = 1, english = 0x409;
     Table<std::wstring, int32_t, int32_t, int32_t, int32_t, const wchar_t*> cases = {
         {file, family, 12, 0, 6, L"Tahoma"},   {file, family, 11, -5, 12, L"~"},

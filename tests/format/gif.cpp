@@ -6,11 +6,7 @@
 
 namespace {
 
-using namespace vh;
-
 using Pixels = std::vector<uint8_t>;
-
-std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
 
 uint32_t CodeOf(const std::string& file)
 {
@@ -192,8 +188,7 @@ TEST(Gif, DeliversItsBlocksInOrder)
         (values{3, 6, 5, 3, 16, 17, 15, true, 300}));
 
     const gif_record* record = nullptr;
-    EXPECT_EQ(reader.Next(0, record), gif_bad_argument);
-    EXPECT_EQ(reader.Next(3, record), gif_bad_argument);
+    EXPECT_EACH(gif_bad_argument, reader.Next(0, record), reader.Next(3, record));
     std::vector<const gif_record*> all;
     for (const auto kind : {gif_image, gif_image, gif_plain_text, gif_unknown_extension, gif_image}) {
         ASSERT_EQ(reader.Next(CGifHeader::go_on, record), gif_done);

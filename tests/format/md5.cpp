@@ -38,7 +38,7 @@ TEST(Md5, GivesThePublishedDigests)
 
 TEST(Md5, PadsRightAroundTheEndOfABlock)
 {
-    vh::test::Table<std::size_t, const char*> rows = {
+    Table<std::size_t, const char*> rows = {
         {55, "ef1772b6dff9a122358552954ad0df65"},  {56, "3b0c8ac703f828b04c6c197006d17218"},
         {57, "652b906d60af96844ebd21b674f35e93"},  {63, "b06521f39153d618550606be297466d5"},
         {64, "014842d480b571495a4a0363793f7367"},  {65, "c743a45e0d2e6a95cb859adae0248435"},

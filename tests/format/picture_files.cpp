@@ -7,10 +7,6 @@
 
 namespace {
 
-using namespace vh;
-
-std::span<const std::byte> Bytes(const std::string& text) { return std::as_bytes(std::span(text)); }
-
 TEST(PictureFiles, FindTheTableAndThePixelsOfABitmap)
 {
     const std::string row(4, '\x5A');

@@ -6,9 +6,6 @@
 
 namespace {
 
-using namespace vh;
-using namespace vh::test;
-
 std::vector<std::byte> Numbers(std::initializer_list<uint32_t> numbers, std::size_t size = 0)
 {
     std::vector<std::byte> bytes;
@@ -40,8 +37,7 @@ TEST(SignedFile, PiecesAreTheWholeContent)
         {493, 40, 67, 600, true},  {500, 50, 50, 600, true},   {600, 0, 0, 600, true},    {560, 40, 0, 600, true},
         {493, 107, 0, 600, true},  {565, 35, 0, 600, true},    {565, 34, 0, 600, false},  {493, 40, 66, 600, false},
         {493, 40, 68, 600, false}, {492, 40, 68, 600, false},  {493, 40, 67, 599, false}, {601, 0, 0, 600, false},
-        {most, 1, 0, 600, false},  {493, most, 0, 600, false}, {493, 108, 0, 600, false}, {500, 40, most, 600, false},
-    };
+        {most, 1, 0, 600, false},  {493, most, 0, 600, false}, {493, 108, 0, 600, false}, {500, 40, most, 600, false}};
     for (const auto& [at, size, second, end, whole] : rows) {
         std::vector<std::byte> content(600);
         for (unsigned i = 0; at + 40ull <= 600 && i < 4; ++i)
@@ -66,23 +62,21 @@ TEST(SignedFile, TrailerIsCutByItsLength)
 TEST(SignedFile, StoreIsExact)
 {
     constexpr uint32_t magic = 0x54524543;
-    Table<std::vector<std::byte>, int> rows = {
-        {Numbers({0, magic, 0, 0, 0}), 0},
-        {Numbers({0, magic, 32, 1, 4, 7, 0, 0, 0}), 1},
-        {Numbers({0, magic, 3, 1, 4, 7, 32, 1, 4, 7, 0, 0, 0}), 2},
-        {Numbers({0, magic, 32, 1, 4, 7, 0, 0, 0}, 37), -1}, // a byte behind it
-        {Numbers({0, magic, 32, 1, 4, 7, 0, 0}), -1},        // no end
-        {Numbers({0, magic, 32, 1, 4, 7, 0, 1, 0}), -1},
-        {Numbers({0, magic, 32, 1, 4, 7, 0, 0, 1}), -1},
-        {Numbers({0, magic, 32, 0, 4, 7, 0, 0, 0}), -1}, // another encoding
-        {Numbers({0, magic, 33, 1, 4, 7, 0, 0, 0}), -1}, // a revocation list
-        {Numbers({0, magic, 0x10020, 1, 4, 7, 0, 0, 0}), -1},
-        {Numbers({0, magic, 3, 1, 4, 7, 0, 0, 0}), -1}, // a property of nothing
-        {Numbers({0, magic, 32, 1, 0xFFFFFFFF, 7, 0, 0, 0}), -1},
-        {Numbers({0, magic + 1, 0, 0, 0}), -1},
-        {Numbers({1, magic, 0, 0, 0}), -1},
-        {Numbers({0}), -1},
-    };
+    Table<std::vector<std::byte>, int> rows = {{Numbers({0, magic, 0, 0, 0}), 0},
+                                               {Numbers({0, magic, 32, 1, 4, 7, 0, 0, 0}), 1},
+                                               {Numbers({0, magic, 3, 1, 4, 7, 32, 1, 4, 7, 0, 0, 0}), 2},
+                                               {Numbers({0, magic, 32, 1, 4, 7, 0, 0, 0}, 37), -1}, // a byte behind it
+                                               {Numbers({0, magic, 32, 1, 4, 7, 0, 0}), -1},        // no end
+                                               {Numbers({0, magic, 32, 1, 4, 7, 0, 1, 0}), -1},
+                                               {Numbers({0, magic, 32, 1, 4, 7, 0, 0, 1}), -1},
+                                               {Numbers({0, magic, 32, 0, 4, 7, 0, 0, 0}), -1}, // another encoding
+                                               {Numbers({0, magic, 33, 1, 4, 7, 0, 0, 0}), -1}, // a revocation list
+                                               {Numbers({0, magic, 0x10020, 1, 4, 7, 0, 0, 0}), -1},
+                                               {Numbers({0, magic, 3, 1, 4, 7, 0, 0, 0}), -1}, // a property of nothing
+                                               {Numbers({0, magic, 32, 1, 0xFFFFFFFF, 7, 0, 0, 0}), -1},
+                                               {Numbers({0, magic + 1, 0, 0, 0}), -1},
+                                               {Numbers({1, magic, 0, 0, 0}), -1},
+                                               {Numbers({0}), -1}};
     for (const auto& [bytes, count] : rows) {
         const auto elements = ReadStore(bytes);
         EXPECT_EQ(elements ? static_cast<int>(elements->size()) : -1, count) << &bytes - &std::get<0>(rows[0]);
@@ -126,8 +120,7 @@ TEST(CertificateChoice, IsTakenApart)
         {L"*Example?dual", L"", L"MY", L"User", L"Example", false, 3},
         {L"*Example?md5", L"", L"MY", L"User", L"Example", false, 0},
         {L"**Example", L"", L"", L"User", L"Example", false, 0},
-        {L"*", L"", L"MY", L"User", L"", false, 0},
-    };
+        {L"*", L"", L"MY", L"User", L"", false, 0}};
     for (const auto& [text, path, store, location, certificate, thumbprint, hash] : rows) {
         const certificate_choice choice = ReadCertificateChoice(text);
         using parts = std::tuple<std::wstring, std::wstring, std::wstring, std::wstring, bool, int>;

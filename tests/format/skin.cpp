@@ -5,10 +5,6 @@
 
 namespace {
 
-using namespace vh;
-
-std::span<const std::byte> Bytes(std::string_view text) { return std::as_bytes(std::span(text.data(), text.size())); }
-
 std::string Listed(std::span<const std::byte> bytes)
 {
     std::string all;

@@ -3,218 +3,118 @@
 #include "../../diagnostics/current_folder.h"
 #include "../../diagnostics/late_clr.h"
 #include "../../exports/vhrt/objects.h"
-#include "../../scriptdata/com_object.h"
-#include "../../scriptdata/variant.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
-
-template <>
-inline constexpr GUID vh::iid_of<IEnumUnknown> = vh::Guid("{00000100-0000-0000-C000-000000000046}");
+#include "../support/stand.h"
 
 namespace {
 
-using namespace vh;
-
-// The runtime: what it has, what it is asked, and which call fails.
-std::wstring g_log, g_fails;
-std::vector<std::wstring> g_installed;
-std::wstring g_wanted;
-std::vector<std::wstring> g_domains;
-int g_live = 0;
+// The runtime: what it has, what it is asked, which call fails, and what it has made.
+std::wstring g_log, g_fails, g_wanted;
+std::vector<std::wstring> g_installed, g_domains;
+std::size_t g_walked = 0;
+std::list<Stand> g_made;
 
 HRESULT Step(const std::wstring& what)
 {
     g_log += what + L"|";
     return !g_fails.empty() && what.starts_with(g_fails) ? E_ABORT : S_OK;
 }
-HRESULT GiveText(const std::wstring& text, wchar_t* buffer, DWORD* size)
+HRESULT GiveText(const std::wstring& text, wchar_t* buffer, const DWORD* size)
 {
     EXPECT_EQ(*size, 260u);
     wcscpy(buffer, text.c_str());
     return S_OK;
 }
+HRESULT GiveAfter(HRESULT code, Stand& object, void* to) { return code == S_OK ? object.Give(to) : code; }
+// The next of a walk over names.
+HRESULT GiveNext(const std::vector<std::wstring>& names, const Stand& kind, void* to)
+{
+    return g_walked == names.size() ? S_FALSE : g_made.emplace_back(kind, names[g_walked++]).Give(to);
+}
+std::wstring Here() { return std::filesystem::current_path().filename().wstring(); }
 
-std::wstring LastOf(std::wstring_view path) { return std::wstring(path.substr(path.rfind(L'\\') + 1)); }
-
-template <class Interface>
-class Counted : public com_object<Interface> {
-public:
-    Counted() { ++g_live; }
-    ~Counted() override { --g_live; }
-};
-
-class Instance final : public Counted<IDispatch> {
-public:
-    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
-    {
-        return E_NOTIMPL;
-    }
-};
-
-class Wrapped final : public Counted<IObjectHandle> {
-public:
-    HRESULT STDMETHODCALLTYPE Unwrap(VARIANT* object) override
-    {
-        const HRESULT code = Step(L"unwrap");
-        if (code == S_OK && g_fails != L"nothing") {
-            object->vt = VT_UNKNOWN;
-            object->punkVal = make_object<Instance>().detach();
-        }
-        return code;
-    }
-};
-
-class Domain final : public Counted<IAppDomain> {
-public:
-    explicit Domain(std::wstring name) : m_name(std::move(name)) {}
-    HRESULT STDMETHODCALLTYPE CreateInstanceFrom(BSTR assembly, BSTR type, IUnknown** handle) override
-    {
-        wchar_t folder[MAX_PATH];
-        GetCurrentDirectoryW(MAX_PATH, folder);
-        const HRESULT code =
-            Step(L"create " + std::wstring(assembly) + L" " + type + L" in " + m_name + L" at " + LastOf(folder));
-        if (code == S_OK)
-            *handle = make_object<Wrapped>().detach();
-        return code;
-    }
-    HRESULT STDMETHODCALLTYPE GetFriendlyName(BSTR* name) override
-    {
-        *name = bstr(m_name).detach();
-        return S_OK;
-    }
-    const std::wstring& name() const { return m_name; }
-
-private:
-    std::wstring m_name;
-};
-
-class Host final : public Counted<ICorRuntimeHost> {
-public:
-    HRESULT STDMETHODCALLTYPE Start() override { return Step(L"start"); }
-    HRESULT STDMETHODCALLTYPE Stop() override { return Step(L"stop"); }
-    HRESULT STDMETHODCALLTYPE CreateDomain(const wchar_t* name, IUnknown* evidence, IUnknown** domain) override
-    {
-        EXPECT_EQ(evidence, nullptr);
-        const HRESULT code = Step(std::wstring(L"domain ") + name);
-        if (code == S_OK)
-            *domain = make_object<Domain>(name).detach();
-        return code;
-    }
-    HRESULT STDMETHODCALLTYPE GetDefaultDomain(IUnknown** domain) override
-    {
-        *domain = make_object<Domain>(L"default").detach();
-        return Step(L"default domain");
-    }
-    HRESULT STDMETHODCALLTYPE EnumDomains(void** walk) override
-    {
-        *walk = new std::size_t(0);
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE NextDomain(void* walk, IUnknown** domain) override
-    {
-        std::size_t& at = *static_cast<std::size_t*>(walk);
-        if (at == g_domains.size())
-            return S_FALSE;
-        *domain = make_object<Domain>(g_domains[at++]).detach();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE CloseEnum(void* walk) override
-    {
-        delete static_cast<std::size_t*>(walk);
-        return Step(L"closed");
-    }
-    HRESULT STDMETHODCALLTYPE UnloadDomain(IUnknown* domain) override
-    {
-        return Step(L"unload " + static_cast<Domain*>(domain)->name());
-    }
-};
-
-class Runtime final : public Counted<ICLRRuntimeInfo> {
-public:
-    explicit Runtime(std::wstring version) : m_version(std::move(version)) {}
-    HRESULT STDMETHODCALLTYPE GetVersionString(wchar_t* version, DWORD* size) override
-    {
-        return GiveText(m_version, version, size);
-    }
-    HRESULT STDMETHODCALLTYPE GetInterface(REFCLSID clsid, REFIID wanted, void** object) override
-    {
-        EXPECT_TRUE(clsid == ICorRuntimeHost::clsid && wanted == ICorRuntimeHost::iid);
-        const HRESULT code = Step(L"use " + m_version);
-        if (code == S_OK)
-            *object = static_cast<ICorRuntimeHost*>(make_object<Host>().detach());
-        return code;
-    }
-    HRESULT STDMETHODCALLTYPE BindAsLegacyV2Runtime() override { return Step(L"legacy"); }
-
-private:
-    std::wstring m_version;
-};
-
-class Runtimes final : public Counted<IEnumUnknown> {
-public:
-    HRESULT STDMETHODCALLTYPE Next(ULONG count, IUnknown** found, ULONG*) override
-    {
-        EXPECT_EQ(count, 1u);
-        if (m_at == g_installed.size())
-            return S_FALSE;
-        *found = make_object<Runtime>(g_installed[m_at++]).detach();
-        return S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE Clone(IEnumUnknown**) override { return E_NOTIMPL; }
-
-private:
-    std::size_t m_at = 0;
-};
-
-class MetaHost final : public Counted<ICLRMetaHost> {
-public:
-    HRESULT STDMETHODCALLTYPE GetVersionFromFile(const wchar_t*, wchar_t* version, DWORD* size) override
-    {
-        GiveText(g_wanted.empty() ? L"spoilt" : g_wanted, version, size);
-        return g_wanted.empty() ? E_FAIL : S_OK;
-    }
-    HRESULT STDMETHODCALLTYPE EnumerateInstalledRuntimes(IEnumUnknown** runtimes) override
-    {
-        *runtimes = make_object<Runtimes>().detach();
-        return S_OK;
-    }
-};
+Stand g_instance({iid_of<IDispatch>}, {});
+Stand g_wrapped({IObjectHandle::iid}, {{3, Stand::Method([](Stand*, VARIANT* object) {
+                                            const HRESULT code = Step(L"unwrap");
+                                            if (code != S_OK || g_fails == L"nothing")
+                                                return code;
+                                            object->vt = VT_UNKNOWN;
+                                            return g_instance.Give(&object->punkVal);
+                                        })}});
+const Stand g_domain({IAppDomain::iid}, {{38, Stand::Method([](Stand* self, BSTR assembly, BSTR type, void* handle) {
+                                              return GiveAfter(Step(L"create " + std::wstring(assembly) + L" " + type +
+                                                                    L" in " + self->name() + L" at " + Here()),
+                                                               g_wrapped, handle);
+                                          })},
+                                         {53, Stand::Method([](Stand* self, BSTR* name) {
+                                              *name = bstr(self->name()).detach();
+                                              return S_OK;
+                                          })}});
+Stand g_host({ICorRuntimeHost::iid},
+             {{10, Stand::Method([](Stand*) { return Step(L"start"); })},
+              {11, Stand::Method([](Stand*) { return Step(L"stop"); })},
+              {12, Stand::Method([](Stand*, const wchar_t* name, IUnknown* evidence, void* domain) {
+                   EXPECT_EQ(evidence, nullptr);
+                   return GiveAfter(Step(std::wstring(L"domain ") + name), g_made.emplace_back(g_domain, name), domain);
+               })},
+              {13, Stand::Method([](Stand*, void* domain) {
+                   return GiveAfter(Step(L"default domain"), g_made.emplace_back(g_domain, L"default"), domain);
+               })},
+              {14, Stand::Method([](Stand*, void** walk) {
+                   g_walked = 0;
+                   *walk = &g_walked;
+                   return S_OK;
+               })},
+              {15, Stand::Method([](Stand*, void*, void* domain) { return GiveNext(g_domains, g_domain, domain); })},
+              {16, Stand::Method([](Stand*, void* walk) {
+                   EXPECT_EQ(walk, &g_walked);
+                   return Step(L"closed");
+               })},
+              {20, Stand::Method([](Stand*, Stand* domain) { return Step(L"unload " + domain->name()); })}});
+const Stand g_runtime({ICLRRuntimeInfo::iid},
+                      {{3, Stand::Method([](Stand* self, wchar_t* version, DWORD* size) {
+                            return GiveText(self->name(), version, size);
+                        })},
+                       {9, Stand::Method([](Stand* self, REFCLSID clsid, REFIID wanted, void* object) {
+                            EXPECT_TRUE(clsid == ICorRuntimeHost::clsid && wanted == ICorRuntimeHost::iid);
+                            return GiveAfter(Step(L"use " + self->name()), g_host, object);
+                        })},
+                       {13, Stand::Method([](Stand*) { return Step(L"legacy"); })}});
+Stand g_runtimes({}, {{3, Stand::Method([](Stand*, ULONG count, void* found, ULONG*) {
+                           EXPECT_EQ(count, 1u);
+                           return GiveNext(g_installed, g_runtime, found);
+                       })}});
+Stand g_meta_host({ICLRMetaHost::iid}, {{4, Stand::Method([](Stand*, const wchar_t*, wchar_t* version, DWORD* size) {
+                                             GiveText(g_wanted.empty() ? L"spoilt" : g_wanted, version, size);
+                                             return g_wanted.empty() ? E_FAIL : S_OK;
+                                         })},
+                                        {5, Stand::Method([](Stand*, void* runtimes) {
+                                             g_walked = 0;
+                                             return g_runtimes.Give(runtimes);
+                                         })}});
 
 HRESULT WINAPI MakeMetaHost(REFCLSID clsid, REFIID iid, void** object)
 {
     EXPECT_TRUE(clsid == ICLRMetaHost::clsid && iid == ICLRMetaHost::iid);
-    *object = static_cast<ICLRMetaHost*>(make_object<MetaHost>().detach());
-    return S_OK;
+    return g_meta_host.Give(object);
 }
 HRESULT WINAPI BindRuntime(const wchar_t* version, const wchar_t* flavour, DWORD flags, REFCLSID, REFIID, void** object)
 {
     EXPECT_TRUE(!version && std::wstring(flavour) == L"wks" && flags == 4);
-    const HRESULT code = Step(L"old");
-    if (code == S_OK)
-        *object = static_cast<ICorRuntimeHost*>(make_object<Host>().detach());
-    return code;
+    return GiveAfter(Step(L"old"), g_host, object);
 }
 
-class ManagedObjects : public testing::Test {
-protected:
+struct ManagedObjects : testing::Test {
     void SetUp() override
     {
         g_log = g_fails = g_wanted = L"";
         g_installed = {L"v2.0.50727", L"v4.0.30319"};
         g_domains = {};
-        GetCurrentDirectoryW(MAX_PATH, m_before);
     }
     void TearDown() override
     {
-        EXPECT_EQ(g_live, 0);
-        wchar_t now[MAX_PATH];
-        GetCurrentDirectoryW(MAX_PATH, now);
-        EXPECT_STREQ(m_before, now);
+        EXPECT_EQ(Stand::references, 0);
+        g_made.clear();
+        EXPECT_EQ(Here(), m_before);
     }
     // The exception's code, or the result.
     template <class Body>
@@ -240,7 +140,7 @@ protected:
 
     const Replaced<decltype(late::clr_create_instance)> newest{late::clr_create_instance, &MakeMetaHost};
     const Replaced<decltype(late::cor_bind_to_runtime)> old{late::cor_bind_to_runtime, &BindRuntime};
-    wchar_t m_before[MAX_PATH];
+    const std::wstring m_before = Here();
 };
 
 TEST_F(ManagedObjects, TakeTheRuntimeThatTheAssemblyWantsOrTheNewest)
@@ -248,7 +148,7 @@ TEST_F(ManagedObjects, TakeTheRuntimeThatTheAssemblyWantsOrTheNewest)
     const TempFolder folder;
     const std::wstring file = folder.Write(L"a.dll", "x");
     const std::wstring made = L"start|default domain|create " + file + L" N.C in default at ";
-    const std::wstring rest = made + LastOf(m_before) + L"|unwrap|";
+    const std::wstring rest = made + m_before + L"|unwrap|";
     using Names = std::vector<std::wstring>;
     const Table<std::wstring, Names, std::wstring> cases = {
         {L"", Names{L"v2.0.50727", L"v4.0.30319"}, L"use v4.0.30319|legacy|" + rest},

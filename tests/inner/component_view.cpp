@@ -3,7 +3,6 @@
 
 #include <oleacc.h>
 
-#include "../../exports/vhrt.h"
 #include "../../views/component_view.h"
 #include "../../views/dpi_control_utils.h"
 #include "../../views/late_views.h"
@@ -12,31 +11,25 @@
 #include "../support/dialog_driver.h"
 #include "../support/handle_counts.h"
 #include "../support/locked_media.h"
-#include "../support/replaced.h"
+#include "../support/pixels.h"
 
 namespace {
 
-using namespace vh;
-
 enum : int { list = 10, list2 = 11, description = 12, required = 13, free_space = 14, change = 15, path1 = 16 };
 
-class ComponentViews : public testing::Test {
-protected:
+struct ComponentViews : testing::Test {
     static constexpr int rows = 8;
 
     ComponentViews()
     {
-        m_dialog = CreateWindowExW(0, L"#32770", L"", WS_POPUP | WS_VISIBLE, 0, 0, 400, 300, nullptr, nullptr, nullptr,
-                                   nullptr);
-        for (const int id : {list, list2, description, required, free_space, change, path1}) {
-            const int height = id == list || id == list2 ? rows * 17 + 4 : 20;
-            AddControl(id == change ? L"Button" : L"Static", id, id == list2 ? 200 : 0, id > list2 ? 150 : 0, height);
-        }
+        for (const int id : {list, list2})
+            AddControl(id, {id == list2 ? 200 : 0, 0, id == list2 ? 380 : 180, rows * 17 + 4});
+        for (const int id : {description, required, free_space, change, path1})
+            AddControl(id, {0, 150, 180, 170}, id == change ? L"Button" : L"Static");
     }
     ~ComponentViews() override
     {
-        if (m_dialog)
-            DestroyWindow(m_dialog);
+        DestroyWindow(m_dialog);
         ComponentViewSetInfoEx(context, ViewUnit, 1);
         ComponentViewSetInfoEx(context, ViewDecimals, 0);
     }
@@ -45,13 +38,12 @@ protected:
     {
         for (const int id : {list, list2}) {
             DestroyWindow(Window(id));
-            AddControl(L"Static", id, 0, 0, rows * 17 + 4);
+            AddControl(id, {0, 0, 180, rows * 17 + 4});
         }
     }
-    void AddControl(const wchar_t* kind, int id, int x, int y, int height) const
+    void AddControl(int id, const RECT& place, const wchar_t* kind = L"Static") const
     {
-        CreateWindowExW(0, kind, L"", WS_CHILD | WS_VISIBLE, x, y, 180, height, m_dialog,
-                        reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+        NewWindow(kind, WS_CHILD | WS_VISIBLE, place, m_dialog, id);
     }
     void AddItems(int count, int32_t size = 1024)
     {
@@ -88,7 +80,7 @@ protected:
 
     BareContext context;
     LockedMedia& media = LockedMedia::AddTo(*context);
-    HWND m_dialog;
+    HWND m_dialog = NewWindow(L"#32770", WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
 };
 
 TEST_F(ComponentViews, PickAsAModelDoes)
@@ -347,31 +339,23 @@ TEST_F(ComponentViews, ShowStatesInTheSystemsColours)
     _ComponentSetData(context, L"M", L"i3", attribute_display_name, 0, long_name.c_str());
     ComponentView* view = Shown();
     UpdateWindow(Window());
-    const HDC screen = GetDC(Window());
     const auto count_of = [&](const RECT& place, int color) {
-        int found = 0;
-        for (LONG y = place.top; y < place.bottom; ++y)
-            for (LONG x = place.left; x < place.right; ++x)
-                found += GetPixel(screen, static_cast<int>(x), static_cast<int>(y)) == GetSysColor(color);
-        return found;
+        return CountPixels(Window(), place, GetSysColor(color));
     };
     const auto row = [](LONG index, LONG left, LONG right) {
         return RECT{left, 2 + index * 17, right, 2 + index * 17 + 17};
     };
     // Left of the check picture, behind the name, at the sizes.
-    const RECT client = [&] {
-        RECT found{};
-        GetClientRect(Window(), &found);
-        return found;
-    }();
-    EXPECT_EQ(count_of(row(0, 2, 4), COLOR_HIGHLIGHT), 2 * 17);
-    EXPECT_EQ(count_of(row(1, 2, 4), COLOR_WINDOW), 2 * 17);
+    RECT client{};
+    GetClientRect(Window(), &client);
+    EXPECT_EACH(2 * 17, count_of(row(0, 2, 4), COLOR_HIGHLIGHT), count_of(row(1, 2, 4), COLOR_WINDOW));
     EXPECT_GT(count_of(row(0, 20, 60), COLOR_HIGHLIGHTTEXT), 5);
     EXPECT_GT(count_of(row(1, 20, 60), COLOR_WINDOWTEXT), 5);
     EXPECT_GT(count_of(row(2, 20, 60), COLOR_GRAYTEXT), 5);
     EXPECT_EQ(count_of(row(2, 20, 60), COLOR_WINDOWTEXT), 0);
     EXPECT_GT(count_of(row(1, client.right - 20, client.right - 3), COLOR_WINDOWTEXT), 5) << "the unit";
     // A name ends before the room that the widest size takes.
+    const HDC screen = GetDC(Window());
     const auto width = [screen](const wchar_t* text) {
         SIZE size{};
         GetTextExtentPoint32W(screen, text, lstrlenW(text), &size);
@@ -384,8 +368,7 @@ TEST_F(ComponentViews, ShowStatesInTheSystemsColours)
     RedrawWindow(Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
     EXPECT_EQ(count_of(row(1, client.right - 40, client.right - 3), COLOR_WINDOWTEXT), 0);
     // The frame: shadow at the top and the left, black in it, white at the bottom and the right.
-    EXPECT_EQ(GetPixel(screen, 50, 0), GetSysColor(COLOR_BTNSHADOW));
-    EXPECT_EQ(GetPixel(screen, 0, 50), GetSysColor(COLOR_BTNSHADOW));
+    EXPECT_EACH(GetSysColor(COLOR_BTNSHADOW), GetPixel(screen, 50, 0), GetPixel(screen, 0, 50));
     EXPECT_EQ(GetPixel(screen, 50, 1), RGB(0, 0, 0));
     EXPECT_EQ(GetPixel(screen, client.right - 1, 50), RGB(255, 255, 255));
     ReleaseDC(Window(), screen);
@@ -480,9 +463,9 @@ TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)
     IAccessible* view = nullptr;
     const LRESULT answer = SendMessageW(Window(), WM_GETOBJECT, 0, OBJID_CLIENT);
     ASSERT_EQ(object_of(answer, IID_IAccessible, 0, reinterpret_cast<void**>(&view)), S_OK);
-    const auto number_of = [](auto&& ask) {
+    const auto number_of = [&](auto ask, auto... of) {
         VARIANT result{};
-        return ask(&result) == S_OK && result.vt == VT_I4 ? result.lVal : -1;
+        return (view->*ask)(of..., &result) == S_OK && result.vt == VT_I4 ? result.lVal : -1;
     };
     const auto child = [](long number) {
         VARIANT id{};
@@ -490,12 +473,9 @@ TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)
         id.lVal = number;
         return id;
     };
-    const auto text_of = [](auto&& ask) {
-        BSTR text = nullptr;
-        const HRESULT code = ask(&text);
-        const std::wstring told(code == S_OK ? text : L"none");
-        SysFreeString(text);
-        return told;
+    const auto text_of = [&](auto ask, const VARIANT& row) {
+        bstr text;
+        return (view->*ask)(row, text.put()) == S_OK ? std::wstring(text.view()) : L"none";
     };
     const long base = STATE_SYSTEM_FOCUSABLE | STATE_SYSTEM_SELECTABLE;
     Table<long, const wchar_t*, long, const wchar_t*> told = {
@@ -507,13 +487,13 @@ TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)
     EXPECT_GIVES(view->get_accChildCount(&count), S_OK, count, 20);
     for (const auto& [number, name, state, action] : told) {
         const VARIANT row = child(number);
-        EXPECT_EQ(text_of([&](BSTR* text) { return view->get_accName(row, text); }), name);
-        EXPECT_EQ(number_of([&](VARIANT* result) { return view->get_accState(row, result); }), state) << name;
-        EXPECT_EQ(number_of([&](VARIANT* result) { return view->get_accRole(row, result); }), ROLE_SYSTEM_CHECKBUTTON);
-        EXPECT_EQ(text_of([&](BSTR* text) { return view->get_accDefaultAction(row, text); }), action);
+        EXPECT_EQ(text_of(&IAccessible::get_accName, row), name);
+        EXPECT_EQ(number_of(&IAccessible::get_accState, row), state) << name;
+        EXPECT_EQ(number_of(&IAccessible::get_accRole, row), ROLE_SYSTEM_CHECKBUTTON);
+        EXPECT_EQ(text_of(&IAccessible::get_accDefaultAction, row), action);
     }
-    EXPECT_EQ(text_of([&](BSTR* text) { return view->get_accValue(child(2), text); }), L"2 K");
-    EXPECT_EQ(number_of([&](VARIANT* result) { return view->get_accRole(child(0), result); }), ROLE_SYSTEM_LIST);
+    EXPECT_EQ(text_of(&IAccessible::get_accValue, child(2)), L"2 K");
+    EXPECT_EQ(number_of(&IAccessible::get_accRole, child(0)), ROLE_SYSTEM_LIST);
     EXPECT_EQ(view->accDoDefaultAction(child(5)), S_OK);
     EXPECT_TRUE(Selected(4));
     EXPECT_EQ(view->accDoDefaultAction(child(3)), S_OK);
@@ -521,20 +501,16 @@ TEST_F(ComponentViews, TellTheirRowsToThoseWhoCannotSeeThem)
     EXPECT_EQ(view->accDoDefaultAction(child(21)), E_INVALIDARG);
     EXPECT_EQ(view->accSelect(SELFLAG_TAKESELECTION, child(2)), S_OK);
     for (const auto ask : {&IAccessible::get_accFocus, &IAccessible::get_accSelection})
-        EXPECT_EQ(number_of([&](VARIANT* result) { return (view->*ask)(result); }), 2);
+        EXPECT_EQ(number_of(ask), 2);
     // A row is found where it says that it lies.
     long left = 0, top = 0, width = 0, height = 0;
     EXPECT_EQ(view->accLocation(&left, &top, &width, &height, child(4)), S_OK);
     EXPECT_EQ(height, 17);
-    EXPECT_EQ(number_of([&](VARIANT* result) { return view->accHitTest(left + 5, top + 5, result); }), 4);
+    EXPECT_EQ(number_of(&IAccessible::accHitTest, left + 5, top + 5), 4);
     Table<long, long, long> ways = {{NAVDIR_FIRSTCHILD, 0, 1}, {NAVDIR_LASTCHILD, 0, 20}, {NAVDIR_NEXT, 4, 5},
                                     {NAVDIR_PREVIOUS, 4, 3},   {NAVDIR_UP, 1, -1},        {NAVDIR_DOWN, 20, -1}};
-    for (const auto& [direction, from, to] : ways) {
-        const auto go = [&, way = direction, start = child(from)](VARIANT* end) {
-            return view->accNavigate(way, start, end);
-        };
-        EXPECT_EQ(number_of(go), to) << direction << " from " << from;
-    }
+    for (const auto& [direction, from, to] : ways)
+        EXPECT_EQ(number_of(&IAccessible::accNavigate, direction, child(from)), to) << direction << " from " << from;
     // Who keeps the object longer than the view lives learns that it has gone.
     DestroyWindow(m_dialog);
     __ReleaseObjectContext(context.Take());

@@ -3,7 +3,7 @@
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
 #include "../../system/late_winspool.h"
-#include "../support/replaced.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -171,8 +171,7 @@ BOOLEAN WINAPI Enable(BOOLEAN on)
     return !redirection_fails;
 }
 
-class Redirection : public testing::Test {
-protected:
+struct Redirection : testing::Test {
     void SetUp() override
     {
         redirection_calls.clear();

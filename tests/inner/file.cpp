@@ -2,7 +2,6 @@
 #include <thread>
 
 #include "../../diagnostics/file.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {
@@ -56,8 +55,7 @@ TEST(File, KnowsItsMark)
     });
     vh::file file;
     char bytes[4] = "";
-    EXPECT_EQ(OpenForReading(file, name), 0u);
-    EXPECT_EQ(file.code_page(), 0u);
+    EXPECT_EACH(0u, OpenForReading(file, name), file.code_page());
     EXPECT_GIVES_TEXT(file.read_bytes(bytes, 3), 3u, bytes, "\xFF\xFEx");
     writer.join();
 }

@@ -2,15 +2,14 @@
 #include "../../dialogs/folder_picker.h"
 #include "../../dialogs/late_dialogs.h"
 #include "../../scriptdata/task_memory.h"
-#include "../support/replaced.h"
+#include "../support/test.h"
 
 namespace {
 
 const vh::PickerTexts texts{};
 
 // Pickers on a dialog of the test's in the place of the platform's.
-class FolderPicker : public testing::Test {
-protected:
+struct FolderPicker : testing::Test {
     FolderPicker() { EXPECT_EQ(SHGetSpecialFolderLocation(nullptr, CSIDL_WINDOWS, windows.put()), S_OK); }
 
     static inline std::function<PIDLIST_ABSOLUTE(BROWSEINFOW*)> show;
@@ -44,8 +43,8 @@ TEST_F(FolderPicker, HidesItsOwnEditFromThePlatform)
 
 TEST_F(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
 {
-    wchar_t path[MAX_PATH];
-    GetWindowsDirectoryW(path, MAX_PATH);
+    const std::wstring windows_path = Filled(GetWindowsDirectoryW);
+    const wchar_t* const path = windows_path.c_str();
     const PIDLIST_ABSOLUTE folder = windows.get();
     constexpr PIDLIST_ABSOLUTE no_path = nullptr;
     Table<int32_t, std::optional<PIDLIST_ABSOLUTE>, const wchar_t*> cases = {{0x1, folder, path},
@@ -75,14 +74,7 @@ TEST_F(FolderPicker, AnswersWithThePathOfWhatIsSelectedOrItsName)
 // A dialog with nothing in it, which tells the picker what a platform's would.
 class BareDialog : Pinned {
 public:
-    explicit BareDialog(const BROWSEINFOW* info) : m_info(info)
-    {
-        const struct {
-            DLGTEMPLATE dialog;
-            WORD no_menu, no_class, no_title;
-        } bare{{WS_POPUP | WS_CAPTION, WS_EX_CONTEXTHELP, 0, 0, 0, 150, 100}, 0, 0, 0};
-        m_window = CreateDialogIndirectParamW(nullptr, &bare.dialog, nullptr, &Procedure, 0);
-    }
+    explicit BareDialog(const BROWSEINFOW* info) : m_info(info) {}
     ~BareDialog() { DestroyWindow(m_window); }
 
     HWND window() const { return m_window; }
@@ -100,16 +92,12 @@ public:
     void Press(int button) const { SendMessageW(m_window, WM_COMMAND, static_cast<WPARAM>(button), 0); }
     std::wstring Typed() const
     {
-        wchar_t text[MAX_PATH] = L"";
-        GetDlgItemTextW(m_window, vh::PickerEdit::edit_id, text, MAX_PATH);
-        return text;
+        return Filled([this](auto... to) { GetDlgItemTextW(m_window, vh::PickerEdit::edit_id, to...); });
     }
 
 private:
-    static INT_PTR CALLBACK Procedure(HWND, UINT, WPARAM, LPARAM) { return FALSE; }
-
     const BROWSEINFOW* m_info;
-    HWND m_window;
+    HWND m_window = NewDialog({WS_POPUP | WS_CAPTION, WS_EX_CONTEXTHELP, 0, 0, 0, 150, 100});
 };
 
 TEST_F(FolderPicker, NeedsNoControlOfThePlatforms)

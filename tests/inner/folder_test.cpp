@@ -1,7 +1,6 @@
 // Which folders the picker takes, and that its test of a new folder leaves nothing behind.
 #include "../../dialogs/folder_test.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace fs = std::filesystem;
 

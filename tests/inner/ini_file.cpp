@@ -3,9 +3,7 @@
 #include <cwctype>
 
 #include "../../files/ini_file.h"
-#include "../../scriptdata/unique.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -29,11 +27,6 @@ std::wstring Keys(const inifilex& document, std::wstring_view section)
     inifilex::names names;
     document.get_entry_names(section, names);
     return Joined(names);
-}
-
-std::ptrdiff_t EntriesIn(const TempFolder& folder)
-{
-    return std::distance(std::filesystem::directory_iterator(folder.path()), {});
 }
 
 struct Loaded {
@@ -335,13 +328,13 @@ BOOL WINAPI WriteToFullDisk(HANDLE, const void*, DWORD count, DWORD* written, OV
     return FALSE;
 }
 
-decltype(&WriteFile) real_write;
 int writes;
 
 BOOL WINAPI CutThirdWrite(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped)
 {
     const bool cut = ++writes == 3;
-    const BOOL done = real_write(file, bytes, cut ? count / 2 : count, written, overlapped);
+    const auto write = OfSystem<decltype(WriteFile)>("WriteFile");
+    const BOOL done = write(file, bytes, cut ? count / 2 : count, written, overlapped);
     SetLastError(ERROR_DISK_FULL);
     return done && !cut;
 }
@@ -384,7 +377,7 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
         EXPECT_EQ(file.document.get_error_path().view(), file.path) << what;
         EXPECT_TRUE(file.document.is_dirty()) << what;
         EXPECT_EQ(BytesOf(file.path), old) << what;
-        EXPECT_EQ(EntriesIn(file.folder), 1) << what << ": the half-made file stays";
+        EXPECT_EQ(file.folder.Entries(), 1) << what << ": the half-made file stays";
         SetFileAttributesW(file.path.c_str(), FILE_ATTRIBUTE_NORMAL);
         EXPECT_FALSE(file.document.save(inifile_set_encoding, 54321, false)) << "no such code page";
         EXPECT_EQ(BytesOf(file.path), old);
@@ -394,14 +387,14 @@ TEST(IniFile, LeavesTheOldFileWhenASaveFails)
     }
 }
 
-decltype(&CreateFileW) real_create;
 std::wstring closed_folder;
 
 HANDLE WINAPI CreateOutside(LPCWSTR name, DWORD access, DWORD share, SECURITY_ATTRIBUTES* security, DWORD disposition,
                             DWORD flags, HANDLE pattern)
 {
     if (disposition != CREATE_NEW || closed_folder.empty() || !std::wstring_view(name).starts_with(closed_folder))
-        return real_create(name, access, share, security, disposition, flags, pattern);
+        return OfSystem<decltype(CreateFileW)>("CreateFileW")(name, access, share, security, disposition, flags,
+                                                              pattern);
     SetLastError(ERROR_ACCESS_DENIED);
     return INVALID_HANDLE_VALUE;
 }
@@ -428,7 +421,6 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
              return vh::unique_file();
          }}};
     const Patched outside("CreateFileW", CreateOutside);
-    real_create = reinterpret_cast<decltype(&CreateFileW)>(outside.original());
     for (const auto& [what, attributes, prepare] : cases) {
         SCOPED_TRACE(what);
         closed_folder.clear();
@@ -436,11 +428,11 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
         SetFileAttributesW(file.path.c_str(), attributes ? attributes : DWORD{FILE_ATTRIBUTE_NORMAL});
         const std::wstring other = file.folder / L"other.ini";
         const vh::unique_file reader = prepare(file.path, other);
-        const auto names = EntriesIn(file.folder);
+        const auto names = file.folder.Entries();
         file.document.remove_entry(L"a", L"long");
         EXPECT_EQ(file.Saved(), "[a]\r\nx=1\r\n");
         EXPECT_EQ(GetFileAttributesW(file.path.c_str()) & FILE_ATTRIBUTE_HIDDEN, attributes);
-        EXPECT_EQ(EntriesIn(file.folder), names) << "nothing else stays";
+        EXPECT_EQ(file.folder.Entries(), names) << "nothing else stays";
         EXPECT_TRUE(!std::filesystem::exists(other) || BytesOf(other) == BytesOf(file.path));
         char start[4] = "";
         DWORD count = 0;
@@ -451,12 +443,11 @@ TEST(IniFile, SavesIntoTheFileThatOthersKnow)
             const std::string before = BytesOf(file.path);
             file.document.set_string(L"a", L"more", std::wstring(100, L'm'));
             const Patched cut("WriteFile", CutThirdWrite);
-            real_write = reinterpret_cast<decltype(&WriteFile)>(cut.original());
             writes = 0;
             EXPECT_FALSE(file.document.save(0, 0, false));
             EXPECT_EQ(writes, 4);
             EXPECT_EQ(BytesOf(file.path), before);
-            EXPECT_EQ(EntriesIn(file.folder), names);
+            EXPECT_EQ(file.folder.Entries(), names);
         }
     }
 }
@@ -472,7 +463,7 @@ TEST(IniFile, KeepsTheNewContentWhenTheOldIsLost)
     const Patched move(
         "MoveFileExW", +[](LPCWSTR, LPCWSTR, DWORD) WINAPI -> BOOL { return FALSE; });
     EXPECT_FALSE(file.document.save(0, 0, false));
-    ASSERT_EQ(EntriesIn(file.folder), 1);
+    ASSERT_EQ(file.folder.Entries(), 1);
     EXPECT_EQ(BytesOf(std::filesystem::directory_iterator(file.folder.path())->path()), "[a]\r\nx=1\r\n");
 }
 
@@ -537,7 +528,7 @@ TEST(IniFile, SavesUnderTheLongestPaths)
     }
     EXPECT_FALSE(document.save_as(root + std::wstring(300, L'n'), 0, 0, false)) << "no system takes this name";
     EXPECT_NE(document.get_last_error(), 0u);
-    EXPECT_EQ(EntriesIn(file.folder), 3);
+    EXPECT_EQ(file.folder.Entries(), 3);
 }
 
 } // namespace

@@ -7,21 +7,19 @@
 #include "../../files/language_config.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../../scriptdata/late_windows.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {
 
-class LanguageNames : public testing::Test {
-protected:
-    LanguageNames() { CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED); }
+struct LanguageNames : testing::Test {
     ~LanguageNames() override
     {
-        for (auto* function : vh::late::fallbacks)
+        for (auto* function : late::fallbacks)
             function->show();
-        vh::late::co_create_instance.show();
-        CoUninitialize();
+        late::co_create_instance.show();
     }
+
+    const Apartment apartment;
 };
 
 // Primary language and sublanguage of each name; a sublanguage beyond those listed has the general name.
@@ -37,7 +35,7 @@ TEST_F(LanguageNames, ComeFromTheTable)
         22 2 portuguese 22 0 portuguese 25 1 russian 27 1 slovak 29 1 swedish 29 2 swedish 31 1 turkish)");
     int primary = 0, sublanguage = 0;
     for (std::wstring name; names >> primary >> sublanguage >> name;)
-        EXPECT_EQ(vh::LanguageNameFromId(static_cast<uint16_t>(sublanguage << 10 | primary)).view(), name) << name;
+        EXPECT_EQ(LanguageNameFromId(static_cast<uint16_t>(sublanguage << 10 | primary)).view(), name) << name;
 }
 
 TEST_F(LanguageNames, LeadBackToIdentifiers)
@@ -51,42 +49,41 @@ TEST_F(LanguageNames, LeadBackToIdentifiers)
         swedish 1053 turkish 1055 American 0 unknown 0 he-IL 1037)");
     uint16_t id = 0;
     for (std::wstring name; names >> name >> id;)
-        EXPECT_EQ(vh::LanguageIdFromName(name.c_str()), id) << name;
-    EXPECT_EQ(vh::LanguageIdFromName(L"american "), 0);
+        EXPECT_EQ(LanguageIdFromName(name.c_str()), id) << name;
+    EXPECT_EQ(LanguageIdFromName(L"american "), 0);
 }
 
 // Hebrew is in neither table. Each step is taken when the ones before it are missing.
 TEST_F(LanguageNames, OutsideTheTableComeFromWhatThePlatformHas)
 {
     constexpr uint16_t hebrew = 0x040D;
-    EXPECT_STREQ(vh::LanguageNameFromId(hebrew).c_str(), L"he-IL");
-    vh::late::lcid_to_locale_name.hide();
-    vh::late::locale_name_to_lcid.hide();
-    vh::late::lcid_to_rfc1766.replace([](LCID id, wchar_t* name, int size) -> HRESULT {
+    EXPECT_STREQ(LanguageNameFromId(hebrew).c_str(), L"he-IL");
+    late::lcid_to_locale_name.hide();
+    late::locale_name_to_lcid.hide();
+    late::lcid_to_rfc1766.replace([](LCID id, wchar_t* name, int size) -> HRESULT {
         return id == hebrew && size == 85 ? (lstrcpyW(name, L"by mlang"), S_OK) : E_FAIL;
     });
-    vh::late::rfc1766_to_lcid.replace([](LCID* id, const wchar_t* name) -> HRESULT {
+    late::rfc1766_to_lcid.replace([](LCID* id, const wchar_t* name) -> HRESULT {
         *id = 0x1040D;
         return name == std::wstring_view(L"he-IL") ? S_OK : E_FAIL;
     });
-    EXPECT_STREQ(vh::LanguageNameFromId(hebrew).c_str(), L"by mlang");
-    EXPECT_STREQ(vh::LanguageNameFromId(0x0430).c_str(), L"");
-    EXPECT_EQ(vh::LanguageIdFromName(L"he-IL"), hebrew);
-    EXPECT_EQ(vh::LanguageIdFromName(L"xx"), 0);
+    EXPECT_STREQ(LanguageNameFromId(hebrew).c_str(), L"by mlang");
+    EXPECT_STREQ(LanguageNameFromId(0x0430).c_str(), L"");
+    EXPECT_EQ(LanguageIdFromName(L"he-IL"), hebrew);
+    EXPECT_EQ(LanguageIdFromName(L"xx"), 0);
 
     // The system's own object, and then none.
-    vh::late::lcid_to_rfc1766.hide();
-    vh::late::rfc1766_to_lcid.hide();
-    EXPECT_STREQ(vh::LanguageNameFromId(hebrew).c_str(), L"he");
-    EXPECT_EQ(vh::LanguageIdFromName(L"he"), hebrew);
-    vh::late::co_create_instance.replace(
+    late::lcid_to_rfc1766.hide();
+    late::rfc1766_to_lcid.hide();
+    EXPECT_STREQ(LanguageNameFromId(hebrew).c_str(), L"he");
+    EXPECT_EQ(LanguageIdFromName(L"he"), hebrew);
+    late::co_create_instance.replace(
         [](const GUID&, IUnknown*, DWORD, const GUID&, void**) -> HRESULT { return REGDB_E_CLASSNOTREG; });
-    EXPECT_STREQ(vh::LanguageNameFromId(hebrew).c_str(), L"");
-    EXPECT_EQ(vh::LanguageIdFromName(L"he"), 0);
+    EXPECT_STREQ(LanguageNameFromId(hebrew).c_str(), L"");
+    EXPECT_EQ(LanguageIdFromName(L"he"), 0);
 }
 
-class DefaultLanguage : public LanguageNames {
-protected:
+struct DefaultLanguage : LanguageNames {
     // The first units of a text: the system adds a terminator of its own where one follows.
     static void Set(const wchar_t* key, const wchar_t* name, const wchar_t* value, DWORD units)
     {
@@ -98,34 +95,34 @@ protected:
 
 TEST_F(DefaultLanguage, IsReadFromTheRegistryWhereTheSystemHasNoFunction)
 {
-    EXPECT_EQ(vh::SystemDefaultUILanguage(), GetSystemDefaultUILanguage());
-    vh::late::get_system_default_ui_language.hide();
+    EXPECT_EQ(SystemDefaultUILanguage(), GetSystemDefaultUILanguage());
+    late::get_system_default_ui_language.hide();
     RegDeleteKeyW(HKEY_USERS, resources);
     RegDeleteKeyValueW(HKEY_USERS, international, L"Locale");
-    EXPECT_EQ(vh::SystemDefaultUILanguage(), 1033);
+    EXPECT_EQ(SystemDefaultUILanguage(), 1033);
     Set(international, L"Locale", L"40d", 4);
-    EXPECT_EQ(vh::SystemDefaultUILanguage(), 0x040D);
+    EXPECT_EQ(SystemDefaultUILanguage(), 0x040D);
     // Ten bytes are read: more are as good as none.
     Set(international, L"Locale", L"0000040d", 9);
-    EXPECT_EQ(vh::SystemDefaultUILanguage(), 1033);
+    EXPECT_EQ(SystemDefaultUILanguage(), 1033);
     Set(resources, nullptr, L"1041f0", 5);
-    EXPECT_EQ(vh::SystemDefaultUILanguage(), 0x041F);
+    EXPECT_EQ(SystemDefaultUILanguage(), 0x041F);
     RegDeleteKeyW(HKEY_USERS, resources);
     RegDeleteKeyValueW(HKEY_USERS, international, L"Locale");
 }
 
 TEST(RuntimeLocale, FollowsALanguageAndIsOnlyToldFor0)
 {
-    EXPECT_STREQ(vh::SetRuntimeLocaleFromLanguage(LC_ALL, 0).c_str(), L"C");
-    const stringx german = vh::SetRuntimeLocaleFromLanguage(LC_ALL, 1031);
+    EXPECT_STREQ(SetRuntimeLocaleFromLanguage(LC_ALL, 0).c_str(), L"C");
+    const stringx german = SetRuntimeLocaleFromLanguage(LC_ALL, 1031);
     EXPECT_TRUE(german.view().starts_with(L"German")) << german.c_str();
-    EXPECT_EQ(vh::SetRuntimeLocaleFromLanguage(LC_ALL, 0), german);
+    EXPECT_EQ(SetRuntimeLocaleFromLanguage(LC_ALL, 0), german);
     std::setlocale(LC_ALL, "C");
 }
 
 TEST(LanguageConfiguration, IsReadKeyByKey)
 {
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     using Ids = std::set<uint16_t>;
     LanguageConfig config;
     config.Read(folder.Write(L"a.ini",
@@ -147,7 +144,7 @@ TEST(LanguageConfiguration, IsReadKeyByKey)
 
 TEST(ModuleResources, LieInTheAuthorsModuleBeforeTheProducts)
 {
-    vh::ResourceModules modules;
+    ResourceModules modules;
     const wchar_t* const version = RT_VERSION;
     const wchar_t* const first = MAKEINTRESOURCEW(1);
     EXPECT_EQ(modules.Find(version, first), nullptr);

@@ -1,12 +1,9 @@
 // Mapped files: sizes, failures, narrow names; and the conversion of text files that stands on them.
 #include "../../diagnostics/mapped_file.h"
 #include "../../files/unicode_file.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
-
-using namespace vh;
 
 TEST(MappedFile, HasTheFileOrItsBeginning)
 {

@@ -3,7 +3,7 @@
 #include "../../exports/vhrt/facts.h"
 #include "../../system/late_version.h"
 #include "../../system/version_info.h"
-#include "../support/replaced.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -75,9 +75,8 @@ BOOL WINAPI TellNothing(const void*, const wchar_t*, void**, UINT*) { return FAL
 
 TEST(VersionInfo, IsSharedByItsCopiesAndStaysWhenALoadFails)
 {
-    wchar_t library[MAX_PATH];
-    GetSystemDirectoryW(library, MAX_PATH);
-    wcscat_s(library, L"\\kernel32.dll");
+    const std::wstring file = Filled(GetSystemDirectoryW) + L"\\kernel32.dll";
+    const wchar_t* const library = file.c_str();
     vh::version_info copy;
     EXPECT_TRUE(copy.translations().empty());
     {

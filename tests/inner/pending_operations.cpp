@@ -1,15 +1,10 @@
 // Operations that are put off: on a list of the test's own, and to the next start of a system that only seems to be
 // asked.
 #include "../../system/pending_operations.h"
-#include "../../scriptdata/exception.h"
 #include "../../system/reboot_move.h"
 #include "../support/registry_root.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
 
 namespace {
-
-using namespace vh;
 
 // "source>target;" for each operation.
 std::wstring Listed()
@@ -29,8 +24,7 @@ void SetText(HKEY key, const wchar_t* name, const std::wstring& text)
     SetValue(key, name, REG_SZ, text.c_str(), (text.size() + 1) * sizeof(wchar_t));
 }
 
-class PendingOperations : public testing::Test {
-protected:
+struct PendingOperations : testing::Test {
     RegistryRoot machine{HKEY_LOCAL_MACHINE};
     TempFolder folder;
 };
@@ -103,13 +97,12 @@ TEST_F(PendingOperations, PassOverWhatCanNotBeRead)
     RecordPendingOperation(longest.c_str(), L"1");
     RecordPendingOperation(longer.c_str(), L"2");
     RecordPendingOperation(L"c", L"3");
-    SetText(machine.key(), L"dest5", L"5");
-    SetText(machine.key(), L"source5", L"e");
-    SetText(machine.key(), L"source06", L"not a name of ours");
-    SetText(machine.key(), L"dest06", L"06");
-    SetText(machine.key(), L"source4", L"no target");
-    SetText(machine.key(), L"source7", L"beyond the count");
-    SetText(machine.key(), L"dest7", L"7");
+    const std::map<const wchar_t*, const wchar_t*> texts = {
+        {L"dest5", L"5"},   {L"source5", L"e"},         {L"source06", L"not a name of ours"},
+        {L"dest06", L"06"}, {L"source4", L"no target"}, {L"source7", L"beyond the count"},
+        {L"dest7", L"7"}};
+    for (const auto& [name, text] : texts)
+        SetText(machine.key(), name, text);
     EXPECT_EQ(Listed(), longest + L">1;c>3;");
     SetValue(machine.key(), L"Count", REG_DWORD, &count, sizeof(count));
     EXPECT_EQ(Listed(), longest + L">1;c>3;e>5;");
@@ -190,9 +183,7 @@ TEST(AtReboot, TheSystemMovesOrDeletes)
 
 std::wstring ShortOf(const std::wstring& path)
 {
-    wchar_t text[MAX_PATH] = L"";
-    GetShortPathNameW(path.c_str(), text, MAX_PATH);
-    return text;
+    return Filled([&](auto... to) { GetShortPathNameW(path.c_str(), to...); });
 }
 
 TEST(AtReboot, AnOldSystemHasAFileForIt)

@@ -2,15 +2,10 @@
 #include "../../pictures/late_gdiplus.h"
 #include "../../pictures/palette.h"
 #include "../../pictures/setup_image.h"
-#include "../../scriptdata/unique.h"
 #include "../support/bitmap_writer.h"
-#include "../support/replaced.h"
 #include "../support/sheet.h"
-#include "../support/temp_folder.h"
 
 namespace {
-
-using namespace vh;
 
 constexpr DWORD ground = 0xFFFFFF;
 
@@ -22,8 +17,7 @@ std::string Colors(SetupImage& image, int width, int height)
     std::string colors;
     for (int at = 0; at < width * height; ++at)
         colors += ColorText(sheet.Pixel(at % width, at / width)) + " ";
-    EXPECT_EQ(sheet.Pixel(width, 0), ground);
-    EXPECT_EQ(sheet.Pixel(0, height), ground);
+    EXPECT_EACH(ground, sheet.Pixel(width, 0), sheet.Pixel(0, height));
     return colors;
 }
 
@@ -78,12 +72,7 @@ TEST(PictureLoading, TakesEveryKindOfBitmap)
     }
 }
 
-std::wstring StandardLibrary()
-{
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path).substr(0, std::wstring_view(path).rfind(L'\\') + 1) + L"vhtexts_standard.dll";
-}
+std::wstring StandardLibrary() { return Beside(L"vhtexts_standard.dll"); }
 
 TEST(PictureLoading, LooksForPicturesWhereTheyAreSaidToBe)
 {
@@ -149,30 +138,22 @@ TEST(PictureLoading, LeavesOtherFormatsToGdiplus)
     EXPECT_FALSE(gdiplus_bitmap().Resized({3, 2}) || gdiplus_bitmap().Icon());
 }
 
-TEST(PictureLoading, ReadsPalettes)
-{
-    const TempFolder folder;
-    const std::string file = PaletteFile(256, 256, 4 + 1024, 0x030201);
-    const unique_palette palette = LoadPalette(folder.Write(L"some.pal", file).c_str());
-    ASSERT_TRUE(palette);
-    PALETTEENTRY last{};
-    EXPECT_EQ(GetPaletteEntries(palette.get(), 255, 1, &last), 1u);
-    EXPECT_EQ(last.peRed, 0);
-    EXPECT_EQ(last.peGreen, 3);
-    EXPECT_FALSE(LoadPalette((folder / L"none.pal").c_str()));
-    EXPECT_FALSE(LoadPalette(folder.Write(L"cut.pal", file.substr(0, 100)).c_str()));
-}
-
 // A display of 8 bits whose palette is the picture's.
-TEST(PictureLoading, RealizesThePaletteOnDisplaysThatHaveOne)
+TEST(PictureLoading, RealizesThePaletteOfAFileOnDisplaysThatHaveOne)
 {
     static UINT realized;
     const Replaced caps(late::get_device_caps, [](HDC context, int index) WINAPI -> int {
         return index == BITSPIXEL ? 8 : index == PLANES ? 1 : GetDeviceCaps(context, index);
     });
     const Replaced realize(late::realize_palette, [](HDC) WINAPI -> UINT { return ++realized; });
-    LOGPALETTE one_color{0x300, 1, {{1, 2, 3, 0}}};
-    const unique_palette palette(CreatePalette(&one_color));
+    const TempFolder folder;
+    const std::string colors = PaletteFile(256, 256, 4 + 1024, 0x030201);
+    const unique_palette palette = LoadPalette(folder.Write(L"some.pal", colors).c_str());
+    PALETTEENTRY last{};
+    EXPECT_GIVES(GetPaletteEntries(palette.get(), 255, 1, &last), 1u, last.peGreen, 3);
+    EXPECT_EQ(last.peRed, 0);
+    EXPECT_FALSE(LoadPalette((folder / L"none.pal").c_str()));
+    EXPECT_FALSE(LoadPalette(folder.Write(L"cut.pal", colors.substr(0, 100)).c_str()));
     const std::string file = BitmapFile(BitmapHeader(1, 1, 24), "", Long(0));
     bitmap_picture picture;
     ASSERT_EQ(ReadBitmapFile(std::as_bytes(std::span(file)), picture), 0u);

@@ -3,13 +3,9 @@
 #include "../../pictures/option_text.h"
 #include "../../pictures/setup_image.h"
 #include "../support/bitmap_writer.h"
-#include "../support/replaced.h"
 #include "../support/sheet.h"
-#include "../support/temp_folder.h"
 
 namespace {
-
-using namespace vh;
 
 constexpr DWORD ground = 0x102030; // of the sheet, as 0xRRGGBB
 constexpr COLORREF ground_color = RGB(0x10, 0x20, 0x30);

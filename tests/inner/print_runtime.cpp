@@ -1,12 +1,9 @@
 // Printing on a print dialog and a shell of the test's own.
 #include "../../system/print_runtime.h"
 #include "../../system/late_shell.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
-
-using namespace vh;
 
 // What the dialog answers, what the shell answers, and what both were given.
 enum class dialog { cancelled, printer, plain, raises };
@@ -47,8 +44,7 @@ BOOL WINAPI Execute(SHELLEXECUTEINFOW* order)
     return g_shell_error == 0;
 }
 
-class Printing : public testing::Test {
-protected:
+struct Printing : testing::Test {
     void SetUp() override
     {
         g_dialog = dialog::printer;
@@ -171,7 +167,7 @@ TEST_F(Printing, OfTextGoesThroughATemporaryFile)
 
 TEST_F(Printing, FindsTheVisibleWindowThatBelongsToTheGivenOne)
 {
-    const HWND parent = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    const HWND parent = NewWindow(L"Static", WS_POPUP);
     static HWND owner;
     const Replaced dialogs(late::print_dialog, [](PRINTDLGW* given) WINAPI -> BOOL {
         owner = given->hwndOwner;
@@ -179,9 +175,7 @@ TEST_F(Printing, FindsTheVisibleWindowThatBelongsToTheGivenOne)
     });
     EXPECT_FALSE(PrintFile(parent, file.c_str()));
     EXPECT_EQ(owner, parent);
-    const auto child = [&](DWORD style) {
-        return CreateWindowExW(0, L"Static", L"", WS_POPUP | style, 0, 0, 9, 9, parent, nullptr, nullptr, nullptr);
-    };
+    const auto child = [&](DWORD style) { return NewWindow(L"Static", WS_POPUP | style, {0, 0, 9, 9}, parent); };
     const HWND hidden = child(0), visible = child(WS_VISIBLE);
     EXPECT_FALSE(PrintFile(parent, file.c_str()));
     EXPECT_EQ(owner, visible) << hidden;

@@ -3,33 +3,20 @@
 #include "../../diagnostics/mapped_file.h"
 #include "../../files/remove_tree.h"
 #include "../../files/unicode_file.h"
-#include "../../scriptdata/com_ptr.h"
 #include "../../system/late_advapi32.h"
 #include "../../system/pending_operations.h"
+#include "../support/handle_counts.h"
 #include "../support/registry_root.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
 
 #include <oleauto.h>
 
 namespace {
 
-using namespace vh;
-
-class Registration : public testing::Test {
-protected:
+struct Registration : testing::Test {
     RegistryRoot machine{HKEY_LOCAL_MACHINE};
     RegistryRoot user{HKEY_CURRENT_USER};
     TempFolder folder;
 };
-
-// A file beside the test program.
-std::wstring Beside(const wchar_t* name)
-{
-    wchar_t own[MAX_PATH];
-    GetModuleFileNameW(nullptr, own, MAX_PATH);
-    return std::wstring(own, std::wstring_view(own).rfind(L'\\') + 1).append(name);
-}
 
 TEST_F(Registration, LeavesKeysOfOthersAndTellsFaults)
 {
@@ -93,12 +80,9 @@ std::wstring MadeTypeLibrary(const std::wstring& path)
     com_ptr<ICreateTypeLib2> library;
     EXPECT_EQ(CreateTypeLib2(SYS_WIN64, path.c_str(), library.put()), S_OK);
     const GUID id{0x5D3CDA10, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}};
-    EXPECT_EQ(library->SetGuid(id), S_OK);
-    EXPECT_EQ(library->SetVersion(3, 7), S_OK);
-    EXPECT_EQ(library->SetLcid(9), S_OK);
+    EXPECT_EACH(S_OK, library->SetGuid(id), library->SetVersion(3, 7), library->SetLcid(9));
     wchar_t name[] = L"Tested";
-    EXPECT_EQ(library->SetName(name), S_OK);
-    EXPECT_EQ(library->SaveAllChanges(), S_OK);
+    EXPECT_EACH(S_OK, library->SetName(name), library->SaveAllChanges());
     return path;
 }
 
@@ -150,13 +134,6 @@ TEST_F(Registration, OfAProgramIsItsExitCode)
     SetEvent(let_go.get());
     EXPECT_FALSE(RegisterModule(stringx(folder / L"none.exe"), true, false));
     EXPECT_EQ(last_file_failure().code, static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
-}
-
-DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
 }
 
 TEST_F(Registration, AndItsNeighboursLeaveNothingOpen)

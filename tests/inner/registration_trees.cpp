@@ -1,15 +1,11 @@
 // Registration scripts, made by chance and found on the system, against what they have to do.
+#include <numeric>
 #include <regex>
 
-#include "../../scriptdata/unique.h"
 #include "../../system/registration.h"
 #include "../support/registry_root.h"
-#include "../support/temp_folder.h"
 
 namespace {
-
-using namespace vh;
-using namespace vh::test;
 
 // What a registry has to hold, and how a script changes it.
 struct Model {
@@ -38,8 +34,7 @@ struct Model {
         std::set<std::string> lines;
         for (const auto& [name, data] : values)
             lines.insert(path + ">" + name + "=" + data + "\n");
-        for (const std::string& line : lines)
-            shown += line;
+        shown = std::accumulate(lines.begin(), lines.end(), shown);
         for (const auto& [name, key] : keys)
             shown += key.Shown(path + "\\" + name);
         return shown;
@@ -67,33 +62,24 @@ private:
         return Blanks() + words + Blanks() + (Below(4) ? "\r\n" : "\r") + (Below(9) ? "" : " \r\n");
     }
     // One of the texts, in quotes; the first `bare` can also stand without.
-    std::string Pick(std::span<const char* const> texts, std::size_t bare, std::string& words)
+    template <class... Text>
+    std::string Pick(std::string& words, std::size_t bare, Text... choices)
     {
-        const std::size_t at = Below(texts.size());
+        const char* const texts[] = {choices...};
+        const std::size_t at = Below(sizeof...(choices));
         const char* quote = at < bare && Below(2) ? "" : "'";
         words.append(quote).append(texts[at]).append(quote);
         return texts[at];
     }
     std::string Name(std::string& words)
     {
-        constexpr const char* names[] = {"a",   "{0-1}", "x=y", "q}",  "x{y",  "%a%", "noremove",
-                                         "b c", "{",     "}x",  "val", "HKCR", "="};
-        return Pick(names, 7, words);
+        return Pick(words, 7, "a", "{0-1}", "x=y", "q", "x{y", "%a%", "noremove", "b c", "{", "}x", "val", "HKCR", "=");
     }
     std::string Data(std::string& words)
     {
-        constexpr const char* all[] = {"x",
-                                       "%MODULEPATH%\\x",
-                                       "{1}",
-                                       "",
-                                       "a b",
-                                       "s",
-                                       "two\r\nlines",
-                                       "%O% %MODULEPATH%",
-                                       "50% {%MODULEPATH%",
-                                       "a %MODULEPATH%%MODULEPATH%"};
         words += " = s ";
-        return Pick(all, 3, words);
+        return Pick(words, 3, "x", "%MODULEPATH%\\x", "{1}", "", "a b", "s", "two\r\nlines", "%O% %MODULEPATH%",
+                    "50% {%MODULEPATH%", "a %MODULEPATH%%MODULEPATH%");
     }
     void Block(script_key& owner, int depth)
     {
@@ -151,9 +137,7 @@ TEST(RegistrationScripts, OfAnyTreeMakeItAndTakeItAway)
 std::vector<std::string> ScriptsOfTheSystem()
 {
     std::vector<std::string> scripts;
-    wchar_t system[MAX_PATH];
-    GetSystemDirectoryW(system, MAX_PATH);
-    for (const auto& entry : std::filesystem::directory_iterator(system)) {
+    for (const auto& entry : std::filesystem::directory_iterator(Filled(GetSystemDirectoryW))) {
         const unique_module module(LoadLibraryExW(entry.path().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
         EnumResourceNamesW(
             module.get(), L"WINE_REGISTRY",

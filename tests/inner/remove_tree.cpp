@@ -1,23 +1,12 @@
 // The removal of folders, and what it leaves alone.
 #include "../../files/remove_tree.h"
 #include "../../diagnostics/file_exception.h"
-#include "../../scriptdata/unique.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
+#include "../support/test.h"
 
 namespace {
 
-using namespace vh;
-
-struct Failure {
-    DWORD code;
-    std::wstring name;
-    bool operator==(const Failure&) const = default;
-};
-void PrintTo(const Failure& failure, std::ostream* stream)
-{
-    *stream << failure.code << " " << std::filesystem::path(failure.name);
-}
+// Code and name; no failure has neither.
+using Failure = std::pair<DWORD, std::wstring>;
 
 Failure Remove(const std::wstring& path, bool ignore)
 {

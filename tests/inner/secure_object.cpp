@@ -3,13 +3,10 @@
 #include "../../system/secure_object.h"
 #include "../../Src/inc/engine_services.h"
 #include "../../scriptdata/com_object.h"
-#include "../../scriptdata/unique.h"
 #include "../../system/late_advapi32.h"
-#include "../support/replaced.h"
+#include "../support/test.h"
 
 namespace {
-
-using namespace vh;
 
 constexpr DWORD ok = ERROR_SUCCESS;
 constexpr auto no_memory = static_cast<int32_t>(0x8007000E);
@@ -70,8 +67,7 @@ public:
     std::wstring seen;
 };
 
-class SecureObject : public testing::Test {
-protected:
+struct SecureObject : testing::Test {
     void SetUp() override { g_read = g_merge = g_write = ok; }
     int32_t Set(const PermissionItem& item)
     {

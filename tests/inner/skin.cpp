@@ -9,22 +9,11 @@
 #include "../../skin/skin_profile.h"
 #include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
-#include "../support/replaced.h"
-#include "../support/temp_folder.h"
+#include "../support/pixels.h"
 
 namespace {
 
-using namespace vh;
-
 constexpr COLORREF red = RGB(255, 0, 0), green = RGB(0, 255, 0), blue = RGB(0, 0, 255), yellow = RGB(255, 255, 0);
-
-std::string Plain(int width, int height, uint32_t pixel)
-{
-    std::string pixels;
-    for (int i = 0; i < width * height; ++i)
-        pixels += Long(pixel);
-    return BitmapFile(BitmapHeader(width, height, 32), "", pixels);
-}
 
 constexpr const char* skin_text =
     "[SKINS]\r\nVERSION=3\r\n"
@@ -37,8 +26,7 @@ constexpr const char* skin_text =
     "BUTTONS=1\r\nBUTTON1=12\r\nBUTTON1POS=8,56\r\nBUTTON1UP=wide.bmp\r\n"
     "[Page-0007]\r\nTEXTCOLOR=0,255,0\r\n[Bare]\r\n[ALLES]\r\n";
 
-class Skins : public testing::Test {
-protected:
+struct Skins : testing::Test {
     std::string Container(const std::string& text = skin_text) const
     {
         std::vector<std::byte> file;
@@ -46,9 +34,9 @@ protected:
             AddSkinEntry(file, name, std::as_bytes(std::span(bytes)));
         };
         add("Skin.ini", text);
-        add("up.bmp", Plain(16, 8, 0xFF0000));
-        add("down.bmp", Plain(16, 8, 0x00FF00));
-        add("wide.bmp", Plain(300, 8, 0x0000FF));
+        add("up.bmp", PlainBitmap(16, 8, 0xFF0000));
+        add("down.bmp", PlainBitmap(16, 8, 0x00FF00));
+        add("wide.bmp", PlainBitmap(300, 8, 0x0000FF));
         add("note.txt", "no picture");
         ScrambleSkin(file);
         return {reinterpret_cast<const char*>(file.data()), file.size()};
@@ -57,12 +45,9 @@ protected:
     {
         return m_skin.Start(m_folder.Write(L"skin file", bytes).c_str(), 0, m_folder.path().c_str());
     }
-    std::size_t FilesLeft() const
+    std::ptrdiff_t FilesLeft() const
     {
-        std::size_t count = 0;
-        for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(m_folder.path()))
-            ++count;
-        return count + std::filesystem::exists(std::wstring(SkinTempFolder().c_str()) + L"vhpro7");
+        return m_folder.Entries() + std::filesystem::exists(std::wstring(SkinTempFolder().c_str()) + L"vhpro7");
     }
 
     TempFolder m_folder;
@@ -76,13 +61,13 @@ TEST_F(Skins, LoadOnceForTheProcessAndLeaveNoFiles)
     for (const std::size_t length : {std::size_t{0}, std::size_t{5}, whole.size() / 2, whole.size() - 1}) {
         EXPECT_FALSE(Start(whole.substr(0, length)));
         m_skin.End();
-        EXPECT_EQ(FilesLeft(), 1u) << length;
+        EXPECT_EQ(FilesLeft(), 1) << length;
     }
     EXPECT_FALSE(m_skin.loaded() || m_skin.enabled());
     m_skin.Enable(true);
     EXPECT_FALSE(m_skin.enabled()) << "there is none";
     ASSERT_TRUE(Start(whole));
-    EXPECT_EQ(FilesLeft(), 2u) << "the copy stays as long as the context";
+    EXPECT_EQ(FilesLeft(), 2) << "the copy stays as long as the context";
     {
         // Another context has the same skin, whatever file it names.
         DialogSkin other;
@@ -117,34 +102,12 @@ TEST_F(Skins, LoadOnceForTheProcessAndLeaveNoFiles)
     EXPECT_NE(skin->Find("ALL-0407")->buttons.at(0).upImage, up);
 }
 
-// All that a section says, as text.
-std::string Told(const vh::skin_section_text& section)
-{
-    std::ostringstream told;
-    const auto button = [&](const vh::skin_button_text& one) {
-        told << one.id << " " << one.up << " " << one.down << " " << (one.pos ? one.pos->x : -1) << " "
-             << (one.pos ? one.pos->y : -1) << " " << one.options << " " << one.transparent << " " << one.text_color
-             << " " << one.disabled_color << "\n";
-    };
-    told << section.name << " " << section.text_color << "\n";
-    for (const auto& [color, pos, area] : section.rects)
-        told << color << " " << pos.x << " " << pos.y << " " << area.x << " " << area.y << "\n";
-    for (const auto& [file, pos, options, transparent] : section.images)
-        told << file << " " << pos.x << " " << pos.y << " " << options << " " << transparent << "\n";
-    if (section.defaults)
-        button(*section.defaults);
-    for (const vh::skin_button_text& one : section.buttons)
-        button(one);
-    return told.str();
-}
-
 // vhtool checks a text as the library's own reader has it; setups have the system's.
 TEST(SkinProfile, ReadsWhatTheSystemReads)
 {
     const TempFolder folder;
     const std::wstring directory = folder.path();
-    std::ifstream sample(std::filesystem::path(VHRT_SOURCE_DIR) / "samples/skin/quiet/skin.ini", std::ios::binary);
-    const std::string of_sample{std::istreambuf_iterator<char>(sample), {}};
+    const std::string of_sample = BytesOf(VHRT_SOURCE_DIR "/samples/skin/quiet/skin.ini");
     ASSERT_GT(of_sample.size(), 2000u);
     const std::string odd =
         "; note\r\n[ALL] behind\r\n  TEXTCOLOR = 1,2,3  \r\nrects=1\r\nRECT1=\"4,5,6\"\r\n;RECT1=9,9,9\r\n"
@@ -161,13 +124,12 @@ TEST(SkinProfile, ReadsWhatTheSystemReads)
         const auto by_profile = ReadSkinText(profile.reader(), profile.names(), {1, 2, 3});
         ASSERT_EQ(by_system.size(), by_profile.size());
         for (std::size_t i = 0; i < by_system.size(); ++i)
-            EXPECT_EQ(Told(by_system[i]), Told(by_profile[i]));
+            EXPECT_TRUE(by_system[i] == by_profile[i]) << by_profile[i].name;
     }
 }
 
 // A dialog whose units are told by the system, with controls of each kind.
-class SkinnedDialogs : public Skins {
-protected:
+struct SkinnedDialogs : Skins {
     enum : int { push = 12, standard = 13, check = 14, group = 15, label = 16, marked = 17, icon = 18 };
 
     SkinnedDialogs()
@@ -182,12 +144,7 @@ protected:
     }
     void Open()
     {
-        struct {
-            DLGTEMPLATE head{WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 200, 120};
-            WORD empty[3]{};
-        } shape;
-        m_dialog = CreateDialogIndirectParamW(
-            nullptr, &shape.head, nullptr, [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+        m_dialog = NewDialog({WS_POPUP | WS_VISIBLE, 0, 0, 0, 0, 200, 120});
         Add(push, WC_BUTTONW, L"Push", BS_PUSHBUTTON, 0);
         Add(standard, WC_BUTTONW, L"@Standard", BS_DEFPUSHBUTTON, 60);
         Add(check, WC_BUTTONW, L"Check", BS_AUTOCHECKBOX, 120);
@@ -203,19 +160,11 @@ protected:
     }
     HWND Add(int id, const wchar_t* type, const wchar_t* text, DWORD style, int left) const
     {
-        return CreateWindowExW(0, type, text, WS_CHILD | WS_VISIBLE | style, left, 100, 50, 20, m_dialog,
-                               reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+        return NewWindow(type, WS_CHILD | WS_VISIBLE | style, {left, 100, left + 50, 120}, m_dialog, id, text);
     }
     void Close() { DestroyWindow(std::exchange(m_dialog, nullptr)); }
     bool Apply(const wchar_t* section) const { return m_skin.Apply(m_skin.Record(m_dialog, section, L"brand")); }
     HWND Control(int id) const { return GetDlgItem(m_dialog, id); }
-    static COLORREF Pixel(HWND window, LONG x, LONG y)
-    {
-        const HDC context = GetDC(window);
-        const COLORREF color = GetPixel(context, static_cast<int>(x), static_cast<int>(y));
-        ReleaseDC(window, context);
-        return color;
-    }
     LRESULT Draw(int id, UINT action, UINT state) const
     {
         DRAWITEMSTRUCT item{};
@@ -240,20 +189,20 @@ TEST_F(SkinnedDialogs, ComposeRectanglesThenPictures)
     ASSERT_TRUE(Apply(L"Page"));
     EXPECT_FALSE(Apply(L"Page")) << "it has one";
     // Corners, not sizes; the second lies over the first; the picture over both.
-    EXPECT_EQ(Pixel(m_dialog, 1, 1), blue);
-    EXPECT_EQ(Pixel(m_dialog, 20 * m_x / 4 + 1, 1), green);
-    EXPECT_EQ(Pixel(m_dialog, 40 * m_x / 4 - 1, 40 * m_y / 8 - 2), blue);
-    EXPECT_EQ(Pixel(m_dialog, 59 * m_x / 4, 19 * m_y / 8), green);
-    EXPECT_EQ(Pixel(m_dialog, 61 * m_x / 4, 1), GetSysColor(COLOR_BTNFACE));
+    EXPECT_EQ(PixelOf(m_dialog, 1, 1), blue);
+    EXPECT_EQ(PixelOf(m_dialog, 20 * m_x / 4 + 1, 1), green);
+    EXPECT_EQ(PixelOf(m_dialog, 40 * m_x / 4 - 1, 40 * m_y / 8 - 2), blue);
+    EXPECT_EQ(PixelOf(m_dialog, 59 * m_x / 4, 19 * m_y / 8), green);
+    EXPECT_EQ(PixelOf(m_dialog, 61 * m_x / 4, 1), GetSysColor(COLOR_BTNFACE));
     RECT client{};
     GetClientRect(m_dialog, &client);
-    EXPECT_EQ(Pixel(m_dialog, client.right / 2, 48 * m_y / 8 + 4), red);
-    EXPECT_NE(Pixel(m_dialog, client.right / 2 - 9, 48 * m_y / 8 + 4), red);
+    EXPECT_EQ(PixelOf(m_dialog, client.right / 2, 48 * m_y / 8 + 4), red);
+    EXPECT_NE(PixelOf(m_dialog, client.right / 2 - 9, 48 * m_y / 8 + 4), red);
     EXPECT_EQ(SendMessageW(m_dialog, WM_ERASEBKGND, 0, 0), 1);
     Close();
     Open();
     ASSERT_TRUE(Apply(L"Nobody"));
-    EXPECT_EQ(Pixel(m_dialog, client.right - 2, client.bottom - 2), yellow) << "what all sections share";
+    EXPECT_EQ(PixelOf(m_dialog, client.right - 2, client.bottom - 2), yellow) << "what all sections share";
 }
 
 TEST_F(SkinnedDialogs, TakeEachControlByItsKind)
@@ -279,14 +228,12 @@ TEST_F(SkinnedDialogs, TakeEachControlByItsKind)
     const auto icon_place = PlaceIn(m_dialog, Control(icon));
     int painted = 0;
     for (LONG i = 0; i < 30; ++i)
-        painted += Pixel(m_dialog, icon_place.left + i, icon_place.top + 16) != GetSysColor(COLOR_BTNFACE);
+        painted += PixelOf(m_dialog, icon_place.left + i, icon_place.top + 16) != GetSysColor(COLOR_BTNFACE);
     EXPECT_GT(painted, 5) << "its picture stands on the surface";
     // The caption of the group has a label of its own, next to it.
-    wchar_t text[32] = L"";
-    EXPECT_EQ(GetWindowTextW(Control(group), text, 32), 0);
+    EXPECT_EQ(ui::TextOf(Control(group)), L"");
     const HWND caption = GetWindow(Control(group), GW_HWNDNEXT);
-    GetWindowTextW(caption, text, 32);
-    EXPECT_STREQ(text, L"Group");
+    EXPECT_EQ(ui::TextOf(caption), L"Group");
     EXPECT_EQ(PlaceIn(m_dialog, caption).left, PlaceIn(m_dialog, Control(group)).left + 10);
     // Colours: controls with a piece of the surface as their brush, and those without.
     const HDC context = CreateCompatibleDC(nullptr);
@@ -314,17 +261,17 @@ TEST_F(SkinnedDialogs, DrawButtonsFromPictures)
 {
     ASSERT_TRUE(Apply(L"ALL"));
     EXPECT_EQ(Draw(standard, ODA_DRAWENTIRE, 0), 0);
-    EXPECT_EQ(Pixel(Control(standard), 1, 1), red) << "up, as large as the control";
-    EXPECT_EQ(Pixel(Control(standard), 48, 18), red);
+    EXPECT_EQ(PixelOf(Control(standard), 1, 1), red) << "up, as large as the control";
+    EXPECT_EQ(PixelOf(Control(standard), 48, 18), red);
     Draw(standard, ODA_SELECT, ODS_SELECTED);
-    EXPECT_EQ(Pixel(Control(standard), 1, 1), green);
+    EXPECT_EQ(PixelOf(Control(standard), 1, 1), green);
     const LRESULT default_before = SendMessageW(m_dialog, DM_GETDEFID, 0, 0);
     Draw(push, ODA_DRAWENTIRE, 0);
     EXPECT_EQ(SendMessageW(m_dialog, DM_GETDEFID, 0, 0), default_before);
     const auto picture = [&] {
         std::vector<COLORREF> pixels;
         for (LONG at = 0; at < 20 * 50; ++at)
-            pixels.push_back(Pixel(Control(push), at % 50, at / 50));
+            pixels.push_back(PixelOf(Control(push), at % 50, at / 50));
         return pixels;
     };
     Draw(push, ODA_DRAWENTIRE, ODS_DISABLED);
@@ -346,7 +293,7 @@ TEST_F(SkinnedDialogs, DrawButtonsFromPictures)
     SetWindowTextW(Control(label), L"");
     UpdateWindow(Control(label));
     for (LONG x = 0; x < 50; ++x)
-        ASSERT_EQ(Pixel(Control(label), x, 8), yellow) << x;
+        ASSERT_EQ(PixelOf(Control(label), x, 8), yellow) << x;
 }
 
 TEST_F(SkinnedDialogs, ShareASectionAndLeaveNothing)
@@ -360,7 +307,7 @@ TEST_F(SkinnedDialogs, ShareASectionAndLeaveNothing)
         Close();
         SetWindowTextW(GetDlgItem(below, label), L"still painted");
         RedrawWindow(below, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-        EXPECT_EQ(Pixel(below, 1, 1), blue);
+        EXPECT_EQ(PixelOf(below, 1, 1), blue);
         DestroyWindow(below);
         Open();
         if (cycle == 5)
@@ -371,9 +318,9 @@ TEST_F(SkinnedDialogs, ShareASectionAndLeaveNothing)
     ASSERT_TRUE(Apply(L"Page"));
     m_skin.End();
     RedrawWindow(m_dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
-    EXPECT_EQ(Pixel(m_dialog, 1, 1), blue);
+    EXPECT_EQ(PixelOf(m_dialog, 1, 1), blue);
     Draw(standard, ODA_DRAWENTIRE, 0);
-    EXPECT_EQ(Pixel(Control(standard), 1, 1), red);
+    EXPECT_EQ(PixelOf(Control(standard), 1, 1), red);
 }
 
 int g_themes_off = 0;
@@ -393,7 +340,7 @@ TEST_F(SkinnedDialogs, SwitchThemesOffOnlyWhereThereAreSome)
             });
         ASSERT_TRUE(Start(Container()));
         g_themes_off = 0;
-        CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD, 0, 0, 10, 10, m_dialog, nullptr, nullptr, nullptr);
+        NewWindow(PROGRESS_CLASSW, WS_CHILD, {0, 0, 10, 10}, m_dialog);
         Add(19, WC_BUTTONW, L"Radio", BS_AUTORADIOBUTTON, 0);
         ASSERT_TRUE(Apply(L"Page"));
         EXPECT_EQ(g_themes_off, properties & 2 ? 4 : 0) << "check box, group box, progress bar, radio button";

@@ -32,11 +32,9 @@ private:
 TEST(TreeFill, ShowsVisibleItemsToTheDepthAskedFor)
 {
     CVHScriptMedia media;
-    media.AddItem(L"a", 1, true);
-    media.AddItem(L"a\\hidden", 1, true);
-    media.AddItem(L"a\\b", 1, false);
-    media.AddItem(L"a\\b\\c", 1, false);
-    media.AddItem(L"d", 1, false);
+    for (const auto& [item, selected] :
+         {std::pair(L"a", true), {L"a\\hidden", true}, {L"a\\b", false}, {L"a\\b\\c", false}, {L"d", false}})
+        media.AddItem(item, 1, selected);
     media.SetData(L"a\\hidden", vh::attribute_visible, 0, L"", nullptr);
     media.SetData(L"d", vh::attribute_display_name, 0, L"The last", nullptr);
     Table<int32_t, const wchar_t*> cases = {{0, L""},

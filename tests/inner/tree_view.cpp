@@ -3,7 +3,6 @@
 
 #include <commctrl.h>
 
-#include "../../exports/vhrt.h"
 #include "../../views/late_views.h"
 #include "../../views/tree_view.h"
 #include "../support/bare_context.h"
@@ -12,8 +11,7 @@
 
 namespace {
 
-class TreeViews : public testing::Test {
-protected:
+struct TreeViews : testing::Test {
     static constexpr int control = 10;
 
     TreeViews()
@@ -28,14 +26,12 @@ protected:
 
     void Open()
     {
-        m_dialog = CreateWindowExW(0, L"#32770", L"", WS_POPUP | WS_VISIBLE, 0, 0, 400, 300, nullptr, nullptr, nullptr,
-                                   nullptr);
+        m_dialog = NewWindow(L"#32770", WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
         AddTree(control);
     }
     void AddTree(int id) const
     {
-        CreateWindowExW(0, WC_TREEVIEWW, L"", WS_CHILD | WS_VISIBLE | TVS_HASBUTTONS, 0, 0, 200, 200, m_dialog,
-                        reinterpret_cast<HMENU>(static_cast<intptr_t>(id)), nullptr, nullptr);
+        NewWindow(WC_TREEVIEWW, WS_CHILD | WS_VISIBLE | TVS_HASBUTTONS, {0, 0, 200, 200}, m_dialog, id);
     }
     void Close() { DestroyWindow(std::exchange(m_dialog, nullptr)); }
 
@@ -172,7 +168,7 @@ TEST_F(TreeViews, EndWithTheirDialogs)
 {
     EXPECT_EQ(_TreeViewCreate(nullptr, m_dialog, control, L"M", L"a", 1), nullptr);
     EXPECT_EQ(Make(1, L"a", 99), nullptr) << "no such control";
-    CreateWindowExW(0, L"Button", L"", WS_CHILD, 0, 0, 9, 9, m_dialog, reinterpret_cast<HMENU>(12), nullptr, nullptr);
+    NewWindow(L"Button", WS_CHILD, {0, 0, 9, 9}, m_dialog, 12);
     EXPECT_EQ(Make(1, L"a", 12), nullptr) << "no tree";
     const auto procedure = GetWindowLongPtrW(m_dialog, GWLP_WNDPROC);
     int handles = 0;

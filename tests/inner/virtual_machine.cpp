@@ -1,7 +1,10 @@
 // Probes for virtual machines: their order, and that none of them brings the process down.
-#include "../../system/virtual_machine.h"
+#include <atomic>
+#include <thread>
+
 #include "../../exports/vhrt/facts.h"
-#include "../support/replaced.h"
+#include "../../system/virtual_machine.h"
+#include "../support/test.h"
 
 namespace {
 
@@ -17,14 +20,13 @@ bool Probe()
 
 TEST(VirtualMachine, IsTheFirstProbeThatAnswersAndAskedOnce)
 {
-    const vh::virtual_machine_probe probes[] = {{11, Probe<1>}, {12, Probe<2>}, {13, Probe<3>}};
+    const virtual_machine_probe probes[] = {{11, Probe<1>}, {12, Probe<2>}, {13, Probe<3>}};
     for (const auto& [answering, run] : std::map<int, std::string>{{1, "1"}, {2, "12"}, {3, "123"}, {0, "123"}}) {
         probes_run.clear();
         answering_probe = answering;
-        vh::virtual_machine machine(probes);
+        virtual_machine machine(probes);
         const int32_t number = answering ? 10 + answering : 0;
-        EXPECT_EQ(machine.type(), number);
-        EXPECT_EQ(machine.type(), number);
+        EXPECT_EACH(number, machine.type(), machine.type());
         EXPECT_EQ(probes_run, run);
     }
 }
@@ -76,7 +78,7 @@ TEST(VirtualMachine, ProbesTakeTheirOwnFaultsAndLeaveNoHandler)
     handlers = 0;
     faults_let_through = 0;
 
-    const auto probes = vh::VirtualMachineProbes();
+    const auto probes = VirtualMachineProbes();
     ASSERT_EQ(probes.size(), 4u);
     const DWORD expected[] = {EXCEPTION_PRIV_INSTRUCTION, 0, EXCEPTION_ILLEGAL_INSTRUCTION, 0};
     int32_t first = 0;
@@ -101,27 +103,23 @@ TEST(VirtualMachine, ProbesTakeTheirOwnFaultsAndLeaveNoHandler)
 TEST(VirtualMachine, ProbesThatCanFaultAreNotTriedWithoutAHandler)
 {
     const Patched refuse("AddVectoredExceptionHandler", Refuse);
-    EXPECT_FALSE(vh::VirtualMachineProbes()[0].answers() || vh::VirtualMachineProbes()[2].answers());
+    EXPECT_FALSE(VirtualMachineProbes()[0].answers() || VirtualMachineProbes()[2].answers());
 }
 
 TEST(VirtualMachine, ProbesRunOnSeveralThreadsAtOnce)
 {
-    const auto work = [](void*) WINAPI -> DWORD {
-        for (int i = 0; i < 200; ++i)
-            for (const auto& probe : vh::VirtualMachineProbes())
-                probe.answers();
-        return 1;
-    };
-    HANDLE threads[4];
-    for (HANDLE& thread : threads)
-        thread = CreateThread(nullptr, 0, work, nullptr, 0, nullptr);
-    EXPECT_EQ(WaitForMultipleObjects(4, threads, TRUE, 30000), WAIT_OBJECT_0);
-    for (const HANDLE thread : threads) {
-        DWORD ended = 0;
-        GetExitCodeThread(thread, &ended);
-        EXPECT_EQ(ended, 1u);
-        CloseHandle(thread);
-    }
+    std::atomic<int> ended = 0;
+    std::vector<std::thread> threads;
+    for (int each = 0; each < 4; ++each)
+        threads.emplace_back([&] {
+            for (int i = 0; i < 200; ++i)
+                for (const auto& probe : VirtualMachineProbes())
+                    probe.answers();
+            ++ended;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(ended, 4);
 }
 
 } // namespace

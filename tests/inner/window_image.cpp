@@ -1,19 +1,16 @@
-// The window that shows a picture in a dialog.
+// The window that shows a picture in a dialog, and the text that says which one.
 #include "../../dialogs/window_image.h"
+#include "../../dialogs/image_spec.h"
 #include "../../dialogs/late_dialogs.h"
 #include "../../dialogs/monitor_scale.h"
 #include "../../scriptdata/late_fallbacks.h"
 #include "../support/bitmap_writer.h"
 #include "../support/dialog_driver.h"
 #include "../support/handle_counts.h"
-#include "../support/replaced.h"
-#include "../support/screenshot.h"
+#include "../support/pixels.h"
 #include "../support/sheet.h"
-#include "../support/temp_folder.h"
 
 namespace {
-
-using namespace vh;
 
 constexpr COLORREF magenta = RGB(255, 0, 255);
 
@@ -28,16 +25,11 @@ std::string HalfAndHalf()
 }
 
 // A picture in a dialog, with what a test asks of it.
-class WindowImage : public testing::Test {
-protected:
+struct WindowImage : testing::Test {
     ~WindowImage() override { DestroyWindow(dialog); }
-    static HWND Window(const wchar_t* type, DWORD style, int left, int top, int width, int height, HWND parent)
-    {
-        return CreateWindowExW(0, type, L"", style, left, top, width, height, parent, nullptr, nullptr, nullptr);
-    }
     HWND Add(int left, int top, DWORD style = WS_VISIBLE) const
     {
-        return Window(L"Button", WS_CHILD | style, left, top, 30, 20, dialog);
+        return NewWindow(L"Button", WS_CHILD | style, {left, top, left + 30, top + 20}, dialog);
     }
     HRESULT Create() { return image.Create(request); }
     // The size that the picture says of itself.
@@ -55,7 +47,7 @@ protected:
 
     const TempFolder folder;
     const std::wstring file = folder.Write(L"picture.bmp", HalfAndHalf());
-    HWND dialog = Window(L"Static", WS_POPUP | WS_VISIBLE, 0, 0, 200, 150, nullptr);
+    HWND dialog = NewWindow(L"Static", WS_POPUP | WS_VISIBLE, {0, 0, 200, 150});
     WindowImageRequest request{.owner = dialog, .file = file.c_str()};
     CSetupWindowImage image;
 };
@@ -212,6 +204,38 @@ TEST_F(WindowImage, OutlivesItsDialogAndTakesItsClassAlong)
     }
     WNDCLASSW left{};
     EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), CSetupWindowImage::window_class, &left));
+}
+
+using Triple = std::array<int, 3>;
+
+TEST(ImageSpec, IsReadFieldByField)
+{
+    // Text; names, flags, colors, scale, and whether it is a resource's alone and a number.
+    Table<const wchar_t*, const wchar_t*, const wchar_t*, bool, bool, Triple, Triple, int, bool, bool> cases = {
+        {L"", L"", L"", false, false, {}, {}, 100, false, false},
+        {L"a.bmp", L"a.bmp", L"", false, false, {}, {}, 100, false, false},
+        {L"@a.bmp,b.bmp", L"a.bmp", L"b.bmp", false, false, {}, {}, 100, false, false},
+        {L"10,20", L"10", L"20", false, false, {}, {}, 100, false, true},
+        {L"0,20;1;1", L"", L"20", true, true, {}, {}, 100, false, true},
+        {L"10,0;0;1x;1,2,3;4,5,6;150", L"10", L"", false, true, {1, 2, 3}, {6, 5, 4}, 150, false, true},
+        {L"10", L"10", L"", false, false, {}, {}, 100, false, true},
+        {L"x;;;1,2;4,5,6,7;0", L"x", L"", false, false, {}, {6, 5, 4}, 100, false, false},
+        {L"x;11;10; 1,-2, 3;;twenty", L"x", L"", true, true, {1, -2, 3}, {}, 100, false, false},
+        {L"@@c:\\p.png", L"c:\\p.png", L"c:\\p.png", false, false, {}, {}, 100, true, false},
+        {L"@@10777;200;1", L"10777", L"10777", false, false, {}, {}, 200, true, true},
+        {L"@@p;0", L"p", L"p", false, false, {}, {}, 100, true, false},
+        {L"@!", L"!", L"", false, false, {}, {}, 100, false, false}};
+    for (const auto& [text, normal, alternative, flag1, flag2, color1, color2, scale, resource_only, numeric] : cases) {
+        SCOPED_TRACE(testing::PrintToString(text));
+        const vh::ImageSpec spec = vh::ParseImageSpec(text);
+        EXPECT_EQ(spec.normal.view(), normal);
+        EXPECT_EQ(spec.alternative.view(), alternative);
+        EXPECT_TRUE(spec.flag1 == flag1 && spec.flag2 == flag2);
+        EXPECT_EQ(spec.color1, color1);
+        EXPECT_EQ(spec.color2, color2);
+        EXPECT_EQ(spec.scale, scale);
+        EXPECT_TRUE(spec.resource_only == resource_only && spec.numeric() == numeric);
+    }
 }
 
 } // namespace

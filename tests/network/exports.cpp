@@ -1,11 +1,6 @@
 // Addresses in the place of paths, through the exported functions.
-#include "../../exports/vhrt/disks.h"
-#include "../../exports/vhrt/file_copy.h"
-#include "../../exports/vhrt/files.h"
-#include "../../exports/vhrt/language.h"
 #include "../support/bare_context.h"
 #include "../support/session.h"
-#include "../support/temp_folder.h"
 #include "server_access.h"
 
 namespace {
@@ -13,17 +8,15 @@ namespace {
 namespace late = vh::late;
 
 // No dialog may come up in a test: it would wait for somebody. Answers in its place, and counts.
-class Dialogs : Pinned {
-public:
+struct Dialogs : Replaced<decltype(late::internet_error_dialog)> {
     Dialogs()
+        : Replaced(late::internet_error_dialog, [](HWND, HINTERNET, DWORD, DWORD, void**) -> DWORD {
+              ++shown;
+              return ERROR_CANCELLED;
+          })
     {
         shown = 0;
-        late::internet_error_dialog.replace([](HWND, HINTERNET, DWORD, DWORD, void**) -> DWORD {
-            ++shown;
-            return ERROR_CANCELLED;
-        });
     }
-    ~Dialogs() { late::internet_error_dialog.show(); }
 
     static inline int shown;
 };
@@ -48,8 +41,7 @@ TEST(Addresses, TellSizeTimeAndExistence)
     EXPECT_EQ(_GetInetFileTime(missing.c_str(), &time), static_cast<int32_t>(0x8004D554));
     EXPECT_EQ(_GetInetFileSize(no_server.c_str(), &size), ERROR_INTERNET_CANNOT_CONNECT);
     EXPECT_EQ(_GetInetFileSize(Address(L"length=none&size=10", L"facts").c_str(), &size), ERROR_HTTP_HEADER_NOT_FOUND);
-    EXPECT_EQ(size, 7u);
-    EXPECT_EQ(time.dwLowDateTime, 7u);
+    EXPECT_EACH(7u, size, time.dwLowDateTime);
     EXPECT_EQ(Dialogs::shown, 3) << "a header that is missing is nothing to retry";
 }
 

@@ -2,19 +2,12 @@
 #include <atomic>
 
 #include "../../diagnostics/inet_session.h"
-#include "../support/replaced.h"
+#include "../support/handle_counts.h"
 #include "server_access.h"
 
 namespace {
 
 namespace late = vh::late;
-
-DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
 
 // What WinInet tells of a request.
 void Tell(DWORD_PTR context, DWORD status, DWORD_PTR result, DWORD error = 0)
@@ -27,8 +20,7 @@ std::atomic<int> sessions;
 std::atomic<int> handles;
 
 // Counts WinInet's handles: those that it announces, and those that are closed.
-class Lifetime : public testing::Test {
-protected:
+struct Lifetime : testing::Test {
     Lifetime()
     {
         sessions = handles = 0;
@@ -50,11 +42,6 @@ protected:
     {
         late::internet_open.show();
         late::internet_close_handle.show();
-        late::internet_query_option.show();
-        late::internet_open_url.show();
-        late::internet_read_file.show();
-        late::internet_get_connected_state.show();
-        late::internet_autodial.show();
     }
 
     static inline decltype(&InternetOpenW) open;
@@ -96,7 +83,8 @@ TEST_F(Lifetime, EndsWhileWinInetStillReads)
 TEST_F(Lifetime, EndsBeforeAHandleIsMade)
 {
     static std::function<void()> news;
-    late::internet_open_url.replace(
+    const Replaced opening(
+        late::internet_open_url,
         [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
             news = [context] {
                 const auto made = reinterpret_cast<DWORD_PTR>(open(L"orphan", 0, nullptr, nullptr, 0));
@@ -139,18 +127,18 @@ TEST_F(Lifetime, KeepsTheModuleOnlyForNewsThatMayStillCome)
     const Patched pinned("GetModuleHandleExW", CountPins);
     static BOOL at_once;
     static DWORD_PTR request;
-    late::internet_open_url.replace(
-        [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
-            request = context;
-            const HINTERNET made = open(L"request", 0, nullptr, nullptr, 0);
-            Tell(context, INTERNET_STATUS_HANDLE_CREATED, reinterpret_cast<DWORD_PTR>(made));
-            return made;
-        });
-    late::internet_close_handle.replace([](HINTERNET handle) {
+    const Replaced opening(late::internet_open_url,
+                           [](HINTERNET, const wchar_t*, const wchar_t*, DWORD, DWORD, DWORD_PTR context) -> HINTERNET {
+                               request = context;
+                               const HINTERNET made = open(L"request", 0, nullptr, nullptr, 0);
+                               Tell(context, INTERNET_STATUS_HANDLE_CREATED, reinterpret_cast<DWORD_PTR>(made));
+                               return made;
+                           });
+    const Replaced closing(late::internet_close_handle, [](HINTERNET handle) {
         vh::inet_status_callback(nullptr, request, INTERNET_STATUS_HANDLE_CLOSING, &handle, sizeof(handle));
         return close(handle);
     });
-    late::internet_read_file.replace([](HINTERNET, void*, DWORD, DWORD* count) -> BOOL {
+    const Replaced reading(late::internet_read_file, [](HINTERNET, void*, DWORD, DWORD* count) -> BOOL {
         *count = 0;
         SetLastError(at_once ? ERROR_SUCCESS : ERROR_IO_PENDING);
         return at_once;
@@ -169,7 +157,7 @@ TEST_F(Lifetime, KeepsTheModuleOnlyForNewsThatMayStillCome)
 // What a server says is asked for with one error only.
 TEST_F(Lifetime, OfAServersWordsIsThatOfTheReader)
 {
-    late::internet_get_last_response_info.replace([](DWORD* error, wchar_t* text, DWORD* size) -> BOOL {
+    const Replaced telling(late::internet_get_last_response_info, [](DWORD* error, wchar_t* text, DWORD* size) -> BOOL {
         *error = 550;
         EXPECT_EQ(*size, 1024u);
         lstrcpyW(text, L"no such file");
@@ -187,12 +175,11 @@ TEST_F(Lifetime, OfAServersWordsIsThatOfTheReader)
     EXPECT_STREQ(reader->response_text(), L"no such file");
     complete(1, ERROR_INTERNET_TIMEOUT);
     EXPECT_EQ(reader->last_error(), 0u) << "a result of 1 is a success";
-    late::internet_get_last_response_info.show();
 }
 
 TEST_F(Lifetime, OfOneSessionInAProcessOnWinInetOneOne)
 {
-    late::internet_query_option.replace([](HINTERNET, DWORD, void* data, DWORD*) -> BOOL {
+    const Replaced version(late::internet_query_option, [](HINTERNET, DWORD, void* data, DWORD*) -> BOOL {
         *static_cast<INTERNET_VERSION_INFO*>(data) = {1, 1};
         return TRUE;
     });
@@ -215,15 +202,16 @@ TEST_F(Lifetime, OfAFlagEndsWhereWinInetDoesNotKnowIt)
     asked.clear();
     static decltype(&InternetOpenUrlW) open_url;
     open_url = late::internet_open_url.get();
-    late::internet_open_url.replace([](HINTERNET session, const wchar_t* url, const wchar_t* headers, DWORD length,
-                                       DWORD flags, DWORD_PTR context) -> HINTERNET {
-        asked.push_back(flags);
-        if (flags & INTERNET_FLAG_PRAGMA_NOCACHE) {
-            SetLastError(ERROR_INVALID_PARAMETER);
-            return nullptr;
-        }
-        return open_url(session, url, headers, length, flags, context);
-    });
+    const Replaced opening(late::internet_open_url,
+                           [](HINTERNET session, const wchar_t* url, const wchar_t* headers, DWORD length, DWORD flags,
+                              DWORD_PTR context) -> HINTERNET {
+                               asked.push_back(flags);
+                               if (flags & INTERNET_FLAG_PRAGMA_NOCACHE) {
+                                   SetLastError(ERROR_INVALID_PARAMETER);
+                                   return nullptr;
+                               }
+                               return open_url(session, url, headers, length, flags, context);
+                           });
     Reader reader(Address(L"size=1000", L"flag"));
     EXPECT_TRUE(reader.Read(100));
     reader->seek(0, FILE_BEGIN);
@@ -234,11 +222,11 @@ TEST_F(Lifetime, OfAFlagEndsWhereWinInetDoesNotKnowIt)
 TEST_F(Lifetime, OfADialUpLineBeginsWithTheFirstRead)
 {
     static DWORD state, dialled;
-    late::internet_get_connected_state.replace([](DWORD* flags, DWORD) -> BOOL {
+    const Replaced connected(late::internet_get_connected_state, [](DWORD* flags, DWORD) -> BOOL {
         *flags = state;
         return FALSE;
     });
-    late::internet_autodial.replace([](DWORD flags, HWND) -> BOOL {
+    const Replaced dialling(late::internet_autodial, [](DWORD flags, HWND) -> BOOL {
         dialled = flags;
         SetLastError(ERROR_NO_NETWORK);
         return FALSE;

@@ -95,8 +95,7 @@ TEST(Reading, LeavesAGapAfterASecondFailureInOneCall)
     EXPECT_EQ(Requests(L"twice"), "-|bytes=99000-|bytes=99000-");
     EXPECT_EQ(reader.count, 201000u);
     EXPECT_TRUE(IsContent(reader.bytes.data(), 99000));
-    EXPECT_EQ(reader.bytes[99000], Reader::guard);
-    EXPECT_EQ(reader.bytes[197999], Reader::guard);
+    EXPECT_EACH(Reader::guard, reader.bytes[99000], reader.bytes[197999]);
     EXPECT_TRUE(IsContent(reader.bytes.data() + 198000, 102000, 99000));
 
     Reader tight(Address(L"drop=100000&times=2&size=300000", L"tight"), 5);
@@ -193,7 +192,7 @@ TEST(Reading, TakesCredentialsAlsoOfADomain)
 // Waiting for a slow server, a window of the thread gets its messages.
 TEST(Reading, KeepsTheThreadsWindowsAlive)
 {
-    const HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    const HWND window = NewWindow(L"STATIC", WS_POPUP);
     static int ticks;
     ticks = 0;
     SetTimer(window, 1, 20, [](HWND, UINT, UINT_PTR, DWORD) { ++ticks; });

@@ -11,12 +11,8 @@ public:
     TrustedAuthority()
     {
         const std::wstring path = Wide(std::getenv("VHRT_TEST_CA"));
-        vh::file file;
-        EXPECT_EQ(
-            file.open((path[0] == L'/' ? L"Z:" + path : path).c_str(), GENERIC_READ, FILE_SHARE_READ, 0, OPEN_EXISTING),
-            0u);
-        m_certificate.resize(file.size());
-        file.read_bytes(m_certificate.data(), Size());
+        const std::string bytes = BytesOf(path[0] == L'/' ? L"Z:" + path : path);
+        m_certificate.assign(bytes.begin(), bytes.end());
         InStore([this](HCERTSTORE store) {
             EXPECT_TRUE(CertAddEncodedCertificateToStore(store, X509_ASN_ENCODING, m_certificate.data(), Size(),
                                                          CERT_STORE_ADD_REPLACE_EXISTING, nullptr));

@@ -11,7 +11,6 @@
 #include <cwctype>
 
 #include "../../files/ini_file.h"
-#include "../support/temp_folder.h"
 #include "../support/test.h"
 
 namespace {

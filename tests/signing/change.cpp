@@ -7,12 +7,6 @@
 
 namespace {
 
-std::vector<char> Read(const std::filesystem::path& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 class Changes {
 public:
     Changes(std::vector<char> bytes, std::filesystem::path place) : m_bytes(std::move(bytes)), m_place(std::move(place))
@@ -59,7 +53,8 @@ int wmain(int count, wchar_t** words)
 {
     if (count != 4)
         return 2;
-    const std::vector<char> bytes = Read(words[1]);
+    const std::string content = BytesOf(std::filesystem::path(words[1]));
+    const std::vector<char> bytes(content.begin(), content.end());
     const auto header = vh::ReadSignedHeader(std::as_bytes(std::span(bytes)));
     Changes changes(bytes, words[2]);
     if (!header || !changes.Verifies(bytes)) {

@@ -1,8 +1,7 @@
-// A context without an engine: enough for what the library owns itself.
+// A context without an engine: enough for what the library owns itself; and exports by their names.
 #pragma once
 
-#include "../../exports/vhrt/context.h"
-#include "../../exports/vhrt/lists.h"
+#include "../../exports/vhrt.h"
 #include "test.h"
 
 namespace vh::test {
@@ -23,6 +22,22 @@ public:
 private:
     ObjectContext* m_context;
 };
+
+inline intptr_t Slot(const void* pointer) { return reinterpret_cast<intptr_t>(pointer); }
+inline intptr_t Slot(int64_t number) { return static_cast<intptr_t>(number); }
+
+// On 64-bit Windows all arguments take one slot each and further ones do no harm, so one shape of call does for all.
+template <class... Arguments>
+int64_t CallExport(const char* name, const Arguments&... arguments)
+{
+    using Function = int64_t(__stdcall*)(...);
+    const FARPROC found = GetProcAddress(GetModuleHandleW(L"VHRT.dll"), name);
+    if (!found) {
+        ADD_FAILURE() << name << " is not exported";
+        return 0;
+    }
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(found))(Slot(arguments)...);
+}
 
 // The whole list as "a|b|c", read by first and next; the position ends on the last element.
 inline std::wstring ListText(ObjectContext* context, ListHandle list)

@@ -1,6 +1,7 @@
 // Drives a modal dialog from the inside of its own message loop: a timer of the thread runs one step after the other.
 #pragma once
 
+#include "../../tools/ui/screen.h"
 #include "test.h"
 
 namespace vh::test {
@@ -52,12 +53,7 @@ private:
 
 inline HWND DialogNamed(const std::wstring& title) { return FindWindowW(L"#32770", title.c_str()); }
 
-inline std::wstring TextOf(HWND window)
-{
-    std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)), L'\0');
-    SendMessageW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
-    return text;
-}
+using ui::TextOf;
 
 // The direct children that can be seen, in their order.
 inline std::vector<HWND> VisibleChildren(HWND parent)
@@ -89,6 +85,13 @@ inline RECT PlaceOnScreen(HWND window)
 {
     RECT place{};
     GetWindowRect(window, &place);
+    return place;
+}
+
+inline RECT PlaceWithin(HWND parent, HWND window)
+{
+    RECT place = PlaceOnScreen(window);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
     return place;
 }
 

@@ -1,4 +1,4 @@
-// How many drawing objects and windows this process has.
+// How many drawing objects, handles and windows this process has.
 #pragma once
 
 #include "test.h"
@@ -22,6 +22,13 @@ inline int OpenGdiObjects()
     const FARPROC current_block = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb");
     const auto* table = *reinterpret_cast<const entry* const*>(current_block() + 0xF8);
     return static_cast<int>(std::count_if(table, table + 0x10000, [](const entry& one) { return one.type != 0; }));
+}
+
+inline DWORD OpenHandles()
+{
+    DWORD count = 0;
+    GetProcessHandleCount(GetCurrentProcess(), &count);
+    return count;
 }
 
 inline int Windows()

@@ -3,8 +3,6 @@
 
 #include "test.h"
 
-#include "pinned.h"
-
 namespace vh::test {
 
 class RegistryRoot : Pinned {
@@ -36,14 +34,7 @@ public:
     }
 
 private:
-    static std::string Narrow(std::wstring_view text)
-    {
-        std::string narrow(text.size() * 3, '\0');
-        const int length = static_cast<int>(text.size());
-        narrow.resize(static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, narrow.data(),
-                                                                   static_cast<int>(narrow.size()), nullptr, nullptr)));
-        return narrow;
-    }
+    static std::string Narrow(std::wstring_view text) { return std::filesystem::path(text).string(); }
 
     static void Show(HKEY key, const std::string& path, std::string& shown)
     {

@@ -1,8 +1,9 @@
 // System functions replaced while an object lives: late-bound ones, and those that a module imports.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include "import_patch.h"
-#include "test.h"
 
 namespace vh::test {
 

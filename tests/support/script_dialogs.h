@@ -1,14 +1,13 @@
 // Dialogs as a script has them: defined on the tests' own templates, driven by control number.
 #pragma once
 
-#include "../../exports/vhrt.h"
 #include "dialog_driver.h"
-#include "texts.h"
+#include "session.h"
 
 namespace vh::test {
 
 // A context whose author's library holds the tests' templates.
-inline std::wstring DialogTemplates() { return TextsFile(L"vhtexts_dialogs.dll"); }
+inline std::wstring DialogTemplates() { return Beside(L"vhtexts_dialogs.dll"); }
 
 // A dialog that is defined, made too, or on the screen; released at the end.
 enum class Stage { defined, created, shown };
@@ -36,6 +35,7 @@ public:
     int32_t End() const { return _EndDialog(m_context, name()); }
     HWND window() const { return reinterpret_cast<HWND>(_CmdGetHwndDlg(m_context, name())); }
     HWND Control(int id) const { return GetDlgItem(window(), id); }
+    RECT Place(int id) const { return PlaceWithin(window(), Control(id)); }
 
     // Posts what a control of that number would send. A null control is one that nobody made.
     void Post(int id, UINT code) const

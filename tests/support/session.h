@@ -67,6 +67,45 @@ private:
     long m_before = 0;
 };
 
+// Resource libraries with the tests' texts.
+inline std::wstring StandardTexts() { return Beside(L"vhtexts_standard.dll"); }
+inline std::wstring UserTexts() { return Beside(L"vhtexts_user.dll"); }
+
+class TextSession {
+public:
+    // An empty file means no library of that kind.
+    TextSession(const std::wstring& user, const std::wstring& standard, HWND window = nullptr,
+                std::map<long, variant> facts = {}, engine::Windows windows = engine::Windows::none)
+        : m_session(OptionsOf(m_folder, user, standard, window, std::move(facts), windows))
+    {
+    }
+
+    engine::Recorder& calls() const { return m_session.calls(); }
+
+    operator ObjectContext*() const { return m_session; }
+    const Session& session() const { return m_session; }
+    const engine::test::SetupFolder& folder() const { return m_folder; }
+
+private:
+    static engine::Options OptionsOf(const engine::test::SetupFolder& folder, const std::wstring& user,
+                                     const std::wstring& standard, HWND window, std::map<long, variant> facts,
+                                     engine::Windows windows)
+    {
+        engine::test::MakeTree(folder);
+        engine::Options options = folder.Given();
+        options.window = window;
+        options.windows = windows;
+        options.facts = std::move(facts);
+        for (const auto& [name, file] : {std::pair(L"VHUSER", user), std::pair(L"VHRES", standard)})
+            if (!file.empty())
+                options.variables.emplace_back(name, file);
+        return options;
+    }
+
+    engine::test::SetupFolder m_folder;
+    Session m_session;
+};
+
 // An attribute as text, or "<code>" for a failure.
 inline std::wstring TextAttribute(ObjectContext* context, const wchar_t* media, const wchar_t* item, int32_t code)
 {

@@ -1,6 +1,7 @@
 // A piece of memory to draw on, whose pixels can be read.
 #pragma once
 
+#include "../../pictures/gdi_objects.h"
 #include "test.h"
 
 namespace vh::test {
@@ -15,31 +16,19 @@ inline std::string ColorText(DWORD color)
 
 class Sheet : Pinned {
 public:
-    Sheet(int width, int height, COLORREF color) : m_size{width, height}, m_context(CreateCompatibleDC(nullptr))
+    Sheet(int width, int height, COLORREF color) : m_size{width, height}
     {
-        BITMAPINFO info{};
-        info.bmiHeader.biSize = sizeof(info.bmiHeader);
-        info.bmiHeader.biWidth = width;
-        info.bmiHeader.biHeight = -height;
-        info.bmiHeader.biPlanes = 1;
-        info.bmiHeader.biBitCount = 32;
+        BITMAPINFO info{{sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0}, {}};
         void* bits = nullptr;
-        m_bitmap = CreateDIBSection(m_context, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+        m_bitmap.reset(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
         m_pixels = static_cast<const DWORD*>(bits);
-        m_before = SelectObject(m_context, m_bitmap);
-        const HBRUSH brush = CreateSolidBrush(color);
+        m_context.emplace(nullptr, m_bitmap.get());
+        const unique_brush brush(CreateSolidBrush(color));
         const RECT all{0, 0, width, height};
-        FillRect(m_context, &all, brush);
-        DeleteObject(brush);
-    }
-    ~Sheet()
-    {
-        SelectObject(m_context, m_before);
-        DeleteObject(m_bitmap);
-        DeleteDC(m_context);
+        FillRect(context(), &all, brush.get());
     }
 
-    HDC context() const { return m_context; }
+    HDC context() const { return m_context->get(); }
     SIZE size() const { return m_size; }
     // 0xRRGGBB
     DWORD Pixel(int x, int y) const
@@ -50,10 +39,9 @@ public:
 
 private:
     SIZE m_size;
-    HDC m_context;
-    HBITMAP m_bitmap;
-    HGDIOBJ m_before;
+    unique_bitmap m_bitmap;
     const DWORD* m_pixels;
+    std::optional<bitmap_context> m_context;
 };
 
 } // namespace vh::test

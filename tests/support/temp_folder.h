@@ -34,6 +34,8 @@ public:
     const std::filesystem::path& path() const { return m_path; }
     std::wstring operator/(const std::wstring& name) const { return (m_path / name).wstring(); }
 
+    std::ptrdiff_t Entries() const { return std::distance(std::filesystem::directory_iterator(m_path), {}); }
+
     // Makes a file with the bytes and gives its path.
     std::wstring Write(const std::wstring& name, std::string_view bytes) const
     {

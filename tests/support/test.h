@@ -9,6 +9,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -28,7 +29,12 @@
 #include "pinned.h"
 
 #ifdef _WIN32
-#include <windows.h>
+#include <objbase.h>
+
+#include "../../scriptdata/unique.h"
+#include "../../scriptdata/variant.h"
+#include "replaced.h"
+#include "temp_folder.h"
 
 inline bool operator==(SIZE one, SIZE other) { return one.cx == other.cx && one.cy == other.cy; }
 inline bool operator==(const RECT& one, const RECT& other) { return EqualRect(&one, &other) != FALSE; }
@@ -37,6 +43,50 @@ inline void PrintTo(const RECT& place, std::ostream* stream)
 {
     *stream << place.left << ", " << place.top << " to " << place.right << ", " << place.bottom;
 }
+
+namespace vh::test {
+
+// The text that a call puts into a buffer, whose start and room it is given.
+template <class Call>
+std::wstring Filled(Call&& call)
+{
+    wchar_t text[1024] = L"";
+    call(text, 1024);
+    return text;
+}
+
+// A file beside the test program.
+inline std::wstring Beside(const std::wstring& name)
+{
+    const std::filesystem::path own = Filled([](auto... to) { GetModuleFileNameW(nullptr, to...); });
+    return (own.parent_path() / name).wstring();
+}
+
+// The thread's objects are its own while this lives.
+struct Apartment : Pinned {
+    Apartment() { EXPECT_GE(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), 0); }
+    ~Apartment() { CoUninitialize(); }
+};
+
+// A dialog with nothing in it.
+inline HWND NewDialog(const DLGTEMPLATE& head)
+{
+    const struct {
+        DLGTEMPLATE dialog;
+        WORD no_menu, no_class, no_title;
+    } shape{head, 0, 0, 0};
+    return CreateDialogIndirectParamW(
+        nullptr, &shape.dialog, nullptr, [](HWND, UINT, WPARAM, LPARAM) -> INT_PTR { return FALSE; }, 0);
+}
+
+inline HWND NewWindow(const wchar_t* type, DWORD style, const RECT& place = {0, 0, 9, 9}, HWND parent = nullptr,
+                      intptr_t id = 0, const wchar_t* text = L"")
+{
+    return CreateWindowExW(0, type, text, style, place.left, place.top, place.right - place.left,
+                           place.bottom - place.top, parent, reinterpret_cast<HMENU>(id), nullptr, nullptr);
+}
+
+} // namespace vh::test
 #endif
 
 namespace vh::test {
@@ -44,6 +94,8 @@ namespace vh::test {
 // Rows that a loop takes apart under names: `for (const auto& [number, word] : rows)`.
 template <class... Cells>
 using Table = const std::tuple<Cells...>[];
+
+inline std::span<const std::byte> Bytes(std::string_view text) { return std::as_bytes(std::span(text)); }
 
 // The code of the exception that ends some work; 0 when it comes to its end.
 template <class Exception, class Work>
@@ -59,7 +111,8 @@ auto CodeOf(Work&& work) -> decltype(std::declval<const Exception&>().code())
 
 } // namespace vh::test
 
-// Tests alone include this, and each of them speaks of what the support has.
+// Tests alone include this, and each of them speaks of what the library and the support have.
+using namespace vh;
 using namespace vh::test;
 
 // A call's result, and what it has written: a value, or a text.

@@ -2,8 +2,7 @@
 #pragma once
 
 #include "../../diagnostics/trace_record.h"
-#include "../../exports/vhrt/context.h"
-#include "temp_folder.h"
+#include "../../exports/vhrt.h"
 #include "test.h"
 
 namespace vh::test {
@@ -13,11 +12,9 @@ public:
     // The values of the switch; an empty path leaves "FileNamePath" out.
     explicit TracedLibrary(const std::wstring& trace_path, bool on = true)
     {
-        wchar_t own[MAX_PATH];
-        GetModuleFileNameW(GetModuleHandleW(L"VHRT.dll"), own, MAX_PATH);
         static int count = 0;
         const std::wstring copy = m_folder / (L"traced" + std::to_wstring(++count) + L".dll");
-        std::filesystem::copy_file(own, copy);
+        std::filesystem::copy_file(Beside(L"VHRT.dll"), copy);
         if (on) {
             HKEY key = nullptr;
             RegCreateKeyExW(HKEY_CURRENT_USER, L"VHlogit", 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);

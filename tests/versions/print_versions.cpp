@@ -1,21 +1,16 @@
 // Prints version and translations of each file of a list, as the library reads them: one line for each.
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
 
-#include "../../exports/vhrt/context.h"
-#include "../../exports/vhrt/lists.h"
-#include "../../exports/vhrt/versions.h"
+#include "../../exports/vhrt.h"
 
 namespace {
 
 std::wstring Wide(const std::string& text)
 {
-    std::wstring wide(text.size(), L'\0');
-    const int count = MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), wide.data(),
-                                          static_cast<int>(wide.size()));
-    wide.resize(static_cast<std::size_t>(count));
-    return wide;
+    return std::filesystem::path(std::u8string(text.begin(), text.end())).wstring();
 }
 
 void PrintVersion(const std::wstring& path)

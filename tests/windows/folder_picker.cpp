@@ -1,13 +1,9 @@
 // The folder picker, driven as a user drives it.
 #include <shlobj.h>
 
-#include "../../exports/vhrt/folders.h"
-#include "../../scriptdata/exception.h"
 #include "../support/dialog_driver.h"
-#include "../support/replaced.h"
-#include "../support/screenshot.h"
-#include "../support/temp_folder.h"
-#include "../support/texts.h"
+#include "../support/pixels.h"
+#include "../support/session.h"
 
 namespace {
 
@@ -117,8 +113,7 @@ std::wstring Browse(ObjectContext* context, Shown shown)
     return std::to_wstring(result) + L" " + buffer.c_str();
 }
 
-class FolderPicker : public ::testing::Test {
-protected:
+struct FolderPicker : testing::Test {
     TextSession session{UserTexts(), StandardTexts()};
 };
 
@@ -286,8 +281,7 @@ TEST_F(FolderPicker, GivesLongLabelsTheirRoomAndKeepsTheRestInSight)
 
 TEST(FolderPickerOfAMainWindow, StandsOverItAndGivesItBack)
 {
-    const HWND main = CreateWindowExW(0, L"Static", L"Setup", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 30, 600, 500,
-                                      nullptr, nullptr, nullptr, nullptr);
+    const HWND main = NewWindow(L"Static", WS_OVERLAPPEDWINDOW | WS_VISIBLE, {20, 30, 620, 530});
     const TextSession session(UserTexts(), StandardTexts(), main);
     const auto look = [&] {
         EXPECT_EQ(GetWindow(Dialog(), GW_OWNER), main);

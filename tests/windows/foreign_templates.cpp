@@ -22,8 +22,7 @@ std::wstring ControlsOf(HWND dialog)
 {
     std::wstring all;
     for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        RECT place = PlaceOnScreen(child);
-        MapWindowPoints(nullptr, dialog, reinterpret_cast<POINT*>(&place), 2);
+        const RECT place = PlaceWithin(dialog, child);
         all += ClassOf(child) + L" " + std::to_wstring(GetDlgCtrlID(child)) + L" " + std::to_wstring(place.left) +
                L"," + std::to_wstring(place.top) + L"," + std::to_wstring(place.right) + L"," +
                std::to_wstring(place.bottom) + L" " + TextOf(child) + L"\n";
@@ -40,8 +39,7 @@ TEST(ForeignTemplates, GiveTheDialogsThatTheSystemMakesOfThem)
         const HMODULE module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
         if (!module)
             continue;
-        wchar_t path[MAX_PATH];
-        GetModuleFileNameW(module, path, MAX_PATH);
+        const std::wstring path = Filled([module](auto... to) { GetModuleFileNameW(module, to...); });
         Found templates;
         EnumResourceNamesW(module, RT_DIALOG, &AddTemplate, reinterpret_cast<LONG_PTR>(&templates));
         for (const auto& [name, number] : templates) {

@@ -1,61 +1,20 @@
 // Pages in dialogs, with stand-ins for the platform's browser and the window that hosts it.
 #include "../../dialogs/control_host.h"
-#include "../../scriptdata/bstr.h"
-#include "../../scriptdata/com_ptr.h"
-#include "../../scriptdata/variant.h"
 #include "../support/script_dialogs.h"
-
-using namespace vh;
+#include "../support/stand.h"
 
 namespace {
 
 constexpr int page = 1005, other_page = 1010;
 
-// What the library asked for, in order, what of it is to fail, and how many references it holds.
+// What the library asked for, in order, and what of it is to fail.
 std::wstring g_log, g_failing;
-int g_references;
 HRESULT Logged(const std::wstring& call)
 {
     g_log += call + L"|";
     return !g_failing.empty() && call.starts_with(g_failing) ? E_FAIL : S_OK;
 }
 std::wstring TakeLog() { return std::exchange(g_log, {}); }
-
-// An object made of methods at their positions in the interfaces that it has; all others answer E_NOTIMPL.
-class Stand {
-public:
-    Stand(std::initializer_list<GUID> interfaces, std::initializer_list<std::pair<int, void*>> methods)
-        : m_interfaces(interfaces)
-    {
-        std::ranges::fill(m_table, Method([](Stand*) { return E_NOTIMPL; }));
-        m_table[0] = Method([](Stand* self, REFIID id, void** object) {
-            const auto& known = self->m_interfaces;
-            const bool has = id == iid_of<IUnknown> || std::ranges::find(known, id) != known.end();
-            return has ? self->Give(object) : E_NOINTERFACE;
-        });
-        m_table[1] = Method([](Stand*) { return ++g_references; });
-        m_table[2] = Method([](Stand*) { return --g_references; });
-        for (const auto& [position, method] : methods)
-            m_table[position] = method;
-    }
-    template <class Function>
-    static void* Method(Function function)
-    {
-        return reinterpret_cast<void*>(+function);
-    }
-    // With a reference for the caller.
-    HRESULT Give(void* object)
-    {
-        ++g_references;
-        *static_cast<void**>(object) = this;
-        return S_OK;
-    }
-
-private:
-    void** m_methods = m_table;
-    void* m_table[70];
-    std::vector<GUID> m_interfaces;
-};
 
 Stand g_document({iid_of<IDispatch>, iid_of<IHTMLDocument2>},
                  {{59, Stand::Method([](Stand*, SAFEARRAY* texts) {
@@ -101,8 +60,7 @@ LRESULT CALLBACK HostProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
     return host;
 }
 
-class Pages : public ::testing::Test {
-protected:
+struct Pages : testing::Test {
     Pages()
     {
         WNDCLASSW made{};
@@ -118,7 +76,7 @@ protected:
     {
         UnregisterClassW(control_host_class, GetModuleHandleW(nullptr));
         g_sink.reset();
-        EXPECT_EQ(g_references, 0) << "the library still holds an object";
+        EXPECT_EQ(Stand::references, 0) << "the library still holds an object";
     }
 
     int32_t SetContent(const wchar_t* text) { return _CtrlSetHtmlContent(session, L"d", page, text); }
@@ -186,9 +144,8 @@ TEST_F(Pages, TurnClicksIntoEventsOfTheDialog)
 
     // A window of its own opens elsewhere, and the next navigation is a click again.
     ASSERT_EQ(_CtrlSetHtmlContent(session, L"d", other_page, L"[html]c:\\x.htm"), 0);
-    wchar_t program[MAX_PATH];
-    GetSystemDirectoryW(program, MAX_PATH);
-    EXPECT_EQ(Fire(273, 5, 3, 0, (program + std::wstring(L"\\hostname.exe")).c_str()), VARIANT_TRUE);
+    const std::wstring program = Filled(GetSystemDirectoryW) + L"\\hostname.exe";
+    EXPECT_EQ(Fire(273, 5, 3, 0, program.c_str()), VARIANT_TRUE);
     EXPECT_EQ(dialog.WaitOrHelp(), 8) << "no event";
     EXPECT_EQ(Navigate(L"http://127.0.0.1/y"), VARIANT_TRUE);
 }

@@ -6,23 +6,15 @@
 
 namespace {
 
-using namespace vh::test;
-
 constexpr LANGID languages[] = {MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN)};
 enum { brand = 7, title = 50, second_title = 51, banner = 52, separator = 1300 };
 
-// Whether it is a page.
-Table<const wchar_t*, int, bool> templates = {
-    {L"vhres.dll", 10301, false}, {L"vhres.dll", 10302, false},  {L"vhres.dll", 10303, false},
-    {L"vhres.dll", 10305, true},  {L"vhres.dll", 10306, false},  {L"vhres.dll", 12012, false},
-    {L"vhuser.dll", 10305, true}, {L"vhuser.dll", 20001, true},  {L"vhuser.dll", 20002, true},
-    {L"vhuser.dll", 20003, true}, {L"vhuser.dll", 20004, true},  {L"vhuser.dll", 20005, true},
-    {L"vhuser.dll", 20006, true}, {L"vhuser.dll", 20007, true},  {L"vhuser.dll", 20008, true},
-    {L"vhuser.dll", 20009, true}, {L"vhuser.dll", 20020, false}, {L"vhuser.dll", 20021, false},
-    {L"vhskin.dll", 10305, true}, {L"vhskin.dll", 20001, true},  {L"vhskin.dll", 20002, true},
-    {L"vhskin.dll", 20003, true}, {L"vhskin.dll", 20004, true},  {L"vhskin.dll", 20005, true},
-    {L"vhskin.dll", 20006, true}, {L"vhskin.dll", 20007, true},  {L"vhskin.dll", 20008, true},
-    {L"vhskin.dll", 20009, true}, {L"vhskin.dll", 20020, false}, {L"vhskin.dll", 20021, false}};
+const std::vector<int> of_authors = {10305, 20001, 20002, 20003, 20004, 20005,
+                                     20006, 20007, 20008, 20009, 20020, 20021};
+const std::map<std::wstring, std::vector<int>> templates = {{L"vhres.dll", {10301, 10302, 10303, 10305, 10306, 12012}},
+                                                            {L"vhuser.dll", of_authors},
+                                                            {L"vhskin.dll", of_authors}};
+bool IsPage(int number) { return number == 10305 || (number > 20000 && number < 20010); }
 
 // Windows chooses resources by the language of the thread, Wine by its locale.
 void Speak(LANGID language)
@@ -164,44 +156,45 @@ TEST(ResourceLibraries, HaveDialogsThatFitInEachLanguage)
     SetProcessDPIAware();
     const char* density = std::getenv("VHRT_DPI");
     EXPECT_EQ(GetDpiForSystem(), static_cast<UINT>(std::stoi(density ? density : "96"))) << "the runner's display";
-    const TextSession session(TextsFile(L"vhuser.dll"), TextsFile(L"vhres.dll"));
-    for (const auto& [library, number, is_page] : templates) {
-        std::vector<std::wstring> texts;
-        std::vector<std::vector<int>> numbers;
-        for (const LANGID language : languages) {
-            SCOPED_TRACE(std::to_string(number) + " in language " + std::to_string(language));
-            Speak(language);
-            const TestDialog made(session, Stage::created, L"d", number, DialogStandardEvents, TextsFile(library));
-            const HWND dialog = made.window();
-            ASSERT_TRUE(dialog);
-            std::vector<Control> controls;
-            std::ranges::transform(VisibleChildren(dialog), std::back_inserter(controls), ControlOf);
-            ExpectApart(dialog, MayShare);
-            ExpectRoom(dialog, controls);
-            ExpectMnemonics(controls);
-            ExpectTabOrder(dialog, controls);
-            ExpectNames(controls);
-            ExpectKeys(dialog, controls);
-            RECT page{0, 0, 460, 305}, client{};
-            MapDialogRect(dialog, &page);
-            GetClientRect(dialog, &client);
-            EXPECT_EQ(page == client, is_page);
-            texts.push_back(TextOf(dialog));
-            numbers.emplace_back();
-            for (const Control& control : controls) {
-                texts.back() += control.text;
-                numbers.back().push_back(control.id);
+    const TextSession session(Beside(L"vhuser.dll"), Beside(L"vhres.dll"));
+    for (const auto& [library, templates_in_it] : templates)
+        for (const int number : templates_in_it) {
+            std::vector<std::wstring> texts;
+            std::vector<std::vector<int>> numbers;
+            for (const LANGID language : languages) {
+                SCOPED_TRACE(std::to_string(number) + " in language " + std::to_string(language));
+                Speak(language);
+                const TestDialog made(session, Stage::created, L"d", number, DialogStandardEvents, Beside(library));
+                const HWND dialog = made.window();
+                ASSERT_TRUE(dialog);
+                std::vector<Control> controls;
+                std::ranges::transform(VisibleChildren(dialog), std::back_inserter(controls), ControlOf);
+                ExpectApart(dialog, MayShare);
+                ExpectRoom(dialog, controls);
+                ExpectMnemonics(controls);
+                ExpectTabOrder(dialog, controls);
+                ExpectNames(controls);
+                ExpectKeys(dialog, controls);
+                RECT page{0, 0, 460, 305}, client{};
+                MapDialogRect(dialog, &page);
+                GetClientRect(dialog, &client);
+                EXPECT_EQ(page == client, IsPage(number));
+                texts.push_back(TextOf(dialog));
+                numbers.emplace_back();
+                for (const Control& control : controls) {
+                    texts.back() += control.text;
+                    numbers.back().push_back(control.id);
+                }
             }
+            EXPECT_EQ(numbers[0], numbers[1]) << number;
+            EXPECT_NE(texts[0], texts[1]) << number << " is not translated";
         }
-        EXPECT_EQ(numbers[0], numbers[1]) << number;
-        EXPECT_NE(texts[0], texts[1]) << number << " is not translated";
-    }
     Speak(languages[0]);
 }
 
 TEST(ResourceLibraries, HaveTheTextsAndPicturesThatTheLibraryAsksFor)
 {
-    const TextSession session(L"", TextsFile(L"vhres.dll"));
+    const TextSession session(L"", Beside(L"vhres.dll"));
     Table<uint32_t, int, bool> texts = {{11113, 1, true},  {11115, 0, true}, {11511, 0, false},
                                         {11512, 0, false}, {14002, 1, true}, {14003, 0, true},
                                         {11626, 0, true},  {17600, 0, true}, {17601, 0, true}};
@@ -222,7 +215,7 @@ TEST(ResourceLibraries, HaveTheTextsAndPicturesThatTheLibraryAsksFor)
         EXPECT_EQ(in[0] != in[1], translated) << number;
     }
     Speak(languages[0]);
-    const HMODULE library = LoadLibraryExW(TextsFile(L"vhres.dll").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    const HMODULE library = LoadLibraryExW(Beside(L"vhres.dll").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
     for (const int number : {10700, 10777})
         EXPECT_NE(FindResourceW(library, MAKEINTRESOURCEW(number), L"PNG"), nullptr) << number;
     FreeLibrary(library);

@@ -2,8 +2,7 @@
 #include "../support/script_dialogs.h"
 #include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
-#include "../support/screenshot.h"
-#include "../support/temp_folder.h"
+#include "../support/pixels.h"
 
 #include <commctrl.h>
 
@@ -12,8 +11,7 @@ namespace {
 constexpr int edit = 1001, combo = 1002, list = 1003, button = 1004, text = 1005, link = 1006, tree = 1007;
 constexpr int help = 8; // only the key came that ends a wait
 
-class ScriptDialogs : public ::testing::Test {
-protected:
+struct ScriptDialogs : testing::Test {
     TextSession session{DialogTemplates(), StandardTexts()};
 };
 
@@ -148,10 +146,9 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     // The mark made a link of the static control.
     const std::wstring made = L"Go <a href=\"http://127.0.0.1/x\">there</a>";
     EXPECT_EQ(ClassOf(dialog.Control(1008)), L"SysLink");
-    RECT place = PlaceOnScreen(dialog.Control(1008)), told{100, 110, 200, 120};
-    MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+    RECT told{100, 110, 200, 120};
     MapDialogRect(dialog.window(), &told);
-    EXPECT_TRUE(EqualRect(&place, &told));
+    EXPECT_EQ(dialog.Place(1008), told);
     EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_STYLE), 0x50010000);
     EXPECT_EQ(GetWindowLongW(dialog.Control(1008), GWL_EXSTYLE), 32);
     EXPECT_EQ(SendMessageW(dialog.Control(1008), WM_GETFONT, 0, 0), SendMessageW(dialog.window(), WM_GETFONT, 0, 0));
@@ -182,15 +179,6 @@ TEST_F(ScriptDialogs, KeepTheAddressOfALinkThatWasClicked)
     ASSERT_EQ(dialog.Wait(), DialogCreated);
     EXPECT_EQ(ClassOf(dialog.Control(1008)), L"Static");
     EXPECT_EQ(link_of(1008, 63), L"0 63 first");
-}
-
-COLORREF PixelOf(HWND window, int x, int y)
-{
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    const HDC device = GetDC(window);
-    const COLORREF color = GetPixel(device, x, y);
-    ReleaseDC(window, device);
-    return color;
 }
 
 // How a dialog wants a static control's ground.
@@ -248,14 +236,10 @@ TEST_F(ScriptDialogs, ShowTheGroundOfAWizardPageBehindItsLabels)
         {12032, L"#200", L"clear", themed},   {12063, L"#200", L"clear", themed},  {12064, L"#200", L"clear", themed},
         {12065, L"#200", L"usual", L"usual"}, {12006, L"#100", L"usual", L"usual"}};
     for (const auto& [number, name, label, radio] : cases) {
-        ASSERT_EQ(_DefineDialog(session, L"d", nullptr, DialogTemplates().c_str(), number, name, 0, nullptr, 1), 0);
-        ASSERT_EQ(_WaitOnDialog(session, L"d"), DialogCreated);
-        const auto window = reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d"));
-        CreateWindowExW(0, L"Button", L"", WS_CHILD | BS_AUTORADIOBUTTON, 0, 0, 9, 9, window,
-                        reinterpret_cast<HMENU>(2001), nullptr, nullptr);
-        EXPECT_EQ(ColorOf(window, 1005), label) << number << name;
-        EXPECT_EQ(ColorOf(window, 2001), radio) << number << name;
-        EXPECT_EACH(0, _EndDialog(session, L"d"), _ReleaseDialog(session, L"d"));
+        const TestDialog dialog(session, Stage::created, L"d", number, 1, DialogTemplates(), name);
+        NewWindow(L"Button", WS_CHILD | BS_AUTORADIOBUTTON, {0, 0, 9, 9}, dialog.window(), 2001);
+        EXPECT_EQ(ColorOf(dialog.window(), 1005), label) << number << name;
+        EXPECT_EQ(ColorOf(dialog.window(), 2001), radio) << number << name;
     }
 }
 
@@ -264,29 +248,21 @@ TEST_F(ScriptDialogs, ShowTheBrandOrALongerLine)
     for (const bool brand : {true, false}) {
         EXPECT_EQ(brand ? 0 : _DisableBranding(session, L""), 0);
         EXPECT_EQ(brand ? 0 : _SetTitle(session, L"Caption", 0, static_cast<int32_t>(0xFF000100)), 0);
-        const TestDialog dialog(session, Stage::defined, L"d", 200);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
-        RECT line = PlaceOnScreen(dialog.Control(1300)), mark = PlaceOnScreen(dialog.Control(7)),
-             told{60, 164, 290, 165};
-        for (RECT* place : {&line, &mark})
-            MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(place), 2);
+        const TestDialog dialog(session, Stage::created, L"d", 200);
+        const RECT line = dialog.Place(1300), mark = dialog.Place(7);
+        RECT told{60, 164, 290, 165};
         MapDialogRect(dialog.window(), &told);
         EXPECT_EQ(TextOf(dialog.window()), brand ? L"Extended" : L"Caption");
         EXPECT_EQ(line.left, brand ? told.left : mark.left);
         EXPECT_TRUE(line.right == told.right && line.top == told.top);
         ASSERT_EQ(dialog.WaitOrHelp(), 8);
-        PixelOf(dialog.window(), 0, 0);
+        Repaint(dialog.window());
         EXPECT_FALSE(GetUpdateRect(dialog.window(), nullptr, FALSE));
-        const HDC device = GetDC(dialog.window());
-        int shadow = 0;
-        for (LONG y = mark.top - 1; y < mark.top + 14; ++y)
-            for (LONG x = mark.left - 1; x < mark.left + 40; ++x)
-                shadow += GetPixel(device, static_cast<int>(x), static_cast<int>(y)) == GetSysColor(COLOR_BTNSHADOW);
-        ReleaseDC(dialog.window(), device);
+        const RECT around{mark.left - 1, mark.top - 1, mark.left + 40, mark.top + 14};
+        const long shadow = CountPixels(dialog.window(), around, GetSysColor(COLOR_BTNSHADOW));
         EXPECT_EQ(shadow > 40, brand) << shadow;
     }
-    const TestDialog untitled(session, Stage::defined, L"untitled", 100);
-    ASSERT_EQ(untitled.Wait(), DialogCreated);
+    const TestDialog untitled(session, Stage::created, L"untitled");
     EXPECT_EQ(TextOf(untitled.window()), L"Classic");
 }
 
@@ -296,19 +272,18 @@ TEST_F(ScriptDialogs, StandInTheMiddleOfTheirParent)
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
     const auto middle = [](LONG from, LONG to) { return (from + to) / 2; };
     enum state { visible, hidden, iconic };
-    const Table<state, RECT, POINT, int32_t> cases = {
-        {visible, {300, 200, 700, 600}, {500, 400}, 100},
-        // At the edge all of the dialog stays in sight.
-        {visible, {0, 0, 40, 40}, {-1, -1}, 100},
-        {hidden, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100},
-        {iconic, {300, 200, 700, 600}, {middle(work.left, work.right), middle(work.top, work.bottom)}, 100}};
-    for (const auto& [seen, place, centre, resource] : cases) {
-        const HWND parent =
-            CreateWindowExW(0, L"Static", L"", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place.left, place.top,
-                            place.right - place.left, place.bottom - place.top, nullptr, nullptr, nullptr, nullptr);
+    const RECT usual{300, 200, 700, 600};
+    const POINT of_screen{middle(work.left, work.right), middle(work.top, work.bottom)};
+    // At the edge all of the dialog stays in sight.
+    const Table<state, RECT, POINT> cases = {{visible, usual, {500, 400}},
+                                             {visible, {0, 0, 40, 40}, {-1, -1}},
+                                             {hidden, usual, of_screen},
+                                             {iconic, usual, of_screen}};
+    for (const auto& [seen, place, centre] : cases) {
+        const HWND parent = NewWindow(L"Static", WS_POPUP | (seen == hidden ? 0 : WS_VISIBLE), place);
         if (seen == iconic)
             ShowWindow(parent, SW_MINIMIZE);
-        ASSERT_EQ(_DefineDialog(session, L"d", nullptr, L"", resource, L"", 0, parent, DialogCentered), 0);
+        ASSERT_EQ(_DefineDialog(session, L"d", nullptr, L"", 100, L"", 0, parent, DialogCentered), 0);
         ASSERT_EQ(_WaitOnDialog(session, L"d"), DialogCreated);
         const RECT own = PlaceOnScreen(reinterpret_cast<HWND>(_CmdGetHwndDlg(session, L"d")));
         const bool at_edge = own.left == work.left && own.top == work.top;
@@ -488,18 +463,17 @@ TEST_F(ScriptDialogs, ShowThePicturesThatTheirTextsName)
         EXPECT_EQ(GetWindowLongW(dialog.Control(id), GWL_STYLE) & 0x38F, style) << id;
     // The main image is stretched over its control, which is hidden.
     EXPECT_FALSE(IsWindowVisible(dialog.Control(1200)));
-    RECT place = PlaceOnScreen(dialog.Control(1200));
-    MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
+    const RECT place = dialog.Place(1200);
     KeepPicture(dialog.window(), L"script-dialog-pictures");
-    EXPECT_EQ(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
-    EXPECT_EQ(PixelOf(dialog.window(), place.right - 2, place.bottom - 2), RGB(0, 255, 0));
-    EXPECT_NE(PixelOf(dialog.window(), place.left - 2, place.top - 2), RGB(0, 255, 0));
+    EXPECT_EQ(RepaintedPixel(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
+    EXPECT_EQ(RepaintedPixel(dialog.window(), place.right - 2, place.bottom - 2), RGB(0, 255, 0));
+    EXPECT_NE(RepaintedPixel(dialog.window(), place.left - 2, place.top - 2), RGB(0, 255, 0));
     EXPECT_EQ(dialog.End(), 0);
     // No picture at all.
     EXPECT_EQ(_SetAltMainImage(session, ImageNone, nullptr), 0);
     ASSERT_EQ(dialog.Wait(), DialogCreated);
     ASSERT_EQ(dialog.WaitOrHelp(), help);
-    EXPECT_NE(PixelOf(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
+    EXPECT_NE(RepaintedPixel(dialog.window(), place.left + 1, place.top + 1), RGB(0, 255, 0));
 }
 
 // Where the control stands, with a picture of 8 by 6 pixels, the lower left one magenta.
@@ -516,14 +490,11 @@ TEST_F(ScriptDialogs, ShowTheGroundOfAMainImageAroundIt)
         {L";1;0;;0,0,255", blue, blue}, {L";1;0", face, face}, {L";0;0;;0,0,255", RGB(255, 0, 255), blue}};
     for (const auto& [behind, left_out, beside] : cases) {
         ASSERT_EQ(_SetAltMainImage(session, ImageText, (L"@" + file + behind).c_str()), 0);
-        const TestDialog dialog(session, Stage::defined, L"d", 400);
-        ASSERT_EQ(dialog.Wait(), DialogCreated);
-        ASSERT_EQ(dialog.WaitOrHelp(), 8);
-        RECT place = PlaceOnScreen(dialog.Control(1200));
-        MapWindowPoints(nullptr, dialog.window(), reinterpret_cast<POINT*>(&place), 2);
-        EXPECT_EQ(PixelOf(dialog.window(), place.left + 3, place.top + 3), red) << behind;
-        EXPECT_EQ(PixelOf(dialog.window(), place.left, place.top + 5), left_out) << behind;
-        EXPECT_EQ(PixelOf(dialog.window(), place.left + 20, place.top + 20), beside) << behind;
+        const TestDialog dialog(session, Stage::shown, L"d", 400);
+        const RECT place = dialog.Place(1200);
+        EXPECT_EQ(RepaintedPixel(dialog.window(), place.left + 3, place.top + 3), red) << behind;
+        EXPECT_EQ(RepaintedPixel(dialog.window(), place.left, place.top + 5), left_out) << behind;
+        EXPECT_EQ(RepaintedPixel(dialog.window(), place.left + 20, place.top + 20), beside) << behind;
     }
 }
 
@@ -549,31 +520,6 @@ TEST_F(ScriptDialogs, AnswerForTheUserInSilentMode)
     }
     const int windows = Windows();
     EXPECT_GIVES(_EnableStatus(silent, 4), 0, Windows(), windows);
-}
-
-HWND g_hooked = nullptr;
-void Hook(HWND dialog) { g_hooked = dialog; }
-
-// A jump to a function, at an address that fits into 31 bits.
-long AddressBelow2GB(void (*function)(HWND))
-{
-    unsigned char* code = nullptr;
-    for (uintptr_t at = 0x10000000; !code && at < 0x70000000; at += 0x100000)
-        code = static_cast<unsigned char*>(
-            VirtualAlloc(reinterpret_cast<void*>(at), 4096, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE));
-    const unsigned char jump[] = {0x48, 0xB8, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xE0};
-    std::memcpy(code, jump, sizeof(jump));
-    std::memcpy(code + 2, &function, sizeof(function));
-    return static_cast<long>(reinterpret_cast<uintptr_t>(code));
-}
-
-TEST_F(ScriptDialogs, ShowThemselvesToAFunctionOfTheEngine)
-{
-    const long address = AddressBelow2GB(&Hook);
-    TextSession hooked{DialogTemplates(), StandardTexts(), nullptr, {{24, vh::variant(address)}}};
-    const TestDialog dialog(hooked);
-    EXPECT_EQ(g_hooked, dialog.window());
-    VirtualFree(reinterpret_cast<void*>(static_cast<uintptr_t>(address)), 0, MEM_RELEASE);
 }
 
 // Counts what a control is asked to take before the dialog's own keys, and takes some of it.
@@ -620,8 +566,7 @@ TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
     const TestDialog dialog(session, Stage::shown);
     ASSERT_EQ(GetActiveWindow(), dialog.window());
     for (const bool pulled : {true, false}) {
-        const HWND stranger =
-            CreateWindowExW(0, L"Static", L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr, nullptr, nullptr);
+        const HWND stranger = NewWindow(L"Static", WS_POPUP | WS_VISIBLE);
         SetActiveWindow(stranger);
         ASSERT_EQ(dialog.WaitOrHelp(), help);
         EXPECT_EQ(GetActiveWindow() == dialog.window(), pulled);
@@ -632,10 +577,9 @@ TEST_F(ScriptDialogs, ComeForwardOnceAfterTheyLostTheirActivation)
 TEST_F(ScriptDialogs, TakeTextIntoARichEditThatIsReadOnly)
 {
     const TestDialog dialog(session);
-    const HWND rich = CreateWindowExW(0, L"RICHEDIT", L"", WS_CHILD | ES_MULTILINE | ES_READONLY, 0, 0, 100, 60,
-                                      dialog.window(), nullptr, nullptr, nullptr);
+    const HWND rich = NewWindow(L"RICHEDIT", WS_CHILD | ES_MULTILINE | ES_READONLY, {0, 0, 100, 60}, dialog.window());
     ASSERT_TRUE(rich) << "the class is there";
-    const vh::test::TempFolder folder;
+    const TempFolder folder;
     const std::string rtf = R"({\rtf1\ansi Bold {\b word}.\par})";
     const std::wstring formatted = folder.Write(L"a.RTF", rtf), plain = folder.Write(L"a.txt", rtf);
     const std::wstring none = folder / L"none.txt";
@@ -656,20 +600,6 @@ TEST_F(ScriptDialogs, TakeTextIntoARichEditThatIsReadOnly)
         EXPECT_EQ(found.substr(0, found.find_last_not_of(L"\r\n") + 1), wanted) << given;
     }
     EXPECT_EQ(_CtrlSetMLERichText(session, L"unknown", rich, L"x"), -1);
-}
-
-TEST_F(ScriptDialogs, LeaveNoHandlesBehind)
-{
-    const auto cycle = [&](int count) {
-        for (int i = 0; i < count; ++i)
-            const TestDialog dialog(session, Stage::shown, L"d", i % 3 == 0 ? 100 : i % 3 * 200);
-    };
-    const auto handles = [] { return std::pair(OpenGdiObjects(), Windows()); };
-    cycle(10);
-    const auto before = handles();
-    EXPECT_GT(before.first, 0);
-    cycle(100);
-    EXPECT_EQ(handles(), before);
 }
 
 } // namespace

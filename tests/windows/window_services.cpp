@@ -1,27 +1,14 @@
 // The engine's windows as a script drives them: what is seen on them, pixel by pixel where it is ours.
 #include "../support/bitmap_writer.h"
 #include "../support/handle_counts.h"
-#include "../support/screenshot.h"
+#include "../support/pixels.h"
 #include "../support/script_dialogs.h"
 
 #include <commctrl.h>
 
-using namespace vh;
-
 namespace {
 
 constexpr COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), background = RGB(10, 200, 30);
-
-long Count(HWND window, const RECT& place, COLORREF color)
-{
-    const HDC context = GetDC(window);
-    long count = 0;
-    for (long y = place.top; y < place.bottom; ++y)
-        for (long x = place.left; x < place.right; ++x)
-            count += GetPixel(context, static_cast<int>(x), static_cast<int>(y)) == color;
-    ReleaseDC(window, context);
-    return count;
-}
 
 // Messages of this thread until something is so.
 template <class Condition>
@@ -40,8 +27,7 @@ bool PumpUntil(Condition&& condition)
     return there;
 }
 
-class EngineWindows : public ::testing::Test {
-protected:
+struct EngineWindows : testing::Test {
     std::wstring Picture(const wchar_t* name, const std::string& content) const
     {
         session.folder().Payload(name, content);
@@ -83,13 +69,12 @@ TEST_F(EngineWindows, ShowCaptionColourAndTitle)
     // The first title has a shadow, one in a face that was set has none.
     for (const bool shadow : {true, false}) {
         EXPECT_EQ(_SetTitle(session, L"HHHH", 40, 0x00FFFF), 0);
-        EXPECT_GT(Count(main, area, 0x00FFFF), 300);
-        EXPECT_EQ(Count(main, area, RGB(0, 0, 0)) > 50, shadow);
+        EXPECT_GT(CountPixels(main, area, 0x00FFFF), 300);
+        EXPECT_EQ(CountPixels(main, area, RGB(0, 0, 0)) > 50, shadow);
         KeepPicture(main, shadow ? L"engine-title-shadow" : L"engine-title");
         EXPECT_EQ(_SetFont(session, 1, 8, L"Tahoma"), 0);
     }
-    EXPECT_EQ(_SetTitle(session, L"", 40, 0x00FFFF), 0);
-    EXPECT_EQ(Count(main, area, 0x00FFFF), 0);
+    EXPECT_EACH(0, _SetTitle(session, L"", 40, 0x00FFFF), CountPixels(main, area, 0x00FFFF));
 }
 
 TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
@@ -103,12 +88,12 @@ TEST_F(EngineWindows, PlaceBitmapsByTheirAnchors)
     for (const auto& [flags, x, y] : cases) {
         ASSERT_EQ(Place(file, flags, 20, 30), 0);
         const RECT around{std::max(x - 2, 0L), std::max(y - 2, 0L), std::min(x + 10, width), std::min(y + 8, height)};
-        EXPECT_EQ(Count(main, {x, y, x + 8, y + 6}, red), 47) << flags;
-        EXPECT_EQ(Count(main, around, red), 47) << flags;
+        EXPECT_EQ(CountPixels(main, {x, y, x + 8, y + 6}, red), 47) << flags;
+        EXPECT_EQ(CountPixels(main, around, red), 47) << flags;
         EXPECT_EQ(PixelOf(main, x, y + 5), RGB(255, 0, 255));
     }
     ASSERT_EQ(Place(file + L";255,0,255", 2 | 32, 20, 30), 0);
-    EXPECT_EQ(Count(main, {20, 30, 28, 36}, red), 47);
+    EXPECT_EQ(CountPixels(main, {20, 30, 28, 36}, red), 47);
     EXPECT_EQ(PixelOf(main, 20, 35), background) << "left out";
 
     // Over the whole window; the resource is blue, and the newer one lies above. A library is read as data: one
@@ -136,11 +121,12 @@ TEST_F(EngineWindows, LetPicturesComeIntoViewByTheEffect)
     for (int32_t effect = 0; effect <= 7; ++effect) {
         ASSERT_EQ(_SetDisplayEffect(session, effect), 0);
         ASSERT_EQ(Place(large, 2, 10, 10), 0);
-        const long first = Count(main, place, red);
+        const long first = CountPixels(main, place, red);
         EXPECT_EQ(first < 5000, effect >= 1 && effect <= 6) << effect << " " << first;
         EXPECT_TRUE(PumpUntil([&] {
             UpdateWindow(main);
-            return PixelOf(main, 10, 10) == red && PixelOf(main, 209, 109) == red && Count(main, place, red) == 20000;
+            return PixelOf(main, 10, 10) == red && PixelOf(main, 209, 109) == red &&
+                   CountPixels(main, place, red) == 20000;
         })) << effect;
         Place(L"", 0x8000);
     }
@@ -151,11 +137,11 @@ TEST_F(EngineWindows, ForgetPicturesThatGoDuringTheirEffect)
     _SetColor(session, 12, background);
     ASSERT_EQ(_SetDisplayEffect(session, 2), 0);
     ASSERT_EQ(Place(Picture(L"large.bmp", PlainBitmap(200, 100, 0xFF0000)), 2, 10, 10), 0);
-    ASSERT_TRUE(PumpUntil([&] { return Count(main, {10, 10, 210, 110}, red) > 0; }));
+    ASSERT_TRUE(PumpUntil([&] { return CountPixels(main, {10, 10, 210, 110}, red) > 0; }));
     EXPECT_EQ(Place(L"", 0x8000), 0);
     SendMessageW(main, WM_TIMER, 1, 0);
     EXPECT_FALSE(KillTimer(main, 1)) << "nothing moves any more";
-    EXPECT_EQ(Count(main, {10, 10, 210, 110}, background), 20000);
+    EXPECT_EQ(CountPixels(main, {10, 10, 210, 110}, background), 20000);
 }
 
 TEST_F(EngineWindows, AskBeforeTheyClose)
@@ -215,8 +201,7 @@ TEST(WaitMessages, StayHiddenInSilentModeUnlessTheyAreAskedFor)
     }
 }
 
-class StatusWindows : public EngineWindows {
-protected:
+struct StatusWindows : EngineWindows {
     HWND Open(int32_t style = 4)
     {
         EXPECT_EQ(_EnableStatus(session, style), 0);
@@ -300,11 +285,10 @@ TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
         const TextSession session(L"", StandardTexts(), nullptr, {{40, variant(long{asked})}});
         EXPECT_EQ(_CtrlGetParentWindowHelper(session), 0);
         // The first dialog of the desktop counts in an installer's process alone.
-        const HWND other = CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        const HWND other = NewWindow(L"#32770", WS_POPUP);
         EXPECT_EQ(_CtrlGetParentWindowHelper(session), 0);
         DestroyWindow(other);
-        const HWND installer =
-            CreateWindowExW(0, made.lpszClassName, L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+        const HWND installer = NewWindow(made.lpszClassName, WS_POPUP);
         EXPECT_EQ(_CtrlGetParentWindowHelper(session), asked ? reinterpret_cast<int64_t>(installer) : 0);
         DestroyWindow(installer);
     }
@@ -314,9 +298,8 @@ TEST(ParentWindows, AreTheInstallersWhereAFactSaysSo)
 TEST_F(StatusWindows, FollowTheTransferToItsStop)
 {
     const HWND status = Open(), bar = VisibleChild(status, PROGRESS_CLASSW);
-    EXPECT_EQ(_FeatureSpendCost(session, 0, 0), 0);
-    EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 0);
-    EXPECT_EQ(_StatusUpdate(session, 1, 70), 0);
+    EXPECT_EACH(0, _FeatureSpendCost(session, 0, 0), SendMessageW(bar, PBM_GETPOS, 0, 0),
+                _StatusUpdate(session, 1, 70));
     // A message that came before is handled while the files move.
     bool seen = false;
     SetWindowSubclass(

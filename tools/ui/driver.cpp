@@ -3,13 +3,17 @@
 // usage: vhrt_ui_driver PLAN PROGRAM [ARGUMENT...]
 // docs/dialogs.md has the plans. The exit code is the program's, or 90 for a step that did not come to pass, a plan
 // that can't be read, or a wrong command line; the program is ended then.
+#include <cstdio>
+#include <functional>
+#include <sstream>
+#include <stdexcept>
+
 #include "scriptdata/unique.h"
-#include "tests/support/dialog_driver.h"
-#include "tests/support/screenshot.h"
+#include "tools/ui/screen.h"
 
 namespace {
 
-using vh::test::TextOf;
+using vh::ui::TextOf;
 
 constexpr int failed_step = 90;
 constexpr DWORD poll_ms = 20;
@@ -73,7 +77,7 @@ void Type(const std::wstring& text)
         Send({KeyStroke(0, letter, KEYEVENTF_UNICODE), KeyStroke(0, letter, KEYEVENTF_UNICODE | KEYEVENTF_KEYUP)});
 }
 
-class Program : vh::test::Pinned {
+class Program {
 public:
     explicit Program(std::wstring command)
     {
@@ -141,7 +145,7 @@ public:
         } else if (verb == L"picture") {
             Look(rest);
         } else if (verb == L"snap") {
-            vh::test::Keep(vh::test::PictureOf(m_page), rest);
+            vh::ui::Keep(vh::ui::PictureOf(m_page), rest);
         } else if (verb == L"keys") {
             for (std::wstring chord; words >> chord;)
                 Press(chord);
@@ -168,12 +172,12 @@ private:
         m_program.Until([&] {
             DWORD_PTR ignored = 0;
             SendMessageTimeoutW(m_page, WM_NULL, 0, 0, SMTO_NORMAL, 1000, &ignored);
-            std::vector<std::byte> now = vh::test::PictureOf(m_page);
+            std::vector<std::byte> now = vh::ui::PictureOf(m_page);
             alike = now == before ? alike + 1 : 0;
             before = std::move(now);
             return alike == 5 || ++looks == 50;
         });
-        vh::test::Keep(before, name);
+        vh::ui::Keep(before, name);
     }
 
     const Program& m_program;

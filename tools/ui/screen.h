@@ -1,16 +1,23 @@
-// Pixels of windows, and pictures of a part of the screen, kept for people to look at.
+// What stands on the screen: the texts of windows, and pictures of a part of it, kept for people to look at.
 #pragma once
 
-#include "test.h"
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <span>
+#include <string>
+#include <vector>
+#include <windows.h>
 
-namespace vh::test {
+#include "../../pictures/gdi_objects.h"
 
-inline COLORREF PixelOf(HWND window, long x, long y)
+namespace vh::ui {
+
+inline std::wstring TextOf(HWND window)
 {
-    const HDC context = GetDC(window);
-    const COLORREF color = GetPixel(context, static_cast<int>(x), static_cast<int>(y));
-    ReleaseDC(window, context);
-    return color;
+    std::wstring text(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)), L'\0');
+    SendMessageW(window, WM_GETTEXT, text.size() + 1, reinterpret_cast<LPARAM>(text.data()));
+    return text;
 }
 
 // What stands on the screen in a window's place, as a bitmap file.
@@ -25,13 +32,12 @@ inline std::vector<std::byte> PictureOf(HWND window)
     picture.biPlanes = 1;
     picture.biBitCount = 24;
 
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
+    const unique_screen_context screen(GetDC(nullptr));
     void* bits = nullptr;
-    const HBITMAP bitmap =
-        CreateDIBSection(memory, reinterpret_cast<BITMAPINFO*>(&picture), DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, picture.biWidth, picture.biHeight, screen, place.left, place.top, SRCCOPY);
+    const unique_bitmap bitmap(
+        CreateDIBSection(screen.get(), reinterpret_cast<BITMAPINFO*>(&picture), DIB_RGB_COLORS, &bits, nullptr, 0));
+    const bitmap_context memory(screen.get(), bitmap.get());
+    BitBlt(memory.get(), 0, 0, picture.biWidth, picture.biHeight, screen.get(), place.left, place.top, SRCCOPY);
     GdiFlush();
 
     const auto size = bits ? static_cast<DWORD>((picture.biWidth * 3 + 3) / 4 * 4 * picture.biHeight) : 0;
@@ -43,11 +49,6 @@ inline std::vector<std::byte> PictureOf(HWND window)
     std::memcpy(file.data(), &header, sizeof(header));
     std::memcpy(file.data() + sizeof(header), &picture, sizeof(picture));
     std::memcpy(file.data() + header.bfOffBits, bits, size);
-
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
     return file;
 }
 
@@ -64,10 +65,4 @@ inline void Keep(std::span<const std::byte> picture, const std::wstring& name)
     file.write(reinterpret_cast<const char*>(picture.data()), static_cast<std::streamsize>(picture.size()));
 }
 
-inline void KeepPicture(HWND window, const std::wstring& name)
-{
-    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    Keep(PictureOf(window), name);
-}
-
-} // namespace vh::test
+} // namespace vh::ui
