@@ -13,6 +13,7 @@
 #include "host/command_line.h"
 #include "host/console.h"
 #include "host/text.h"
+#include "scriptdata/last_failure.h"
 
 namespace tools {
 
@@ -126,8 +127,14 @@ std::wstring ErrorText(DWORD error)
         return L"the certificates lead to no root of this machine, or one of them is changed or not valid now";
     case vh::wrong_signature_error:
         return L"the signature is not that of this content";
+    case static_cast<DWORD>(CRYPT_E_NOT_FOUND):
+        return L"no such certificate";
+    case static_cast<DWORD>(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS)):
+        return L"signed already";
+    case static_cast<DWORD>(HRESULT_FROM_WIN32(ERROR_FILE_INVALID)):
+        return L"another program has changed it meanwhile";
     default:
-        return host::SystemText(error);
+        return host::SystemText(HRESULT_FACILITY(error) == FACILITY_WIN32 ? HRESULT_CODE(error) : error);
     }
 }
 
@@ -142,14 +149,22 @@ int Refuse(const std::wstring& file, const std::wstring& reason, DWORD error)
 int SignDataFile(const std::wstring& file, const SigningOptions& options)
 {
     vh::FileSigner signer;
-    const std::wstring specification = host::Wide(options.specification);
+    std::wstring specification = host::Wide(options.specification);
+    if (!specification.empty() && !specification.starts_with(L'*'))
+        specification = host::LongPath(host::PathOf(options.specification));
+    const std::wstring path = host::LongPath(file);
+    const std::wstring key = host::LongPath(host::PathOf(options.key));
+    const std::wstring certificate = host::LongPath(host::PathOf(options.certificate));
     const DWORD result = WithPassword(signer, options.password_file, [&](wchar_t* password) {
-        return specification.empty() ? signer.SignFile(file.c_str(), host::PathOf(options.key).c_str(),
-                                                       host::PathOf(options.certificate).c_str(), password)
-                                     : signer.SignFileWithCertificate(file.c_str(), specification.c_str(), password);
+        return specification.empty() ? signer.SignFile(path.c_str(), key.c_str(), certificate.c_str(), password)
+                                     : signer.SignFileWithCertificate(path.c_str(), specification.c_str(), password);
     });
-    if (result)
-        return Refuse(file, Reason(result), signer.last_error());
+    if (result) {
+        std::wstring reason = Reason(result);
+        if (const std::wstring& culprit = vh::last_file_failure().path; culprit != path)
+            reason += L": " + culprit;
+        return Refuse(file, reason, signer.last_error());
+    }
     if (vh::ReadCertificateChoice(specification).hash > 1)
         host::Complain(file + L": signed with SHA-1, the only hash of these files");
     return exit_done;
@@ -159,10 +174,11 @@ int VerifyDataFile(const std::wstring& file, const std::wstring* expect)
 {
     vh::SignatureContext context;
     vh::SignerInfo info;
-    bool result = context.VerifySignedFile(file.c_str(), info);
+    const std::wstring path = host::LongPath(file);
+    bool result = context.VerifySignedFile(path.c_str(), info);
     DWORD error = info.last_error;
     if (result && expect) {
-        error = context.VerifyFileAgainst(file.c_str(), *expect);
+        error = context.VerifyFileAgainst(path.c_str(), *expect);
         result = error == 0;
     }
     const auto text = [](const stringx& wide) { return host::Utf8(std::wstring(wide.c_str())); };
@@ -181,7 +197,7 @@ int TrustDataFile(const std::wstring& file)
 {
     vh::SignatureContext context;
     vh::SignerInfo info;
-    if (!context.VerifySignedFile(file.c_str(), info))
+    if (!context.VerifySignedFile(host::LongPath(file).c_str(), info))
         return Refuse(file, L"does not verify", info.last_error);
     if (!context.TrustSigner())
         return Refuse(file, L"the trust list can't be written", context.last_error());
