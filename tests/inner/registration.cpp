@@ -6,6 +6,7 @@
 #include "../../scriptdata/com_ptr.h"
 #include "../../system/late_advapi32.h"
 #include "../../system/pending_operations.h"
+#include "../support/handle_counts.h"
 #include "../support/registry_root.h"
 #include "../support/replaced.h"
 #include "../support/temp_folder.h"
@@ -152,13 +153,6 @@ TEST_F(Registration, OfAProgramIsItsExitCode)
     EXPECT_EQ(last_file_failure().code, static_cast<DWORD>(ERROR_FILE_NOT_FOUND));
 }
 
-DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
-
 TEST_F(Registration, AndItsNeighboursLeaveNothingOpen)
 {
     const stringx good(folder.Write(L"good.rgs", "HKCR\r\n{\r\nA\r\n{\r\nB\r\n}\r\n}")), bad(folder.Write(L"bad", "x"));
@@ -168,7 +162,7 @@ TEST_F(Registration, AndItsNeighboursLeaveNothingOpen)
                                                          6)));
     ASSERT_TRUE(CopyFileW(Beside(L"vhrt_test_program.exe").c_str(), (folder / L"0.exe").c_str(), FALSE));
     script_fault fault;
-    DWORD before = 0;
+    int before = 0;
     for (int run = 0; run <= 100; ++run) {
         for (const bool registers : {true, false}) {
             EXPECT_TRUE(RegisterFromScript(good, L"", registers, false, fault));

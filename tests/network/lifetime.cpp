@@ -2,19 +2,13 @@
 #include <atomic>
 
 #include "../../diagnostics/inet_session.h"
+#include "../support/handle_counts.h"
 #include "../support/replaced.h"
 #include "server_access.h"
 
 namespace {
 
 namespace late = vh::late;
-
-DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
 
 // What WinInet tells of a request.
 void Tell(DWORD_PTR context, DWORD status, DWORD_PTR result, DWORD error = 0)
@@ -72,7 +66,7 @@ TEST_F(Lifetime, OfAThousandReadersLeavesNothing)
         }
     };
     use(30);
-    const DWORD before = OpenHandles();
+    const int before = OpenHandles();
     use(1000);
     EXPECT_LE(OpenHandles(), before + 10);
     EXPECT_EQ(sessions, 1030);
