@@ -112,7 +112,7 @@ const wchar_t* Reason(DWORD result)
     case vh::sign_no_chain:
         return L"the certificates lead to no root of this machine";
     case vh::sign_invalid_chain:
-        return L"a certificate is not valid now";
+        return L"a certificate is changed or not valid now";
     default:
         return L"the certificate can't be used";
     }

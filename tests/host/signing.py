@@ -197,6 +197,9 @@ def check_keys():
         sign("marked.dat", 0, "--key", write("marked.pvk", key), *certificate)
     for damaged in (key[:-1], key[:24], b"", b"x" + key[1:], key[:20] + b"\xff" * 4 + key[24:]):
         sign("damaged.dat", 1, "--key", write("damaged.pvk", damaged), *certificate)
+    changed = read("alone.cer")
+    sign("damaged.dat", 1, "--key", "alone-none.pvk", "--certificate",
+         write("damaged.cer", changed[:-1] + bytes([changed[-1] ^ 1])))
     sign("foreign.dat", 1, "--key", "alone-none.pvk", "--certificate", "other.cer")
     sign("no-key.dat", 1, "--key", "missing.pvk", *certificate)
     sign("no-certificate.dat", 1, "--key", "alone-none.pvk", "--certificate", "missing.cer")
