@@ -327,6 +327,7 @@ def main():
     check_trust()
     check_files()
     for words in (["sign", "none.dat"], ["sign", "none.dat", "--specification", ""], ["verify", ""],
+                  ["pending", "record", "none.dat", ""],
                   ["sign", "none.dat", "--key", "a.pvk"], ["verify"],
                   ["sign", "none.dat", "--password", "x", "--specification", "a.pfx"]):
         expect(f"{words}", tool(*words)[0], 2)

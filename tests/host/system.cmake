@@ -45,7 +45,6 @@ expect_bytes("clear moves nothing" 74776f ${w}/target)
 expect("no key" 1 "" reg query HKLM\\Software\\VarnholtPendingOperation)
 expect("no such command" 2 "apply" ${pending})
 expect("no source" 2 "SOURCE" ${pending} record "")
-expect("no deletion by mistake" 2 "TARGET" ${pending} record ${w}/three "")
 string(REPEAT d 240 long)
 expect("too long for the list" 4 "d\\x: " ${pending} record ${w}/three ${w}/${long}/x)
 
