@@ -270,7 +270,7 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
+    CLI::App app("Looks into files and libraries of VHRT, signs data files, registers, and removes.", "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);
