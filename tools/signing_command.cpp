@@ -30,7 +30,7 @@ public:
     ~Password() { SecureZeroMemory(m_text, sizeof(m_text)); }
 
     wchar_t* text() { return m_text; }
-    // The first line of a UTF-8 file.
+    // The first line of a UTF-8 file, with a mark or without.
     void ReadFile(const std::wstring& file);
     bool ReadEnvironment();
     // Without echo. False where nobody sits at a console.
@@ -45,15 +45,16 @@ private:
 void Password::ReadFile(const std::wstring& file)
 {
     std::vector<std::byte> bytes = ReadBytes(file);
-    const auto* line = reinterpret_cast<const char*>(bytes.data());
-    std::size_t size = 0;
-    while (size < bytes.size() && line[size] != '\r' && line[size] != '\n')
-        ++size;
-    const int units = size ? MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, line, static_cast<int>(size), m_text,
-                                                 static_cast<int>(longest))
-                           : 0;
+    std::string_view line(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    line = line.substr(line.starts_with("\xEF\xBB\xBF") ? 3 : 0);
+    line = line.substr(0, line.find_first_of("\r\n"));
+    const int units = line.empty()
+                          ? 0
+                          : MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, line.data(),
+                                                static_cast<int>(line.size()), m_text, static_cast<int>(longest));
+    const bool wrong = !line.empty() && !units;
     SecureZeroMemory(bytes.data(), bytes.size());
-    if (size && !units)
+    if (wrong)
         throw std::runtime_error(host::Utf8(file) + ": the first line is no password");
     m_text[units] = 0;
 }

@@ -271,7 +271,7 @@ def check_pfx():
             "pass:secret", "-out", "leaf.pfx")
     openssl("pkcs12", "-export", "-inkey", "alone.key", "-in", "alone.pem", "-passout", "pass:", "-out", "alone.pfx")
     openssl("pkcs12", "-export", "-nokeys", "-in", "alone.pem", "-passout", "pass:", "-out", "keyless.pfx")
-    sign("pfx.dat", 0, "--specification", "leaf.pfx", "--password-file", "plain.txt")
+    sign("pfx.dat", 0, "--specification", "leaf.pfx", "--password-file", write("marked.txt", b"\xef\xbb\xbfsecret\n"))
     expect("pfx: openssl", verified_by_openssl("pfx.dat", "leaf"), "Verified OK")
     sign("pfx-open.dat", 0, "--specification", "alone.pfx")
     check_verify("pfx-open.dat", 0, "--expect", "VHRT alone")
