@@ -261,6 +261,11 @@ def check_chains():
     try:
         sign("part.dat", 0, "--key", key, "--certificate", part)
         check_verify("part.dat", 0, "--expect", "VHRT leaf")
+        # The last that leads to the root has run out.
+        make_certificate("stale", "root", authority=True, expired=True)
+        make_certificate("young", "stale")
+        err = sign("young.dat", 1, "--key", pvk("young", "none"), "--certificate", bundle("y.p7b", "young", "stale"))
+        expect("a chain that has run out", "0x800B0101" in err, True)
     finally:
         root_store("root", False)
     check_verify("part.dat", 0x80042329, signed=True)
