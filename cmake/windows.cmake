@@ -179,6 +179,7 @@ target_link_libraries(vhrt_print_versions PRIVATE VHRT vhrt_options)
 add_test(NAME versions_of_real_files COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/versions/check_versions.py
   ${CMAKE_SOURCE_DIR} ${WINE_RUNNER} $<TARGET_FILE:vhrt_print_versions> ${CMAKE_BINARY_DIR}/version_tests)
 set_tests_properties(versions_of_real_files PROPERTIES TIMEOUT 300)
+add_test(NAME every_export_is_called COMMAND ${CMAKE_SOURCE_DIR}/scripts/check-called)
 
 # Scripts that check the exports from the inside of a setup, and runs that go wrong.
 set(script_place ${CMAKE_BINARY_DIR}/host_tests/scripts)
@@ -211,7 +212,7 @@ add_test(NAME tool_skin COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=
 set_tests_properties(tool_skin PROPERTIES TIMEOUT 300)
 add_executable(vhrt_changed_files tests/signing/change.cpp)
 target_link_options(vhrt_changed_files PRIVATE -municode)
-target_link_libraries(vhrt_changed_files PRIVATE vhrt_options vhrt_objects gtest ole32 oleaut32 uuid)
+target_link_libraries(vhrt_changed_files PRIVATE vhrt_options vhrt_objects gtest ole32 oleaut32 uuid crypt32)
 add_test(NAME tool_signing COMMAND ${CMAKE_SOURCE_DIR}/tests/host/signing.py ${WINE_RUNNER} $<TARGET_FILE:vhtool>
   $<TARGET_FILE:vhrt_changed_files> ${CMAKE_BINARY_DIR}/host_tests/signing)
 set_tests_properties(tool_signing PROPERTIES TIMEOUT 600)

@@ -29,6 +29,8 @@ DWORD FailureCode(DWORD system_code)
 
 unique_store OpenSystemStore(const wchar_t* name, DWORD location)
 {
+    // Not everybody may write the machine's, and a name that is misspelt makes no store.
+    location |= CERT_STORE_READONLY_FLAG | CERT_STORE_OPEN_EXISTING_FLAG;
     return unique_store(late::cert_open_store(CERT_STORE_PROV_SYSTEM_W, DWORD{0}, HCRYPTPROV{0}, location,
                                               static_cast<const void*>(name)));
 }
@@ -41,7 +43,7 @@ unique_store OpenMemoryStore()
 
 bool AddCertificate(HCERTSTORE store, PCCERT_CONTEXT certificate, DWORD disposition)
 {
-    return late::cert_add_encoded(store, certificate_encoding, static_cast<const BYTE*>(certificate->pbCertEncoded),
+    return late::cert_add_encoded(store, DWORD{X509_ASN_ENCODING}, static_cast<const BYTE*>(certificate->pbCertEncoded),
                                   certificate->cbCertEncoded, disposition,
                                   static_cast<PCCERT_CONTEXT*>(nullptr)) != FALSE;
 }

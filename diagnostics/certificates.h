@@ -18,7 +18,7 @@ constexpr DWORD wrong_signature_error = 0x8004232A;
 DWORD FailureCode(DWORD system_code);
 inline DWORD LastFailureCode() { return FailureCode(GetLastError()); }
 
-// "ROOT", "CA", "MY", and the like. Empty when it can't be opened.
+// "ROOT", "CA", "MY", and the like, for reading. Empty when it can't be opened.
 unique_store OpenSystemStore(const wchar_t* name, DWORD location = CERT_SYSTEM_STORE_CURRENT_USER);
 unique_store OpenMemoryStore();
 // Without the properties that go with it, such as the place of a key.

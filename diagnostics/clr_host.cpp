@@ -55,7 +55,8 @@ stringx ProgramFolder()
     const DWORD units = GetModuleFileNameW(nullptr, path, MAX_PATH);
     const std::wstring_view text(path, units);
     const std::size_t end = text.rfind(L'\\');
-    return stringx(text.substr(0, end == text.npos ? 0 : end));
+    // "C:" alone is not the top of the drive.
+    return stringx(text.substr(0, end == text.npos ? 0 : end == 2 ? 3 : end));
 }
 
 const wchar_t* TextOf(const bstr& text) { return text.get() ? text.get() : L""; }

@@ -130,30 +130,25 @@ unique_certificate FirstWithKey(HCERTSTORE store)
 
 } // namespace
 
-bool FileSigner::ReadUnsigned(const wchar_t* path)
+bool FileSigner::ReadUnsigned(const wchar_t* path, signed_parts& parts)
 {
     m_last_error = 0;
+    DWORD error = 0;
     try {
-        file source;
-        if (const DWORD error =
-                source.open(path, GENERIC_READ, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING)) {
-            Fail(FailureCode(error), path);
-            return false;
+        error = parts.source.open(path, GENERIC_READ, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING);
+        if (!error) {
+            ReadParts(parts);
+            if (!parts.header.is_known() || !parts.is_whole())
+                error = ERROR_INVALID_DATA;
+            else if (!parts.trailer.empty())
+                error = ERROR_ALREADY_EXISTS;
         }
-        m_parts = ReadParts(source);
     } catch (const win32_exception& failure) {
-        Fail(FailureCode(failure.code()), path);
-        return false;
+        error = failure.code();
     }
-    if (!m_parts.header.is_known() || !IsContentWhole(m_parts.content, m_parts.header)) {
-        Fail(FailureCode(ERROR_INVALID_DATA), path);
-        return false;
-    }
-    if (!m_parts.trailer.empty()) {
-        Fail(FailureCode(ERROR_ALREADY_EXISTS), path);
-        return false;
-    }
-    return true;
+    if (error)
+        Fail(FailureCode(error), path);
+    return error == 0;
 }
 
 bool FileSigner::ImportFrom(HCRYPTPROV provider, const pvk_file& pvk, const std::string& password)
@@ -221,26 +216,30 @@ DWORD FileSigner::ChooseSigner(HCRYPTPROV provider, const wchar_t* certificate_f
     return FindChain() ? 0 : static_cast<DWORD>(CERT_E_CHAINING);
 }
 
-bool FileSigner::Sign(HCRYPTPROV provider, DWORD key_kind)
-{
+bool FileSigner::Sign(HCRYPTPROV provider, DWORD key_kind, signed_parts& parts)
+try {
     DWORD size = 0;
     const auto sign = [&](BYTE* signature) {
         return late::crypt_sign_hash(m_hash.get(), key_kind, static_cast<const wchar_t*>(nullptr), DWORD{0}, signature,
                                      &size) != FALSE;
     };
-    if (!Hash(provider, m_parts.content) || !sign(nullptr))
+    if (!Hash(provider, parts) || !sign(nullptr))
         return false;
     m_signature.resize(size);
     if (!sign(m_signature.data()))
         return false;
     m_signature.resize(size);
     // A key of another certificate would sign as gladly.
-    return VerifySignature(m_parts.content);
+    return VerifySignature(parts);
+} catch (const win32_exception& failure) {
+    SetLastError(failure.code());
+    return false;
 }
 
 // All in one piece, so that a write that fails is undone by cutting the file back.
-DWORD FileSigner::WriteTrailer(const wchar_t* path)
+DWORD FileSigner::WriteTrailer(const wchar_t* path, signed_parts& parts)
 {
+    const uint32_t end = parts.header.content_end;
     CRYPT_DATA_BLOB blob{};
     // Certificates that were looked at carry what the system has noted about them.
     const unique_store fresh = OpenMemoryStore();
@@ -265,6 +264,7 @@ DWORD FileSigner::WriteTrailer(const wchar_t* path)
     blob.pbData = Bytes(trailer.data() + store_at);
     file target;
     try {
+        parts.source.close();
         DWORD error = save() ? 0 : GetLastError();
         if (!error)
             error = target.open(path, GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING);
@@ -272,14 +272,14 @@ DWORD FileSigner::WriteTrailer(const wchar_t* path)
             throw file_exception(error, stringx(path));
         LONG high = 0;
         // Whoever has written since then has made another file of it.
-        if (target.seek(0, FILE_END, &high) != m_parts.content.size() || high)
+        if (target.seek(0, FILE_END, &high) != end || high)
             throw file_exception(ERROR_FILE_INVALID, stringx(path));
         try {
             if (target.write_bytes(trailer.data(), static_cast<DWORD>(trailer.size())) != trailer.size())
                 throw file_exception(ERROR_HANDLE_DISK_FULL, stringx(path));
         } catch (const win32_exception&) {
             high = 0;
-            target.seek(static_cast<LONG>(m_parts.content.size()), FILE_BEGIN, &high);
+            target.seek(static_cast<LONG>(end), FILE_BEGIN, &high);
             target.set_end();
             throw;
         }
@@ -294,7 +294,8 @@ DWORD FileSigner::WriteTrailer(const wchar_t* path)
 DWORD FileSigner::SignFile(const wchar_t* path, const wchar_t* key_file, const wchar_t* certificate_file,
                            const wchar_t* password)
 {
-    if (!ReadUnsigned(path))
+    signed_parts parts;
+    if (!ReadUnsigned(path, parts))
         return sign_bad_file;
     HCRYPTPROV provider = 0;
     DWORD error = 0;
@@ -316,11 +317,16 @@ DWORD FileSigner::SignFile(const wchar_t* path, const wchar_t* key_file, const w
         Fail(chain == chain_not_valid_now ? static_cast<DWORD>(CERT_E_EXPIRED) : chain_error, certificate_file);
         return chain == chain_not_valid_now ? sign_invalid_chain : sign_no_chain;
     }
-    if (!Sign(provider, AT_SIGNATURE)) {
+    // A certificate that vouches for itself passes so far, whatever became of its bytes.
+    if (!AreStoredExact()) {
+        Fail(chain_error, certificate_file);
+        return sign_invalid_chain;
+    }
+    if (!Sign(provider, AT_SIGNATURE, parts)) {
         Fail(LastFailureCode(), path);
         return sign_no_chain;
     }
-    return WriteTrailer(path);
+    return WriteTrailer(path, parts);
 }
 
 DWORD FileSigner::Resolve(const wchar_t* specification, const wchar_t* password, unique_store& source,
@@ -394,7 +400,8 @@ DWORD FileSigner::CollectIssuers(PCCERT_CONTEXT certificate, HCERTSTORE source)
 
 DWORD FileSigner::SignFileWithCertificate(const wchar_t* path, const wchar_t* specification, const wchar_t* password)
 {
-    if (!ReadUnsigned(path))
+    signed_parts parts;
+    if (!ReadUnsigned(path, parts))
         return sign_bad_file;
     unique_store source;
     unique_certificate certificate;
@@ -409,13 +416,13 @@ DWORD FileSigner::SignFileWithCertificate(const wchar_t* path, const wchar_t* sp
     private_key key;
     if (!error && (!FindChain() || !AcquireKey(certificate.get(), key)))
         error = LastFailureCode();
-    if (!error && !Sign(key.provider, key.kind))
+    if (!error && !Sign(key.provider, key.kind, parts))
         error = LastFailureCode();
     // The hash goes before its provider.
     m_hash.reset();
     if (error)
         return Fail(error, specification);
-    return WriteTrailer(path);
+    return WriteTrailer(path, parts);
 }
 
 } // namespace vh

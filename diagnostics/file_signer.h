@@ -26,7 +26,7 @@ public:
     DWORD SignFileWithCertificate(const wchar_t* path, const wchar_t* specification, const wchar_t* password);
 
 private:
-    bool ReadUnsigned(const wchar_t* path);
+    bool ReadUnsigned(const wchar_t* path, signed_parts& parts);
     // The provider that took the key, or 0.
     HCRYPTPROV ImportPrivateKey(const wchar_t* key_file, const wchar_t* password);
     bool ImportFrom(HCRYPTPROV provider, const struct pvk_file& pvk, const std::string& password);
@@ -35,10 +35,8 @@ private:
     DWORD Resolve(const wchar_t* specification, const wchar_t* password, unique_store& source,
                   unique_certificate& certificate);
     DWORD CollectIssuers(PCCERT_CONTEXT certificate, HCERTSTORE source);
-    bool Sign(HCRYPTPROV provider, DWORD key_kind);
-    DWORD WriteTrailer(const wchar_t* path);
-
-    signed_parts m_parts;
+    bool Sign(HCRYPTPROV provider, DWORD key_kind, signed_parts& parts);
+    DWORD WriteTrailer(const wchar_t* path, signed_parts& parts);
 };
 
 } // namespace vh

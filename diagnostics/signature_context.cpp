@@ -74,6 +74,19 @@ bool HoldsOnlyCertificates(byte_span store)
     return true;
 }
 
+// Fills `bytes`; a file that ends before is damaged.
+void ReadAt(file& source, uint32_t place, std::span<std::byte> bytes)
+{
+    LONG high = 0;
+    source.seek(static_cast<LONG>(place), FILE_BEGIN, &high);
+    while (!bytes.empty()) {
+        const DWORD done = source.read_bytes(bytes.data(), static_cast<DWORD>(bytes.size()));
+        if (!done)
+            throw win32_exception(ERROR_INVALID_DATA);
+        bytes = bytes.subspan(done);
+    }
+}
+
 } // namespace
 
 SignatureContext::SignatureContext()
@@ -95,37 +108,32 @@ DWORD SignatureContext::Fail(DWORD code, const stringx& path)
     return code;
 }
 
-signed_parts SignatureContext::ReadParts(file& source)
+bool signed_parts::is_whole()
+{
+    return IsContentWhole(header, [this](uint32_t place) {
+        std::byte number[4];
+        ReadAt(source, place, number);
+        return ReadNumber(number, 0);
+    });
+}
+
+void SignatureContext::ReadParts(signed_parts& parts)
 {
     // Signature and certificates of far more signers than one.
     constexpr DWORD longest_trailer = 16u << 20;
-    const auto read = [&source](std::vector<std::byte>& bytes, DWORD from) {
-        for (DWORD at = from; at < bytes.size();) {
-            constexpr DWORD piece = 1u << 20;
-            const DWORD done =
-                source.read_bytes(bytes.data() + at, std::min<DWORD>(piece, static_cast<DWORD>(bytes.size()) - at));
-            if (!done)
-                throw win32_exception(ERROR_INVALID_DATA);
-            at += done;
-        }
-    };
     DWORD high = 0;
-    const DWORD low = source.size(&high);
+    const DWORD low = parts.source.size(&high);
     const uint64_t size = uint64_t{high} << 32 | low;
     if (size < signed_header::size)
         throw win32_exception(ERROR_INVALID_DATA);
-    signed_parts parts;
-    parts.content.resize(signed_header::size);
-    read(parts.content, 0);
-    parts.header = *ReadSignedHeader(parts.content);
+    std::byte start[signed_header::size];
+    ReadAt(parts.source, 0, start);
+    parts.header = *ReadSignedHeader(start);
     const DWORD end = parts.header.content_end;
     if (end < signed_header::size || end > size || size - end > longest_trailer)
         throw win32_exception(ERROR_INVALID_DATA);
-    parts.content.resize(end);
-    read(parts.content, signed_header::size);
     parts.trailer.resize(static_cast<std::size_t>(size - end));
-    read(parts.trailer, 0);
-    return parts;
+    ReadAt(parts.source, end, parts.trailer);
 }
 
 bool SignatureContext::FindChain()
@@ -184,20 +192,27 @@ bool SignatureContext::ImportPublicKey(HCRYPTPROV provider)
                                      &m_signer.get()->pCertInfo->SubjectPublicKeyInfo, m_public_key.put()) != FALSE;
 }
 
-bool SignatureContext::Hash(HCRYPTPROV provider, byte_span content)
+bool SignatureContext::Hash(HCRYPTPROV provider, signed_parts& parts)
 {
     if (!late::crypt_create_hash(provider, signed_hash, HCRYPTKEY{0}, DWORD{0}, m_hash.put()))
         return false;
-    return late::crypt_hash_data(m_hash.get(), reinterpret_cast<const BYTE*>(content.data()),
-                                 static_cast<DWORD>(content.size()), DWORD{0}) != FALSE;
+    std::vector<std::byte> piece(1u << 16);
+    for (uint32_t at = 0; at < parts.header.content_end; at += static_cast<uint32_t>(piece.size())) {
+        piece.resize(std::min<std::size_t>(piece.size(), parts.header.content_end - at));
+        ReadAt(parts.source, at, piece);
+        if (!late::crypt_hash_data(m_hash.get(), reinterpret_cast<const BYTE*>(piece.data()),
+                                   static_cast<DWORD>(piece.size()), DWORD{0}))
+            return false;
+    }
+    return true;
 }
 
-bool SignatureContext::VerifySignature(byte_span content)
+bool SignatureContext::VerifySignature(signed_parts& parts)
 {
     return std::ranges::any_of(m_providers, [&](const unique_provider& provider) {
         m_public_key.reset();
         m_hash.reset();
-        return ImportPublicKey(provider.get()) && Hash(provider.get(), content) &&
+        return ImportPublicKey(provider.get()) && Hash(provider.get(), parts) &&
                late::crypt_verify_signature(m_hash.get(), static_cast<const BYTE*>(m_signature.data()),
                                             static_cast<DWORD>(m_signature.size()), m_public_key.get(),
                                             static_cast<const wchar_t*>(nullptr), DWORD{0}) != FALSE;
@@ -320,10 +335,11 @@ bool SignatureContext::VerifySignedFile(const wchar_t* path, SignerInfo& info)
 DWORD SignatureContext::Verify(const wchar_t* path, SignerInfo& info)
 {
     m_signer.reset();
-    file source;
-    if (const DWORD error = source.open(path, GENERIC_READ, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
+    signed_parts parts;
+    if (const DWORD error =
+            parts.source.open(path, GENERIC_READ, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
         return FailureCode(error);
-    const signed_parts parts = ReadParts(source);
+    ReadParts(parts);
     if (parts.trailer.empty())
         return no_signature_error;
     const DWORD error = OpenTrailer(parts.trailer);
@@ -332,11 +348,11 @@ DWORD SignatureContext::Verify(const wchar_t* path, SignerInfo& info)
         return ERROR_INVALID_DATA;
     if (error)
         return error;
-    if (!IsContentWhole(parts.content, parts.header))
+    if (!parts.is_whole())
         return wrong_signature_error;
     if (CheckChain(m_signer.get(), true) != chain_good || !AreStoredExact())
         return chain_error;
-    if (!VerifySignature(parts.content))
+    if (!VerifySignature(parts))
         return wrong_signature_error;
     info.trusted = IsTrusted();
     info.issuer = NameText(m_signer.get(), true);
@@ -352,11 +368,11 @@ DWORD SignatureContext::VerifyFileAgainst(const wchar_t* path, const std::wstrin
     m_last_error = 0;
     m_signer.reset();
     const auto verify = [&]() -> DWORD {
-        file source;
-        if (const DWORD error =
-                source.open(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
+        signed_parts parts;
+        if (const DWORD error = parts.source.open(path, GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ,
+                                                  FILE_ATTRIBUTE_NORMAL, OPEN_EXISTING))
             return FailureCode(error);
-        const signed_parts parts = ReadParts(source);
+        ReadParts(parts);
         if (!parts.header.is_known())
             return wrong_data;
         if (parts.trailer.empty())
@@ -367,7 +383,7 @@ DWORD SignatureContext::VerifyFileAgainst(const wchar_t* path, const std::wstrin
             return chain == chain_not_valid_now ? expired : chain_error;
         if (!AreStoredExact())
             return chain_error;
-        if (!VerifySignature(parts.content))
+        if (!VerifySignature(parts))
             return wrong_signature_error;
         // Looked for where the signer stands alone: another stored certificate is no match.
         const unique_store alone = OpenMemoryStore();
@@ -382,8 +398,10 @@ DWORD SignatureContext::VerifyFileAgainst(const wchar_t* path, const std::wstrin
     } catch (const win32_exception& failure) {
         error = FailureCode(failure.code());
     }
-    if (error)
+    if (error) {
+        m_signer.reset();
         Fail(error, path);
+    }
     return error;
 }
 

@@ -22,11 +22,15 @@ struct SignerInfo {
 
 enum ChainResult : int { chain_good = 0, chain_not_valid_now = 1, chain_no_root = 2 };
 
-// The content of a data file, and what stands behind it.
+// A data file, open while its content is looked at: it may be larger than the memory.
 struct signed_parts {
-    std::vector<std::byte> content;
-    std::vector<std::byte> trailer;
+    file source;
     signed_header header;
+    // What stands behind the content.
+    std::vector<std::byte> trailer;
+
+    // Raises file_exception.
+    bool is_whole();
 };
 
 class SignatureContext {
@@ -46,16 +50,18 @@ public:
     DWORD last_error() const { return m_last_error; }
 
 protected:
-    // Reads a data file. An exception names the failure: file_exception, or win32_exception with 13.
-    static signed_parts ReadParts(file& source);
+    // Reads what stands around the content of an open file. An exception names the failure: file_exception, or
+    // win32_exception with 13.
+    static void ReadParts(signed_parts& parts);
     // Keeps the code here and for the process; the result is the code.
     DWORD Fail(DWORD code, const stringx& path);
     bool FindChain();
-    bool Hash(HCRYPTPROV provider, byte_span content);
+    // Raises what reading raises.
+    bool Hash(HCRYPTPROV provider, signed_parts& parts);
     bool IsTrusted() const;
     DWORD OpenTrailer(byte_span trailer);
     bool ImportPublicKey(HCRYPTPROV provider);
-    bool VerifySignature(byte_span content);
+    bool VerifySignature(signed_parts& parts);
     bool AreStoredExact() const;
 
     // Freed in reverse: keys and hashes before their provider, certificates before their store.

@@ -50,19 +50,19 @@ inline std::optional<signed_header> ReadSignedHeader(byte_span bytes)
                          ReadNumber(bytes, 20)};
 }
 
-// Header, bytes before the descriptor, descriptor and the block behind it are the whole of `content`, which ends at
-// the header's `content_end`: what is hashed piece by piece is then every byte once.
-inline bool IsContentWhole(byte_span content, const signed_header& header)
+// Header, bytes before the descriptor, descriptor and the block behind it are the whole content, up to the header's
+// `content_end`: what is hashed piece by piece is then every byte once. `number_at` reads at a place of the content.
+template <class NumberAt>
+bool IsContentWhole(const signed_header& header, NumberAt&& number_at)
 {
     constexpr uint32_t second_size_at = 36; // within the descriptor
-    if (content.size() != header.content_end || header.descriptor_at < signed_header::size ||
-        header.descriptor_at > content.size() || header.descriptor_size > content.size() - header.descriptor_at)
+    if (header.descriptor_at < signed_header::size || header.descriptor_at > header.content_end ||
+        header.descriptor_size > header.content_end - header.descriptor_at)
         return false;
-    const std::size_t rest = content.size() - header.descriptor_at - header.descriptor_size;
+    const uint32_t rest = header.content_end - header.descriptor_at - header.descriptor_size;
     // A descriptor without room for the size has no block behind it.
-    return header.descriptor_size < second_size_at + 4
-               ? rest == 0
-               : rest == ReadNumber(content, std::size_t{header.descriptor_at} + second_size_at);
+    return header.descriptor_size < second_size_at + 4 ? rest == 0
+                                                       : rest == number_at(header.descriptor_at + second_size_at);
 }
 
 struct signed_trailer {

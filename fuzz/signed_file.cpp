@@ -26,7 +26,11 @@ void Fuzz(const std::uint8_t* data, std::size_t size)
     ReadAsStore(bytes);
     if (const auto header = vh::ReadSignedHeader(bytes); header && header->content_end <= size) {
         const auto content = bytes.first(header->content_end);
-        if (content.size() >= vh::signed_header::size && vh::IsContentWhole(content, *header))
+        const auto number_at = [content](std::uint32_t place) {
+            Require(std::size_t{place} + 4 <= content.size());
+            return vh::ReadNumber(content, place);
+        };
+        if (content.size() >= vh::signed_header::size && vh::IsContentWhole(*header, number_at))
             Require(header->descriptor_at + std::size_t{header->descriptor_size} <= content.size());
         if (const auto trailer = vh::ReadSignedTrailer(bytes.subspan(header->content_end))) {
             Require(4 + trailer->signature.size() + trailer->store.size() == size - header->content_end);

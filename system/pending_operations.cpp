@@ -17,7 +17,6 @@ constexpr REGSAM key_access = 0x2001F;
 constexpr const wchar_t* count_name = L"Count";
 constexpr const wchar_t* source_name = L"source%d";
 constexpr const wchar_t* target_name = L"dest%d";
-constexpr DWORD largest_path = 260;
 
 HKEY Root()
 {
@@ -37,7 +36,7 @@ struct value_name {
 
 std::optional<stringxi> ReadPath(HKEY key, const wchar_t* format, DWORD number)
 {
-    wchar_t text[largest_path];
+    wchar_t text[longest_pending_path + 1];
     DWORD size = sizeof(text);
     DWORD type = 0;
     if (RegQueryValueExW(key, value_name(format, number).text, nullptr, &type, reinterpret_cast<BYTE*>(text), &size) ||

@@ -11,6 +11,7 @@
 namespace vh {
 
 inline constexpr const wchar_t* pending_operations_key = L"Software\\VarnholtPendingOperation";
+inline constexpr std::size_t longest_pending_path = 259;
 
 struct pending_operation {
     // The file that takes the place of the target.
@@ -21,7 +22,7 @@ struct pending_operation {
 
 // Puts an operation off. One on the same target, or on what another one still has to move, takes that one's place, and
 // the file that was to move before is deleted. A list that can't be opened or written shows no error; a null text
-// raises com_exception with 0x80004005. Paths of more than 259 characters are kept and never carried out.
+// raises com_exception with 0x80004005. Longer paths are kept and never carried out.
 void RecordPendingOperation(const wchar_t* source, const wchar_t* target);
 
 // The source of the first operation on a target. Without one the text stays as it is.

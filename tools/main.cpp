@@ -1,5 +1,4 @@
 // vhtool.exe: a command line for people who work with VHRT.
-#include <cstdlib>
 #include <functional>
 #include <map>
 #include <string>
@@ -8,6 +7,7 @@
 #include <CLI/CLI.hpp>
 #include <windows.h>
 
+#include "code_page_option.h"
 #include "exit_codes.h"
 #include "exports_command.h"
 #include "facts_command.h"
@@ -98,11 +98,7 @@ CLI::App* DeclareIniCommand(CLI::App& ini, CommandLine& line, const char* name, 
         });
     command->add_option("--code-page", line.ini.code_page, "Of files without a mark; without it the system's")
         ->type_name("NUMBER")
-        ->check([](const std::string& text) {
-            const unsigned long page = std::strtoul(text.c_str(), nullptr, 10);
-            return page == 0 || IsValidCodePage(page) ? std::string()
-                                                      : std::string("this system has no such code page");
-        });
+        ->check(tools::known_code_page);
     if (writes) {
         command->add_option("-o,--output", line.output, "Write to this file")->type_name("FILE");
         command->add_flag("--bare-keys", line.ini.bare_keys, "Write keys without a value without the separator");
@@ -224,7 +220,7 @@ void DeclareSigning(CLI::App& app, CommandLine& line)
 {
     const auto declare = [&](const char* name, const char* purpose, const std::function<int()>& run) {
         CLI::App* command = app.add_subcommand(name, purpose);
-        command->add_option("FILE", line.file, "The data file")->required();
+        command->add_option("FILE", line.file, "The data file")->required()->check(host::not_empty);
         command->callback([&line, run] { line.run = run; });
         return command;
     };
@@ -234,15 +230,19 @@ void DeclareSigning(CLI::App& app, CommandLine& line)
     CLI::Option* certificate =
         sign->add_option("--certificate", line.signing.certificate, "The certificates, that of the key among them")
             ->type_name("FILE");
+    for (CLI::Option* given : {key, certificate})
+        given->check(host::not_empty);
     key->needs(certificate);
     certificate->needs(key);
     CLI::Option* specification =
         sign->add_option("--specification", line.signing.specification,
                          "Instead of both: a PFX file, or *STORE*LOCATION:SUBJECT, *STORE*LOCATION:|THUMBPRINT")
             ->type_name("TEXT")
+            ->check(host::not_empty)
             ->excludes(key);
     sign->add_option("--password-file", line.signing.password_file, "Its first line is the password of the key")
-        ->type_name("FILE");
+        ->type_name("FILE")
+        ->check(host::not_empty);
     sign->footer("Without a password file VHTOOL_PASSWORD of the environment counts; a console is asked if need be.");
     sign->callback([&line, sign, key, specification, file] {
         if (key->empty() && specification->empty())
@@ -319,7 +319,9 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
-    CLI::App app("Looks into setup folders, trace files, INI files, pictures, skins and libraries of VHRT.", "vhtool");
+    CLI::App app(
+        "Packs and checks setups, looks into files and libraries of VHRT, signs data files, registers, and removes.",
+        "vhtool");
     app.require_subcommand(1);
     // A leading slash begins a path here, not an option; subcommands take this over.
     app.allow_windows_style_options(false);

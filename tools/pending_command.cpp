@@ -63,6 +63,10 @@ int RecordPending(const std::wstring& source, const std::wstring& target, bool a
             ThrowFor(source, error);
         return exit_done;
     }
+    // The list would keep them and never carry them out.
+    for (const std::wstring& path : {source, target})
+        if (path.size() > vh::longest_pending_path)
+            ThrowFor(path, ERROR_FILENAME_EXCED_RANGE);
     vh::RecordPendingOperation(source.c_str(), target.c_str());
     if (IsRecorded(source))
         return exit_done;

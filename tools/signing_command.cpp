@@ -13,6 +13,7 @@
 #include "host/command_line.h"
 #include "host/console.h"
 #include "host/text.h"
+#include "scriptdata/last_failure.h"
 
 namespace tools {
 
@@ -29,7 +30,7 @@ public:
     ~Password() { SecureZeroMemory(m_text, sizeof(m_text)); }
 
     wchar_t* text() { return m_text; }
-    // The first line of a UTF-8 file.
+    // The first line of a UTF-8 file, with a mark or without.
     void ReadFile(const std::wstring& file);
     bool ReadEnvironment();
     // Without echo. False where nobody sits at a console.
@@ -44,15 +45,16 @@ private:
 void Password::ReadFile(const std::wstring& file)
 {
     std::vector<std::byte> bytes = ReadBytes(file);
-    const auto* line = reinterpret_cast<const char*>(bytes.data());
-    std::size_t size = 0;
-    while (size < bytes.size() && line[size] != '\r' && line[size] != '\n')
-        ++size;
-    const int units = size ? MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, line, static_cast<int>(size), m_text,
-                                                 static_cast<int>(longest))
-                           : 0;
+    std::string_view line(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+    line = line.substr(line.starts_with("\xEF\xBB\xBF") ? 3 : 0);
+    line = line.substr(0, line.find_first_of("\r\n"));
+    const int units = line.empty()
+                          ? 0
+                          : MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, line.data(),
+                                                static_cast<int>(line.size()), m_text, static_cast<int>(longest));
+    const bool wrong = !line.empty() && !units;
     SecureZeroMemory(bytes.data(), bytes.size());
-    if (size && !units)
+    if (wrong)
         throw std::runtime_error(host::Utf8(file) + ": the first line is no password");
     m_text[units] = 0;
 }
@@ -111,7 +113,7 @@ const wchar_t* Reason(DWORD result)
     case vh::sign_no_chain:
         return L"the certificates lead to no root of this machine";
     case vh::sign_invalid_chain:
-        return L"a certificate is not valid now";
+        return L"a certificate is changed or not valid now";
     default:
         return L"the certificate can't be used";
     }
@@ -126,8 +128,14 @@ std::wstring ErrorText(DWORD error)
         return L"the certificates lead to no root of this machine, or one of them is changed or not valid now";
     case vh::wrong_signature_error:
         return L"the signature is not that of this content";
+    case static_cast<DWORD>(CRYPT_E_NOT_FOUND):
+        return L"no such certificate";
+    case static_cast<DWORD>(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS)):
+        return L"signed already";
+    case static_cast<DWORD>(HRESULT_FROM_WIN32(ERROR_FILE_INVALID)):
+        return L"another program has changed it meanwhile";
     default:
-        return host::SystemText(error);
+        return host::SystemText(HRESULT_FACILITY(error) == FACILITY_WIN32 ? HRESULT_CODE(error) : error);
     }
 }
 
@@ -142,14 +150,22 @@ int Refuse(const std::wstring& file, const std::wstring& reason, DWORD error)
 int SignDataFile(const std::wstring& file, const SigningOptions& options)
 {
     vh::FileSigner signer;
-    const std::wstring specification = host::Wide(options.specification);
+    std::wstring specification = host::Wide(options.specification);
+    if (!specification.empty() && !specification.starts_with(L'*'))
+        specification = host::LongPath(host::PathOf(options.specification));
+    const std::wstring path = host::LongPath(file);
+    const std::wstring key = host::LongPath(host::PathOf(options.key));
+    const std::wstring certificate = host::LongPath(host::PathOf(options.certificate));
     const DWORD result = WithPassword(signer, options.password_file, [&](wchar_t* password) {
-        return specification.empty() ? signer.SignFile(file.c_str(), host::PathOf(options.key).c_str(),
-                                                       host::PathOf(options.certificate).c_str(), password)
-                                     : signer.SignFileWithCertificate(file.c_str(), specification.c_str(), password);
+        return specification.empty() ? signer.SignFile(path.c_str(), key.c_str(), certificate.c_str(), password)
+                                     : signer.SignFileWithCertificate(path.c_str(), specification.c_str(), password);
     });
-    if (result)
-        return Refuse(file, Reason(result), signer.last_error());
+    if (result) {
+        std::wstring reason = Reason(result);
+        if (const std::wstring& culprit = vh::last_file_failure().path; culprit != path)
+            reason += L": " + culprit;
+        return Refuse(file, reason, signer.last_error());
+    }
     if (vh::ReadCertificateChoice(specification).hash > 1)
         host::Complain(file + L": signed with SHA-1, the only hash of these files");
     return exit_done;
@@ -159,10 +175,11 @@ int VerifyDataFile(const std::wstring& file, const std::wstring* expect)
 {
     vh::SignatureContext context;
     vh::SignerInfo info;
-    bool result = context.VerifySignedFile(file.c_str(), info);
+    const std::wstring path = host::LongPath(file);
+    bool result = context.VerifySignedFile(path.c_str(), info);
     DWORD error = info.last_error;
     if (result && expect) {
-        error = context.VerifyFileAgainst(file.c_str(), *expect);
+        error = context.VerifyFileAgainst(path.c_str(), *expect);
         result = error == 0;
     }
     const auto text = [](const stringx& wide) { return host::Utf8(std::wstring(wide.c_str())); };
@@ -181,7 +198,7 @@ int TrustDataFile(const std::wstring& file)
 {
     vh::SignatureContext context;
     vh::SignerInfo info;
-    if (!context.VerifySignedFile(file.c_str(), info))
+    if (!context.VerifySignedFile(host::LongPath(file).c_str(), info))
         return Refuse(file, L"does not verify", info.last_error);
     if (!context.TrustSigner())
         return Refuse(file, L"the trust list can't be written", context.last_error());

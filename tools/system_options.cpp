@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "code_page_option.h"
 #include "convert_command.h"
 #include "host/command_line.h"
 #include "host/text.h"
@@ -49,14 +50,15 @@ void DeclarePending(CLI::App& app, std::function<int()>& run)
     pending->require_subcommand(1);
     const Command list(*pending, "list", "Print source and target of each", run,
                        [](const Words& words) { return ListPending(host::PathOf(words.first), words.json); });
-    list.Word("TARGET", &Words::first, "Print only the source that takes the place of this file");
+    list.Word("TARGET", &Words::first, "Print only the source that takes the place of this file")
+        ->check(host::not_empty);
     list.Flag("--json", &Words::json, "As one JSON array");
     const Command record(
         *pending, "record", "Put off that SOURCE takes the place of TARGET", run, [](const Words& words) {
             return RecordPending(host::PathOf(words.first), host::PathOf(words.second), words.at_reboot);
         });
     record.Word("SOURCE", &Words::first, "The file to be moved")->required()->check(host::not_empty);
-    record.Word("TARGET", &Words::second, "Without it SOURCE is deleted");
+    record.Word("TARGET", &Words::second, "Without it SOURCE is deleted")->check(host::not_empty);
     record.Flag("--at-reboot", &Words::at_reboot, "To the next start of the system, not to \"pending apply\"");
     record.line->footer("What an operation had to move before to TARGET, or as TARGET, is deleted at once.");
     const Command apply(*pending, "apply", "Carry all out and empty the list", run,
@@ -90,7 +92,9 @@ void DeclareConvert(CLI::App& app, std::function<int()>& run)
     convert.Word("TARGET", &Words::second, "The file to write; what it held is lost, also when this fails")
         ->required()
         ->check(host::not_empty);
-    convert.line->add_option("--code-page", convert.words->number, "Without it the system's")->type_name("NUMBER");
+    convert.line->add_option("--code-page", convert.words->number, "Without it the system's")
+        ->type_name("NUMBER")
+        ->check(known_code_page);
 }
 
 template <bool Registers>
@@ -101,7 +105,8 @@ void DeclareRegister(CLI::App& app, std::function<int()>& run, const char* name,
     });
     command.Word("FILE", &Words::first, ".rgs, .dll, .ocx, .exe or .tlb")->required()->check(host::not_empty);
     command.Word("--module", &Words::second, "%MODULEPATH% in a script; without it the script's folder")
-        ->type_name("PATH");
+        ->type_name("PATH")
+        ->check(host::not_empty);
     command.Flag("--per-user", &Words::per_user, "For this user, not for the machine");
 }
 

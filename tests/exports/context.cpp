@@ -77,6 +77,9 @@ TEST(Context, ReadsItsFactsAndWritesItsVariables)
     int32_t number = 0;
     EXPECT_GIVES_TEXT(__GetProductGuid(session, text), 0, text, L"{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D01}");
     EXPECT_GIVES_TEXT(__GetInstallGuid(session, text), 0, text, L"{11111111-2222-3333-4444-555555555555}");
+    bstr own;
+    engine::test::ServiceOf<ISetupDirs>(*session.engine)->GetContextGuid(own.put());
+    EXPECT_GIVES_TEXT(__GetContextGUID(session, text), 0, text, own.view());
     using Getter = int32_t(__stdcall*)(ObjectContext*, int32_t*);
     for (const auto& [get, value] :
          {std::pair<Getter, int32_t>(__GetMaintOption, 8), {__GetEnabledIServices, 5}, {__GetMaintenanceMode, 0}})
@@ -145,7 +148,8 @@ TEST(Context, GivesObjectsOnlyWhenItHasThem)
     Session session;
     const BareContext bare;
     using Getter = int32_t(__stdcall*)(ObjectContext*, VARIANT*);
-    for (const Getter get : {__GetInfo, __GetLog, __GetReboot, __GetUser, __GetLogDB, __GetProgress, __GetObjects}) {
+    for (const Getter get : {__GetInfo, __GetLog, __GetReboot, __GetUser, __GetLogDB, __GetProgress, __GetObjects,
+                             __GetFileRegistrar, __GetVHMSIStringTableObj}) {
         variant object;
         EXPECT_EQ(get(session, object.put()), 0);
         EXPECT_EQ(object.type(), VT_DISPATCH);
@@ -232,6 +236,10 @@ TEST(Phases, ReachTheHostAndItsObjects)
         EXPECT_EQ(call(session), E_ABORT);
         session.calls().FailCall(line, S_OK);
     }
+    EXPECT_EQ(_ShowWizardPages(session, 12), 0);
+    EXPECT_EQ(session.CallsOf(L"ISetupWizard.ShowPages(12"), 1);
+    session.calls().FailCall(L"ISetupWizard.ShowPages", E_ABORT);
+    EXPECT_EQ(_ShowWizardPages(session, 12), E_ABORT);
     EXPECT_EQ(_ShowObjWizardPages(nullptr, 12), 12);
     for (const HRESULT without : {S_OK, E_NOINTERFACE}) {
         session.calls().Reset();

@@ -193,6 +193,7 @@ TEST_F(Lists, AnswerWrongTypesAndHandlesAsScriptsExpect)
     }
     for (const int32_t type : {1, 2, -2, 7})
         EXPECT_EQ(_ListCreate(context, type), -1);
+    EXPECT_EQ(_ListGetType(context, numbers), ListTypeNumber);
     EXPECT_EQ(_ListCount(nullptr, numbers), -1);
 }
 

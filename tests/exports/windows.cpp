@@ -138,7 +138,8 @@ TEST(WindowServices, AnswerByTheirSelectors)
                                       _SetColor(session, 12, static_cast<int32_t>(0xC2000001)));
                           EXPECT_EACH(-1, _SetDisplayEffect(session, 8), _SetDisplayEffect(session, -1));
                           EXPECT_EACH(0, _SetDisplayEffect(session, 7), EnableHourGlass(session, 5),
-                                      _DisableBranding(session, L"x"));
+                                      _DisableBranding(session, L"x"), _EnableSkins(session, 0), _IsSkinLoaded(session),
+                                      _SetPaletteFile(session, L"none"));
                           // The upper bits stay as given.
                           EXPECT_EACH(0, _EnableDialogCache(session, 0x10001), _EnableDialogCache(session, 0));
                       }),
@@ -148,6 +149,7 @@ TEST(WindowServices, AnswerByTheirSelectors)
     variant window(L"before");
     EXPECT_EQ(__GetMainWindow(session, &window.get()), 0);
     EXPECT_EQ(window.type(), VT_DISPATCH);
+    EXPECT_EQ(MessageBeepP(MB_OK), 1);
 
     const BareContext bare;
     EXPECT_EQ(__GetMainWindow(bare, window.put()), static_cast<int32_t>(0x80004003));

@@ -1,17 +1,21 @@
 #!/usr/bin/env python3
 """What vhtool sign, verify and trust do with keys and certificates of another tool.
 
-Arguments: the program that starts Windows programs, vhtool, the program that changes bytes, a folder of the test's own.
+Arguments: the program that starts Windows programs, vhtool, the program of tests/signing, a folder of the test's own.
 """
 import json
 import os
 import pathlib
+import pty
+import select
 import shutil
 import struct
 import subprocess
 import sys
+import time
+import tty
 
-RUNNER, TOOL, CHANGE, WORK = sys.argv[1:5]
+RUNNER, TOOL, INSIDE, WORK = sys.argv[1:5]
 HEADER = 493
 faults = []
 checks = 0
@@ -28,6 +32,11 @@ def tool(*words, **environment):
     done = subprocess.run([RUNNER, TOOL, *words], cwd=WORK, env={**os.environ, **environment}, stdin=subprocess.DEVNULL,
                           capture_output=True, timeout=100)
     return done.returncode, done.stdout.decode().replace("\r", ""), done.stderr.decode()
+
+
+def inside(*words):
+    done = subprocess.run([RUNNER, INSIDE, *words], cwd=WORK, capture_output=True, timeout=500)
+    return done.returncode, done.stdout.decode().replace("\r\n", ", ")
 
 
 def expect(name, got, wanted):
@@ -125,11 +134,14 @@ def check_verify(name, error, *words, **more):
     expect(f"{name} {words}", {key: str(seen.get(key)) if key == "error" else seen.get(key) for key in wanted}, wanted)
 
 
+def thumbprint(certificate):
+    digits = openssl("x509", "-in", f"{certificate}.pem", "-fingerprint", "-sha1", "-noout").decode()
+    return digits.split("=")[1].strip().replace(":", "")
+
+
 def root_store(certificate, put):
     """Puts a certificate into this user's ROOT store, or takes it out."""
-    digits = openssl("x509", "-in", f"{certificate}.pem", "-fingerprint", "-sha1", "-noout").decode()
-    digits = digits.split("=")[1].strip().replace(":", "")
-    key = "HKCU\\Software\\Microsoft\\SystemCertificates\\Root\\Certificates\\" + digits
+    key = "HKCU\\Software\\Microsoft\\SystemCertificates\\Root\\Certificates\\" + thumbprint(certificate)
     if put:
         der = read(f"{certificate}.cer")
         blob = struct.pack("<III", 32, 1, len(der)) + der
@@ -185,6 +197,9 @@ def check_keys():
         sign("marked.dat", 0, "--key", write("marked.pvk", key), *certificate)
     for damaged in (key[:-1], key[:24], b"", b"x" + key[1:], key[:20] + b"\xff" * 4 + key[24:]):
         sign("damaged.dat", 1, "--key", write("damaged.pvk", damaged), *certificate)
+    changed = read("alone.cer")
+    sign("damaged.dat", 1, "--key", "alone-none.pvk", "--certificate",
+         write("damaged.cer", changed[:-1] + bytes([changed[-1] ^ 1])))
     sign("foreign.dat", 1, "--key", "alone-none.pvk", "--certificate", "other.cer")
     sign("no-key.dat", 1, "--key", "missing.pvk", *certificate)
     sign("no-certificate.dat", 1, "--key", "alone-none.pvk", "--certificate", "missing.cer")
@@ -196,7 +211,7 @@ def check_files():
     good = read(data_file("unsigned.dat"))
     check_verify("unsigned.dat", 0x80042328, signed=False, trusted=False, subject="")
     check_verify("missing.dat", 0x80070002)
-    sign("twice.dat", 1, *words, data=read("none.dat"))
+    expect("signed twice", "signed already" in sign("twice.dat", 1, *words, data=read("none.dat")), True)
     for damaged in (good[:-1], good[:100], b"", b"x" + good[1:], good[:12] + b"\xff" * 8 + good[20:]):
         sign("bad.dat", 1, *words, data=damaged)
     signed = read("none.dat")
@@ -205,13 +220,12 @@ def check_files():
     check_verify("none.dat", 0, "--expect", "VHRT ALONE")
     check_verify("none.dat", 0x800B0100, "--expect", "VHRT other")
     check_verify("none.dat", 0x800B0100, "--expect", "")
-    digits = openssl("x509", "-in", "alone.pem", "-fingerprint", "-sha1", "-noout").decode().split("=")[1].strip()
-    check_verify("none.dat", 0, "--expect", "|" + digits.replace(":", ""))
+    check_verify("none.dat", 0, "--expect", "|" + thumbprint("alone"))
     for name, step in (("none.dat", "3"), ("chain.dat", "7")):
-        done = subprocess.run([RUNNER, CHANGE, name, "changed.dat", step], cwd=WORK, capture_output=True, timeout=500)
-        expect(f"{name}: no changed byte verifies", (done.returncode, done.stdout.decode() if done.returncode else ""),
-               (0, ""))
-        print(name, len(read(name)), "bytes:", done.stdout.decode().replace("\r\n", ", "))
+        code, said = inside("changes", name, "changed.dat", step)
+        expect(f"{name}: no changed byte verifies", (code, said if code else ""), (0, ""))
+        print(name, len(read(name)), "bytes:", said)
+    expect("a disk that fills", inside("unwritable", data_file("full.dat"), *words[1::2])[0], 0)
 
 
 def check_trust():
@@ -247,6 +261,11 @@ def check_chains():
     try:
         sign("part.dat", 0, "--key", key, "--certificate", part)
         check_verify("part.dat", 0, "--expect", "VHRT leaf")
+        # The last that leads to the root has run out.
+        make_certificate("stale", "root", authority=True, expired=True)
+        make_certificate("young", "stale")
+        err = sign("young.dat", 1, "--key", pvk("young", "none"), "--certificate", bundle("y.p7b", "young", "stale"))
+        expect("a chain that has run out", "0x800B0101" in err, True)
     finally:
         root_store("root", False)
     check_verify("part.dat", 0x80042329, signed=True)
@@ -257,7 +276,7 @@ def check_pfx():
             "pass:secret", "-out", "leaf.pfx")
     openssl("pkcs12", "-export", "-inkey", "alone.key", "-in", "alone.pem", "-passout", "pass:", "-out", "alone.pfx")
     openssl("pkcs12", "-export", "-nokeys", "-in", "alone.pem", "-passout", "pass:", "-out", "keyless.pfx")
-    sign("pfx.dat", 0, "--specification", "leaf.pfx", "--password-file", "plain.txt")
+    sign("pfx.dat", 0, "--specification", "leaf.pfx", "--password-file", write("marked.txt", b"\xef\xbb\xbfsecret\n"))
     expect("pfx: openssl", verified_by_openssl("pfx.dat", "leaf"), "Verified OK")
     sign("pfx-open.dat", 0, "--specification", "alone.pfx")
     check_verify("pfx-open.dat", 0, "--expect", "VHRT alone")
@@ -268,15 +287,53 @@ def check_pfx():
     sign("nobody.dat", 1, "--specification", "*VHRT nobody at all")
 
 
+def check_stores():
+    """Keys in "MY", by subject and by thumbprint; digits that are none are looked for in subjects."""
+    digits = thumbprint("alone")
+    for place, root, location in (("user", "HKCU", ""), ("machine", "HKLM", "Machine:")):
+        expect(f"store of the {place}", inside("store", "alone.pfx", "", place), (0, ""))
+        for text, code in (("VHRT alone", 0), ("|" + digits.lower(), 0), ("|VHRT ALONE", 0), ("|" + "0" * 40, 1)):
+            sign("store.dat", code, "--specification", f"*MY*{location}{text}")
+            sign("store.dat", code, "--specification", f"*{location}{text}?dual")
+        sign("store.dat", 0, "--specification", f"*{location}VHRT alone")
+        check_verify("store.dat", 0)
+        key = f"{root}\\Software\\Microsoft\\SystemCertificates\\MY\\Certificates\\{digits}"
+        expect(f"reg {root}", subprocess.run([RUNNER, "reg", "delete", key, "/f"], capture_output=True).returncode, 0)
+        sign("store.dat", 1, "--specification", f"*{location}VHRT alone")
+
+
+def check_prompt():
+    """A person at a console is asked, and does not see the password."""
+    for password, wanted in ((b"secret", 0), (b"wrong", 1)):
+        ours, theirs = pty.openpty()
+        tty.setraw(theirs)  # what echoes is the program then
+        words = [RUNNER, TOOL, "sign", data_file("asked.dat"), "--key", "alone-strong.pvk", "--certificate", "alone.cer"]
+        with subprocess.Popen(words, cwd=WORK, stdin=theirs, stdout=theirs, stderr=theirs) as asked:
+            seen, end = b"", time.monotonic() + 100
+            while asked.poll() is None and time.monotonic() < end:
+                if select.select([ours], [], [], 0.1)[0]:
+                    seen += os.read(ours, 1000)
+                    if seen.endswith(b"key:\r\n\x1b[?25h"):
+                        os.write(ours, password + b"\r")
+            asked.kill()
+        os.close(ours)
+        os.close(theirs)
+        expect("asked", (asked.returncode, password in seen), (wanted, False))
+
+
 def main():
     shutil.rmtree(WORK, ignore_errors=True)
     os.makedirs(WORK)
     check_keys()
     check_chains()
     check_pfx()
+    check_stores()
+    check_prompt()
     check_trust()
     check_files()
-    for words in (["sign", "none.dat"], ["sign", "none.dat", "--key", "a.pvk"], ["verify"],
+    for words in (["sign", "none.dat"], ["sign", "none.dat", "--specification", ""], ["verify", ""],
+                  ["pending", "record", "none.dat", ""],
+                  ["sign", "none.dat", "--key", "a.pvk"], ["verify"],
                   ["sign", "none.dat", "--password", "x", "--specification", "a.pfx"]):
         expect(f"{words}", tool(*words)[0], 2)
     print("\n".join(faults) or f"{checks} checks")

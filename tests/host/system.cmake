@@ -45,6 +45,8 @@ expect_bytes("clear moves nothing" 74776f ${w}/target)
 expect("no key" 1 "" reg query HKLM\\Software\\VarnholtPendingOperation)
 expect("no such command" 2 "apply" ${pending})
 expect("no source" 2 "SOURCE" ${pending} record "")
+string(REPEAT d 240 long)
+expect("too long for the list" 4 "d\\x: " ${pending} record ${w}/three ${w}/${long}/x)
 
 # Folders go whole; what a link leads to stays.
 file(MAKE_DIRECTORY ${w}/tree/a/b ${w}/linked/inner ${w}/kept)
@@ -63,7 +65,7 @@ text(marked "${mark}ä€ЖA\r\n")
 text(plain "some plain text\n")
 file(WRITE ${w}/bytes "no such text, but bytes")
 foreach(case "marked|1252|0||e4803f410d0a" "marked|1251|0||6188c6410d0a" "plain|1252|0||736f6d6520706c61696e20746578740a"
-    "marked|12345|4|out: |" "bytes|1252|1|bytes: is no UTF-16 text|6b657074" "none|1252|4|none: |6b657074"
+    "marked|12345|2|no such code page|6b657074" "bytes|1252|1|bytes: is no UTF-16 text|6b657074" "none|1252|4|none: |6b657074"
     "target|x|2|--code-page|6b657074")
   string(REPLACE "|" ";" case "${case}")
   list(GET case 4 hex)
@@ -93,7 +95,7 @@ foreach(case "HKLM\\Software\\Classes|" "HKCU\\Software\\Classes|--per-user")
   expect("server off ${case}" 0 "" ${TOOL} unregister ${SERVER} ${case})
   expect("server off twice" 1 "vhrt_test_server.dll: " ${TOOL} unregister ${SERVER} ${case})
 endforeach()
-foreach(case "bad.rgs|bad.rgs: line 4, column 6: numbers are not supported" "none.rgs|none.rgs: " "other.txt|other.txt: "
+foreach(case "bad.rgs|bad.rgs: line 4, column 6: numbers are not supported" "none.rgs|none.rgs: " "other.txt|other.txt: is none of .rgs"
     "none.dll|none.dll: " "none.exe|none.exe: " "bad.rgs/x.tlb|x.tlb: ")
   string(REPLACE "|" ";" case "${case}")
   list(POP_FRONT case file)

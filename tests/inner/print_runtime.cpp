@@ -1,5 +1,6 @@
 // Printing on a print dialog and a shell of the test's own.
 #include "../../system/print_runtime.h"
+#include "../../exports/vhrt/printing.h"
 #include "../../system/late_shell.h"
 #include "../support/test.h"
 
@@ -173,7 +174,7 @@ TEST_F(Printing, FindsTheVisibleWindowThatBelongsToTheGivenOne)
         owner = given->hwndOwner;
         return FALSE;
     });
-    EXPECT_FALSE(PrintFile(parent, file.c_str()));
+    EXPECT_EQ(_PrintFile(parent, file.c_str()), -1);
     EXPECT_EQ(owner, parent);
     const auto child = [&](DWORD style) { return NewWindow(L"Static", WS_POPUP | style, {0, 0, 9, 9}, parent); };
     const HWND hidden = child(0), visible = child(WS_VISIBLE);
@@ -182,7 +183,7 @@ TEST_F(Printing, FindsTheVisibleWindowThatBelongsToTheGivenOne)
     DestroyWindow(parent);
     const Replaced prints_now(late::print_dialog, &Dialog);
     g_process = Ended();
-    EXPECT_TRUE(PrintFile(nullptr, file.c_str()));
+    EXPECT_EQ(_PrintFile(nullptr, file.c_str()), 0);
     EXPECT_NE(GetFileAttributesW(file.c_str()), INVALID_FILE_ATTRIBUTES) << "a script's file stays";
     EXPECT_TRUE(PrintFile(nullptr, nullptr));
     EXPECT_TRUE(g_seen.ends_with(L"64 printto  \"The Printer\"")) << g_seen;

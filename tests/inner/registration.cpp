@@ -145,7 +145,7 @@ TEST_F(Registration, AndItsNeighboursLeaveNothingOpen)
                                                          6)));
     ASSERT_TRUE(CopyFileW(Beside(L"vhrt_test_program.exe").c_str(), (folder / L"0.exe").c_str(), FALSE));
     script_fault fault;
-    DWORD before = 0;
+    int before = 0;
     for (int run = 0; run <= 100; ++run) {
         for (const bool registers : {true, false}) {
             EXPECT_TRUE(RegisterFromScript(good, L"", registers, false, fault));

@@ -59,7 +59,7 @@ TEST_F(Lifetime, OfAThousandReadersLeavesNothing)
         }
     };
     use(30);
-    const DWORD before = OpenHandles();
+    const int before = OpenHandles();
     use(1000);
     EXPECT_LE(OpenHandles(), before + 10);
     EXPECT_EQ(sessions, 1030);

@@ -1,9 +1,12 @@
-// Changes each byte of a signed file in turn, and cuts the file at each place of its trailer: none may verify.
-// Arguments: the file, a file of its own, and the step from place to place. Exit code 0 when nothing verified.
+// What the tests of signing do from the inside; exit code 0 when all was as it has to be.
+//     changes FILE PLACE STEP           changes and cuts a signed file in a file of its own: none may verify
+//     unwritable FILE KEY CERTIFICATE   signs where writing fails: the file stays as it was
+//     store PFX PASSWORD user|machine   puts what has a key into "MY"
 #include <cstdio>
 
-#include "../../diagnostics/signature_context.h"
-#include "../support/test.h"
+#include "../../diagnostics/file_signer.h"
+#include "../support/handle_counts.h"
+#include "../support/import_patch.h"
 
 namespace {
 
@@ -21,8 +24,9 @@ public:
         if (result == (info.last_error != 0))
             std::printf("a result without its error\n"), ++failures;
         ++errors[info.last_error];
-        // Every fifth, since both ways share what they look at.
-        return result || (++m_turn % 5 == 0 && m_context.VerifyFileAgainst(m_place.c_str(), L"VHRT") == 0);
+        // Every fifth, since both ways share what they look at. Who did not verify can't be trusted.
+        return result || (++m_turn % 5 == 0 &&
+                          (m_context.VerifyFileAgainst(m_place.c_str(), L"VHRT") == 0 || m_context.TrustSigner()));
     }
     void Change(std::size_t at, int bits)
     {
@@ -47,22 +51,19 @@ private:
     vh::SignatureContext m_context;
 };
 
-} // namespace
-
-int wmain(int count, wchar_t** words)
+int Change(wchar_t** words)
 {
-    if (count != 4)
-        return 2;
-    const std::string content = BytesOf(std::filesystem::path(words[1]));
+    const std::string content = BytesOf(std::filesystem::path(words[0]));
     const std::vector<char> bytes(content.begin(), content.end());
     const auto header = vh::ReadSignedHeader(std::as_bytes(std::span(bytes)));
-    Changes changes(bytes, words[2]);
+    Changes changes(bytes, words[1]);
     if (!header || !changes.Verifies(bytes)) {
         std::printf("the file as it is does not verify\n");
         return 1;
     }
     changes.errors.clear();
-    const std::size_t step = std::wcstoul(words[3], nullptr, 10);
+    const int handles = OpenHandles();
+    const std::size_t step = std::wcstoul(words[2], nullptr, 10);
     for (std::size_t at = 0; at < bytes.size(); at += step)
         changes.Change(at, 1 << at % 8);
     for (std::size_t size = header->content_end; size < bytes.size(); size += 3 * step)
@@ -73,7 +74,56 @@ int wmain(int count, wchar_t** words)
     longer.push_back(0);
     if (changes.Verifies(longer))
         std::printf("verifies with a byte behind it\n"), ++changes.failures;
+    if (OpenHandles() > handles + 10)
+        std::printf("%d handles more\n", OpenHandles() - handles), ++changes.failures;
     for (const auto& [error, times] : changes.errors)
         std::printf("%08lx %d\n", error, times);
     return changes.failures ? 1 : 0;
+}
+
+// Half of what is to be written, and then a failure or a short count.
+bool g_refuses;
+BOOL WINAPI WriteHalf(HANDLE file, const void* bytes, DWORD size, DWORD* written, OVERLAPPED*)
+{
+    OfSystem<decltype(WriteFile)>("WriteFile")(file, bytes, size / 2, written, nullptr);
+    SetLastError(ERROR_DISK_FULL);
+    return g_refuses ? FALSE : TRUE;
+}
+
+int SignUnwritable(wchar_t** words)
+{
+    const std::vector<char> before = Read(words[0]);
+    const ImportPatch patch(GetModuleHandleW(nullptr), "WriteFile", reinterpret_cast<void*>(&WriteHalf));
+    int failures = patch.found() ? 0 : 1;
+    for (g_refuses = false;; g_refuses = true) {
+        const DWORD result = vh::FileSigner().SignFile(words[0], words[1], words[2], L"");
+        failures += result != vh::sign_write_failed || Read(words[0]) != before;
+        std::printf("%lu, %zu bytes\n", result, Read(words[0]).size());
+        if (g_refuses)
+            return failures;
+    }
+}
+
+int Store(wchar_t** words)
+{
+    const bool machine = std::wstring_view(words[2]) == L"machine";
+    std::vector<char> bytes = Read(words[0]);
+    CRYPT_DATA_BLOB blob{static_cast<DWORD>(bytes.size()), reinterpret_cast<BYTE*>(bytes.data())};
+    const vh::unique_store source(PFXImportCertStore(&blob, words[1], machine ? CRYPT_MACHINE_KEYSET : 0));
+    const vh::unique_store target(
+        CertOpenStore(CERT_STORE_PROV_SYSTEM_W, 0, 0,
+                      machine ? CERT_SYSTEM_STORE_LOCAL_MACHINE : CERT_SYSTEM_STORE_CURRENT_USER, L"MY"));
+    for (const vh::unique_certificate& one : vh::AllCertificates(source.get()))
+        if (!CertAddCertificateContextToStore(target.get(), one.get(), CERT_STORE_ADD_REPLACE_EXISTING, nullptr))
+            return 1;
+    return source && target ? 0 : 1;
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** words)
+{
+    const std::map<std::wstring, int (*)(wchar_t**)> modes = {
+        {L"changes", Change}, {L"unwritable", SignUnwritable}, {L"store", Store}};
+    return count == 5 && modes.contains(words[1]) ? modes.at(words[1])(words + 2) : 2;
 }

@@ -1,9 +1,21 @@
-// How many drawing objects, handles and windows this process has.
+// How many handles of the system, drawing objects and windows this process has.
 #pragma once
 
 #include "test.h"
 
 namespace vh::test {
+
+// Files, keys, events and the like; not every system counts them by itself.
+inline int OpenHandles()
+{
+    int count = 0;
+    constexpr uintptr_t highest = 0x8000;
+    for (uintptr_t value = 4; value < highest; value += 4) {
+        DWORD flags = 0;
+        count += GetHandleInformation(reinterpret_cast<HANDLE>(value), &flags) != FALSE;
+    }
+    return count;
+}
 
 // Where the system does not count them, the table that it shows to each process is counted.
 inline int OpenGdiObjects()
