@@ -78,6 +78,7 @@ endif()
 # Programs. What the host's script side is made of, and the tool's reader, also serve the tests.
 add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
+  host/constants.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
   host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
@@ -215,6 +216,9 @@ set_tests_properties(tool_system PROPERTIES TIMEOUT 600)
 add_test(NAME product_schema COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/schema.py ${CMAKE_SOURCE_DIR}
   ${WINE_RUNNER} $<TARGET_FILE:vhtool> ${CMAKE_BINARY_DIR}/host_tests/schema)
 set_tests_properties(product_schema PROPERTIES TIMEOUT 600)
+add_test(NAME script_types COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/types.py ${CMAKE_SOURCE_DIR}
+  ${WINE_RUNNER} $<TARGET_FILE:vhtool>)
+set_tests_properties(script_types PROPERTIES TIMEOUT 300)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

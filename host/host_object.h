@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,16 @@ struct HostServices {
     // Stops the run as Ctrl+C does.
     std::function<void()> cancel;
 };
+
+// What stands beside the library's functions: a function or a value.
+struct Service {
+    const wchar_t* name;
+    vh::variant (*call)(const HostServices& services, std::span<const VARIANT> arguments);
+    // As TypeScript declares it, and what it is for.
+    const char* declaration;
+    const char* meaning;
+};
+std::span<const Service> ServiceTable();
 
 class HostObject : public vh::com_object<IDispatch> {
 public:
