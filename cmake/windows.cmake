@@ -80,7 +80,9 @@ add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/constants.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/version.cpp host/window_services.cpp
+  tools/export_table.cpp)
+set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)

@@ -125,7 +125,7 @@ std::wstring RunScripts(const Library& library, const vh::engine::Engine& engine
     if (!site->Run(options.scripts.empty() ? engine.ScriptFiles() : options.scripts))
         return site->Failure().Text();
     if (object->LastTransfer() < 0)
-        return L"the data was not moved (result " + std::to_wstring(object->LastTransfer()) + L")";
+        return L"the data was not moved (result " + ResultText(object->LastTransfer()) + L")";
     return {};
 }
 
