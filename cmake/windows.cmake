@@ -85,7 +85,7 @@ add_library(vhhost_parts STATIC
 set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/stop_signal.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
@@ -197,6 +197,9 @@ endforeach()
 add_test(NAME host_failures COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DTOOL=$<TARGET_FILE:vhtool> -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DSOURCE=${CMAKE_SOURCE_DIR}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/failures -P ${CMAKE_SOURCE_DIR}/tests/host/failures.cmake)
+add_test(NAME host_stop COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/stop.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
+  ${CMAKE_BINARY_DIR}/host_tests/stop)
+set_tests_properties(host_stop PROPERTIES TIMEOUT 300)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

@@ -80,6 +80,24 @@ void Explain(EXCEPINFO* exception, HRESULT code, const std::wstring& text)
     exception->scode = code;
 }
 
+void Refuse(const std::atomic<bool>& cancelled)
+{
+    if (cancelled)
+        throw script_error(L"cancelled");
+}
+
+// Counts a call while it goes on.
+class Inside {
+public:
+    explicit Inside(std::atomic<int>& count) : m_count(count) { ++m_count; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+    ~Inside() { --m_count; }
+
+private:
+    std::atomic<int>& m_count;
+};
+
 // Arguments arrive last first.
 std::vector<VARIANT> InOrder(const DISPPARAMS* parameters)
 {
@@ -140,8 +158,10 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
     if (!(flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)))
         return DISP_E_MEMBERNOTFOUND;
     try {
-        if (m_cancelled)
-            throw script_error(L"cancelled");
+        // Looked at on both sides of the count: a call that is refused is none that somebody waits for.
+        Refuse(m_cancelled);
+        const Inside inside(m_inside);
+        Refuse(m_cancelled);
         const std::vector<VARIANT> arguments = InOrder(parameters);
         vh::variant value;
         if (id >= 1 && static_cast<std::size_t>(id) <= m_functions.size()) {

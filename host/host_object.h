@@ -45,6 +45,8 @@ public:
 
     // Result of the latest transfer that the script asked for; 0 when there was none.
     int32_t LastTransfer() const { return m_last_transfer; }
+    // Whether the script waits for a call; any thread may ask.
+    bool Busy() const { return m_inside > 0; }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
@@ -70,6 +72,7 @@ private:
     std::vector<Function> m_functions;
     std::map<std::wstring, DISPID, std::less<>> m_names;
     int32_t m_last_transfer = 0;
+    std::atomic<int> m_inside{0};
 };
 
 } // namespace host

@@ -157,6 +157,7 @@ bool ScriptSite::Load(const std::vector<std::wstring>& files, SCRIPTSTATE state)
         Require(script->AddNamedItem(global_name, SCRIPTITEM_ISVISIBLE | SCRIPTITEM_GLOBALMEMBERS), "the host's names");
     if (state != SCRIPTSTATE_INITIALIZED)
         Require(script->SetScriptState(state), "the connected state");
+    SetRunning(script.get());
     for (std::size_t i = 0; i < m_sources.size() && !m_failed; ++i) {
         EXCEPINFO exception{};
         const HRESULT code = parser->ParseScriptText(m_sources[i].c_str(), nullptr, nullptr, nullptr, i, 1,
@@ -166,8 +167,23 @@ bool ScriptSite::Load(const std::vector<std::wstring>& files, SCRIPTSTATE state)
             m_failure = {m_files[i], 0, 0, SystemText(static_cast<uint32_t>(code)), {}};
         }
     }
+    SetRunning(nullptr);
     script->Close();
     return !m_failed;
+}
+
+void ScriptSite::SetRunning(IActiveScript* script)
+{
+    const std::scoped_lock lock(m_lock);
+    m_running = script;
+}
+
+void ScriptSite::Interrupt()
+{
+    const std::scoped_lock lock(m_lock);
+    EXCEPINFO none{};
+    if (m_running)
+        m_running->InterruptScriptThread(SCRIPTTHREADID_BASE, &none, 0);
 }
 
 HRESULT ScriptSite::GetItemInfo(LPCOLESTR name, DWORD mask, IUnknown** item, ITypeInfo** type)
