@@ -24,6 +24,7 @@ install(FILES scriptdata/bstr.h scriptdata/com_object.h scriptdata/com_ptr.h scr
   scriptdata/unique.h scriptdata/variant.h DESTINATION ${VHRT_HEADERS}/scriptdata)
 
 install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.schema.json)
+install(FILES types/vhrt.d.ts DESTINATION types)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION docs)
 install(DIRECTORY samples DESTINATION .)
 # The samples with windows bring their own libraries along, with what these are made of.

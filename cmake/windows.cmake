@@ -78,12 +78,15 @@ endif()
 # Programs. What the host's script side is made of, and the tool's reader, also serve the tests.
 add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
+  host/constants.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/window_services.cpp tools/export_table.cpp)
+  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/version.cpp host/window_services.cpp
+  tools/export_table.cpp)
+set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp
-  host/products.cpp host/rights.cpp)
+  host/products.cpp host/rights.cpp host/stop_signal.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
@@ -202,6 +205,9 @@ add_test(NAME host_life COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.p
 add_test(NAME host_life_packed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_packed 2 $<TARGET_FILE:vhtool>)
 set_tests_properties(host_life host_life_packed PROPERTIES TIMEOUT 600)
+add_test(NAME host_stop COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/stop.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
+  ${CMAKE_BINARY_DIR}/host_tests/stop)
+set_tests_properties(host_stop PROPERTIES TIMEOUT 300)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
@@ -223,6 +229,9 @@ set_tests_properties(tool_system PROPERTIES TIMEOUT 600)
 add_test(NAME product_schema COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/schema.py ${CMAKE_SOURCE_DIR}
   ${WINE_RUNNER} $<TARGET_FILE:vhtool> ${CMAKE_BINARY_DIR}/host_tests/schema)
 set_tests_properties(product_schema PROPERTIES TIMEOUT 600)
+add_test(NAME script_types COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/types.py ${CMAKE_SOURCE_DIR}
+  ${WINE_RUNNER} $<TARGET_FILE:vhtool>)
+set_tests_properties(script_types PROPERTIES TIMEOUT 300)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
   -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)

@@ -208,9 +208,14 @@ std::vector<InstalledProduct> InstalledProducts(const std::wstring& dataDir);
 // Where the install log of a setup folder lies. Throws engine_error for a broken product file.
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir = {});
 
+// How many things an install log lists that no removal has taken away or left for good. Throws engine_error when
+// another setup has the log.
+std::size_t LeftForRemoval(const std::wstring& logFile);
+
 // Undoes all that an install log lists, newest first, and removes the log when nothing is left to do. Each
 // removal is noted in the log at once, so a killed removal goes on where it stopped. Throws engine_error when
-// the log is missing or another setup has it. `onRemoval` hears each result as it comes and may be empty.
+// the log is missing or another setup has it. `onRemoval` hears each result as it comes and may be empty; an
+// exception of it ends the removal, and the next one goes on.
 std::vector<Removal> Uninstall(const std::wstring& logFile, const std::function<void(const Removal&)>& onRemoval = {});
 
 } // namespace vh::engine

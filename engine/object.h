@@ -44,6 +44,9 @@ public:
           m_code(core.calls.Enter(core.calls.NeedsText() ? CallText(method, arguments...) : std::wstring()))
     {
     }
+    EngineCall(const EngineCall&) = delete;
+    EngineCall& operator=(const EngineCall&) = delete;
+    ~EngineCall() { m_core.calls.Leave(); }
 
     template <class Body>
     HRESULT operator()(Body&& body) const

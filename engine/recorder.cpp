@@ -33,6 +33,10 @@ void Recorder::Reset()
 
 HRESULT Recorder::Enter(std::wstring line)
 {
+    // Counted before it looks: who shuts sees the call, or the call sees that.
+    ++m_inside;
+    if (m_shut)
+        return E_ABORT;
     const bool failNow = ++m_calls == m_failAt;
     const auto failure =
         std::find_if(m_failures.begin(), m_failures.end(), [&](const Failure& f) { return line.starts_with(f.start); });

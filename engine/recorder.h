@@ -1,6 +1,7 @@
 // The record of engine calls, for tests: each call as one line of text, and any call made to fail.
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,10 +29,20 @@ public:
     // Forgets lines, counts and failures.
     void Reset();
 
+    // From now on every call returns E_ABORT and does nothing. True when none is under way any more; any thread may
+    // ask.
+    bool Shut()
+    {
+        m_shut = true;
+        return m_inside == 0;
+    }
+
     // Whether anybody reads the text of a line.
     bool NeedsText() const { return m_recording || !m_failures.empty(); }
     // Notes a call; any other result than S_OK is what the call has to return.
     HRESULT Enter(std::wstring line);
+    // The call is over.
+    void Leave() { --m_inside; }
 
 private:
     struct Failure {
@@ -39,6 +50,8 @@ private:
         HRESULT code;
     };
 
+    std::atomic<bool> m_shut{false};
+    std::atomic<int> m_inside{0};
     bool m_recording = false;
     long m_calls = 0;
     long m_failAt = 0;

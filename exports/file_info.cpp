@@ -16,16 +16,6 @@
 namespace {
 
 // Facts of a file, as in vhrt.h.
-enum file_fact : int32_t {
-    fact_date = 3,
-    fact_time = 4,
-    fact_number = 5,
-    fact_long_date = 9,
-    fact_bits = 10,
-    fact_signature = 11,
-    fact_language_list = 65536,
-    fact_language_bits = 131072,
-};
 
 // What the value of a fact becomes.
 enum class form { none, positive, number, date, time, long_date, text, truth, bits, hexadecimal, list, text_bits };
@@ -33,41 +23,41 @@ enum class form { none, positive, number, date, time, long_date, text, truth, bi
 constexpr form FormOf(int32_t fact)
 {
     switch (fact) {
-    case 1:
-    case 2:
-    case 12:
-    case 13:
-    case 14:
-    case 18:
-    case 20:
+    case FileFactSizeLow:
+    case FileFactSizeHigh:
+    case FileFactPlainSizeLow:
+    case FileFactPlainSizeHigh:
+    case FileFactGroupFiles:
+    case FileFactGroupSizeLow:
+    case FileFactGroupSizeHigh:
         return form::positive;
-    case fact_date:
+    case FileFactDate:
         return form::date;
-    case fact_time:
+    case FileFactTime:
         return form::time;
-    case fact_number:
+    case FileFactAttributes:
         return form::number;
-    case 6:
-    case 7:
-    case 8:
-    case 15:
-    case 16:
-    case 17:
-    case 19:
+    case FileFactVersion:
+    case FileFactLanguage:
+    case FileFactSource:
+    case FileFactGroup:
+    case FileFactTargetFolder:
+    case FileFactSourceFolder:
+    case FileFactItem:
         return form::text;
-    case fact_long_date:
+    case FileFactLongDate:
         return form::long_date;
-    case fact_bits:
+    case FileFactSystems:
         return form::bits;
-    case fact_signature:
+    case FileFactSignature:
         return form::hexadecimal;
-    case 21:
-    case 22:
-    case 23:
+    case FileFactShared:
+    case FileFactPermanent:
+    case FileFactNeverOverwritten:
         return form::truth;
-    case fact_language_list:
+    case FileFactLanguages:
         return form::list;
-    case fact_language_bits:
+    case FileFactSystemBits:
         return form::text_bits;
     default:
         return form::none;
@@ -75,7 +65,11 @@ constexpr form FormOf(int32_t fact)
 }
 
 // Facts of a single file, which make no sense without one.
-constexpr bool NeedsFile(int32_t fact) { return (fact >= 1 && fact <= 9) || (fact >= 11 && fact <= 13); }
+constexpr bool NeedsFile(int32_t fact)
+{
+    return (fact >= FileFactSizeLow && fact <= FileFactLongDate) ||
+           (fact >= FileFactSignature && fact <= FileFactPlainSizeHigh);
+}
 
 // The packed form of a file's date and time.
 struct packed_time {

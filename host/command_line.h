@@ -8,6 +8,7 @@
 
 #include "console.h"
 #include "text.h"
+#include "version.h"
 
 namespace host {
 
@@ -40,9 +41,11 @@ inline std::wstring UsageOf(const CLI::App& app)
            (choice.empty() ? L"" : L"\n") + Wide(name) + L" --help says more.";
 }
 
-// False when only help was asked for. A wrong command line is explained and thrown on as CLI::ParseError.
+// False when only help or the version was asked for. A wrong command line is explained and thrown on as
+// CLI::ParseError.
 inline bool ParseCommandLine(CLI::App& app, int count, wchar_t** words)
 {
+    app.set_version_flag("--version", product_version, "Print the version and exit");
     // The parser takes the last word first.
     std::vector<std::string> arguments;
     for (int i = count - 1; i > 0; --i)
@@ -52,6 +55,9 @@ inline bool ParseCommandLine(CLI::App& app, int count, wchar_t** words)
         return true;
     } catch (const CLI::CallForHelp&) {
         Say(WithoutLineEnds(app.help()));
+        return false;
+    } catch (const CLI::CallForVersion&) {
+        Say(Wide(app.get_name()) + L", " + Wide(product_version));
         return false;
     } catch (const CLI::ParseError& error) {
         // The parser looks for what is missing first; a misspelt word says more.

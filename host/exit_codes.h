@@ -12,11 +12,11 @@ enum ExitCode : int {
     exit_usage = 2,
     // The setup folder, its product file or its payload is wrong; nothing was touched.
     exit_setup = 4,
-    // Stopped by the user; the run is rolled back.
+    // Stopped by the user; the run is rolled back, a removal goes on the next time.
     exit_cancelled = 6,
     // VHRT.dll can't be loaded.
     exit_library = 7,
-    // The run failed, and not all of it could be undone yet; the next run tries again.
+    // The run failed, and not all of it could be undone yet, or a second Ctrl+C ended it; the next run tries again.
     exit_rollback = 9,
     // The removal left something behind that could not be removed.
     exit_removal = 8,

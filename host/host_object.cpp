@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "constants.h"
 #include "script_value.h"
 #include "text.h"
 #include "window_services.h"
@@ -36,27 +37,37 @@ vh::variant CancelSetup(const HostServices& services, Arguments)
     throw script_error(L"cancelled");
 }
 
-// What stands beside the library's functions; a service's number is its place behind the first one.
+// A service's number is its place behind the first one; so is that of a constant.
 constexpr DISPID first_service = 10000;
-struct Service {
-    const wchar_t* name;
-    vh::variant (*call)(const HostServices& services, Arguments arguments);
-};
+constexpr DISPID first_constant = 20000;
 constexpr Service service_table[] = {
-    {L"Print", &Print},
-    {L"Arguments", &Argument},
-    {L"SetupFolder", [](const HostServices& s, Arguments) { return vh::variant(s.setup_folder.c_str()); }},
-    {L"TargetFolder", [](const HostServices& s, Arguments) { return vh::variant(s.target_folder.c_str()); }},
-    {L"Silent", [](const HostServices& s, Arguments) { return vh::variant(s.silent); }},
-    {L"Maintenance", [](const HostServices& s, Arguments) { return vh::variant(s.maintenance); }},
-    {L"CancelSetup", &CancelSetup},
-    {L"ControlText", [](const HostServices&, Arguments given) { return ControlText(given); }},
-    {L"SetControlText", [](const HostServices&, Arguments given) { return SetControlText(given); }},
-    {L"EnableControl", [](const HostServices&, Arguments given) { return EnableControl(given); }},
-    {L"FocusControl", [](const HostServices&, Arguments given) { return FocusControl(given); }},
-    {L"ControlWindow", [](const HostServices&, Arguments given) { return ControlWindow(given); }},
-    {L"SendControl", [](const HostServices&, Arguments given) { return SendControl(given); }},
-    {L"OpenInShell", [](const HostServices&, Arguments given) { return OpenInShell(given); }},
+    {L"Print", &Print, "function Print(...values: any[]): void", "Prints the values as one line."},
+    {L"Arguments", &Argument, "function Arguments(name: string): string | undefined", "The value of --var name=value."},
+    {L"SetupFolder", [](const HostServices& s, Arguments) { return vh::variant(s.setup_folder.c_str()); },
+     "const SetupFolder: string", "The setup folder, without a backslash at the end."},
+    {L"TargetFolder", [](const HostServices& s, Arguments) { return vh::variant(s.target_folder.c_str()); },
+     "const TargetFolder: string", "The target folder, without a backslash at the end."},
+    {L"Silent", [](const HostServices& s, Arguments) { return vh::variant(s.silent); }, "const Silent: boolean",
+     "--silent was given."},
+    {L"Maintenance", [](const HostServices& s, Arguments) { return vh::variant(s.maintenance); },
+     "const Maintenance: boolean", "The product is installed already."},
+    {L"CancelSetup", &CancelSetup, "function CancelSetup(): never", "Stops the run as Ctrl+C does."},
+    {L"ControlText", [](const HostServices&, Arguments given) { return ControlText(given); },
+     "function ControlText(window: Int64, control: Int): string", "The text of a control; 0 is the dialog itself."},
+    {L"SetControlText", [](const HostServices&, Arguments given) { return SetControlText(given); },
+     "function SetControlText(window: Int64, control: Int, text: Text): void", "Changes the text of a control."},
+    {L"EnableControl", [](const HostServices&, Arguments given) { return EnableControl(given); },
+     "function EnableControl(window: Int64, control: Int, on: Int): void", "Lets a control be used, or not."},
+    {L"FocusControl", [](const HostServices&, Arguments given) { return FocusControl(given); },
+     "function FocusControl(window: Int64, control: Int): void", "Gives the keyboard to a control."},
+    {L"ControlWindow", [](const HostServices&, Arguments given) { return ControlWindow(given); },
+     "function ControlWindow(window: Int64, control: Int): number", "The control's own window."},
+    {L"SendControl", [](const HostServices&, Arguments given) { return SendControl(given); },
+     "function SendControl(window: Int64, control: Int, message: Int, number: Int64, last: Int64 | Text): number",
+     "The answer to a message of Windows."},
+    {L"OpenInShell", [](const HostServices&, Arguments given) { return OpenInShell(given); },
+     "function OpenInShell(path: string): boolean",
+     "Opens a document, a program or an address; false where the system knows no way."},
 };
 
 void Explain(EXCEPINFO* exception, HRESULT code, const std::wstring& text)
@@ -68,6 +79,24 @@ void Explain(EXCEPINFO* exception, HRESULT code, const std::wstring& text)
     exception->bstrDescription = vh::bstr(text).detach();
     exception->scode = code;
 }
+
+void Refuse(const std::atomic<bool>& cancelled)
+{
+    if (cancelled)
+        throw script_error(L"cancelled");
+}
+
+// Counts a call while it goes on.
+class Inside {
+public:
+    explicit Inside(std::atomic<int>& count) : m_count(count) { ++m_count; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+    ~Inside() { --m_count; }
+
+private:
+    std::atomic<int>& m_count;
+};
 
 // Arguments arrive last first.
 std::vector<VARIANT> InOrder(const DISPPARAMS* parameters)
@@ -96,6 +125,8 @@ HostObject::HostObject(const Library& library, const CallSite& site, const HostS
         m_names.emplace(service.name, id++);
 }
 
+std::span<const Service> ServiceTable() { return service_table; }
+
 HRESULT HostObject::GetTypeInfoCount(UINT* count)
 {
     *count = 0;
@@ -106,9 +137,11 @@ HRESULT HostObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DIS
 {
     std::fill_n(ids, count, DISPID_UNKNOWN);
     const auto found = m_names.find(std::wstring_view(names[0]));
-    if (found == m_names.end() || count != 1)
+    const std::optional<std::size_t> constant =
+        found == m_names.end() ? FindConstant(names[0]) : std::optional<std::size_t>();
+    if ((found == m_names.end() && !constant) || count != 1)
         return DISP_E_UNKNOWNNAME;
-    ids[0] = found->second;
+    ids[0] = constant ? first_constant + static_cast<DISPID>(*constant) : found->second;
     return S_OK;
 }
 
@@ -125,14 +158,18 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
     if (!(flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)))
         return DISP_E_MEMBERNOTFOUND;
     try {
-        if (m_cancelled)
-            throw script_error(L"cancelled");
+        // Looked at on both sides of the count: a call that is refused is none that somebody waits for.
+        Refuse(m_cancelled);
+        const Inside inside(m_inside);
+        Refuse(m_cancelled);
         const std::vector<VARIANT> arguments = InOrder(parameters);
         vh::variant value;
         if (id >= 1 && static_cast<std::size_t>(id) <= m_functions.size()) {
             if (!(flags & DISPATCH_METHOD))
                 return DISP_E_MEMBERNOTFOUND;
             value = CallFunction(m_functions[static_cast<std::size_t>(id) - 1], arguments);
+        } else if (id >= first_constant && static_cast<std::size_t>(id - first_constant) < ConstantCount()) {
+            value = FromInt64(ConstantValue(static_cast<std::size_t>(id - first_constant)));
         } else {
             value = CallService(id, arguments);
         }

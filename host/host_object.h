@@ -4,6 +4,7 @@
 #include <atomic>
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -26,6 +27,16 @@ struct HostServices {
     std::function<void()> cancel;
 };
 
+// What stands beside the library's functions: a function or a value.
+struct Service {
+    const wchar_t* name;
+    vh::variant (*call)(const HostServices& services, std::span<const VARIANT> arguments);
+    // As TypeScript declares it, and what it is for.
+    const char* declaration;
+    const char* meaning;
+};
+std::span<const Service> ServiceTable();
+
 class HostObject : public vh::com_object<IDispatch> {
 public:
     // The references have to outlive the object; `cancelled` makes every call fail.
@@ -34,6 +45,8 @@ public:
 
     // Result of the latest transfer that the script asked for; 0 when there was none.
     int32_t LastTransfer() const { return m_last_transfer; }
+    // Whether the script waits for a call; any thread may ask.
+    bool Busy() const { return m_inside > 0; }
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
@@ -59,6 +72,7 @@ private:
     std::vector<Function> m_functions;
     std::map<std::wstring, DISPID, std::less<>> m_names;
     int32_t m_last_transfer = 0;
+    std::atomic<int> m_inside{0};
 };
 
 } // namespace host

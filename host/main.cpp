@@ -26,9 +26,10 @@ constexpr const char* footer =
     "Exit codes: 0 done; 1 the script or a transfer failed (rolled back), or --verify found\n"
     "a file unlike its source; 2 wrong command line; 4 wrong setup folder, product file or\n"
     "payload, another setup of the product runs, or there is nothing to remove; 6 stopped by\n"
-    "the user (rolled back); 7 VHRT.dll or a script can't be loaded, or the trace can't be\n"
-    "written (rolled back); 8 the removal left something behind; 9 rolled back in part: the\n"
-    "next run tries the rest again; 10 the rights of an administrator are missing.";
+    "the user (rolled back; a removal goes on the next time); 7 VHRT.dll or a script can't be\n"
+    "loaded, or the trace can't be written (rolled back); 8 the removal left something behind;\n"
+    "9 rolled back in part, or ended by a second Ctrl+C: the next run undoes the rest;\n"
+    "10 the rights of an administrator are missing.";
 
 struct CommandLine {
     std::string folder;

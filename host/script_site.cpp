@@ -1,5 +1,6 @@
 #include "script_site.h"
 
+#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -45,6 +46,52 @@ std::wstring LineOf(const std::wstring& source, unsigned line)
         return {};
     const std::wstring text = source.substr(start, source.find(L'\n', start) - start);
     return text.substr(0, text.find(L'\r'));
+}
+
+// What a script threw that made no Error object of it. The engine keeps the value to itself; a plain text is read
+// from the place where it was thrown.
+constexpr HRESULT thrown_value = static_cast<HRESULT>(0x800A139E);
+
+// The text of a literal, which ends the statement; empty for anything else.
+std::wstring LiteralText(std::wstring_view code)
+{
+    const wchar_t quote = code.empty() ? L'\0' : code.front();
+    if (quote != L'"' && quote != L'\'')
+        return {};
+    std::wstring text;
+    std::size_t at = 1;
+    for (; at < code.size() && code[at] != quote; ++at) {
+        if (code[at] != L'\\') {
+            text += code[at];
+            continue;
+        }
+        constexpr std::wstring_view letters = L"ntrbfv";
+        constexpr std::wstring_view meanings = L"\n\t\r\b\f\v";
+        const wchar_t letter = ++at < code.size() ? code[at] : quote;
+        const std::size_t digits = letter == L'u' ? 4 : letter == L'x' ? 2 : 0;
+        if (digits) {
+            text += static_cast<wchar_t>(wcstoul(std::wstring(code.substr(at + 1, digits)).c_str(), nullptr, 16));
+            at += digits;
+        } else {
+            const std::size_t place = letters.find(letter);
+            text += place == std::wstring_view::npos ? letter : meanings[place];
+        }
+    }
+    const std::size_t behind = code.find_first_not_of(L" \t", std::min(at + 1, code.size()));
+    return behind == std::wstring_view::npos || code[behind] == L';' || code[behind] == L'}' ? text : std::wstring();
+}
+
+std::wstring ThrownText(const std::wstring& line, LONG column)
+{
+    constexpr std::wstring_view word = L"throw";
+    // The column is that of the statement, or of something in it.
+    const std::size_t at = line.rfind(word, static_cast<std::size_t>(std::max<LONG>(column, 0)));
+    std::wstring text;
+    if (at != std::wstring::npos) {
+        const std::size_t value = line.find_first_not_of(L" \t", at + word.size());
+        text = LiteralText(std::wstring_view(line).substr(std::min(value, line.size())));
+    }
+    return text.empty() ? L"the script threw a value that is no Error object" : text;
 }
 
 } // namespace
@@ -110,6 +157,7 @@ bool ScriptSite::Load(const std::vector<std::wstring>& files, SCRIPTSTATE state)
         Require(script->AddNamedItem(global_name, SCRIPTITEM_ISVISIBLE | SCRIPTITEM_GLOBALMEMBERS), "the host's names");
     if (state != SCRIPTSTATE_INITIALIZED)
         Require(script->SetScriptState(state), "the connected state");
+    SetRunning(script.get());
     for (std::size_t i = 0; i < m_sources.size() && !m_failed; ++i) {
         EXCEPINFO exception{};
         const HRESULT code = parser->ParseScriptText(m_sources[i].c_str(), nullptr, nullptr, nullptr, i, 1,
@@ -119,8 +167,23 @@ bool ScriptSite::Load(const std::vector<std::wstring>& files, SCRIPTSTATE state)
             m_failure = {m_files[i], 0, 0, SystemText(static_cast<uint32_t>(code)), {}};
         }
     }
+    SetRunning(nullptr);
     script->Close();
     return !m_failed;
+}
+
+void ScriptSite::SetRunning(IActiveScript* script)
+{
+    const std::scoped_lock lock(m_lock);
+    m_running = script;
+}
+
+void ScriptSite::Interrupt()
+{
+    const std::scoped_lock lock(m_lock);
+    EXCEPINFO none{};
+    if (m_running)
+        m_running->InterruptScriptThread(SCRIPTTHREADID_BASE, &none, 0);
 }
 
 HRESULT ScriptSite::GetItemInfo(LPCOLESTR name, DWORD mask, IUnknown** item, ITypeInfo** type)
@@ -159,9 +222,12 @@ HRESULT ScriptSite::OnScriptError(IActiveScriptError* error)
     m_failure.file = file < m_files.size() ? m_files[file] : std::wstring();
     m_failure.line = line;
     m_failure.column = static_cast<unsigned>(column + 1);
-    m_failure.text =
-        description ? std::wstring(description.view()) : L"error " + Hex(static_cast<uint32_t>(exception.scode));
     m_failure.source = file < m_sources.size() ? LineOf(m_sources[file], line) : std::wstring();
+    if (exception.scode == thrown_value)
+        m_failure.text = ThrownText(m_failure.source, column);
+    else
+        m_failure.text =
+            description ? std::wstring(description.view()) : L"error " + Hex(static_cast<uint32_t>(exception.scode));
     return S_OK;
 }
 

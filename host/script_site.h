@@ -1,6 +1,7 @@
 // One run of setup scripts by the system's own script engine, in process.
 #pragma once
 
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,8 @@ public:
     bool Run(const std::vector<std::wstring>& files) { return Load(files, SCRIPTSTATE_CONNECTED); }
     // The same without running anything: true when none has a fault in its language.
     bool Parse(const std::vector<std::wstring>& files) { return Load(files, SCRIPTSTATE_INITIALIZED); }
+    // Asks the engine to end what it runs, from any thread.
+    void Interrupt();
     const ScriptFailure& Failure() const { return m_failure; }
 
     HRESULT STDMETHODCALLTYPE GetLCID(LCID*) override { return E_NOTIMPL; }
@@ -49,8 +52,12 @@ private:
     HRESULT QueryMore(REFIID id, void** object) override;
     // Text that is parsed before the engine is connected waits there and is never run.
     bool Load(const std::vector<std::wstring>& files, SCRIPTSTATE state);
+    void SetRunning(IActiveScript* script);
 
     vh::com_ptr<IDispatch> m_global;
+    // The engine while it runs; guarded by the lock.
+    std::mutex m_lock;
+    IActiveScript* m_running = nullptr;
     std::vector<std::wstring> m_files;
     std::vector<std::wstring> m_sources;
     bool m_failed = false;

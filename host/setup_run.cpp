@@ -1,6 +1,5 @@
 #include "setup_run.h"
 
-#include <atomic>
 #include <optional>
 #include <utility>
 
@@ -13,26 +12,13 @@
 #include "products.h"
 #include "rights.h"
 #include "script_site.h"
+#include "stop_signal.h"
 #include "text.h"
 #include "trace_switch.h"
 
 namespace host {
 
 namespace {
-
-std::atomic<bool> cancelled = false;
-
-// Ctrl+C asks the run to stop; it does not end the process in the middle of a file. A script that calls nothing
-// can't be asked: the second one ends the process, and the next start undoes the run.
-BOOL WINAPI OnConsoleSignal(DWORD) { return cancelled.exchange(true) ? FALSE : TRUE; }
-
-class StopSignal {
-public:
-    StopSignal() { SetConsoleCtrlHandler(OnConsoleSignal, TRUE); }
-    StopSignal(const StopSignal&) = delete;
-    StopSignal& operator=(const StopSignal&) = delete;
-    ~StopSignal() { SetConsoleCtrlHandler(OnConsoleSignal, FALSE); }
-};
 
 // The progress of a transfer: on a console in place, elsewhere a line for each tenth.
 class ProgressLine {
@@ -113,8 +99,23 @@ private:
     void* m_context;
 };
 
+ExitCode TakeBack(vh::engine::Engine& engine, ExitCode reason);
+
+// A script that does not end is left to itself: no call of it reaches the library or the engine any more.
+ScriptControl ControlOf(ScriptSite& site, const HostObject& object, vh::engine::Engine& engine)
+{
+    return {[&site] { site.Interrupt(); }, [&object] { return object.Busy(); },
+            [&engine] {
+                while (!engine.Calls().Shut())
+                    SwitchToThread();
+                Complain(L"stopped by the user, in the middle of the script");
+                return TakeBack(engine, exit_cancelled);
+            }};
+}
+
 // Empty when all went well.
-std::wstring RunScripts(const Library& library, const vh::engine::Engine& engine, const RunOptions& options)
+std::wstring RunScripts(const Library& library, vh::engine::Engine& engine, const RunOptions& options,
+                        StopSignal& signal)
 {
     const Context context(library, engine);
     // The library learns whether the run is silent when it is asked for the command line.
@@ -131,10 +132,11 @@ std::wstring RunScripts(const Library& library, const vh::engine::Engine& engine
     services.cancel = [] { cancelled = true; };
     const auto object = vh::make_object<HostObject>(library, context.Site(), services, cancelled);
     const auto site = vh::make_object<ScriptSite>(object.get());
+    const StopSignal::Script running(signal, ControlOf(*site.get(), *object.get(), engine));
     if (!site->Run(options.scripts.empty() ? engine.ScriptFiles() : options.scripts))
         return site->Failure().Text();
     if (object->LastTransfer() < 0)
-        return L"the data was not moved (result " + std::to_wstring(object->LastTransfer()) + L")";
+        return L"the data was not moved (result " + ResultText(object->LastTransfer()) + L")";
     return {};
 }
 
@@ -270,7 +272,7 @@ std::wstring KindWords(const vh::engine::Engine& engine)
 
 ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
 {
-    const StopSignal signal;
+    StopSignal signal(L"the next run undoes this one");
     auto engine = vh::engine::Engine::Open(EngineOptions(options));
     data_folder = engine->DataDir();
     Say(engine->ProductName() + L" " + engine->ProductVersion() + KindWords(*engine) + L", target " +
@@ -280,7 +282,7 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
     std::wstring failure;
     try {
         const Library library = LoadLibraryWithTrace(options);
-        failure = RunScripts(library, *engine, options);
+        failure = RunScripts(library, *engine, options, signal);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
         return TakeBack(*engine, exit_library);
@@ -402,13 +404,22 @@ ExitCode ModifyProduct(RunOptions options)
     return RunSetup(options);
 }
 
+namespace {
+
+// Ends a removal between two records.
+struct removal_stopped {};
+
+} // namespace
+
 ExitCode RemoveSetup(const RunOptions& options)
 {
+    StopSignal signal(L"the next removal goes on");
+    std::wstring log;
     try {
         const vh::engine::InstalledProduct product = ProductOf(options);
         if (const auto code = SeeToRights(product.forMachine, options.silent))
             return *code;
-        const std::wstring& log = product.logFile;
+        log = product.logFile;
         std::map<std::wstring, int> counts;
         const auto removals = vh::engine::Uninstall(log, [&](const vh::engine::Removal& removal) {
             if (counts.empty())
@@ -418,6 +429,8 @@ ExitCode RemoveSetup(const RunOptions& options)
             if (!options.silent)
                 Say(L"  " + word + L": " + removal.kind + L" " + removal.what +
                     (removal.reason.empty() ? L"" : L": " + removal.reason));
+            if (cancelled)
+                throw removal_stopped();
         });
         std::wstring summary = L"removal: " + std::to_wstring(removals.size()) + L" records";
         for (const auto& [word, count] : counts)
@@ -425,6 +438,10 @@ ExitCode RemoveSetup(const RunOptions& options)
         Say(summary);
         SweepHost(DataFolderOfLog(log));
         return counts.contains(L"FAILED") ? exit_removal : exit_done;
+    } catch (const removal_stopped&) {
+        Complain(L"stopped by the user; " + std::to_wstring(vh::engine::LeftForRemoval(log)) +
+                 L" records are left, and the next removal goes on with them");
+        return exit_cancelled;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
     } catch (const std::exception& error) {

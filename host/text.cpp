@@ -1,5 +1,7 @@
 #include "text.h"
 
+#include <algorithm>
+
 #include <windows.h>
 
 namespace host {
@@ -30,6 +32,18 @@ std::wstring Hex(uint32_t code)
     return L"0x" + digits;
 }
 
+std::wstring ShortHex(uint32_t number)
+{
+    const std::wstring digits = Hex(number).substr(2);
+    return L"0x" + digits.substr(std::min(digits.find_first_not_of(L'0'), digits.size() - 1));
+}
+
+std::wstring ResultText(int32_t result)
+{
+    constexpr int32_t most = 0xFFFF;
+    return result >= -most && result <= most ? std::to_wstring(result) : Hex(static_cast<uint32_t>(result));
+}
+
 std::wstring SystemText(uint32_t code)
 {
     wchar_t text[512];
@@ -37,7 +51,8 @@ std::wstring SystemText(uint32_t code)
     DWORD length = FormatMessageW(flags, nullptr, code, 0, text, 512, nullptr);
     while (length > 0 && (text[length - 1] == L'\r' || text[length - 1] == L'\n' || text[length - 1] == L'.'))
         --length;
-    return length ? std::wstring(text, length) + L" (" + std::to_wstring(code) + L")" : L"error " + Hex(code);
+    const std::wstring shown = ResultText(static_cast<int32_t>(code));
+    return length ? std::wstring(text, length) + L" (" + shown + L")" : L"error " + shown;
 }
 
 std::wstring LongPath(const std::wstring& path)

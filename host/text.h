@@ -13,6 +13,10 @@ std::wstring Wide(std::string_view text);
 
 // "0x8004F084"
 std::wstring Hex(uint32_t code);
+// "0x10", without zeros in front.
+std::wstring ShortHex(uint32_t number);
+// A result of the library as it is written: codes in hexadecimal, small numbers as they are.
+std::wstring ResultText(int32_t result);
 // The system's text for an error code without its line end, or the code when there is none.
 std::wstring SystemText(uint32_t code);
 

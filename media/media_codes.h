@@ -5,6 +5,8 @@
 #include <string_view>
 #include <windows.h>
 
+#include "../Src/inc/script_values.h"
+
 namespace vh {
 
 enum media_code : int32_t {
@@ -31,28 +33,38 @@ constexpr HRESULT NoItemCode(HRESULT code, HRESULT no_item = media_no_item)
     return code == E_INVALIDARG || code == no_item ? no_item : code;
 }
 
-// Attribute codes of an item, as in vhrt.h.
+// Attribute codes of an item.
 enum media_attribute : int32_t {
-    attribute_description = 0,
-    attribute_long_text = 1,
-    attribute_visible = 2,
-    attribute_status = 5,
-    attribute_needs_validation = 6,
-    attribute_selected = 8,
-    attribute_size = 10,
-    attribute_misc_text = 11,
-    attribute_flag_bit = 13,
-    attribute_display_order = 14,
-    attribute_display_name = 15,
-    attribute_text16 = 16,
-    attribute_text17 = 17,
-    attribute_text18 = 18,
-    attribute_text19 = 19,
-    attribute_text20 = 20,
-    attribute_text21 = 21,
-    attribute_text22 = 22,
-    attribute_text23 = 23,
-    attribute_flags = 24,
+    attribute_description = AttributeDescription,
+    attribute_long_text = AttributeLongText,
+    attribute_visible = AttributeVisible,
+    attribute_status = AttributeStatus,
+    attribute_needs_validation = AttributeNeedsValidation,
+    attribute_selected = AttributeSelected,
+    attribute_size = AttributeSize,
+    attribute_misc_text = AttributeMiscText,
+    attribute_flag_bit = AttributeFlagBit,
+    attribute_display_order = AttributeDisplayOrder,
+    attribute_display_name = AttributeDisplayName,
+    attribute_text16 = AttributeText16,
+    attribute_text17 = AttributeText17,
+    attribute_text18 = AttributeText18,
+    attribute_text19 = AttributeText19,
+    attribute_text20 = AttributeText20,
+    attribute_text21 = AttributeText21,
+    attribute_text22 = AttributeText22,
+    attribute_text23 = AttributeText23,
+    attribute_flags = AttributeFlags,
 };
+
+// What scripts see of a failure.
+constexpr int32_t ScriptResult(media_code code) { return 0xF000 - (code & 0xFFFF); }
+static_assert(ScriptResult(media_item_exists) == VHRT_ITEM_EXISTS &&
+              ScriptResult(media_selection_refused) == VHRT_SELECTION_REFUSED &&
+              ScriptResult(media_no_item) == VHRT_UNKNOWN_ITEM && ScriptResult(media_disk_full) == VHRT_DISK_FULL &&
+              ScriptResult(media_not_supported) == VHRT_NOT_SUPPORTED &&
+              ScriptResult(media_no_media) == VHRT_UNKNOWN_MEDIA &&
+              ScriptResult(media_bad_attribute) == VHRT_UNKNOWN_ATTRIBUTE &&
+              ScriptResult(media_read_only_attribute) == VHRT_READ_ONLY_ATTRIBUTE);
 
 } // namespace vh

@@ -23,6 +23,7 @@
 #include "skin_command.h"
 #include "system_options.h"
 #include "trace_command.h"
+#include "types_command.h"
 
 namespace {
 
@@ -30,6 +31,9 @@ struct CommandLine {
     std::string file;
     std::string output;
     std::string definition;
+    std::string headers;
+    bool types = false;
+    bool constants = false;
     std::string library;
     bool json = false;
     unsigned seconds = 0;
@@ -75,13 +79,35 @@ std::wstring LibraryOf(const std::string& given)
     return given.empty() ? host::Join(host::ProgramFolder(), L"VHRT.dll") : host::PathOf(given);
 }
 
+// The folder that a person names, or else that of the SDK that this program belongs to.
+std::wstring HeadersOf(const std::string& given)
+{
+    return given.empty() ? host::FullPath(host::Join(host::ProgramFolder(), L"..\\include\\exports\\vhrt"))
+                         : host::PathOf(given);
+}
+
 void DeclareExports(CLI::App& app, CommandLine& line)
 {
-    CLI::App* exports = app.add_subcommand("exports", "List the exports of a library with their arguments");
+    CLI::App* exports =
+        app.add_subcommand("exports", "List the exports of a library with their arguments, or what scripts can name");
     exports->add_option("DLL", line.file, "The library; without it VHRT.dll beside this program");
     exports->add_option("--def", line.definition, "Compare the numbers with this file")->type_name("FILE");
+    CLI::Option* types =
+        exports->add_flag("--types", line.types, "Declare what scripts can name, in TypeScript, for editors");
+    exports->add_flag("--constants", line.constants, "List the constants of scripts in Markdown")->excludes(types);
+    exports
+        ->add_option("--headers", line.headers,
+                     "Describe the functions from these headers; without it from include/exports/vhrt of the SDK")
+        ->type_name("DIR")
+        ->needs(types);
     exports->callback([&line] {
-        line.run = [&line] { return tools::ListExports(LibraryOf(line.file), host::PathOf(line.definition)); };
+        line.run = [&line] {
+            if (line.types)
+                return tools::PrintTypes(HeadersOf(line.headers));
+            if (line.constants)
+                return tools::PrintConstants();
+            return tools::ListExports(LibraryOf(line.file), host::PathOf(line.definition));
+        };
     });
 }
 

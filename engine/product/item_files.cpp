@@ -33,12 +33,6 @@ uint64_t SizeOf(const FileGroup& group)
 
 uint64_t SizeOf(const Subject& about) { return about.file ? about.file->size : SizeOf(about.group); }
 
-// Payload in a folder is not packed: its stored size is its size.
-uint64_t StoredSizeOf(const Subject& about)
-{
-    return about.file && about.file->packed ? about.file->packed->stored : SizeOf(about);
-}
-
 // The file's last write in the packed form of a directory entry, local time: date above, time below.
 unsigned long PackedTime(const Subject& about)
 {
@@ -105,37 +99,37 @@ struct Info {
 
 // Codes up to 13 but 10 are asked for files only; the others answer for groups too.
 const Info infos[] = {
-    {1, [](const Subject& about) { return Whole(SizeOf(about)); }},
-    {2, [](const Subject& about) { return Whole(SizeOf(about) >> 31); }},
-    {3, Date},
-    {4, [](const Subject& about) { return variant(static_cast<long>(PackedTime(about) & 0xFFFF)); }},
-    {5, [](const Subject& about) { return variant(static_cast<long>(about.file ? about.file->attributes : 0)); }},
-    {6, [](const Subject& about) { return TextValue(VersionOf(about)); }},
-    {7,
+    {FileFactSizeLow, [](const Subject& about) { return Whole(SizeOf(about)); }},
+    {FileFactSizeHigh, [](const Subject& about) { return Whole(SizeOf(about) >> 31); }},
+    {FileFactDate, Date},
+    {FileFactTime, [](const Subject& about) { return variant(static_cast<long>(PackedTime(about) & 0xFFFF)); }},
+    {FileFactAttributes,
+     [](const Subject& about) { return variant(static_cast<long>(about.file ? about.file->attributes : 0)); }},
+    {FileFactVersion, [](const Subject& about) { return TextValue(VersionOf(about)); }},
+    {FileFactLanguage,
      [](const Subject& about) {
          return TextValue(about.file && about.file->language ? Number(about.file->language) : L"");
      }},
-    {8, [](const Subject& about) { return TextValue(about.file ? about.file->source : L""); }},
-    {9, Date},
-    {10, [](const Subject& about) { return variant(static_cast<long>(SystemsOf(about))); }},
-    {11,
-     [](const Subject& about) {
-         return TextValue(about.file ? Md5OfFile(about.file->source, about.file->packed) : L"");
-     }},
-    {12, [](const Subject& about) { return Whole(StoredSizeOf(about)); }},
-    {13, [](const Subject& about) { return Whole(StoredSizeOf(about) >> 31); }},
-    {14, [](const Subject& about) { return Whole(about.group.files.size()); }},
-    {15, [](const Subject& about) { return TextValue(about.group.name); }},
-    {16, [](const Subject& about) { return TextValue(TargetFolder(about)); }},
-    {17, [](const Subject& about) { return TextValue(SourceFolder(about)); }},
-    {18, [](const Subject& about) { return Whole(SizeOf(about.group)); }},
-    {19, [](const Subject& about) { return TextValue(about.item.Path()); }},
-    {20, [](const Subject& about) { return Whole(SizeOf(about.group) >> 31); }},
-    {21, [](const Subject& about) { return variant(Has(about, file_shared)); }},
-    {22, [](const Subject& about) { return variant(Has(about, file_permanent)); }},
-    {23, [](const Subject& about) { return variant(Has(about, file_never_overwrite)); }},
-    {65536, [](const Subject& about) { return TextValue(LanguagesOf(about)); }},
-    {131072, [](const Subject& about) { return TextValue(Number(static_cast<int64_t>(SystemsOf(about)))); }},
+    {FileFactSource, [](const Subject& about) { return TextValue(about.file ? about.file->source : L""); }},
+    {FileFactLongDate, Date},
+    {FileFactSystems, [](const Subject& about) { return variant(static_cast<long>(SystemsOf(about))); }},
+    {FileFactSignature,
+     [](const Subject& about) { return TextValue(about.file ? Md5OfFile(about.file->source) : L""); }},
+    {FileFactPlainSizeLow, [](const Subject& about) { return Whole(SizeOf(about)); }},
+    {FileFactPlainSizeHigh, [](const Subject& about) { return Whole(SizeOf(about) >> 31); }},
+    {FileFactGroupFiles, [](const Subject& about) { return Whole(about.group.files.size()); }},
+    {FileFactGroup, [](const Subject& about) { return TextValue(about.group.name); }},
+    {FileFactTargetFolder, [](const Subject& about) { return TextValue(TargetFolder(about)); }},
+    {FileFactSourceFolder, [](const Subject& about) { return TextValue(SourceFolder(about)); }},
+    {FileFactGroupSizeLow, [](const Subject& about) { return Whole(SizeOf(about.group)); }},
+    {FileFactItem, [](const Subject& about) { return TextValue(about.item.Path()); }},
+    {FileFactGroupSizeHigh, [](const Subject& about) { return Whole(SizeOf(about.group) >> 31); }},
+    {FileFactShared, [](const Subject& about) { return variant(Has(about, file_shared)); }},
+    {FileFactPermanent, [](const Subject& about) { return variant(Has(about, file_permanent)); }},
+    {FileFactNeverOverwritten, [](const Subject& about) { return variant(Has(about, file_never_overwrite)); }},
+    {FileFactLanguages, [](const Subject& about) { return TextValue(LanguagesOf(about)); }},
+    {FileFactSystemBits,
+     [](const Subject& about) { return TextValue(Number(static_cast<int64_t>(SystemsOf(about)))); }},
 };
 
 } // namespace

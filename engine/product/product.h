@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "../../Src/inc/engine_features.h"
+#include "../../Src/inc/script_values.h"
 #include "../../scriptdata/com_ptr.h"
 #include "../files.h"
 
@@ -23,8 +24,8 @@ struct SystemName {
     uint64_t bit;
 };
 inline constexpr SystemName system_names[] = {
-    {L"windows-7", 0x01},  {L"windows-8", 0x02},  {L"windows-8.1", 0x04},
-    {L"windows-10", 0x08}, {L"windows-11", 0x10}, {L"server", 0x20},
+    {L"windows-7", SystemWindows7},   {L"windows-8", SystemWindows8},   {L"windows-8.1", SystemWindows8_1},
+    {L"windows-10", SystemWindows10}, {L"windows-11", SystemWindows11}, {L"server", SystemServer},
 };
 
 enum FileFlags : unsigned {

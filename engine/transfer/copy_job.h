@@ -8,13 +8,13 @@ namespace vh::engine {
 
 // Flags of a copy job; other bits are ignored.
 enum CopyFlags : unsigned long {
-    copy_subfolders = 0x0001,
-    copy_existing_stay = 0x0004, // never overwrite
-    copy_by_version = 0x0010,    // an older version does not replace a newer one
-    copy_newer_only = 0x0020,    // an older time does not replace a newer one
-    copy_unlogged = 0x0100,      // not for removal
-    copy_permanent = 0x0200,     // logged, but stays at removal
-    copy_over_read_only = 0x4000,
+    copy_subfolders = CopySubfolders,
+    copy_existing_stay = CopyExistingStay, // never overwrite
+    copy_by_version = CopyByVersion,       // an older version does not replace a newer one
+    copy_newer_only = CopyNewerOnly,       // an older time does not replace a newer one
+    copy_unlogged = CopyUnlogged,          // not for removal
+    copy_permanent = CopyPermanent,        // logged, but stays at removal
+    copy_over_read_only = CopyOverReadOnly,
 };
 
 class FileOperations final : public engine_object<FileOperations, ISetupFileOps> {

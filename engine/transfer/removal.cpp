@@ -186,6 +186,16 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 
 } // namespace
 
+std::size_t LeftForRemoval(const std::wstring& logFile)
+{
+    const InstallLog log(logFile);
+    std::set<std::wstring> things;
+    for (const LogRecord& record : log.Records())
+        if (IsForRemoval(record) && !log.Undone(record))
+            things.insert(ThingOf(record));
+    return things.size();
+}
+
 std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
 {
     if (!FactsOf(logFile).file())

@@ -4,11 +4,6 @@
 // returns an object: `result`, and each output under its own name.
 
 var MEDIA = "DATA";
-var NUMBERS = -1, TEXTS = 0;                                     // ListCreate
-var AFTER = 0;                                                   // ListAddString
-var UNICODE = 2;                                                 // ListWriteToFile
-var DESCRIPTION = 0, VISIBLE = 2, SELECTED = 8, DISPLAY_NAME = 15; // ComponentGetData
-var TYPE_DESCRIPTION = 1, TYPE_NAME = 2;                         // ComponentSetupTypeGetData
 
 function Fail(what, result) {
     throw new Error(what + " failed (" + result + ")");
@@ -42,7 +37,7 @@ function TakeTexts(list) {
 }
 
 function Children(item) {
-    var list = ListCreate(TEXTS);
+    var list = ListCreate(ListTypeString);
     Need(ComponentListItems(MEDIA, item, list), "listing the features of \"" + item + "\"");
     return TakeTexts(list);
 }
@@ -57,7 +52,7 @@ function Walk(item, depth, visit) {
 }
 
 function NameOf(item) {
-    return ComponentGetData(MEDIA, item, DISPLAY_NAME).text;
+    return ComponentGetData(MEDIA, item, AttributeDisplayName).text;
 }
 
 function Indent(depth) {
@@ -135,7 +130,7 @@ function ShowFeatures() {
 }
 
 function ChooseSetupType() {
-    var list = ListCreate(TEXTS);
+    var list = ListCreate(ListTypeString);
     Need(ComponentSetupTypeEnum(MEDIA, list), "listing the setup types");
     var types = TakeTexts(list);
     var wanted = Arguments("SETUPTYPE") || "Typical";
@@ -144,8 +139,8 @@ function ChooseSetupType() {
     for (var i = 0; i < types.length; i++) {
         known = known || types[i] == wanted;
         Print("    ", types[i] == wanted ? "(o) " : "( ) ",
-              ComponentSetupTypeGetData(MEDIA, types[i], TYPE_NAME).text, ": ",
-              ComponentSetupTypeGetData(MEDIA, types[i], TYPE_DESCRIPTION).text);
+              ComponentSetupTypeGetData(MEDIA, types[i], SetupTypeDisplayName).text, ": ",
+              ComponentSetupTypeGetData(MEDIA, types[i], SetupTypeDescription).text);
     }
     if (!known)
         throw new Error("There is no setup type \"" + wanted + "\"; known are " + types.join(", ") + ".");
@@ -195,12 +190,12 @@ function SelectedFeatures() {
 // A list of what was chosen, as UTF-16 text, made in the support folder and copied by the engine, which
 // records it for removal.
 function WriteFeatureList(names) {
-    var list = ListCreate(TEXTS);
-    ListAddString(list, Text("WELCOME", "Setup of the VHRT SDK"), AFTER);
+    var list = ListCreate(ListTypeString);
+    ListAddString(list, Text("WELCOME", "Setup of the VHRT SDK"), ListAddAfter);
     for (var i = 0; i < names.length; i++)
-        Need(ListAddString(list, names[i] + "\t" + NameOf(names[i]), AFTER), "adding to a list");
+        Need(ListAddString(list, names[i] + "\t" + NameOf(names[i]), ListAddAfter), "adding to a list");
     var draft = GetSupportDir().text + "\\features.txt";
-    Need(ListWriteToFile(list, draft, UNICODE), "writing " + draft);
+    Need(ListWriteToFile(list, draft, ListWriteUnicode), "writing " + draft);
     var count = ListCount(list);
     ListDestroy(list);
     Need(FileCopy(draft, TargetFolder, 0), "copying the feature list");

@@ -4,8 +4,7 @@
 // --var SETUPTYPE=Compact is the choice that a silent run takes and a wizard begins with.
 
 var MEDIA = "DATA";
-var TEXTS = 0, GLOBAL = 1;                                       // ListCreate, GetTextSub
-var DESCRIPTION = 0, VISIBLE = 2, DISPLAY_NAME = 15;             // ComponentGetData
+var GLOBAL = 1;                                                  // GetTextSub
 var PROGRESS_PAGE = 5, WHOLE_BAR = 100;                          // EnableStatus, StatusUpdate
 var KILOBYTES = 10, MEGABYTES = 20, TO_USER = 1;                 // GetDiskSpaceEx
 
@@ -67,11 +66,11 @@ function TakeTexts(list) {
 
 // All visible features as {path, depth}, parents first.
 function AllFeatures(item, depth, into) {
-    var list = ListCreate(TEXTS);
+    var list = ListCreate(ListTypeString);
     Need(ComponentListItems(MEDIA, item, list), "listing the features");
     var paths = TakeTexts(list);
     for (var i = 0; i < paths.length; i++) {
-        if (ComponentGetData(MEDIA, paths[i], VISIBLE).number == 0)
+        if (ComponentGetData(MEDIA, paths[i], AttributeVisible).number == 0)
             continue;
         into.push({path: paths[i], depth: depth});
         AllFeatures(paths[i], depth + 1, into);
@@ -80,7 +79,7 @@ function AllFeatures(item, depth, into) {
 }
 
 function NameOf(path) {
-    return ComponentGetData(MEDIA, path, DISPLAY_NAME).text;
+    return ComponentGetData(MEDIA, path, AttributeDisplayName).text;
 }
 
 function IsSelected(path) {
@@ -162,7 +161,7 @@ function MakeViews(window) {
 
 // What the tree page says of the feature that is current there; of the root nothing but the room.
 function ShowFeature(window, path) {
-    SetControlText(window, ID_FEATURE_INFO, path && (ComponentGetData(MEDIA, path, DESCRIPTION).text || NameOf(path)));
+    SetControlText(window, ID_FEATURE_INFO, path && (ComponentGetData(MEDIA, path, AttributeDescription).text || NameOf(path)));
     SetControlText(window, ID_FEATURE_NEED, NeededRoom());
     SetControlText(window, ID_FEATURE_FREE, FreeRoom());
 }

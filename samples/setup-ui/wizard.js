@@ -11,28 +11,27 @@
 // All but the first two may be left out.
 
 var IDOK = 1, IDCANCEL = 2, IDYES = 6, ID_BACK = 10;
-var CREATED = -100, CLOSED = -200, HELP = 8;                     // WaitOnDialog
-var STANDARD_EVENTS = 1, CENTRED = 2;                            // DefineDialog
+var HELP = 8;                                                    // WaitOnDialog
 var MAIN_WINDOW = -2;
 var FORWARDS = 1, BACKWARDS = -1;
 
 // Shows one dialog until answer(control, window) gives something else than undefined, and gives that.
 function RunDialog(name, number, open, answer, close) {
-    if (DefineDialog(name, 0, "", number, "", 0, MAIN_WINDOW, STANDARD_EVENTS + CENTRED) != 0)
+    if (DefineDialog(name, 0, "", number, "", 0, MAIN_WINDOW, DialogStandardEvents + DialogCentered) != 0)
         throw new Error("The dialog " + name + " can't be defined.");
     try {
         for (;;) {
             var control = WaitOnDialog(name);
             var window = CmdGetHwndDlg(name);
-            if (control == CREATED) {
+            if (control == DialogCreated) {
                 if (open)
                     open(window);
                 continue;
             }
-            if (control < 0 && control != CLOSED)
+            if (control < 0 && control != DialogClosed)
                 throw new Error("The dialog " + name + " can't be shown.");
             // The message loop ended, or the close box was used.
-            if (control == 0 || control == CLOSED)
+            if (control == 0 || control == DialogClosed)
                 control = IDCANCEL;
             if (control == HELP)
                 continue;

@@ -5,6 +5,9 @@
 #include "../support/test.h"
 #include "host/call_record.h"
 #include "host/call_signature.h"
+#include "host/constants.h"
+#include "host/host_object.h"
+#include "host/text.h"
 
 namespace host {
 
@@ -114,6 +117,25 @@ TEST(CallTable, GivesEveryFunctionAScriptNameOfItsOwn)
     std::set<std::string> names;
     for (const CallRow& row : CallTable())
         EXPECT_TRUE(names.emplace(ParseCall(row).ScriptName()).second) << row.name;
+}
+
+TEST(CallTable, LeavesTheNamesOfConstantsAndServicesAlone)
+{
+    std::set<std::string> names;
+    for (const CallRow& row : CallTable())
+        names.emplace(ParseCall(row).ScriptName());
+    for (const Service& service : ServiceTable())
+        EXPECT_TRUE(names.insert(Utf8(service.name)).second) << Utf8(service.name);
+    std::size_t place = 0;
+    for (const ConstantGroup& group : ConstantTable())
+        for (const Constant& constant : group.constants) {
+            EXPECT_TRUE(names.emplace(constant.name).second) << constant.name;
+            EXPECT_EQ(place, FindConstant(Wide(constant.name))) << constant.name;
+            EXPECT_EQ(constant.value, ConstantValue(place++)) << constant.name;
+        }
+    EXPECT_EQ(ConstantCount(), place);
+    for (const wchar_t* other : {L"", L"A", L"ListTypeStringX", L"ListTypeStrin", L"listtypestring", L"ZZ"})
+        EXPECT_FALSE(FindConstant(other)) << Utf8(other);
 }
 
 TEST(CallTable, PassesTheTypesThatTheHeadersDeclare)

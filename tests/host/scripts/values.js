@@ -9,6 +9,13 @@ Check("a copy of a handle works", ListCount(eval(String(list))), 1);
 Check("a destroyed handle comes back as 0", ListDestroy(list).list, 0);
 Check("a destroyed handle is unknown", ListCount(list), -501);
 
+// Constants by name.
+Check("a constant", ListIndexFirst, -401);
+Check("a root of the registry", HKEY_CURRENT_USER, -2147483647);
+Check("a result", ListCount(list), VHRT_BAD_HANDLE);
+Check("a member of VHRT", VHRT.SystemServer, 0x20);
+Check("no constant", typeof SystemNone, "undefined");
+
 // Long texts: the host asks again with the room that the library wants.
 var long = new Array(3001).join("x");
 Check("a long text goes in", ListAddString(other, long, 0), 0);

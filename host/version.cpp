@@ -1,0 +1,7 @@
+#include "version.h"
+
+namespace host {
+
+const char* const product_version = "VHRT " VHRT_VERSION;
+
+} // namespace host
