@@ -5,6 +5,8 @@
 
 #include <shlobj.h>
 
+#include "maintenance.h"
+#include "product/this_system.h"
 #include "services/registry_access.h"
 #include "start_variables.h"
 #include "windows/screen.h"
@@ -67,7 +69,6 @@ Core::Core(Options given)
     if (!options.registryRoot.empty())
         PlaceOf(options.registryRoot);
     product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"), options.pack.get());
-    language = ChosenLanguage(*product->product, options.language);
     contextGuid = NewGuid();
     if (options.source.empty())
         options.source = options.setupFolder;
@@ -76,6 +77,8 @@ Core::Core(Options given)
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
     ReportDamage();
+    language = ChosenLanguage(*product->product, options.language ? options.language : LanguageOf(*log));
+    product->FilterFor(language, ThisSystem());
     support = std::make_unique<SupportFolder>(contextGuid);
     supportDir = support->path();
     CopySupportFiles(*product->product, supportDir);

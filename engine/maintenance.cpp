@@ -15,6 +15,7 @@ constexpr const wchar_t* target_text = L"TARGETDIR";
 constexpr const wchar_t* name_text = L"PRODUCT_NAME";
 constexpr const wchar_t* version_text = L"PRODUCT_VERSION";
 constexpr const wchar_t* source_text = L"SOURCE";
+constexpr const wchar_t* language_text = L"LANGUAGE";
 
 // Values of MAINTENANCE_MODE, in the order of RunKind.
 constexpr const wchar_t* mode_names[] = {L"", L"modify", L"repair", L"upgrade", L"downgrade"};
@@ -118,6 +119,11 @@ void TakeOver(Core& core)
     core.globalTexts.Set(L"MAINTENANCE_MODE", mode_names[static_cast<int>(core.kind)]);
 }
 
+int LanguageOf(const InstallLog& log)
+{
+    return wcstol(TextIn(log.Newest(LogKind::features, {}), language_text).c_str(), nullptr, 10);
+}
+
 void CheckTargetStays(const Core& core)
 {
     const std::wstring target = core.Substitute(std::wstring(L"<") + target_text + L'>');
@@ -140,6 +146,7 @@ LogRecord SelectionOf(const Core& core, const std::wstring& target)
     selection.texts[name_text] = product.name;
     selection.texts[version_text] = same ? core.installedVersion : product.version;
     selection.texts[source_text] = core.options.source;
+    selection.texts[language_text] = Number(core.language);
     ForEachFeature(
         core, [&](const Item& item) { (item.selected ? selection.list : selection.others).push_back(item.Path()); });
     return selection;

@@ -9,6 +9,9 @@ namespace vh::engine {
 // that of what is installed, and for a lower version that nobody asked for.
 void TakeOver(Core& core);
 
+// The language of the last run; 0 when there was none.
+int LanguageOf(const InstallLog& log);
+
 // What the run is for is refused when TARGETDIR has moved meanwhile: throws engine_error.
 void CheckTargetStays(const Core& core);
 

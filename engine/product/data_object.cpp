@@ -6,6 +6,7 @@
 #include "../transfer/install_actions.h"
 #include "item_files.h"
 #include "selection.h"
+#include "this_system.h"
 
 namespace vh::engine {
 
@@ -320,6 +321,7 @@ HRESULT DataFactory::Open(BSTR headerPath, BSTR, ISetupData** data)
             path = JoinPath(core().options.setupFolder, path);
         auto opened = std::make_shared<DataSet>();
         opened->product = ReadProduct(FullPath(path));
+        opened->FilterFor(core().language, ThisSystem());
         return GiveObject(data, make_object<DataObject>(shared_core(), std::move(opened)));
     });
 }

@@ -4,6 +4,27 @@
 
 namespace vh::engine {
 
+void DataSet::FilterFor(WORD language, uint64_t systems)
+{
+    const auto take = [&](const std::vector<WORD>& languages) {
+        languagesOut.insert(languages.begin(), languages.end());
+    };
+    take(product->languages);
+    ForEachItem(product->data, [&](const Item& item) {
+        take(item.audience.languages);
+        for (const FileGroup& group : item.groups) {
+            take(group.audience.languages);
+            for (const ProductFile& file : group.files)
+                if (file.language)
+                    languagesOut.insert(file.language);
+        }
+    });
+    languagesOut.erase(language);
+    for (const SystemName& system : system_names)
+        if (!(system.bit & systems))
+            systemsOut |= system.bit;
+}
+
 bool DataSet::Admits(const Audience& audience) const
 {
     const bool language =

@@ -21,6 +21,8 @@ struct DataSet {
     bool reinstallMode = false;
     bool patchMode = false;
 
+    // Takes out all languages but this one, and all systems but those of the bits.
+    void FilterFor(WORD language, uint64_t systems);
     bool Admits(const Audience& audience) const;
     // Whether the item and those above it are for this run.
     bool Admits(const Item& item) const;

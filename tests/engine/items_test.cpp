@@ -1,3 +1,4 @@
+#include "../../engine/product/this_system.h"
 #include "setup_folder.h"
 
 using namespace vh;
@@ -223,19 +224,45 @@ TEST_F(Filters, TakeFeaturesOutAndLetThemBackIn)
         const safe_array array(value);
         return array.last() - array.first() + 1;
     };
+    // At the start the run's language and the machine's system take part.
     ASSERT_TRUE(visible());
-    ASSERT_EQ(S_OK, data->FilterLanguage(1031, VARIANT_FALSE));
+    EXPECT_EQ(1, numbers(0));
+    EXPECT_EQ(1, numbers(1));
+    ASSERT_EQ(S_OK, data->FilterLanguage(1033, VARIANT_FALSE));
     EXPECT_FALSE(visible());
     EXPECT_EQ(60u, SelectionCost(*engine));
-    EXPECT_EQ(1, numbers(0));
+    EXPECT_EQ(0, numbers(0));
     ASSERT_EQ(S_OK, data->FilterLanguage(1031, VARIANT_TRUE));
     EXPECT_EQ(100u, SelectionCost(*engine));
-    ASSERT_EQ(S_OK, data.query<ISetupDataEx>()->FilterOS(1, 0, VARIANT_FALSE));
+    ASSERT_EQ(S_OK, data.query<ISetupDataEx>()->FilterOS(0x3F, 0, VARIANT_FALSE));
     EXPECT_FALSE(visible());
-    EXPECT_EQ(5, numbers(1));
+    ASSERT_EQ(S_OK, data.query<ISetupDataEx>()->FilterOS(0x04 | 0x01, 0, VARIANT_TRUE));
+    EXPECT_TRUE(visible());
+    EXPECT_EQ(2, numbers(1));
+    ASSERT_EQ(S_OK, data.query<ISetupDataEx>()->FilterOS(0x01, 0, VARIANT_FALSE));
+    EXPECT_FALSE(visible());
     EXPECT_EQ(E_INVALIDARG, data->FilterLanguage(0, VARIANT_FALSE));
     variant none;
     EXPECT_EQ(E_INVALIDARG, data.query<ISetupDataModes>()->GetFilteringNumbers(2, none.put()));
     ASSERT_EQ(S_OK, MoveAll(*engine));
     EXPECT_EQ((std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"c.bin"}), Tree(folder.Target()));
+}
+
+TEST(Systems, AreToldByKindAndBuild)
+{
+    const auto bit = [](DWORD major, DWORD minor, DWORD build, BYTE kind = VER_NT_WORKSTATION) {
+        OSVERSIONINFOEXW version{};
+        version.dwMajorVersion = major;
+        version.dwMinorVersion = minor;
+        version.dwBuildNumber = build;
+        version.wProductType = kind;
+        return SystemBit(version);
+    };
+    EXPECT_EQ(0x01u, bit(6, 1, 7601));
+    EXPECT_EQ(0x02u, bit(6, 2, 9200));
+    EXPECT_EQ(0x04u, bit(6, 3, 9600));
+    EXPECT_EQ(0x08u, bit(10, 0, 21999));
+    EXPECT_EQ(0x10u, bit(10, 0, 22000));
+    EXPECT_EQ(0x20u, bit(10, 0, 20348, VER_NT_SERVER));
+    EXPECT_EQ(0u, bit(5, 1, 2600));
 }

@@ -102,7 +102,7 @@ inline const char* const tree_features = R"("features": [
     {"name": "Core", "required": true, "files": [{"name": "core", "files": ["a.bin"]}]},
     {"name": "Tools", "files": [{"name": "tools", "target": "bin", "files": ["b.bin"]}], "features": [
         {"name": "Extra", "files": [{"name": "extra", "files": ["c.bin"]}]},
-        {"name": "Help", "languages": [1031], "systems": ["windows-7"], "files": [{"name": "help", "files": ["d.bin"]}]}
+        {"name": "Help", "languages": [1033, 1031], "systems": ["windows-7", "windows-10", "windows-11", "server"], "files": [{"name": "help", "files": ["d.bin"]}]}
     ]}])";
 
 inline void MakeTree(const SetupFolder& folder, const std::string& more = {})
