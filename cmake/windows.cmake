@@ -204,7 +204,9 @@ add_test(NAME host_life COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.p
   ${CMAKE_BINARY_DIR}/host_tests/life 1)
 add_test(NAME host_life_packed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_packed 2 $<TARGET_FILE:vhtool>)
-set_tests_properties(host_life host_life_packed PROPERTIES TIMEOUT 600)
+add_test(NAME host_life_killed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
+  $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_killed 3 kills=24)
+set_tests_properties(host_life host_life_packed host_life_killed PROPERTIES TIMEOUT 600)
 add_test(NAME host_stop COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/stop.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
   ${CMAKE_BINARY_DIR}/host_tests/stop)
 set_tests_properties(host_stop PROPERTIES TIMEOUT 300)

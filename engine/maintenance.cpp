@@ -135,16 +135,15 @@ void CheckTargetStays(const Core& core)
 
 namespace {
 
-// What is selected now, and where it goes. A run that moved nothing leaves the version that is there.
+// What is selected now, and where it goes.
 LogRecord SelectionOf(const Core& core, const std::wstring& target)
 {
     const Product& product = *core.product->product;
-    const bool same = core.product->maintenance && IsOtherVersion(core) && !core.moved;
     LogRecord selection;
     selection.kind = LogKind::features;
     selection.texts[target_text] = target;
     selection.texts[name_text] = product.name;
-    selection.texts[version_text] = same ? core.installedVersion : product.version;
+    selection.texts[version_text] = product.version;
     selection.texts[source_text] = core.options.source;
     selection.texts[language_text] = Number(core.language);
     ForEachFeature(
@@ -207,7 +206,14 @@ void CommitRun(Core& core, const std::wstring& target)
     const LogRecord* before = core.product->maintenance ? log.Newest(LogKind::features, {}) : nullptr;
     if (core.kind == RunKind::repair)
         RestoreValues(core);
+    // An upgrade that moved nothing is none: whatever else it did, the version that is there stays.
+    const bool idle = IsOtherVersion(core) && !core.moved && before;
     LogRecord selection = SelectionOf(core, target);
+    if (idle) {
+        selection.list = before->list;
+        selection.others = before->others;
+        selection.texts = before->texts;
+    }
     const bool same = before && before->list == selection.list && before->texts == selection.texts;
     if (!log.CurrentRun() && (!before || (same && HasProgramEntry(core))))
         return;
@@ -220,10 +226,11 @@ void CommitRun(Core& core, const std::wstring& target)
         };
         ReportFailures(core, TakeBack(core, unwanted));
     }
-    WriteProgramEntry(core, target);
+    if (!idle)
+        WriteProgramEntry(core, target);
     log.Commit(std::move(selection));
     TidyUp(log, unwanted);
-    if (log.AnythingStands())
+    if (!idle && log.AnythingStands())
         KeepSetup(core);
     if (core.product->maintenance || log.Standing(LogKind::texts).empty())
         DropIfIdle(log);

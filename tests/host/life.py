@@ -3,7 +3,7 @@
 fails, a downgrade, removed by its identifier with the setup gone; the tree is compared with its source after each step.
 
 Arguments: the program that starts Windows programs, vhhost, a folder of the test's own, a number to begin at random,
-and for the same with setups in one file vhtool.
+and for the same with setups in one file vhtool. With "kills=N" in its place N runs of the product are killed instead.
 """
 import json
 import os
@@ -15,6 +15,7 @@ import sys
 import time
 
 RUNNER, HOST, WORK, SEED, *PACKER = sys.argv[1:]
+KILLS = int(PACKER.pop()[6:]) if PACKER and PACKER[0].startswith("kills=") else 0
 WORK = pathlib.Path(WORK)
 GUID = "{2D7C3B55-9C11-4E0A-8E3F-0A6B7D15C4E2}"
 ROOT = "HKCU\\Software\\VHRT life"
@@ -204,10 +205,85 @@ def damaged_packs(product):
     empty_machine("its removal")
 
 
+def kill(words, after):
+    """Starts the host, and ends it at once that many seconds later. Result: whether it was still there."""
+    process = subprocess.Popen([RUNNER, HOST, *map(str, words)], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL)
+    try:
+        process.wait(after)
+        return False
+    except subprocess.TimeoutExpired:
+        process.kill()
+        process.wait()
+        return True
+
+
+def duration(*words):
+    begin = time.monotonic()
+    kill(words, 300)
+    return time.monotonic() - begin
+
+
+def state(name, *allowed):
+    """Which of the trees stands at the target; there may be no other."""
+    there = on_disk(WORK / "target") if (WORK / "target").exists() else {}
+    found = [tree for tree in allowed if tree == there]
+    if not found:
+        expect(f"{name}: neither state", sorted(there), [sorted(tree) for tree in allowed])
+    return found[0] if found else None
+
+
+def kill_runs():
+    """Each killed run is followed by one that does nothing: it undoes, or tidies up behind the commit."""
+    many = {"Base": ["run.exe", CONFIG] + [f"lib/{i // 20}/{i}.dll" for i in range(120)],
+            "Tools": [f"tools/{i}.bin" for i in range(60)]}
+    fewer = {**many, "Tools": [f"tools/{i}.bin" for i in range(30)] + [f"news/{i}.bin" for i in range(30)]}
+    one = Product("1.0", many)
+    two = Product("2.0", fewer, one)
+    nothing = WORK / "nothing.js"
+    nothing.write_text("")
+    look = ["--script", windows(nothing)]
+    remove = ["--uninstall", GUID, "--silent", "--data", windows(WORK / "data")]
+    # The shortest of three: most kills have to come before the end.
+    times = list(map(min, *([duration(*words) for words in (place(one), place(two), remove)] for _ in range(3))))
+    done = [0, 0, 0]
+    for turn in range(KILLS):
+        step = turn % 3
+        if step == 0:
+            done[0] += kill(place(one), chance.uniform(0.05, times[0]))
+            with_setup(one, f"{turn}: behind a killed installation", *look)
+            state(f"{turn}: installation", {}, one.tree())
+            with_setup(one, f"{turn}: whole installation")
+        elif step == 1:
+            done[1] += kill(place(two), chance.uniform(0.05, times[1]))
+            with_setup(two, f"{turn}: behind a killed upgrade", *look)
+            was_old = state(f"{turn}: upgrade", one.tree(), two.tree()) == one.tree()
+            expect(f"{turn}: version", registry(ENTRY).get("DisplayVersion"), "1.0" if was_old else "2.0")
+        else:
+            done[2] += kill(remove, chance.uniform(0.05, times[2]))
+            # Gone already when the kill came late.
+            rc, out = start(*remove)
+            expect(f"{turn}: second removal ({out.strip()[-200:]})", rc in (0, 4), True)
+            state(f"{turn}: removal", {})
+            empty_machine(f"{turn}: removal")
+            expect(f"{turn}: folders", (WORK / "target").exists(), False)
+    print(f"killed {done[0]} installations, {done[1]} upgrades, {done[2]} removals of {KILLS} runs")
+
+
 def main():
     shutil.rmtree(WORK, ignore_errors=True)
     WORK.mkdir(parents=True)
     start("delete", ROOT, "/f", program="reg")
+    if KILLS:
+        kill_runs()
+    else:
+        live()
+    start("delete", ROOT, "/f", program="reg")
+    print("\n".join(faults) or f"{checks} checks passed (seed {SEED})")
+    return 1 if faults else 0
+
+
+def live():
     one = Product("1.0", features("1.0"))
     two = Product("2.0", features("2.0"), one)
     three = Product("3.0", features("3.0"), two)
@@ -307,10 +383,6 @@ def main():
     lines[len(lines) // 2] = b"{damaged" + lines[len(lines) // 2][8:]
     log.write_bytes(b"\n".join(lines))
     run("removal by a damaged log", "--uninstall", GUID, "--silent", *data, says="1 unreadable in the log")
-
-    start("delete", ROOT, "/f", program="reg")
-    print("\n".join(faults) or f"{checks} checks passed (seed {SEED})")
-    return 1 if faults else 0
 
 
 sys.exit(main())
