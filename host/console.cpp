@@ -30,7 +30,7 @@ void Write(HANDLE handle, std::wstring_view text)
 // Signals are told on a thread of their own.
 std::mutex console_lock;
 
-// What was complained of and nobody could read.
+// What was complained of and nobody could read; guarded by the lock.
 std::wstring unread;
 
 // Units of the status line that stands on the console now; guarded by the lock.
@@ -59,9 +59,9 @@ void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
 void Complain(std::wstring_view line)
 {
     if (GetStdHandle(STD_ERROR_HANDLE))
-        Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
-    else
-        unread += std::wstring(line) + L"\n";
+        return Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
+    const std::scoped_lock lock(console_lock);
+    unread += std::wstring(line) + L"\n";
 }
 
 void ShareConsole()
