@@ -231,7 +231,7 @@ set_tests_properties(tool_system PROPERTIES TIMEOUT 600)
 add_test(NAME product_schema COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/schema.py ${CMAKE_SOURCE_DIR}
   ${WINE_RUNNER} $<TARGET_FILE:vhtool> ${CMAKE_BINARY_DIR}/host_tests/schema)
 set_tests_properties(product_schema PROPERTIES TIMEOUT 600)
-add_test(NAME script_types COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/types.py ${CMAKE_SOURCE_DIR}
+add_test(NAME script_types COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/declarations.py ${CMAKE_SOURCE_DIR}
   ${WINE_RUNNER} $<TARGET_FILE:vhtool>)
 set_tests_properties(script_types PROPERTIES TIMEOUT 300)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}

@@ -73,7 +73,14 @@ std::wstring SystemText(DWORD code)
     std::wstring text(buffer.data(), length);
     while (!text.empty() && text.back() <= L' ')
         text.pop_back();
-    return text.empty() ? L"error " + std::to_wstring(code) : text;
+    if (!text.empty())
+        return text;
+    if (code <= 0xFFFF)
+        return L"error " + Number(code);
+    // As people look such codes up.
+    const std::array<char, 4> bytes{static_cast<char>(code >> 24), static_cast<char>(code >> 16),
+                                    static_cast<char>(code >> 8), static_cast<char>(code)};
+    return L"error 0x" + ToHex({bytes.data(), bytes.size()});
 }
 
 std::wstring ToHex(std::string_view bytes)

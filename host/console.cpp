@@ -1,5 +1,6 @@
 #include "console.h"
 
+#include <mutex>
 #include <string>
 #include <windows.h>
 
@@ -26,10 +27,13 @@ void Write(HANDLE handle, std::wstring_view text)
     WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
 }
 
-// What was complained of and nobody could read.
+// Signals are told on a thread of their own.
+std::mutex console_lock;
+
+// What was complained of and nobody could read; guarded by the lock.
 std::wstring unread;
 
-// Units of the status line that stands on the console now.
+// Units of the status line that stands on the console now; guarded by the lock.
 std::size_t status_width = 0;
 
 void ClearStatus(HANDLE handle)
@@ -42,6 +46,7 @@ void ClearStatus(HANDLE handle)
 
 void Line(DWORD stream, std::wstring_view line)
 {
+    const std::scoped_lock lock(console_lock);
     const HANDLE handle = GetStdHandle(stream);
     ClearStatus(GetStdHandle(STD_OUTPUT_HANDLE));
     Write(handle, std::wstring(line) + L"\n");
@@ -54,9 +59,9 @@ void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
 void Complain(std::wstring_view line)
 {
     if (GetStdHandle(STD_ERROR_HANDLE))
-        Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
-    else
-        unread += std::wstring(line) + L"\n";
+        return Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
+    const std::scoped_lock lock(console_lock);
+    unread += std::wstring(line) + L"\n";
 }
 
 void ShareConsole()
@@ -84,6 +89,7 @@ bool Status(std::wstring_view line)
     const HANDLE handle = GetStdHandle(STD_OUTPUT_HANDLE);
     if (!IsConsole(handle))
         return false;
+    const std::scoped_lock lock(console_lock);
     ClearStatus(handle);
     const std::wstring_view shown = line.substr(0, 78);
     Write(handle, shown);

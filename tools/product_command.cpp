@@ -40,10 +40,15 @@ std::wstring ScriptFault(const std::wstring& script)
     }
 }
 
+std::wstring Counted(uint64_t count, const wchar_t* what)
+{
+    return std::to_wstring(count) + L" " + what + (count == 1 ? L"" : L"s");
+}
+
 int CheckSetup(const std::wstring& folder)
 {
     const vh::engine::SetupCheck check = vh::engine::CheckSetup(folder);
-    int faults = 0;
+    uint64_t faults = 0;
     for (const vh::engine::SetupFault& fault : check.faults) {
         host::Say(fault.Text());
         ++faults;
@@ -53,9 +58,9 @@ int CheckSetup(const std::wstring& folder)
             host::Say(fault);
             ++faults;
         }
-    host::Say(folder + L": " + (faults ? std::to_wstring(faults) + L" faults" : L"no faults") + L", " +
-              std::to_wstring(check.features) + L" features, " + std::to_wstring(check.files) + L" files with " +
-              std::to_wstring(check.bytes) + L" bytes, " + std::to_wstring(check.scripts.size()) + L" scripts");
+    host::Say(folder + L": " + (faults ? Counted(faults, L"fault") : L"no faults") + L", " +
+              Counted(check.features, L"feature") + L", " + Counted(check.files, L"file") + L" with " +
+              Counted(check.bytes, L"byte") + L", " + Counted(check.scripts.size(), L"script"));
     return faults ? exit_found : exit_done;
 }
 

@@ -1,3 +1,4 @@
+/// <reference path="../../types/vhrt.d.ts" />
 // Installs the VHRT SDK: a tour through the functions that a usual setup needs.
 //
 // The host gives every function of VHRT.dll by its name without leading underscores. A function with outputs

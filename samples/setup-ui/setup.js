@@ -1,3 +1,4 @@
+/// <reference path="../../types/vhrt.d.ts" />
 // Installs the VHRT SDK with windows: the pages of vhuser.dll in a wizard, the progress page while the data moves,
 // and the same steps without a window in a silent run.
 //

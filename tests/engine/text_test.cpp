@@ -195,3 +195,9 @@ TEST(PathHelpers, KnowWhatLeavesAFolder)
     }
     EXPECT_FALSE(MatchesPattern(L"abcd", L"a?c") || MatchesPattern(L"", L"?"));
 }
+
+TEST(SystemTexts, TellCodesWithoutATextAsPeopleLookThemUp)
+{
+    EXPECT_EQ(L"error 0x8004F084", SystemText(0x8004F084));
+    EXPECT_EQ(L"error 64999", SystemText(64999));
+}

@@ -8,6 +8,8 @@ include(${CMAKE_CURRENT_LIST_DIR}/stage.cmake)
 
 stage_sdk(${WORK}/sdk)
 
+expect("its check" 0 "no faults" ${WORK}/sdk/payload/bin/vhtool.exe product check ${WORK}/sdk)
+
 set(root "HKCU\\Software\\VHRTRoundTrip")
 set(key "${root}\\HKCU\\Software\\VHRT\\SDK")
 set(menu "${WORK}/programs/VHRT SDK")

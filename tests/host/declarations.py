@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds types/vhrt.d.ts and docs/script-constants.md against what vhtool makes, and looks at the declarations.
 
-usage: types.py SOURCE RUNNER VHTOOL
+usage: declarations.py SOURCE RUNNER VHTOOL
 Where the TypeScript compiler is on the path, it reads them with the samples too.
 """
 import pathlib
