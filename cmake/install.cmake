@@ -7,8 +7,13 @@ set(VHRT_HEADERS include)
 set_target_properties(VHRT PROPERTIES IMPORT_SUFFIX ".a")
 install(TARGETS VHRT EXPORT VHRTTargets RUNTIME DESTINATION bin ARCHIVE DESTINATION lib
   INCLUDES DESTINATION ${VHRT_HEADERS}/exports ${VHRT_HEADERS})
+# The embedded engine, for hosts of one's own.
+install(TARGETS vhengine EXPORT VHRTTargets ARCHIVE DESTINATION lib INCLUDES DESTINATION ${VHRT_HEADERS})
+install(FILES engine/check.h engine/engine.h engine/files.h engine/messages.h engine/recorder.h engine/text.h
+  DESTINATION ${VHRT_HEADERS}/engine)
+install(FILES engine/product/pack.h engine/product/pack_format.h DESTINATION ${VHRT_HEADERS}/engine/product)
 # All that is installed, and no tests.
-add_custom_target(product DEPENDS VHRT)
+add_custom_target(product DEPENDS VHRT vhengine)
 foreach(program vhres vhhost vhtool)
   if(TARGET ${program})
     add_dependencies(product ${program})
@@ -37,5 +42,6 @@ install(EXPORT VHRTTargets NAMESPACE VHRT:: DESTINATION lib/cmake/VHRT)
 configure_package_config_file(cmake/VHRTConfig.cmake.in ${CMAKE_BINARY_DIR}/VHRTConfig.cmake
   INSTALL_DESTINATION lib/cmake/VHRT)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/VHRTConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(FILES cmake/mingw-w64.cmake DESTINATION lib/cmake/VHRT)
 install(FILES ${CMAKE_BINARY_DIR}/VHRTConfig.cmake ${CMAKE_BINARY_DIR}/VHRTConfigVersion.cmake
   DESTINATION lib/cmake/VHRT)

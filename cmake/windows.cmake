@@ -65,7 +65,7 @@ vhrt_sources(engine_sources engine engine/product engine/transfer engine/service
 list(APPEND engine_sources system/secure_object.cpp scriptdata/stringx.cpp scriptdata/format.cpp)
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
-  target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers
+  target_link_libraries(vhengine PUBLIC $<BUILD_INTERFACE:vhrt_options> PRIVATE $<BUILD_INTERFACE:vhrt_headers>
     PUBLIC z bcrypt ole32 oleaut32 uuid shlwapi shell32 version)
 endif()
 
@@ -235,7 +235,7 @@ add_test(NAME script_types COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/dec
   ${WINE_RUNNER} $<TARGET_FILE:vhtool>)
 set_tests_properties(script_types PROPERTIES TIMEOUT 300)
 add_test(NAME host_package COMMAND ${CMAKE_COMMAND} -DBUILD=${CMAKE_BINARY_DIR} -DRUNNER=${WINE_RUNNER}
-  -DSAMPLE=${CMAKE_SOURCE_DIR}/samples/host -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
+  -DSETUP=${CMAKE_SOURCE_DIR}/tests/host/setup -DTOOLCHAIN=${CMAKE_TOOLCHAIN_FILE}
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/package -P ${CMAKE_SOURCE_DIR}/tests/host/package.cmake)
 add_test(NAME host_sdk_round_trip COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DHOST=$<TARGET_FILE:vhhost>
   -DBUILD=${CMAKE_BINARY_DIR} -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/host_tests/round_trip

@@ -1,5 +1,5 @@
 # The installed package serves a host of another build: install, configure the sample host, build it, run it.
-# Variables: BUILD (build folder of the product), SAMPLE, TOOLCHAIN (may be empty), RUNNER, WORK.
+# Variables: BUILD (build folder of the product), SETUP (a setup folder), TOOLCHAIN (may be empty), RUNNER, WORK.
 file(REMOVE_RECURSE ${WORK})
 
 function(must)
@@ -11,10 +11,29 @@ function(must)
 endfunction()
 
 must(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/sdk)
-must(${CMAKE_COMMAND} -S ${SAMPLE} -B ${WORK}/build -G Ninja -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN}
-  -DCMAKE_BUILD_TYPE=Release -DVHRT_DIR=${WORK}/sdk/lib/cmake/VHRT)
-must(${CMAKE_COMMAND} --build ${WORK}/build)
-must(${RUNNER} ${WORK}/build/tiny_host.exe)
+
+# The samples as the package brings them; a cross build takes its toolchain file.
+if(TOOLCHAIN)
+  set(TOOLCHAIN ${WORK}/sdk/lib/cmake/VHRT/mingw-w64.cmake)
+endif()
+foreach(sample host engine-host)
+  must(${CMAKE_COMMAND} -S ${WORK}/sdk/samples/${sample} -B ${WORK}/${sample} -G Ninja
+    -DCMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} -DCMAKE_BUILD_TYPE=Release -DVHRT_DIR=${WORK}/sdk/lib/cmake/VHRT)
+  must(${CMAKE_COMMAND} --build ${WORK}/${sample})
+endforeach()
+
+# The embedded engine in a host of another build: what it installs, and that it is gone again.
+set(place ${SETUP} ${WORK}/target ${WORK}/data)
+must(${RUNNER} ${WORK}/engine-host/engine_host.exe ${place})
+if(NOT out MATCHES "100 %" OR NOT EXISTS ${WORK}/target/readme.txt)
+  message(FATAL_ERROR "the host on the engine said\n${out}")
+endif()
+must(${RUNNER} ${WORK}/engine-host/engine_host.exe ${place} remove)
+if(EXISTS ${WORK}/target OR EXISTS ${WORK}/data)
+  message(FATAL_ERROR "the host on the engine left something and said\n${out}")
+endif()
+
+must(${RUNNER} ${WORK}/host/tiny_host.exe)
 string(REPLACE "\r" "" out "${out}")
 if(NOT out MATCHES "product.json\nsetup.js\n2 names")
   message(FATAL_ERROR "the sample host said\n${out}")

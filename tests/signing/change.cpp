@@ -51,10 +51,15 @@ private:
     vh::SignatureContext m_context;
 };
 
+std::vector<char> Read(const wchar_t* path)
+{
+    const std::string content = BytesOf(std::filesystem::path(path));
+    return {content.begin(), content.end()};
+}
+
 int Change(wchar_t** words)
 {
-    const std::string content = BytesOf(std::filesystem::path(words[0]));
-    const std::vector<char> bytes(content.begin(), content.end());
+    const std::vector<char> bytes = Read(words[0]);
     const auto header = vh::ReadSignedHeader(std::as_bytes(std::span(bytes)));
     Changes changes(bytes, words[1]);
     if (!header || !changes.Verifies(bytes)) {

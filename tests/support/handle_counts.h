@@ -36,13 +36,6 @@ inline int OpenGdiObjects()
     return static_cast<int>(std::count_if(table, table + 0x10000, [](const entry& one) { return one.type != 0; }));
 }
 
-inline DWORD OpenHandles()
-{
-    DWORD count = 0;
-    GetProcessHandleCount(GetCurrentProcess(), &count);
-    return count;
-}
-
 inline int Windows()
 {
     int count = 0;
