@@ -26,5 +26,6 @@ void Pictures(suite& s);
 void Dialogs(suite& s);
 void Views(suite& s);
 void Load(suite& s);
+void Setups(suite& s);
 
 } // namespace bench

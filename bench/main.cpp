@@ -36,6 +36,7 @@ constexpr area areas[] = {
     {"views", bench::Views, "the component view and skinned dialogs, painted"},
     {"registry", bench::Registry, "registry values on their way to the engine"},
     {"child", bench::ChildSearch, "the search for a child process"},
+    {"setup", bench::Setups, "whole installations by the embedded engine"},
     {"network", bench::Network, "downloads from the test server beside which the bench runs"},
 };
 

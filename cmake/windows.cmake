@@ -273,5 +273,5 @@ set_target_properties(vhsize PROPERTIES PREFIX "")
 
 vhrt_sources(bench_sources bench)
 add_executable(vhrt_bench ${bench_sources})
-target_link_libraries(vhrt_bench PRIVATE vhrt_objects ole32 oleaut32)
+target_link_libraries(vhrt_bench PRIVATE vhrt_objects vhengine ole32 oleaut32 psapi)
 add_dependencies(vhrt_bench VHRT vhfloor vhsize vhtexts_dialogs)

@@ -54,6 +54,46 @@ std::wstring Sha256::Finish()
     return ToHex({digest.data(), digest.size()});
 }
 
+Sha256Beside::Sha256Beside() : m_thread([this] { Work(); }) {}
+
+Sha256Beside::~Sha256Beside()
+{
+    m_taken.acquire();
+    m_bytes = {};
+    m_given.release();
+    m_thread.join();
+}
+
+void Sha256Beside::Work()
+{
+    for (m_given.acquire(); !m_bytes.empty(); m_given.acquire()) {
+        try {
+            m_hash.Add(m_bytes);
+        } catch (const engine_error&) {
+            m_failure = std::current_exception();
+        }
+        m_taken.release();
+    }
+}
+
+void Sha256Beside::Add(std::span<const std::byte> bytes)
+{
+    if (bytes.empty())
+        return;
+    m_taken.acquire();
+    m_bytes = bytes;
+    m_given.release();
+}
+
+std::wstring Sha256Beside::Finish()
+{
+    m_taken.acquire();
+    m_taken.release();
+    if (m_failure)
+        std::rethrow_exception(m_failure);
+    return m_hash.Finish();
+}
+
 std::wstring Sha256OfFile(const std::wstring& path)
 {
     constexpr DWORD block_size = 256 * 1024;

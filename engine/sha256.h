@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <exception>
+#include <semaphore>
 #include <span>
 #include <string>
+#include <thread>
 
 #include <windows.h>
 
@@ -30,6 +33,29 @@ public:
 
 private:
     unique<hash_traits> m_hash;
+};
+
+// The same on a thread of its own, beside whoever reads and writes.
+class Sha256Beside {
+public:
+    Sha256Beside();
+    ~Sha256Beside();
+    Sha256Beside(const Sha256Beside&) = delete;
+    Sha256Beside& operator=(const Sha256Beside&) = delete;
+
+    // The bytes have to stay as they are until the next call returns.
+    void Add(std::span<const std::byte> bytes);
+    std::wstring Finish();
+
+private:
+    void Work();
+
+    Sha256 m_hash;
+    std::span<const std::byte> m_bytes; // none ends the thread
+    std::exception_ptr m_failure;
+    std::binary_semaphore m_given{0};
+    std::binary_semaphore m_taken{1};
+    std::thread m_thread;
 };
 
 // Reads the file to its end. Throws engine_error when it can't be read.

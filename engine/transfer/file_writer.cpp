@@ -37,6 +37,33 @@ private:
     bool m_done = false;
 };
 
+// The SHA-256 of what is copied. Large files are looked at by a second thread.
+class ContentHash {
+public:
+    explicit ContentHash(const FileToWrite& file)
+    {
+        constexpr uint64_t large = 4 << 20;
+        if (file.loose)
+            return;
+        if (file.size < large)
+            m_here.emplace();
+        else
+            m_beside.emplace();
+    }
+    void Add(std::span<const std::byte> bytes)
+    {
+        if (m_here)
+            m_here->Add(bytes);
+        else if (m_beside)
+            m_beside->Add(bytes);
+    }
+    std::wstring Finish() { return m_here ? m_here->Finish() : m_beside ? m_beside->Finish() : std::wstring(); }
+
+private:
+    std::optional<Sha256> m_here;
+    std::optional<Sha256Beside> m_beside;
+};
+
 // `flushed` content reaches the disk before this returns. Result: the content's SHA-256; empty for a loose file, which
 // nobody compares later.
 std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool flushed, const WriterNews& news)
@@ -46,19 +73,19 @@ std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool
         CreateFileW(LongPath(temp).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!target)
         ThrowFileError(file.target, L"can't write the file", GetLastError());
-    const auto block = std::make_unique<std::byte[]>(block_size);
-    std::optional<Sha256> hash;
-    if (!file.loose)
-        hash.emplace();
+    // One is read while the other is still looked at.
+    const auto blocks = std::make_unique_for_overwrite<std::byte[]>(std::size_t{2} * block_size);
+    ContentHash hash(file);
     uint64_t copied = 0;
     std::size_t got = 0;
+    std::size_t turn = 0;
     do {
-        got = source.Read({block.get(), block_size});
+        std::byte* block = blocks.get() + (turn++ % 2) * block_size;
+        got = source.Read({block, block_size});
+        hash.Add({block, got});
         DWORD put = 0;
-        if (got && (!WriteFile(target.get(), block.get(), static_cast<DWORD>(got), &put, nullptr) || put != got))
+        if (got && (!WriteFile(target.get(), block, static_cast<DWORD>(got), &put, nullptr) || put != got))
             ThrowFileError(file.target, L"can't write the file", put ? ERROR_WRITE_FAULT : GetLastError());
-        if (hash)
-            hash->Add({block.get(), got});
         copied += got;
         news.advance(got, file);
     } while (got);
@@ -70,7 +97,7 @@ std::wstring CopyContent(const FileToWrite& file, const std::wstring& temp, bool
         ThrowFileError(file.target, L"can't set the file's time", GetLastError());
     if (flushed && !FlushFileBuffers(target.get()))
         ThrowFileError(file.target, L"can't write the file", GetLastError());
-    std::wstring digest = hash ? hash->Finish() : std::wstring();
+    std::wstring digest = hash.Finish();
     if (file.packed && digest != file.packed->digest)
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), file.source,
                            L"the setup is damaged: this is not what was packed");
