@@ -61,8 +61,9 @@ set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine engine/product engine/transfer engine/services engine/windows)
-# Access lists are set as the library sets them.
-list(APPEND engine_sources system/secure_object.cpp scriptdata/stringx.cpp scriptdata/format.cpp)
+# Access lists are set, and moves put off, as the library does it.
+list(APPEND engine_sources system/secure_object.cpp system/pending_operations.cpp system/reboot_move.cpp
+  system/user_rights.cpp scriptdata/stringx.cpp scriptdata/format.cpp)
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC vhrt_options PRIVATE vhrt_headers

@@ -7,6 +7,7 @@
 
 #include "../product/pack.h"
 #include "../sha256.h"
+#include "in_use.h"
 #include "removal.h"
 
 namespace vh::engine {
@@ -210,7 +211,9 @@ private:
         if (!file.loose)
             Want(file);
         Step step{&file, there.exists() ? Decide(m_core, file, there) : Written::written};
-        if (step.decision == Written::same)
+        if (HasItsFileWaiting(file))
+            step.decision = Written::same;
+        else if (step.decision == Written::same)
             RecordFound(file, there);
         if (step.decision == Written::written) {
             for (std::wstring& folder : MissingFolders(FolderOf(file.target)))
@@ -229,6 +232,23 @@ private:
             m_records.push_back(std::move(record));
         }
         m_steps.push_back(std::move(step));
+    }
+
+    // A file that waits for the place already comes from an earlier run: the same is not written again, and another
+    // does not count any more.
+    bool HasItsFileWaiting(const FileToWrite& file)
+    {
+        const LogRecord* waiting = m_core.log->Waiting(file.kind, file.target);
+        if (!waiting)
+            return false;
+        const FileFacts there = FactsOf(waiting->temp);
+        if (there.size == file.size && there.time == file.time && !file.compare && !m_core.options.repair)
+            return true;
+        LogRecord forgotten;
+        forgotten.kind = LogKind::forgotten;
+        forgotten.ref = waiting->id;
+        m_records.push_back(std::move(forgotten));
+        return false;
     }
 
     void Want(const FileToWrite& file)
@@ -280,8 +300,13 @@ private:
             digests[Number(static_cast<int64_t>(step.record))] = std::move(digest);
         if (const FileFacts kept = FactsOf(step.temp); kept.time != file.time)
             m_core.log->NotePlaced(static_cast<long>(step.record), kept.size, kept.time);
-        if (replaces)
-            Rename(file.target, step.backup, file.target, L"can't replace the file");
+        if (file.attributes & kept_attributes)
+            SetFileAttributesW(LongPath(step.temp).c_str(), file.attributes & kept_attributes);
+        if (replaces && !MoveFileExW(LongPath(file.target).c_str(), LongPath(step.backup).c_str(), 0)) {
+            LetWait(step, GetLastError());
+            unfinished.Done();
+            return;
+        }
         try {
             Rename(step.temp, file.target, file.target, L"can't write the file");
         } catch (...) {
@@ -290,8 +315,20 @@ private:
             throw;
         }
         unfinished.Done();
-        if (file.attributes & kept_attributes)
-            SetFileAttributesW(LongPath(file.target).c_str(), file.attributes & kept_attributes);
+    }
+
+    // The new file stays under its own name beside one that is in use, until the run is committed. What is not the
+    // product's has a copy by then, which a removal puts back.
+    void LetWait(const Step& step, DWORD code)
+    {
+        const std::wstring& target = step.file->target;
+        if (!IsInUse(target, code))
+            ThrowFileError(target, L"can't replace the file", code);
+        const auto id = static_cast<long>(step.record);
+        m_core.log->NoteWaiting(id);
+        if (const LogRecord* record = m_core.log->Find(id);
+            record && record->original && !CopyFileW(LongPath(target).c_str(), LongPath(step.backup).c_str(), TRUE))
+            ThrowFileError(target, InUseWords(target) + L"; it is not the product's, and can't be kept", code);
     }
 
     Core& m_core;
