@@ -173,7 +173,8 @@ LogRecord RecordOf(const FileToWrite& file)
 // Files whose records go to the log together.
 class Batch {
 public:
-    Batch(Core& core, std::span<const FileToWrite> files) : m_core(core)
+    Batch(Core& core, std::span<const FileToWrite> files)
+        : m_core(core), m_toGo(PutOffList(core.log->File()).PlacesToGo())
     {
         for (const FileToWrite& file : files)
             Plan(file);
@@ -216,7 +217,7 @@ private:
         else if (step.decision == Written::same)
             RecordFound(file, there);
         if (step.decision == Written::written) {
-            for (std::wstring& folder : MissingFolders(FolderOf(file.target)))
+            for (std::wstring& folder : FoldersFor(file.target))
                 if (m_seen.insert(Upper(folder)).second) {
                     m_records.push_back(FolderRecord(folder, file.feature, file.loose));
                     m_folders.push_back(std::move(folder));
@@ -251,6 +252,18 @@ private:
         return false;
     }
 
+    // Those that are missing, and those that a removal could not take away yet: they are the product's again.
+    std::vector<std::wstring> FoldersFor(const std::wstring& target) const
+    {
+        std::vector<std::wstring> folders = MissingFolders(FolderOf(target));
+        if (m_toGo.empty())
+            return folders;
+        for (std::wstring at = FolderOf(target); !at.empty() && at != DriveOf(at); at = FolderOf(at))
+            if (m_toGo.contains(Upper(at)) && FactsOf(at).folder() && !m_core.log->Newest(LogKind::folder, at))
+                folders.insert(folders.begin(), at);
+        return folders;
+    }
+
     void Want(const FileToWrite& file)
     {
         m_core.log->Want(file.target);
@@ -259,7 +272,7 @@ private:
     }
 
     // A file that is there already and the same counts as placed. It is the product's when a record says so: one of
-    // a run that could not be undone whole is taken over.
+    // a run that could not be undone whole is taken over; or when a removal could only put off its end.
     void RecordFound(const FileToWrite& file, const FileFacts& there)
     {
         if (file.loose)
@@ -268,7 +281,7 @@ private:
         if (before && !m_core.log->UnfinishedRuns().contains(before->run))
             return;
         LogRecord record = RecordOf(file);
-        record.found = !before;
+        record.found = !before && !m_toGo.contains(Upper(file.target));
         record.oldData.clear();
         record.time = there.time;
         if (there.time != file.time)
@@ -336,6 +349,7 @@ private:
     std::vector<LogRecord> m_records;
     std::vector<std::wstring> m_folders; // to be made, the outermost first
     std::set<std::wstring> m_seen;
+    std::set<std::wstring> m_toGo;   // of an earlier removal, in upper case
     std::set<std::wstring> m_wanted; // folders that the log has heard of
 };
 

@@ -24,7 +24,7 @@ const std::wstring& SourceOf(const LogRecord& entry)
     return !entry.temp.empty() ? entry.temp : entry.kind == LogKind::taken ? entry.backup : entry.what;
 }
 
-bool IsOwnPlace(const LogRecord& entry) { return entry.kind == LogKind::file && entry.temp.empty(); }
+bool IsOwnPlace(const LogRecord& entry) { return entry.kind != LogKind::taken && entry.temp.empty(); }
 
 LogRecord EntryOf(LogKind kind, const std::wstring& what)
 {
@@ -116,6 +116,15 @@ void PutOffList::Save()
 bool PutOffList::Holds(const std::wstring& path) const
 {
     return std::ranges::any_of(m_entries, [&](const LogRecord& entry) { return SameText(SourceOf(entry), path); });
+}
+
+std::set<std::wstring> PutOffList::PlacesToGo() const
+{
+    std::set<std::wstring> places;
+    for (const LogRecord& entry : m_entries)
+        if (IsOwnPlace(entry))
+            places.insert(Upper(entry.what));
+    return places;
 }
 
 bool PutOffList::Waits() const

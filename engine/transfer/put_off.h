@@ -2,6 +2,7 @@
 // again by each start of a setup.
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include "../../scriptdata/unique.h"
@@ -34,6 +35,8 @@ public:
     // The file is not to go from its place any more. With `exchanges`, what was to take that place goes.
     void Withdraw(const std::wstring& path, bool exchanges = true);
 
+    // Files and folders that are to go from their own places, in upper case.
+    std::set<std::wstring> PlacesToGo() const;
     // Something of this product waits.
     bool Waits() const;
 

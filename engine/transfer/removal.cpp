@@ -100,9 +100,12 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
     Later later(log);
     for (std::size_t i = log.Records().size(); i-- > 0;) {
         // A copy: marking adds records and may move them.
-        const LogRecord record = log.Records()[i];
+        LogRecord record = log.Records()[i];
         if (log.Undone(record) || !wanted(record))
             continue;
+        // Behind the commit nothing comes back from a backup that is only waiting to go.
+        if (!record.original && how == Undo::removal && !log.UnfinishedRuns().contains(record.run))
+            record.backup.clear();
         if (how == Undo::removal ? !IsForRemoval(record) : !IsUndoable(record.kind)) {
             if (how == Undo::rollback && IsStatement(record.kind))
                 log.MarkUndone(record.id);
@@ -230,7 +233,7 @@ bool FinishStep(InstallLog& log, const LogRecord& record, PutOffList& list)
         return list.Exchange(record) && dropped && settled;
     if (record.waiting && record.kind == LogKind::taken)
         return list.Remove(record.what, record.backup) && settled;
-    if (IsFile(record.kind))
+    if (IsFile(record.kind) || record.kind == LogKind::folder)
         list.Withdraw(record.what, false);
     return dropped && settled;
 }
