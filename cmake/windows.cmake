@@ -61,8 +61,9 @@ set_source_files_properties(resources/vhres/vhres.rc resources/vhuser/vhuser.rc 
 # The embedded engine: for hosts and tests, never in the DLL.
 include(cmake/headers.cmake)
 vhrt_sources(engine_sources engine engine/product engine/transfer engine/services engine/windows)
-# Access lists are set as the library sets them.
-list(APPEND engine_sources system/secure_object.cpp scriptdata/stringx.cpp scriptdata/format.cpp)
+# Access lists are set, and moves put off, as the library does it.
+list(APPEND engine_sources system/secure_object.cpp system/pending_operations.cpp system/reboot_move.cpp
+  system/user_rights.cpp scriptdata/stringx.cpp scriptdata/format.cpp)
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC $<BUILD_INTERFACE:vhrt_options> PRIVATE $<BUILD_INTERFACE:vhrt_headers>
@@ -210,6 +211,9 @@ set_tests_properties(host_life host_life_packed host_life_killed PROPERTIES TIME
 add_test(NAME host_stop COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/stop.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
   ${CMAKE_BINARY_DIR}/host_tests/stop)
 set_tests_properties(host_stop PROPERTIES TIMEOUT 300)
+add_test(NAME host_in_use COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/in_use.py ${WINE_RUNNER}
+  $<TARGET_FILE:vhhost> $<TARGET_FILE:vhrt_test_program> ${CMAKE_BINARY_DIR}/host_tests/in_use)
+set_tests_properties(host_in_use PROPERTIES TIMEOUT 300)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

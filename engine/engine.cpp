@@ -37,6 +37,7 @@ void Recover(Core& core)
 std::unique_ptr<Engine> Engine::Open(Options options)
 {
     auto core = std::make_shared<Core>(std::move(options));
+    PutOffList(core->log->File()).CarryOut();
     Recover(*core);
     TakeOver(*core);
     return std::unique_ptr<Engine>(new Engine(std::move(core)));
@@ -142,6 +143,7 @@ std::vector<std::wstring> Engine::LogLines() const
 
 RunKind Engine::Kind() const { return m_core->kind; }
 std::wstring Engine::InstalledVersion() const { return m_core->installedVersion; }
+bool Engine::NeedsRestart() const { return vh::engine::NeedsRestart(*m_core); }
 RunCounts Engine::Counts() const { return m_core->log->CurrentRun() ? CountWritten(*m_core->log) : m_core->counts; }
 
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir)

@@ -103,8 +103,10 @@ struct Removal {
     std::wstring kind;
     // The path, or root\key[\value].
     std::wstring what;
-    // Reason of a failure; empty otherwise.
+    // Reason of a failure, or what is put off; empty otherwise.
     std::wstring reason;
+    // It is in use, and goes when the system starts again or with a later setup; counted as removed.
+    bool later = false;
 };
 
 // How many were done, not merely looked at.
@@ -184,6 +186,8 @@ public:
     RunKind Kind() const;
     // The version that was installed when this run began; empty for none.
     std::wstring InstalledVersion() const;
+    // A file of the product is in use: once committed, something waits for the system to start again.
+    bool NeedsRestart() const;
     // By this run, whether it is committed already or not.
     RunCounts Counts() const;
     // Files on the machine by the log, in the order of their installation.
@@ -207,6 +211,10 @@ std::vector<InstalledProduct> InstalledProducts(const std::wstring& dataDir);
 
 // Where the install log of a setup folder lies. Throws engine_error for a broken product file.
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir = {});
+
+// Tries again what files in use have put off, for all products with a log in that folder, whether they are installed
+// still or not. Each start of a setup or removal does so by itself.
+void CarryOutPutOff(const std::wstring& dataDir);
 
 // How many things an install log lists that no removal has taken away or left for good. Throws engine_error when
 // another setup has the log.

@@ -136,6 +136,14 @@ bool RemoveFile(const std::wstring& path)
     return DeleteFileW(name.c_str()) != 0;
 }
 
+bool MoveOver(const std::wstring& from, const std::wstring& to)
+{
+    const DWORD attributes = GetFileAttributesW(LongPath(to).c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
+        SetFileAttributesW(LongPath(to).c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+    return MoveFileExW(LongPath(from).c_str(), LongPath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
+}
+
 void RemoveTree(const std::wstring& path)
 {
     // A folder is listed when it is met first and removed when it is met again; a link goes without what it leads to.

@@ -42,6 +42,8 @@ void MakeFolder(const std::wstring& path);
 // Makes the folder and those above it.
 void MakeFolders(const std::wstring& path);
 bool RemoveFile(const std::wstring& path);
+// In one step, so that at every moment one of the two has the name; also over a read-only file.
+bool MoveOver(const std::wstring& from, const std::wstring& to);
 // Makes the files and folders that the copies and backups of a run leave behind go away; junctions are not followed.
 void RemoveTree(const std::wstring& path);
 

@@ -229,11 +229,22 @@ void CommitRun(Core& core, const std::wstring& target)
     if (!idle)
         WriteProgramEntry(core, target);
     log.Commit(std::move(selection));
-    TidyUp(log, unwanted);
+    for (const PutOffList::News& news : TidyUp(log, unwanted))
+        core.Report({Severity::warning, news.file, news.reason, HRESULT_FROM_WIN32(ERROR_SUCCESS_REBOOT_REQUIRED)});
     if (!idle && log.AnythingStands())
         KeepSetup(core);
     if (core.product->maintenance || log.Standing(LogKind::texts).empty())
         DropIfIdle(log);
+}
+
+bool NeedsRestart(const Core& core)
+{
+    const auto& records = core.log->Records();
+    return std::any_of(records.begin(), records.end(),
+                       [&](const LogRecord& record) {
+                           return record.waiting && record.run == core.log->CurrentRun() && !core.log->Undone(record);
+                       }) ||
+           PutOffList(core.log->File()).Waits();
 }
 
 RunCounts CountWritten(const InstallLog& log)

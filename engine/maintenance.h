@@ -19,6 +19,9 @@ void CheckTargetStays(const Core& core);
 // programs, and ends the run for good. A run that did nothing leaves no log.
 void CommitRun(Core& core, const std::wstring& target);
 
+// Something of the product waits for the system to start again, or will once the run in hand is committed.
+bool NeedsRestart(const Core& core);
+
 // Files, values and shortcuts that the run in hand has written so far.
 RunCounts CountWritten(const InstallLog& log);
 

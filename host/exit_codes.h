@@ -22,6 +22,8 @@ enum ExitCode : int {
     exit_removal = 8,
     // The product is one of the machine, and the rights for that are missing; nothing was touched.
     exit_rights = 10,
+    // Done, and a file in use waits for the system to start again; the system's own code for that.
+    exit_restart = 3010,
 };
 
 } // namespace host

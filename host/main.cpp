@@ -29,7 +29,8 @@ constexpr const char* footer =
     "the user (rolled back; a removal goes on the next time); 7 VHRT.dll or a script can't be\n"
     "loaded, or the trace can't be written (rolled back); 8 the removal left something behind;\n"
     "9 rolled back in part, or ended by a second Ctrl+C: the next run undoes the rest;\n"
-    "10 the rights of an administrator are missing.";
+    "10 the rights of an administrator are missing; 3010 done, and a file in use waits for\n"
+    "the system to start again.";
 
 struct CommandLine {
     std::string folder;

@@ -179,6 +179,8 @@ void SayRepaired(const vh::engine::RunCounts& counts)
         Counted(counts.shortcuts, L"shortcut"));
 }
 
+constexpr const wchar_t* restart_words = L"files are in use: the system has to start again";
+
 // The installed tree, the log and a closing line of counts, as far as they are wanted.
 ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options)
 {
@@ -197,7 +199,12 @@ ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options
             std::to_wstring(counts.files - counts.different) + L" same as their source, " +
             std::to_wstring(counts.different) + L" not, " + std::to_wstring(engine.LogLines().size()) +
             L" log records");
-    return counts.different ? exit_failed : exit_done;
+    if (counts.different)
+        return exit_failed;
+    if (!engine.NeedsRestart())
+        return exit_done;
+    Say(restart_words);
+    return exit_restart;
 }
 
 std::wstring NameOf(const vh::engine::Removal& removal)
@@ -315,9 +322,11 @@ vh::engine::InstalledProduct ProductOf(const RunOptions& options)
         return product;
     }
     auto product = FindProduct(options.guid, options.data_folder);
-    if (!product)
-        throw std::runtime_error(Utf8(options.guid) + ": no such product is installed");
-    return *product;
+    if (product)
+        return *product;
+    // It may have gone but for files in use.
+    vh::engine::CarryOutPutOff(options.data_folder.empty() ? vh::engine::DefaultDataDir(false) : options.data_folder);
+    throw std::runtime_error(Utf8(options.guid) + ": no such product is installed");
 }
 
 // Nothing when the run can go on as it is.
@@ -421,11 +430,13 @@ ExitCode RemoveSetup(const RunOptions& options)
             return *code;
         log = product.logFile;
         std::map<std::wstring, int> counts;
+        bool restart = false;
         const auto removals = vh::engine::Uninstall(log, [&](const vh::engine::Removal& removal) {
             if (counts.empty())
                 Say(L"removing what " + log + L" lists, newest first");
             const std::wstring word = NameOf(removal);
             ++counts[word];
+            restart |= removal.later;
             if (!options.silent)
                 Say(L"  " + word + L": " + removal.kind + L" " + removal.what +
                     (removal.reason.empty() ? L"" : L": " + removal.reason));
@@ -437,7 +448,12 @@ ExitCode RemoveSetup(const RunOptions& options)
             summary += L", " + std::to_wstring(count) + L" " + word;
         Say(summary);
         SweepHost(DataFolderOfLog(log));
-        return counts.contains(L"FAILED") ? exit_removal : exit_done;
+        if (counts.contains(L"FAILED"))
+            return exit_removal;
+        if (!restart)
+            return exit_done;
+        Say(restart_words);
+        return exit_restart;
     } catch (const removal_stopped&) {
         Complain(L"stopped by the user; " + std::to_wstring(vh::engine::LeftForRemoval(log)) +
                  L" records are left, and the next removal goes on with them");

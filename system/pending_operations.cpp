@@ -156,6 +156,23 @@ void FindPendingOperation(const stringxi& target, stringxi& source)
         }
 }
 
+void ForgetPendingOperation(const wchar_t* source)
+{
+    unique_key key;
+    if (Open(key))
+        return;
+    const std::vector<entry> entries = ReadEntries(key.get());
+    const auto is_on_source = [&](const entry& one) { return IsSame(one.source, source); };
+    if (!entries.empty() && std::ranges::all_of(entries, is_on_source)) {
+        ClearPendingOperations();
+        return;
+    }
+    for (const entry& one : entries)
+        if (is_on_source(one))
+            for (const wchar_t* name : {source_name, target_name})
+                RegDeleteValueW(key.get(), value_name(name, one.number).text);
+}
+
 HRESULT ApplyPendingOperations()
 {
     unique_key key;

@@ -28,6 +28,9 @@ void RecordPendingOperation(const wchar_t* source, const wchar_t* target);
 // The source of the first operation on a target. Without one the text stays as it is.
 void FindPendingOperation(const stringxi& target, stringxi& source);
 
+// Takes the operations on a source off the list; the file stays.
+void ForgetPendingOperation(const wchar_t* source);
+
 // Carries all of them out and empties the list, whatever fails. Result: 0, or the last failure; a file that was to be
 // deleted and is not counts for none.
 HRESULT ApplyPendingOperations();

@@ -1,5 +1,7 @@
 #include "reboot_move.h"
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 #include "../scriptdata/exception.h"
@@ -98,6 +100,74 @@ DWORD ScheduleAtReboot(const stringxi& source, const stringxi& target)
         return 0;
     const DWORD error = GetLastError();
     return error == ERROR_CALL_NOT_IMPLEMENTED ? ScheduleInFile(source, target) : error;
+}
+
+namespace {
+
+constexpr const wchar_t* session_key = L"System\\CurrentControlSet\\Control\\Session Manager";
+constexpr const wchar_t* operations_name = L"PendingFileRenameOperations";
+
+// The value as it stands: source and target in turn, each with a zero behind it. A target may be empty.
+LSTATUS ReadOperations(HKEY key, std::wstring& operations)
+{
+    DWORD size = 0;
+    LSTATUS error = RegQueryValueExW(key, operations_name, nullptr, nullptr, nullptr, &size);
+    // It may have grown meanwhile.
+    while (!error) {
+        operations.resize(size / sizeof(wchar_t));
+        error =
+            RegQueryValueExW(key, operations_name, nullptr, nullptr, reinterpret_cast<BYTE*>(operations.data()), &size);
+        if (error == ERROR_MORE_DATA) {
+            error = ERROR_SUCCESS;
+            continue;
+        }
+        operations.resize(size / sizeof(wchar_t));
+        break;
+    }
+    return error;
+}
+
+// Without the pairs of a source, which the list has under the name of the kernel.
+std::wstring WithoutSource(const std::wstring& operations, std::wstring_view source)
+{
+    constexpr std::wstring_view kernel_root = L"\\??\\";
+    constexpr std::wstring_view long_root = L"\\\\?\\";
+    if (source.starts_with(long_root))
+        source.remove_prefix(long_root.size());
+    const stringxi wanted(Concat(kernel_root, source).view());
+    std::wstring kept;
+    for (std::size_t at = 0; at < operations.size() && operations[at];) {
+        const std::size_t middle = std::min(operations.find(L'\0', at), operations.size() - 1) + 1;
+        const std::size_t end = std::min(operations.find(L'\0', middle), operations.size() - 1) + 1;
+        if (stringxi(std::wstring_view(operations).substr(at, middle - at - 1)) != wanted)
+            kept.append(operations, at, end - at);
+        at = end;
+    }
+    return kept;
+}
+
+} // namespace
+
+LSTATUS WithdrawAtReboot(const stringxi& source)
+{
+    unique_key key;
+    std::wstring operations;
+    LSTATUS error = RegOpenKeyExW(HKEY_LOCAL_MACHINE, session_key, 0, KEY_QUERY_VALUE, key.put());
+    if (!error)
+        error = ReadOperations(key.get(), operations);
+    if (error)
+        return error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error;
+    const std::wstring kept = WithoutSource(operations, source.view());
+    if (kept.size() + 1 >= operations.size())
+        return ERROR_SUCCESS;
+    key.reset();
+    error = RegOpenKeyExW(HKEY_LOCAL_MACHINE, session_key, 0, KEY_SET_VALUE, key.put());
+    if (error)
+        return error;
+    if (kept.empty())
+        return RegDeleteValueW(key.get(), operations_name);
+    return RegSetValueExW(key.get(), operations_name, 0, REG_MULTI_SZ, reinterpret_cast<const BYTE*>(kept.c_str()),
+                          static_cast<DWORD>((kept.size() + 1) * sizeof(wchar_t)));
 }
 
 } // namespace vh

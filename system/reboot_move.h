@@ -12,4 +12,7 @@ namespace vh {
 // is, and the result is 0. Result: 0 or the system's error.
 DWORD ScheduleAtReboot(const stringxi& source, const stringxi& target);
 
+// Takes all operations on a source out of the system's list again. Result: 0 or the system's error.
+LSTATUS WithdrawAtReboot(const stringxi& source);
+
 } // namespace vh

@@ -2,6 +2,7 @@
 
 #include "../../system/secure_object.h"
 #include "../windows/window_object.h"
+#include "../maintenance.h"
 #include "reboot_texts.h"
 
 namespace vh::engine {
@@ -102,7 +103,7 @@ HRESULT UserObject::GetWindow(ISetupWindow** window)
     return Call("ISetupUser.GetWindow")([&] { return GiveObject(window, make_object<WindowObject>(shared_core())); });
 }
 
-const dispatch_entry<RebootObject> RebootObject::names[4] = {
+const dispatch_entry<RebootObject> RebootObject::names[5] = {
     {L"Count",
      [](RebootObject& reboot, const dispatch_call& call) {
          return call.give(variant(static_cast<long>(reboot.core().rebootTexts.size())));
@@ -121,6 +122,8 @@ const dispatch_entry<RebootObject> RebootObject::names[4] = {
              return DISP_E_BADINDEX;
          return call.give(variant(std::wstring_view(left[row][part])));
      }},
+    {L"Needed",
+     [](RebootObject& reboot, const dispatch_call& call) { return call.give(variant(NeedsRestart(reboot.core()))); }},
     {L"PutString",
      [](RebootObject& reboot, const dispatch_call& call) {
          return reboot.PutString(call.text(0).get(), call.text(1).get(), call.text(2).get());

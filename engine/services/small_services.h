@@ -54,7 +54,7 @@ class RebootObject final : public engine_object<RebootObject, ISetupReboot> {
 public:
     using engine_object::engine_object;
     HRESULT STDMETHODCALLTYPE PutString(BSTR first, BSTR second, BSTR third) override;
-    static const dispatch_entry<RebootObject> names[4];
+    static const dispatch_entry<RebootObject> names[5];
 };
 
 // Named values that may be used from another thread.

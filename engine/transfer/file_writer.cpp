@@ -7,6 +7,7 @@
 
 #include "../product/pack.h"
 #include "../sha256.h"
+#include "in_use.h"
 #include "removal.h"
 
 namespace vh::engine {
@@ -199,7 +200,8 @@ LogRecord RecordOf(const FileToWrite& file)
 // Files whose records go to the log together.
 class Batch {
 public:
-    Batch(Core& core, std::span<const FileToWrite> files) : m_core(core)
+    Batch(Core& core, std::span<const FileToWrite> files)
+        : m_core(core), m_toGo(PutOffList(core.log->File()).PlacesToGo())
     {
         for (const FileToWrite& file : files)
             Plan(file);
@@ -237,10 +239,12 @@ private:
         if (!file.loose)
             Want(file);
         Step step{&file, there.exists() ? Decide(m_core, file, there) : Written::written};
-        if (step.decision == Written::same)
+        if (HasItsFileWaiting(file))
+            step.decision = Written::same;
+        else if (step.decision == Written::same)
             RecordFound(file, there);
         if (step.decision == Written::written) {
-            for (std::wstring& folder : MissingFolders(FolderOf(file.target)))
+            for (std::wstring& folder : FoldersFor(file.target))
                 if (m_seen.insert(Upper(folder)).second) {
                     m_records.push_back(FolderRecord(folder, file.feature, file.loose));
                     m_folders.push_back(std::move(folder));
@@ -258,6 +262,35 @@ private:
         m_steps.push_back(std::move(step));
     }
 
+    // A file that waits for the place already comes from an earlier run: the same is not written again, and another
+    // does not count any more.
+    bool HasItsFileWaiting(const FileToWrite& file)
+    {
+        const LogRecord* waiting = m_core.log->Waiting(file.kind, file.target);
+        if (!waiting)
+            return false;
+        const FileFacts there = FactsOf(waiting->temp);
+        if (there.size == file.size && there.time == file.time && !file.compare && !m_core.options.repair)
+            return true;
+        LogRecord forgotten;
+        forgotten.kind = LogKind::forgotten;
+        forgotten.ref = waiting->id;
+        m_records.push_back(std::move(forgotten));
+        return false;
+    }
+
+    // Those that are missing, and those that a removal could not take away yet: they are the product's again.
+    std::vector<std::wstring> FoldersFor(const std::wstring& target) const
+    {
+        std::vector<std::wstring> folders = MissingFolders(FolderOf(target));
+        if (m_toGo.empty())
+            return folders;
+        for (std::wstring at = FolderOf(target); !at.empty() && at != DriveOf(at); at = FolderOf(at))
+            if (m_toGo.contains(Upper(at)) && FactsOf(at).folder() && !m_core.log->Newest(LogKind::folder, at))
+                folders.insert(folders.begin(), at);
+        return folders;
+    }
+
     void Want(const FileToWrite& file)
     {
         m_core.log->Want(file.target);
@@ -266,7 +299,7 @@ private:
     }
 
     // A file that is there already and the same counts as placed. It is the product's when a record says so: one of
-    // a run that could not be undone whole is taken over.
+    // a run that could not be undone whole is taken over; or when a removal could only put off its end.
     void RecordFound(const FileToWrite& file, const FileFacts& there)
     {
         if (file.loose)
@@ -275,7 +308,7 @@ private:
         if (before && !m_core.log->UnfinishedRuns().contains(before->run))
             return;
         LogRecord record = RecordOf(file);
-        record.found = !before;
+        record.found = !before && !m_toGo.contains(Upper(file.target));
         record.oldData.clear();
         record.time = there.time;
         if (there.time != file.time)
@@ -307,8 +340,13 @@ private:
             digests[Number(static_cast<int64_t>(step.record))] = std::move(digest);
         if (const FileFacts kept = FactsOf(step.temp); kept.time != file.time)
             m_core.log->NotePlaced(static_cast<long>(step.record), kept.size, kept.time);
-        if (replaces)
-            Rename(file.target, step.backup, file.target, L"can't replace the file");
+        if (file.attributes & kept_attributes)
+            SetFileAttributesW(LongPath(step.temp).c_str(), file.attributes & kept_attributes);
+        if (replaces && !MoveFileExW(LongPath(file.target).c_str(), LongPath(step.backup).c_str(), 0)) {
+            LetWait(step, GetLastError());
+            unfinished.Done();
+            return;
+        }
         try {
             Rename(step.temp, file.target, file.target, L"can't write the file");
         } catch (...) {
@@ -317,8 +355,20 @@ private:
             throw;
         }
         unfinished.Done();
-        if (file.attributes & kept_attributes)
-            SetFileAttributesW(LongPath(file.target).c_str(), file.attributes & kept_attributes);
+    }
+
+    // The new file stays under its own name beside one that is in use, until the run is committed. What is not the
+    // product's has a copy by then, which a removal puts back.
+    void LetWait(const Step& step, DWORD code)
+    {
+        const std::wstring& target = step.file->target;
+        if (!IsInUse(target, code))
+            ThrowFileError(target, L"can't replace the file", code);
+        const auto id = static_cast<long>(step.record);
+        m_core.log->NoteWaiting(id);
+        if (const LogRecord* record = m_core.log->Find(id);
+            record && record->original && !CopyFileW(LongPath(target).c_str(), LongPath(step.backup).c_str(), TRUE))
+            ThrowFileError(target, InUseWords(target) + L"; it is not the product's, and can't be kept", code);
     }
 
     Core& m_core;
@@ -326,6 +376,7 @@ private:
     std::vector<LogRecord> m_records;
     std::vector<std::wstring> m_folders; // to be made, the outermost first
     std::set<std::wstring> m_seen;
+    std::set<std::wstring> m_toGo;   // of an earlier removal, in upper case
     std::set<std::wstring> m_wanted; // folders that the log has heard of
 };
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "../files.h"
-
 namespace vh::engine {
 
 namespace {
@@ -139,6 +137,9 @@ void InstallLog::Keep(LogRecord record)
             file.size = record.size;
             file.time = record.time;
         }
+    } else if (record.kind == LogKind::waiting) {
+        if (const auto of = m_byId.find(record.ref); of != m_byId.end())
+            m_records[of->second].waiting = true;
     } else if (record.kind == LogKind::content) {
         for (const auto& [id, digest] : record.texts)
             if (const auto of = m_byId.find(wcstol(id.c_str(), nullptr, 10)); of != m_byId.end())
@@ -338,6 +339,15 @@ void InstallLog::NotePlaced(long id, uint64_t size, uint64_t time)
     Append(std::move(record));
 }
 
+void InstallLog::NoteWaiting(long id)
+{
+    LogRecord record;
+    record.kind = LogKind::waiting;
+    record.ref = id;
+    Append(std::move(record));
+    Flush();
+}
+
 void InstallLog::NoteContents(std::map<std::wstring, std::wstring> digests)
 {
     if (digests.empty())
@@ -362,12 +372,22 @@ const LogRecord* InstallLog::Newest(LogKind kind, std::wstring_view what) const
         });
         return found == m_records.rend() ? nullptr : &*found;
     }
+    return NewestThat(kind, what, false);
+}
+
+const LogRecord* InstallLog::Waiting(LogKind kind, std::wstring_view what) const
+{
+    return NewestThat(kind, what, true);
+}
+
+const LogRecord* InstallLog::NewestThat(LogKind kind, std::wstring_view what, bool waits) const
+{
     const auto named = m_byName.find(Upper(what));
     if (named == m_byName.end())
         return nullptr;
     for (auto index = named->second.rbegin(); index != named->second.rend(); ++index) {
         const LogRecord& record = m_records[*index];
-        if (record.kind == kind && !record.loose && !record.ref && !Undone(record))
+        if (record.kind == kind && !record.loose && !record.ref && !Undone(record) && WaitsForItsPlace(record) == waits)
             return &record;
     }
     return nullptr;

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "../../scriptdata/unique.h"
+#include "../files.h"
 #include "log_record.h"
 
 namespace vh::engine {
@@ -58,6 +59,9 @@ public:
     // The size and time that the target kept for the file of a record.
     void NotePlaced(long id, uint64_t size, uint64_t time);
 
+    // The file of a record is in use; on the disk before this returns.
+    void NoteWaiting(long id);
+
     // SHA-256 of what files hold, by the number of their records.
     void NoteContents(std::map<std::wstring, std::wstring> digests);
     // The run of this object wants the thing to be there, though it may have left it as it was. An upgrade takes away
@@ -67,8 +71,11 @@ public:
 
     // Null when there is none.
     const LogRecord* Find(long id) const;
-    // The newest record of a kind and name that is not undone and that a removal knows; null when there is none.
+    // The newest record of a kind and name that is not undone and that a removal knows; null when there is none. A file
+    // that waits for its place is not there yet.
     const LogRecord* Newest(LogKind kind, std::wstring_view what) const;
+    // That file; null when none waits.
+    const LogRecord* Waiting(LogKind kind, std::wstring_view what) const;
     // Records of a kind that still stand, oldest first; of several for one name the newest only.
     std::vector<const LogRecord*> Standing(LogKind kind) const;
     // True while something is recorded that a removal would undo.
@@ -81,6 +88,7 @@ public:
     void Close();
 
 private:
+    const LogRecord* NewestThat(LogKind kind, std::wstring_view what, bool waits) const;
     static std::wstring KeyOf(std::wstring_view what, std::wstring_view name)
     {
         return Upper(std::wstring(what) + L'\n' + std::wstring(name));
@@ -114,6 +122,12 @@ private:
     long m_lastId = 0;
     long m_run = 0;
 };
+
+// A file of the product that has not taken its place: another is there, and in use.
+inline bool WaitsForItsPlace(const LogRecord& record)
+{
+    return record.waiting && IsFile(record.kind) && FactsOf(record.temp).exists();
+}
 
 // Where a step is recorded: for a removal, or `loose`, until the run ends.
 struct Recording {

@@ -22,7 +22,7 @@ constexpr KindName kind_names[] = {
     {LogKind::file, "file"},   {LogKind::placed, "placed"},       {LogKind::content, "content"},
     {LogKind::key, "key"},     {LogKind::value, "value"},         {LogKind::set, "set"},
     {LogKind::shell, "shell"}, {LogKind::texts, "texts"},         {LogKind::taken, "taken"},
-    {LogKind::unkey, "unkey"}, {LogKind::forgotten, "forgotten"}, {LogKind::undone, "undone"},
+    {LogKind::waiting, "waiting"}, {LogKind::unkey, "unkey"}, {LogKind::forgotten, "forgotten"}, {LogKind::undone, "undone"},
 };
 
 // The fields of a record and their keys in the file; a field at its default is left out.

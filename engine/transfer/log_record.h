@@ -19,6 +19,7 @@ enum class LogKind {
     folder,    // a folder was made
     file,      // a file is written under `temp`, what stood there goes to `backup`, then it gets its name
     placed,    // the file of record `ref` kept another size or time than it was given
+    waiting,   // what the step of record `ref` is for is in use: it is done behind the commit, or put off
     content,   // `texts`: the SHA-256 of what files hold, by the number of their record
     key,       // a registry key was made
     value,     // a registry value was written, or deleted (type -1); `old` is what it was
@@ -64,6 +65,8 @@ struct LogRecord {
     // the log works out and no line tells.
     bool original = false;
     std::wstring waits;
+    // A `waiting` record tells of it: the file at `temp` has not its name yet, or the taken one is still in its place.
+    bool waiting = false;
     // Matters until the run ends; a removal knows nothing of it.
     bool loose = false;
     // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1. A shortcut
@@ -73,7 +76,7 @@ struct LogRecord {
     std::wstring data;
     long oldType = -1;
     std::wstring oldData;
-    // The earlier record that this one is about; but for `placed` and `undone` that one counts as undone while this
+    // The earlier record that this one is about; but for `placed`, `waiting` and `undone` that one counts as undone while this
     // one stands.
     long ref = 0;
     std::vector<std::wstring> list;

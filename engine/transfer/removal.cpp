@@ -39,6 +39,57 @@ bool IsTakenOver(const InstallLog& log, const LogRecord& record, const RecordFil
     return newest && newest->id > record.id && !wanted(*newest);
 }
 
+// A file that never came to its place goes, with the copy of what is there.
+bool DropWaiting(const LogRecord& record, PutOffList& list)
+{
+    list.Withdraw(record.what);
+    for (const std::wstring& copy : {record.backup, record.waits})
+        if (!copy.empty())
+            RemoveFile(copy);
+    return !FactsOf(record.temp).exists() || RemoveFile(record.temp);
+}
+
+// What a removal can't take away at once.
+class Later {
+public:
+    explicit Later(InstallLog& log) : m_log(log) {}
+
+    PutOffList& List() { return m_list ? *m_list : m_list.emplace(m_log.File()); }
+
+    // `result` is that of a step that did not come to its end.
+    UndoResult PutOff(const LogRecord& record, UndoResult result)
+    {
+        const std::size_t told = List().Told().size();
+        if (!(IsFile(record.kind) ? RemoveFile(record, result) : List().RemoveFolder(record.what)))
+            return result;
+        const bool later = List().Told().size() > told;
+        const bool back = result.outcome == RemovalOutcome::restored;
+        return {back ? RemovalOutcome::restored : RemovalOutcome::removed,
+                later ? List().Told().back().reason : std::wstring(), true, later};
+    }
+
+private:
+    bool RemoveFile(const LogRecord& record, UndoResult& result)
+    {
+        if (!List().Remove(record.what, m_log.NewAside(record.what, L"old")))
+            return false;
+        // What stood there before comes back to a free place only.
+        if (!FactsOf(record.what).exists())
+            result = RemoveStep(record, false);
+        else if (record.original || !record.oldData.empty())
+            return false;
+        return result.settled || FactsOf(record.what).exists();
+    }
+
+    InstallLog& m_log;
+    std::optional<PutOffList> m_list;
+};
+
+bool CanBePutOff(const LogRecord& record, const UndoResult& result)
+{
+    return !result.settled && (record.kind == LogKind::folder || IsFile(record.kind));
+}
+
 } // namespace
 
 std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& wanted, const RemovalNews& onRemoval)
@@ -46,11 +97,15 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
     std::vector<Removal> results;
     std::set<std::wstring> seen;
     std::vector<std::wstring> failed;
+    Later later(log);
     for (std::size_t i = log.Records().size(); i-- > 0;) {
         // A copy: marking adds records and may move them.
-        const LogRecord record = log.Records()[i];
+        LogRecord record = log.Records()[i];
         if (log.Undone(record) || !wanted(record))
             continue;
+        // Behind the commit nothing comes back from a backup that is only waiting to go.
+        if (!record.original && how == Undo::removal && !log.UnfinishedRuns().contains(record.run))
+            record.backup.clear();
         if (how == Undo::removal ? !IsForRemoval(record) : !IsUndoable(record.kind)) {
             if (how == Undo::rollback && IsStatement(record.kind))
                 log.MarkUndone(record.id);
@@ -58,9 +113,16 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
         }
         if (how == Undo::rollback && IsTakenOver(log, record, wanted))
             continue;
+        if (how == Undo::removal && WaitsForItsPlace(record)) {
+            if (DropWaiting(record, later.List()))
+                log.MarkUndone(record.id);
+            continue;
+        }
         const bool first = seen.insert(ThingOf(record)).second;
         const wchar_t* kind = KindWord(record);
         UndoResult result = how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, !first);
+        if (how == Undo::removal && first && CanBePutOff(record, result))
+            result = later.PutOff(record, std::move(result));
         if (result.outcome == RemovalOutcome::failed)
             failed.push_back(record.what);
         // A folder that a failed step still needs belongs to the run until that step is done.
@@ -70,7 +132,7 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
             log.MarkUndone(record.id);
         // Of several records of one thing, people hear of the newest.
         if (first || result.outcome == RemovalOutcome::failed) {
-            results.push_back({result.outcome, kind, NameOf(record), std::move(result.reason)});
+            results.push_back({result.outcome, kind, NameOf(record), std::move(result.reason), result.later});
             if (onRemoval)
                 onRemoval(results.back());
         }
@@ -152,27 +214,49 @@ void DropEmptyPlaces(InstallLog& log, const RecordFilter& unwanted)
 
 } // namespace
 
-void TidyUp(InstallLog& log, const RecordFilter& unwanted)
+namespace {
+
+// Behind the commit; false for a step that has to be tried again.
+bool FinishStep(InstallLog& log, const LogRecord& record, PutOffList& list)
+{
+    // The original of a file that is the product's no more comes back; those of others wait for the removal.
+    const bool over = record.kind == LogKind::taken || record.kind == LogKind::forgotten;
+    const LogRecord* of = over && record.ref ? log.Find(record.ref) : nullptr;
+    if (of && WaitsForItsPlace(*of))
+        return DropWaiting(*of, list);
+    const bool settled = !(of && of->original) || SettleOriginal(*of);
+    const bool dropped =
+        record.backup.empty() ||
+        (record.original ? StashOriginal(record) || (FactsOf(record.waits).file() && list.Delete(record))
+                         : DropBackup(record) || (FactsOf(record.backup).file() && list.Delete(record)));
+    if (WaitsForItsPlace(record))
+        return list.Exchange(record) && dropped && settled;
+    if (record.waiting && record.kind == LogKind::taken)
+        return list.Remove(record.what, record.backup) && settled;
+    if (IsFile(record.kind) || record.kind == LogKind::folder)
+        list.Withdraw(record.what, false);
+    return dropped && settled;
+}
+
+} // namespace
+
+std::vector<PutOffList::News> TidyUp(InstallLog& log, const RecordFilter& unwanted)
 {
     const std::set<long> untidy = log.UntidyRuns();
     if (untidy.empty())
-        return;
+        return {};
+    PutOffList list(log.File());
     std::set<long> waiting;
-    for (const LogRecord& record : log.Records()) {
-        if (!untidy.contains(record.run) || log.Undone(record))
-            continue;
-        // The original of a file that is the product's no more comes back; those of others wait for the removal.
-        const bool over = record.kind == LogKind::taken || record.kind == LogKind::forgotten;
-        const LogRecord* of = over && record.ref ? log.Find(record.ref) : nullptr;
-        const bool settled = !(of && of->original) || SettleOriginal(*of);
-        const bool dropped = record.backup.empty() || (record.original ? StashOriginal(record) : DropBackup(record));
-        if (!settled || !dropped)
+    for (std::size_t i = 0; i < log.Records().size(); ++i) {
+        const LogRecord& record = log.Records()[i];
+        if (untidy.contains(record.run) && !log.Undone(record) && !FinishStep(log, record, list))
             waiting.insert(record.run);
     }
     DropEmptyPlaces(log, unwanted);
     for (const long run : untidy)
         if (!waiting.contains(run))
             log.TryFinish(run, LogKind::clean);
+    return list.Told();
 }
 
 namespace {
@@ -185,6 +269,12 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 }
 
 } // namespace
+
+void CarryOutPutOff(const std::wstring& dataDir)
+{
+    // Of no product: nobody's setup is running here.
+    PutOffList(JoinPath(JoinPath(dataDir, L"-"), L"install.log")).CarryOut();
+}
 
 std::size_t LeftForRemoval(const std::wstring& logFile)
 {
@@ -202,6 +292,7 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile,
                            L"nothing is installed: there is no install log");
     InstallLog log(logFile);
+    PutOffList(logFile).CarryOut();
     const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
     auto results = UndoRecords(

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "../core.h"
+#include "put_off.h"
 
 namespace vh::engine {
 
@@ -23,7 +24,7 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
 std::vector<Removal> RecoverRuns(InstallLog& log);
 
 // What waits for the end of a committed run: its backups go, and folders and keys that only unselected features had.
-// Those of `unwanted` records go as well, when they are empty.
-void TidyUp(InstallLog& log, const RecordFilter& unwanted = {});
+// Those of `unwanted` records go as well, when they are empty. Result: what files in use have put off.
+std::vector<PutOffList::News> TidyUp(InstallLog& log, const RecordFilter& unwanted = {});
 
 } // namespace vh::engine

@@ -1,6 +1,7 @@
 #include "take_away.h"
 
 #include "../services/registry_access.h"
+#include "in_use.h"
 #include "undo_step.h"
 
 namespace vh::engine {
@@ -21,11 +22,17 @@ void MoveAside(Core& core, LogRecord record)
 {
     const std::wstring path = record.what;
     const std::wstring backup = record.backup;
+    const std::wstring replacement = record.temp;
     const long id = core.log->Append(std::move(record));
     core.log->Flush();
     if (MoveFileExW(LongPath(path).c_str(), LongPath(backup).c_str(), 0))
         return;
     const DWORD code = GetLastError();
+    // A file that can't even be renamed goes behind the commit, unless something is to take its place now.
+    if (replacement.empty() && FactsOf(path).file() && IsInUse(path, code)) {
+        core.log->NoteWaiting(id);
+        return;
+    }
     core.log->MarkUndone(id);
     ThrowFileError(path, L"can't be removed", code);
 }
@@ -115,6 +122,12 @@ std::vector<Removal> TakeBack(Core& core, const RecordFilter& wanted)
         const bool taken = IsFile(record.kind) || record.kind == LogKind::value;
         if (!taken || !IsForRemoval(record) || core.log->Undone(record))
             continue;
+        // It never came to its place; what is there is an older record's.
+        if (WaitsForItsPlace(record)) {
+            if (wanted(record))
+                Forget(core, record);
+            continue;
+        }
         if (IsFile(record.kind) && seen.contains(Upper(record.what))) {
             // An older record, also of another feature, of a file that has gone with the newest one.
             Forget(core, record);

@@ -15,15 +15,6 @@ bool IsAsInstalled(const LogRecord& record, const FileFacts& facts)
     return facts.file() && facts.size == record.size && facts.time == record.time;
 }
 
-// In one step, so that at every moment one of the two has the name.
-bool MoveOver(const std::wstring& from, const std::wstring& to)
-{
-    const DWORD attributes = GetFileAttributesW(LongPath(to).c_str());
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY))
-        SetFileAttributesW(LongPath(to).c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
-    return MoveFileExW(LongPath(from).c_str(), LongPath(to).c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
-}
-
 // Also from one drive to another, and then by way of `part`: at every moment one of the names has the whole file.
 bool MoveWhole(const std::wstring& from, const std::wstring& to, const std::wstring& part)
 {
@@ -51,6 +42,11 @@ UndoResult RollBackFile(const LogRecord& record)
 {
     if (!record.temp.empty())
         RemoveFile(record.temp);
+    // What is in use kept its place, the backup is a copy of it.
+    if (record.waiting) {
+        RemoveFile(record.backup);
+        return {RemovalOutcome::absent};
+    }
     if (record.found)
         return {RemovalOutcome::absent};
     const FileFacts there = FactsOf(record.what);

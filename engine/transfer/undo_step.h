@@ -7,10 +7,12 @@ namespace vh::engine {
 
 struct UndoResult {
     RemovalOutcome outcome = RemovalOutcome::absent;
-    // Reason of a failure; empty otherwise.
+    // Reason of a failure, or what is put off; empty otherwise.
     std::wstring reason{};
     // The record has had its day; otherwise it stands on, for the next attempt or for the removal.
     bool settled = true;
+    // In use: it goes later, and the reason tells when.
+    bool later = false;
 };
 
 // "file", "folder", "key", "value", "shell".
