@@ -75,6 +75,7 @@ Core::Core(Options given)
         options.dataDir = DefaultDataDir(product->product->scope == Scope::machine);
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
+    log->Listen(options.onDecision);
     ReportDamage();
     support = std::make_unique<SupportFolder>(contextGuid);
     supportDir = support->path();

@@ -140,6 +140,8 @@ std::vector<std::wstring> Engine::LogLines() const
     return lines;
 }
 
+std::vector<std::wstring> Engine::Selected() const { return SelectedFeatures(*m_core); }
+
 RunKind Engine::Kind() const { return m_core->kind; }
 std::wstring Engine::InstalledVersion() const { return m_core->installedVersion; }
 RunCounts Engine::Counts() const { return m_core->log->CurrentRun() ? CountWritten(*m_core->log) : m_core->counts; }

@@ -145,15 +145,6 @@ LogRecord SelectionOf(const Core& core, const std::wstring& target)
     return selection;
 }
 
-void ReportFailures(Core& core, const std::vector<Removal>& removals)
-{
-    for (const Removal& removal : removals)
-        if (removal.outcome == RemovalOutcome::failed)
-            core.Report({Severity::warning, removal.what, L"stays: " + removal.reason, E_FAIL});
-        else if (removal.outcome == RemovalOutcome::kept_changed)
-            core.Note(removal.what, L"stays, for it was changed since it was installed");
-}
-
 // Values that the product wrote last and that read otherwise now, or are gone.
 void RestoreValues(Core& core)
 {
@@ -211,7 +202,7 @@ void CommitRun(Core& core, const std::wstring& target)
         unwanted = [&log, run = log.CurrentRun()](const LogRecord& record) {
             return record.run != run && !log.IsWanted(record);
         };
-        ReportFailures(core, TakeBack(core, unwanted));
+        TakeBack(core, Why::dropped, unwanted);
     }
     WriteProgramEntry(core, target);
     log.Commit(std::move(selection));
@@ -220,6 +211,16 @@ void CommitRun(Core& core, const std::wstring& target)
         KeepSetup(core);
     if (core.product->maintenance || log.Standing(LogKind::texts).empty())
         DropIfIdle(log);
+}
+
+std::vector<std::wstring> SelectedFeatures(const Core& core)
+{
+    std::vector<std::wstring> paths;
+    ForEachFeature(core, [&](const Item& item) {
+        if (item.selected)
+            paths.push_back(item.Path());
+    });
+    return paths;
 }
 
 RunCounts CountWritten(const InstallLog& log)

@@ -19,6 +19,9 @@ void CommitRun(Core& core, const std::wstring& target);
 // Files, values and shortcuts that the run in hand has written so far.
 RunCounts CountWritten(const InstallLog& log);
 
+// Paths of the features that are selected now.
+std::vector<std::wstring> SelectedFeatures(const Core& core);
+
 // A log that would undo nothing goes, with what is kept beside it.
 void DropIfIdle(InstallLog& log);
 // The folder beside a log that holds the product file and the scripts.
