@@ -29,6 +29,8 @@ void Write(HANDLE handle, std::wstring_view text)
 // What was complained of and nobody could read.
 std::wstring unread;
 
+std::function<void(Level, std::wstring_view)> overhears;
+
 // Units of the status line that stands on the console now.
 std::size_t status_width = 0;
 
@@ -49,14 +51,29 @@ void Line(DWORD stream, std::wstring_view line)
 
 } // namespace
 
-void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
+void Overhear(std::function<void(Level, std::wstring_view)> listener) { overhears = std::move(listener); }
+bool Overheard() { return static_cast<bool>(overhears); }
 
-void Complain(std::wstring_view line)
+void Say(std::wstring_view line)
 {
+    Line(STD_OUTPUT_HANDLE, line);
+    Mention(line, Level::info);
+}
+
+void Complain(std::wstring_view line, Level level)
+{
+    const std::wstring shown = (level == Level::warning ? L"warning: " : L"") + std::wstring(line);
     if (GetStdHandle(STD_ERROR_HANDLE))
-        Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
+        Line(STD_ERROR_HANDLE, ProgramName() + L": " + shown);
     else
-        unread += std::wstring(line) + L"\n";
+        unread += shown + L"\n";
+    Mention(line, level);
+}
+
+void Mention(std::wstring_view line, Level level)
+{
+    if (overhears)
+        overhears(level, line);
 }
 
 void ShareConsole()
