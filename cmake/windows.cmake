@@ -87,7 +87,7 @@ set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp
-  host/products.cpp host/rights.cpp host/stop_signal.cpp)
+  host/products.cpp host/rights.cpp host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
@@ -208,6 +208,10 @@ add_test(NAME host_life_packed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host
 add_test(NAME host_life_killed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_killed 3 kills=24)
 set_tests_properties(host_life host_life_packed host_life_killed PROPERTIES TIMEOUT 600)
+# What runs tell: logs, plans, answers.
+add_test(NAME host_runs COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/runs.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
+  ${CMAKE_BINARY_DIR}/host_tests/runs)
+set_tests_properties(host_runs PROPERTIES TIMEOUT 300)
 add_test(NAME host_stop COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/stop.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
   ${CMAKE_BINARY_DIR}/host_tests/stop)
 set_tests_properties(host_stop PROPERTIES TIMEOUT 300)

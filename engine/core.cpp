@@ -76,6 +76,7 @@ Core::Core(Options given)
         options.dataDir = DefaultDataDir(product->product->scope == Scope::machine);
     log = std::make_unique<InstallLog>(
         JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
+    log->Listen(options.onDecision);
     ReportDamage();
     language = ChosenLanguage(*product->product, options.language ? options.language : LanguageOf(*log));
     product->FilterFor(language, ThisSystem());

@@ -141,6 +141,8 @@ std::vector<std::wstring> Engine::LogLines() const
     return lines;
 }
 
+std::vector<std::wstring> Engine::Selected() const { return SelectedFeatures(*m_core); }
+
 RunKind Engine::Kind() const { return m_core->kind; }
 std::wstring Engine::InstalledVersion() const { return m_core->installedVersion; }
 bool Engine::NeedsRestart() const { return vh::engine::NeedsRestart(*m_core); }

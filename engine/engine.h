@@ -12,6 +12,7 @@
 
 #include "../Src/inc/engine.h"
 #include "../scriptdata/variant.h"
+#include "decision.h"
 #include "messages.h"
 #include "recorder.h"
 
@@ -76,6 +77,9 @@ struct Options {
     std::function<bool(const Progress&)> onProgress;
     // Hears each message as it comes; Engine::Messages keeps them as well.
     std::function<void(const Message&)> onMessage;
+    // Hears what becomes of each file, folder, registry key, value and shortcut, and why; may be empty.
+    DecisionNews onDecision;
+    VariableNews onVariable;
 };
 
 // One file that the product has put on this machine.
@@ -99,7 +103,7 @@ enum class RemovalOutcome {
 
 struct Removal {
     RemovalOutcome outcome;
-    // "file", "folder", "key", "value", "shell", "line".
+    // "file", "folder", "key", "value", "shortcut", "line".
     std::wstring kind;
     // The path, or root\key[\value].
     std::wstring what;
@@ -188,6 +192,8 @@ public:
     std::wstring InstalledVersion() const;
     // A file of the product is in use: once committed, something waits for the system to start again.
     bool NeedsRestart() const;
+    // Paths of the features that are selected now.
+    std::vector<std::wstring> Selected() const;
     // By this run, whether it is committed already or not.
     RunCounts Counts() const;
     // Files on the machine by the log, in the order of their installation.

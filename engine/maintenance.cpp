@@ -151,15 +151,6 @@ LogRecord SelectionOf(const Core& core, const std::wstring& target)
     return selection;
 }
 
-void ReportFailures(Core& core, const std::vector<Removal>& removals)
-{
-    for (const Removal& removal : removals)
-        if (removal.outcome == RemovalOutcome::failed)
-            core.Report({Severity::warning, removal.what, L"stays: " + removal.reason, E_FAIL});
-        else if (removal.outcome == RemovalOutcome::kept_changed)
-            core.Note(removal.what, L"stays, for it was changed since it was installed");
-}
-
 // Values that the product wrote last and that read otherwise now, or are gone.
 void RestoreValues(Core& core)
 {
@@ -224,7 +215,7 @@ void CommitRun(Core& core, const std::wstring& target)
         unwanted = [&log, run = log.CurrentRun()](const LogRecord& record) {
             return record.run != run && !log.IsWanted(record);
         };
-        ReportFailures(core, TakeBack(core, unwanted));
+        TakeBack(core, Why::dropped, unwanted);
     }
     if (!idle)
         WriteProgramEntry(core, target);
@@ -245,6 +236,16 @@ bool NeedsRestart(const Core& core)
                            return record.waiting && record.run == core.log->CurrentRun() && !core.log->Undone(record);
                        }) ||
            PutOffList(core.log->File()).Waits();
+}
+
+std::vector<std::wstring> SelectedFeatures(const Core& core)
+{
+    std::vector<std::wstring> paths;
+    ForEachFeature(core, [&](const Item& item) {
+        if (item.selected)
+            paths.push_back(item.Path());
+    });
+    return paths;
 }
 
 RunCounts CountWritten(const InstallLog& log)

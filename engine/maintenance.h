@@ -25,6 +25,9 @@ bool NeedsRestart(const Core& core);
 // Files, values and shortcuts that the run in hand has written so far.
 RunCounts CountWritten(const InstallLog& log);
 
+// Paths of the features that are selected now.
+std::vector<std::wstring> SelectedFeatures(const Core& core);
+
 // A log that would undo nothing goes, with what is kept beside it.
 void DropIfIdle(InstallLog& log);
 // The folder beside a log that holds the product file and the scripts.

@@ -33,6 +33,8 @@ std::mutex console_lock;
 // What was complained of and nobody could read; guarded by the lock.
 std::wstring unread;
 
+std::function<void(Level, std::wstring_view)> overhears;
+
 // Units of the status line that stands on the console now; guarded by the lock.
 std::size_t status_width = 0;
 
@@ -54,14 +56,31 @@ void Line(DWORD stream, std::wstring_view line)
 
 } // namespace
 
-void Say(std::wstring_view line) { Line(STD_OUTPUT_HANDLE, line); }
+void Overhear(std::function<void(Level, std::wstring_view)> listener) { overhears = std::move(listener); }
+bool Overheard() { return static_cast<bool>(overhears); }
 
-void Complain(std::wstring_view line)
+void Say(std::wstring_view line)
 {
+    Line(STD_OUTPUT_HANDLE, line);
+    Mention(line, Level::info);
+}
+
+void Complain(std::wstring_view line, Level level)
+{
+    const std::wstring shown = (level == Level::warning ? L"warning: " : L"") + std::wstring(line);
     if (GetStdHandle(STD_ERROR_HANDLE))
-        return Line(STD_ERROR_HANDLE, ProgramName() + L": " + std::wstring(line));
-    const std::scoped_lock lock(console_lock);
-    unread += std::wstring(line) + L"\n";
+        Line(STD_ERROR_HANDLE, ProgramName() + L": " + shown);
+    else {
+        const std::scoped_lock lock(console_lock);
+        unread += shown + L"\n";
+    }
+    Mention(line, level);
+}
+
+void Mention(std::wstring_view line, Level level)
+{
+    if (overhears)
+        overhears(level, line);
 }
 
 void ShareConsole()

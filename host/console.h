@@ -1,6 +1,7 @@
 // Lines for people: to a console as UTF-16, to a file or pipe as UTF-8.
 #pragma once
 
+#include <functional>
 #include <string_view>
 
 namespace host {
@@ -10,10 +11,18 @@ void ShareConsole();
 // Where nobody could read what was complained of, it is shown in a window.
 void ShowComplaints();
 
+enum class Level { note, info, warning, error };
+// What is said, complained of and mentioned goes there too; nothing ends that.
+void Overhear(std::function<void(Level, std::wstring_view)> listener);
+
 // One line on standard output.
 void Say(std::wstring_view line);
-// One line on standard error, behind the program's name.
-void Complain(std::wstring_view line);
+// One line on standard error, behind the program's name and the word "warning" for one.
+void Complain(std::wstring_view line, Level level = Level::error);
+// For the one who overhears alone.
+void Mention(std::wstring_view line, Level level = Level::note);
+// Whether somebody does.
+bool Overheard();
 // A line that replaces itself on a console; an empty one clears it. Elsewhere it is dropped, and the result is false.
 bool Status(std::wstring_view line);
 

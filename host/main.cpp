@@ -15,8 +15,11 @@
 #include "kept_host.h"
 #include "packed_setup.h"
 #include "products.h"
+#include "run_log.h"
 #include "setup_run.h"
 #include "text.h"
+#include "version.h"
+#include "wording.h"
 
 namespace {
 
@@ -24,7 +27,7 @@ constexpr const char* description = "Runs the setup in a folder that holds produ
 constexpr const char* packed_description = "Installs, changes or removes the product that this file holds.";
 constexpr const char* footer =
     "Exit codes: 0 done; 1 the script or a transfer failed (rolled back), or --verify found\n"
-    "a file unlike its source; 2 wrong command line; 4 wrong setup folder, product file or\n"
+    "a file unlike its source; 2 wrong command line, or no place for the log; 4 wrong setup folder, product file or\n"
     "payload, another setup of the product runs, or there is nothing to remove; 6 stopped by\n"
     "the user (rolled back; a removal goes on the next time); 7 VHRT.dll or a script can't be\n"
     "loaded, or the trace can't be written (rolled back); 8 the removal left something behind;\n"
@@ -36,6 +39,7 @@ struct CommandLine {
     std::string folder;
     std::string target;
     std::string trace;
+    std::string log;
     std::string data;
     std::string registry_root;
     std::vector<std::string> scripts;
@@ -75,6 +79,10 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
     app.add_flag("--main-window", line.main_window, "Show the setup before a window of its own");
     app.add_option("--target", line.target, "Install to this folder")->type_name("DIR")->check(host::not_empty);
     app.add_option("--trace", line.trace, "Write the library's trace to this file")
+        ->type_name("FILE")
+        ->check(host::not_empty);
+    app.add_option("--log", line.log,
+                   "Append to this file what is done, decided and said, and why; passwords are masked")
         ->type_name("FILE")
         ->check(host::not_empty);
     app.add_option("--var", line.variables, "Set a variable; may be given again")
@@ -151,6 +159,7 @@ host::RunOptions OptionsOf(const CommandLine& line)
     options.allow_downgrade = line.allow_downgrade;
     options.target = host::PathOf(line.target);
     options.trace_file = host::PathOf(line.trace);
+    options.log_file = host::PathOf(line.log);
     options.registry_root = host::Wide(line.registry_root);
     options.data_folder = host::PathOf(line.data);
     for (const std::string& script : line.scripts)
@@ -170,6 +179,38 @@ host::RunOptions OptionsOf(const CommandLine& line)
     return options;
 }
 
+// Everything that is said from now on is in the log too; it is there until the program ends.
+void StartLog(host::RunOptions& options, int count, wchar_t** words)
+{
+    if (options.log_file.empty())
+        return;
+    static host::RunLog log(options.log_file);
+    for (const auto& [name, value] : options.variables)
+        log.Hide(name, value);
+    options.on_variable = [](const std::wstring& name, const std::wstring& value) {
+        log.Hide(name, value);
+        log.Write(host::Level::note, L"variable " + host::MaskedWord(name + L"=" + value));
+    };
+    std::wstring line = host::ProgramName() + L" " + host::Wide(host::product_version) + L":";
+    for (int i = 1; i < count; ++i)
+        line += L" " + host::MaskedWord(words[i]);
+    log.Write(host::Level::info, line);
+    host::Overhear([](host::Level level, std::wstring_view text) { log.Write(level, text); });
+}
+
+host::ExitCode PerformLogged(const CommandLine& line, host::RunOptions options,
+                             std::shared_ptr<const vh::engine::Pack> pack)
+{
+    host::ExitCode code = host::exit_setup;
+    try {
+        code = Perform(line, std::move(options), std::move(pack));
+    } catch (const std::exception& error) {
+        host::Complain(host::Wide(error.what()));
+    }
+    host::MentionExit(code);
+    return code;
+}
+
 host::ExitCode Run(int count, wchar_t** words)
 {
     const auto pack = vh::engine::Pack::Open(host::ProgramFile());
@@ -181,13 +222,14 @@ host::ExitCode Run(int count, wchar_t** words)
         if (!host::ParseCommandLine(app, count, words))
             return host::exit_done;
         options = OptionsOf(line);
-    } catch (const std::invalid_argument& error) {
-        host::Complain(host::Wide(error.what()));
-        return host::exit_usage;
+        StartLog(options, count, words);
     } catch (const CLI::ParseError&) {
         return host::exit_usage;
+    } catch (const std::exception& error) {
+        host::Complain(host::Wide(error.what()));
+        return host::exit_usage;
     }
-    return SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) ? Perform(line, std::move(options), pack)
+    return SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) ? PerformLogged(line, std::move(options), pack)
                                                                         : host::exit_library;
 }
 

@@ -15,6 +15,7 @@
 #include "stop_signal.h"
 #include "text.h"
 #include "trace_switch.h"
+#include "wording.h"
 
 namespace host {
 
@@ -41,12 +42,28 @@ private:
     int m_tenth = 0;
 };
 
-void ShowMessage(const vh::engine::Message& message)
+void ShowMessage(const vh::engine::Message& message, bool notes)
 {
     using vh::engine::Severity;
-    if (message.severity == Severity::note)
-        return Say(L"note: " + message.Text());
-    Complain((message.severity == Severity::error ? L"" : L"warning: ") + message.Text());
+    if (message.severity != Severity::note)
+        return Complain(message.Text(), message.severity == Severity::error ? Level::error : Level::warning);
+    if (notes)
+        Say(L"note: " + message.Text());
+    else
+        Mention(message.Text());
+}
+
+void ShowDecision(const vh::engine::Decision& decision, bool notes)
+{
+    using namespace vh::engine;
+    if (!notes && !Overheard())
+        return;
+    const std::wstring line = LineOf(decision);
+    // What is as it should be is no news.
+    if (notes && decision.act == Act::keep && decision.why != Why::same)
+        Say(L"note: " + line);
+    else
+        Mention(line);
 }
 
 vh::engine::Options EngineOptions(const RunOptions& options)
@@ -66,10 +83,9 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.windows = options.main_window ? vh::engine::Windows::all : vh::engine::Windows::dialogs;
     engine.commandLine = GetCommandLineW();
     engine.variables.assign(options.variables.begin(), options.variables.end());
-    engine.onMessage = [notes = options.notes](const vh::engine::Message& message) {
-        if (notes || message.severity != vh::engine::Severity::note)
-            ShowMessage(message);
-    };
+    engine.onMessage = [notes = options.notes](const vh::engine::Message& message) { ShowMessage(message, notes); };
+    engine.onDecision = [notes = options.notes](const vh::engine::Decision& made) { ShowDecision(made, notes); };
+    engine.onVariable = options.on_variable;
     if (options.silent)
         engine.onProgress = [](const vh::engine::Progress&) { return !cancelled; };
     else
@@ -109,7 +125,9 @@ ScriptControl ControlOf(ScriptSite& site, const HostObject& object, vh::engine::
                 while (!engine.Calls().Shut())
                     SwitchToThread();
                 Complain(L"stopped by the user, in the middle of the script");
-                return TakeBack(engine, exit_cancelled);
+                const ExitCode code = TakeBack(engine, exit_cancelled);
+                MentionExit(code);
+                return code;
             }};
 }
 
@@ -145,6 +163,8 @@ void ShowRemovals(const std::vector<vh::engine::Removal>& removals)
     for (const vh::engine::Removal& removal : removals)
         if (removal.outcome == vh::engine::RemovalOutcome::failed)
             Complain(removal.what + L": " + removal.reason);
+        else
+            Mention(L"undone: " + LineOf(removal));
 }
 
 // Undoes the run. Result: `reason`, unless something could not be undone.
@@ -166,11 +186,6 @@ void ShowLog(const vh::engine::Engine& engine)
     Say(L"recorded for removal in " + engine.LogFile() + L":");
     for (const std::wstring& line : engine.LogLines())
         Say(L"  " + line);
-}
-
-std::wstring Counted(std::size_t count, const std::wstring& thing)
-{
-    return std::to_wstring(count) + L" " + thing + (count == 1 ? L"" : L"s");
 }
 
 void SayRepaired(const vh::engine::RunCounts& counts)
@@ -207,26 +222,6 @@ ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options
     return exit_restart;
 }
 
-std::wstring NameOf(const vh::engine::Removal& removal)
-{
-    using vh::engine::RemovalOutcome;
-    static constexpr std::pair<RemovalOutcome, const wchar_t*> words[] = {
-        {RemovalOutcome::removed, L"removed"},
-        {RemovalOutcome::restored, L"restored"},
-        {RemovalOutcome::absent, L"gone already"},
-        {RemovalOutcome::kept_changed, L"kept, changed since"},
-        {RemovalOutcome::kept_not_empty, L"kept, not empty"},
-        {RemovalOutcome::kept_permanent, L"kept, permanent"},
-        {RemovalOutcome::kept_found, L"kept, was there before"},
-        {RemovalOutcome::unreadable, L"unreadable in the log"},
-        {RemovalOutcome::failed, L"FAILED"},
-    };
-    for (const auto& [outcome, word] : words)
-        if (outcome == removal.outcome)
-            return word;
-    return {};
-}
-
 // The library goes without a trace that it can't write; who asked for one is told.
 void RequireWritable(const std::wstring& trace_file)
 {
@@ -259,24 +254,6 @@ void SpeakLanguage(LANGID language)
     SetThreadLocale(MAKELCID(language, SORT_DEFAULT));
 }
 
-// How a run of what is installed already is called.
-std::wstring KindWords(const vh::engine::Engine& engine)
-{
-    using vh::engine::RunKind;
-    switch (engine.Kind()) {
-    case RunKind::install:
-        return {};
-    case RunKind::repair:
-        return L", repair";
-    case RunKind::upgrade:
-        return L", upgrade of " + engine.InstalledVersion();
-    case RunKind::downgrade:
-        return L", in place of " + engine.InstalledVersion();
-    default:
-        return L", maintenance";
-    }
-}
-
 ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
 {
     StopSignal signal(L"the next run undoes this one");
@@ -284,6 +261,7 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
     data_folder = engine->DataDir();
     Say(engine->ProductName() + L" " + engine->ProductVersion() + KindWords(*engine) + L", target " +
         engine->TargetDir());
+    Mention(L"kind of run: " + RunKindText(*engine), Level::info);
 
     SpeakLanguage(static_cast<LANGID>(engine->Language()));
     std::wstring failure;
@@ -302,6 +280,7 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
             Complain(Wide(error.what()));
             return TakeBack(*engine, exit_failed);
         }
+        Mention(L"committed, selected: " + Joined(engine->Selected()), Level::info);
         return ShowOutcome(*engine, options);
     }
     Complain(cancelled ? L"stopped by the user" : failure);
@@ -377,6 +356,8 @@ ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
         line += L" --registry-root " + Quoted(options.registry_root);
     for (const auto& [name, value] : options.variables)
         line += L" --var " + Quoted(name + L"=" + value);
+    if (!options.log_file.empty())
+        line += L" --log " + Quoted(options.log_file);
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
@@ -438,8 +419,9 @@ ExitCode RemoveSetup(const RunOptions& options)
             ++counts[word];
             restart |= removal.later;
             if (!options.silent)
-                Say(L"  " + word + L": " + removal.kind + L" " + removal.what +
-                    (removal.reason.empty() ? L"" : L": " + removal.reason));
+                Say(L"  " + LineOf(removal));
+            else
+                Mention(LineOf(removal));
             if (cancelled)
                 throw removal_stopped();
         });

@@ -1,6 +1,7 @@
 // One run of a setup: engine, library, script, and the end of it all; or the removal of what is installed.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -17,8 +18,12 @@ struct RunOptions {
     std::wstring guid;
     // Empty takes the product file's target.
     std::wstring target;
+    // Hears of text variables that the script sets: name and value; may be empty.
+    std::function<void(const std::wstring&, const std::wstring&)> on_variable;
     // Empty leaves the trace as it is.
     std::wstring trace_file;
+    // The log for people; empty for none.
+    std::wstring log_file;
     // Where install logs lie; empty takes the user's local application data.
     std::wstring data_folder;
     // All registry roots lie below this key, such as "HKCU\\Software\\Test"; empty takes the machine's own.

@@ -230,6 +230,7 @@ void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring
             to.log->Append(std::move(record));
         }
         CreateOneKey(part, keyClass);
+        to.log->Tell({Act::add, Why::fresh, L"key", part.Name(), feature});
     }
 }
 
@@ -299,8 +300,11 @@ void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstr
 {
     Want(to, place, name);
     const auto old = ReadValue(place, name);
+    const auto tell = [&](Act act, Why why) {
+        to.log->Tell({act, why, L"value", place.Name() + L'\\' + name, feature});
+    };
     if (old == value)
-        return;
+        return tell(Act::keep, Why::same);
     MakeKey(to, place, {}, feature);
     if (!place.rootName.empty()) {
         LogRecord record = ChangeRecord(place, name, old, value);
@@ -309,6 +313,7 @@ void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstr
         to.log->Append(std::move(record));
     }
     PutValue(place, name, value);
+    tell(old ? Act::replace : Act::add, old ? Why::differs : Why::fresh);
 }
 
 LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place)
@@ -325,7 +330,11 @@ LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place)
         code = RegDeleteTreeW(key.get(), nullptr);
     key.reset();
     // By name and view: a handle's own view does not hold for a root's direct sub-keys.
-    return code == ERROR_SUCCESS ? RegDeleteKeyExW(place.root, place.key.c_str(), place.view, 0) : code;
+    if (code == ERROR_SUCCESS)
+        code = RegDeleteKeyExW(place.root, place.key.c_str(), place.view, 0);
+    if (code == ERROR_SUCCESS)
+        log.Tell({Act::remove, Why::asked, L"key", place.Name()});
+    return code;
 }
 
 LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstring& name)
@@ -334,7 +343,10 @@ LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstr
         log.Append(DeletionRecord(place, name));
         log.Flush();
     }
-    return DeleteBareValue(place, name);
+    const LSTATUS code = DeleteBareValue(place, name);
+    if (code == ERROR_SUCCESS)
+        log.Tell({Act::remove, Why::asked, L"value", place.Name() + L'\\' + name});
+    return code;
 }
 
 RawValue TextValue(DWORD type, std::wstring_view text)

@@ -141,8 +141,10 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
         file.previous = damaged || IsOurs(core, file, there) ? FromHex(core.log->Newest(file.kind, path)->oldData)
                                                              : ReadWhole(path, largest_shortcut);
     // One that is ours and says all this already is left alone, whatever its time.
-    if (there.file() && IsOurs(core, file, there) && SameContent(file.source, path))
+    if (there.file() && IsOurs(core, file, there) && SameContent(file.source, path)) {
+        core.log->Tell({Act::keep, Why::same, L"shortcut", path, feature});
         return core.log->Want(path);
+    }
     WriteAllOrNothing(core, {&file, 1}, {[](uint64_t, const FileToWrite&) {}});
 }
 

@@ -43,7 +43,11 @@ HRESULT TextStore::SetValue(BSTR name, BSTR value)
         const std::wstring given = TextOf(name);
         if (given.empty() || given.find_first_of(L"<>") != std::wstring::npos)
             return E_INVALIDARG;
-        return table().Set(given, TextOf(value)) ? S_OK : E_ACCESSDENIED;
+        if (!table().Set(given, TextOf(value)))
+            return E_ACCESSDENIED;
+        if (core().options.onVariable)
+            core().options.onVariable(given, TextOf(value));
+        return S_OK;
     });
 }
 

@@ -146,6 +146,7 @@ HRESULT CopyJob::Run(ISetupLog* log, IUnknown* progress)
         for (const FileToWrite& file : m_files) {
             if (IsLeftOut(file, m_flags)) {
                 sink->Advance(file.size, file.target);
+                core().log->Tell({Act::keep, Why::not_older, L"file", file.target});
             } else {
                 files.push_back(file);
                 files.back().loose = !log || (m_flags & copy_unlogged);

@@ -9,6 +9,7 @@
 #include "../sha256.h"
 #include "in_use.h"
 #include "removal.h"
+#include "undo_step.h"
 
 namespace vh::engine {
 
@@ -111,14 +112,9 @@ void Rename(const std::wstring& from, const std::wstring& to, const std::wstring
         ThrowFileError(about, doing, GetLastError());
 }
 
-// Both have a version, and the present one is higher.
-bool IsNewer(const std::wstring& present, const FileToWrite& file)
+std::wstring VersionOf(const FileToWrite& file)
 {
-    const std::wstring there = FileVersion(present);
-    if (there.empty())
-        return false;
-    const std::wstring given = file.version.empty() && !file.packed ? FileVersion(file.source) : file.version;
-    return !given.empty() && CompareVersions(there, given) > 0;
+    return file.version.empty() && !file.packed ? FileVersion(file.source) : file.version;
 }
 
 // By the log, which need not read the source; without its word by the source.
@@ -146,22 +142,44 @@ bool IsSame(const Core& core, const FileToWrite& file, const FileFacts& there)
     return !file.compare || SameContent(file.source, file.target);
 }
 
-Written Decide(const Core& core, const FileToWrite& file, const FileFacts& there)
+// The product had this file here, or one in its place.
+bool IsRepaired(const Core& core, const FileToWrite& file)
 {
+    return core.kind == RunKind::repair && core.log->Newest(file.kind, file.target);
+}
+
+Decision Decide(const Core& core, const FileToWrite& file, const FileFacts& there)
+{
+    Decision made{Act::keep, Why::same, KindWord(file.kind), file.target, file.feature};
+    const auto keep = [&](Why why) { return made.why = why, made; };
+    if (!there.exists()) {
+        made.act = Act::add;
+        made.size = file.size;
+        return keep(IsRepaired(core, file) ? Why::missing : Why::fresh);
+    }
     if (there.folder())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ALREADY_EXISTS), file.target,
                            L"a folder stands in the file's place");
     if (IsSame(core, file, there))
-        return Written::same;
+        return made;
     if (file.flags & file_never_overwrite)
-        return Written::stays;
+        return keep(Why::never_overwrite);
     if ((file.flags & file_keep_changed) && !IsOurs(core, file, there))
-        return Written::changed_stays;
-    if (!(file.flags & file_always_overwrite) && IsNewer(file.target, file))
-        return Written::newer_stays;
+        return keep(Why::keep_changed);
+    if (!(file.flags & file_always_overwrite)) {
+        if (made.before = FileVersion(file.target); !made.before.empty())
+            made.after = VersionOf(file);
+        if (!made.after.empty() && CompareVersions(made.before, made.after) > 0)
+            return keep(Why::newer);
+    }
     if ((there.attributes & FILE_ATTRIBUTE_READONLY) && !file.overReadOnly && !IsOurs(core, file, there))
         throw engine_error(HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED), file.target, L"the file is read-only");
-    return Written::written;
+    made.act = Act::replace;
+    made.size = file.size;
+    made.freed = there.size;
+    if (!made.after.empty() && CompareVersions(made.before, made.after) != 0)
+        return keep(Why::version);
+    return keep(IsRepaired(core, file) ? Why::damaged : Why::differs);
 }
 
 // What stands there came neither from the product nor from an earlier version of it.
@@ -179,6 +197,12 @@ LogRecord FolderRecord(const std::wstring& folder, const std::wstring& feature, 
     record.feature = feature;
     record.loose = loose;
     return record;
+}
+
+void MakeOneFolder(const Core& core, const std::wstring& folder, const std::wstring& feature)
+{
+    MakeFolder(folder);
+    core.log->Tell({Act::add, Why::fresh, L"folder", folder, feature});
 }
 
 LogRecord RecordOf(const FileToWrite& file)
@@ -210,16 +234,15 @@ public:
     void Write(const WriterNews& news)
     {
         Record();
-        for (const std::wstring& folder : m_folders)
-            MakeFolder(folder);
+        for (const auto& [folder, feature] : m_folders)
+            MakeOneFolder(m_core, folder, feature);
         std::map<std::wstring, std::wstring> digests;
         for (const Step& step : m_steps) {
-            if (step.decision == Written::written)
+            if (step.decision.act != Act::keep)
                 Put(step, news, digests);
             else
                 news.advance(step.file->size, *step.file);
-            if (news.done)
-                news.done(step.decision, *step.file);
+            m_core.log->Tell(step.decision);
         }
         m_core.log->NoteContents(std::move(digests));
     }
@@ -227,7 +250,7 @@ public:
 private:
     struct Step {
         const FileToWrite* file;
-        Written decision;
+        Decision decision;
         std::wstring temp{};
         std::wstring backup{};
         std::size_t record = 0; // among those of the batch; its number in the log later
@@ -238,16 +261,18 @@ private:
         const FileFacts there = FactsOf(file.target);
         if (!file.loose)
             Want(file);
-        Step step{&file, there.exists() ? Decide(m_core, file, there) : Written::written};
-        if (HasItsFileWaiting(file))
-            step.decision = Written::same;
-        else if (step.decision == Written::same)
+        Step step{&file, Decide(m_core, file, there)};
+        if (HasItsFileWaiting(file)) {
+            step.decision.act = Act::keep;
+            step.decision.why = Why::same;
+        } else if (step.decision.why == Why::same) {
             RecordFound(file, there);
-        if (step.decision == Written::written) {
+        }
+        if (step.decision.act != Act::keep) {
             for (std::wstring& folder : FoldersFor(file.target))
                 if (m_seen.insert(Upper(folder)).second) {
                     m_records.push_back(FolderRecord(folder, file.feature, file.loose));
-                    m_folders.push_back(std::move(folder));
+                    m_folders.emplace_back(std::move(folder), file.feature);
                 }
             LogRecord record = RecordOf(file);
             step.temp = record.temp = m_core.log->NewAside(file.target, L"new");
@@ -374,7 +399,7 @@ private:
     Core& m_core;
     std::vector<Step> m_steps;
     std::vector<LogRecord> m_records;
-    std::vector<std::wstring> m_folders; // to be made, the outermost first
+    std::vector<std::pair<std::wstring, std::wstring>> m_folders; // to be made, the outermost first, and for whom
     std::set<std::wstring> m_seen;
     std::set<std::wstring> m_toGo;   // of an earlier removal, in upper case
     std::set<std::wstring> m_wanted; // folders that the log has heard of
@@ -422,7 +447,7 @@ void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged)
     if (logged && !records.empty())
         core.log->Append(std::move(records));
     for (const std::wstring& folder : missing)
-        MakeFolder(folder);
+        MakeOneFolder(core, folder, {});
 }
 
 void WriteFilesSafely(Core& core, std::span<const FileToWrite> files, const WriterNews& news)

@@ -29,8 +29,6 @@ struct FileToWrite {
     bool compare = false;
 };
 
-enum class Written { written, same, newer_stays, changed_stays, stays };
-
 // Reads both to the end; false also when one can't be read.
 bool SameContent(const std::wstring& a, const std::wstring& b);
 
@@ -43,8 +41,6 @@ bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& there);
 struct WriterNews {
     // Bytes as they are written, and those of files that stay; may throw to stop.
     std::function<void(uint64_t, const FileToWrite&)> advance;
-    // What became of each file; may be empty.
-    std::function<void(Written, const FileToWrite&)> done{};
 };
 
 // Makes the folders above as well. Records reach the log in batches, and the disk before a file is replaced. A failure

@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "../../scriptdata/unique.h"
+#include "../decision.h"
 #include "../files.h"
 #include "log_record.h"
 
@@ -25,6 +26,13 @@ public:
     InstallLog& operator=(const InstallLog&) = delete;
 
     const std::wstring& File() const { return m_file; }
+    // Whoever takes a step of the run tells what it decided.
+    void Listen(DecisionNews news) { m_news = std::move(news); }
+    void Tell(const Decision& decision) const
+    {
+        if (m_news)
+            m_news(decision);
+    }
     const std::vector<LogRecord>& Records() const { return m_records; }
     // Numbers of the lines that could not be read, from 1.
     const std::vector<long>& DamagedLines() const { return m_damaged; }
@@ -104,6 +112,7 @@ private:
     std::wstring OriginalsFolder() const;
 
     std::wstring m_file;
+    DecisionNews m_news;
     std::wstring m_token; // of this log's names
     long m_asides = 0;
     std::vector<LogRecord> m_records;

@@ -68,8 +68,7 @@ PutOffList::~PutOffList()
     if (m_changed)
         Save();
     FILE_DISPOSITION_INFO gone{TRUE};
-    if (m_entries.empty() &&
-        SetFileInformationByHandle(m_open.get(), FileDispositionInfo, &gone, sizeof gone)) {
+    if (m_entries.empty() && SetFileInformationByHandle(m_open.get(), FileDispositionInfo, &gone, sizeof gone)) {
         m_open.reset();
         RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
     }
@@ -210,9 +209,7 @@ bool PutOffList::Remove(const std::wstring& path, const std::wstring& aside)
 bool PutOffList::RemoveFolder(const std::wstring& folder)
 {
     const std::vector<Entry> content = ListFolder(folder);
-    if (!std::ranges::all_of(content, [&](const Entry& entry) {
-            return Holds(JoinPath(folder, entry.name));
-        }))
+    if (!std::ranges::all_of(content, [&](const Entry& entry) { return Holds(JoinPath(folder, entry.name)); }))
         return false;
     if (content.empty() && (RemoveDirectoryW(LongPath(folder).c_str()) || !IsInUse(folder, GetLastError())))
         return !FactsOf(folder).exists();

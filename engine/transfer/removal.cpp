@@ -19,11 +19,6 @@ bool IsStatement(LogKind kind)
 
 std::wstring ThingOf(const LogRecord& record) { return Upper(record.what + L'\n' + record.name); }
 
-std::wstring NameOf(const LogRecord& record)
-{
-    return record.kind == LogKind::value ? record.what + L'\\' + record.name : record.what;
-}
-
 // A folder or key that holds one of them waits for the next attempt too.
 bool HoldsOne(const std::wstring& folder, const std::vector<std::wstring>& paths)
 {
@@ -207,8 +202,12 @@ void DropEmptyPlaces(InstallLog& log, const RecordFilter& unwanted)
         if ((record.kind != LogKind::folder && record.kind != LogKind::key) || !IsForRemoval(record) ||
             log.Undone(record) || (!unselected(record) && !(unwanted && unwanted(record))))
             continue;
-        if (RemoveStep(record, false).settled)
+        const UndoResult result = RemoveStep(record, false);
+        if (result.settled)
             log.MarkUndone(record.id);
+        if (result.outcome == RemovalOutcome::removed)
+            log.Tell({Act::remove, unselected(record) ? Why::unselected : Why::dropped, KindWord(record.kind),
+                      record.what, record.feature});
     }
 }
 

@@ -99,23 +99,54 @@ RemovalOutcome TakeValueBack(Core& core, const LogRecord& value)
     return RemovalOutcome::restored;
 }
 
-Removal TakeOneBack(Core& core, const LogRecord& record)
+// `why` for what goes. Nothing for what is gone already.
+std::optional<Decision> DecisionOf(RemovalOutcome outcome, Why why, const LogRecord& record)
+{
+    Decision made{Act::keep, why, KindWord(record.kind), NameOf(record), record.feature};
+    switch (outcome) {
+    case RemovalOutcome::removed:
+        made.act = Act::remove;
+        made.freed = record.size;
+        return made;
+    case RemovalOutcome::restored:
+        made.act = Act::restore;
+        return made;
+    case RemovalOutcome::kept_permanent:
+        made.why = Why::permanent;
+        return made;
+    case RemovalOutcome::kept_found:
+        made.why = Why::found;
+        return made;
+    case RemovalOutcome::kept_changed:
+        made.why = Why::changed;
+        return made;
+    default:
+        return std::nullopt;
+    }
+}
+
+void TakeOneBack(Core& core, Why why, const LogRecord& record)
 {
     try {
         const RemovalOutcome outcome = IsFile(record.kind) ? TakeFileBack(core, record) : TakeValueBack(core, record);
-        return {outcome, KindWord(record), record.what, {}};
+        if (const auto made = DecisionOf(outcome, why, record))
+            core.log->Tell(*made);
     } catch (const engine_error& error) {
-        return {RemovalOutcome::failed, KindWord(record), record.what, error.message().reason};
+        core.Report({Severity::warning, record.what, L"stays: " + error.message().reason, E_FAIL});
     }
 }
 
 } // namespace
 
-void TakeAway(Core& core, const std::wstring& path, long back) { MoveAside(core, TakenRecord(core, path, back)); }
-
-std::vector<Removal> TakeBack(Core& core, const RecordFilter& wanted)
+void TakeAway(Core& core, const std::wstring& path, long back)
 {
-    std::vector<Removal> results;
+    const bool folder = FactsOf(path).folder();
+    MoveAside(core, TakenRecord(core, path, back));
+    core.log->Tell({Act::remove, Why::asked, folder ? L"folder" : KindWord(LogKind::shell), path});
+}
+
+void TakeBack(Core& core, Why why, const RecordFilter& wanted)
+{
     std::set<std::wstring> seen;
     for (std::size_t i = core.log->Records().size(); i-- > 0;) {
         const LogRecord record = core.log->Records()[i];
@@ -137,9 +168,8 @@ std::vector<Removal> TakeBack(Core& core, const RecordFilter& wanted)
             continue;
         if (IsFile(record.kind))
             seen.insert(Upper(record.what));
-        results.push_back(TakeOneBack(core, record));
+        TakeOneBack(core, why, record);
     }
-    return results;
 }
 
 } // namespace vh::engine

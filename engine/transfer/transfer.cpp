@@ -78,16 +78,8 @@ void CheckPacked(const Plan& plan)
 
 void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
 {
-    const auto done = [&](Written written, const FileToWrite& file) {
-        if (written == Written::newer_stays)
-            core.Note(file.target, L"a newer version stays");
-        else if (written == Written::changed_stays)
-            core.Note(file.target, L"stays, for it was changed since it was installed");
-        else if (written == Written::stays)
-            core.Note(file.target, L"the file stays as it is");
-    };
     WriteAllOrNothing(core, plan.files,
-                      {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }, done});
+                      {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }});
 }
 
 com_ptr<IEngineProgress> SinkFor(Core& core, const Plan& plan, IUnknown* given)
@@ -159,12 +151,9 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
     core.moved |= &data == core.product.get();
 
     const Leftovers leftovers = FindLeftovers(core, data, items);
-    const auto removed = TakeBack(core, [&](const LogRecord& record) {
+    TakeBack(core, Why::unselected, [&](const LogRecord& record) {
         return leftovers.features.contains(Upper(record.feature)) && !leftovers.needed.contains(Upper(record.what));
     });
-    for (const Removal& removal : removed)
-        if (removal.outcome == RemovalOutcome::failed)
-            core.Report({Severity::warning, removal.what, L"stays: " + removal.reason, E_FAIL});
 }
 
 } // namespace vh::engine

@@ -182,9 +182,9 @@ UndoResult Guarded(Step&& step)
 
 } // namespace
 
-const wchar_t* KindWord(const LogRecord& record)
+const wchar_t* KindWord(LogKind kind)
 {
-    switch (record.kind) {
+    switch (kind) {
     case LogKind::file:
         return L"file";
     case LogKind::folder:
@@ -194,11 +194,21 @@ const wchar_t* KindWord(const LogRecord& record)
         return L"key";
     case LogKind::value:
         return L"value";
-    case LogKind::taken:
-        return FactsOf(record.what).folder() ? L"folder" : L"file";
     default:
-        return L"shell";
+        return L"shortcut";
     }
+}
+
+const wchar_t* KindWord(const LogRecord& record)
+{
+    if (record.kind == LogKind::taken)
+        return FactsOf(record.what).folder() ? L"folder" : L"file";
+    return KindWord(record.kind);
+}
+
+std::wstring NameOf(const LogRecord& record)
+{
+    return record.kind == LogKind::value ? record.what + L'\\' + record.name : record.what;
 }
 
 std::optional<RemovalOutcome> ReasonToKeep(const LogRecord& record, const FileFacts& there)

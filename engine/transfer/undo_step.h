@@ -15,8 +15,11 @@ struct UndoResult {
     bool later = false;
 };
 
-// "file", "folder", "key", "value", "shell".
+// "file", "folder", "key", "value", "shortcut".
+const wchar_t* KindWord(LogKind kind);
 const wchar_t* KindWord(const LogRecord& record);
+// The path, or root\key[\value].
+std::wstring NameOf(const LogRecord& record);
 
 // `superseded`: a newer record of the same thing was undone in this pass.
 UndoResult RollBackStep(const LogRecord& record);

@@ -131,7 +131,7 @@ TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
     EXPECT_TRUE(engine->Installed().empty()) << "a shortcut is no file of the payload";
     const auto undone = engine->Rollback();
     ASSERT_FALSE(undone.empty());
-    EXPECT_EQ(L"shell", undone.front().kind);
+    EXPECT_EQ(L"shortcut", undone.front().kind);
     EXPECT_EQ(RemovalOutcome::removed, undone.front().outcome);
     EXPECT_FALSE(Exists(programs));
 }
