@@ -1,8 +1,8 @@
 #include "small_services.h"
 
 #include "../../system/secure_object.h"
-#include "../windows/window_object.h"
 #include "../maintenance.h"
+#include "../windows/window_object.h"
 #include "reboot_texts.h"
 
 namespace vh::engine {

@@ -17,12 +17,13 @@ struct KindName {
     const char* name;
 };
 constexpr KindName kind_names[] = {
-    {LogKind::run, "run"},     {LogKind::commit, "commit"},       {LogKind::ended, "ended"},
-    {LogKind::clean, "clean"}, {LogKind::features, "features"},   {LogKind::folder, "folder"},
-    {LogKind::file, "file"},   {LogKind::placed, "placed"},       {LogKind::content, "content"},
-    {LogKind::key, "key"},     {LogKind::value, "value"},         {LogKind::set, "set"},
-    {LogKind::shell, "shell"}, {LogKind::texts, "texts"},         {LogKind::taken, "taken"},
-    {LogKind::waiting, "waiting"}, {LogKind::unkey, "unkey"}, {LogKind::forgotten, "forgotten"}, {LogKind::undone, "undone"},
+    {LogKind::run, "run"},         {LogKind::commit, "commit"},     {LogKind::ended, "ended"},
+    {LogKind::clean, "clean"},     {LogKind::features, "features"}, {LogKind::folder, "folder"},
+    {LogKind::file, "file"},       {LogKind::placed, "placed"},     {LogKind::content, "content"},
+    {LogKind::key, "key"},         {LogKind::value, "value"},       {LogKind::set, "set"},
+    {LogKind::shell, "shell"},     {LogKind::texts, "texts"},       {LogKind::taken, "taken"},
+    {LogKind::waiting, "waiting"}, {LogKind::unkey, "unkey"},       {LogKind::forgotten, "forgotten"},
+    {LogKind::undone, "undone"},
 };
 
 // The fields of a record and their keys in the file; a field at its default is left out.

@@ -76,8 +76,8 @@ struct LogRecord {
     std::wstring data;
     long oldType = -1;
     std::wstring oldData;
-    // The earlier record that this one is about; but for `placed`, `waiting` and `undone` that one counts as undone while this
-    // one stands.
+    // The earlier record that this one is about; but for `placed`, `waiting` and `undone` that one counts as undone
+    // while this one stands.
     long ref = 0;
     std::vector<std::wstring> list;
     // Features that were there and not selected.
