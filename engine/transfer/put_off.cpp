@@ -13,9 +13,8 @@ namespace {
 
 constexpr const wchar_t* list_name = L"in-use.log";
 constexpr uint64_t largest_list = 1 << 24;
-// Another setup keeps the list for its own steps.
+// Another setup keeps the list for its own steps; a long removal is not waited for.
 constexpr DWORD longest_wait = 5'000; // ms
-constexpr DWORD wait_step = 20;       // ms
 
 // Forms of an entry: an exchange has `temp`; a `taken` file goes from its `backup`; a `file` without `temp` goes from
 // its own place, a `folder` too, when nothing is in it.
@@ -63,6 +62,19 @@ PutOffList::PutOffList(const std::wstring& logFile)
 
 PutOffList::~PutOffList()
 {
+    Close();
+    EndTurn();
+}
+
+void PutOffList::EndTurn()
+{
+    if (m_turn)
+        ReleaseMutex(m_turn.get());
+    m_turn.reset();
+}
+
+void PutOffList::Close()
+{
     if (!m_open)
         return;
     if (m_changed)
@@ -72,22 +84,24 @@ PutOffList::~PutOffList()
         m_open.reset();
         RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
     }
+    m_open.reset();
 }
 
 bool PutOffList::Open(DWORD disposition)
 {
     if (m_open)
         return true;
-    for (DWORD waited = 0; !m_open; waited += wait_step) {
+    m_turn.reset(CreateMutexW(nullptr, FALSE, L"Local\\VHSetup.InUse"));
+    if (m_turn && WaitForSingleObject(m_turn.get(), longest_wait) == WAIT_TIMEOUT)
+        m_turn.reset();
+    if (m_turn)
         m_open.reset(CreateFileW(LongPath(m_file).c_str(), GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr,
                                  disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-        if (!m_open && (GetLastError() != ERROR_SHARING_VIOLATION || waited >= longest_wait))
-            return false;
-        if (!m_open)
-            Sleep(wait_step);
-    }
-    Read();
-    return true;
+    if (m_open)
+        Read();
+    else
+        EndTurn();
+    return static_cast<bool>(m_open);
 }
 
 void PutOffList::Read()

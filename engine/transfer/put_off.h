@@ -10,7 +10,7 @@
 
 namespace vh::engine {
 
-// Open for one setup at a time; others wait for the next moment. Lines are those of an install log.
+// Open for one setup at a time. Lines are those of an install log.
 class PutOffList {
 public:
     // Of the folder that the log's folder lies in; what is added belongs to the product of that log.
@@ -49,6 +49,8 @@ public:
 
 private:
     bool Open(DWORD disposition);
+    void Close();
+    void EndTurn();
     void Read();
     void Save();
     bool Note(LogRecord entry);
@@ -63,6 +65,7 @@ private:
     std::wstring m_product;
     std::vector<LogRecord> m_entries;
     std::vector<News> m_told;
+    unique_handle m_turn; // a mutex of all setups of this session
     unique_file m_open;
     bool m_changed = false;
 };

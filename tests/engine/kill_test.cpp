@@ -66,6 +66,7 @@ TEST(Child, DISABLED_Maintains)
 {
     Options options = SetupFolder(Environment(L"VH_KILL_FOLDER")).Given();
     options.onProgress = [](const Progress&) { return KillAtStep(), true; };
+    options.onMessage = [](const Message&) { KillAtStep(); };
     const auto engine = Engine::Open(std::move(options));
     KillAtStep();
     Feature(*engine, {L"Tools", L"Extra"})->SetSelected(0);
@@ -133,6 +134,34 @@ TEST_F(Kill, DuringMaintenanceEndsInOneOfTwoStates)
     EXPECT_EQ(2, ended) << "the kill behind the commit, and the run to the end";
     Uninstall(LogFileOf(folder.Setup(), folder.Data()));
     EXPECT_EQ((std::vector<std::wstring>{L"c.bin"}), Tree(folder.Target()));
+}
+
+// The new file waits beside the old one, and takes its place or goes.
+TEST_F(Kill, WhileAFileIsInUseEndsInOneOfTwoStates)
+{
+    Feature(*engine, {L"Tools", L"Help"})->SetSelected(0);
+    Install();
+    const auto first = Tree(folder.Target());
+    folder.Payload(L"a.bin", std::string(11, 'A'));
+    int ended = 0;
+    bool killed = true;
+    for (int step = 1; killed; ++step) {
+        unique_file held = Hold(folder.Target(L"a.bin"));
+        killed = RunKilled(folder, L"Child.DISABLED_Maintains", step);
+        held.reset();
+        Reopen();
+        const bool committed = Exists(folder.Target(L"d.bin"));
+        EXPECT_EQ(committed ? (std::vector<std::wstring>{L"a.bin", L"bin", L"bin\\b.bin", L"d.bin"}) : first,
+                  Tree(folder.Target()))
+            << step;
+        EXPECT_EQ(committed ? std::string(11, 'A') : std::string(10, 'a'), ReadWhole(folder.Target(L"a.bin"), 100));
+        EXPECT_FALSE(engine->NeedsRestart());
+        ended += committed;
+        engine.reset();
+    }
+    EXPECT_EQ(2, ended) << "the kill when the waiting file is told, and the run to the end";
+    Uninstall(LogFileOf(folder.Setup(), folder.Data()));
+    EXPECT_FALSE(Exists(folder.Target()) || Exists(folder.Data() + L"\\in-use.log"));
 }
 
 TEST_F(Kill, DuringARemovalLetsTheNextOneGoOn)

@@ -167,11 +167,12 @@ TEST_F(Removals, ContinuesAfterAFailureAndAfterAKill)
 {
     const std::wstring log = Install();
     {
-        const vh::test::Patched broken("DeleteFileW", +[](const wchar_t* path) -> BOOL {
-            const bool refused = std::wstring_view(path).ends_with(L"b.bin");
-            SetLastError(ERROR_WRITE_PROTECT);
-            return refused ? FALSE : vh::test::OfSystem<decltype(DeleteFileW)>("DeleteFileW")(path);
-        });
+        const vh::test::Patched broken(
+            "DeleteFileW", +[](const wchar_t* path) -> BOOL {
+                const bool refused = std::wstring_view(path).ends_with(L"b.bin");
+                SetLastError(ERROR_WRITE_PROTECT);
+                return refused ? FALSE : vh::test::OfSystem<decltype(DeleteFileW)>("DeleteFileW")(path);
+            });
         const auto first = Uninstall(log);
         EXPECT_EQ(L"b.bin ", Outcomes(first, RemovalOutcome::failed).substr(0, 6));
         EXPECT_TRUE(Exists(log));
