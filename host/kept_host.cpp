@@ -79,8 +79,9 @@ bool IsNeeded(const std::wstring& data_folder)
 void RemoveHost(const std::wstring& data_folder)
 {
     const std::wstring folder = HostFolder(data_folder);
-    std::vector<std::wstring> names(std::begin(kept_libraries), std::end(kept_libraries));
-    names.push_back(kept_program);
+    // The program goes first: as long as it is there, it stands for all.
+    std::vector<std::wstring> names{kept_program};
+    names.insert(names.end(), std::begin(kept_libraries), std::end(kept_libraries));
     for (const std::wstring& name : names)
         for (const wchar_t* ending : {L"", replaced_ending})
             vh::engine::RemoveFile(JoinPath(folder, name) + ending);

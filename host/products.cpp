@@ -1,7 +1,5 @@
 #include "products.h"
 
-#include <vector>
-
 #include "console.h"
 
 namespace host {
@@ -12,15 +10,21 @@ using vh::engine::InstalledProduct;
 
 std::vector<InstalledProduct> AllProducts(const std::wstring& data_folder)
 {
-    if (!data_folder.empty())
-        return vh::engine::InstalledProducts(data_folder);
-    auto products = vh::engine::InstalledProducts(vh::engine::DefaultDataDir(false));
-    for (InstalledProduct& product : vh::engine::InstalledProducts(vh::engine::DefaultDataDir(true)))
-        products.push_back(std::move(product));
+    std::vector<InstalledProduct> products;
+    for (const std::wstring& folder : DataFolders(data_folder))
+        for (InstalledProduct& product : vh::engine::InstalledProducts(folder))
+            products.push_back(std::move(product));
     return products;
 }
 
 } // namespace
+
+std::vector<std::wstring> DataFolders(const std::wstring& data_folder)
+{
+    if (!data_folder.empty())
+        return {data_folder};
+    return {vh::engine::DefaultDataDir(false), vh::engine::DefaultDataDir(true)};
+}
 
 std::optional<InstalledProduct> FindProduct(const std::wstring& guid, const std::wstring& data_folder)
 {

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "engine/engine.h"
 #include "exit_codes.h"
@@ -11,6 +12,9 @@ namespace host {
 
 // Looks in that folder alone, or for an empty one where the user's and then where the machine's products are.
 std::optional<vh::engine::InstalledProduct> FindProduct(const std::wstring& guid, const std::wstring& data_folder);
+
+// Where products are looked for: that folder, or for an empty one those of the user and of the machine.
+std::vector<std::wstring> DataFolders(const std::wstring& data_folder);
 
 ExitCode ListProducts(const std::wstring& data_folder);
 

@@ -303,8 +303,11 @@ vh::engine::InstalledProduct ProductOf(const RunOptions& options)
     auto product = FindProduct(options.guid, options.data_folder);
     if (product)
         return *product;
-    // It may have gone but for files in use.
-    vh::engine::CarryOutPutOff(options.data_folder.empty() ? vh::engine::DefaultDataDir(false) : options.data_folder);
+    // It may have gone but for files in use, or for the host, when its removal was killed near the end.
+    for (const std::wstring& folder : DataFolders(options.data_folder)) {
+        vh::engine::CarryOutPutOff(folder);
+        SweepHost(folder);
+    }
     throw std::runtime_error(Utf8(options.guid) + ": no such product is installed");
 }
 
