@@ -107,8 +107,8 @@ void StartSweeper(const std::wstring& data_folder)
     if (!CreateProcessW(copy.c_str(), line.data(), nullptr, nullptr, TRUE, DETACHED_PROCESS, nullptr,
                         vh::engine::TempFolder().c_str(), &startup, &process))
         return;
-    vh::unique_handle(process.hThread);
-    vh::unique_handle(process.hProcess);
+    const vh::unique_handle thread(process.hThread);
+    const vh::unique_handle started(process.hProcess);
 }
 
 } // namespace
