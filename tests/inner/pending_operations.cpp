@@ -87,7 +87,7 @@ TEST_F(PendingOperations, AreKeptAsPairsOfTexts)
     FindPendingOperation(L".\\x\\..\\none", source);
     FindPendingOperation(L"B\\.", source);
     EXPECT_EQ(source, L"a");
-    ForgetPendingOperation(L"x\\..\\A");
+    ForgetPendingOperation(L"A\\.");
     EXPECT_EQ(Listed(), L"c>;");
     ForgetPendingOperation(L"none");
     ForgetPendingOperation(L"c");
