@@ -217,7 +217,7 @@ add_test(NAME host_stop COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/stop.p
 set_tests_properties(host_stop PROPERTIES TIMEOUT 300)
 add_test(NAME host_in_use COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/in_use.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> $<TARGET_FILE:vhrt_test_program> ${CMAKE_BINARY_DIR}/host_tests/in_use)
-set_tests_properties(host_in_use PROPERTIES TIMEOUT 300)
+set_tests_properties(host_in_use PROPERTIES TIMEOUT 600)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

@@ -232,16 +232,16 @@ bool PutOffList::RemoveFolder(const std::wstring& folder)
 
 void PutOffList::Withdraw(const std::wstring& path, bool exchanges)
 {
-    const auto left = std::ranges::stable_partition(m_entries, [&](const LogRecord& entry) {
+    const auto left = std::stable_partition(m_entries.begin(), m_entries.end(), [&](const LogRecord& entry) {
         return !SameText(entry.what, path) || !(IsOwnPlace(entry) || (exchanges && !entry.temp.empty()));
     });
-    for (const LogRecord& entry : left) {
-        if (!entry.temp.empty())
-            RemoveFile(entry.temp);
-        Unschedule(entry);
+    for (auto entry = left; entry != m_entries.end(); ++entry) {
+        if (!entry->temp.empty())
+            RemoveFile(entry->temp);
+        Unschedule(*entry);
         m_changed = true;
     }
-    m_entries.erase(left.begin(), left.end());
+    m_entries.erase(left, m_entries.end());
 }
 
 bool PutOffList::IsDone(const LogRecord& entry) const
