@@ -207,7 +207,7 @@ void CommitRun(Core& core, const std::wstring& target)
     WriteProgramEntry(core, target);
     log.Commit(std::move(selection));
     TidyUp(log, unwanted);
-    if (log.AnythingStands())
+    if (log.AnythingStands() && !log.IsDraft())
         KeepSetup(core);
     if (core.product->maintenance || log.Standing(LogKind::texts).empty())
         DropIfIdle(log);
@@ -238,7 +238,7 @@ RunCounts CountWritten(const InstallLog& log)
 
 void DropIfIdle(InstallLog& log)
 {
-    if (!log.IsIdle())
+    if (!log.IsIdle() || log.IsDraft())
         return;
     log.Clear();
     RemoveTree(KeptSetupFolder(log.File()));

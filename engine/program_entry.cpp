@@ -62,7 +62,8 @@ void WriteProgramEntry(Core& core, const std::wstring& target)
 {
     const RegistryPlace place = EntryPlace(core);
     if (!AnythingElseStands(core, place.Name())) {
-        TakeBack(core, Why::last, [name = place.Name()](const LogRecord& record) { return SameText(record.what, name); });
+        TakeBack(core, Why::last,
+                 [name = place.Name()](const LogRecord& record) { return SameText(record.what, name); });
         return;
     }
     const Product& product = *core.product->product;

@@ -30,6 +30,7 @@ void Write(HANDLE handle, std::wstring_view text)
 std::wstring unread;
 
 std::function<void(Level, std::wstring_view)> overhears;
+bool reserved = false;
 
 // Units of the status line that stands on the console now.
 std::size_t status_width = 0;
@@ -54,9 +55,12 @@ void Line(DWORD stream, std::wstring_view line)
 void Overhear(std::function<void(Level, std::wstring_view)> listener) { overhears = std::move(listener); }
 bool Overheard() { return static_cast<bool>(overhears); }
 
+void ReserveOutput() { reserved = true; }
+void Output(std::wstring_view text) { Line(STD_OUTPUT_HANDLE, text); }
+
 void Say(std::wstring_view line)
 {
-    Line(STD_OUTPUT_HANDLE, line);
+    Line(reserved ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE, line);
     Mention(line, Level::info);
 }
 

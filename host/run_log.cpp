@@ -24,9 +24,8 @@ struct SecretName {
     bool at_end = false; // nowhere else in the name
 };
 constexpr SecretName secret_names[] = {
-    {L"PASSWORD"}, {L"PASSWD"},     {L"PASSPHRASE"}, {L"PWD"},          {L"SECRET"},
-    {L"TOKEN"},    {L"CREDENTIAL"}, {L"KEY", true},  {L"PASS", true},   {L"PIN", true},
-    {L"SERIAL"},
+    {L"PASSWORD"},   {L"PASSWD"},    {L"PASSPHRASE"}, {L"PWD"},       {L"SECRET"}, {L"TOKEN"},
+    {L"CREDENTIAL"}, {L"KEY", true}, {L"PASS", true}, {L"PIN", true}, {L"SERIAL"},
 };
 
 // In the order of the levels.
@@ -56,7 +55,8 @@ void ReplaceAll(std::wstring& text, std::wstring_view what)
 bool IsSecretName(std::wstring_view name)
 {
     std::wstring upper(name);
-    std::ranges::transform(upper, upper.begin(), [](wchar_t unit) { return static_cast<wchar_t>(std::towupper(unit)); });
+    std::ranges::transform(upper, upper.begin(),
+                           [](wchar_t unit) { return static_cast<wchar_t>(std::towupper(unit)); });
     return std::ranges::any_of(secret_names, [&](const SecretName& secret) {
         return secret.at_end ? upper.ends_with(secret.part) : upper.find(secret.part) != std::wstring::npos;
     });

@@ -36,8 +36,8 @@ std::wstring LineOf(const vh::engine::Removal& removal)
 
 std::wstring LineOf(const vh::engine::Decision& decision)
 {
-    std::wstring line = WordOf(decision.act) + std::wstring(L" ") + decision.kind + L" " + decision.what + L": " +
-                        ReasonOf(decision);
+    std::wstring line =
+        WordOf(decision.act) + std::wstring(L" ") + decision.kind + L" " + decision.what + L": " + ReasonOf(decision);
     return decision.feature.empty() ? line : line + L" (" + decision.feature + L")";
 }
 
@@ -96,7 +96,8 @@ void MentionExit(ExitCode code)
         {exit_rights, L"the rights of an administrator are missing"},
     };
     const auto* ending = std::ranges::find(endings, code, &Ending::code);
-    Mention(L"exit code " + std::to_wstring(code) + (ending == std::end(endings) ? L"" : std::wstring(L": ") + ending->words),
+    Mention(L"exit code " + std::to_wstring(code) +
+                (ending == std::end(endings) ? L"" : std::wstring(L": ") + ending->words),
             code == exit_done ? Level::info : Level::error);
 }
 

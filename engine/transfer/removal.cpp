@@ -34,6 +34,21 @@ bool IsTakenOver(const InstallLog& log, const LogRecord& record, const RecordFil
     return newest && newest->id > record.id && !wanted(*newest);
 }
 
+// A draft has nothing to roll back.
+UndoResult StepOf(InstallLog& log, Undo how, const LogRecord& record, bool superseded)
+{
+    if (!log.IsDraft())
+        return how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, superseded);
+    if (how == Undo::rollback)
+        return {RemovalOutcome::absent};
+    UndoResult result = PlannedStep(log, record, superseded);
+    if (result.outcome == RemovalOutcome::removed)
+        log.Take(NameOf(record));
+    else if (result.outcome == RemovalOutcome::restored)
+        log.GiveBack(NameOf(record), record);
+    return result;
+}
+
 } // namespace
 
 std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& wanted, const RemovalNews& onRemoval)
@@ -55,7 +70,7 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
             continue;
         const bool first = seen.insert(ThingOf(record)).second;
         const wchar_t* kind = KindWord(record);
-        UndoResult result = how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, !first);
+        UndoResult result = StepOf(log, how, record, !first);
         if (result.outcome == RemovalOutcome::failed)
             failed.push_back(record.what);
         // A folder that a failed step still needs belongs to the run until that step is done.
@@ -65,7 +80,8 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
             log.MarkUndone(record.id);
         // Of several records of one thing, people hear of the newest.
         if (first || result.outcome == RemovalOutcome::failed) {
-            results.push_back({result.outcome, kind, NameOf(record), std::move(result.reason)});
+            const uint64_t freed = result.outcome == RemovalOutcome::removed ? record.size : 0;
+            results.push_back({result.outcome, kind, NameOf(record), std::move(result.reason), freed});
             if (onRemoval)
                 onRemoval(results.back());
         }
@@ -140,7 +156,7 @@ void DropEmptyPlaces(InstallLog& log, const RecordFilter& unwanted)
         if ((record.kind != LogKind::folder && record.kind != LogKind::key) || !IsForRemoval(record) ||
             log.Undone(record) || (!unselected(record) && !(unwanted && unwanted(record))))
             continue;
-        const UndoResult result = RemoveStep(record, false);
+        const UndoResult result = StepOf(log, Undo::removal, record, false);
         if (result.settled)
             log.MarkUndone(record.id);
         if (result.outcome == RemovalOutcome::removed)
@@ -160,6 +176,8 @@ void TidyUp(InstallLog& log, const RecordFilter& unwanted)
     for (const LogRecord& record : log.Records()) {
         if (!untidy.contains(record.run) || log.Undone(record))
             continue;
+        if (log.IsDraft())
+            break;
         // The original of a file that is the product's no more comes back; those of others wait for the removal.
         const bool over = record.kind == LogKind::taken || record.kind == LogKind::forgotten;
         const LogRecord* of = over && record.ref ? log.Find(record.ref) : nullptr;
@@ -195,11 +213,30 @@ std::size_t LeftForRemoval(const std::wstring& logFile)
     return things.size();
 }
 
-std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
+namespace {
+
+void RequireLog(const std::wstring& logFile)
 {
     if (!FactsOf(logFile).file())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile,
                            L"nothing is installed: there is no install log");
+}
+
+} // namespace
+
+std::vector<Removal> PlanRemoval(const std::wstring& logFile)
+{
+    RequireLog(logFile);
+    InstallLog log(logFile, LogAccess::draft);
+    auto results = UndoRecords(log, Undo::removal, [](const LogRecord&) { return true; });
+    for (const long line : log.DamagedLines())
+        results.push_back({RemovalOutcome::unreadable, L"line", logFile + L": " + Number(line), {}});
+    return results;
+}
+
+std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
+{
+    RequireLog(logFile);
     InstallLog log(logFile);
     const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
