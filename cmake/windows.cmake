@@ -87,7 +87,7 @@ set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp
-  host/products.cpp host/rights.cpp host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
+  host/plan.cpp host/products.cpp host/rights.cpp host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)

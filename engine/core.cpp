@@ -74,8 +74,9 @@ Core::Core(Options given)
         options.source = options.setupFolder;
     if (options.dataDir.empty())
         options.dataDir = DefaultDataDir(product->product->scope == Scope::machine);
-    log = std::make_unique<InstallLog>(
-        JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"));
+    log =
+        std::make_unique<InstallLog>(JoinPath(JoinPath(options.dataDir, product->product->installGuid), L"install.log"),
+                                     options.planOnly ? LogAccess::draft : LogAccess::claim);
     log->Listen(options.onDecision);
     ReportDamage();
     language = ChosenLanguage(*product->product, options.language ? options.language : LanguageOf(*log));

@@ -19,6 +19,12 @@ namespace {
 void Recover(Core& core)
 {
     const bool unfinished = !core.log->UnfinishedRuns().empty();
+    if (core.options.planOnly) {
+        if (unfinished)
+            core.Report({Severity::warning, core.log->File(),
+                         L"an unfinished installation will be undone first, which this plan does not foresee", S_OK});
+        return;
+    }
     const auto results = RecoverRuns(*core.log);
     if (unfinished)
         core.Report(
@@ -37,7 +43,8 @@ void Recover(Core& core)
 std::unique_ptr<Engine> Engine::Open(Options options)
 {
     auto core = std::make_shared<Core>(std::move(options));
-    PutOffList(core->log->File()).CarryOut();
+    if (!core->options.planOnly)
+        PutOffList(core->log->File()).CarryOut();
     Recover(*core);
     TakeOver(*core);
     return std::unique_ptr<Engine>(new Engine(std::move(core)));
@@ -86,7 +93,7 @@ void Engine::Commit(ProgramEntry entry)
 {
     m_core->entry = std::move(entry);
     CommitRun(*m_core, TargetDir());
-    if (!WriteRebootTexts(LogFile(), m_core->rebootTexts))
+    if (!m_core->options.planOnly && !WriteRebootTexts(LogFile(), m_core->rebootTexts))
         m_core->Report(
             {Severity::warning, LogFile(), L"the texts for the run after a restart could not be kept", E_FAIL});
 }
@@ -123,6 +130,7 @@ std::wstring Engine::TargetDir() const
 std::wstring Engine::LogFile() const { return m_core->log->File(); }
 std::wstring Engine::InstallGuid() const { return m_core->product->product->installGuid; }
 std::wstring Engine::DataDir() const { return m_core->options.dataDir; }
+bool Engine::IsPlan() const { return m_core->options.planOnly; }
 bool Engine::Maintenance() const { return m_core->product->maintenance; }
 
 std::vector<InstalledFile> Engine::Installed() const

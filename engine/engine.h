@@ -71,6 +71,9 @@ struct Options {
     Windows windows = Windows::none;
     // Compares the content of what is installed, and brings back what is missing or damaged.
     bool repair = false;
+    // Decides and tells, but changes nothing on the machine: no claim, no file, folder, key or value, and nothing of
+    // what the run has noted outlives it. What a script does by itself is done.
+    bool planOnly = false;
     // Takes a version that is lower than the installed one.
     bool allowDowngrade = false;
     // Called during a transfer, on the script's thread; false cancels.
@@ -111,6 +114,8 @@ struct Removal {
     std::wstring reason;
     // It is in use, and goes when the system starts again or with a later setup; counted as removed.
     bool later = false;
+    // Bytes of the file that goes, by the log.
+    uint64_t freed = 0;
 };
 
 // How many were done, not merely looked at.
@@ -185,6 +190,8 @@ public:
     // The identifier that the log belongs to, and the folder that holds it with the logs of other products.
     std::wstring InstallGuid() const;
     std::wstring DataDir() const;
+    // Whether this run only says what it would do.
+    bool IsPlan() const;
     // True when the product is installed already.
     bool Maintenance() const;
     RunKind Kind() const;
@@ -231,5 +238,7 @@ std::size_t LeftForRemoval(const std::wstring& logFile);
 // the log is missing or another setup has it. `onRemoval` hears each result as it comes and may be empty; an
 // exception of it ends the removal, and the next one goes on.
 std::vector<Removal> Uninstall(const std::wstring& logFile, const std::function<void(const Removal&)>& onRemoval = {});
+// What Uninstall would come to; nothing is touched.
+std::vector<Removal> PlanRemoval(const std::wstring& logFile);
 
 } // namespace vh::engine

@@ -222,7 +222,7 @@ void CommitRun(Core& core, const std::wstring& target)
     log.Commit(std::move(selection));
     for (const PutOffList::News& news : TidyUp(log, unwanted))
         core.Report({Severity::warning, news.file, news.reason, HRESULT_FROM_WIN32(ERROR_SUCCESS_REBOOT_REQUIRED)});
-    if (!idle && log.AnythingStands())
+    if (!idle && log.AnythingStands() && !log.IsDraft())
         KeepSetup(core);
     if (core.product->maintenance || log.Standing(LogKind::texts).empty())
         DropIfIdle(log);
@@ -263,7 +263,7 @@ RunCounts CountWritten(const InstallLog& log)
 
 void DropIfIdle(InstallLog& log)
 {
-    if (!log.IsIdle())
+    if (!log.IsIdle() || log.IsDraft())
         return;
     log.Clear();
     RemoveTree(KeptSetupFolder(log.File()));

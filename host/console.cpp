@@ -34,6 +34,7 @@ std::mutex console_lock;
 std::wstring unread;
 
 std::function<void(Level, std::wstring_view)> overhears;
+bool reserved = false;
 
 // Units of the status line that stands on the console now; guarded by the lock.
 std::size_t status_width = 0;
@@ -59,9 +60,12 @@ void Line(DWORD stream, std::wstring_view line)
 void Overhear(std::function<void(Level, std::wstring_view)> listener) { overhears = std::move(listener); }
 bool Overheard() { return static_cast<bool>(overhears); }
 
+void ReserveOutput() { reserved = true; }
+void Output(std::wstring_view text) { Line(STD_OUTPUT_HANDLE, text); }
+
 void Say(std::wstring_view line)
 {
-    Line(STD_OUTPUT_HANDLE, line);
+    Line(reserved ? STD_ERROR_HANDLE : STD_OUTPUT_HANDLE, line);
     Mention(line, Level::info);
 }
 

@@ -15,6 +15,9 @@ enum class Level { note, info, warning, error };
 // What is said, complained of and mentioned goes there too; nothing ends that.
 void Overhear(std::function<void(Level, std::wstring_view)> listener);
 
+// From now on standard output has what Output writes alone: what is said goes to standard error.
+void ReserveOutput();
+void Output(std::wstring_view text);
 // One line on standard output.
 void Say(std::wstring_view line);
 // One line on standard error, behind the program's name and the word "warning" for one.

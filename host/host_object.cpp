@@ -164,7 +164,9 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
         Refuse(m_cancelled);
         const std::vector<VARIANT> arguments = InOrder(parameters);
         vh::variant value;
-        if (id >= 1 && static_cast<std::size_t>(id) <= m_functions.size()) {
+        if (HoldsBack(id)) {
+            value = FromInt64(0);
+        } else if (id >= 1 && static_cast<std::size_t>(id) <= m_functions.size()) {
             if (!(flags & DISPATCH_METHOD))
                 return DISP_E_MEMBERNOTFOUND;
             value = CallFunction(m_functions[static_cast<std::size_t>(id) - 1], arguments);
@@ -184,6 +186,11 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
         Explain(exception, E_INVALIDARG, Wide(error.what()));
     }
     return DISP_E_EXCEPTION;
+}
+
+bool HostObject::HoldsBack(DISPID id) const
+{
+    return m_services.holds_back && id < first_constant && m_services.holds_back(NameOf(id));
 }
 
 vh::variant HostObject::CallFunction(Function& function, std::span<const VARIANT> arguments)

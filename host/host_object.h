@@ -25,6 +25,8 @@ struct HostServices {
     std::function<void(const std::wstring&)> print;
     // Stops the run as Ctrl+C does.
     std::function<void()> cancel;
+    // Whether a call is left out and gives 0; may be empty.
+    std::function<bool(std::wstring_view call)> holds_back;
 };
 
 // What stands beside the library's functions: a function or a value.
@@ -55,6 +57,7 @@ public:
                                      EXCEPINFO* exception, UINT*) override;
 
 private:
+    bool HoldsBack(DISPID id) const;
     struct Function {
         Call call;
         FARPROC entry = nullptr;

@@ -40,6 +40,7 @@ struct CommandLine {
     std::string target;
     std::string trace;
     std::string log;
+    std::string plan;
     std::string data;
     std::string registry_root;
     std::vector<std::string> scripts;
@@ -78,9 +79,9 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
     app.add_flag("--notes", line.notes, "Show what the engine notes, such as the steps of access rights");
     app.add_flag("--main-window", line.main_window, "Show the setup before a window of its own");
     app.add_option("--target", line.target, "Install to this folder")->type_name("DIR")->check(host::not_empty);
-    app.add_option("--trace", line.trace, "Write the library's trace to this file")
-        ->type_name("FILE")
-        ->check(host::not_empty);
+    CLI::Option* trace = app.add_option("--trace", line.trace, "Write the library's trace to this file")
+                             ->type_name("FILE")
+                             ->check(host::not_empty);
     app.add_option("--log", line.log,
                    "Append to this file what is done, decided and said, and why; passwords are masked")
         ->type_name("FILE")
@@ -100,6 +101,12 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
             ->type_name("GUID")
             ->check(host::not_empty);
     app.add_flag("--repair", line.repair, "Bring back what is missing or damaged");
+    CLI::Option* plan =
+        app.add_flag("--plan{text}", line.plan,
+                     "Show what would be written, replaced, removed and kept, and why; silent, and nothing is touched\n"
+                     "but for what the script does beside the engine, such as files that it writes itself")
+            ->type_name("[=text|json]")
+            ->check(CLI::IsMember({"text", "json"}).description(""));
     app.add_flag("--allow-downgrade", line.allow_downgrade, "Take a version lower than the installed one");
     // How the kept host ends itself.
     app.add_option("--sweep", line.sweep)->group("");
@@ -117,6 +124,7 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
     app.add_flag("--verify", line.verify, "Show at the end what is installed, each file compared with its source");
     modify->excludes(uninstall)->excludes(list);
     list->excludes(uninstall);
+    plan->excludes(trace)->excludes(list);
     app.final_callback([&line, uninstall, packed] {
         line.removes = uninstall->count() > 0;
         // A folder behind --uninstall is the setup folder.
@@ -171,7 +179,10 @@ host::RunOptions OptionsOf(const CommandLine& line)
         options.variables[host::Wide(variable.substr(0, equals))] = host::Wide(variable.substr(equals + 1));
     }
     options.language = line.language;
-    options.silent = line.silent;
+    options.plan = line.plan.empty()     ? host::PlanForm::none
+                   : line.plan == "json" ? host::PlanForm::json
+                                         : host::PlanForm::text;
+    options.silent = line.silent || options.plan != host::PlanForm::none;
     options.notes = line.notes;
     options.main_window = line.main_window;
     options.show_log = line.show_log;
@@ -222,6 +233,8 @@ host::ExitCode Run(int count, wchar_t** words)
         if (!host::ParseCommandLine(app, count, words))
             return host::exit_done;
         options = OptionsOf(line);
+        if (options.plan == host::PlanForm::json)
+            host::ReserveOutput();
         StartLog(options, count, words);
     } catch (const CLI::ParseError&) {
         return host::exit_usage;

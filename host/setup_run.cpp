@@ -66,7 +66,7 @@ void ShowDecision(const vh::engine::Decision& decision, bool notes)
         Mention(line);
 }
 
-vh::engine::Options EngineOptions(const RunOptions& options)
+vh::engine::Options EngineOptions(const RunOptions& options, Plan& plan)
 {
     vh::engine::Options engine;
     engine.setupFolder = options.setup_folder;
@@ -83,8 +83,16 @@ vh::engine::Options EngineOptions(const RunOptions& options)
     engine.windows = options.main_window ? vh::engine::Windows::all : vh::engine::Windows::dialogs;
     engine.commandLine = GetCommandLineW();
     engine.variables.assign(options.variables.begin(), options.variables.end());
-    engine.onMessage = [notes = options.notes](const vh::engine::Message& message) { ShowMessage(message, notes); };
-    engine.onDecision = [notes = options.notes](const vh::engine::Decision& made) { ShowDecision(made, notes); };
+    engine.planOnly = options.plan != PlanForm::none;
+    engine.onMessage = [notes = options.notes, &plan](const vh::engine::Message& message) {
+        ShowMessage(message, notes);
+        plan.Take(message);
+    };
+    engine.onDecision = [notes = options.notes, planned = engine.planOnly, &plan](const vh::engine::Decision& made) {
+        ShowDecision(made, notes);
+        if (planned)
+            plan.Take(made);
+    };
     engine.onVariable = options.on_variable;
     if (options.silent)
         engine.onProgress = [](const vh::engine::Progress&) { return !cancelled; };
@@ -133,7 +141,7 @@ ScriptControl ControlOf(ScriptSite& site, const HostObject& object, vh::engine::
 
 // Empty when all went well.
 std::wstring RunScripts(const Library& library, vh::engine::Engine& engine, const RunOptions& options,
-                        StopSignal& signal)
+                        StopSignal& signal, Plan& plan)
 {
     const Context context(library, engine);
     // The library learns whether the run is silent when it is asked for the command line.
@@ -148,6 +156,8 @@ std::wstring RunScripts(const Library& library, vh::engine::Engine& engine, cons
     services.arguments = options.variables;
     services.print = [](const std::wstring& line) { Say(line); };
     services.cancel = [] { cancelled = true; };
+    if (options.plan != PlanForm::none)
+        services.holds_back = [&plan](std::wstring_view call) { return plan.HoldsBack(call); };
     const auto object = vh::make_object<HostObject>(library, context.Site(), services, cancelled);
     const auto site = vh::make_object<ScriptSite>(object.get());
     const StopSignal::Script running(signal, ControlOf(*site.get(), *object.get(), engine));
@@ -172,6 +182,8 @@ ExitCode TakeBack(vh::engine::Engine& engine, ExitCode reason)
 {
     const auto removals = engine.Rollback();
     ShowRemovals(removals);
+    if (engine.IsPlan())
+        return reason;
     const std::wstring steps = std::to_wstring(vh::engine::CountDone(removals)) + L" steps undone";
     if (!vh::engine::AnyFailed(removals)) {
         Complain(L"rolled back, " + steps);
@@ -254,10 +266,10 @@ void SpeakLanguage(LANGID language)
     SetThreadLocale(MAKELCID(language, SORT_DEFAULT));
 }
 
-ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
+ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan)
 {
     StopSignal signal(L"the next run undoes this one");
-    auto engine = vh::engine::Engine::Open(EngineOptions(options));
+    auto engine = vh::engine::Engine::Open(EngineOptions(options, plan));
     data_folder = engine->DataDir();
     Say(engine->ProductName() + L" " + engine->ProductVersion() + KindWords(*engine) + L", target " +
         engine->TargetDir());
@@ -267,19 +279,24 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder)
     std::wstring failure;
     try {
         const Library library = LoadLibraryWithTrace(options);
-        failure = RunScripts(library, *engine, options, signal);
+        failure = RunScripts(library, *engine, options, signal, plan);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
         return TakeBack(*engine, exit_library);
     }
+    plan.EndScript();
+    plan.Describe(*engine);
     if (failure.empty() && !cancelled) {
         try {
-            KeepHost(engine->DataDir(), LibraryFolderOf(options));
+            if (options.plan == PlanForm::none)
+                KeepHost(engine->DataDir(), LibraryFolderOf(options));
             engine->Commit(EntryFor(engine->DataDir(), !options.data_folder.empty(), engine->InstallGuid()));
         } catch (const std::exception& error) {
             Complain(Wide(error.what()));
             return TakeBack(*engine, exit_failed);
         }
+        if (options.plan != PlanForm::none)
+            return exit_done;
         Mention(L"committed, selected: " + Joined(engine->Selected()), Level::info);
         return ShowOutcome(*engine, options);
     }
@@ -329,11 +346,16 @@ std::wstring DataFolderOfLog(const std::wstring& log) { return vh::engine::Folde
 ExitCode RunSetup(const RunOptions& options)
 {
     try {
-        if (const auto code = SeeToRights(vh::engine::IsForMachine(options.setup_folder), options.silent))
+        const bool rights = options.plan == PlanForm::none && vh::engine::IsForMachine(options.setup_folder);
+        if (const auto code = SeeToRights(rights, options.silent))
             return *code;
         std::wstring data_folder;
-        const ExitCode code = RunIn(options, data_folder);
-        SweepHost(data_folder);
+        Plan plan;
+        const ExitCode code = RunIn(options, data_folder, plan);
+        if (options.plan != PlanForm::none)
+            plan.Show(options.plan, code);
+        else
+            SweepHost(data_folder);
         return code;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
@@ -361,6 +383,8 @@ ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
         line += L" --var " + Quoted(name + L"=" + value);
     if (!options.log_file.empty())
         line += L" --log " + Quoted(options.log_file);
+    if (options.plan != PlanForm::none)
+        line += options.plan == PlanForm::json ? L" --plan=json" : L" --plan";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
@@ -402,6 +426,17 @@ namespace {
 // Ends a removal between two records.
 struct removal_stopped {};
 
+ExitCode ShowRemovalPlan(const std::wstring& log, PlanForm form)
+{
+    Plan plan;
+    for (const vh::engine::Removal& removal : vh::engine::PlanRemoval(log)) {
+        Mention(L"planned: " + LineOf(removal));
+        plan.Take(removal);
+    }
+    plan.Show(form, exit_done);
+    return exit_done;
+}
+
 } // namespace
 
 ExitCode RemoveSetup(const RunOptions& options)
@@ -410,6 +445,8 @@ ExitCode RemoveSetup(const RunOptions& options)
     std::wstring log;
     try {
         const vh::engine::InstalledProduct product = ProductOf(options);
+        if (options.plan != PlanForm::none)
+            return ShowRemovalPlan(product.logFile, options.plan);
         if (const auto code = SeeToRights(product.forMachine, options.silent))
             return *code;
         log = product.logFile;

@@ -9,6 +9,7 @@
 
 #include "engine/product/pack.h"
 #include "exit_codes.h"
+#include "plan.h"
 
 namespace host {
 
@@ -37,6 +38,8 @@ struct RunOptions {
     std::map<std::wstring, std::wstring> variables;
     int language = 0;
     bool silent = false;
+    // Only shows what would be done.
+    PlanForm plan = PlanForm::none;
     // Brings back what is missing or damaged.
     bool repair = false;
     // Takes a version lower than the installed one.

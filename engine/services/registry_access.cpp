@@ -219,7 +219,7 @@ void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring
 {
     Want(to, place);
     for (const RegistryPlace& part : PartsOf(place)) {
-        if (part.key.empty() || KeyThere(part, part.key.size() != place.key.size()))
+        if (part.key.empty() || to.log->Makes(part.Name()) || KeyThere(part, part.key.size() != place.key.size()))
             continue;
         if (!part.rootName.empty()) {
             LogRecord record;
@@ -229,7 +229,8 @@ void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring
             record.loose = to.loose;
             to.log->Append(std::move(record));
         }
-        CreateOneKey(part, keyClass);
+        if (!to.log->IsDraft())
+            CreateOneKey(part, keyClass);
         to.log->Tell({Act::add, Why::fresh, L"key", part.Name(), feature});
     }
 }
@@ -312,7 +313,8 @@ void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstr
         record.loose = to.loose;
         to.log->Append(std::move(record));
     }
-    PutValue(place, name, value);
+    if (!to.log->IsDraft())
+        PutValue(place, name, value);
     tell(old ? Act::replace : Act::add, old ? Why::differs : Why::fresh);
 }
 
@@ -326,11 +328,11 @@ LSTATUS DeleteTree(InstallLog& log, const RegistryPlace& place)
         log.Append(TreeRecords(place));
         log.Flush();
     }
-    if (code == ERROR_SUCCESS)
+    if (code == ERROR_SUCCESS && !log.IsDraft())
         code = RegDeleteTreeW(key.get(), nullptr);
     key.reset();
     // By name and view: a handle's own view does not hold for a root's direct sub-keys.
-    if (code == ERROR_SUCCESS)
+    if (code == ERROR_SUCCESS && !log.IsDraft())
         code = RegDeleteKeyExW(place.root, place.key.c_str(), place.view, 0);
     if (code == ERROR_SUCCESS)
         log.Tell({Act::remove, Why::asked, L"key", place.Name()});
@@ -343,7 +345,8 @@ LSTATUS DeleteValue(InstallLog& log, const RegistryPlace& place, const std::wstr
         log.Append(DeletionRecord(place, name));
         log.Flush();
     }
-    const LSTATUS code = DeleteBareValue(place, name);
+    const LSTATUS code =
+        log.IsDraft() ? (ReadValue(place, name) ? ERROR_SUCCESS : ERROR_FILE_NOT_FOUND) : DeleteBareValue(place, name);
     if (code == ERROR_SUCCESS)
         log.Tell({Act::remove, Why::asked, L"value", place.Name() + L'\\' + name});
     return code;

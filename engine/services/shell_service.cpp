@@ -140,8 +140,11 @@ void SaveShortcut(Core& core, const LinkData& link, const std::wstring& path, co
     if (!loose && there.file())
         file.previous = damaged || IsOurs(core, file, there) ? FromHex(core.log->Newest(file.kind, path)->oldData)
                                                              : ReadWhole(path, largest_shortcut);
-    // One that is ours and says all this already is left alone, whatever its time.
-    if (there.file() && IsOurs(core, file, there) && SameContent(file.source, path)) {
+    // One that is ours and says all this already is left alone, whatever its time. A draft has not written its target,
+    // whose size and times it tells.
+    const LogRecord* target = core.log->IsDraft() ? core.log->Newest(LogKind::file, link.target) : nullptr;
+    const bool stale = target && target->run == core.log->CurrentRun();
+    if (!stale && there.file() && IsOurs(core, file, there) && SameContent(file.source, path)) {
         core.log->Tell({Act::keep, Why::same, L"shortcut", path, feature});
         return core.log->Want(path);
     }

@@ -83,6 +83,10 @@ HRESULT PermissionHelper::SetObjectPermissions(BSTR object, BSTR domain, BSTR ac
                                                long flags, long* result)
 {
     return Call("ISetupPermissionHelper.SetObjectPermissions", object, domain, account, objectType, access, flags)([&] {
+        if (core().options.planOnly) {
+            core().Note(TextOf(object), L"its access rights would be set");
+            return Give(result, 0L);
+        }
         PermissionItem item(object, PermissionItem::key, domain, account, static_cast<uint32_t>(access), flags);
         item.platformKind = objectType;
         return Give(result, static_cast<long>(NotedSecureObject(core()).SetLocally(item)));

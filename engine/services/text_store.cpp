@@ -43,9 +43,11 @@ HRESULT TextStore::SetValue(BSTR name, BSTR value)
         const std::wstring given = TextOf(name);
         if (given.empty() || given.find_first_of(L"<>") != std::wstring::npos)
             return E_INVALIDARG;
+        const std::wstring* before = table().Find(given);
+        const bool news = core().options.onVariable && (!before || *before != TextOf(value));
         if (!table().Set(given, TextOf(value)))
             return E_ACCESSDENIED;
-        if (core().options.onVariable)
+        if (news)
             core().options.onVariable(given, TextOf(value));
         return S_OK;
     });

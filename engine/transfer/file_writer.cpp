@@ -201,7 +201,8 @@ LogRecord FolderRecord(const std::wstring& folder, const std::wstring& feature, 
 
 void MakeOneFolder(const Core& core, const std::wstring& folder, const std::wstring& feature)
 {
-    MakeFolder(folder);
+    if (!core.log->IsDraft())
+        MakeFolder(folder);
     core.log->Tell({Act::add, Why::fresh, L"folder", folder, feature});
 }
 
@@ -238,7 +239,7 @@ public:
             MakeOneFolder(m_core, folder, feature);
         std::map<std::wstring, std::wstring> digests;
         for (const Step& step : m_steps) {
-            if (step.decision.act != Act::keep)
+            if (step.decision.act != Act::keep && !m_core.log->IsDraft())
                 Put(step, news, digests);
             else
                 news.advance(step.file->size, *step.file);
@@ -270,7 +271,7 @@ private:
         }
         if (step.decision.act != Act::keep) {
             for (std::wstring& folder : FoldersFor(file.target))
-                if (m_seen.insert(Upper(folder)).second) {
+                if (!m_core.log->Makes(folder) && m_seen.insert(Upper(folder)).second) {
                     m_records.push_back(FolderRecord(folder, file.feature, file.loose));
                     m_folders.emplace_back(std::move(folder), file.feature);
                 }
@@ -438,7 +439,8 @@ bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
 
 void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged)
 {
-    const std::vector<std::wstring> missing = MissingFolders(path);
+    std::vector<std::wstring> missing = MissingFolders(path);
+    std::erase_if(missing, [&](const std::wstring& folder) { return core.log->Makes(folder); });
     for (std::wstring folder = path; logged && !folder.empty(); folder = FolderOf(folder))
         core.log->Want(folder);
     std::vector<LogRecord> records;

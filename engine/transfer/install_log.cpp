@@ -45,11 +45,13 @@ constexpr bool BelongsToNoRun(LogKind kind)
 
 } // namespace
 
-InstallLog::InstallLog(std::wstring file, LogAccess access) : m_file(std::move(file)), m_token(NewToken())
+InstallLog::InstallLog(std::wstring file, LogAccess access)
+    : m_file(std::move(file)), m_draft(access == LogAccess::draft), m_token(NewToken())
 {
     if (access == LogAccess::claim)
         Claim();
-    Read();
+    if (!m_draft || FactsOf(m_file).file())
+        Read();
 }
 
 std::wstring InstallLog::OriginalsFolder() const { return JoinPath(FolderOf(m_file), L"originals"); }
@@ -232,10 +234,24 @@ void InstallLog::Append(std::vector<LogRecord> records)
             record.run = run;
         lines += ToLine(record) + '\n';
     }
-    Write(lines);
+    if (!m_draft)
+        Write(lines);
     m_run = run;
-    for (LogRecord& record : records)
+    for (LogRecord& record : records) {
+        if (m_draft)
+            NoteDraft(record);
         Keep(std::move(record));
+    }
+}
+
+void InstallLog::NoteDraft(const LogRecord& record)
+{
+    if (record.kind == LogKind::folder || record.kind == LogKind::key)
+        m_made.insert(Upper(record.what));
+    else if (record.kind == LogKind::taken || record.kind == LogKind::unkey)
+        Take(record.what);
+    else if (record.kind == LogKind::value && record.type == -1)
+        Take(record.what + L'\\' + record.name);
 }
 
 long InstallLog::Append(LogRecord record)
@@ -275,7 +291,7 @@ void InstallLog::Write(const std::string& lines)
 
 void InstallLog::Flush()
 {
-    if (!FlushFileBuffers(m_writer.get())) {
+    if (!m_draft && !FlushFileBuffers(m_writer.get())) {
         const DWORD code = GetLastError();
         ThrowFileError(m_file, cant_write, code);
     }
@@ -413,7 +429,8 @@ bool InstallLog::AnythingStands() const
 
 void InstallLog::Clear()
 {
-    CutAt(0);
+    if (!m_draft)
+        CutAt(0);
     m_records.clear();
     m_byName.clear();
     m_byId.clear();

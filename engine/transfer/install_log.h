@@ -12,8 +12,9 @@
 
 namespace vh::engine {
 
-// A setup claims its log; who only looks reads what is there at this moment, also of a setup that runs.
-enum class LogAccess { claim, look };
+// A setup claims its log; who only looks reads what is there at this moment, also of a setup that runs. A draft takes
+// records as a claimed log does, but keeps them to itself: whoever takes steps only says what they would be.
+enum class LogAccess { claim, look, draft };
 
 class InstallLog {
 public:
@@ -26,6 +27,23 @@ public:
     InstallLog& operator=(const InstallLog&) = delete;
 
     const std::wstring& File() const { return m_file; }
+    bool IsDraft() const { return m_draft; }
+    // Whether steps of this draft would have made a folder or key, or taken a thing away.
+    bool Makes(std::wstring_view what) const { return m_draft && m_made.contains(Upper(what)); }
+    bool Takes(std::wstring_view what) const { return m_draft && m_gone.contains(Upper(what)); }
+    void Take(std::wstring_view what) { m_gone.insert(Upper(what)); }
+    // Something is there again: `back` tells of a value what it would be.
+    void GiveBack(std::wstring_view what, const LogRecord& back)
+    {
+        m_gone.erase(Upper(what));
+        m_back.insert_or_assign(Upper(what), back);
+    }
+    // Null when the draft gives nothing back there.
+    const LogRecord* GivesBack(std::wstring_view what) const
+    {
+        const auto found = m_draft ? m_back.find(Upper(what)) : m_back.end();
+        return found == m_back.end() ? nullptr : &found->second;
+    }
     // Whoever takes a step of the run tells what it decided.
     void Listen(DecisionNews news) { m_news = std::move(news); }
     void Tell(const Decision& decision) const
@@ -108,10 +126,15 @@ private:
     void Write(const std::string& lines);
     void CutAt(uint64_t size);
     void Keep(LogRecord record);
+    void NoteDraft(const LogRecord& record);
     std::wstring OwnerFile() const;
     std::wstring OriginalsFolder() const;
 
     std::wstring m_file;
+    bool m_draft = false;
+    std::set<std::wstring> m_made; // by a draft, in upper case
+    std::set<std::wstring> m_gone;
+    std::map<std::wstring, LogRecord> m_back;
     DecisionNews m_news;
     std::wstring m_token; // of this log's names
     long m_asides = 0;

@@ -85,6 +85,21 @@ bool CanBePutOff(const LogRecord& record, const UndoResult& result)
     return !result.settled && (record.kind == LogKind::folder || IsFile(record.kind));
 }
 
+// A draft has nothing to roll back.
+UndoResult StepOf(InstallLog& log, Undo how, const LogRecord& record, bool superseded)
+{
+    if (!log.IsDraft())
+        return how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, superseded);
+    if (how == Undo::rollback)
+        return {RemovalOutcome::absent};
+    UndoResult result = PlannedStep(log, record, superseded);
+    if (result.outcome == RemovalOutcome::removed)
+        log.Take(NameOf(record));
+    else if (result.outcome == RemovalOutcome::restored)
+        log.GiveBack(NameOf(record), record);
+    return result;
+}
+
 } // namespace
 
 std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& wanted, const RemovalNews& onRemoval)
@@ -109,14 +124,14 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
         if (how == Undo::rollback && IsTakenOver(log, record, wanted))
             continue;
         if (how == Undo::removal && WaitsForItsPlace(record)) {
-            if (DropWaiting(record, later.List()))
+            if (log.IsDraft() || DropWaiting(record, later.List()))
                 log.MarkUndone(record.id);
             continue;
         }
         const bool first = seen.insert(ThingOf(record)).second;
         const wchar_t* kind = KindWord(record);
-        UndoResult result = how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, !first);
-        if (how == Undo::removal && first && CanBePutOff(record, result))
+        UndoResult result = StepOf(log, how, record, !first);
+        if (how == Undo::removal && first && CanBePutOff(record, result) && !log.IsDraft())
             result = later.PutOff(record, std::move(result));
         if (result.outcome == RemovalOutcome::failed)
             failed.push_back(record.what);
@@ -127,7 +142,8 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
             log.MarkUndone(record.id);
         // Of several records of one thing, people hear of the newest.
         if (first || result.outcome == RemovalOutcome::failed) {
-            results.push_back({result.outcome, kind, NameOf(record), std::move(result.reason), result.later});
+            const uint64_t freed = result.outcome == RemovalOutcome::removed ? record.size : 0;
+            results.push_back({result.outcome, kind, NameOf(record), std::move(result.reason), result.later, freed});
             if (onRemoval)
                 onRemoval(results.back());
         }
@@ -202,7 +218,7 @@ void DropEmptyPlaces(InstallLog& log, const RecordFilter& unwanted)
         if ((record.kind != LogKind::folder && record.kind != LogKind::key) || !IsForRemoval(record) ||
             log.Undone(record) || (!unselected(record) && !(unwanted && unwanted(record))))
             continue;
-        const UndoResult result = RemoveStep(record, false);
+        const UndoResult result = StepOf(log, Undo::removal, record, false);
         if (result.settled)
             log.MarkUndone(record.id);
         if (result.outcome == RemovalOutcome::removed)
@@ -246,7 +262,7 @@ std::vector<PutOffList::News> TidyUp(InstallLog& log, const RecordFilter& unwant
         return {};
     PutOffList list(log.File());
     std::set<long> waiting;
-    for (std::size_t i = 0; i < log.Records().size(); ++i) {
+    for (std::size_t i = 0; i < log.Records().size() && !log.IsDraft(); ++i) {
         const LogRecord& record = log.Records()[i];
         if (untidy.contains(record.run) && !log.Undone(record) && !FinishStep(log, record, list))
             waiting.insert(record.run);
@@ -285,11 +301,30 @@ std::size_t LeftForRemoval(const std::wstring& logFile)
     return things.size();
 }
 
-std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
+namespace {
+
+void RequireLog(const std::wstring& logFile)
 {
     if (!FactsOf(logFile).file())
         throw engine_error(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), logFile,
                            L"nothing is installed: there is no install log");
+}
+
+} // namespace
+
+std::vector<Removal> PlanRemoval(const std::wstring& logFile)
+{
+    RequireLog(logFile);
+    InstallLog log(logFile, LogAccess::draft);
+    auto results = UndoRecords(log, Undo::removal, [](const LogRecord&) { return true; });
+    for (const long line : log.DamagedLines())
+        results.push_back({RemovalOutcome::unreadable, L"line", logFile + L": " + Number(line), {}});
+    return results;
+}
+
+std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& onRemoval)
+{
+    RequireLog(logFile);
     InstallLog log(logFile);
     PutOffList(logFile).CarryOut();
     const std::vector<long> damaged = log.DamagedLines();

@@ -25,7 +25,7 @@ void MoveAside(Core& core, LogRecord record)
     const std::wstring replacement = record.temp;
     const long id = core.log->Append(std::move(record));
     core.log->Flush();
-    if (MoveFileExW(LongPath(path).c_str(), LongPath(backup).c_str(), 0))
+    if (core.log->IsDraft() || MoveFileExW(LongPath(path).c_str(), LongPath(backup).c_str(), 0))
         return;
     const DWORD code = GetLastError();
     // A file that can't even be renamed goes behind the commit, unless something is to take its place now.
@@ -67,6 +67,8 @@ RemovalOutcome TakeFileBack(Core& core, const LogRecord& file)
     record.size = before.size;
     record.time = before.time;
     MoveAside(core, std::move(record));
+    if (core.log->IsDraft())
+        return RemovalOutcome::restored;
     if (!CopyFileW(LongPath(draft).c_str(), LongPath(aside).c_str(), TRUE) ||
         !MoveFileExW(LongPath(aside).c_str(), LongPath(file.what).c_str(), 0)) {
         const DWORD code = GetLastError();
@@ -93,10 +95,14 @@ RemovalOutcome TakeValueBack(Core& core, const LogRecord& value)
     record.oldData = value.data;
     record.ref = value.id;
     core.log->Append(std::move(record));
-    if (value.oldType == -1)
-        return DropValue(place, value.name), RemovalOutcome::removed;
-    PutValue(place, value.name, {static_cast<DWORD>(value.oldType), FromHex(value.oldData)});
-    return RemovalOutcome::restored;
+    const bool taken = value.oldType == -1;
+    if (core.log->IsDraft())
+        return taken ? RemovalOutcome::removed : RemovalOutcome::restored;
+    if (taken)
+        DropValue(place, value.name);
+    else
+        PutValue(place, value.name, {static_cast<DWORD>(value.oldType), FromHex(value.oldData)});
+    return taken ? RemovalOutcome::removed : RemovalOutcome::restored;
 }
 
 // `why` for what goes. Nothing for what is gone already.

@@ -77,7 +77,25 @@ UndoResult RollBackTaken(const LogRecord& record)
     return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
 }
 
-UndoResult RemoveFileRecord(const LogRecord& record, bool superseded)
+// A step that is done, or only looked at.
+class Hand {
+public:
+    explicit Hand(const InstallLog* draft) : m_draft(draft) {}
+
+    bool Looks() const { return m_draft; }
+    bool Gone(const std::wstring& what) const { return m_draft && m_draft->Takes(what); }
+    const LogRecord* Back(const std::wstring& what) const { return m_draft ? m_draft->GivesBack(what) : nullptr; }
+    template <class Step>
+    bool Do(Step&& step) const
+    {
+        return Looks() || step();
+    }
+
+private:
+    const InstallLog* m_draft; // null for steps that are done
+};
+
+UndoResult RemoveFileRecord(const LogRecord& record, bool superseded, const Hand& hand)
 {
     const FileFacts there = FactsOf(record.what);
     const std::wstring original = OriginalOf(record);
@@ -85,26 +103,41 @@ UndoResult RemoveFileRecord(const LogRecord& record, bool superseded)
         // That of the first installation, or one that a failed rollback left.
         if (original.empty() || (there.exists() && !record.original))
             return {RemovalOutcome::absent};
-        return SettleOriginal(record) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+        return hand.Do([&] { return SettleOriginal(record); }) ? UndoResult{RemovalOutcome::restored}
+                                                               : Failed(GetLastError());
     }
     if (!there.exists() && original.empty())
         return {RemovalOutcome::absent};
     if (const auto keep = there.exists() ? ReasonToKeep(record, there) : std::nullopt) {
-        if (record.original && !SettleOriginal(record))
+        if (record.original && !hand.Do([&] { return SettleOriginal(record); }))
             return Failed(GetLastError());
         return {*keep};
     }
     if (!original.empty())
-        return MoveWhole(original, record.what, record.temp) ? UndoResult{RemovalOutcome::restored}
-                                                             : Failed(GetLastError());
+        return hand.Do([&] { return MoveWhole(original, record.what, record.temp); })
+                   ? UndoResult{RemovalOutcome::restored}
+                   : Failed(GetLastError());
     if (record.oldData.empty())
-        return RemoveFileStep(record.what);
-    return ReplaceContent(record.what, FromHex(record.oldData), record.temp) ? UndoResult{RemovalOutcome::restored}
-                                                                             : Failed(GetLastError());
+        return hand.Looks() ? UndoResult{RemovalOutcome::removed} : RemoveFileStep(record.what);
+    return hand.Do([&] { return ReplaceContent(record.what, FromHex(record.oldData), record.temp); })
+               ? UndoResult{RemovalOutcome::restored}
+               : Failed(GetLastError());
 }
 
-UndoResult UndoFolder(const LogRecord& record)
+UndoResult LookAtFolder(const LogRecord& record, const Hand& hand)
 {
+    if (!FactsOf(record.what).folder())
+        return {RemovalOutcome::absent};
+    for (const Entry& entry : ListFolder(record.what))
+        if (!hand.Gone(JoinPath(record.what, entry.name)))
+            return {RemovalOutcome::kept_not_empty, {}, false};
+    return {RemovalOutcome::removed};
+}
+
+UndoResult UndoFolder(const LogRecord& record, const Hand& hand)
+{
+    if (hand.Looks())
+        return LookAtFolder(record, hand);
     if (RemoveDirectoryW(LongPath(record.what).c_str()))
         return {RemovalOutcome::removed};
     switch (const DWORD code = GetLastError()) {
@@ -124,27 +157,45 @@ std::optional<RawValue> ValueOf(long type, const std::wstring& hex)
 }
 
 // Back from what the record wrote to what it found; other values stay.
-UndoResult UndoValue(const LogRecord& record)
+UndoResult UndoValue(const LogRecord& record, const Hand& hand)
 {
     const RegistryPlace place = PlaceOf(record.what);
     const auto written = ValueOf(record.type, record.data);
     const auto old = ValueOf(record.oldType, record.oldData);
-    const auto present = ReadValue(place, record.name);
+    const LogRecord* back = hand.Back(NameOf(record));
+    const auto present = back ? ValueOf(back->oldType, back->oldData) : ReadValue(place, record.name);
     if (present == old)
         return {RemovalOutcome::absent};
     if (present != written)
         return {present ? RemovalOutcome::kept_changed : RemovalOutcome::absent};
-    if (old) {
+    if (old && !hand.Looks())
         PutValue(place, record.name, *old);
-        return {RemovalOutcome::restored};
+    else if (!hand.Looks())
+        DropValue(place, record.name);
+    return {old ? RemovalOutcome::restored : RemovalOutcome::removed};
+}
+
+UndoResult LookAtKey(const LogRecord& record, const RegistryPlace& place, const Hand& hand)
+{
+    for (const KeyNames kind : {KeyNames::keys, KeyNames::values}) {
+        std::vector<std::wstring> names;
+        const LSTATUS code = NamesIn(place, kind, names);
+        if (code == ERROR_FILE_NOT_FOUND)
+            return {RemovalOutcome::absent};
+        if (code != ERROR_SUCCESS)
+            return Failed(static_cast<DWORD>(code));
+        for (const std::wstring& name : names)
+            if (!hand.Gone(record.what + L'\\' + name))
+                return {RemovalOutcome::kept_not_empty, {}, false};
     }
-    DropValue(place, record.name);
     return {RemovalOutcome::removed};
 }
 
-UndoResult UndoKey(const LogRecord& record)
+UndoResult UndoKey(const LogRecord& record, const Hand& hand)
 {
     const RegistryPlace place = PlaceOf(record.what);
+    if (hand.Looks())
+        return LookAtKey(record, place, hand);
     unique_key key;
     LSTATUS code = OpenKey(place, KEY_READ, key);
     if (code == ERROR_FILE_NOT_FOUND)
@@ -266,15 +317,15 @@ UndoResult RollBackStep(const LogRecord& record)
         case LogKind::taken:
             return RollBackTaken(record);
         case LogKind::folder: {
-            UndoResult result = UndoFolder(record);
+            UndoResult result = UndoFolder(record, Hand(nullptr));
             // Somebody put something in: the folder stays, and it is nobody's business any more.
             result.settled |= result.outcome == RemovalOutcome::kept_not_empty;
             return result;
         }
         case LogKind::value:
-            return UndoValue(record);
+            return UndoValue(record, Hand(nullptr));
         case LogKind::key: {
-            UndoResult result = UndoKey(record);
+            UndoResult result = UndoKey(record, Hand(nullptr));
             result.settled |= result.outcome == RemovalOutcome::kept_not_empty;
             return result;
         }
@@ -286,23 +337,34 @@ UndoResult RollBackStep(const LogRecord& record)
     });
 }
 
-UndoResult RemoveStep(const LogRecord& record, bool superseded)
+namespace {
+
+UndoResult RemoveBy(const Hand& hand, const LogRecord& record, bool superseded)
 {
     return Guarded([&]() -> UndoResult {
         switch (record.kind) {
         case LogKind::file:
         case LogKind::shell:
-            return RemoveFileRecord(record, superseded);
+            return RemoveFileRecord(record, superseded, hand);
         case LogKind::folder:
-            return UndoFolder(record);
+            return UndoFolder(record, hand);
         case LogKind::value:
-            return UndoValue(record);
+            return UndoValue(record, hand);
         case LogKind::key:
-            return UndoKey(record);
+            return UndoKey(record, hand);
         default:
             return {};
         }
     });
+}
+
+} // namespace
+
+UndoResult RemoveStep(const LogRecord& record, bool superseded) { return RemoveBy(Hand(nullptr), record, superseded); }
+
+UndoResult PlannedStep(const InstallLog& draft, const LogRecord& record, bool superseded)
+{
+    return RemoveBy(Hand(&draft), record, superseded);
 }
 
 } // namespace vh::engine

@@ -24,6 +24,8 @@ std::wstring NameOf(const LogRecord& record);
 // `superseded`: a newer record of the same thing was undone in this pass.
 UndoResult RollBackStep(const LogRecord& record);
 UndoResult RemoveStep(const LogRecord& record, bool superseded);
+// What RemoveStep would come to when all that `draft` takes away is gone; nothing is touched.
+UndoResult PlannedStep(const InstallLog& draft, const LogRecord& record, bool superseded);
 
 // Why a removal leaves a file of the product where it is; nothing when it goes.
 std::optional<RemovalOutcome> ReasonToKeep(const LogRecord& record, const FileFacts& there);
