@@ -9,7 +9,7 @@ install(TARGETS VHRT EXPORT VHRTTargets RUNTIME DESTINATION bin ARCHIVE DESTINAT
   INCLUDES DESTINATION ${VHRT_HEADERS}/exports ${VHRT_HEADERS})
 # The embedded engine, for hosts of one's own.
 install(TARGETS vhengine EXPORT VHRTTargets ARCHIVE DESTINATION lib INCLUDES DESTINATION ${VHRT_HEADERS})
-install(FILES engine/check.h engine/engine.h engine/files.h engine/messages.h engine/recorder.h engine/text.h
+install(FILES engine/check.h engine/decision.h engine/engine.h engine/files.h engine/messages.h engine/recorder.h engine/text.h
   DESTINATION ${VHRT_HEADERS}/engine)
 install(FILES engine/product/pack.h engine/product/pack_format.h DESTINATION ${VHRT_HEADERS}/engine/product)
 # All that is installed, and no tests.

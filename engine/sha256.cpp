@@ -21,6 +21,8 @@ void Require(NTSTATUS status)
         throw engine_error(HRESULT_FROM_NT(status), {}, L"the system's SHA-256 can't be used");
 }
 
+void Wait(const unique_handle& event) { WaitForSingleObject(event.get(), INFINITE); }
+
 // Opened once for the process.
 BCRYPT_ALG_HANDLE Provider()
 {
@@ -54,25 +56,31 @@ std::wstring Sha256::Finish()
     return ToHex({digest.data(), digest.size()});
 }
 
-Sha256Beside::Sha256Beside() : m_thread([this] { Work(); }) {}
+Sha256Beside::Sha256Beside()
+    : m_given(CreateEventW(nullptr, FALSE, FALSE, nullptr)), m_taken(CreateEventW(nullptr, FALSE, TRUE, nullptr))
+{
+    if (!m_given || !m_taken)
+        throw engine_error(E_OUTOFMEMORY, {}, L"the system gives no events");
+    m_thread = std::thread([this] { Work(); });
+}
 
 Sha256Beside::~Sha256Beside()
 {
-    m_taken.acquire();
+    Wait(m_taken);
     m_bytes = {};
-    m_given.release();
+    SetEvent(m_given.get());
     m_thread.join();
 }
 
 void Sha256Beside::Work()
 {
-    for (m_given.acquire(); !m_bytes.empty(); m_given.acquire()) {
+    for (Wait(m_given); !m_bytes.empty(); Wait(m_given)) {
         try {
             m_hash.Add(m_bytes);
         } catch (const engine_error&) {
             m_failure = std::current_exception();
         }
-        m_taken.release();
+        SetEvent(m_taken.get());
     }
 }
 
@@ -80,15 +88,15 @@ void Sha256Beside::Add(std::span<const std::byte> bytes)
 {
     if (bytes.empty())
         return;
-    m_taken.acquire();
+    Wait(m_taken);
     m_bytes = bytes;
-    m_given.release();
+    SetEvent(m_given.get());
 }
 
 std::wstring Sha256Beside::Finish()
 {
-    m_taken.acquire();
-    m_taken.release();
+    Wait(m_taken);
+    SetEvent(m_taken.get());
     if (m_failure)
         std::rethrow_exception(m_failure);
     return m_hash.Finish();

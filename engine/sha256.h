@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <exception>
-#include <semaphore>
 #include <span>
 #include <string>
 #include <thread>
@@ -53,8 +52,9 @@ private:
     Sha256 m_hash;
     std::span<const std::byte> m_bytes; // none ends the thread
     std::exception_ptr m_failure;
-    std::binary_semaphore m_given{0};
-    std::binary_semaphore m_taken{1};
+    // Events: the run-time library's own semaphores may sleep for ever.
+    unique_handle m_given;
+    unique_handle m_taken;
     std::thread m_thread;
 };
 
