@@ -160,11 +160,16 @@ def planned(name, *words):
     return plan
 
 
+def told(do, kind, what):
+    """A shortcut holds times of its target in steps of two seconds: whether it is the same again is a matter of luck."""
+    return ("keep or replace" if kind == "shortcut" and do in ("keep", "replace") else do, kind, what)
+
+
 def as_planned(name, *words):
     plan = planned(name, *words)
     rows = (re.match(r"NOTE  (add|replace|keep|remove|restore) (\w+) (.*): [^:]+$", line) for line in logged(name, *words))
-    expect(f"{name}: as planned", sorted((step["do"], step["kind"], step["what"]) for step in plan["steps"]),
-           sorted(row.groups() for row in rows if row))
+    expect(f"{name}: as planned", sorted(told(step["do"], step["kind"], step["what"]) for step in plan["steps"]),
+           sorted(told(*row.groups()) for row in rows if row))
     return plan
 
 
