@@ -206,7 +206,7 @@ add_test(NAME host_life COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.p
 add_test(NAME host_life_packed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_packed 2 $<TARGET_FILE:vhtool>)
 add_test(NAME host_life_killed COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/life.py ${WINE_RUNNER}
-  $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_killed 3 kills=24)
+  $<TARGET_FILE:vhhost> ${CMAKE_BINARY_DIR}/host_tests/life_killed 3 kills=15)
 set_tests_properties(host_life host_life_packed host_life_killed PROPERTIES TIMEOUT 600)
 # What runs tell: logs, plans, answers.
 add_test(NAME host_runs COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/runs.py ${WINE_RUNNER} $<TARGET_FILE:vhhost>
