@@ -19,9 +19,12 @@ struct StartVariable {
 
 // `OfMachine` is the folder for a product of the machine.
 template <int Folder, int OfMachine = Folder>
-std::wstring FolderValue(const Core& core)
+std::wstring FolderValue([[maybe_unused]] const Core& core)
 {
-    return SystemFolder(core.product->product->scope == Scope::machine ? OfMachine : Folder);
+    if constexpr (Folder != OfMachine)
+        if (core.product->product->scope == Scope::machine)
+            return SystemFolder(OfMachine);
+    return SystemFolder(Folder);
 }
 template <std::wstring Product::*Member>
 std::wstring ProductValue(const Core& core)
