@@ -4,6 +4,7 @@
 
 #include "core.h"
 #include "maintenance.h"
+#include "product/selection.h"
 #include "services/host.h"
 #include "services/reboot_texts.h"
 #include "services/services.h"
@@ -150,6 +151,11 @@ std::vector<std::wstring> Engine::LogLines() const
 }
 
 std::vector<std::wstring> Engine::Selected() const { return SelectedFeatures(*m_core); }
+
+std::vector<std::wstring> Engine::Select(const std::vector<std::wstring>& paths)
+{
+    return SelectOnly(*m_core->product->product, paths);
+}
 
 RunKind Engine::Kind() const { return m_core->kind; }
 std::wstring Engine::InstalledVersion() const { return m_core->installedVersion; }

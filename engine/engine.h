@@ -201,6 +201,9 @@ public:
     bool NeedsRestart() const;
     // Paths of the features that are selected now.
     std::vector<std::wstring> Selected() const;
+    // Selects exactly these features, what they need above them and what is required. Gives the paths that the product
+    // does not have; with one of those nothing changes.
+    std::vector<std::wstring> Select(const std::vector<std::wstring>& paths);
     // By this run, whether it is committed already or not.
     RunCounts Counts() const;
     // Files on the machine by the log, in the order of their installation.

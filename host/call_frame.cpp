@@ -77,14 +77,6 @@ vh::variant CharactersOf(const char* bytes, std::size_t count)
     return vh::variant(std::wstring_view(text));
 }
 
-vh::variant ObjectVariant(vh::com_ptr<NamedValues> object)
-{
-    vh::variant value;
-    value.get().vt = VT_DISPATCH;
-    value.get().pdispVal = object.detach();
-    return value;
-}
-
 template <class Pointer>
 uint64_t SlotOf(Pointer* pointer)
 {
@@ -366,7 +358,7 @@ vh::variant CallFrame::Output(const Cell& cell) const
         return SafeArrayOf(elements);
     }
     case Kind::Record:
-        return ObjectVariant(cell.record->Values());
+        return ObjectValue(cell.record->Values());
     default:
         return vh::variant(UpToTerminator(cell.text));
     }
@@ -387,7 +379,7 @@ vh::variant CallFrame::Outcome(int64_t result) const
     for (const Cell& cell : m_cells)
         if (InfoOf(cell.argument->kind).to_script)
             values->Add(Wide(cell.argument->name), Output(cell));
-    return ObjectVariant(values);
+    return ObjectValue(values);
 }
 
 vh::variant CallFrame::Run(FARPROC entry)

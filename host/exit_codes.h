@@ -8,7 +8,7 @@ enum ExitCode : int {
     exit_done = 0,
     // The script failed, or a transfer did; the run is rolled back.
     exit_failed = 1,
-    // The command line is wrong, or the log that it names can't be written.
+    // The command line is wrong, or a file that it names: a log that can't be written, answers that can't be read.
     exit_usage = 2,
     // The setup folder, its product file or its payload is wrong; nothing was touched.
     exit_setup = 4,

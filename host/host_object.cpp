@@ -115,8 +115,7 @@ HostObject::HostObject(const Library& library, const CallSite& site, const HostS
 {
     for (const CallRow& row : CallTable()) {
         Function function{ParseCall(row)};
-        const std::string_view name = function.call.ScriptName();
-        function.moves_data = name == "ComponentMoveData" || name == "ComponentTransferData";
+        function.moves_data = MovesData(Wide(function.call.ScriptName()));
         m_functions.push_back(std::move(function));
         m_names.emplace(Wide(m_functions.back().call.ScriptName()), static_cast<DISPID>(m_functions.size()));
     }
@@ -145,7 +144,7 @@ HRESULT HostObject::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DIS
     return S_OK;
 }
 
-// What a script called; only failures ask.
+// What a script called; only failures and watches ask.
 std::wstring HostObject::NameOf(DISPID id) const
 {
     const auto found = std::ranges::find(m_names, id, [](const auto& entry) { return entry.second; });
@@ -163,18 +162,9 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
         const Inside inside(m_inside);
         Refuse(m_cancelled);
         const std::vector<VARIANT> arguments = InOrder(parameters);
-        vh::variant value;
-        if (HoldsBack(id)) {
-            value = FromInt64(0);
-        } else if (id >= 1 && static_cast<std::size_t>(id) <= m_functions.size()) {
-            if (!(flags & DISPATCH_METHOD))
-                return DISP_E_MEMBERNOTFOUND;
-            value = CallFunction(m_functions[static_cast<std::size_t>(id) - 1], arguments);
-        } else if (id >= first_constant && static_cast<std::size_t>(id - first_constant) < ConstantCount()) {
-            value = FromInt64(ConstantValue(static_cast<std::size_t>(id - first_constant)));
-        } else {
-            value = CallService(id, arguments);
-        }
+        if (IsFunction(id) && !(flags & DISPATCH_METHOD))
+            return DISP_E_MEMBERNOTFOUND;
+        vh::variant value = m_services.watches.empty() ? Called(id, arguments) : Watched(id, arguments);
         if (result)
             value.detach(result);
         return S_OK;
@@ -188,9 +178,27 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* para
     return DISP_E_EXCEPTION;
 }
 
-bool HostObject::HoldsBack(DISPID id) const
+bool HostObject::IsFunction(DISPID id) const { return id >= 1 && static_cast<std::size_t>(id) <= m_functions.size(); }
+
+vh::variant HostObject::Watched(DISPID id, std::span<const VARIANT> arguments)
 {
-    return m_services.holds_back && id < first_constant && m_services.holds_back(NameOf(id));
+    const std::wstring name = NameOf(id);
+    for (CallWatch* watch : m_services.watches)
+        if (std::optional<vh::variant> value = watch->Instead(name, arguments))
+            return std::move(*value);
+    vh::variant value = Called(id, arguments);
+    for (CallWatch* watch : m_services.watches)
+        watch->After(name, value.get());
+    return value;
+}
+
+vh::variant HostObject::Called(DISPID id, std::span<const VARIANT> arguments)
+{
+    if (IsFunction(id))
+        return CallFunction(m_functions[static_cast<std::size_t>(id) - 1], arguments);
+    if (id >= first_constant && static_cast<std::size_t>(id - first_constant) < ConstantCount())
+        return FromInt64(ConstantValue(static_cast<std::size_t>(id - first_constant)));
+    return CallService(id, arguments);
 }
 
 vh::variant HostObject::CallFunction(Function& function, std::span<const VARIANT> arguments)

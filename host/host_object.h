@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "call_frame.h"
+#include "call_watch.h"
 #include "library.h"
 #include "scriptdata/com_object.h"
 
@@ -25,8 +26,8 @@ struct HostServices {
     std::function<void(const std::wstring&)> print;
     // Stops the run as Ctrl+C does.
     std::function<void()> cancel;
-    // Whether a call is left out and gives 0; may be empty.
-    std::function<bool(std::wstring_view call)> holds_back;
+    // Asked before each call, in this order.
+    std::vector<CallWatch*> watches;
 };
 
 // What stands beside the library's functions: a function or a value.
@@ -57,13 +58,15 @@ public:
                                      EXCEPINFO* exception, UINT*) override;
 
 private:
-    bool HoldsBack(DISPID id) const;
     struct Function {
         Call call;
         FARPROC entry = nullptr;
         bool moves_data = false;
     };
 
+    bool IsFunction(DISPID id) const;
+    vh::variant Watched(DISPID id, std::span<const VARIANT> arguments);
+    vh::variant Called(DISPID id, std::span<const VARIANT> arguments);
     vh::variant CallFunction(Function& function, std::span<const VARIANT> arguments);
     std::wstring NameOf(DISPID id) const;
     vh::variant CallService(DISPID id, std::span<const VARIANT> arguments) const;

@@ -11,6 +11,7 @@
 #include <objbase.h>
 #include <windows.h>
 
+#include "answer_file.h"
 #include "command_line.h"
 #include "kept_host.h"
 #include "packed_setup.h"
@@ -27,8 +28,9 @@ constexpr const char* description = "Runs the setup in a folder that holds produ
 constexpr const char* packed_description = "Installs, changes or removes the product that this file holds.";
 constexpr const char* footer =
     "Exit codes: 0 done; 1 the script or a transfer failed (rolled back), or --verify found\n"
-    "a file unlike its source; 2 wrong command line, or no place for the log; 4 wrong setup folder, product file or\n"
-    "payload, another setup of the product runs, or there is nothing to remove; 6 stopped by\n"
+    "a file unlike its source; 2 wrong command line or answers, or no place for the log; 4 wrong\n"
+    "setup folder, product file or payload, answers for another product, another setup of the\n"
+    "product runs, or there is nothing to remove; 6 stopped by\n"
     "the user (rolled back; a removal goes on the next time); 7 VHRT.dll or a script can't be\n"
     "loaded, or the trace can't be written (rolled back); 8 the removal left something behind;\n"
     "9 rolled back in part, or ended by a second Ctrl+C: the next run undoes the rest;\n"
@@ -41,6 +43,8 @@ struct CommandLine {
     std::string trace;
     std::string log;
     std::string plan;
+    std::string answers;
+    std::string save_answers;
     std::string data;
     std::string registry_root;
     std::vector<std::string> scripts;
@@ -90,6 +94,15 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
         ->type_name("NAME=VALUE")
         ->expected(1)
         ->take_all();
+    CLI::Option* save_answers =
+        app.add_option("--save-answers", line.save_answers,
+                       "Write to this file what the user chooses, once the run is done; passwords are left out")
+            ->type_name("FILE")
+            ->check(host::not_empty);
+    CLI::Option* answers =
+        app.add_option("--answers", line.answers, "Ask nothing, and take what --save-answers wrote to this file")
+            ->type_name("FILE")
+            ->check(host::not_empty);
     CLI::Option* uninstall =
         app.add_option("--uninstall", line.uninstall,
                        "Remove what the setup in FOLDER, or the product of this identifier, installed")
@@ -103,8 +116,8 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
     app.add_flag("--repair", line.repair, "Bring back what is missing or damaged");
     CLI::Option* plan =
         app.add_flag("--plan{text}", line.plan,
-                     "Show what would be written, replaced, removed and kept, and why; silent, and nothing is touched\n"
-                     "but for what the script does beside the engine, such as files that it writes itself")
+                     "Show what would be written, replaced, removed and kept, and why; nothing is touched but\n"
+                     "for what the script does beside the engine, such as files that it writes itself")
             ->type_name("[=text|json]")
             ->check(CLI::IsMember({"text", "json"}).description(""));
     app.add_flag("--allow-downgrade", line.allow_downgrade, "Take a version lower than the installed one");
@@ -125,6 +138,9 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
     modify->excludes(uninstall)->excludes(list);
     list->excludes(uninstall);
     plan->excludes(trace)->excludes(list);
+    for (CLI::Option* option : {save_answers, answers})
+        option->excludes(uninstall)->excludes(list);
+    save_answers->excludes(answers);
     app.final_callback([&line, uninstall, packed] {
         line.removes = uninstall->count() > 0;
         // A folder behind --uninstall is the setup folder.
@@ -182,7 +198,12 @@ host::RunOptions OptionsOf(const CommandLine& line)
     options.plan = line.plan.empty()     ? host::PlanForm::none
                    : line.plan == "json" ? host::PlanForm::json
                                          : host::PlanForm::text;
-    options.silent = line.silent || options.plan != host::PlanForm::none;
+    options.save_answers = host::PathOf(line.save_answers);
+    if (!options.save_answers.empty())
+        host::CheckPlaceForAnswers(options.save_answers);
+    options.silent = line.silent || (options.plan != host::PlanForm::none && options.save_answers.empty());
+    if (!line.answers.empty())
+        host::TakeAnswers(options, host::PathOf(line.answers));
     options.notes = line.notes;
     options.main_window = line.main_window;
     options.show_log = line.show_log;

@@ -28,4 +28,12 @@ HRESULT NamedValues::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VA
     return result ? VariantCopy(result, &m_values[static_cast<std::size_t>(id) - 1].second.get()) : S_OK;
 }
 
+vh::variant ObjectValue(vh::com_ptr<NamedValues> object)
+{
+    vh::variant value;
+    value.get().vt = VT_DISPATCH;
+    value.get().pdispVal = object.detach();
+    return value;
+}
+
 } // namespace host

@@ -25,4 +25,7 @@ private:
     std::vector<std::pair<std::wstring, vh::variant>> m_values;
 };
 
+// The object as a script's value.
+vh::variant ObjectValue(vh::com_ptr<NamedValues> object);
+
 } // namespace host

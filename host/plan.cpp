@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "console.h"
+#include "script_value.h"
 #include "text.h"
 #include "wording.h"
 
@@ -67,12 +68,12 @@ void Plan::Take(const vh::engine::Message& message)
         m_messages.push_back(message.Text());
 }
 
-bool Plan::HoldsBack(std::wstring_view call)
+std::optional<vh::variant> Plan::Instead(std::wstring_view call, std::span<const VARIANT>)
 {
-    const bool holds = std::ranges::find(held_back, call) != std::end(held_back);
-    if (holds)
-        Add({L"call", L"function", std::wstring(call), L"is not called in a plan", L"script"});
-    return holds;
+    if (std::ranges::find(held_back, call) == std::end(held_back))
+        return std::nullopt;
+    Add({L"call", L"function", std::wstring(call), L"is not called in a plan", L"script"});
+    return FromInt64(0);
 }
 
 void Plan::Describe(const vh::engine::Engine& engine)

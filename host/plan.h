@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "call_watch.h"
 #include "engine/engine.h"
 #include "exit_codes.h"
 
@@ -13,14 +14,14 @@ namespace host {
 
 enum class PlanForm { none, text, json };
 
-class Plan {
+class Plan : public CallWatch {
 public:
     void Take(const vh::engine::Decision& decision);
     void Take(const vh::engine::Removal& removal);
     // Notes are left out.
     void Take(const vh::engine::Message& message);
-    // Whether a call of the script changes the machine beside the engine: then it is noted and not to be done.
-    bool HoldsBack(std::wstring_view call);
+    // A call that changes the machine beside the engine is noted, and gives 0.
+    std::optional<vh::variant> Instead(std::wstring_view call, std::span<const VARIANT> arguments) override;
     // The script has ended: what is decided from now on is the setup's own.
     void EndScript() { m_asker = L"setup"; }
     void Describe(const vh::engine::Engine& engine);

@@ -3,15 +3,19 @@
 #include <optional>
 #include <utility>
 
+#include "answer_file.h"
+#include "answer_recorder.h"
+#include "answer_replay.h"
 #include "console.h"
 #include "engine/engine.h"
 #include "host_object.h"
 #include "installed_tree.h"
 #include "kept_host.h"
 #include "library.h"
-#include "products.h"
 #include "rights.h"
+#include "run_log.h"
 #include "script_site.h"
+#include "scriptdata/facts.h"
 #include "stop_signal.h"
 #include "text.h"
 #include "trace_switch.h"
@@ -66,6 +70,8 @@ void ShowDecision(const vh::engine::Decision& decision, bool notes)
         Mention(line);
 }
 
+bool AnswersDialogs(const RunOptions& options) { return options.answers && options.answers->dialogs; }
+
 vh::engine::Options EngineOptions(const RunOptions& options, Plan& plan)
 {
     vh::engine::Options engine;
@@ -94,6 +100,9 @@ vh::engine::Options EngineOptions(const RunOptions& options, Plan& plan)
             plan.Take(made);
     };
     engine.onVariable = options.on_variable;
+    // Dialogs are made, so that they can be answered.
+    if (AnswersDialogs(options))
+        engine.facts[vh::fact_silent_ex] = vh::variant(false);
     if (options.silent)
         engine.onProgress = [](const vh::engine::Progress&) { return !cancelled; };
     else
@@ -139,9 +148,54 @@ ScriptControl ControlOf(ScriptSite& site, const HostObject& object, vh::engine::
             }};
 }
 
+Answers AnswersOf(const AnswerRecorder& recorder, const vh::engine::Engine& engine, const RunOptions& options)
+{
+    Answers answers;
+    answers.guid = engine.InstallGuid();
+    answers.name = engine.ProductName();
+    answers.version = engine.ProductVersion();
+    answers.language = engine.Language();
+    answers.target = engine.TargetDir();
+    answers.selection = recorder.Selection();
+    for (const auto& [name, value] : options.variables)
+        answers.variables[name] = IsSecretName(name) ? std::nullopt : std::optional(value);
+    if (!options.silent)
+        answers.dialogs = recorder.Given();
+    return answers;
+}
+
+// Who looks at the calls of a script.
+struct Watches {
+    Watches(const DialogCalls& dialogs, vh::engine::Engine& engine, const RunOptions& options, Plan& plan)
+    {
+        if (options.answers)
+            all.push_back(&replay.emplace(dialogs, engine, *options.answers, options.answers_file));
+        if (options.plan != PlanForm::none)
+            all.push_back(&plan);
+        if (!options.save_answers.empty())
+            all.push_back(&recorder.emplace(dialogs, engine));
+    }
+
+    std::optional<AnswerReplay> replay;
+    std::optional<AnswerRecorder> recorder;
+    std::vector<CallWatch*> all;
+};
+
+// Why the script or what it asked for failed; empty when all went well.
+std::wstring FaultOf(bool ran, const ScriptSite& site, const HostObject& object, const Watches& watches)
+{
+    if (watches.replay && !watches.replay->Fault().empty())
+        return watches.replay->Fault();
+    if (!ran)
+        return site.Failure().Text();
+    if (object.LastTransfer() < 0)
+        return L"the data was not moved (result " + ResultText(object.LastTransfer()) + L")";
+    return {};
+}
+
 // Empty when all went well.
 std::wstring RunScripts(const Library& library, vh::engine::Engine& engine, const RunOptions& options,
-                        StopSignal& signal, Plan& plan)
+                        StopSignal& signal, Plan& plan, Answers& given)
 {
     const Context context(library, engine);
     // The library learns whether the run is silent when it is asked for the command line.
@@ -151,21 +205,23 @@ std::wstring RunScripts(const Library& library, vh::engine::Engine& engine, cons
     HostServices services;
     services.setup_folder = options.setup_folder;
     services.target_folder = engine.TargetDir();
-    services.silent = options.silent;
+    services.silent = options.silent && !AnswersDialogs(options);
     services.maintenance = engine.Maintenance();
     services.arguments = options.variables;
     services.print = [](const std::wstring& line) { Say(line); };
     services.cancel = [] { cancelled = true; };
-    if (options.plan != PlanForm::none)
-        services.holds_back = [&plan](std::wstring_view call) { return plan.HoldsBack(call); };
+    Watches watches(DialogCalls(library, context.Site()), engine, options, plan);
+    services.watches = watches.all;
     const auto object = vh::make_object<HostObject>(library, context.Site(), services, cancelled);
     const auto site = vh::make_object<ScriptSite>(object.get());
     const StopSignal::Script running(signal, ControlOf(*site.get(), *object.get(), engine));
-    if (!site->Run(options.scripts.empty() ? engine.ScriptFiles() : options.scripts))
-        return site->Failure().Text();
-    if (object->LastTransfer() < 0)
-        return L"the data was not moved (result " + ResultText(object->LastTransfer()) + L")";
-    return {};
+    const bool ran = site->Run(options.scripts.empty() ? engine.ScriptFiles() : options.scripts);
+    std::wstring fault = FaultOf(ran, *site.get(), *object.get(), watches);
+    if (watches.recorder)
+        given = AnswersOf(*watches.recorder, engine, options);
+    if (watches.replay && fault.empty() && !cancelled)
+        watches.replay->WarnOfUnasked();
+    return fault;
 }
 
 void ShowRemovals(const std::vector<vh::engine::Removal>& removals)
@@ -205,8 +261,6 @@ void SayRepaired(const vh::engine::RunCounts& counts)
     Say(L"repaired: " + Counted(counts.files, L"file") + L", " + Counted(counts.values, L"registry value") + L", " +
         Counted(counts.shortcuts, L"shortcut"));
 }
-
-constexpr const wchar_t* restart_words = L"files are in use: the system has to start again";
 
 // The installed tree, the log and a closing line of counts, as far as they are wanted.
 ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options)
@@ -266,7 +320,15 @@ void SpeakLanguage(LANGID language)
     SetThreadLocale(MAKELCID(language, SORT_DEFAULT));
 }
 
-ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan)
+// Answers are for one product.
+void CheckAnswers(const RunOptions& options, const vh::engine::Engine& engine)
+{
+    if (options.answers && _wcsicmp(options.answers->guid.c_str(), engine.InstallGuid().c_str()) != 0)
+        throw std::runtime_error(Utf8(options.answers_file + L": the answers are for another product, " +
+                                      options.answers->guid + L" " + options.answers->name));
+}
+
+ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan, Answers& given)
 {
     StopSignal signal(L"the next run undoes this one");
     auto engine = vh::engine::Engine::Open(EngineOptions(options, plan));
@@ -274,12 +336,13 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan)
     Say(engine->ProductName() + L" " + engine->ProductVersion() + KindWords(*engine) + L", target " +
         engine->TargetDir());
     Mention(L"kind of run: " + RunKindText(*engine), Level::info);
+    CheckAnswers(options, *engine);
 
     SpeakLanguage(static_cast<LANGID>(engine->Language()));
     std::wstring failure;
     try {
         const Library library = LoadLibraryWithTrace(options);
-        failure = RunScripts(library, *engine, options, signal, plan);
+        failure = RunScripts(library, *engine, options, signal, plan, given);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
         return TakeBack(*engine, exit_library);
@@ -306,180 +369,26 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan)
 
 } // namespace
 
-namespace {
-
-// The product that a removal is for.
-vh::engine::InstalledProduct ProductOf(const RunOptions& options)
-{
-    if (options.guid.empty()) {
-        vh::engine::InstalledProduct product;
-        product.logFile = vh::engine::LogFileOf(options.setup_folder, options.data_folder);
-        product.forMachine = vh::engine::IsForMachine(options.setup_folder);
-        return product;
-    }
-    auto product = FindProduct(options.guid, options.data_folder);
-    if (product)
-        return *product;
-    // It may have gone but for files in use, or for the host, when its removal was killed near the end.
-    for (const std::wstring& folder : DataFolders(options.data_folder)) {
-        vh::engine::CarryOutPutOff(folder);
-        SweepHost(folder);
-    }
-    throw std::runtime_error(Utf8(options.guid) + ": no such product is installed");
-}
-
-// Nothing when the run can go on as it is.
-std::optional<ExitCode> SeeToRights(bool for_machine, bool silent)
-{
-    if (!for_machine || HasMachineRights())
-        return std::nullopt;
-    if (!silent)
-        return RunWithMachineRights();
-    Complain(L"the product is one for all users: a silent run of it wants the rights of an administrator");
-    return exit_rights;
-}
-
-std::wstring DataFolderOfLog(const std::wstring& log) { return vh::engine::FolderOf(vh::engine::FolderOf(log)); }
-
-} // namespace
-
 ExitCode RunSetup(const RunOptions& options)
 {
     try {
         const bool rights = options.plan == PlanForm::none && vh::engine::IsForMachine(options.setup_folder);
         if (const auto code = SeeToRights(rights, options.silent))
             return *code;
+        std::optional<AnswerFile> file;
+        if (!options.save_answers.empty())
+            file.emplace(options.save_answers);
         std::wstring data_folder;
         Plan plan;
-        const ExitCode code = RunIn(options, data_folder, plan);
+        Answers given;
+        const ExitCode code = RunIn(options, data_folder, plan, given);
+        if (file && (code == exit_done || code == exit_restart))
+            file->Keep(given);
         if (options.plan != PlanForm::none)
             plan.Show(options.plan, code);
         else
             SweepHost(data_folder);
         return code;
-    } catch (const vh::engine::engine_error& error) {
-        Complain(error.message().Text());
-    } catch (const std::exception& error) {
-        Complain(Wide(error.what()));
-    }
-    return exit_setup;
-}
-
-namespace {
-
-// A setup in one file runs as its own program; the words of this one that name the product are not for it.
-ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
-{
-    std::wstring line = Quoted(file);
-    if (options.silent)
-        line += L" --silent";
-    if (options.repair)
-        line += L" --repair";
-    if (!options.data_folder.empty())
-        line += L" --data " + Quoted(options.data_folder);
-    if (!options.registry_root.empty())
-        line += L" --registry-root " + Quoted(options.registry_root);
-    for (const auto& [name, value] : options.variables)
-        line += L" --var " + Quoted(name + L"=" + value);
-    if (!options.log_file.empty())
-        line += L" --log " + Quoted(options.log_file);
-    if (options.plan != PlanForm::none)
-        line += options.plan == PlanForm::json ? L" --plan=json" : L" --plan";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) {
-        Complain(file + L": can't be started: " + SystemText(GetLastError()));
-        return exit_setup;
-    }
-    const vh::unique_handle thread(started.hThread);
-    const vh::unique_handle process(started.hProcess);
-    DWORD code = exit_setup;
-    WaitForSingleObject(process.get(), INFINITE);
-    GetExitCodeProcess(process.get(), &code);
-    return static_cast<ExitCode>(code);
-}
-
-} // namespace
-
-ExitCode ModifyProduct(RunOptions options)
-{
-    const auto product = FindProduct(options.guid, options.data_folder);
-    if (!product) {
-        Complain(options.guid + L": no such product is installed");
-        return exit_setup;
-    }
-    const DWORD attributes = GetFileAttributesW(LongPath(product->source).c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        Complain(product->source + L": the setup of " + product->name +
-                 L" is not there any more; start it from where it is now");
-        return exit_setup;
-    }
-    if (!(attributes & FILE_ATTRIBUTE_DIRECTORY))
-        return RunPackedSetup(product->source, options);
-    options.setup_folder = product->source;
-    return RunSetup(options);
-}
-
-namespace {
-
-// Ends a removal between two records.
-struct removal_stopped {};
-
-ExitCode ShowRemovalPlan(const std::wstring& log, PlanForm form)
-{
-    Plan plan;
-    for (const vh::engine::Removal& removal : vh::engine::PlanRemoval(log)) {
-        Mention(L"planned: " + LineOf(removal));
-        plan.Take(removal);
-    }
-    plan.Show(form, exit_done);
-    return exit_done;
-}
-
-} // namespace
-
-ExitCode RemoveSetup(const RunOptions& options)
-{
-    StopSignal signal(L"the next removal goes on");
-    std::wstring log;
-    try {
-        const vh::engine::InstalledProduct product = ProductOf(options);
-        if (options.plan != PlanForm::none)
-            return ShowRemovalPlan(product.logFile, options.plan);
-        if (const auto code = SeeToRights(product.forMachine, options.silent))
-            return *code;
-        log = product.logFile;
-        std::map<std::wstring, int> counts;
-        bool restart = false;
-        const auto removals = vh::engine::Uninstall(log, [&](const vh::engine::Removal& removal) {
-            if (counts.empty())
-                Say(L"removing what " + log + L" lists, newest first");
-            const std::wstring word = NameOf(removal);
-            ++counts[word];
-            restart |= removal.later;
-            if (!options.silent)
-                Say(L"  " + LineOf(removal));
-            else
-                Mention(LineOf(removal));
-            if (cancelled)
-                throw removal_stopped();
-        });
-        std::wstring summary = L"removal: " + std::to_wstring(removals.size()) + L" records";
-        for (const auto& [word, count] : counts)
-            summary += L", " + std::to_wstring(count) + L" " + word;
-        Say(summary);
-        SweepHost(DataFolderOfLog(log));
-        if (counts.contains(L"FAILED"))
-            return exit_removal;
-        if (!restart)
-            return exit_done;
-        Say(restart_words);
-        return exit_restart;
-    } catch (const removal_stopped&) {
-        Complain(L"stopped by the user; " + std::to_wstring(vh::engine::LeftForRemoval(log)) +
-                 L" records are left, and the next removal goes on with them");
-        return exit_cancelled;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
     } catch (const std::exception& error) {

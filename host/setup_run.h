@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "answers.h"
 #include "engine/product/pack.h"
 #include "exit_codes.h"
 #include "plan.h"
@@ -36,6 +37,11 @@ struct RunOptions {
     // Run in this order in one global scope; empty takes the product's own script.
     std::vector<std::wstring> scripts;
     std::map<std::wstring, std::wstring> variables;
+    // What another run's user chose, and the file that told it; null to ask.
+    std::shared_ptr<const Answers> answers;
+    std::wstring answers_file;
+    // Where this user's choices go; empty for nowhere.
+    std::wstring save_answers;
     int language = 0;
     bool silent = false;
     // Only shows what would be done.

@@ -23,6 +23,9 @@ std::wstring KindWords(const vh::engine::Engine& engine);
 // "install", "upgrade from 1.0" ...
 std::wstring RunKindText(const vh::engine::Engine& engine);
 
+// What a run says at its end when something in use waits.
+inline constexpr const wchar_t* restart_words = L"files are in use: the system has to start again";
+
 // Says in the log how the program ends.
 void MentionExit(ExitCode code);
 

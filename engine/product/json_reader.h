@@ -93,6 +93,9 @@ public:
     bool Truth() const;
     int64_t Number(int64_t least, int64_t most) const;
     bool IsText() const { return m_value && m_value->is_string(); }
+    bool IsTruth() const { return m_value && m_value->is_boolean(); }
+    bool IsList() const { return m_value && m_value->is_array(); }
+    bool IsNull() const { return m_value && m_value->is_null(); }
 
     // The same for keys that may be absent.
     std::wstring Text(const char* key, std::wstring_view absent = {}) const;

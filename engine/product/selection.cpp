@@ -74,6 +74,26 @@ void ActivateSetupType(Product& product, const SetupType& type)
     }
 }
 
+std::vector<std::wstring> SelectOnly(Product& product, const std::vector<std::wstring>& paths)
+{
+    std::unordered_set<const Item*> wanted;
+    std::vector<std::wstring> unknown;
+    for (const std::wstring& path : paths) {
+        const Item* item = product.Feature(path);
+        if (!item || item->pseudo)
+            unknown.push_back(path);
+        else
+            for (; item->parent; item = item->parent)
+                wanted.insert(item);
+    }
+    if (!unknown.empty())
+        return unknown;
+    for (const auto& child : product.data.children)
+        if (!child->pseudo)
+            ForEachItem(*child, [&](Item& item) { Set(item, wanted.contains(&item) || HoldsRequired(item)); });
+    return {};
+}
+
 bool IsPartlySelected(const Item& item)
 {
     return item.selected && std::any_of(item.children.begin(), item.children.end(),

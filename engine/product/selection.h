@@ -12,6 +12,10 @@ bool SelectItem(Item& item, bool on);
 void SelectAll(Item& root, bool on, bool force = false);
 // The items of a setup type, with all below them, and no others but the required ones.
 void ActivateSetupType(Product& product, const SetupType& type);
+// Selects exactly these features, what they need above them and what is required. Gives the paths that the product does
+// not have; with one of those nothing changes.
+std::vector<std::wstring> SelectOnly(Product& product, const std::vector<std::wstring>& paths);
+
 // Selected, but not with all that is below.
 bool IsPartlySelected(const Item& item);
 

@@ -1,0 +1,86 @@
+#include "answer_file.h"
+
+#include <memory>
+#include <stdexcept>
+
+#include "console.h"
+#include "setup_run.h"
+#include "text.h"
+
+namespace host {
+
+namespace {
+
+std::wstring Refusal(const std::wstring& file, DWORD code)
+{
+    return file + L": the answers can't be written: " + SystemText(code);
+}
+
+} // namespace
+
+void TakeAnswers(RunOptions& options, const std::wstring& file)
+{
+    auto answers = std::make_shared<Answers>(ReadAnswers(file));
+    for (const auto& [name, value] : answers->variables) {
+        if (options.variables.contains(name))
+            continue;
+        if (!value)
+            throw std::runtime_error(
+                Utf8(file + L": /variables/" + name +
+                     L": is a secret, which answers do not keep: give it by --var, or write it here"));
+        options.variables[name] = *value;
+    }
+    if (options.target.empty())
+        options.target = answers->target;
+    if (options.language == 0)
+        options.language = answers->language;
+    options.silent = true;
+    options.answers = std::move(answers);
+    options.answers_file = file;
+}
+
+void CheckPlaceForAnswers(const std::wstring& file) { const AnswerFile place(file); }
+
+AnswerFile::AnswerFile(const std::wstring& file) : m_path(file), m_waiting(file + L".new")
+{
+    const DWORD attributes = GetFileAttributesW(LongPath(file).c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)))
+        throw std::runtime_error(Utf8(Refusal(file, ERROR_ACCESS_DENIED)));
+    m_file.reset(CreateFileW(LongPath(m_waiting).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!m_file)
+        throw std::runtime_error(Utf8(Refusal(file, GetLastError())));
+}
+
+AnswerFile::~AnswerFile()
+{
+    if (!m_file)
+        return;
+    m_file.reset();
+    DeleteFileW(LongPath(m_waiting).c_str());
+}
+
+bool AnswerFile::Write(const std::string& text)
+{
+    DWORD written = 0;
+    if (!WriteFile(m_file.get(), text.data(), static_cast<DWORD>(text.size()), &written, nullptr) ||
+        written != text.size() || !FlushFileBuffers(m_file.get()))
+        return false;
+    m_file.reset();
+    if (MoveFileExW(LongPath(m_waiting).c_str(), LongPath(m_path).c_str(), MOVEFILE_REPLACE_EXISTING))
+        return true;
+    const DWORD code = GetLastError();
+    DeleteFileW(LongPath(m_waiting).c_str());
+    SetLastError(code);
+    return false;
+}
+
+void AnswerFile::Keep(const Answers& answers)
+{
+    if (Write(TextOf(answers)))
+        Say(L"answers kept in " + m_path);
+    else
+        Complain(Refusal(m_path, GetLastError()), Level::warning);
+}
+
+} // namespace host
