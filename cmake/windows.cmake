@@ -86,10 +86,10 @@ add_library(vhhost_parts STATIC
 set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
-add_executable(vhhost host/main.cpp host/setup_run.cpp host/modify_run.cpp host/removal_run.cpp host/answer_file.cpp
-  host/answer_recorder.cpp host/answer_replay.cpp host/answers.cpp host/installed_tree.cpp
-  host/kept_host.cpp host/packed_setup.cpp host/plan.cpp host/products.cpp host/rights.cpp host/run_log.cpp
-  host/stop_signal.cpp host/wording.cpp)
+add_executable(vhhost host/main.cpp host/setup_run.cpp host/modify_run.cpp host/removal_run.cpp host/script_run.cpp
+  host/run_end.cpp host/answer_file.cpp host/answer_recorder.cpp host/answer_replay.cpp host/answers.cpp
+  host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp host/plan.cpp host/products.cpp host/rights.cpp
+  host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
