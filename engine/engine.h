@@ -90,6 +90,10 @@ struct InstalledFile {
     std::wstring target;
     std::wstring source;
     std::wstring feature;
+    // Where it waits until what stands in its place is not in use any more; empty when it is there.
+    std::wstring waiting;
+    // SHA-256 of what was written; empty for a file that was there already.
+    std::wstring digest;
 };
 
 enum class RemovalOutcome {

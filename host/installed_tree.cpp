@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "console.h"
+#include "engine/sha256.h"
 #include "scriptdata/unique.h"
 #include "text.h"
 
@@ -44,19 +45,22 @@ bool SameContent(const vh::unique_file& first, const vh::unique_file& second)
     }
 }
 
-// Empty when the file equals its source.
+// Empty when the file equals its source, or what was written where the source is not a file of its own.
 std::wstring Difference(const vh::engine::InstalledFile& file, uint64_t& size)
 {
-    const vh::unique_file target = OpenForReading(file.target);
+    const std::wstring& place = file.waiting.empty() ? file.target : file.waiting;
+    const vh::unique_file target = OpenForReading(place);
     const auto target_size = SizeOf(target);
     if (!target_size)
         return L"MISSING";
     size = *target_size;
     const vh::unique_file source = OpenForReading(file.source);
     const auto source_size = SizeOf(source);
-    if (!source_size)
+    if (!source_size && file.digest.empty())
         return L"source is gone";
-    return *source_size == *target_size && SameContent(source, target) ? L"" : L"DIFFERENT";
+    const bool same = source_size ? *source_size == *target_size && SameContent(source, target)
+                                  : vh::engine::Sha256OfFile(place) == file.digest;
+    return same ? L"" : L"DIFFERENT";
 }
 
 bool LiesUnder(const std::wstring& folder, const std::wstring& path)
@@ -84,7 +88,8 @@ TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::e
         uint64_t size = 0;
         const std::wstring difference = Difference(file, size);
         const std::wstring shown = LiesUnder(folder, file.target) ? file.target.substr(folder.size() + 1) : file.target;
-        Say(RightAligned(size, 12) + (difference.empty() ? L"  same  " : L"  " + difference + L"  ") + shown);
+        const std::wstring same = file.waiting.empty() ? L"same" : L"same, waits for its place";
+        Say(RightAligned(size, 12) + L"  " + (difference.empty() ? same : difference) + L"  " + shown);
         ++counts.files;
         counts.different += difference.empty() ? 0 : 1;
         counts.bytes += size;
