@@ -13,6 +13,7 @@
 #include "rights.h"
 #include "script_site.h"
 #include "stop_signal.h"
+#include "system_density.h"
 #include "text.h"
 #include "trace_switch.h"
 #include "wording.h"
@@ -268,6 +269,7 @@ void SpeakLanguage(LANGID language)
 
 ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan)
 {
+    const SystemDensity density;
     StopSignal signal(L"the next run undoes this one");
     auto engine = vh::engine::Engine::Open(EngineOptions(options, plan));
     data_folder = engine->DataDir();
