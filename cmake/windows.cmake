@@ -67,7 +67,7 @@ list(APPEND engine_sources system/secure_object.cpp system/pending_operations.cp
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC $<BUILD_INTERFACE:vhrt_options> PRIVATE $<BUILD_INTERFACE:vhrt_headers>
-    PUBLIC z bcrypt ole32 oleaut32 uuid shlwapi shell32 version)
+    PUBLIC z ole32 oleaut32 uuid shlwapi shell32)
 endif()
 
 # How tests start what is built here.
@@ -90,7 +90,7 @@ add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp h
   host/plan.cpp host/products.cpp host/rights.cpp host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
-target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
+target_link_libraries(vhhost PRIVATE vhhost_parts vhengine shell32)
 # The library is loaded at run time, so that the trace switch can be set before.
 add_dependencies(vhhost VHRT)
 
@@ -153,6 +153,7 @@ if(CMAKE_CROSSCOMPILING)
 endif()
 # Presses the keys of a plan in a program with windows.
 add_executable(vhrt_ui_driver tools/ui/driver.cpp)
+vhrt_version(vhrt_ui_driver vhrt_ui_driver.exe VFT_APP "Presses the keys of a plan")
 target_link_options(vhrt_ui_driver PRIVATE -municode)
 target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
@@ -218,6 +219,10 @@ set_tests_properties(host_stop PROPERTIES TIMEOUT 300)
 add_test(NAME host_in_use COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/in_use.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> $<TARGET_FILE:vhrt_test_program> ${CMAKE_BINARY_DIR}/host_tests/in_use)
 set_tests_properties(host_in_use PROPERTIES TIMEOUT 600)
+# What is in the programs that are handed out, and what they load.
+add_test(NAME shipped_programs COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/shipped.py ${CMAKE_SOURCE_DIR}
+  ${WINE_RUNNER} ${CMAKE_BINARY_DIR}/bin ${CMAKE_BINARY_DIR}/host_tests/shipped)
+set_tests_properties(shipped_programs PROPERTIES TIMEOUT 300)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

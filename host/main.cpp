@@ -144,6 +144,9 @@ host::ExitCode Perform(const CommandLine& line, host::RunOptions options, std::s
         host::SweepAfter(host::Wide(line.sweep), line.after);
         return host::exit_done;
     }
+    // Scripts of a folder may call libraries beside the host; nothing else does.
+    if (line.list || line.removes)
+        host::KeepToSystemLibraries();
     if (line.list)
         return host::ListProducts(options.data_folder);
     std::optional<host::PackedSetup> packed;
@@ -225,6 +228,9 @@ host::ExitCode PerformLogged(const CommandLine& line, host::RunOptions options,
 host::ExitCode Run(int count, wchar_t** words)
 {
     const auto pack = vh::engine::Pack::Open(host::ProgramFile());
+    // Whoever puts a library beside a setup that was downloaded does not get it loaded.
+    if (pack)
+        host::KeepToSystemLibraries();
     CommandLine line;
     CLI::App app(pack ? packed_description : description, host::Utf8(host::ProgramName()));
     Declare(app, line, pack != nullptr);

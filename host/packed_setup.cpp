@@ -23,6 +23,11 @@ std::wstring NewIdentifier()
 
 } // namespace
 
+void KeepToSystemLibraries()
+{
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS);
+}
+
 PackedSetup::PackedSetup(std::shared_ptr<const vh::engine::Pack> pack)
     : m_pack(std::move(pack)), m_folder(NewIdentifier())
 {
@@ -32,7 +37,6 @@ PackedSetup::PackedSetup(std::shared_ptr<const vh::engine::Pack> pack)
             m_pack->Unpack(file, JoinPath(file.role == vh::engine::PackRole::library ? LibraryFolder() : SetupFolder(),
                                           file.path));
     m_pack->UnpackProgram(JoinPath(LibraryFolder(), kept_program));
-    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS);
     AddDllDirectory(LibraryFolder().c_str());
     AddDllDirectory(SetupFolder().c_str());
 }
