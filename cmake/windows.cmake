@@ -81,13 +81,13 @@ add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/constants.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/version.cpp host/window_services.cpp
+  host/rights.cpp host/script_value.cpp host/text.cpp host/trace_switch.cpp host/version.cpp host/window_services.cpp
   tools/export_table.cpp)
 set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp
-  host/plan.cpp host/products.cpp host/rights.cpp host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
+  host/plan.cpp host/products.cpp host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
 target_link_libraries(vhhost PRIVATE vhhost_parts vhengine shell32)
@@ -223,6 +223,13 @@ set_tests_properties(host_in_use PROPERTIES TIMEOUT 600)
 add_test(NAME shipped_programs COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/shipped.py ${CMAKE_SOURCE_DIR}
   ${WINE_RUNNER} ${CMAKE_BINARY_DIR}/bin ${CMAKE_BINARY_DIR}/host_tests/shipped)
 set_tests_properties(shipped_programs PROPERTIES TIMEOUT 300)
+# A user without the rights of an administrator.
+add_executable(vhrt_without_rights tests/rights/without_rights.cpp)
+target_link_options(vhrt_without_rights PRIVATE -municode)
+target_link_libraries(vhrt_without_rights PRIVATE vhrt_options)
+add_test(NAME host_rights COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/rights.py ${WINE_RUNNER}
+  $<TARGET_FILE:vhhost> $<TARGET_FILE:vhtool> $<TARGET_FILE:vhrt_without_rights> ${CMAKE_BINARY_DIR}/host_tests/rights)
+set_tests_properties(host_rights PROPERTIES TIMEOUT 300)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

@@ -159,19 +159,4 @@ vh::engine::ProgramEntry EntryFor(const std::wstring& data_folder, bool told, co
     const std::wstring uninstall = program + L" --uninstall " + guid + data;
     return {uninstall, uninstall + L" --silent", program + L" --modify " + guid + data};
 }
-
-std::wstring Quoted(const std::wstring& word)
-{
-    std::wstring quoted = L"\"";
-    std::size_t slashes = 0;
-    for (const wchar_t unit : word) {
-        // Backslashes count as such unless a quotation mark follows.
-        if (unit == L'"')
-            quoted.append(slashes + 1, L'\\');
-        slashes = unit == L'\\' ? slashes + 1 : 0;
-        quoted += unit;
-    }
-    return quoted.append(slashes, L'\\') + L'"';
-}
-
 } // namespace host

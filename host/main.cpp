@@ -15,6 +15,7 @@
 #include "kept_host.h"
 #include "packed_setup.h"
 #include "products.h"
+#include "rights.h"
 #include "run_log.h"
 #include "setup_run.h"
 #include "text.h"
@@ -52,6 +53,7 @@ struct CommandLine {
     std::string uninstall;
     std::string modify;
     std::string sweep;
+    std::string asked_in;
     unsigned long after = 0;
     bool removes = false;
     bool list = false;
@@ -108,7 +110,8 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
             ->type_name("[=text|json]")
             ->check(CLI::IsMember({"text", "json"}).description(""));
     app.add_flag("--allow-downgrade", line.allow_downgrade, "Take a version lower than the installed one");
-    // How the kept host ends itself.
+    // How a run gets its rights, and how the kept host ends itself.
+    app.add_option(host::rights_option, line.asked_in)->group("");
     app.add_option("--sweep", line.sweep)->group("");
     app.add_option("--after", line.after)->group("");
     app.add_option("--language", line.language, "Language identifier, such as 1031")->type_name("ID");
@@ -238,6 +241,8 @@ host::ExitCode Run(int count, wchar_t** words)
     try {
         if (!host::ParseCommandLine(app, count, words))
             return host::exit_done;
+        if (!line.asked_in.empty() && !host::TakeRunOver(host::Wide(line.asked_in)))
+            return host::exit_rights;
         options = OptionsOf(line);
         if (options.plan == host::PlanForm::json)
             host::ReserveOutput();

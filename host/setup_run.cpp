@@ -336,7 +336,7 @@ std::optional<ExitCode> SeeToRights(bool for_machine, bool silent)
     if (!for_machine || HasMachineRights())
         return std::nullopt;
     if (!silent)
-        return RunWithMachineRights();
+        return RunWithMachineRights(GetCommandLineW());
     Complain(L"the product is one for all users: a silent run of it wants the rights of an administrator");
     return exit_rights;
 }
