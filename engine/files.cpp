@@ -4,6 +4,8 @@
 #include <array>
 #include <memory>
 
+#include <objbase.h>
+
 #include "../scriptdata/folder_link.h"
 #include "../scriptdata/late_version.h"
 
@@ -38,6 +40,15 @@ std::wstring TempFolder()
     return FullPath(std::wstring(path.data(), length));
 }
 
+std::wstring NewIdentifier()
+{
+    GUID id{};
+    std::array<wchar_t, 39> text{};
+    if (FAILED(CoCreateGuid(&id)) || !StringFromGUID2(id, text.data(), static_cast<int>(text.size())))
+        throw engine_error(E_FAIL, {}, L"the system gives no identifier");
+    return text.data();
+}
+
 FileFacts FactsOf(const std::wstring& path)
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -56,7 +67,8 @@ std::wstring FileVersion(const std::wstring& path)
     VS_FIXEDFILEINFO* info = nullptr;
     UINT length = 0;
     if (!vh::late::get_version(LongPath(path).c_str(), DWORD{0}, size, static_cast<void*>(block.get())) ||
-        !vh::late::query_version(static_cast<void*>(block.get()), L"\\", reinterpret_cast<void**>(&info), &length) || length < sizeof *info)
+        !vh::late::query_version(static_cast<void*>(block.get()), L"\\", reinterpret_cast<void**>(&info), &length) ||
+        length < sizeof *info)
         return {};
     return Number(HIWORD(info->dwFileVersionMS)) + L'.' + Number(LOWORD(info->dwFileVersionMS)) + L'.' +
            Number(HIWORD(info->dwFileVersionLS)) + L'.' + Number(LOWORD(info->dwFileVersionLS));

@@ -1,4 +1,5 @@
-// The system's hashes, bound on first use: by its name this library would be looked for beside a downloaded setup first.
+// The system's hashes, bound on first use: by its name this library would be looked for beside a downloaded setup
+// first.
 #pragma once
 
 #include <windows.h>

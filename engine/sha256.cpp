@@ -59,8 +59,8 @@ void Sha256::Add(std::span<const std::byte> bytes)
 std::wstring Sha256::Finish()
 {
     std::array<char, 32> digest{};
-    Require(late::finish_hash(m_hash.get(), reinterpret_cast<UCHAR*>(digest.data()),
-                              static_cast<ULONG>(digest.size()), ULONG{0}));
+    Require(late::finish_hash(m_hash.get(), reinterpret_cast<UCHAR*>(digest.data()), static_cast<ULONG>(digest.size()),
+                              ULONG{0}));
     return ToHex({digest.data(), digest.size()});
 }
 

@@ -33,7 +33,8 @@ constexpr const char* footer =
     "the user (rolled back; a removal goes on the next time); 7 VHRT.dll or a script can't be\n"
     "loaded, or the trace can't be written (rolled back); 8 the removal left something behind;\n"
     "9 rolled back in part, or ended by a second Ctrl+C: the next run undoes the rest;\n"
-    "10 the rights of an administrator are missing; 3010 done, and a file in use waits for\n"
+    "10 the rights of an administrator are missing, or others than administrators could\n"
+    "have changed what a product of the machine left; 3010 done, and a file in use waits for\n"
     "the system to start again.";
 
 struct CommandLine {
@@ -143,13 +144,13 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
 
 host::ExitCode Perform(const CommandLine& line, host::RunOptions options, std::shared_ptr<const vh::engine::Pack> pack)
 {
+    // Scripts of a folder may call libraries beside the host; nothing else does.
+    if (line.list || line.removes || !line.sweep.empty())
+        host::KeepToSystemLibraries();
     if (!line.sweep.empty()) {
         host::SweepAfter(host::Wide(line.sweep), line.after);
         return host::exit_done;
     }
-    // Scripts of a folder may call libraries beside the host; nothing else does.
-    if (line.list || line.removes)
-        host::KeepToSystemLibraries();
     if (line.list)
         return host::ListProducts(options.data_folder);
     std::optional<host::PackedSetup> packed;
@@ -221,6 +222,9 @@ host::ExitCode PerformLogged(const CommandLine& line, host::RunOptions options,
     host::ExitCode code = host::exit_setup;
     try {
         code = Perform(line, std::move(options), std::move(pack));
+    } catch (const vh::engine::engine_error& error) {
+        host::Complain(error.message().Text());
+        code = host::CodeOf(error);
     } catch (const std::exception& error) {
         host::Complain(host::Wide(error.what()));
     }

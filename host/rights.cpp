@@ -1,7 +1,5 @@
 #include "rights.h"
 
-#include <array>
-
 #include "console.h"
 #include "scriptdata/unique.h"
 #include "text.h"
@@ -45,15 +43,6 @@ ExitCode AwaitEnd(HANDLE process)
 }
 
 } // namespace
-
-bool HasMachineRights()
-{
-    std::array<BYTE, SECURITY_MAX_SID_SIZE> administrators{};
-    DWORD size = administrators.size();
-    BOOL member = FALSE;
-    return CreateWellKnownSid(WinBuiltinAdministratorsSid, nullptr, administrators.data(), &size) &&
-           CheckTokenMembership(nullptr, administrators.data(), &member) && member;
-}
 
 ExitCode RunWithMachineRights(const wchar_t* command_line)
 {

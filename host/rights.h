@@ -22,9 +22,6 @@ inline constinit vh::late_function<decltype(ShellExecuteExW)> shell_execute_ex(v
 // that all others are meant in.
 inline constexpr const char* rights_option = "--rights-asked-in";
 
-// Whether this process may write what belongs to all users.
-bool HasMachineRights();
-
 // Starts this program with the words of `command_line` and asks the user for the rights. Result: its exit code, or
 // exit_rights when they are not to be had.
 ExitCode RunWithMachineRights(const wchar_t* command_line);

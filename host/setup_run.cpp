@@ -333,7 +333,7 @@ vh::engine::InstalledProduct ProductOf(const RunOptions& options)
 // Nothing when the run can go on as it is.
 std::optional<ExitCode> SeeToRights(bool for_machine, bool silent)
 {
-    if (!for_machine || HasMachineRights())
+    if (!for_machine || vh::engine::HasMachineRights())
         return std::nullopt;
     if (!silent)
         return RunWithMachineRights(GetCommandLineW());
@@ -361,6 +361,7 @@ ExitCode RunSetup(const RunOptions& options)
         return code;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
+        return CodeOf(error);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
     }
@@ -484,6 +485,7 @@ ExitCode RemoveSetup(const RunOptions& options)
         return exit_cancelled;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
+        return CodeOf(error);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
     }

@@ -7,7 +7,8 @@ namespace {
 // What a window that is made now goes by.
 DPI_AWARENESS MadeNow()
 {
-    const HWND window = CreateWindowExW(0, L"STATIC", nullptr, WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
+    const HWND window =
+        CreateWindowExW(0, L"STATIC", nullptr, WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr);
     const DPI_AWARENESS of = GetAwarenessFromDpiAwarenessContext(GetWindowDpiAwarenessContext(window));
     DestroyWindow(window);
     return of;

@@ -6,6 +6,7 @@ Arguments: the program that starts Windows programs, vhhost, vhtool, the program
 the test's own.
 """
 import json
+import os
 import pathlib
 import shutil
 import subprocess
@@ -109,6 +110,20 @@ def main():
     expect(f"--uninstall by the folder ({out})", (code, SILENT in out, installed()), (10, True, True))
     code, out = start(HOST, *taken, "--uninstall", GUID, "--silent", *place, rights=True, folder="/")
     expect(f"removed with rights ({out})", (code, installed(), (WORK / "data").exists()), (0, False, False))
+
+    # Where nobody names a folder, the machine's own one.
+    machine = pathlib.Path(os.environ.get("VHRT_PREFIX") or pathlib.Path(RUNNER).parent.parent / ".wine/prefix")
+    machine /= "drive_c/ProgramData/VHSetup"
+    own = ["--silent", "--registry-root", ROOT]
+    code, out = start(HOST, folder, *own)
+    expect(f"silent, the machine's folder ({out})", (code, machine.exists()), (10, False))
+    code, out = start(HOST, folder, *own, rights=True)
+    expect(f"the machine's folder ({out})", (code, installed(), (machine / GUID / "install.log").exists(),
+                                             (machine / "host/vhhost.exe").exists()), (0, True, True, True))
+    code, out = start(HOST, "--uninstall", GUID, *own)
+    expect(f"its removal without rights ({out})", (code, SILENT in out, installed()), (10, True, True))
+    code, out = start(HOST, "--uninstall", GUID, *own, rights=True)
+    expect(f"its removal ({out})", (code, installed(), machine.exists()), (0, False, False))
     for fault in faults:
         print(fault)
     print(f"{checks} checks, {len(faults)} faults")

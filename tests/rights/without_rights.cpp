@@ -34,8 +34,8 @@ int wmain()
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION started{};
-    if (!MakeToken(token) || !CreateProcessAsUserW(token.get(), nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr,
-                                                   nullptr, &startup, &started))
+    if (!MakeToken(token) || !CreateProcessAsUserW(token.get(), nullptr, line.data(), nullptr, nullptr, TRUE, 0,
+                                                   nullptr, nullptr, &startup, &started))
         return not_started;
     const vh::unique_handle thread(started.hThread);
     const vh::unique_handle process(started.hProcess);
