@@ -67,7 +67,7 @@ list(APPEND engine_sources system/secure_object.cpp system/pending_operations.cp
 if(engine_sources)
   add_library(vhengine STATIC ${engine_sources})
   target_link_libraries(vhengine PUBLIC $<BUILD_INTERFACE:vhrt_options> PRIVATE $<BUILD_INTERFACE:vhrt_headers>
-    PUBLIC z bcrypt ole32 oleaut32 uuid shlwapi shell32 version)
+    PUBLIC z ole32 oleaut32 uuid shlwapi shell32)
 endif()
 
 # How tests start what is built here.
@@ -81,18 +81,18 @@ add_library(vhhost_parts STATIC
   host/call_frame.cpp host/call_record.cpp host/call_signature.cpp host/call_table.cpp host/console.cpp
   host/constants.cpp host/control_values.cpp
   host/host_object.cpp host/library.cpp host/named_values.cpp host/script_object.cpp host/script_site.cpp
-  host/script_value.cpp host/text.cpp host/trace_switch.cpp host/version.cpp host/window_services.cpp
+  host/rights.cpp host/script_value.cpp host/text.cpp host/trace_switch.cpp host/version.cpp host/window_services.cpp
   tools/export_table.cpp)
 set_source_files_properties(host/version.cpp PROPERTIES COMPILE_DEFINITIONS VHRT_VERSION="${PROJECT_VERSION}")
 target_link_libraries(vhhost_parts PUBLIC vhrt_options vhrt_headers ole32 oleaut32 uuid)
 
 add_executable(vhhost host/main.cpp host/setup_run.cpp host/modify_run.cpp host/removal_run.cpp host/script_run.cpp
   host/run_end.cpp host/answer_file.cpp host/answer_recorder.cpp host/answer_replay.cpp host/answers.cpp
-  host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp host/plan.cpp host/products.cpp host/rights.cpp
+  host/installed_tree.cpp host/kept_host.cpp host/packed_setup.cpp host/plan.cpp host/products.cpp
   host/run_log.cpp host/stop_signal.cpp host/wording.cpp)
 vhrt_version(vhhost vhhost.exe VFT_APP "Runs setup scripts")
 target_link_options(vhhost PRIVATE -municode)
-target_link_libraries(vhhost PRIVATE vhhost_parts vhengine version shell32)
+target_link_libraries(vhhost PRIVATE vhhost_parts vhengine shell32)
 # The library is loaded at run time, so that the trace switch can be set before.
 add_dependencies(vhhost VHRT)
 
@@ -155,6 +155,7 @@ if(CMAKE_CROSSCOMPILING)
 endif()
 # Presses the keys of a plan in a program with windows.
 add_executable(vhrt_ui_driver tools/ui/driver.cpp)
+vhrt_version(vhrt_ui_driver vhrt_ui_driver.exe VFT_APP "Presses the keys of a plan")
 target_link_options(vhrt_ui_driver PRIVATE -municode)
 target_link_libraries(vhrt_ui_driver PRIVATE vhrt_options)
 vhrt_test_program(vhrt_engine_tests tests/engine vhengine)
@@ -220,6 +221,17 @@ set_tests_properties(host_stop PROPERTIES TIMEOUT 300)
 add_test(NAME host_in_use COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/in_use.py ${WINE_RUNNER}
   $<TARGET_FILE:vhhost> $<TARGET_FILE:vhrt_test_program> ${CMAKE_BINARY_DIR}/host_tests/in_use)
 set_tests_properties(host_in_use PROPERTIES TIMEOUT 600)
+# What is in the programs that are handed out, and what they load.
+add_test(NAME shipped_programs COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/shipped.py ${CMAKE_SOURCE_DIR}
+  ${WINE_RUNNER} ${CMAKE_BINARY_DIR}/bin ${CMAKE_BINARY_DIR}/host_tests/shipped)
+set_tests_properties(shipped_programs PROPERTIES TIMEOUT 300)
+# A user without the rights of an administrator.
+add_executable(vhrt_without_rights tests/rights/without_rights.cpp)
+target_link_options(vhrt_without_rights PRIVATE -municode)
+target_link_libraries(vhrt_without_rights PRIVATE vhrt_options)
+add_test(NAME host_rights COMMAND python3 -B ${CMAKE_SOURCE_DIR}/tests/host/rights.py ${WINE_RUNNER}
+  $<TARGET_FILE:vhhost> $<TARGET_FILE:vhtool> $<TARGET_FILE:vhrt_without_rights> ${CMAKE_BINARY_DIR}/host_tests/rights)
+set_tests_properties(host_rights PROPERTIES TIMEOUT 300)
 add_test(NAME tool_ini COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/ini -P ${CMAKE_SOURCE_DIR}/tests/host/ini.cmake)
 add_test(NAME tool_picture COMMAND ${CMAKE_COMMAND} -DRUNNER=${WINE_RUNNER} -DTOOL=$<TARGET_FILE:vhtool>

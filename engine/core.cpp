@@ -15,15 +15,6 @@ namespace vh::engine {
 
 namespace {
 
-std::wstring NewGuid()
-{
-    GUID id{};
-    ThrowIfFailed(CoCreateGuid(&id));
-    std::array<wchar_t, 39> text{};
-    StringFromGUID2(id, text.data(), static_cast<int>(text.size()));
-    return text.data();
-}
-
 WORD ChosenLanguage(const Product& product, int wanted)
 {
     for (WORD language : product.languages)
@@ -69,7 +60,7 @@ Core::Core(Options given)
     if (!options.registryRoot.empty())
         PlaceOf(options.registryRoot);
     product->product = ReadProduct(JoinPath(options.setupFolder, L"product.json"), options.pack.get());
-    contextGuid = NewGuid();
+    contextGuid = NewIdentifier();
     if (options.source.empty())
         options.source = options.setupFolder;
     if (options.dataDir.empty())

@@ -224,6 +224,8 @@ private:
 // Where install logs lie when nobody says otherwise: "VHSetup" below the local application data of the user, or below
 // that of all users for a product of the machine.
 std::wstring DefaultDataDir(bool forMachine);
+// Whether this process may write what belongs to all users.
+bool HasMachineRights();
 // Whether the product of a setup folder is one of the machine. Throws engine_error for a broken product file.
 bool IsForMachine(const std::wstring& setupFolder);
 // All products with a log in that folder, in the order of their identifiers. Logs that can't be read are left out.

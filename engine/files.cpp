@@ -4,7 +4,10 @@
 #include <array>
 #include <memory>
 
+#include <objbase.h>
+
 #include "../scriptdata/folder_link.h"
+#include "../scriptdata/late_version.h"
 
 namespace vh::engine {
 
@@ -37,6 +40,15 @@ std::wstring TempFolder()
     return FullPath(std::wstring(path.data(), length));
 }
 
+std::wstring NewIdentifier()
+{
+    GUID id{};
+    std::array<wchar_t, 39> text{};
+    if (FAILED(CoCreateGuid(&id)) || !StringFromGUID2(id, text.data(), static_cast<int>(text.size())))
+        throw engine_error(E_FAIL, {}, L"the system gives no identifier");
+    return text.data();
+}
+
 FileFacts FactsOf(const std::wstring& path)
 {
     WIN32_FILE_ATTRIBUTE_DATA data{};
@@ -48,14 +60,15 @@ FileFacts FactsOf(const std::wstring& path)
 std::wstring FileVersion(const std::wstring& path)
 {
     DWORD unused = 0;
-    const DWORD size = GetFileVersionInfoSizeW(LongPath(path).c_str(), &unused);
+    const DWORD size = vh::late::query_version ? vh::late::get_version_size(LongPath(path).c_str(), &unused) : 0;
     if (!size)
         return {};
     const auto block = std::make_unique<std::byte[]>(size);
     VS_FIXEDFILEINFO* info = nullptr;
     UINT length = 0;
-    if (!GetFileVersionInfoW(LongPath(path).c_str(), 0, size, block.get()) ||
-        !VerQueryValueW(block.get(), L"\\", reinterpret_cast<void**>(&info), &length) || length < sizeof *info)
+    if (!vh::late::get_version(LongPath(path).c_str(), DWORD{0}, size, static_cast<void*>(block.get())) ||
+        !vh::late::query_version(static_cast<void*>(block.get()), L"\\", reinterpret_cast<void**>(&info), &length) ||
+        length < sizeof *info)
         return {};
     return Number(HIWORD(info->dwFileVersionMS)) + L'.' + Number(LOWORD(info->dwFileVersionMS)) + L'.' +
            Number(HIWORD(info->dwFileVersionLS)) + L'.' + Number(LOWORD(info->dwFileVersionLS));

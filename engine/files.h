@@ -28,6 +28,8 @@ std::wstring LongPath(const std::wstring& path);
 
 // The system's folder for temporary files.
 std::wstring TempFolder();
+// In braces; a name that nothing has yet.
+std::wstring NewIdentifier();
 FileFacts FactsOf(const std::wstring& path);
 std::wstring FileVersion(const std::wstring& path);
 // At most `limit` bytes; more are an error.

@@ -271,6 +271,22 @@ void DropIfIdle(InstallLog& log)
 
 std::wstring KeptSetupFolder(const std::wstring& logFile) { return JoinPath(FolderOf(logFile), L"setup"); }
 
+namespace {
+
+// By the folder where nobody named another one, and by the kept product file.
+bool IsForMachine(const std::wstring& logFile, const std::wstring& dataDir)
+{
+    if (SameText(dataDir, DefaultDataDir(true)))
+        return true;
+    try {
+        return vh::engine::IsForMachine(KeptSetupFolder(logFile));
+    } catch (const engine_error&) {
+        return false;
+    }
+}
+
+} // namespace
+
 std::vector<InstalledProduct> InstalledProducts(const std::wstring& dataDir)
 {
     std::vector<InstalledProduct> products;
@@ -288,7 +304,7 @@ std::vector<InstalledProduct> InstalledProducts(const std::wstring& dataDir)
             product.target = TextIn(selection, target_text);
             product.source = TextIn(selection, source_text);
             product.unfinished = !log.UnfinishedRuns().empty();
-            product.forMachine = SameText(dataDir, DefaultDataDir(true));
+            product.forMachine = IsForMachine(product.logFile, dataDir);
             products.push_back(std::move(product));
         } catch (const engine_error&) {
             // Not to be read now: nothing can be said of it.

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "files.h"
+#include "late_bcrypt.h"
 
 namespace vh::engine {
 
@@ -12,8 +13,10 @@ namespace {
 struct provider_traits {
     using value_type = BCRYPT_ALG_HANDLE;
     static BCRYPT_ALG_HANDLE none() { return nullptr; }
-    static void close(BCRYPT_ALG_HANDLE provider) { BCryptCloseAlgorithmProvider(provider, 0); }
+    static void close(BCRYPT_ALG_HANDLE provider) { late::close_provider(provider, ULONG{0}); }
 };
+
+constexpr NTSTATUS ntstatus_missing = static_cast<NTSTATUS>(0xC0000135); // a library can't be found
 
 void Require(NTSTATUS status)
 {
@@ -28,7 +31,9 @@ BCRYPT_ALG_HANDLE Provider()
 {
     static const unique<provider_traits> provider = [] {
         unique<provider_traits> made;
-        Require(BCryptOpenAlgorithmProvider(made.put(), BCRYPT_SHA256_ALGORITHM, nullptr, BCRYPT_HASH_REUSABLE_FLAG));
+        if (!late::open_provider)
+            Require(ntstatus_missing);
+        Require(late::open_provider(made.put(), BCRYPT_SHA256_ALGORITHM, nullptr, ULONG{BCRYPT_HASH_REUSABLE_FLAG}));
         return made;
     }();
     return provider.get();
@@ -36,23 +41,26 @@ BCRYPT_ALG_HANDLE Provider()
 
 } // namespace
 
+void hash_traits::close(BCRYPT_HASH_HANDLE hash) { late::destroy_hash(hash); }
+
 Sha256::Sha256()
 {
-    Require(BCryptCreateHash(Provider(), m_hash.put(), nullptr, 0, nullptr, 0, BCRYPT_HASH_REUSABLE_FLAG));
+    Require(late::create_hash(Provider(), m_hash.put(), nullptr, ULONG{0}, nullptr, ULONG{0},
+                              ULONG{BCRYPT_HASH_REUSABLE_FLAG}));
 }
 
 void Sha256::Add(std::span<const std::byte> bytes)
 {
     // The provider reads only.
     auto* start = reinterpret_cast<UCHAR*>(const_cast<std::byte*>(bytes.data()));
-    Require(BCryptHashData(m_hash.get(), start, static_cast<ULONG>(bytes.size()), 0));
+    Require(late::hash_data(m_hash.get(), start, static_cast<ULONG>(bytes.size()), ULONG{0}));
 }
 
 std::wstring Sha256::Finish()
 {
     std::array<char, 32> digest{};
-    Require(
-        BCryptFinishHash(m_hash.get(), reinterpret_cast<UCHAR*>(digest.data()), static_cast<ULONG>(digest.size()), 0));
+    Require(late::finish_hash(m_hash.get(), reinterpret_cast<UCHAR*>(digest.data()), static_cast<ULONG>(digest.size()),
+                              ULONG{0}));
     return ToHex({digest.data(), digest.size()});
 }
 

@@ -18,7 +18,7 @@ namespace vh::engine {
 struct hash_traits {
     using value_type = BCRYPT_HASH_HANDLE;
     static BCRYPT_HASH_HANDLE none() { return nullptr; }
-    static void close(BCRYPT_HASH_HANDLE hash) { BCryptDestroyHash(hash); }
+    static void close(BCRYPT_HASH_HANDLE hash);
 };
 
 class Sha256 {

@@ -9,7 +9,8 @@ namespace vh::engine {
 
 class SupportFolder {
 public:
-    // Makes the folder; those of runs that were killed go first.
+    // Makes the folder; those of runs that were killed go first. Others than administrators write nothing into that of
+    // a run with their rights.
     explicit SupportFolder(const std::wstring& guid);
     // The folder goes.
     ~SupportFolder();
@@ -21,6 +22,7 @@ public:
 private:
     std::wstring m_path;
     unique_file m_mark; // beside the folder, while the run lives
+    unique_file m_held; // the folder of a run with the rights of an administrator
 };
 
 } // namespace vh::engine

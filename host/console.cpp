@@ -55,6 +55,17 @@ void Line(DWORD stream, std::wstring_view line)
     Write(handle, std::wstring(line) + L"\n");
 }
 
+void WriteToConsole()
+{
+    // It stays open as long as the process.
+    const HANDLE console = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                       nullptr, OPEN_EXISTING, 0, nullptr);
+    if (console == INVALID_HANDLE_VALUE)
+        return;
+    SetStdHandle(STD_OUTPUT_HANDLE, console);
+    SetStdHandle(STD_ERROR_HANDLE, console);
+}
+
 } // namespace
 
 void Overhear(std::function<void(Level, std::wstring_view)> listener) { overhears = std::move(listener); }
@@ -89,15 +100,15 @@ void Mention(std::wstring_view line, Level level)
 
 void ShareConsole()
 {
-    if (GetStdHandle(STD_OUTPUT_HANDLE) || GetStdHandle(STD_ERROR_HANDLE) || !AttachConsole(ATTACH_PARENT_PROCESS))
-        return;
-    // They stay open as long as the process.
-    const HANDLE console = CreateFileW(L"CONOUT$", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                       nullptr, OPEN_EXISTING, 0, nullptr);
-    if (console == INVALID_HANDLE_VALUE)
-        return;
-    SetStdHandle(STD_OUTPUT_HANDLE, console);
-    SetStdHandle(STD_ERROR_HANDLE, console);
+    if (!GetStdHandle(STD_OUTPUT_HANDLE) && !GetStdHandle(STD_ERROR_HANDLE) && AttachConsole(ATTACH_PARENT_PROCESS))
+        WriteToConsole();
+}
+
+void ShareConsoleOfParent()
+{
+    const bool own = FreeConsole() != FALSE;
+    if (AttachConsole(ATTACH_PARENT_PROCESS) || (own && AllocConsole()))
+        WriteToConsole();
 }
 
 void ShowComplaints()

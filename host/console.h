@@ -8,6 +8,8 @@ namespace host {
 
 // A program with windows has no console of its own: it writes to that of the program that started it, if there is one.
 void ShareConsole();
+// A program that another one started with more rights writes to the console of that one, in place of its own.
+void ShareConsoleOfParent();
 // Where nobody could read what was complained of, it is shown in a window.
 void ShowComplaints();
 

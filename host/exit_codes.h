@@ -20,7 +20,8 @@ enum ExitCode : int {
     exit_rollback = 9,
     // The removal left something behind that could not be removed.
     exit_removal = 8,
-    // The product is one of the machine, and the rights for that are missing; nothing was touched.
+    // The product is one of the machine, and the rights for that are missing, or others than administrators could have
+    // changed what lies in its data folder; nothing was touched.
     exit_rights = 10,
     // Done, and a file in use waits for the system to start again; the system's own code for that.
     exit_restart = 3010,

@@ -8,6 +8,7 @@
 #include <windows.h>
 
 #include "engine/files.h"
+#include "engine/machine_folder.h"
 #include "scriptdata/unique.h"
 #include "text.h"
 
@@ -89,16 +90,23 @@ void RemoveHost(const std::wstring& data_folder)
     RemoveDirectoryW(LongPath(data_folder).c_str());
 }
 
-// The copy is deleted by the system when the last handle to it is closed, which is when it has ended.
+// The copy is deleted by the system when the last handle to it is closed, which is when it has ended. Nobody else
+// writes it, and nobody exchanges it before it runs.
 void StartSweeper(const std::wstring& data_folder)
 {
-    const std::wstring copy =
-        JoinPath(vh::engine::TempFolder(), L"VHSetup" + std::to_wstring(GetCurrentProcessId()) + L".exe");
-    if (!CopyFileW(LongPath(ProgramFile()).c_str(), LongPath(copy).c_str(), FALSE))
+    constexpr uint64_t largest_program = 1 << 28;
+    const std::wstring copy = JoinPath(vh::engine::TempFolder(), L"VHSetup" + vh::engine::NewIdentifier() + L".exe");
+    const std::string program = vh::engine::ReadWhole(ProgramFile(), largest_program);
+    vh::unique_file writer = vh::engine::MakePrivateFile(copy);
+    DWORD written = 0;
+    if (!writer || !WriteFile(writer.get(), program.data(), static_cast<DWORD>(program.size()), &written, nullptr))
         return;
+    writer.reset();
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
-    const vh::unique_file life(CreateFileW(LongPath(copy).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
-                                           &inherited, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    const vh::unique_file life(CreateFileW(LongPath(copy).c_str(), GENERIC_READ, FILE_SHARE_READ, &inherited,
+                                           OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    if (life && vh::engine::HasMachineRights())
+        vh::engine::RequireTrusted(copy, life.get());
     std::wstring line =
         Quoted(copy) + L" --sweep " + Quoted(data_folder) + L" --after " + std::to_wstring(GetCurrentProcessId());
     STARTUPINFOW startup{};
@@ -159,19 +167,4 @@ vh::engine::ProgramEntry EntryFor(const std::wstring& data_folder, bool told, co
     const std::wstring uninstall = program + L" --uninstall " + guid + data;
     return {uninstall, uninstall + L" --silent", program + L" --modify " + guid + data};
 }
-
-std::wstring Quoted(const std::wstring& word)
-{
-    std::wstring quoted = L"\"";
-    std::size_t slashes = 0;
-    for (const wchar_t unit : word) {
-        // Backslashes count as such unless a quotation mark follows.
-        if (unit == L'"')
-            quoted.append(slashes + 1, L'\\');
-        slashes = unit == L'\\' ? slashes + 1 : 0;
-        quoted += unit;
-    }
-    return quoted.append(slashes, L'\\') + L'"';
-}
-
 } // namespace host

@@ -25,7 +25,4 @@ void SweepAfter(const std::wstring& data_folder, unsigned long process);
 // How the kept host is called for a product; `data_folder` is repeated in them when `told`.
 vh::engine::ProgramEntry EntryFor(const std::wstring& data_folder, bool told, const std::wstring& guid);
 
-// As one word of a command line, by the rules that programs take it apart with.
-std::wstring Quoted(const std::wstring& word);
-
 } // namespace host

@@ -16,6 +16,7 @@
 #include "kept_host.h"
 #include "packed_setup.h"
 #include "products.h"
+#include "rights.h"
 #include "run_log.h"
 #include "setup_run.h"
 #include "text.h"
@@ -34,7 +35,8 @@ constexpr const char* footer =
     "the user (rolled back; a removal goes on the next time); 7 VHRT.dll or a script can't be\n"
     "loaded, or the trace can't be written (rolled back); 8 the removal left something behind;\n"
     "9 rolled back in part, or ended by a second Ctrl+C: the next run undoes the rest;\n"
-    "10 the rights of an administrator are missing; 3010 done, and a file in use waits for\n"
+    "10 the rights of an administrator are missing, or others than administrators could\n"
+    "have changed what a product of the machine left; 3010 done, and a file in use waits for\n"
     "the system to start again.";
 
 struct CommandLine {
@@ -56,6 +58,7 @@ struct CommandLine {
     std::string uninstall;
     std::string modify;
     std::string sweep;
+    std::string asked_in;
     unsigned long after = 0;
     bool removes = false;
     bool list = false;
@@ -121,7 +124,8 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
             ->type_name("[=text|json]")
             ->check(CLI::IsMember({"text", "json"}).description(""));
     app.add_flag("--allow-downgrade", line.allow_downgrade, "Take a version lower than the installed one");
-    // How the kept host ends itself.
+    // How a run gets its rights, and how the kept host ends itself.
+    app.add_option(host::rights_option, line.asked_in)->group("");
     app.add_option("--sweep", line.sweep)->group("");
     app.add_option("--after", line.after)->group("");
     app.add_option("--language", line.language, "Language identifier, such as 1031")->type_name("ID");
@@ -156,6 +160,9 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
 
 host::ExitCode Perform(const CommandLine& line, host::RunOptions options, std::shared_ptr<const vh::engine::Pack> pack)
 {
+    // Scripts of a folder may call libraries beside the host; nothing else does.
+    if (line.list || line.removes || !line.sweep.empty())
+        host::KeepToSystemLibraries();
     if (!line.sweep.empty()) {
         host::SweepAfter(host::Wide(line.sweep), line.after);
         return host::exit_done;
@@ -236,6 +243,9 @@ host::ExitCode PerformLogged(const CommandLine& line, host::RunOptions options,
     host::ExitCode code = host::exit_setup;
     try {
         code = Perform(line, std::move(options), std::move(pack));
+    } catch (const vh::engine::engine_error& error) {
+        host::Complain(error.message().Text());
+        code = host::CodeOf(error);
     } catch (const std::exception& error) {
         host::Complain(host::Wide(error.what()));
     }
@@ -246,6 +256,9 @@ host::ExitCode PerformLogged(const CommandLine& line, host::RunOptions options,
 host::ExitCode Run(int count, wchar_t** words)
 {
     const auto pack = vh::engine::Pack::Open(host::ProgramFile());
+    // Whoever puts a library beside a setup that was downloaded does not get it loaded.
+    if (pack)
+        host::KeepToSystemLibraries();
     CommandLine line;
     CLI::App app(pack ? packed_description : description, host::Utf8(host::ProgramName()));
     Declare(app, line, pack != nullptr);
@@ -253,6 +266,8 @@ host::ExitCode Run(int count, wchar_t** words)
     try {
         if (!host::ParseCommandLine(app, count, words))
             return host::exit_done;
+        if (!line.asked_in.empty() && !host::TakeRunOver(host::Wide(line.asked_in)))
+            return host::exit_rights;
         options = OptionsOf(line);
         if (options.plan == host::PlanForm::json)
             host::ReserveOutput();

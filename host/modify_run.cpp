@@ -1,7 +1,6 @@
 // Another run of a setup, from where it was the last time.
 #include "console.h"
 #include "engine/engine.h"
-#include "kept_host.h"
 #include "products.h"
 #include "scriptdata/unique.h"
 #include "setup_run.h"

@@ -1,30 +1,17 @@
 #include "packed_setup.h"
 
-#include <array>
-
-#include <objbase.h>
+#include <windows.h>
 
 #include "kept_host.h"
 
 namespace host {
 
-namespace {
-
 using vh::engine::JoinPath;
 
-std::wstring NewIdentifier()
-{
-    GUID id{};
-    std::array<wchar_t, 39> text{};
-    if (FAILED(CoCreateGuid(&id)) || !StringFromGUID2(id, text.data(), static_cast<int>(text.size())))
-        throw vh::engine::engine_error(E_FAIL, {}, L"the system gives no identifier");
-    return text.data();
-}
-
-} // namespace
+void KeepToSystemLibraries() { SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS); }
 
 PackedSetup::PackedSetup(std::shared_ptr<const vh::engine::Pack> pack)
-    : m_pack(std::move(pack)), m_folder(NewIdentifier())
+    : m_pack(std::move(pack)), m_folder(vh::engine::NewIdentifier())
 {
     vh::engine::MakeFolders(SetupFolder());
     for (const vh::engine::PackedFile& file : m_pack->Files())
@@ -32,7 +19,6 @@ PackedSetup::PackedSetup(std::shared_ptr<const vh::engine::Pack> pack)
             m_pack->Unpack(file, JoinPath(file.role == vh::engine::PackRole::library ? LibraryFolder() : SetupFolder(),
                                           file.path));
     m_pack->UnpackProgram(JoinPath(LibraryFolder(), kept_program));
-    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32 | LOAD_LIBRARY_SEARCH_USER_DIRS);
     AddDllDirectory(LibraryFolder().c_str());
     AddDllDirectory(SetupFolder().c_str());
 }

@@ -9,10 +9,14 @@
 
 namespace host {
 
+// From here on libraries without a path are looked for in the system's folder, and in those that are added, but never
+// beside the program, in the current folder or in those of the PATH.
+void KeepToSystemLibraries();
+
 class PackedSetup {
 public:
-    // Unpacks the libraries and the setup folder, but no payload. From here on libraries without a path are looked for
-    // there and in the system's folder only, never beside the program. Throws engine_error.
+    // Unpacks the libraries and the setup folder, but no payload, and adds both folders to those in which libraries are
+    // looked for. Throws engine_error.
     explicit PackedSetup(std::shared_ptr<const vh::engine::Pack> pack);
 
     const std::shared_ptr<const vh::engine::Pack>& Contents() const { return m_pack; }

@@ -1,6 +1,7 @@
 #include "products.h"
 
 #include "console.h"
+#include "engine/machine_folder.h"
 
 namespace host {
 
@@ -29,9 +30,16 @@ std::vector<std::wstring> DataFolders(const std::wstring& data_folder)
 std::optional<InstalledProduct> FindProduct(const std::wstring& guid, const std::wstring& data_folder)
 {
     for (const InstalledProduct& product : AllProducts(data_folder))
-        if (vh::engine::SameText(product.guid, guid))
+        if (vh::engine::SameText(product.guid, guid)) {
+            vh::engine::RequireTrusted(product.logFile, vh::engine::DefaultDataDir(true));
             return product;
+        }
     return std::nullopt;
+}
+
+ExitCode CodeOf(const vh::engine::engine_error& error)
+{
+    return dynamic_cast<const vh::engine::untrusted_error*>(&error) ? exit_rights : exit_setup;
 }
 
 ExitCode ListProducts(const std::wstring& data_folder)

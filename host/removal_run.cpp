@@ -7,7 +7,6 @@
 #include "engine/files.h"
 #include "kept_host.h"
 #include "products.h"
-#include "rights.h"
 #include "setup_run.h"
 #include "stop_signal.h"
 #include "text.h"
@@ -98,6 +97,7 @@ ExitCode RemoveSetup(const RunOptions& options)
         return exit_cancelled;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
+        return CodeOf(error);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
     }

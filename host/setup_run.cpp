@@ -8,11 +8,13 @@
 #include "engine/engine.h"
 #include "kept_host.h"
 #include "library.h"
+#include "products.h"
 #include "rights.h"
 #include "run_end.h"
 #include "script_run.h"
 #include "scriptdata/facts.h"
 #include "stop_signal.h"
+#include "system_density.h"
 #include "text.h"
 #include "trace_switch.h"
 #include "wording.h"
@@ -146,6 +148,7 @@ void CheckAnswers(const RunOptions& options, const vh::engine::Engine& engine)
 
 ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan, Answers& given)
 {
+    const SystemDensity density;
     StopSignal signal(L"the next run undoes this one");
     auto engine = vh::engine::Engine::Open(EngineOptions(options, plan));
     data_folder = engine->DataDir();
@@ -185,6 +188,16 @@ ExitCode RunIn(const RunOptions& options, std::wstring& data_folder, Plan& plan,
 
 } // namespace
 
+std::optional<ExitCode> SeeToRights(bool for_machine, bool silent)
+{
+    if (!for_machine || vh::engine::HasMachineRights())
+        return std::nullopt;
+    if (!silent)
+        return RunWithMachineRights(GetCommandLineW());
+    Complain(L"the product is one for all users: a silent run of it wants the rights of an administrator");
+    return exit_rights;
+}
+
 ExitCode RunSetup(const RunOptions& options)
 {
     try {
@@ -207,6 +220,7 @@ ExitCode RunSetup(const RunOptions& options)
         return code;
     } catch (const vh::engine::engine_error& error) {
         Complain(error.message().Text());
+        return CodeOf(error);
     } catch (const std::exception& error) {
         Complain(Wide(error.what()));
     }

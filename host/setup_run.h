@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -59,6 +60,9 @@ struct RunOptions {
     // Show at the end what is installed, each file compared with its source.
     bool verify = false;
 };
+
+// How a run of a product of the machine ends where it is; nothing when it can go on.
+std::optional<ExitCode> SeeToRights(bool for_machine, bool silent);
 
 // Runs the setup's script. A run that fails or is stopped leaves the target as it was.
 ExitCode RunSetup(const RunOptions& options);

@@ -55,6 +55,20 @@ std::wstring SystemText(uint32_t code)
     return length ? std::wstring(text, length) + L" (" + shown + L")" : L"error " + shown;
 }
 
+std::wstring Quoted(const std::wstring& word)
+{
+    std::wstring quoted = L"\"";
+    std::size_t slashes = 0;
+    for (const wchar_t unit : word) {
+        // Backslashes count as such unless a quotation mark follows.
+        if (unit == L'"')
+            quoted.append(slashes + 1, L'\\');
+        slashes = unit == L'\\' ? slashes + 1 : 0;
+        quoted += unit;
+    }
+    return quoted.append(slashes, L'\\') + L'"';
+}
+
 std::wstring LongPath(const std::wstring& path)
 {
     constexpr std::size_t plain_limit = 240;

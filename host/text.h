@@ -20,6 +20,9 @@ std::wstring ResultText(int32_t result);
 // The system's text for an error code without its line end, or the code when there is none.
 std::wstring SystemText(uint32_t code);
 
+// As one word of a command line, by the rules that programs take it apart with.
+std::wstring Quoted(const std::wstring& word);
+
 // The form of a full path that opens beyond 260 characters; short paths stay as they are.
 std::wstring LongPath(const std::wstring& path);
 // The absolute form of a path given by a person; "/x" is taken on the current drive.

@@ -93,7 +93,8 @@ void MentionExit(ExitCode code)
         {exit_library, L"the library or a script can't be loaded"},
         {exit_removal, L"something could not be removed"},
         {exit_rollback, L"rolled back in part"},
-        {exit_rights, L"the rights of an administrator are missing"},
+        {exit_rights,
+         L"the rights of an administrator are missing, or others could have changed what is the machine's"},
     };
     const auto* ending = std::ranges::find(endings, code, &Ending::code);
     Mention(L"exit code " + std::to_wstring(code) +

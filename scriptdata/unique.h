@@ -79,10 +79,17 @@ struct key_traits {
     static void close(HKEY key) { RegCloseKey(key); }
 };
 
+struct local_memory_traits {
+    using value_type = void*;
+    static void* none() { return nullptr; }
+    static void close(void* memory) { LocalFree(memory); }
+};
+
 using unique_file = unique<file_traits>;
 using unique_find = unique<find_traits>;
 using unique_handle = unique<handle_traits>;
 using unique_module = unique<module_traits>;
 using unique_key = unique<key_traits>;
+using unique_local = unique<local_memory_traits>;
 
 } // namespace vh

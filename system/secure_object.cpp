@@ -14,13 +14,6 @@ namespace {
 
 constexpr int32_t flag_deny = 1, flag_limit = 2, flags_of_helper = 2 | 4 | 16;
 
-struct local_memory_traits {
-    using value_type = void*;
-    static void* none() { return nullptr; }
-    static void close(void* memory) { LocalFree(memory); }
-};
-using unique_local = unique<local_memory_traits>;
-
 // A well-known group, and how it is put together where the system can't.
 struct WellKnown {
     const wchar_t* name;

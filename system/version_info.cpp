@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "late_version.h"
+#include "../scriptdata/late_version.h"
 
 namespace vh {
 

@@ -345,6 +345,8 @@ void DeclareFacts(CLI::App& app, CommandLine& line)
 
 int wmain(int count, wchar_t** words)
 {
+    // All others are named with their path.
+    SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_SYSTEM32);
     CLI::App app(
         "Packs and checks setups, looks into files and libraries of VHRT, signs data files, registers, and removes.",
         "vhtool");

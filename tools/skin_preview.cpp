@@ -176,7 +176,7 @@ bool PreviewSkin(const SkinSource& source, const std::wstring& folder, const Pre
     if (!TemporarySkin(source).LoadInto(*skin))
         return false;
     // The class of progress bars.
-    const vh::unique_module controls(LoadLibraryW(L"comctl32.dll"));
+    const vh::unique_module controls(LoadLibraryExW(L"comctl32.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
     if (!CreateDirectoryW(host::LongPath(folder).c_str(), nullptr) && GetLastError() != ERROR_ALREADY_EXISTS)
         ThrowFor(folder, GetLastError());
     std::vector<std::string> sections;

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "../engine.h"
+#include "../machine_folder.h"
+
 namespace vh::engine {
 
 namespace {
@@ -62,7 +65,7 @@ void InstallLog::Claim()
 {
     // A setup that ends may take the folder away at this very moment.
     for (int attempt = 0; !m_writer; ++attempt) {
-        MakeFolders(FolderOf(m_file));
+        MakeLogFolder(m_file, DefaultDataDir(true));
         m_writer.reset(CreateFileW(LongPath(m_file).c_str(), GENERIC_READ | GENERIC_WRITE, FILE_SHARE_READ, nullptr,
                                    OPEN_ALWAYS, 0, nullptr));
         if (m_writer)

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "../../scriptdata/folder_link.h"
+#include "../machine_folder.h"
 #include "../maintenance.h"
 #include "../services/reboot_texts.h"
 #include "undo_step.h"
@@ -288,7 +289,9 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 void CarryOutPutOff(const std::wstring& dataDir)
 {
     // Of no product: nobody's setup is running here.
-    PutOffList(JoinPath(JoinPath(dataDir, L"-"), L"install.log")).CarryOut();
+    const std::wstring log = JoinPath(JoinPath(dataDir, L"-"), L"install.log");
+    RequireTrusted(log, DefaultDataDir(true));
+    PutOffList(log).CarryOut();
 }
 
 std::size_t LeftForRemoval(const std::wstring& logFile)

@@ -1,7 +1,7 @@
 // Systems by number and name, and the version information that tells some of them apart.
 #include "../../system/operating_system.h"
 #include "../../exports/vhrt/facts.h"
-#include "../../system/late_version.h"
+#include "../../scriptdata/late_version.h"
 #include "../../system/version_info.h"
 #include "../support/test.h"
 

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "../scriptdata/late_library.h"
+#include "late_library.h"
 
 namespace vh::late {
 
