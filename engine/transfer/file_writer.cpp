@@ -127,16 +127,27 @@ bool HoldsWhatWasPlaced(const Core& core, const FileToWrite& file)
                                                               : SameContent(file.source, file.target);
 }
 
+// Builds of two versions may give a file one size and one time, and still another content. What the log knows of the
+// target need not be read.
+bool HoldsTheSource(const LogRecord& record, const FileToWrite& file, const FileFacts& there)
+{
+    const bool known = !record.digest.empty() && record.size == there.size && record.time == there.time;
+    if (!known && !file.packed)
+        return SameContent(file.source, file.target);
+    return (known ? record.digest : Sha256OfFile(file.target)) ==
+           (file.packed ? file.packed->digest : Sha256OfFile(file.source));
+}
+
 bool IsSame(const Core& core, const FileToWrite& file, const FileFacts& there)
 {
     if (there.size != file.size)
         return false;
-    if (there.time != file.time) {
-        // A target that keeps times less exactly holds the one that it kept.
-        const LogRecord* record = core.log->Newest(file.kind, file.target);
-        if (!record || record->sourceTime != file.time || record->time != there.time)
-            return false;
-    }
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
+    // A target that keeps times less exactly holds the one that it kept.
+    if (there.time != file.time && (!record || record->sourceTime != file.time || record->time != there.time))
+        return false;
+    if (core.IsOtherVersion() && record && !file.loose)
+        return HoldsTheSource(*record, file, there);
     if (core.options.repair)
         return HoldsWhatWasPlaced(core, file);
     return !file.compare || SameContent(file.source, file.target);
@@ -266,6 +277,7 @@ private:
         if (HasItsFileWaiting(file)) {
             step.decision.act = Act::keep;
             step.decision.why = Why::same;
+            step.decision.size = step.decision.freed = 0;
         } else if (step.decision.why == Why::same) {
             RecordFound(file, there);
         }
