@@ -100,6 +100,7 @@ enum class RemovalOutcome {
     kept_not_empty, // a folder with other files in it
     kept_permanent, // marked as not to be removed
     kept_found,     // was there, the same, before the product
+    kept_shared,    // another product has it too
     unreadable,     // a damaged line of the log: what it told of stays
     failed,
 };
