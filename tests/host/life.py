@@ -5,14 +5,17 @@ fails, a downgrade, removed by its identifier with the setup gone; the tree is c
 Arguments: the program that starts Windows programs, vhhost, a folder of the test's own, a number to begin at random,
 and for the same with setups in one file vhtool. With "kills=N" in its place N runs of the product are killed instead.
 """
+import hashlib
 import json
 import os
 import pathlib
 import random
 import shutil
+import struct
 import subprocess
 import sys
 import time
+import zlib
 
 RUNNER, HOST, WORK, SEED, *PACKER = sys.argv[1:]
 KILLS = int(PACKER.pop()[6:]) if PACKER and PACKER[0].startswith("kills=") else 0
@@ -122,6 +125,8 @@ class Product:
             before = self.file.read_bytes() if self.file.exists() else b""
             run("pack", "pack", windows(self.folder), windows(self.file), "--compress", compress, program=PACKER[0])
         expect("two packs", self.file.read_bytes() == before, True)
+        (self.folder / "a:b").write_text("")
+        run("impossible name", "pack", windows(self.folder), windows(self.file), code=4, says="a:b: can't be packed", program=PACKER[0])
         shutil.rmtree(self.folder)
 
     def gone(self):
@@ -190,9 +195,16 @@ def damaged_packs(product):
     whole = product.file.read_bytes()
     program = whole.rindex(b"VHPACK01")
     index = int.from_bytes(whole[program + 16:program + 24], "little")
-    for name, data in (("cut", whole[:-1]), ("cut in two", whole[:program + 200]),
+    rows = json.loads(zlib.decompress(whole[index:]))
+    next(row for row in rows if row["path"] == "setup.js")["size"] += 1
+    text = json.dumps(rows).encode()
+    lies = zlib.compress(text)
+    lies = whole[:program + 8] + struct.pack("<QQQ", index + len(lies), index, len(text)) + \
+        hashlib.sha256(text).digest() + whole[program + 64:index] + lies
+    for name, data in (("cut", whole[:-1]), ("cut in two", whole[:program + 200]), ("cut behind the program", whole[:program]),
+                       ("other size", lies),
                        *((f"changed at {at}", whole[:at] + bytes([whole[at] ^ 0x40]) + whole[at + 1:])
-                         for at in (program + 9, program + 30, program + 40, index - 1, index + 5,
+                         for at in (program, program + 9, program + 30, program + 40, index - 1, index + 5,
                                     *(chance.randrange(program + 64, index) for _ in range(8))))):
         product.file.write_bytes(data)
         rc, out = start(*place(product), program=product.file)
