@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "console.h"
+#include "engine/sha256.h"
 #include "scriptdata/unique.h"
 #include "text.h"
 
@@ -44,26 +45,29 @@ bool SameContent(const vh::unique_file& first, const vh::unique_file& second)
     }
 }
 
+bool LiesUnder(const std::wstring& folder, const std::wstring& path)
+{
+    return path.size() > folder.size() && path[folder.size()] == L'\\' &&
+           CompareStringOrdinal(path.data(), static_cast<int>(folder.size()), folder.data(),
+                                static_cast<int>(folder.size()), TRUE) == CSTR_EQUAL;
+}
+
 // Empty when the file equals its source.
-std::wstring Difference(const vh::engine::InstalledFile& file, uint64_t& size)
+std::wstring Difference(const vh::engine::InstalledFile& file, const vh::engine::Pack* pack, uint64_t& size)
 {
     const vh::unique_file target = OpenForReading(file.target);
     const auto target_size = SizeOf(target);
     if (!target_size)
         return L"MISSING";
     size = *target_size;
+    if (pack && LiesUnder(pack->File(), file.source))
+        if (const auto* packed = pack->Find(file.source.substr(pack->File().size() + 1)))
+            return packed->size == size && vh::engine::Sha256OfFile(file.target) == packed->digest ? L"" : L"DIFFERENT";
     const vh::unique_file source = OpenForReading(file.source);
     const auto source_size = SizeOf(source);
     if (!source_size)
         return L"source is gone";
     return *source_size == *target_size && SameContent(source, target) ? L"" : L"DIFFERENT";
-}
-
-bool LiesUnder(const std::wstring& folder, const std::wstring& path)
-{
-    return path.size() > folder.size() && path[folder.size()] == L'\\' &&
-           CompareStringOrdinal(path.data(), static_cast<int>(folder.size()), folder.data(),
-                                static_cast<int>(folder.size()), TRUE) == CSTR_EQUAL;
 }
 
 std::wstring RightAligned(uint64_t number, std::size_t width)
@@ -74,7 +78,8 @@ std::wstring RightAligned(uint64_t number, std::size_t width)
 
 } // namespace
 
-TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files)
+TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files,
+                             const vh::engine::Pack* pack)
 {
     std::vector<vh::engine::InstalledFile> sorted = files;
     std::sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.target < b.target; });
@@ -82,7 +87,7 @@ TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::e
     Say(folder);
     for (const vh::engine::InstalledFile& file : sorted) {
         uint64_t size = 0;
-        const std::wstring difference = Difference(file, size);
+        const std::wstring difference = Difference(file, pack, size);
         const std::wstring shown = LiesUnder(folder, file.target) ? file.target.substr(folder.size() + 1) : file.target;
         Say(RightAligned(size, 12) + (difference.empty() ? L"  same  " : L"  " + difference + L"  ") + shown);
         ++counts.files;

@@ -6,8 +6,11 @@
 
 #include "engine/product/pack.h"
 #include "engine/support_folder.h"
+#include "exit_codes.h"
 
 namespace host {
+
+struct RunOptions;
 
 class PackedSetup {
 public:
@@ -23,5 +26,8 @@ private:
     std::shared_ptr<const vh::engine::Pack> m_pack;
     vh::engine::SupportFolder m_folder; // goes with the object, or with the next start
 };
+
+// A setup in one file runs as its own program; the words of this one that name the product are not for it.
+ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options);
 
 } // namespace host

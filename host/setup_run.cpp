@@ -9,6 +9,7 @@
 #include "installed_tree.h"
 #include "kept_host.h"
 #include "library.h"
+#include "packed_setup.h"
 #include "products.h"
 #include "rights.h"
 #include "script_site.h"
@@ -213,7 +214,7 @@ ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options
 {
     TreeCounts counts;
     if (options.verify)
-        counts = ShowInstalledTree(engine.TargetDir(), engine.Installed());
+        counts = ShowInstalledTree(engine.TargetDir(), engine.Installed(), options.pack.get());
     if (options.show_log)
         ShowLog(engine);
     if (options.repair)
@@ -365,48 +366,15 @@ ExitCode RunSetup(const RunOptions& options)
     return exit_setup;
 }
 
-namespace {
-
-// A setup in one file runs as its own program; the words of this one that name the product are not for it.
-ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
-{
-    std::wstring line = Quoted(file);
-    if (options.silent)
-        line += L" --silent";
-    if (options.repair)
-        line += L" --repair";
-    if (!options.data_folder.empty())
-        line += L" --data " + Quoted(options.data_folder);
-    if (!options.registry_root.empty())
-        line += L" --registry-root " + Quoted(options.registry_root);
-    for (const auto& [name, value] : options.variables)
-        line += L" --var " + Quoted(name + L"=" + value);
-    if (!options.log_file.empty())
-        line += L" --log " + Quoted(options.log_file);
-    if (options.plan != PlanForm::none)
-        line += options.plan == PlanForm::json ? L" --plan=json" : L" --plan";
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION started{};
-    if (!CreateProcessW(file.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &started)) {
-        Complain(file + L": can't be started: " + SystemText(GetLastError()));
-        return exit_setup;
-    }
-    const vh::unique_handle thread(started.hThread);
-    const vh::unique_handle process(started.hProcess);
-    DWORD code = exit_setup;
-    WaitForSingleObject(process.get(), INFINITE);
-    GetExitCodeProcess(process.get(), &code);
-    return static_cast<ExitCode>(code);
-}
-
-} // namespace
-
 ExitCode ModifyProduct(RunOptions options)
 {
     const auto product = FindProduct(options.guid, options.data_folder);
     if (!product) {
         Complain(options.guid + L": no such product is installed");
+        return exit_setup;
+    }
+    if (product->source.empty()) {
+        Complain(product->logFile + L": does not tell where the setup of " + options.guid + L" is; start it itself");
         return exit_setup;
     }
     const DWORD attributes = GetFileAttributesW(LongPath(product->source).c_str());

@@ -209,7 +209,7 @@ def damaged_packs(product):
         product.file.write_bytes(data)
         rc, out = start(*place(product), program=product.file)
         expect(f"{name}: refused ({out.strip()[-200:]})", rc in (1, 4) and ("cut" in out or "damaged" in out), True)
-        expect(f"{name}: the target", (WORK / "target").exists(), False)
+        expect(f"{name}: what is left", [(WORK / folder).exists() for folder in ("target", "data")], [False, False])
     layout = int.from_bytes(whole[60:64], "little")
     signed = bytearray(whole + b"signature" * 100)
     signed[layout + 24 + 144:layout + 24 + 152] = len(whole).to_bytes(4, "little") + (900).to_bytes(4, "little")
@@ -307,6 +307,7 @@ def live():
 
     with_setup(one, "install", says="mode= from=")
     compare("install", one.tree())
+    with_setup(one, "nothing differs", "--verify", says=", 0 not,")
     entry = registry(ENTRY)
     expect("entry", {name: entry.get(name) for name in ("DisplayName", "DisplayVersion", "Publisher", "InstallLocation",
                                                         "EstimatedSize", "NoRepair")},
@@ -333,6 +334,11 @@ def live():
 
     run("modify by its identifier", "--modify", GUID, "--silent", *data, "--registry-root", ROOT, program=kept,
         says="maintenance")
+    run("modify elsewhere", "--modify", GUID, "--silent", *data, "--target", windows(WORK / "elsewhere"), code=4,
+        says="is installed in")
+    kept.with_name("VHRT.dll").unlink()
+    with_setup(one, "with a damaged kept host")
+    expect("the kept host is whole", kept.with_name("VHRT.dll").exists(), True)
     with_setup(one, "another target", "--target", windows(WORK / "elsewhere"), code=4, says="is installed in")
 
     damaged = WORK / "target" / "lib" / "one.dll"
@@ -397,6 +403,8 @@ def live():
     lines = log.read_bytes().split(b"\n")
     lines[len(lines) // 2] = b"{damaged" + lines[len(lines) // 2][8:]
     log.write_bytes(b"\n".join(lines))
+    log.write_bytes(b"\n".join(line for line in log.read_bytes().split(b"\n") if b'"do":"features"' not in line))
+    run("modify by a damaged log", "--modify", GUID, *data, code=4, says=f"where the setup of {GUID} is")
     run("removal by a damaged log", "--uninstall", GUID, "--silent", *data, says="1 unreadable in the log")
 
 
