@@ -58,8 +58,8 @@ bool IsNewer(const std::wstring& from, const std::wstring& folder)
         return true;
     const int step = vh::engine::CompareVersions(vh::engine::FileVersion(ours), vh::engine::FileVersion(kept));
     const FileFacts given = FactsOf(ours);
-    return step > 0 || (step == 0 && (given.time > there.time || given.size != there.size ||
-                                      AnyLibraryDiffers(from, folder)));
+    return step > 0 ||
+           (step == 0 && (given.time > there.time || given.size != there.size || AnyLibraryDiffers(from, folder)));
 }
 
 // A program that runs can be renamed, but not written; the old one goes with the next setup or with the host.

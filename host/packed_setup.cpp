@@ -46,15 +46,18 @@ std::wstring PackedSetup::SetupFolder() const { return JoinPath(m_folder.path(),
 
 ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
 {
-    const std::pair<const wchar_t*, bool> flags[] = {
-        {L" --silent", options.silent},           {L" --repair", options.repair},
-        {L" --notes", options.notes},             {L" --main-window", options.main_window},
-        {L" --show-log", options.show_log},       {L" --verify", options.verify},
-        {L" --allow-downgrade", options.allow_downgrade}};
-    const std::pair<const wchar_t*, const std::wstring&> texts[] = {
-        {L" --data ", options.data_folder}, {L" --registry-root ", options.registry_root},
-        {L" --target ", options.target},    {L" --trace ", options.trace_file},
-        {L" --log ", options.log_file}};
+    const std::pair<const wchar_t*, bool> flags[] = {{L" --silent", options.silent},
+                                                     {L" --repair", options.repair},
+                                                     {L" --notes", options.notes},
+                                                     {L" --main-window", options.main_window},
+                                                     {L" --show-log", options.show_log},
+                                                     {L" --verify", options.verify},
+                                                     {L" --allow-downgrade", options.allow_downgrade}};
+    const std::pair<const wchar_t*, const std::wstring&> texts[] = {{L" --data ", options.data_folder},
+                                                                    {L" --registry-root ", options.registry_root},
+                                                                    {L" --target ", options.target},
+                                                                    {L" --trace ", options.trace_file},
+                                                                    {L" --log ", options.log_file}};
     std::wstring line = Quoted(file);
     for (const auto& [word, given] : flags)
         line += given ? word : L"";

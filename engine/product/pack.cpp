@@ -153,8 +153,7 @@ std::shared_ptr<const Pack> Pack::Open(const std::wstring& path)
     }
     const uint64_t size = SizeOf(file, path);
     if (header.end > size)
-        ThrowDamaged(path,
-                     L"the setup is cut: " + std::to_wstring(header.end - size) + L" of its bytes are missing");
+        ThrowDamaged(path, L"the setup is cut: " + std::to_wstring(header.end - size) + L" of its bytes are missing");
     if (header.indexAt < layout->end + sizeof header || header.indexAt > header.end || header.indexSize > largest_index)
         ThrowDamaged(path, L"the setup is damaged: its index lies outside of it");
     std::shared_ptr<Pack> pack(new Pack);

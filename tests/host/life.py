@@ -125,6 +125,12 @@ class Product:
             before = self.file.read_bytes() if self.file.exists() else b""
             run("pack", "pack", windows(self.folder), windows(self.file), "--compress", compress, program=PACKER[0])
         expect("two packs", self.file.read_bytes() == before, True)
+        alone = WORK / "alone"
+        alone.mkdir(exist_ok=True)
+        for program in (PACKER[0], HOST):
+            shutil.copy(program, alone)
+        run("no library", "pack", windows(self.folder), windows(self.file), code=4, says="VHRT.dll: is missing",
+            program=alone / "vhtool.exe")
         (self.folder / "a:b").write_text("")
         run("impossible name", "pack", windows(self.folder), windows(self.file), code=4, says="a:b: can't be packed", program=PACKER[0])
         shutil.rmtree(self.folder)
