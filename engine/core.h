@@ -49,6 +49,7 @@ public:
     std::shared_ptr<DataSet> product;
     WORD language = 0;
     RunKind kind = RunKind::install;
+    bool IsOtherVersion() const { return kind == RunKind::upgrade || kind == RunKind::downgrade; }
     std::wstring installedVersion;
     std::wstring installedTarget; // of the last run; empty before the first
     bool moved = false;           // this run has moved its data

@@ -23,6 +23,7 @@ constexpr Reason reasons[] = {
     {Why::changed, L"was changed since it was installed"},
     {Why::permanent, L"is permanent", L"permanent"},
     {Why::found, L"was there before the product"},
+    {Why::shared, L"another product has it"},
     {Why::unselected, L"its feature is not selected any more"},
     {Why::dropped, L"the new version has it no more"},
     {Why::last, L"nothing else of the product is left"},

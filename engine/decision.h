@@ -23,6 +23,7 @@ enum class Why {
     changed,         // since it was installed: a removal leaves it
     permanent,       // by the file's flag
     found,           // it stood there, the same, before the product
+    shared,          // another product has it too
     unselected,      // nobody selects its feature any more
     dropped,         // the new version has it no more
     last,            // nothing else of the product is left

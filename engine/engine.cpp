@@ -138,8 +138,8 @@ std::vector<InstalledFile> Engine::Installed() const
 {
     std::vector<InstalledFile> files;
     for (const LogRecord* record : m_core->log->Standing(LogKind::file))
-        files.push_back({record->what, record->source, record->feature,
-                         WaitsForItsPlace(*record) ? record->temp : std::wstring(), record->digest});
+        files.push_back(
+            {record->what, record->source, record->feature, WaitsForItsPlace(*record) ? record->temp : std::wstring()});
     return files;
 }
 

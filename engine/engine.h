@@ -92,8 +92,6 @@ struct InstalledFile {
     std::wstring feature;
     // Where it waits until what stands in its place is not in use any more; empty when it is there.
     std::wstring waiting;
-    // SHA-256 of what was written; empty for a file that was there already.
-    std::wstring digest;
 };
 
 enum class RemovalOutcome {
@@ -104,6 +102,7 @@ enum class RemovalOutcome {
     kept_not_empty, // a folder with other files in it
     kept_permanent, // marked as not to be removed
     kept_found,     // was there, the same, before the product
+    kept_shared,    // another product has it too
     unreadable,     // a damaged line of the log: what it told of stays
     failed,
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <memory>
 
 #include <objbase.h>
@@ -101,6 +102,30 @@ bool WriteWhole(const std::wstring& path, std::string_view content)
     DWORD put = 0;
     return file && WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &put, nullptr) &&
            put == content.size();
+}
+
+bool SameContent(const std::wstring& a, const std::wstring& b)
+{
+    constexpr DWORD block = 256 * 1024;
+    const auto open = [](const std::wstring& path) {
+        return unique_file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    };
+    const unique_file first = open(a);
+    const unique_file second = open(b);
+    if (!first || !second)
+        return false;
+    const auto blocks = std::make_unique<std::byte[]>(std::size_t{2} * block);
+    for (;;) {
+        DWORD got = 0;
+        DWORD gotToo = 0;
+        if (!ReadFile(first.get(), blocks.get(), block, &got, nullptr) ||
+            !ReadFile(second.get(), blocks.get() + block, block, &gotToo, nullptr) || got != gotToo ||
+            std::memcmp(blocks.get(), blocks.get() + block, got) != 0)
+            return false;
+        if (!got)
+            return true;
+    }
 }
 
 std::vector<std::wstring> MissingFolders(const std::wstring& path)

@@ -37,6 +37,9 @@ std::string ReadWhole(const std::wstring& path, uint64_t limit);
 // False, with the thread's last error set, when the file can't be written whole.
 bool WriteWhole(const std::wstring& path, std::string_view content);
 
+// Reads both to the end; false also when one can't be read.
+bool SameContent(const std::wstring& a, const std::wstring& b);
+
 // Folders of the path that are not there, the outermost first. Throws when something else stands in their place.
 std::vector<std::wstring> MissingFolders(const std::wstring& path);
 // One folder; it may have come into being meanwhile.

@@ -57,8 +57,6 @@ RunKind KindOf(const Core& core)
     return core.options.repair ? RunKind::repair : RunKind::modify;
 }
 
-bool IsOtherVersion(const Core& core) { return core.kind == RunKind::upgrade || core.kind == RunKind::downgrade; }
-
 template <class Visit>
 void ForEachFeature(const Core& core, Visit&& visit)
 {
@@ -72,7 +70,7 @@ void TakeOverSelection(Core& core, const LogRecord* selection)
 {
     const std::set<std::wstring> selected = SelectedByLog(*core.log, selection);
     const std::set<std::wstring> others = selection ? UpperSet(selection->others) : std::set<std::wstring>();
-    const bool news = IsOtherVersion(core) && selection;
+    const bool news = core.IsOtherVersion() && selection;
     ForEachFeature(core, [&](Item& item) {
         const std::wstring path = Upper(item.Path());
         const bool fresh = news && !others.contains(path) && !selected.contains(path);
@@ -198,7 +196,7 @@ void CommitRun(Core& core, const std::wstring& target)
     if (core.kind == RunKind::repair)
         RestoreValues(core);
     // An upgrade that moved nothing is none: whatever else it did, the version that is there stays.
-    const bool idle = IsOtherVersion(core) && !core.moved && before;
+    const bool idle = core.IsOtherVersion() && !core.moved && before;
     LogRecord selection = SelectionOf(core, target);
     if (idle) {
         selection.list = before->list;
@@ -210,7 +208,7 @@ void CommitRun(Core& core, const std::wstring& target)
         return;
     core.counts = CountWritten(log);
     RecordFilter unwanted;
-    if (IsOtherVersion(core) && core.moved) {
+    if (core.IsOtherVersion() && core.moved) {
         WantProgramEntry(core);
         unwanted = [&log, run = log.CurrentRun()](const LogRecord& record) {
             return record.run != run && !log.IsWanted(record);

@@ -45,8 +45,15 @@ bool SameContent(const vh::unique_file& first, const vh::unique_file& second)
     }
 }
 
-// Empty when the file equals its source, or what was written where the source is not a file of its own.
-std::wstring Difference(const vh::engine::InstalledFile& file, uint64_t& size)
+bool LiesUnder(const std::wstring& folder, const std::wstring& path)
+{
+    return path.size() > folder.size() && path[folder.size()] == L'\\' &&
+           CompareStringOrdinal(path.data(), static_cast<int>(folder.size()), folder.data(),
+                                static_cast<int>(folder.size()), TRUE) == CSTR_EQUAL;
+}
+
+// Empty when the file equals its source.
+std::wstring Difference(const vh::engine::InstalledFile& file, const vh::engine::Pack* pack, uint64_t& size)
 {
     const std::wstring& place = file.waiting.empty() ? file.target : file.waiting;
     const vh::unique_file target = OpenForReading(place);
@@ -54,20 +61,14 @@ std::wstring Difference(const vh::engine::InstalledFile& file, uint64_t& size)
     if (!target_size)
         return L"MISSING";
     size = *target_size;
+    if (pack && LiesUnder(pack->File(), file.source))
+        if (const auto* packed = pack->Find(file.source.substr(pack->File().size() + 1)))
+            return packed->size == size && vh::engine::Sha256OfFile(place) == packed->digest ? L"" : L"DIFFERENT";
     const vh::unique_file source = OpenForReading(file.source);
     const auto source_size = SizeOf(source);
-    if (!source_size && file.digest.empty())
+    if (!source_size)
         return L"source is gone";
-    const bool same = source_size ? *source_size == *target_size && SameContent(source, target)
-                                  : vh::engine::Sha256OfFile(place) == file.digest;
-    return same ? L"" : L"DIFFERENT";
-}
-
-bool LiesUnder(const std::wstring& folder, const std::wstring& path)
-{
-    return path.size() > folder.size() && path[folder.size()] == L'\\' &&
-           CompareStringOrdinal(path.data(), static_cast<int>(folder.size()), folder.data(),
-                                static_cast<int>(folder.size()), TRUE) == CSTR_EQUAL;
+    return *source_size == *target_size && SameContent(source, target) ? L"" : L"DIFFERENT";
 }
 
 std::wstring RightAligned(uint64_t number, std::size_t width)
@@ -78,7 +79,8 @@ std::wstring RightAligned(uint64_t number, std::size_t width)
 
 } // namespace
 
-TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files)
+TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files,
+                             const vh::engine::Pack* pack)
 {
     std::vector<vh::engine::InstalledFile> sorted = files;
     std::sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) { return a.target < b.target; });
@@ -86,7 +88,7 @@ TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::e
     Say(folder);
     for (const vh::engine::InstalledFile& file : sorted) {
         uint64_t size = 0;
-        const std::wstring difference = Difference(file, size);
+        const std::wstring difference = Difference(file, pack, size);
         const std::wstring shown = LiesUnder(folder, file.target) ? file.target.substr(folder.size() + 1) : file.target;
         const std::wstring same = file.waiting.empty() ? L"same" : L"same, waits for its place";
         Say(RightAligned(size, 12) + L"  " + (difference.empty() ? same : difference) + L"  " + shown);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/engine.h"
+#include "engine/product/pack.h"
 
 namespace host {
 
@@ -16,6 +17,7 @@ struct TreeCounts {
 };
 
 // Prints the files under the folder, those elsewhere by their full path, and what differs from its source.
-TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files);
+TreeCounts ShowInstalledTree(const std::wstring& folder, const std::vector<vh::engine::InstalledFile>& files,
+                             const vh::engine::Pack* pack);
 
 } // namespace host

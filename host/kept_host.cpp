@@ -40,15 +40,27 @@ private:
     vh::unique_handle m_mutex;
 };
 
-// A higher version, or another build of the same.
-bool IsNewer(const std::wstring& ours, const std::wstring& kept)
+// A library that is there in one folder but not, or with another size, in the other.
+bool AnyLibraryDiffers(const std::wstring& from, const std::wstring& folder)
 {
+    return std::ranges::any_of(kept_libraries, [&](const wchar_t* name) {
+        const FileFacts given = FactsOf(JoinPath(from, name));
+        return given.file() && given.size != FactsOf(JoinPath(folder, name)).size;
+    });
+}
+
+// A higher version, or another build of the same; or the same, and what is kept is not whole.
+bool IsNewer(const std::wstring& from, const std::wstring& folder)
+{
+    const std::wstring ours = JoinPath(from, kept_program);
+    const std::wstring kept = JoinPath(folder, kept_program);
     const FileFacts there = FactsOf(kept);
     if (!there.exists())
         return true;
     const int step = vh::engine::CompareVersions(vh::engine::FileVersion(ours), vh::engine::FileVersion(kept));
     const FileFacts given = FactsOf(ours);
-    return step > 0 || (step == 0 && (given.time > there.time || given.size != there.size));
+    return step > 0 ||
+           (step == 0 && (given.time > there.time || given.size != there.size || AnyLibraryDiffers(from, folder)));
 }
 
 // A program that runs can be renamed, but not written; the old one goes with the next setup or with the host.
@@ -125,7 +137,7 @@ void KeepHost(const std::wstring& data_folder, const std::wstring& from)
 {
     const Turn turn;
     const std::wstring folder = HostFolder(data_folder);
-    if (LiesIn(from, folder) || !IsNewer(JoinPath(from, kept_program), JoinPath(folder, kept_program)))
+    if (LiesIn(from, folder) || !IsNewer(from, folder))
         return;
     try {
         vh::engine::MakeFolders(folder);
@@ -142,9 +154,11 @@ void KeepHost(const std::wstring& data_folder, const std::wstring& from)
 void SweepHost(const std::wstring& data_folder)
 {
     const Turn turn;
-    if (IsNeeded(data_folder) || !FactsOf(HostFolder(data_folder)).folder())
+    if (IsNeeded(data_folder))
         return;
-    if (LiesIn(ProgramFolder(), HostFolder(data_folder)))
+    if (!FactsOf(HostFolder(data_folder)).folder())
+        RemoveDirectoryW(LongPath(data_folder).c_str());
+    else if (LiesIn(ProgramFolder(), HostFolder(data_folder)))
         StartSweeper(data_folder);
     else
         RemoveHost(data_folder);

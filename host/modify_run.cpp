@@ -1,4 +1,6 @@
 // Another run of a setup, from where it was the last time.
+#include <utility>
+
 #include "console.h"
 #include "engine/engine.h"
 #include "products.h"
@@ -10,26 +12,42 @@ namespace host {
 
 namespace {
 
+bool Holds(const Answers& answers, const std::wstring& name, const std::wstring& value)
+{
+    const auto found = answers.variables.find(name);
+    return found != answers.variables.end() && found->second == value;
+}
+
 // A setup in one file runs as its own program; the words of this one that name the product are not for it.
 ExitCode RunPackedSetup(const std::wstring& file, const RunOptions& options)
 {
+    const std::pair<const wchar_t*, bool> flags[] = {{L" --silent", options.silent},
+                                                     {L" --repair", options.repair},
+                                                     {L" --notes", options.notes},
+                                                     {L" --main-window", options.main_window},
+                                                     {L" --show-log", options.show_log},
+                                                     {L" --verify", options.verify},
+                                                     {L" --allow-downgrade", options.allow_downgrade}};
+    const std::pair<const wchar_t*, const std::wstring&> texts[] = {{L" --data ", options.data_folder},
+                                                                    {L" --registry-root ", options.registry_root},
+                                                                    {L" --target ", options.target},
+                                                                    {L" --trace ", options.trace_file},
+                                                                    {L" --log ", options.log_file},
+                                                                    {L" --answers ", options.answers_file},
+                                                                    {L" --save-answers ", options.save_answers}};
     std::wstring line = Quoted(file);
-    if (options.silent)
-        line += L" --silent";
-    if (options.repair)
-        line += L" --repair";
-    if (!options.data_folder.empty())
-        line += L" --data " + Quoted(options.data_folder);
-    if (!options.registry_root.empty())
-        line += L" --registry-root " + Quoted(options.registry_root);
+    for (const auto& [word, given] : flags)
+        line += given ? word : L"";
+    for (const auto& [word, text] : texts)
+        line += text.empty() ? std::wstring() : word + Quoted(text);
+    if (options.language)
+        line += L" --language " + std::to_wstring(options.language);
+    for (const std::wstring& script : options.scripts)
+        line += L" --script " + Quoted(script);
+    // Those of the answers come with their file.
     for (const auto& [name, value] : options.variables)
-        line += L" --var " + Quoted(name + L"=" + value);
-    if (!options.log_file.empty())
-        line += L" --log " + Quoted(options.log_file);
-    if (!options.answers_file.empty())
-        line += L" --answers " + Quoted(options.answers_file);
-    if (!options.save_answers.empty())
-        line += L" --save-answers " + Quoted(options.save_answers);
+        if (!options.answers || !Holds(*options.answers, name, value))
+            line += L" --var " + Quoted(name + L"=" + value);
     if (options.plan != PlanForm::none)
         line += options.plan == PlanForm::json ? L" --plan=json" : L" --plan";
     STARTUPINFOW startup{};
@@ -54,6 +72,10 @@ ExitCode ModifyProduct(RunOptions options)
     const auto product = FindProduct(options.guid, options.data_folder);
     if (!product) {
         Complain(options.guid + L": no such product is installed");
+        return exit_setup;
+    }
+    if (product->source.empty()) {
+        Complain(product->logFile + L": does not tell where the setup of " + options.guid + L" is; start it itself");
         return exit_setup;
     }
     const DWORD attributes = GetFileAttributesW(LongPath(product->source).c_str());

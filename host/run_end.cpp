@@ -56,7 +56,7 @@ ExitCode ShowOutcome(const vh::engine::Engine& engine, const RunOptions& options
 {
     TreeCounts counts;
     if (options.verify)
-        counts = ShowInstalledTree(engine.TargetDir(), engine.Installed());
+        counts = ShowInstalledTree(engine.TargetDir(), engine.Installed(), options.pack.get());
     if (options.show_log)
         ShowLog(engine);
     if (options.repair)

@@ -19,6 +19,7 @@ std::wstring NameOf(const vh::engine::Removal& removal)
         {RemovalOutcome::kept_not_empty, L"kept, not empty"},
         {RemovalOutcome::kept_permanent, L"kept, permanent"},
         {RemovalOutcome::kept_found, L"kept, was there before"},
+        {RemovalOutcome::kept_shared, L"kept, another product has it"},
         {RemovalOutcome::unreadable, L"unreadable in the log"},
         {RemovalOutcome::failed, L"FAILED"},
     };

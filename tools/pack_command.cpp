@@ -117,6 +117,8 @@ void Collect(const std::wstring& folder, std::map<std::wstring, Source>& sources
                 continue;
             }
             Source source{JoinPath(folder, path), {}};
+            if (const std::wstring fault = PathFault(path); !fault.empty())
+                throw engine_error(E_INVALIDARG, source.path, L"can't be packed: its name " + fault);
             source.packed.path = path;
             source.packed.size = entry.facts.size;
             source.packed.time = entry.facts.time;
@@ -156,6 +158,8 @@ std::vector<Source> SourcesOf(const std::wstring& folder)
     for (const wchar_t* name : host::kept_libraries) {
         const std::wstring path = JoinPath(host::ProgramFolder(), name);
         const FileFacts facts = FactsOf(path);
+        if (!facts.file() && name == host::kept_libraries[0])
+            throw engine_error(E_FAIL, path, L"is missing: no setup runs without it");
         if (!facts.file())
             continue;
         Source library{path, {}};
@@ -285,7 +289,7 @@ int PackSetup(const PackOptions& options)
             throw engine_error(E_INVALIDARG, options.folder,
                                L"holds " + Number(static_cast<int64_t>(total)) +
                                    L" bytes; a program file can't be larger than 4 GiB: hand out the folder");
-        const std::wstring draft = options.output + L".new";
+        const std::wstring draft = options.output + L".~vhpack";
         try {
             WritePack(options, sources, draft, total);
             if (!MoveFileExW(LongPath(draft).c_str(), LongPath(options.output).c_str(), MOVEFILE_REPLACE_EXISTING))

@@ -146,12 +146,14 @@ std::shared_ptr<const Pack> Pack::Open(const std::wstring& path)
         return nullptr;
     Seek(file, path, layout->end);
     if (ReadSome(file, path, std::as_writable_bytes(std::span(&header, 1))) != sizeof header ||
-        header.magic != pack_magic)
+        header.magic != pack_magic) {
+        if (HasWindows(std::span(start).first(got), *layout))
+            ThrowDamaged(path, L"the setup is cut or damaged: nothing is left of it behind the program");
         return nullptr;
+    }
     const uint64_t size = SizeOf(file, path);
     if (header.end > size)
-        ThrowDamaged(path, L"the setup is cut: " + Number(static_cast<int64_t>(header.end - size)) +
-                               L" of its bytes are missing");
+        ThrowDamaged(path, L"the setup is cut: " + std::to_wstring(header.end - size) + L" of its bytes are missing");
     if (header.indexAt < layout->end + sizeof header || header.indexAt > header.end || header.indexSize > largest_index)
         ThrowDamaged(path, L"the setup is damaged: its index lies outside of it");
     std::shared_ptr<Pack> pack(new Pack);
@@ -236,12 +238,14 @@ void Pack::Unpack(const PackedFile& packed, const std::wstring& path) const
     PayloadReader reader(m_file, &packed);
     Sha256 hash;
     const auto block = std::make_unique<std::byte[]>(block_size);
-    for (std::size_t got = block_size; got == block_size;) {
+    uint64_t total = 0;
+    for (std::size_t got = block_size; got == block_size && total <= packed.size; total += got) {
         got = reader.Read({block.get(), block_size});
         hash.Add({block.get(), got});
         target.Write({block.get(), got});
     }
-    if (hash.Finish() != packed.digest)
+    // What inflates beyond its size does not fill the drive.
+    if (total != packed.size || hash.Finish() != packed.digest)
         ThrowDamaged(m_file, L"the setup is damaged: " + packed.path + L" is not what was packed");
     target.SetTime(packed.time);
 }

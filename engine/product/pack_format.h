@@ -68,6 +68,12 @@ inline std::optional<ProgramLayout> LayoutOf(std::span<const std::byte> start)
     return layout.end ? std::optional(layout) : std::nullopt;
 }
 
+// The programs of packs have windows; the host in a folder is one of the console.
+inline bool HasWindows(std::span<const std::byte> program, const ProgramLayout& layout)
+{
+    return layout.subsystem < program.size() && program[layout.subsystem] == std::byte{2};
+}
+
 // Makes the program of a pack one with windows, or one of the console again. Its own signature and sum don't hold for
 // the whole, so they go.
 inline void ShapeProgram(std::span<std::byte> program, bool windows)

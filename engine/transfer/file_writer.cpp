@@ -1,7 +1,6 @@
 #include "file_writer.h"
 
 #include <algorithm>
-#include <cstring>
 #include <memory>
 #include <set>
 
@@ -127,16 +126,27 @@ bool HoldsWhatWasPlaced(const Core& core, const FileToWrite& file)
                                                               : SameContent(file.source, file.target);
 }
 
+// Builds of two versions may give a file one size and one time, and still another content. What the log knows of the
+// target need not be read.
+bool HoldsTheSource(const LogRecord& record, const FileToWrite& file, const FileFacts& there)
+{
+    const bool known = !record.digest.empty() && record.size == there.size && record.time == there.time;
+    if (!known && !file.packed)
+        return SameContent(file.source, file.target);
+    return (known ? record.digest : Sha256OfFile(file.target)) ==
+           (file.packed ? file.packed->digest : Sha256OfFile(file.source));
+}
+
 bool IsSame(const Core& core, const FileToWrite& file, const FileFacts& there)
 {
     if (there.size != file.size)
         return false;
-    if (there.time != file.time) {
-        // A target that keeps times less exactly holds the one that it kept.
-        const LogRecord* record = core.log->Newest(file.kind, file.target);
-        if (!record || record->sourceTime != file.time || record->time != there.time)
-            return false;
-    }
+    const LogRecord* record = core.log->Newest(file.kind, file.target);
+    // A target that keeps times less exactly holds the one that it kept.
+    if (there.time != file.time && (!record || record->sourceTime != file.time || record->time != there.time))
+        return false;
+    if (core.IsOtherVersion() && record && !file.loose)
+        return HoldsTheSource(*record, file, there);
     if (core.options.repair)
         return HoldsWhatWasPlaced(core, file);
     return !file.compare || SameContent(file.source, file.target);
@@ -260,12 +270,15 @@ private:
     void Plan(const FileToWrite& file)
     {
         const FileFacts there = FactsOf(file.target);
-        if (!file.loose)
+        if (!file.loose) {
             Want(file);
+            ShareFolders(file);
+        }
         Step step{&file, Decide(m_core, file, there)};
         if (HasItsFileWaiting(file)) {
             step.decision.act = Act::keep;
             step.decision.why = Why::same;
+            step.decision.size = step.decision.freed = 0;
         } else if (step.decision.why == Why::same) {
             RecordFound(file, there);
         }
@@ -281,6 +294,7 @@ private:
                 step.backup = record.backup = m_core.log->NewAside(file.target, L"old");
                 record.original =
                     file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(m_core, file);
+                record.shared = record.original && m_core.log->OthersHave(record);
             }
             step.record = m_records.size();
             m_records.push_back(std::move(record));
@@ -317,6 +331,18 @@ private:
         return folders;
     }
 
+    // A folder that another product made goes with the last of them.
+    void ShareFolders(const FileToWrite& file)
+    {
+        const std::size_t mark = m_records.size();
+        for (std::wstring at = FolderOf(file.target); m_shared.insert(at).second; at = FolderOf(at)) {
+            LogRecord record = FolderRecord(at, file.feature, false);
+            if (m_core.log->OthersHave(record) && FactsOf(at).folder() && !m_core.log->Newest(LogKind::folder, at))
+                m_records.push_back(std::move(record));
+        }
+        std::reverse(m_records.begin() + static_cast<std::ptrdiff_t>(mark), m_records.end());
+    }
+
     void Want(const FileToWrite& file)
     {
         m_core.log->Want(file.target);
@@ -334,7 +360,7 @@ private:
         if (before && !m_core.log->UnfinishedRuns().contains(before->run))
             return;
         LogRecord record = RecordOf(file);
-        record.found = !before && !m_toGo.contains(Upper(file.target));
+        record.found = !before && !m_toGo.contains(Upper(file.target)) && !m_core.log->OthersHave(record);
         record.oldData.clear();
         record.time = there.time;
         if (there.time != file.time)
@@ -404,32 +430,10 @@ private:
     std::set<std::wstring> m_seen;
     std::set<std::wstring> m_toGo;   // of an earlier removal, in upper case
     std::set<std::wstring> m_wanted; // folders that the log has heard of
+    std::set<std::wstring> m_shared; // folders that others were asked for
 };
 
 } // namespace
-
-bool SameContent(const std::wstring& a, const std::wstring& b)
-{
-    const auto open = [](const std::wstring& path) {
-        return unique_file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                       FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-    };
-    const unique_file first = open(a);
-    const unique_file second = open(b);
-    if (!first || !second)
-        return false;
-    const auto blocks = std::make_unique<std::byte[]>(std::size_t{2} * block_size);
-    for (;;) {
-        DWORD got = 0;
-        DWORD gotToo = 0;
-        if (!ReadFile(first.get(), blocks.get(), block_size, &got, nullptr) ||
-            !ReadFile(second.get(), blocks.get() + block_size, block_size, &gotToo, nullptr) || got != gotToo ||
-            memcmp(blocks.get(), blocks.get() + block_size, got) != 0)
-            return false;
-        if (!got)
-            return true;
-    }
-}
 
 bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& facts)
 {

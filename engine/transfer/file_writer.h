@@ -29,9 +29,6 @@ struct FileToWrite {
     bool compare = false;
 };
 
-// Reads both to the end; false also when one can't be read.
-bool SameContent(const std::wstring& a, const std::wstring& b);
-
 // Makes the missing folders of a path, each one recorded before; those that are not logged stay also after a failure.
 void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged);
 

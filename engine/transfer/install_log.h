@@ -9,6 +9,7 @@
 #include "../decision.h"
 #include "../files.h"
 #include "log_record.h"
+#include "other_products.h"
 
 namespace vh::engine {
 
@@ -104,6 +105,8 @@ public:
     const LogRecord* Waiting(LogKind kind, std::wstring_view what) const;
     // Records of a kind that still stand, oldest first; of several for one name the newest only.
     std::vector<const LogRecord*> Standing(LogKind kind) const;
+    // Another product of the data folder has this file or folder too.
+    bool OthersHave(const LogRecord& record) { return m_others.Have(record.kind, record.what); }
     // True while something is recorded that a removal would undo.
     bool AnythingStands() const;
     // Nothing is left to undo, now or by a removal.
@@ -131,6 +134,7 @@ private:
     std::wstring OriginalsFolder() const;
 
     std::wstring m_file;
+    OtherProducts m_others{m_file};
     bool m_draft = false;
     std::set<std::wstring> m_made; // by a draft, in upper case
     std::set<std::wstring> m_gone;

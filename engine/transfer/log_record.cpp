@@ -42,6 +42,7 @@ constexpr Field<uint64_t> size_fields[] = {
 constexpr Field<bool> truth_fields[] = {{"permanent", &LogRecord::permanent},
                                         {"found", &LogRecord::found},
                                         {"original", &LogRecord::original},
+                                        {"shared", &LogRecord::shared},
                                         {"loose", &LogRecord::loose}};
 constexpr Field<long> number_fields[] = {
     {"type", &LogRecord::type}, {"oldType", &LogRecord::oldType}, {"ref", &LogRecord::ref}};

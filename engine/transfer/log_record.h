@@ -64,6 +64,7 @@ struct LogRecord {
     // What stood there was not the product's: it comes back at removal. Behind the commit it waits at `waits`, which
     // the log works out and no line tells.
     bool original = false;
+    bool shared = false; // the original is another product's
     std::wstring waits;
     // A `waiting` record tells of it: the file at `temp` has not its name yet, or the taken one is still in its place.
     bool waiting = false;

@@ -86,9 +86,24 @@ bool CanBePutOff(const LogRecord& record, const UndoResult& result)
     return !result.settled && (record.kind == LogKind::folder || IsFile(record.kind));
 }
 
+// What another product has too stays for it; what was made in its place comes back all the same.
+bool StaysForOthers(InstallLog& log, Undo how, const LogRecord& record)
+{
+    return record.backup.empty() && !record.original && (how == Undo::removal || record.temp.empty()) &&
+           FactsOf(record.what).exists() && log.OthersHave(record);
+}
+
+// Another product's file that waits to come back, when that has gone, or has put another in its place.
+bool IsNobodys(InstallLog& log, const LogRecord& record)
+{
+    return record.shared && (!log.OthersHave(record) || ReasonToKeep(record, FactsOf(record.what)));
+}
+
 // A draft has nothing to roll back.
 UndoResult StepOf(InstallLog& log, Undo how, const LogRecord& record, bool superseded)
 {
+    if (StaysForOthers(log, how, record))
+        return {how == Undo::rollback ? RemovalOutcome::absent : RemovalOutcome::kept_shared};
     if (!log.IsDraft())
         return how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, superseded);
     if (how == Undo::rollback)
@@ -128,6 +143,11 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
             if (log.IsDraft() || DropWaiting(record, later.List()))
                 log.MarkUndone(record.id);
             continue;
+        }
+        if (how == Undo::removal && IsNobodys(log, record)) {
+            if (!log.IsDraft())
+                RemoveFile(record.waits);
+            record.original = false;
         }
         const bool first = seen.insert(ThingOf(record)).second;
         const wchar_t* kind = KindWord(record);
@@ -240,6 +260,8 @@ bool FinishStep(InstallLog& log, const LogRecord& record, PutOffList& list)
     const LogRecord* of = over && record.ref ? log.Find(record.ref) : nullptr;
     if (of && WaitsForItsPlace(*of))
         return DropWaiting(*of, list);
+    if (of && IsNobodys(log, *of))
+        RemoveFile(of->waits);
     const bool settled = !(of && of->original) || SettleOriginal(*of);
     const bool dropped =
         record.backup.empty() ||

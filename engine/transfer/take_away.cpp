@@ -53,6 +53,8 @@ RemovalOutcome TakeFileBack(Core& core, const LogRecord& file)
         return Forget(core, file), RemovalOutcome::absent;
     if (const auto keep = ReasonToKeep(file, there))
         return Forget(core, file), *keep;
+    if (!file.original && core.log->OthersHave(file))
+        return Forget(core, file), RemovalOutcome::kept_shared;
     LogRecord record = TakenRecord(core, file.what, file.id);
     if (file.oldData.empty()) {
         MoveAside(core, std::move(record));
@@ -122,6 +124,9 @@ std::optional<Decision> DecisionOf(RemovalOutcome outcome, Why why, const LogRec
         return made;
     case RemovalOutcome::kept_found:
         made.why = Why::found;
+        return made;
+    case RemovalOutcome::kept_shared:
+        made.why = Why::shared;
         return made;
     case RemovalOutcome::kept_changed:
         made.why = Why::changed;

@@ -163,6 +163,33 @@ TEST_F(Removals, TakesExactlyWhatWasInstalledAndLeavesTheUsersFiles)
     EXPECT_THROW(Uninstall(log), engine_error);
 }
 
+TEST_F(Removals, LeaveToAnotherProductWhatItHasToo)
+{
+    for (int round = 0; round < 4; ++round) {
+        const bool newestFirst = round & 1;
+        const bool replaced = round & 2;
+        MakeTree(folder);
+        Reopen();
+        const std::wstring first = Install();
+        const auto whole = Tree(folder.Target());
+        folder.Product(R"("installGuid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", )" + std::string(tree_features));
+        if (replaced)
+            folder.Payload(L"a.bin", "another");
+        Reopen();
+        ASSERT_EQ(S_OK, MoveAll(*engine));
+        engine->Rollback();
+        EXPECT_EQ(whole, Tree(folder.Target()));
+        Reopen();
+        const std::wstring second = Install();
+        ASSERT_NE(first, second);
+        Uninstall(newestFirst ? second : first);
+        EXPECT_EQ(whole, Tree(folder.Target())) << round;
+        EXPECT_EQ(replaced && !newestFirst ? "another" : "aaaaaaaaaa", ReadWhole(folder.Target(L"a.bin"), 100));
+        Uninstall(newestFirst ? first : second);
+        EXPECT_FALSE(Exists(folder.Target())) << round;
+    }
+}
+
 TEST_F(Removals, ContinuesAfterAFailureAndAfterAKill)
 {
     const std::wstring log = Install();

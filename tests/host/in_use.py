@@ -153,6 +153,8 @@ def upgraded(name, hold):
             expect(f"{name}: {step}: aside", aside.suffix, ending)
             expect(f"{name}: {step}: in place", digest((TARGET / file).read_bytes()), (two if hold is running else one)[1][file])
             expect(f"{name}: {step}: scheduled", scheduled(), [(str(aside), "" if hold is running else str(TARGET / file))])
+            plan = start(two[0], "--plan", "--data", windows(DATA), "--registry-root", ROOT)[1]
+            expect(f"{name}: {step}: planned bytes in {plan}", "bytes written" in plan, False)
             if step == "upgrade":
                 run(f"{name}: again", two[0], code=RESTART)
         yield

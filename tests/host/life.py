@@ -5,14 +5,17 @@ fails, a downgrade, removed by its identifier with the setup gone; the tree is c
 Arguments: the program that starts Windows programs, vhhost, a folder of the test's own, a number to begin at random,
 and for the same with setups in one file vhtool. With "kills=N" in its place N runs of the product are killed instead.
 """
+import hashlib
 import json
 import os
 import pathlib
 import random
 import shutil
+import struct
 import subprocess
 import sys
 import time
+import zlib
 
 RUNNER, HOST, WORK, SEED, *PACKER = sys.argv[1:]
 KILLS = int(PACKER.pop()[6:]) if PACKER and PACKER[0].startswith("kills=") else 0
@@ -22,6 +25,7 @@ ROOT = "HKCU\\Software\\VHRT life"
 KEY = f"{ROOT}\\HKCU\\Software\\Life"
 ENTRY = f"{ROOT}\\HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\{GUID}"
 CONFIG = "config/app.ini"
+ALIKE = "lib/three.dll"  # of one size and time in all versions
 SHORTCUT = "%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\VHRT life\\Life.lnk"
 faults = []
 checks = 0
@@ -93,11 +97,13 @@ class Product:
                 old = before.content.get(name) if before else None
                 change = old is None or chance.random() < 0.5 or name == CONFIG
                 self.content[name] = chance.randbytes(chance.randrange(3, 9000)) if change else old
+                if old and name == ALIKE:
+                    self.content[name] = bytes(byte ^ 1 for byte in old)
         for name, data in self.content.items():
             file = self.folder / name
             file.parent.mkdir(parents=True, exist_ok=True)
             file.write_bytes(data)
-            same = before and before.content.get(name) == data
+            same = before and (before.content.get(name) == data or name == ALIKE)
             os.utime(file, self.time(name, same))
         values = [{"name": f"v{version}", "type": "text", "data": "<TARGETDIR>"},
                   {"name": "Always", "type": "number", "data": 7}]
@@ -119,6 +125,14 @@ class Product:
             before = self.file.read_bytes() if self.file.exists() else b""
             run("pack", "pack", windows(self.folder), windows(self.file), "--compress", compress, program=PACKER[0])
         expect("two packs", self.file.read_bytes() == before, True)
+        alone = WORK / "alone"
+        alone.mkdir(exist_ok=True)
+        for program in (PACKER[0], HOST):
+            shutil.copy(program, alone)
+        run("no library", "pack", windows(self.folder), windows(self.file), code=4, says="VHRT.dll: is missing",
+            program=alone / "vhtool.exe")
+        (self.folder / "a:b").write_text("")
+        run("impossible name", "pack", windows(self.folder), windows(self.file), code=4, says="a:b: can't be packed", program=PACKER[0])
         shutil.rmtree(self.folder)
 
     def gone(self):
@@ -187,14 +201,21 @@ def damaged_packs(product):
     whole = product.file.read_bytes()
     program = whole.rindex(b"VHPACK01")
     index = int.from_bytes(whole[program + 16:program + 24], "little")
-    for name, data in (("cut", whole[:-1]), ("cut in two", whole[:program + 200]),
+    rows = json.loads(zlib.decompress(whole[index:]))
+    next(row for row in rows if row["path"] == "setup.js")["size"] += 1
+    text = json.dumps(rows).encode()
+    lies = zlib.compress(text)
+    lies = whole[:program + 8] + struct.pack("<QQQ", index + len(lies), index, len(text)) + \
+        hashlib.sha256(text).digest() + whole[program + 64:index] + lies
+    for name, data in (("cut", whole[:-1]), ("cut in two", whole[:program + 200]), ("cut behind the program", whole[:program]),
+                       ("other size", lies),
                        *((f"changed at {at}", whole[:at] + bytes([whole[at] ^ 0x40]) + whole[at + 1:])
-                         for at in (program + 9, program + 30, program + 40, index - 1, index + 5,
+                         for at in (program, program + 9, program + 30, program + 40, index - 1, index + 5,
                                     *(chance.randrange(program + 64, index) for _ in range(8))))):
         product.file.write_bytes(data)
         rc, out = start(*place(product), program=product.file)
         expect(f"{name}: refused ({out.strip()[-200:]})", rc in (1, 4) and ("cut" in out or "damaged" in out), True)
-        expect(f"{name}: the target", (WORK / "target").exists(), False)
+        expect(f"{name}: what is left", [(WORK / folder).exists() for folder in ("target", "data")], [False, False])
     layout = int.from_bytes(whole[60:64], "little")
     signed = bytearray(whole + b"signature" * 100)
     signed[layout + 24 + 144:layout + 24 + 152] = len(whole).to_bytes(4, "little") + (900).to_bytes(4, "little")
@@ -292,6 +313,7 @@ def live():
 
     with_setup(one, "install", says="mode= from=")
     compare("install", one.tree())
+    with_setup(one, "nothing differs", "--verify", says=", 0 not,")
     entry = registry(ENTRY)
     expect("entry", {name: entry.get(name) for name in ("DisplayName", "DisplayVersion", "Publisher", "InstallLocation",
                                                         "EstimatedSize", "NoRepair")},
@@ -318,6 +340,11 @@ def live():
 
     run("modify by its identifier", "--modify", GUID, "--silent", *data, "--registry-root", ROOT, program=kept,
         says="maintenance")
+    run("modify elsewhere", "--modify", GUID, "--silent", *data, "--target", windows(WORK / "elsewhere"), code=4,
+        says="is installed in")
+    kept.with_name("VHRT.dll").unlink()
+    with_setup(one, "with a damaged kept host")
+    expect("the kept host is whole", kept.with_name("VHRT.dll").exists(), True)
     with_setup(one, "another target", "--target", windows(WORK / "elsewhere"), code=4, says="is installed in")
 
     damaged = WORK / "target" / "lib" / "one.dll"
@@ -382,6 +409,8 @@ def live():
     lines = log.read_bytes().split(b"\n")
     lines[len(lines) // 2] = b"{damaged" + lines[len(lines) // 2][8:]
     log.write_bytes(b"\n".join(lines))
+    log.write_bytes(b"\n".join(line for line in log.read_bytes().split(b"\n") if b'"do":"features"' not in line))
+    run("modify by a damaged log", "--modify", GUID, *data, code=4, says=f"where the setup of {GUID} is")
     run("removal by a damaged log", "--uninstall", GUID, "--silent", *data, says="1 unreadable in the log")
 
 
