@@ -112,7 +112,7 @@ private:
     void Plan(const FileToWrite& file)
     {
         const FileFacts there = FactsAt(file.target);
-        if (!file.loose)
+        if (!file.loose && m_core.log->RemembersWishes())
             Want(file);
         Step step{&file, Decide(m_core, file, there)};
         if (HasItsFileWaiting(file)) {
@@ -143,7 +143,7 @@ private:
     // In a folder that this writer has made stands what it has put there, and nothing else.
     FileFacts FactsAt(const std::wstring& target) const
     {
-        return m_fresh.contains(FolderOf(target)) && !m_core.log->Knows(target) ? FileFacts() : FactsOf(target);
+        return !m_fresh.empty() && m_fresh.contains(FolderOf(target)) && !m_core.log->Knows(target) ? FileFacts() : FactsOf(target);
     }
 
     // A file that waits for the place already comes from an earlier run: the same is not written again, and another

@@ -52,6 +52,7 @@ public:
         if (m_news)
             m_news(decision);
     }
+    // A record stays where it is in memory while others come.
     const std::deque<LogRecord>& Records() const { return m_records; }
     // Numbers of the lines that could not be read, from 1.
     const std::vector<long>& DamagedLines() const { return m_damaged; }
@@ -94,6 +95,7 @@ public:
     // The run of this object wants the thing to be there, though it may have left it as it was. An upgrade takes away
     // what nobody wants; other runs need not remember it.
     void RememberWishes() { m_remembers = true; }
+    bool RemembersWishes() const { return m_remembers; }
     void Want(std::wstring_view what, std::wstring_view name = {})
     {
         if (m_remembers)

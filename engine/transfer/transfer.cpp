@@ -192,6 +192,8 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
     core.moved |= &data == core.product.get();
 
     const Leftovers leftovers = FindLeftovers(core, data, items);
+    if (leftovers.features.empty())
+        return;
     TakeBack(core, Why::unselected, [&](const LogRecord& record) {
         return leftovers.features.contains(Upper(record.feature)) && !leftovers.needed.contains(Upper(record.what));
     });
