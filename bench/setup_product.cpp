@@ -120,7 +120,8 @@ product::memory product::RunHost() const
 {
     std::wstring line = L"\"" + ProgramFolder() + L"vhhost.exe\" \"" + Setup() + L"\" --silent --target \"" + Target() +
                         L"\" --data \"" + Data() + L"\" --registry-root \"HKCU\\" + registry_key + L"\"";
-    RegCreateKeyExW(HKEY_CURRENT_USER, registry_key, 0, nullptr, 0, KEY_WRITE, nullptr, vh::unique_key().put(), nullptr);
+    RegCreateKeyExW(HKEY_CURRENT_USER, registry_key, 0, nullptr, 0, KEY_WRITE, nullptr, vh::unique_key().put(),
+                    nullptr);
     STARTUPINFOW start{};
     start.cb = sizeof start;
     PROCESS_INFORMATION started{};

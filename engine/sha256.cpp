@@ -31,7 +31,7 @@ public:
 
     void Enter() { AcquireSRWLockExclusive(&m_lock); }
     void Leave() { ReleaseSRWLockExclusive(&m_lock); }
-    void Sleep(CONDITION_VARIABLE& until) { SleepConditionVariableSRW(&until, &m_lock, INFINITE, 0); }
+    void Await(CONDITION_VARIABLE& until) { SleepConditionVariableSRW(&until, &m_lock, INFINITE, 0); }
 
 private:
     SRWLOCK& m_lock;
@@ -96,7 +96,7 @@ void Sha256Beside::Work()
     Turn turn(m_lock);
     for (;;) {
         while (m_hashed == m_added && !m_over)
-            turn.Sleep(m_given);
+            turn.Await(m_given);
         if (m_over)
             return;
         const auto bytes = Block(m_hashed).first(m_sizes[m_hashed % blocks]);
@@ -121,7 +121,7 @@ std::span<std::byte> Sha256Beside::Free()
 {
     Turn turn(m_lock);
     while (m_added - m_hashed == blocks)
-        turn.Sleep(m_taken);
+        turn.Await(m_taken);
     return Block(m_added);
 }
 
@@ -141,7 +141,7 @@ std::wstring Sha256Beside::Finish()
     {
         Turn turn(m_lock);
         while (m_hashed != m_added)
-            turn.Sleep(m_taken);
+            turn.Await(m_taken);
     }
     if (m_failure)
         std::rethrow_exception(std::exchange(m_failure, nullptr));

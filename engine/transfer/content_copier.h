@@ -12,8 +12,8 @@ namespace vh::engine {
 // One for many files: room and hashes are made once. A copy that failed ends its use.
 class ContentCopier {
 public:
-    // Writes `temp`, with the file's time; `flushed` content reaches the disk before this returns. Result: the content's
-    // SHA-256; empty for a loose file, which nobody compares later. Throws engine_error.
+    // Writes `temp`, with the file's time; `flushed` content reaches the disk before this returns. Result: the
+    // content's SHA-256; empty for a loose file, which nobody compares later. Throws engine_error.
     std::wstring Copy(const FileToWrite& file, const std::wstring& temp, bool flushed, const WriterNews& news);
 
 private:

@@ -143,7 +143,8 @@ private:
     // In a folder that this writer has made stands what it has put there, and nothing else.
     FileFacts FactsAt(const std::wstring& target) const
     {
-        return !m_fresh.empty() && m_fresh.contains(FolderOf(target)) && !m_core.log->Knows(target) ? FileFacts() : FactsOf(target);
+        return !m_fresh.empty() && m_fresh.contains(FolderOf(target)) && !m_core.log->Knows(target) ? FileFacts()
+                                                                                                    : FactsOf(target);
     }
 
     // A file that waits for the place already comes from an earlier run: the same is not written again, and another
@@ -266,8 +267,8 @@ private:
     std::set<std::wstring> m_seen;
     std::unordered_set<std::wstring> m_met;   // folders that files go to
     std::unordered_set<std::wstring> m_fresh; // folders that were not there before this writer
-    std::set<std::wstring> m_toGo;   // of an earlier removal, in upper case
-    std::set<std::wstring> m_wanted; // folders that the log has heard of
+    std::set<std::wstring> m_toGo;            // of an earlier removal, in upper case
+    std::set<std::wstring> m_wanted;          // folders that the log has heard of
     ContentCopier m_copier;
 };
 

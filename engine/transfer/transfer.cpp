@@ -113,16 +113,15 @@ void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
 {
     Targets targets;
     auto next = plan.files.begin();
-    WriteAllOrNothing(
-        core,
-        [&](FileToWrite& file) {
-            if (next == plan.files.end())
-                return false;
-            file = ToWrite(*next, targets.Of(plan.roots.at(next->item), *next->group, *next->file));
-            ++next;
-            return true;
-        },
-        {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }});
+    WriteAllOrNothing(core,
+                      [&](FileToWrite& file) {
+                          if (next == plan.files.end())
+                              return false;
+                          file = ToWrite(*next, targets.Of(plan.roots.at(next->item), *next->group, *next->file));
+                          ++next;
+                          return true;
+                      },
+                      {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }});
 }
 
 com_ptr<IEngineProgress> SinkFor(Core& core, const Plan& plan, IUnknown* given)
