@@ -24,7 +24,7 @@ bool HoldsWhatWasPlaced(const Core& core, const FileToWrite& file)
     if (file.packed)
         return Sha256OfFile(file.target) == file.packed->digest;
     const LogRecord* record = core.log->Newest(file.kind, file.target);
-    return record && !record->digest.empty() && !file.compare ? Sha256OfFile(file.target) == record->digest
+    return record && !record->digest.empty() && !file.compare ? FromHex(Sha256OfFile(file.target)) == record->digest
                                                               : SameContent(file.source, file.target);
 }
 

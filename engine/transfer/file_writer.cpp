@@ -9,6 +9,7 @@
 #include "in_use.h"
 #include "logged_folders.h"
 #include "removal.h"
+#include "temp_file.h"
 #include "undo_step.h"
 
 namespace vh::engine {
@@ -18,25 +19,6 @@ namespace {
 // Files whose records are written together.
 constexpr std::size_t batch_size = 64;
 constexpr DWORD kept_attributes = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-
-// Removes the temporary file unless it got its final name.
-class TempFile {
-public:
-    explicit TempFile(std::wstring path) : m_path(std::move(path)) {}
-    ~TempFile()
-    {
-        if (!m_done)
-            RemoveFile(m_path);
-    }
-    TempFile(const TempFile&) = delete;
-    TempFile& operator=(const TempFile&) = delete;
-
-    void Done() { m_done = true; }
-
-private:
-    std::wstring m_path;
-    bool m_done = false;
-};
 
 void Rename(const std::wstring& from, const std::wstring& to, const std::wstring& about, const wchar_t* doing)
 {
@@ -244,6 +226,7 @@ private:
             throw;
         }
         unfinished.Done();
+        m_core.log->HasItsName(static_cast<long>(step.record));
     }
 
     // The new file stays under its own name beside one that is in use, until the run is committed. What is not the

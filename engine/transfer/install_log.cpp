@@ -145,7 +145,7 @@ void InstallLog::Keep(LogRecord record)
     } else if (record.kind == LogKind::content) {
         for (const auto& [id, digest] : record.texts)
             if (LogRecord* file = Known(wcstol(id.c_str(), nullptr, 10)))
-                file->digest = digest;
+                file->digest = FromHex(digest);
         record.texts.clear();
     } else if (record.ref) {
         m_takenBack[record.ref].push_back(record.id);
@@ -354,6 +354,12 @@ void InstallLog::NotePlaced(long id, uint64_t size, uint64_t time)
     record.size = size;
     record.time = time;
     Append(std::move(record));
+}
+
+void InstallLog::HasItsName(long id)
+{
+    if (LogRecord* file = Known(id); file && file->backup.empty())
+        std::exchange(file->temp, {});
 }
 
 void InstallLog::NoteWaiting(long id)

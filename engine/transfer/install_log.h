@@ -87,6 +87,9 @@ public:
     // The size and time that the target kept for the file of a record.
     void NotePlaced(long id, uint64_t size, uint64_t time);
 
+    // The new file of a record has its name; nothing is left under the temporary one, which this object forgets.
+    void HasItsName(long id);
+
     // The file of a record is in use; on the disk before this returns.
     void NoteWaiting(long id);
 
