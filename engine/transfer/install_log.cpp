@@ -413,13 +413,15 @@ const LogRecord* InstallLog::NewestThat(LogKind kind, std::wstring_view what, bo
 
 std::vector<const LogRecord*> InstallLog::Standing(LogKind kind) const
 {
+    const auto stands = [&](const LogRecord& record) {
+        return record.kind == kind && !record.loose && !record.ref && !Undone(record);
+    };
     std::vector<const LogRecord*> standing;
-    std::set<std::wstring> seen;
-    for (auto record = m_records.rbegin(); record != m_records.rend(); ++record)
-        if (record->kind == kind && !record->loose && !record->ref && !Undone(*record) &&
-            seen.insert(KeyOf(record->what, record->name)).second)
-            standing.push_back(&*record);
-    std::reverse(standing.begin(), standing.end());
+    for (const LogRecord& record : m_records)
+        if (stands(record) && &record == m_index.FindNamed(record.what, [&](const LogRecord& other) {
+                return stands(other) && Upper(other.name) == Upper(record.name);
+            }))
+            standing.push_back(&record);
     return standing;
 }
 

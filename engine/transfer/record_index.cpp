@@ -25,8 +25,7 @@ void RecordIndex::AddNewest()
         m_byId.emplace(at, record.id, place);
     else
         at->second = place;
-    m_former.push_back(
-        record.what.empty() ? 0 : std::exchange(m_newest[std::hash<std::wstring>()(Upper(record.what))], place));
+    m_former.push_back(std::exchange(m_newest[std::hash<std::wstring>()(Upper(record.what))], place));
 }
 
 void RecordIndex::Clear()
