@@ -160,7 +160,7 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
 {
     std::set<std::wstring> seen;
     for (std::size_t i = core.log->Records().size(); i-- > 0;) {
-        const LogRecord record = core.log->Records()[i];
+        const LogRecord& record = core.log->Records()[i];
         const bool taken = IsFile(record.kind) || record.kind == LogKind::value;
         if (!taken || !IsForRemoval(record) || core.log->Undone(record))
             continue;
@@ -170,7 +170,7 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
                 Forget(core, record);
             continue;
         }
-        if (IsFile(record.kind) && seen.contains(Upper(record.what))) {
+        if (IsFile(record.kind) && !seen.empty() && seen.contains(Upper(record.what))) {
             // An older record, also of another feature, of a file that has gone with the newest one.
             Forget(core, record);
             continue;
