@@ -15,6 +15,13 @@ namespace vh::engine {
 
 namespace {
 
+// On a drive or a share.
+bool IsFullPath(std::wstring_view path)
+{
+    const auto slash = [](wchar_t unit) { return unit == L'\\' || unit == L'/'; };
+    return path.size() > 2 && ((path[1] == L':' && slash(path[2])) || (slash(path[0]) && slash(path[1])));
+}
+
 WORD ChosenLanguage(const Product& product, int wanted)
 {
     for (WORD language : product.languages)
@@ -71,6 +78,10 @@ Core::Core(Options given)
     log->Listen(options.onDecision);
     ReportDamage();
     language = ChosenLanguage(*product->product, options.language ? options.language : LanguageOf(*log));
+    if (options.language && language != options.language)
+        Report({Severity::warning, product->product->file,
+                L"there is no language " + Number(options.language) + L"; " + Number(language) + L" is taken",
+                S_FALSE});
     product->FilterFor(language, ThisSystem());
     support = std::make_unique<SupportFolder>(contextGuid);
     supportDir = support->path();
@@ -105,10 +116,11 @@ void Core::SetVariables()
         globalTexts.Set(name, value);
     for (const auto& [name, value] : options.variables)
         globalTexts.Set(name, value);
-    const std::wstring target =
-        options.targetDir.empty() ? Substitute(product_.target, false) : FullPath(options.targetDir);
+    const std::wstring target = Substitute(options.targetDir.empty() ? product_.target : options.targetDir, false);
+    if (!options.targetDir.empty() && !IsFullPath(target))
+        throw engine_error(E_INVALIDARG, options.targetDir, L"a target has to be a full path");
     if (!options.targetDir.empty() || !globalTexts.Find(L"TARGETDIR"))
-        globalTexts.Set(L"TARGETDIR", target);
+        globalTexts.Set(L"TARGETDIR", options.targetDir.empty() ? target : FullPath(target));
 }
 
 void Core::Report(Message message)

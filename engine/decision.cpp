@@ -20,6 +20,7 @@ constexpr Reason reasons[] = {
     {Why::not_older, L"is not older"},
     {Why::never_overwrite, L"is never overwritten", L"never-overwrite"},
     {Why::keep_changed, L"was changed since it was installed", L"keep-changed"},
+    {Why::overridden, L"was changed since it was installed, and is replaced"},
     {Why::changed, L"was changed since it was installed"},
     {Why::permanent, L"is permanent", L"permanent"},
     {Why::found, L"was there before the product"},

@@ -20,6 +20,7 @@ enum class Why {
     not_older,       // what stands there, for a copy of newer files only
     never_overwrite, // by the file's flag, or that of a copy
     keep_changed,    // by the file's flag: the user changed it
+    overridden,      // changed since it was installed, and replaced all the same
     changed,         // since it was installed: a removal leaves it
     permanent,       // by the file's flag
     found,           // it stood there, the same, before the product

@@ -150,8 +150,9 @@ void Declare(CLI::App& app, CommandLine& line, bool packed)
         // A folder behind --uninstall is the setup folder.
         if (line.folder.empty() && !line.uninstall.empty() && !IsIdentifier(line.uninstall))
             line.folder = std::exchange(line.uninstall, {});
-        if (!line.uninstall.empty() && !IsIdentifier(line.uninstall))
-            throw CLI::ValidationError("--uninstall", "wants an identifier in braces, not " + line.uninstall);
+        for (const auto& [option, given] : {std::pair{"--uninstall", line.uninstall}, {"--modify", line.modify}})
+            if (!given.empty() && !IsIdentifier(given))
+                throw CLI::ValidationError(option, "wants an identifier in braces, not " + given);
         if (!packed && line.folder.empty() && line.uninstall.empty() && line.modify.empty() && line.sweep.empty() &&
             !line.list)
             throw CLI::RequiredError("FOLDER");
@@ -188,7 +189,8 @@ host::RunOptions OptionsOf(const CommandLine& line)
     options.guid = host::Wide(line.modify.empty() ? line.uninstall : line.modify);
     options.repair = line.repair;
     options.allow_downgrade = line.allow_downgrade;
-    options.target = host::PathOf(line.target);
+    // Patterns are the engine's.
+    options.target = line.target.find('<') == std::string::npos ? host::PathOf(line.target) : host::Wide(line.target);
     options.trace_file = host::PathOf(line.trace);
     options.log_file = host::PathOf(line.log);
     options.registry_root = host::Wide(line.registry_root);

@@ -16,15 +16,20 @@ namespace {
 
 using nlohmann::json;
 
-// Calls that do something to the machine beside the engine, other than files and values that scripts write themselves.
-constexpr std::wstring_view held_back[] = {
-    L"DIFxDriverPackageInstall",
-    L"DIFxDriverPackagePreinstall",
-    L"DIFxDriverPackageUninstall",
-    L"KillProcesses",
-    L"OpenInShell",
-    L"PrintFile",
-    L"ServiceStopDependentServices",
+// Calls that do something to the machine beside the engine, other than files and values that scripts write themselves,
+// and what they give when all goes well.
+struct HeldBack {
+    std::wstring_view call;
+    int32_t result;
+};
+constexpr HeldBack held_back[] = {
+    {L"DIFxDriverPackageInstall", 0},
+    {L"DIFxDriverPackagePreinstall", 0},
+    {L"DIFxDriverPackageUninstall", 0},
+    {L"KillProcesses", 0},
+    {L"OpenInShell", 1},
+    {L"PrintFile", 0},
+    {L"ServiceStopDependentServices", 0},
 };
 
 // Who decided: a flag of the product file, a feature, or whoever asks without either.
@@ -70,10 +75,11 @@ void Plan::Take(const vh::engine::Message& message)
 
 std::optional<vh::variant> Plan::Instead(std::wstring_view call, std::span<const VARIANT>)
 {
-    if (std::ranges::find(held_back, call) == std::end(held_back))
+    const auto* row = std::ranges::find(held_back, call, &HeldBack::call);
+    if (row == std::end(held_back))
         return std::nullopt;
     Add({L"call", L"function", std::wstring(call), L"is not called in a plan", L"script"});
-    return FromInt64(0);
+    return FromInt64(row->result);
 }
 
 void Plan::Describe(const vh::engine::Engine& engine)

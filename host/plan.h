@@ -20,7 +20,7 @@ public:
     void Take(const vh::engine::Removal& removal);
     // Notes are left out.
     void Take(const vh::engine::Message& message);
-    // A call that changes the machine beside the engine is noted, and gives 0.
+    // A call that changes the machine beside the engine is noted, and gives what it does when all goes well.
     std::optional<vh::variant> Instead(std::wstring_view call, std::span<const VARIANT> arguments) override;
     // The script has ended: what is decided from now on is the setup's own.
     void EndScript() { m_asker = L"setup"; }

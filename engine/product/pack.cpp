@@ -213,7 +213,7 @@ std::vector<Entry> Pack::List(const std::wstring& folder) const
     return entries;
 }
 
-void Pack::Check(const PackedFile& packed) const
+void Pack::Check(const PackedFile& packed, const std::function<void()>& between) const
 {
     const unique_file file = OpenToRead(m_file);
     Seek(file, m_file, packed.at);
@@ -226,6 +226,7 @@ void Pack::Check(const PackedFile& packed) const
             break;
         sum = static_cast<uint32_t>(crc32(sum, reinterpret_cast<const Bytef*>(block.get()), static_cast<uInt>(got)));
         left -= got;
+        between();
     }
     if (sum != packed.sum)
         ThrowDamaged(m_file, L"the setup is damaged: " + packed.path + L" is not what was packed");

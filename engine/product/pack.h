@@ -1,6 +1,7 @@
 // Reads a setup in one file.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 
@@ -50,8 +51,9 @@ public:
     const PackedFile* Find(const std::wstring& path) const;
     std::vector<Entry> List(const std::wstring& folder) const;
 
-    // Throws when the stored bytes are not those that were packed; reads them all.
-    void Check(const PackedFile& file) const;
+    // Throws when the stored bytes are not those that were packed; reads them all, and calls `between` from time to
+    // time, which may throw to stop.
+    void Check(const PackedFile& file, const std::function<void()>& between) const;
     // Writes a file with its time. Throws engine_error.
     void Unpack(const PackedFile& file, const std::wstring& target) const;
     // The program as it was before it was packed.

@@ -88,7 +88,9 @@ Decision Decide(const Core& core, const FileToWrite& file, const FileFacts& ther
     made.freed = there.size;
     if (!made.after.empty() && CompareVersions(made.before, made.after) != 0)
         return keep(Why::version);
-    return keep(IsRepaired(core, file) ? Why::damaged : Why::differs);
+    if (IsRepaired(core, file))
+        return keep(Why::damaged);
+    return keep(IsForeign(core, file) || IsOurs(core, file, there) ? Why::differs : Why::overridden);
 }
 
 // What stands there came neither from the product nor from an earlier version of it.

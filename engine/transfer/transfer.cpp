@@ -101,12 +101,12 @@ void CheckSpace(const Core& core, const DataSet& data, const std::vector<Item*>&
     }
 }
 
-// A damaged pack is found out before anything is touched.
-void CheckPacked(const Plan& plan)
+// A damaged pack is found out before anything is touched. That takes its time: it is seen and can be stopped.
+void CheckPacked(const Plan& plan, IEngineProgress& progress)
 {
     for (const PlannedFile& planned : plan.files)
         if (const PackedFile* packed = planned.file->packed)
-            packed->of->Check(*packed);
+            packed->of->Check(*packed, [&] { progress.Advance(0, packed->path); });
 }
 
 void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
@@ -170,8 +170,8 @@ void Transfer(Core& core, DataSet& data, const std::vector<Item*>& items, IUnkno
         CheckTargetStays(core);
     const auto plan = PlanItems(core, data, items);
     CheckSpace(core, data, items);
-    CheckPacked(plan);
     const auto sink = SinkFor(core, plan, progress);
+    CheckPacked(plan, *sink.get());
     try {
         WriteFiles(core, plan, *sink.get());
     } catch (const engine_error& error) {

@@ -83,6 +83,8 @@ answers_say("a secret" 2 "/variables/TOKEN: is a secret" "variables" "{\"TOKEN\"
 expect_file("nothing is left of them" FALSE "${place}/refused")
 answers_say("not asked for" 0 "dialogs/15: the setup did not ask for this answer of \"Elsewhere\"" "dialogs;15"
   "{\"dialog\": \"Elsewhere\", \"control\": 1}" --plan)
+set(target)
+answers_say("no full path" 4 "nowhere: a target has to be a full path" "target" "\"nowhere\"")
 expect("no place" 2 "the answers can't be written" ${answered} --save-answers ${WORK}/nowhere/a.json)
 expect("the test's key goes" 0 "" reg delete ${root} /f)
 message("${checks} runs checked, ${count} files alike")
