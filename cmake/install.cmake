@@ -28,10 +28,12 @@ install(DIRECTORY Src/inc DESTINATION ${VHRT_HEADERS}/Src FILES_MATCHING PATTERN
 install(FILES scriptdata/bstr.h scriptdata/com_object.h scriptdata/com_ptr.h scriptdata/exception.h
   scriptdata/unique.h scriptdata/variant.h DESTINATION ${VHRT_HEADERS}/scriptdata)
 
-install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.schema.json)
+install(DIRECTORY docs DESTINATION . FILES_MATCHING PATTERN *.md PATTERN *.svg PATTERN *.png PATTERN *.schema.json)
 install(FILES types/vhrt.d.ts DESTINATION types)
-install(FILES README.md CHANGELOG.md LICENSE DESTINATION docs)
+# The pages link each other as in the sources.
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE DESTINATION .)
 install(DIRECTORY samples DESTINATION .)
+install(PROGRAMS scripts/stage-sdk DESTINATION scripts)
 # The samples with windows bring their own libraries along, with what these are made of.
 add_dependencies(product vhuser vhskin)
 install(TARGETS vhuser LIBRARY DESTINATION samples/setup-ui)

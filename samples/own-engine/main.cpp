@@ -2,6 +2,7 @@
 //     own_engine FILE TARGET [fail]
 // copies the file to TARGET\files; with "fail" the run ends badly and is taken back.
 #include <cstdio>
+#include <filesystem>
 #include <string_view>
 
 #include <vhrt.h>
@@ -36,11 +37,12 @@ int wmain(int count, wchar_t** words)
         return 2;
     }
     small::Session session;
-    session.variables[L"TARGETDIR"] = words[2];
+    // The library takes full paths alone.
+    session.variables[L"TARGETDIR"] = std::filesystem::absolute(words[2]).wstring();
     ObjectContext* context = __CreateObjectContext(small::MakeHost().get(), small::MakeServices(session).get());
     if (!context)
         return 1;
-    const int32_t code = Script(context, words[1], fail);
+    const int32_t code = Script(context, std::filesystem::absolute(words[1]).c_str(), fail);
     __ReleaseObjectContext(context);
     if (code == 0) {
         for (const std::wstring& path : session.made)

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <utility>
 
 #include <Src/inc/engine_progress.h>
 #include <scriptdata/bstr.h>
@@ -65,8 +66,8 @@ public:
     {
         return Guarded([&] {
             vh::bstr replaced(std::wstring_view(m_session.Substituted(TextOf(*text))));
-            SysFreeString(*text);
-            *text = replaced.detach();
+            vh::bstr before;
+            before.attach(std::exchange(*text, replaced.detach()));
             return S_OK;
         });
     }

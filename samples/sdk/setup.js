@@ -6,8 +6,13 @@
 
 var MEDIA = "DATA";
 
+// Results as the host writes them: small numbers plain, codes in hexadecimal.
+function ResultText(result) {
+    return Math.abs(result) <= 0xFFFF ? String(result) : "0x" + (result >>> 0).toString(16).toUpperCase();
+}
+
 function Fail(what, result) {
-    throw new Error(what + " failed (" + result + ")");
+    throw new Error(what + " failed (" + ResultText(result) + ")");
 }
 
 // Every call that has to work goes through here.
@@ -92,7 +97,7 @@ function CheckMachine() {
 // What a failed read from an address says: the server's answer, or the number of the system's error.
 function Reason(result) {
     var status = (result >>> 0) - 0x8004D3C0;
-    return status >= 100 && status < 1000 ? "the server answers " + status : "system error " + result;
+    return status >= 100 && status < 1000 ? "the server answers " + status : "system error " + ResultText(result);
 }
 
 // Shows the read-me behind the address README_URL, if there is one. It is news, not part of the product: a setup
@@ -156,7 +161,7 @@ function ChangeSelection() {
         names = names ? names.split(",") : [];
         for (var i = 0; i < names.length; i++) {
             var result = ComponentSelectItem(MEDIA, names[i], selected);
-            Print("    ", selected ? "with " : "without ", names[i], result < 0 ? ": refused (" + result + ")" : "");
+            Print("    ", selected ? "with " : "without ", names[i], result < 0 ? ": refused (" + ResultText(result) + ")" : "");
         }
     }
     Each("WITH", 1);

@@ -28,9 +28,14 @@ var VIEW_UNIT = 2, VIEW_DECIMALS = 3, VIEW_PARENT = 20, VIEW_CHILD = 21, VIEW_DE
 
 var chosen = {type: CUSTOM, accepted: false, folder: TargetFolder};
 
+// Results as the host writes them: small numbers plain, codes in hexadecimal.
+function ResultText(result) {
+    return Math.abs(result) <= 0xFFFF ? String(result) : "0x" + (result >>> 0).toString(16).toUpperCase();
+}
+
 function Need(result, what) {
     if (result < 0)
-        throw new Error(what + " failed (" + result + ")");
+        throw new Error(what + " failed (" + ResultText(result) + ")");
     return result;
 }
 
@@ -258,14 +263,14 @@ var pages = [
 ];
 
 var finish = {
-    name: "Finish", number: FINISH,
+    name: "Finish", number: FINISH, focus: IDOK,
     open: function (window) {
         SetControlText(window, ID_FINISH_TEXT, Text("FINISHED", chosen.folder));
         EnableControl(window, ID_SHOW_README, IsSelected("Documents\\Guides"));
         EnableControl(window, ID_START_PROGRAM, IsSelected("Tools\\Tool"));
     },
     leave: function (window) {
-        Follow(window, ID_SHOW_README, "\\docs\\README.md");
+        Follow(window, ID_SHOW_README, "\\README.md");
         Follow(window, ID_START_PROGRAM, "\\bin\\vhtool.exe");
     }
 };

@@ -11,6 +11,7 @@ function(must)
 endfunction()
 
 must(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/sdk)
+must(${CMAKE_CURRENT_LIST_DIR}/links.py ${CMAKE_CURRENT_LIST_DIR}/../.. ${WORK}/sdk)
 
 # The samples as the package brings them; a cross build takes its toolchain file.
 if(TOOLCHAIN)
@@ -42,13 +43,12 @@ endif()
 
 # An engine of the sample's own: what it made, and what it takes back.
 file(WRITE ${WORK}/one.txt "one")
-execute_process(COMMAND ${RUNNER} winepath -w ${WORK} OUTPUT_VARIABLE windows OUTPUT_STRIP_TRAILING_WHITESPACE)
-set(words ${WORK}/own-engine/own_engine.exe ${windows}\\one.txt ${windows}\\own)
-execute_process(COMMAND ${RUNNER} ${words} fail RESULT_VARIABLE result ERROR_VARIABLE out OUTPUT_QUIET)
+set(words ${WORK}/own-engine/own_engine.exe one.txt own)
+execute_process(COMMAND ${RUNNER} ${words} fail WORKING_DIRECTORY ${WORK} RESULT_VARIABLE result ERROR_VARIABLE out OUTPUT_QUIET)
 if(NOT result EQUAL 1 OR NOT out MATCHES "failed with 0x80070002; 4 steps taken back" OR EXISTS ${WORK}/own)
   message(FATAL_ERROR "the failed run ended with ${result} and said\n${out}")
 endif()
-must(${RUNNER} ${words})
+must(${RUNNER} ${words} WORKING_DIRECTORY ${WORK})
 file(READ ${WORK}/own/files/one.txt copied)
 if(NOT copied STREQUAL one OR NOT IS_DIRECTORY ${WORK}/own/empty)
   message(FATAL_ERROR "the small engine copied \"${copied}\" and said\n${out}")
