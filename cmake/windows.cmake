@@ -278,6 +278,12 @@ add_test(NAME host_read_me COMMAND ${CMAKE_SOURCE_DIR}/tests/network/server.py $
   -DWORK=${CMAKE_BINARY_DIR}/host_tests/read_me -P ${CMAKE_SOURCE_DIR}/tests/host/read_me.cmake)
 set_tests_properties(host_read_me PROPERTIES TIMEOUT 300)
 
+# Programs under Wine take turns; what needs none goes beside them.
+get_property(wine_tests DIRECTORY PROPERTY TESTS)
+set_tests_properties(${wine_tests} PROPERTIES RESOURCE_LOCK wine)
+add_test(NAME clang_tidy COMMAND nice -n 19 ${CMAKE_SOURCE_DIR}/scripts/check-tidy)
+set_tests_properties(clang_tidy PROPERTIES TIMEOUT 2400 COST 1000)
+
 # Benchmarks: the host, the DLL of bare twins, and one that has the library's size and nothing else.
 vhrt_sources(floor_sources bench/floor)
 add_library(vhfloor SHARED ${floor_sources} bench/floor/vhfloor.def)
