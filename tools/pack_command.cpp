@@ -109,7 +109,7 @@ void Collect(const std::wstring& folder, std::map<std::wstring, Source>& sources
     while (!waiting.empty()) {
         const std::wstring below = std::move(waiting.back());
         waiting.pop_back();
-        for (const Entry& entry : ListFolder(JoinPath(folder, below))) {
+        for (const Entry& entry : ReadFolder(JoinPath(folder, below))) {
             const std::wstring path = JoinPath(below, entry.name);
             if (entry.facts.folder()) {
                 if (!(entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))

@@ -187,3 +187,24 @@ TEST(Files, OfALinkStay)
     RemoveTree(folder.Setup(L"link"));
     EXPECT_TRUE(Exists(folder.Setup(L"link")));
 }
+
+BOOL WINAPI NextOfNone(HANDLE, WIN32_FIND_DATAW*)
+{
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+TEST(Files, OfAFolderThatCantBeReadMakeNoPayload)
+{
+    const SetupFolder folder;
+    folder.Payload(L"sub\\a.bin", "a");
+    folder.Product(R"("features": [{"name": "A", "files": [{"path": "*", "recurse": true}]}])");
+    const vh::test::Patched next("FindNextFileW", &NextOfNone);
+    try {
+        folder.Open();
+        ADD_FAILURE() << "a payload without what is in it";
+    } catch (const engine_error& error) {
+        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"setup: the folder can't be read"))
+            << error.what();
+    }
+}
