@@ -308,12 +308,12 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 
 } // namespace
 
-void CarryOutPutOff(const std::wstring& dataDir)
+std::optional<Message> CarryOutPutOff(const std::wstring& dataDir)
 {
     // Of no product: nobody's setup is running here.
     const std::wstring log = JoinPath(JoinPath(dataDir, L"-"), L"install.log");
     RequireTrusted(log, DefaultDataDir(true));
-    PutOffList(log).CarryOut();
+    return PutOffList(log).CarryOut();
 }
 
 std::size_t LeftForRemoval(const std::wstring& logFile)
@@ -351,7 +351,7 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
 {
     RequireLog(logFile);
     InstallLog log(logFile);
-    PutOffList(logFile).CarryOut();
+    const auto damage = PutOffList(logFile).CarryOut();
     const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
     auto results = UndoRecords(
@@ -361,6 +361,8 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
         if (onRemoval)
             onRemoval(results.back());
     };
+    if (damage)
+        tell({RemovalOutcome::unreadable, L"list", damage->file, damage->reason});
     for (const long line : damaged)
         tell({RemovalOutcome::unreadable, L"line", logFile + L": " + Number(line), {}});
     // What a killed run took away and no removal knows of gets a second chance, and stays recorded without it.
