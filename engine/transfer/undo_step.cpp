@@ -95,19 +95,27 @@ private:
     const InstallLog* m_draft; // null for steps that are done
 };
 
+// The product's own file goes all the same.
+UndoResult Lost(const LogRecord& record)
+{
+    return {RemovalOutcome::failed, L"what stood here before can't come back: " + record.waits + L" is gone"};
+}
+
 UndoResult RemoveFileRecord(const LogRecord& record, bool superseded, const Hand& hand)
 {
     const FileFacts there = FactsOf(record.what);
     const std::wstring original = OriginalOf(record);
     if (superseded) {
         // That of the first installation, or one that a failed rollback left.
+        if (original.empty() && record.original && !there.exists() && !hand.Looks())
+            return Lost(record);
         if (original.empty() || (there.exists() && !record.original))
             return {RemovalOutcome::absent};
         return hand.Do([&] { return SettleOriginal(record); }) ? UndoResult{RemovalOutcome::restored}
                                                                : Failed(GetLastError());
     }
     if (!there.exists() && original.empty())
-        return {RemovalOutcome::absent};
+        return record.original ? Lost(record) : UndoResult{RemovalOutcome::absent};
     if (const auto keep = there.exists() ? ReasonToKeep(record, there) : std::nullopt) {
         if (record.original && !hand.Do([&] { return SettleOriginal(record); }))
             return Failed(GetLastError());
@@ -117,6 +125,10 @@ UndoResult RemoveFileRecord(const LogRecord& record, bool superseded, const Hand
         return hand.Do([&] { return MoveWhole(original, record.what, record.temp); })
                    ? UndoResult{RemovalOutcome::restored}
                    : Failed(GetLastError());
+    if (record.original) {
+        const bool gone = hand.Do([&] { return RemoveFile(record.what); });
+        return gone ? Lost(record) : Failed(GetLastError());
+    }
     if (record.oldData.empty())
         return hand.Looks() ? UndoResult{RemovalOutcome::removed} : RemoveFileStep(record.what);
     return hand.Do([&] { return ReplaceContent(record.what, FromHex(record.oldData), record.temp); })
