@@ -41,7 +41,7 @@ void TakeAnswers(RunOptions& options, const std::wstring& file)
 
 void CheckPlaceForAnswers(const std::wstring& file) { const AnswerFile place(file); }
 
-AnswerFile::AnswerFile(const std::wstring& file) : m_path(file), m_waiting(file + L".new")
+AnswerFile::AnswerFile(const std::wstring& file) : m_path(file), m_waiting(file + L".~vhanswers")
 {
     const DWORD attributes = GetFileAttributesW(LongPath(file).c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)))
