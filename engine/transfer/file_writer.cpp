@@ -192,13 +192,6 @@ Decision Decide(const Core& core, const FileToWrite& file, const FileFacts& ther
     return keep(IsRepaired(core, file) ? Why::damaged : Why::differs);
 }
 
-// What stands there came neither from the product nor from an earlier version of it.
-bool IsForeign(const Core& core, const FileToWrite& file)
-{
-    const LogRecord* record = core.log->Newest(file.kind, file.target);
-    return !record || record->found;
-}
-
 LogRecord FolderRecord(const std::wstring& folder, const std::wstring& feature, bool loose)
 {
     LogRecord record;
@@ -293,13 +286,23 @@ private:
             if (there.exists()) {
                 step.backup = record.backup = m_core.log->NewAside(file.target, L"old");
                 record.original =
-                    file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(m_core, file);
+                    file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(file);
                 record.shared = record.original && m_core.log->OthersHave(record);
+                if (record.kind == LogKind::shell && !file.loose)
+                    ShareShortcut(record, there);
             }
             step.record = m_records.size();
             m_records.push_back(std::move(record));
         }
         m_steps.push_back(std::move(step));
+    }
+
+    // What stands there came neither from the product nor from an earlier version of it, nor is it what a removal could
+    // not take away yet.
+    bool IsForeign(const FileToWrite& file) const
+    {
+        const LogRecord* record = m_core.log->Newest(file.kind, file.target);
+        return (!record || record->found) && !m_toGo.contains(Upper(file.target));
     }
 
     // A file that waits for the place already comes from an earlier run: the same is not written again, and another
@@ -341,6 +344,19 @@ private:
                 m_records.push_back(std::move(record));
         }
         std::reverse(m_records.begin() + static_cast<std::ptrdiff_t>(mark), m_records.end());
+    }
+
+    // One that replaces another product's; what our own newest one says of that holds on.
+    void ShareShortcut(LogRecord& record, const FileFacts& there)
+    {
+        const LogRecord* own = m_core.log->Newest(record.kind, record.what);
+        if (!own || own->oldData != record.oldData) {
+            if (m_core.log->Others().Placed(record, there.size, there.time))
+                m_core.log->Others().Share(record);
+            return;
+        }
+        record.shared = own->shared;
+        record.firstData = own->firstData;
     }
 
     void Want(const FileToWrite& file)
@@ -420,7 +436,7 @@ private:
         m_core.log->NoteWaiting(id);
         if (const LogRecord* record = m_core.log->Find(id);
             record && record->original && !CopyFileW(LongPath(target).c_str(), LongPath(step.backup).c_str(), TRUE))
-            ThrowFileError(target, InUseWords(target) + L"; it is not the product's, and can't be kept", code);
+            ThrowFileError(target, InUseWords(target) + L"; it was there before the product, and no copy of it can be kept", code);
     }
 
     Core& m_core;

@@ -36,6 +36,7 @@ constexpr Field<std::wstring> text_fields[] = {
     {"what", &LogRecord::what}, {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
     {"temp", &LogRecord::temp}, {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
     {"name", &LogRecord::name}, {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
+    {"firstData", &LogRecord::firstData},
 };
 constexpr Field<uint64_t> size_fields[] = {
     {"size", &LogRecord::size}, {"time", &LogRecord::time}, {"sourceTime", &LogRecord::sourceTime}};
@@ -45,7 +46,10 @@ constexpr Field<bool> truth_fields[] = {{"permanent", &LogRecord::permanent},
                                         {"shared", &LogRecord::shared},
                                         {"loose", &LogRecord::loose}};
 constexpr Field<long> number_fields[] = {
-    {"type", &LogRecord::type}, {"oldType", &LogRecord::oldType}, {"ref", &LogRecord::ref}};
+    {"type", &LogRecord::type},
+    {"oldType", &LogRecord::oldType},
+    {"firstType", &LogRecord::firstType},
+    {"ref", &LogRecord::ref}};
 
 constexpr Field<std::vector<std::wstring>> list_fields[] = {{"list", &LogRecord::list}, {"others", &LogRecord::others}};
 
@@ -133,7 +137,7 @@ bool IsTrusted(const LogRecord& record)
     const bool path = IsFile(record.kind) || record.kind == LogKind::folder || record.kind == LogKind::taken;
     if (path && !IsPlainPath(record.what))
         return false;
-    return record.oldData.empty() || record.kind == LogKind::value || (path && IsShortcutName(record.what));
+    return (record.oldData.empty() && record.firstData.empty()) || record.kind == LogKind::value || (path && IsShortcutName(record.what));
 }
 
 } // namespace

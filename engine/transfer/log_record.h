@@ -64,7 +64,7 @@ struct LogRecord {
     // What stood there was not the product's: it comes back at removal. Behind the commit it waits at `waits`, which
     // the log works out and no line tells.
     bool original = false;
-    bool shared = false; // the original is another product's
+    bool shared = false; // the original, or the old value or shortcut, is another product's
     std::wstring waits;
     // A `waiting` record tells of it: the file at `temp` has not its name yet, or the taken one is still in its place.
     bool waiting = false;
@@ -77,6 +77,9 @@ struct LogRecord {
     std::wstring data;
     long oldType = -1;
     std::wstring oldData;
+    // What stood there before all products that share it, in the same forms.
+    long firstType = -1;
+    std::wstring firstData;
     // The earlier record that this one is about; but for `placed`, `waiting` and `undone` that one counts as undone
     // while this one stands.
     long ref = 0;

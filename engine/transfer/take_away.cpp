@@ -53,7 +53,7 @@ RemovalOutcome TakeFileBack(Core& core, const LogRecord& file)
         return Forget(core, file), RemovalOutcome::absent;
     if (const auto keep = ReasonToKeep(file, there))
         return Forget(core, file), *keep;
-    if (!file.original && core.log->OthersHave(file))
+    if (!file.original && file.oldData.empty() && core.log->OthersHave(file))
         return Forget(core, file), RemovalOutcome::kept_shared;
     LogRecord record = TakenRecord(core, file.what, file.id);
     if (file.oldData.empty()) {
@@ -86,6 +86,8 @@ RemovalOutcome TakeValueBack(Core& core, const LogRecord& value)
     const auto present = ReadValue(place, value.name);
     if (!present || *present != RawValue{static_cast<DWORD>(value.type), FromHex(value.data)})
         return Forget(core, value), present ? RemovalOutcome::kept_changed : RemovalOutcome::absent;
+    if (core.log->Others().Wrote(value, value.type, value.data))
+        return Forget(core, value), RemovalOutcome::kept_shared;
     LogRecord record;
     record.kind = LogKind::value;
     record.what = value.what;
@@ -160,7 +162,7 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
 {
     std::set<std::wstring> seen;
     for (std::size_t i = core.log->Records().size(); i-- > 0;) {
-        const LogRecord record = core.log->Records()[i];
+        LogRecord record = core.log->Records()[i];
         const bool taken = IsFile(record.kind) || record.kind == LogKind::value;
         if (!taken || !IsForRemoval(record) || core.log->Undone(record))
             continue;
@@ -179,6 +181,7 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
             continue;
         if (IsFile(record.kind))
             seen.insert(Upper(record.what));
+        core.log->Others().SettleOld(record);
         TakeOneBack(core, why, record);
     }
 }
