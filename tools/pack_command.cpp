@@ -198,7 +198,8 @@ void Store(PackFile& pack, Source& source, Compression compression)
             hash.Add({block.get(), got});
             add(std::span<const std::byte>(block.get(), got), got != block_size);
         }
-        if (read != packed.size)
+        const FileFacts now = FactsOf(source.path);
+        if (read != packed.size || now.size != packed.size || now.time != packed.time)
             throw engine_error(E_FAIL, source.path, L"changed while it was packed");
         packed.digest = hash.Finish();
     };
