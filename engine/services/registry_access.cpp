@@ -228,7 +228,8 @@ void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring
         record.loose = to.loose;
         const bool there = KeyThere(part, part.key.size() != place.key.size());
         // A key that another product made goes with the last of them.
-        const bool shared = there && !to.loose && to.log->OthersHave(record) && !to.log->Newest(record.kind, record.what);
+        const bool shared =
+            there && !to.loose && to.log->OthersHave(record) && !to.log->Newest(record.kind, record.what);
         if (!part.rootName.empty() && (!there || shared))
             to.log->Append(std::move(record));
         if (there)

@@ -6,6 +6,7 @@
 
 #include "../product/pack.h"
 #include "../sha256.h"
+#include "give_way.h"
 #include "in_use.h"
 #include "removal.h"
 #include "undo_step.h"
@@ -262,7 +263,7 @@ private:
 
     void Plan(const FileToWrite& file)
     {
-        const FileFacts there = FactsOf(file.target);
+        const FileFacts there = m_core.log->Takes(file.target) ? FileFacts() : FactsOf(file.target);
         if (!file.loose) {
             Want(file);
             ShareFolders(file);
@@ -285,9 +286,10 @@ private:
             step.temp = record.temp = m_core.log->NewAside(file.target, L"new");
             if (there.exists()) {
                 step.backup = record.backup = m_core.log->NewAside(file.target, L"old");
-                record.original =
-                    file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(file);
+                record.original = file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(file);
                 record.shared = record.original && m_core.log->OthersHave(record);
+                if (const LogRecord* own = m_core.log->Newest(record.kind, record.what))
+                    record.data = FileNameOf(own->what) == FileNameOf(record.what) ? L"" : FileNameOf(own->what);
                 if (record.kind == LogKind::shell && !file.loose)
                     ShareShortcut(record, there);
             }
@@ -322,10 +324,20 @@ private:
         return false;
     }
 
+    // In a plan what gives way to the folder is still there.
+    std::vector<std::wstring> Missing(const std::wstring& folder) const
+    {
+        if (!m_core.log->IsDraft() || !FactsOf(folder).file() || !m_core.log->Takes(folder))
+            return MissingFolders(folder);
+        std::vector<std::wstring> folders = MissingFolders(FolderOf(folder));
+        folders.push_back(folder);
+        return folders;
+    }
+
     // Those that are missing, and those that a removal could not take away yet: they are the product's again.
     std::vector<std::wstring> FoldersFor(const std::wstring& target) const
     {
-        std::vector<std::wstring> folders = MissingFolders(FolderOf(target));
+        std::vector<std::wstring> folders = Missing(FolderOf(target));
         if (m_toGo.empty())
             return folders;
         for (std::wstring at = FolderOf(target); !at.empty() && at != DriveOf(at); at = FolderOf(at))
@@ -436,7 +448,8 @@ private:
         m_core.log->NoteWaiting(id);
         if (const LogRecord* record = m_core.log->Find(id);
             record && record->original && !CopyFileW(LongPath(target).c_str(), LongPath(step.backup).c_str(), TRUE))
-            ThrowFileError(target, InUseWords(target) + L"; it was there before the product, and no copy of it can be kept", code);
+            ThrowFileError(
+                target, InUseWords(target) + L"; it was there before the product, and no copy of it can be kept", code);
     }
 
     Core& m_core;
@@ -474,6 +487,8 @@ void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged)
 
 void WriteFilesSafely(Core& core, std::span<const FileToWrite> files, const WriterNews& news)
 {
+    if (core.IsOtherVersion())
+        GiveWay(core, files);
     while (!files.empty()) {
         // A target that comes again is looked at when it is there.
         std::set<std::wstring> targets;

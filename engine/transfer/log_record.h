@@ -70,6 +70,7 @@ struct LogRecord {
     bool waiting = false;
     // Matters until the run ends; a removal knows nothing of it.
     bool loose = false;
+    // A file has in data the name of what it replaces, where that is written otherwise (a.txt, A.TXT).
     // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1. A shortcut
     // has in oldData the content of one that is not the product's.
     std::wstring name;

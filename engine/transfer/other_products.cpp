@@ -70,17 +70,15 @@ bool OtherProducts::Have(const LogRecord& record)
 bool OtherProducts::Wrote(const LogRecord& record, long type, const std::wstring& data)
 {
     const auto* others = Of(record);
-    return others && std::ranges::any_of(*others, [&](const LogRecord& other) {
-        return other.type == type && other.data == data;
-    });
+    return others && std::ranges::any_of(
+                         *others, [&](const LogRecord& other) { return other.type == type && other.data == data; });
 }
 
 bool OtherProducts::Placed(const LogRecord& record, uint64_t size, uint64_t time)
 {
     const auto* others = Of(record);
-    return others && std::ranges::any_of(*others, [&](const LogRecord& other) {
-        return other.size == size && other.time == time;
-    });
+    return others && std::ranges::any_of(
+                         *others, [&](const LogRecord& other) { return other.size == size && other.time == time; });
 }
 
 void OtherProducts::Share(LogRecord& record)

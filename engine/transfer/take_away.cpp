@@ -151,11 +151,12 @@ void TakeOneBack(Core& core, Why why, const LogRecord& record)
 
 } // namespace
 
-void TakeAway(Core& core, const std::wstring& path, long back)
+void TakeAway(Core& core, const std::wstring& path, long back, Why why)
 {
-    const bool folder = FactsOf(path).folder();
+    const LogRecord* record = core.log->Find(back);
+    const wchar_t* kind = FactsOf(path).folder() ? L"folder" : KindWord(record ? record->kind : LogKind::shell);
     MoveAside(core, TakenRecord(core, path, back));
-    core.log->Tell({Act::remove, Why::asked, folder ? L"folder" : KindWord(LogKind::shell), path});
+    core.log->Tell({Act::remove, why, kind, path});
 }
 
 void TakeBack(Core& core, Why why, const RecordFilter& wanted)

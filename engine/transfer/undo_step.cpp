@@ -51,8 +51,14 @@ UndoResult RollBackFile(const LogRecord& record)
         return {RemovalOutcome::absent};
     const FileFacts there = FactsOf(record.what);
     if (!record.backup.empty()) {
-        if (FactsOf(record.backup).file())
-            return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+        if (FactsOf(record.backup).file()) {
+            // Under the name that it had, which may have been written otherwise.
+            const bool renamed = SameText(record.data, FileNameOf(record.what));
+            const std::wstring name = renamed ? JoinPath(FolderOf(record.what), record.data) : record.what;
+            const bool free = !renamed || !there.exists() || RemoveFile(record.what);
+            return free && MoveOver(record.backup, name) ? UndoResult{RemovalOutcome::restored}
+                                                         : Failed(GetLastError());
+        }
         // The names were not exchanged, or are back already. What stands there as installed can't be undone any
         // more: it stays the product's.
         return {RemovalOutcome::absent, {}, !IsAsInstalled(record, there)};
@@ -155,6 +161,7 @@ UndoResult UndoFolder(const LogRecord& record, const Hand& hand)
     switch (const DWORD code = GetLastError()) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
+    case ERROR_DIRECTORY: // a file has the place
         return {RemovalOutcome::absent};
     case ERROR_DIR_NOT_EMPTY:
         return {RemovalOutcome::kept_not_empty, {}, false};

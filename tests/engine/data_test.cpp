@@ -141,12 +141,12 @@ TEST(ShellObjects, ThatTwoProductsMakeGoWithTheLast)
     for (const bool newestFirst : {true, false}) {
         SetupFolder folder;
         const auto make = [&](const std::string& members) {
-            folder.Product(members + R"("features": [], "shellObjects": [{"name": "S", "target": "<TARGETDIR>\\p.exe"}])");
+            folder.Product(members +
+                           R"("features": [], "shellObjects": [{"name": "S", "target": "<TARGETDIR>\\p.exe"}])");
             Options options = folder.Given();
             options.variables.emplace_back(L"PROGRAMS", folder.Root() + L"\\programs");
             const auto engine = Engine::Open(options);
-            EXPECT_EQ(S_OK,
-                      ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()));
+            EXPECT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()));
             engine->Commit();
             return engine->LogFile();
         };
@@ -221,13 +221,13 @@ TEST(Files, OfAFolderThatCantBeReadMakeNoPayload)
 {
     const SetupFolder folder;
     folder.Payload(L"sub\\a.bin", "a");
-    folder.Product(R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "*", "recurse": true}]}]}])");
+    folder.Product(
+        R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "*", "recurse": true}]}]}])");
     const vh::test::Patched next("FindNextFileW", &NextOfNone);
     try {
         folder.Open();
         ADD_FAILURE() << "a payload without what is in it";
     } catch (const engine_error& error) {
-        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"setup: the folder can't be read"))
-            << error.what();
+        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"setup: the folder can't be read")) << error.what();
     }
 }

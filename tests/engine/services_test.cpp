@@ -134,7 +134,7 @@ TEST_F(Registry, SetsAreWrittenForSelectedFeaturesAndRemovedByTheLog)
 TEST_F(Registry, LeavesToAnotherProductWhatItHasToo)
 {
     vh::test::Table<const wchar_t*, const wchar_t*, bool> cases = {
-        {L"", L"one", true}, {L"", L"one", false}, {L"", L"two", true}, {L"", L"two", false},
+        {L"", L"one", true},     {L"", L"one", false},     {L"", L"two", true},     {L"", L"two", false},
         {L"mine", L"one", true}, {L"mine", L"one", false}, {L"mine", L"two", true}, {L"mine", L"two", false}};
     for (const auto& [before, text, newestFirst] : cases) {
         SCOPED_TRACE(ToUtf8(before + std::wstring(L" ") + text) + (newestFirst ? " newest first" : ""));
