@@ -74,32 +74,40 @@ std::vector<double> suite::rounds::PerRound(bool as_ratio) const
     return values;
 }
 
-// A round is made of short slices of both sides in turn, so that what disturbs the machine disturbs both alike.
-suite::rounds suite::Alternate(const work& subject, const work& baseline) const
+// A round is made of short slices of all sides in turn, so that what disturbs the machine disturbs all alike.
+std::vector<std::vector<double>> suite::Alternate(std::span<const work> sides) const
 {
     const double round_ns = m_quick ? 3e6 : 30e6;
-    const int count = subject.rounds ? subject.rounds : m_quick ? 5 : 21;
-    // Planning has run both sides once already, which is enough for long work.
-    const int first = subject.rounds ? 0 : -warm_ups;
+    const bool once = sides.front().rounds; // a run of each is a round
+    const int count = once ? sides.front().rounds : m_quick ? 5 : 21;
     constexpr int slices_wanted = 10;
-    const plan plans[] = {PlanFor(subject, round_ns / slices_wanted), PlanFor(baseline, round_ns / slices_wanted)};
-    const work* sides[] = {&subject, &baseline};
-    const double shorter = std::max(std::min(plans[0].once_ns, plans[1].once_ns), 100.0);
-    const int slices = static_cast<int>(round_ns / shorter) + 1;
-    rounds measured;
-    for (int round = first; round < count; ++round) {
-        double total[2] = {};
+    std::vector<plan> plans;
+    double shortest = round_ns;
+    for (const work& side : sides) {
+        plans.push_back(once ? plan{side.units, round_ns} : PlanFor(side, round_ns / slices_wanted));
+        shortest = std::min(shortest, std::max(plans.back().once_ns, 100.0));
+    }
+    const int slices = once ? 1 : static_cast<int>(round_ns / shortest) + 1;
+    std::vector<std::vector<double>> measured(sides.size());
+    for (int round = once ? 0 : -warm_ups; round < count; ++round) {
+        std::vector<double> total(sides.size());
         for (int slice = 0; slice < slices; ++slice)
-            for (int turn = 0; turn < 2; ++turn) {
-                const int side = (round + warm_ups + slice + turn) % 2;
-                total[side] += Time(*sides[side], plans[side].units);
+            for (std::size_t turn = 0; turn < sides.size(); ++turn) {
+                const bool backwards = (round + warm_ups + slice) % 2;
+                const std::size_t side = backwards ? sides.size() - 1 - turn : turn;
+                total[side] += Time(sides[side], plans[side].units);
             }
-        if (round >= 0) {
-            measured.subject.push_back(total[0] / (static_cast<double>(plans[0].units) * slices));
-            measured.baseline.push_back(total[1] / (static_cast<double>(plans[1].units) * slices));
-        }
+        for (std::size_t side = 0; round >= 0 && side < sides.size(); ++side)
+            measured[side].push_back(total[side] / (static_cast<double>(plans[side].units) * slices));
     }
     return measured;
+}
+
+suite::rounds suite::Alternate(const work& subject, const work& baseline) const
+{
+    const work sides[] = {subject, baseline};
+    auto measured = Alternate(sides);
+    return {std::move(measured[0]), std::move(measured[1])};
 }
 
 void suite::Area(std::string name)
@@ -127,12 +135,22 @@ bool suite::Control(const work& baseline)
 
 void suite::Compare(const std::string& name, std::optional<double> goal, const work& subject, const work& baseline)
 {
+    const work sides[] = {subject, baseline};
+    const row rows[] = {{name, goal, 0, 1}};
+    Compare(sides, rows);
+}
+
+void suite::Compare(std::span<const work> sides, std::span<const row> rows)
+{
     if (!m_controlled) {
         m_controlled = true;
-        m_void = !Control(baseline);
+        m_void = !Control(sides[rows.front().baseline]);
     }
-    const rounds measured = Alternate(subject, baseline);
-    Report(name, "", QuartilesOf(measured.PerRound(true)), goal, measured);
+    const auto measured = Alternate(sides);
+    for (const row& r : rows) {
+        const rounds both{measured[r.subject], measured[r.baseline]};
+        Report(r.name, "", QuartilesOf(both.PerRound(true)), r.goal, both);
+    }
 }
 
 void suite::Extra(const std::string& name, double limit, const work& subject, const work& baseline)

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,8 +16,16 @@ struct work {
     std::function<void()> after = {};
     // Units of one run when the container's size matters; 0 lets the harness choose.
     long units = 0;
-    // Rounds, for work that takes many seconds; 0 lets the harness choose.
+    // Rounds, for work that takes many seconds and that no trial precedes; 0 lets the harness choose.
     int rounds = 0;
+};
+
+// A row about two of several works, by their places.
+struct row {
+    std::string name;
+    std::optional<double> goal;
+    std::size_t subject;
+    std::size_t baseline;
 };
 
 // What one side cost in one round, per unit and in nanoseconds.
@@ -38,6 +47,8 @@ public:
 
     // Gates the median of the per-round ratios of time per unit; without a goal it only reports.
     void Compare(const std::string& name, std::optional<double> goal, const work& subject, const work& baseline);
+    // The same for works that take turns in the same rounds.
+    void Compare(std::span<const work> sides, std::span<const row> rows);
     // Gates what the subject costs above the baseline, in nanoseconds per unit.
     void Extra(const std::string& name, double limit, const work& subject, const work& baseline);
     // Gates the growth from N to 10 N units at t(10 N) / t(N) <= 12: 1.2 per unit.
@@ -58,6 +69,8 @@ private:
         std::vector<double> baseline;
         std::vector<double> PerRound(bool as_ratio) const;
     };
+    // Of each side what a unit cost in each round.
+    std::vector<std::vector<double>> Alternate(std::span<const work> sides) const;
     rounds Alternate(const work& subject, const work& baseline) const;
     bool Control(const work& baseline);
     void Report(const std::string& name, const std::string& unit, const quartiles& value, std::optional<double> goal,

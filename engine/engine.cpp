@@ -137,10 +137,11 @@ bool Engine::Maintenance() const { return m_core->product->maintenance; }
 
 std::vector<InstalledFile> Engine::Installed() const
 {
+    std::map<long, std::wstring> sources = m_core->log->Sources();
     std::vector<InstalledFile> files;
     for (const LogRecord* record : m_core->log->Standing(LogKind::file))
-        files.push_back(
-            {record->what, record->source, record->feature, WaitsForItsPlace(*record) ? record->temp : std::wstring()});
+        files.push_back({record->what, std::move(sources[record->id]), record->feature,
+                         WaitsForItsPlace(*record) ? record->temp : std::wstring()});
     return files;
 }
 

@@ -75,24 +75,70 @@ std::wstring FileVersion(const std::wstring& path)
            Number(HIWORD(info->dwFileVersionLS)) + L'.' + Number(LOWORD(info->dwFileVersionLS));
 }
 
-std::string ReadWhole(const std::wstring& path, uint64_t limit)
+namespace {
+
+// A file to be read, of so many bytes at most.
+struct Opened {
+    unique_file file;
+    uint64_t size = 0;
+};
+
+Opened OpenLimited(const std::wstring& path, uint64_t limit)
 {
-    const unique_file file(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                       nullptr, OPEN_EXISTING, 0, nullptr));
-    if (!file)
-        ThrowFileError(path, GetLastError());
+    Opened opened;
+    opened.file.reset(CreateFileW(LongPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                  OPEN_EXISTING, 0, nullptr));
     LARGE_INTEGER size{};
-    if (!GetFileSizeEx(file.get(), &size))
+    if (!opened.file || !GetFileSizeEx(opened.file.get(), &size))
         ThrowFileError(path, GetLastError());
-    if (static_cast<uint64_t>(size.QuadPart) > limit)
+    opened.size = static_cast<uint64_t>(size.QuadPart);
+    if (opened.size > limit)
         throw engine_error(FromWin32(ERROR_FILE_TOO_LARGE), path,
                            L"is larger than " + Number(static_cast<int64_t>(limit)) + L" bytes");
-    std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
+    return opened;
+}
+
+DWORD ReadInto(const unique_file& file, const std::wstring& path, char* room, std::size_t size)
+{
     DWORD got = 0;
-    if (!ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &got, nullptr))
+    if (!ReadFile(file.get(), room, static_cast<DWORD>(size), &got, nullptr))
         ThrowFileError(path, GetLastError());
-    content.resize(got);
+    return got;
+}
+
+} // namespace
+
+std::string ReadWhole(const std::wstring& path, uint64_t limit)
+{
+    const Opened opened = OpenLimited(path, limit);
+    std::string content(static_cast<std::size_t>(opened.size), '\0');
+    content.resize(ReadInto(opened.file, path, content.data(), content.size()));
     return content;
+}
+
+uint64_t ReadLines(const std::wstring& path, uint64_t limit, const std::function<void(std::string_view)>& line)
+{
+    constexpr std::size_t step = 64 * 1024;
+    const Opened opened = OpenLimited(path, limit);
+    // The start of a line whose end is not read yet, and room behind it.
+    std::string room;
+    std::size_t begun = 0;
+    for (uint64_t left = opened.size; left;) {
+        room.resize(begun + step);
+        const DWORD got = ReadInto(opened.file, path, room.data() + begun, step);
+        if (!got)
+            break;
+        left -= std::min<uint64_t>(left, got);
+        std::string_view rest(room.data(), begun + got);
+        // What was there already holds no line end.
+        for (std::size_t end = rest.find('\n', begun); end != rest.npos; end = rest.find('\n')) {
+            line(rest.substr(0, end));
+            rest.remove_prefix(end + 1);
+        }
+        begun = rest.size();
+        room.erase(0, static_cast<std::size_t>(rest.data() - room.data()));
+    }
+    return begun;
 }
 
 bool WriteWhole(const std::wstring& path, std::string_view content)

@@ -34,6 +34,9 @@ FileFacts FactsOf(const std::wstring& path);
 std::wstring FileVersion(const std::wstring& path);
 // At most `limit` bytes; more are an error.
 std::string ReadWhole(const std::wstring& path, uint64_t limit);
+// Gives each line without its end; a longer file than `limit` is an error. Result: how many bytes stand behind the last
+// line end.
+uint64_t ReadLines(const std::wstring& path, uint64_t limit, const std::function<void(std::string_view)>& line);
 // False, with the thread's last error set, when the file can't be written whole.
 bool WriteWhole(const std::wstring& path, std::string_view content);
 

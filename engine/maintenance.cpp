@@ -106,6 +106,8 @@ void TakeOver(Core& core)
         core.installedVersion = TextIn(selection, version_text);
         core.installedTarget = TextIn(selection, target_text);
         core.kind = KindOf(core);
+        if (core.IsOtherVersion())
+            core.log->RememberWishes();
         if (core.kind == RunKind::downgrade && !core.options.allowDowngrade)
             throw engine_error(HRESULT_FROM_WIN32(ERROR_PRODUCT_VERSION), core.product->product->file,
                                L"version " + core.installedVersion + L" is installed, which is higher than " +

@@ -24,7 +24,21 @@ void Require(NTSTATUS status)
         throw engine_error(HRESULT_FROM_NT(status), {}, L"the system's SHA-256 can't be used");
 }
 
-void Wait(const unique_handle& event) { WaitForSingleObject(event.get(), INFINITE); }
+// Has the lock while it lives, but for the time between Leave and Enter.
+class Turn {
+public:
+    explicit Turn(SRWLOCK& lock) : m_lock(lock) { Enter(); }
+    ~Turn() { Leave(); }
+    Turn(const Turn&) = delete;
+    Turn& operator=(const Turn&) = delete;
+
+    void Enter() { AcquireSRWLockExclusive(&m_lock); }
+    void Leave() { ReleaseSRWLockExclusive(&m_lock); }
+    void Await(CONDITION_VARIABLE& until) { SleepConditionVariableSRW(&until, &m_lock, INFINITE, 0); }
+
+private:
+    SRWLOCK& m_lock;
+};
 
 // Opened once for the process.
 BCRYPT_ALG_HANDLE Provider()
@@ -64,49 +78,81 @@ std::wstring Sha256::Finish()
     return ToHex({digest.data(), digest.size()});
 }
 
-Sha256Beside::Sha256Beside()
-    : m_given(CreateEventW(nullptr, FALSE, FALSE, nullptr)), m_taken(CreateEventW(nullptr, FALSE, TRUE, nullptr))
+Sha256Beside::Sha256Beside(std::span<std::byte> room) : m_room(room)
 {
-    if (!m_given || !m_taken)
-        throw engine_error(E_OUTOFMEMORY, {}, L"the system gives no events");
     m_thread = std::thread([this] { Work(); });
 }
 
 Sha256Beside::~Sha256Beside()
 {
-    Wait(m_taken);
-    m_bytes = {};
-    SetEvent(m_given.get());
+    {
+        const Turn turn(m_lock);
+        m_over = true;
+    }
+    WakeConditionVariable(&m_given);
     m_thread.join();
+}
+
+std::span<std::byte> Sha256Beside::Block(std::size_t number) const
+{
+    const std::size_t size = m_room.size() / blocks;
+    return m_room.subspan(number % blocks * size, size);
 }
 
 void Sha256Beside::Work()
 {
-    for (Wait(m_given); !m_bytes.empty(); Wait(m_given)) {
-        try {
-            m_hash.Add(m_bytes);
-        } catch (const engine_error&) {
-            m_failure = std::current_exception();
-        }
-        SetEvent(m_taken.get());
+    Turn turn(m_lock);
+    for (;;) {
+        while (m_hashed == m_added && !m_over)
+            turn.Await(m_given);
+        if (m_over)
+            return;
+        const auto bytes = Block(m_hashed).first(m_sizes[m_hashed % blocks]);
+        turn.Leave();
+        Hash(bytes);
+        turn.Enter();
+        ++m_hashed;
+        WakeConditionVariable(&m_taken);
     }
 }
 
-void Sha256Beside::Add(std::span<const std::byte> bytes)
+void Sha256Beside::Hash(std::span<const std::byte> bytes)
 {
-    if (bytes.empty())
+    try {
+        m_hash.Add(bytes);
+    } catch (const engine_error&) {
+        m_failure = std::current_exception();
+    }
+}
+
+std::span<std::byte> Sha256Beside::Free()
+{
+    Turn turn(m_lock);
+    while (m_added - m_hashed == blocks)
+        turn.Await(m_taken);
+    return Block(m_added);
+}
+
+void Sha256Beside::Add(std::size_t size)
+{
+    if (!size)
         return;
-    Wait(m_taken);
-    m_bytes = bytes;
-    SetEvent(m_given.get());
+    {
+        const Turn turn(m_lock);
+        m_sizes[m_added++ % blocks] = size;
+    }
+    WakeConditionVariable(&m_given);
 }
 
 std::wstring Sha256Beside::Finish()
 {
-    Wait(m_taken);
-    SetEvent(m_taken.get());
+    {
+        Turn turn(m_lock);
+        while (m_hashed != m_added)
+            turn.Await(m_taken);
+    }
     if (m_failure)
-        std::rethrow_exception(m_failure);
+        std::rethrow_exception(std::exchange(m_failure, nullptr));
     return m_hash.Finish();
 }
 

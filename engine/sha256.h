@@ -1,6 +1,7 @@
 // SHA-256 by the system's own provider.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <exception>
 #include <span>
@@ -37,24 +38,36 @@ private:
 // The same on a thread of its own, beside whoever reads and writes.
 class Sha256Beside {
 public:
-    Sha256Beside();
+    // Divides the room, which has to outlive the object, into blocks.
+    explicit Sha256Beside(std::span<std::byte> room);
     ~Sha256Beside();
     Sha256Beside(const Sha256Beside&) = delete;
     Sha256Beside& operator=(const Sha256Beside&) = delete;
 
-    // The bytes have to stay as they are until the next call returns.
-    void Add(std::span<const std::byte> bytes);
+    // The next block; it and what it holds stay as they are until it comes up again.
+    std::span<std::byte> Free();
+    // So many bytes of that block are part of the content.
+    void Add(std::size_t size);
+    // As that of Sha256.
     std::wstring Finish();
 
 private:
     void Work();
+    void Hash(std::span<const std::byte> bytes);
+    std::span<std::byte> Block(std::size_t number) const;
 
+    static constexpr std::size_t blocks = 8;
+    std::span<std::byte> m_room;
     Sha256 m_hash;
-    std::span<const std::byte> m_bytes; // none ends the thread
+    // The system's own, which need no call into it while nobody waits.
+    SRWLOCK m_lock = SRWLOCK_INIT;
+    CONDITION_VARIABLE m_given = CONDITION_VARIABLE_INIT;
+    CONDITION_VARIABLE m_taken = CONDITION_VARIABLE_INIT;
+    std::array<std::size_t, blocks> m_sizes{};
+    std::size_t m_added = 0;  // blocks so far
+    std::size_t m_hashed = 0; // of them
+    bool m_over = false;
     std::exception_ptr m_failure;
-    // Events: the run-time library's own semaphores may sleep for ever.
-    unique_handle m_given;
-    unique_handle m_taken;
     std::thread m_thread;
 };
 

@@ -1,33 +1,54 @@
 #include "text.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vh::engine {
 
+namespace {
+
+// Most texts are plain ASCII, for which the system need not be asked.
+template <class Text>
+bool IsAscii(Text text)
+{
+    return std::all_of(text.begin(), text.end(), [](auto c) { return c >= 0 && c < 0x80; });
+}
+
+} // namespace
+
 std::wstring ToWide(std::string_view utf8)
 {
+    if (IsAscii(utf8))
+        return {utf8.begin(), utf8.end()};
     const int size = static_cast<int>(utf8.size());
-    const int length = size ? MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0) : 0;
+    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0);
     std::wstring wide(static_cast<std::size_t>(length), L'\0');
-    if (length)
-        MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), length);
+    MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, wide.data(), length);
     return wide;
 }
 
 std::string ToUtf8(std::wstring_view text)
 {
+    std::string utf8;
+    if (IsAscii(text)) {
+        utf8.resize(text.size());
+        std::transform(text.begin(), text.end(), utf8.begin(), [](wchar_t c) { return static_cast<char>(c); });
+        return utf8;
+    }
     const int size = static_cast<int>(text.size());
-    const int length = size ? WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr) : 0;
-    std::string utf8(static_cast<std::size_t>(length), '\0');
-    if (length)
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), length, nullptr, nullptr);
+    const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
+    utf8.resize(static_cast<std::size_t>(length));
+    WideCharToMultiByte(CP_UTF8, 0, text.data(), size, utf8.data(), length, nullptr, nullptr);
     return utf8;
 }
 
 std::wstring Upper(std::wstring_view text)
 {
     std::wstring upper(text);
-    if (!upper.empty())
+    if (IsAscii(text))
+        std::transform(upper.begin(), upper.end(), upper.begin(),
+                       [](wchar_t c) { return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c; });
+    else
         CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
     return upper;
 }
@@ -142,11 +163,13 @@ std::wstring FullPath(const std::wstring& path)
 {
     if (path.empty())
         return {};
-    const DWORD size = GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
-    if (!size)
-        return {};
-    std::wstring full(size, L'\0');
-    full.resize(GetFullPathNameW(path.c_str(), size, full.data(), nullptr));
+    std::array<wchar_t, MAX_PATH> room;
+    const DWORD size = GetFullPathNameW(path.c_str(), room.size(), room.data(), nullptr);
+    std::wstring full(room.data(), size < room.size() ? size : 0);
+    if (size >= room.size()) {
+        full.resize(size);
+        full.resize(GetFullPathNameW(path.c_str(), size, full.data(), nullptr));
+    }
     while (full.size() > 3 && full.back() == L'\\')
         full.pop_back();
     return full;

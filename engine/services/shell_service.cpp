@@ -2,7 +2,9 @@
 
 #include <shellapi.h>
 
+#include "../transfer/file_decision.h"
 #include "../transfer/file_writer.h"
+#include "../transfer/logged_folders.h"
 #include "../transfer/take_away.h"
 
 namespace vh::engine {

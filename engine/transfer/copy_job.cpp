@@ -1,5 +1,7 @@
 #include "copy_job.h"
 
+#include "logged_folders.h"
+
 #include "removal.h"
 #include "transfer_sink.h"
 

@@ -29,21 +29,17 @@ struct FileToWrite {
     bool compare = false;
 };
 
-// Makes the missing folders of a path, each one recorded before; those that are not logged stay also after a failure.
-void MakeLoggedFolders(Core& core, const std::wstring& path, bool logged);
-
-// What stands there is what the product's newest record of the file says.
-bool IsOurs(const Core& core, const FileToWrite& file, const FileFacts& there);
-
 struct WriterNews {
     // Bytes as they are written, and those of files that stay; may throw to stop.
     std::function<void(uint64_t, const FileToWrite&)> advance;
 };
 
-// Makes the folders above as well. Records reach the log in batches, and the disk before a file is replaced. A failure
-// leaves what is done so far for UndoRecords.
-void WriteFilesSafely(Core& core, std::span<const FileToWrite> files, const WriterNews& news);
-// The same; after a failure everything is as before.
+// Gives one file after another, and false at the end.
+using FileSource = std::function<bool(FileToWrite&)>;
+
+// Makes the folders above as well. Records reach the log in batches, and the disk before a file is replaced. After a
+// failure everything is as before.
+void WriteAllOrNothing(Core& core, const FileSource& files, const WriterNews& news);
 void WriteAllOrNothing(Core& core, std::span<const FileToWrite> files, const WriterNews& news);
 
 } // namespace vh::engine

@@ -1,8 +1,6 @@
 #include "give_way.h"
 
 #include <algorithm>
-#include <iterator>
-#include <set>
 
 #include "take_away.h"
 #include "undo_step.h"
@@ -56,21 +54,18 @@ std::vector<Thing> TreeThatGoes(Core& core, const std::wstring& top)
 
 } // namespace
 
-void GiveWay(Core& core, std::span<const FileToWrite> files)
+void WayGiver::GiveWayTo(const FileToWrite& file)
 {
+    if (file.loose || !m_core.IsOtherVersion())
+        return;
     std::vector<Thing> going;
-    std::set<std::wstring> folders;
-    for (const FileToWrite& file : files) {
-        if (file.loose)
-            continue;
-        if (core.log->Newest(LogKind::folder, file.target) && FactsOf(file.target).folder())
-            std::ranges::move(TreeThatGoes(core, file.target), std::back_inserter(going));
-        for (std::wstring at = FolderOf(file.target); folders.insert(at).second; at = FolderOf(at))
-            if (const LogRecord* record = FileThatGoes(core, at))
-                going.push_back({at, record->id});
-    }
+    if (m_core.log->Newest(LogKind::folder, file.target) && FactsOf(file.target).folder())
+        going = TreeThatGoes(m_core, file.target);
+    for (std::wstring at = FolderOf(file.target); m_met.insert(at).second; at = FolderOf(at))
+        if (const LogRecord* record = FileThatGoes(m_core, at))
+            going.push_back({at, record->id});
     for (const Thing& thing : going)
-        TakeAway(core, thing.path, thing.record, Why::dropped);
+        TakeAway(m_core, thing.path, thing.record, Why::dropped);
 }
 
 } // namespace vh::engine

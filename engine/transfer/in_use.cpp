@@ -56,11 +56,16 @@ bool IsInUse(const std::wstring& path, DWORD code)
         return true;
     if (code != ERROR_ACCESS_DENIED || !FactsOf(path).file())
         return false;
-    // A program that runs can't be deleted for want of access, so it seems; opened for writing it says what it is.
-    const unique_file file(CreateFileW(LongPath(path).c_str(), GENERIC_WRITE,
-                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                                       0, nullptr));
-    return !file && GetLastError() == ERROR_SHARING_VIOLATION;
+    // The system calls it want of access where somebody has the file open. A program that runs can't be opened for
+    // writing, and what was opened without leave to delete it not for that.
+    for (const DWORD access : {DWORD{GENERIC_WRITE}, DWORD{DELETE}}) {
+        const unique_file file(CreateFileW(LongPath(path).c_str(), access,
+                                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                           OPEN_EXISTING, 0, nullptr));
+        if (!file && GetLastError() == ERROR_SHARING_VIOLATION)
+            return true;
+    }
+    return false;
 }
 
 std::wstring InUseWords(const std::wstring& path)

@@ -104,58 +104,59 @@ void InstallLog::ThrowClaimed() const
 
 void InstallLog::Read()
 {
-    const std::string content = ReadWhole(m_file, largest_log);
-    for (std::size_t start = 0, number = 1; start < content.size(); ++number) {
-        const std::size_t end = content.find('\n', start);
-        if (end == std::string::npos)
-            break;
-        std::string_view line = std::string_view(content).substr(start, end - start);
+    long number = 0;
+    const uint64_t torn = ReadLines(m_file, largest_log, [&](std::string_view line) {
+        ++number;
+        m_wholeBytes += line.size() + 1;
         // An editor's line ends are no damage.
         if (line.ends_with('\r'))
             line.remove_suffix(1);
         if (auto record = FromLine(line)) {
             Keep(std::move(*record));
         } else {
-            m_damaged.push_back(static_cast<long>(number));
+            m_damaged.push_back(number);
             m_damagedAt.insert(m_records.size());
         }
-        start = end + 1;
-        m_wholeBytes = start;
-    }
-    if (m_writer && m_wholeBytes != content.size())
+    });
+    if (m_writer && torn)
         CutAt(m_wholeBytes);
     m_unfinished = FindUnfinished();
 }
 
+LogRecord* InstallLog::Known(long id)
+{
+    const auto at = m_index.Find(id);
+    return at ? &m_records[*at] : nullptr;
+}
+
 void InstallLog::Keep(LogRecord record)
 {
-    const std::size_t index = m_records.size();
     if (record.original)
         record.waits = JoinPath(OriginalsFolder(), Number(record.id));
     m_lastId = std::max(m_lastId, record.id);
     if (record.kind == LogKind::undone) {
         m_undone.insert(record.ref);
     } else if (record.kind == LogKind::placed) {
-        if (const auto of = m_byId.find(record.ref); of != m_byId.end()) {
-            LogRecord& file = m_records[of->second];
-            file.sourceTime = file.time;
-            file.size = record.size;
-            file.time = record.time;
+        if (LogRecord* file = Known(record.ref)) {
+            file->sourceTime = file->time;
+            file->size = record.size;
+            file->time = record.time;
         }
     } else if (record.kind == LogKind::waiting) {
-        if (const auto of = m_byId.find(record.ref); of != m_byId.end())
-            m_records[of->second].waiting = true;
+        if (LogRecord* file = Known(record.ref))
+            file->waiting = true;
     } else if (record.kind == LogKind::content) {
         for (const auto& [id, digest] : record.texts)
-            if (const auto of = m_byId.find(wcstol(id.c_str(), nullptr, 10)); of != m_byId.end())
-                m_records[of->second].digest = digest;
+            if (LogRecord* file = Known(wcstol(id.c_str(), nullptr, 10)))
+                file->digest = FromHex(digest);
+        record.texts.clear();
     } else if (record.ref) {
         m_takenBack[record.ref].push_back(record.id);
     }
-    if (!record.what.empty())
-        m_byName[Upper(record.what)].push_back(index);
-    m_byId[record.id] = index;
+    // Seldom asked for: the file has it.
+    std::exchange(record.source, {});
     m_records.push_back(std::move(record));
+    m_index.AddNewest();
 }
 
 bool InstallLog::Undone(const LogRecord& record) const
@@ -358,6 +359,12 @@ void InstallLog::NotePlaced(long id, uint64_t size, uint64_t time)
     Append(std::move(record));
 }
 
+void InstallLog::HasItsName(long id)
+{
+    if (LogRecord* file = Known(id); file && file->backup.empty())
+        std::exchange(file->temp, {});
+}
+
 void InstallLog::NoteWaiting(long id)
 {
     LogRecord record;
@@ -379,8 +386,22 @@ void InstallLog::NoteContents(std::map<std::wstring, std::wstring> digests)
 
 const LogRecord* InstallLog::Find(long id) const
 {
-    const auto found = m_byId.find(id);
-    return found == m_byId.end() ? nullptr : &m_records[found->second];
+    const auto at = m_index.Find(id);
+    return at ? &m_records[*at] : nullptr;
+}
+
+std::map<long, std::wstring> InstallLog::Sources() const
+{
+    std::map<long, std::wstring> sources;
+    if (!FactsOf(m_file).file())
+        return sources;
+    ReadLines(m_file, largest_log, [&](std::string_view line) {
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        if (auto record = FromLine(line); record && !record->source.empty())
+            sources[record->id] = std::move(record->source);
+    });
+    return sources;
 }
 
 const LogRecord* InstallLog::Newest(LogKind kind, std::wstring_view what) const
@@ -401,26 +422,23 @@ const LogRecord* InstallLog::Waiting(LogKind kind, std::wstring_view what) const
 
 const LogRecord* InstallLog::NewestThat(LogKind kind, std::wstring_view what, bool waits) const
 {
-    const auto named = m_byName.find(Upper(what));
-    if (named == m_byName.end())
-        return nullptr;
-    for (auto index = named->second.rbegin(); index != named->second.rend(); ++index) {
-        const LogRecord& record = m_records[*index];
-        if (record.kind == kind && !record.loose && !record.ref && !Undone(record) && WaitsForItsPlace(record) == waits)
-            return &record;
-    }
-    return nullptr;
+    return m_index.FindNamed(what, [&](const LogRecord& record) {
+        return record.kind == kind && !record.loose && !record.ref && !Undone(record) &&
+               WaitsForItsPlace(record) == waits;
+    });
 }
 
 std::vector<const LogRecord*> InstallLog::Standing(LogKind kind) const
 {
+    const auto stands = [&](const LogRecord& record) {
+        return record.kind == kind && !record.loose && !record.ref && !Undone(record);
+    };
     std::vector<const LogRecord*> standing;
-    std::set<std::wstring> seen;
-    for (auto record = m_records.rbegin(); record != m_records.rend(); ++record)
-        if (record->kind == kind && !record->loose && !record->ref && !Undone(*record) &&
-            seen.insert(KeyOf(record->what, record->name)).second)
-            standing.push_back(&*record);
-    std::reverse(standing.begin(), standing.end());
+    for (const LogRecord& record : m_records)
+        if (stands(record) && &record == m_index.FindNamed(record.what, [&](const LogRecord& other) {
+                return stands(other) && Upper(other.name) == Upper(record.name);
+            }))
+            standing.push_back(&record);
     return standing;
 }
 
@@ -435,8 +453,7 @@ void InstallLog::Clear()
     if (!m_draft)
         CutAt(0);
     m_records.clear();
-    m_byName.clear();
-    m_byId.clear();
+    m_index.Clear();
     m_undone.clear();
     m_takenBack.clear();
     m_damaged.clear();

@@ -10,6 +10,7 @@
 #include "../files.h"
 #include "log_record.h"
 #include "other_products.h"
+#include "record_index.h"
 
 namespace vh::engine {
 
@@ -52,7 +53,8 @@ public:
         if (m_news)
             m_news(decision);
     }
-    const std::vector<LogRecord>& Records() const { return m_records; }
+    // A record stays where it is in memory while others come.
+    const std::deque<LogRecord>& Records() const { return m_records; }
     // Numbers of the lines that could not be read, from 1.
     const std::vector<long>& DamagedLines() const { return m_damaged; }
     // The record was undone, or a later one that still stands took it back.
@@ -86,18 +88,34 @@ public:
     // The size and time that the target kept for the file of a record.
     void NotePlaced(long id, uint64_t size, uint64_t time);
 
+    // The new file of a record has its name; nothing is left under the temporary one, which this object forgets.
+    void HasItsName(long id);
+
     // The file of a record is in use; on the disk before this returns.
     void NoteWaiting(long id);
 
     // SHA-256 of what files hold, by the number of their records.
     void NoteContents(std::map<std::wstring, std::wstring> digests);
     // The run of this object wants the thing to be there, though it may have left it as it was. An upgrade takes away
-    // what nobody wants.
-    void Want(std::wstring_view what, std::wstring_view name = {}) { m_wanted.insert(KeyOf(what, name)); }
+    // what nobody wants; other runs need not remember it.
+    void RememberWishes() { m_remembers = true; }
+    bool RemembersWishes() const { return m_remembers; }
+    void Want(std::wstring_view what, std::wstring_view name = {})
+    {
+        if (m_remembers)
+            m_wanted.insert(KeyOf(what, name));
+    }
     bool IsWanted(const LogRecord& record) const { return m_wanted.contains(KeyOf(record.what, record.name)); }
 
     // Null when there is none.
     const LogRecord* Find(long id) const;
+    // Where the files of records came from, by their numbers; read from the log, which keeps them for people.
+    std::map<long, std::wstring> Sources() const;
+    // Whether any record has that name.
+    bool Knows(std::wstring_view what) const
+    {
+        return m_index.FindNamed(what, [](const LogRecord&) { return true; });
+    }
     // The newest record of a kind and name that is not undone and that a removal knows; null when there is none. A file
     // that waits for its place is not there yet.
     const LogRecord* Newest(LogKind kind, std::wstring_view what) const;
@@ -130,6 +148,7 @@ private:
     void Write(const std::string& lines);
     void CutAt(uint64_t size);
     void Keep(LogRecord record);
+    LogRecord* Known(long id);
     void NoteDraft(const LogRecord& record);
     std::wstring OwnerFile() const;
     std::wstring OriginalsFolder() const;
@@ -143,14 +162,14 @@ private:
     DecisionNews m_news;
     std::wstring m_token; // of this log's names
     long m_asides = 0;
-    std::vector<LogRecord> m_records;
-    std::unordered_map<std::wstring, std::vector<std::size_t>> m_byName; // upper case, to records in their order
-    std::unordered_map<long, std::size_t> m_byId;
+    std::deque<LogRecord> m_records;
+    RecordIndex m_index{m_records};
     std::set<long> m_undone;
     std::unordered_map<long, std::vector<long>> m_takenBack; // a record to those that took it back
     std::vector<long> m_damaged;
     std::set<std::size_t> m_damagedAt; // how many records stand before each damaged line
     std::set<long> m_unfinished;
+    bool m_remembers = false;
     std::set<std::wstring> m_wanted;
     unique_file m_writer;
     unique_file m_owner;       // tells others whose claim it is; goes with the process

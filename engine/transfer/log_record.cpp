@@ -72,19 +72,6 @@ void Put(json& line, const LogRecord& record, const Field<Value> (&fields)[Count
         }
 }
 
-template <class Value, std::size_t Count>
-void Get(const json& line, LogRecord& record, const Field<Value> (&fields)[Count])
-{
-    for (const Field<Value>& field : fields) {
-        if (const auto found = line.find(field.key); found == line.end())
-            continue;
-        else if constexpr (std::is_same_v<Value, std::wstring>)
-            record.*field.field = ToWide(found->template get<std::string>());
-        else
-            record.*field.field = found->template get<Value>();
-    }
-}
-
 // The check sum of IEEE 802.3.
 uint32_t Crc32(std::string_view bytes)
 {
@@ -140,6 +127,103 @@ bool IsTrusted(const LogRecord& record)
            (path && IsShortcutName(record.what));
 }
 
+// Fills a record while a line is read. Members that it does not know are passed over; one of another type than it
+// should have ends the reading.
+class LineReader : public nlohmann::json_sax<json> {
+public:
+    LogRecord& record() { return m_record; }
+    // What no record is without.
+    bool IsWhole() const { return m_named && m_numbered && m_ofRun; }
+
+    bool key(std::string& name) override
+    {
+        (m_depth == 1 ? m_key : m_inner) = name;
+        return true;
+    }
+    bool string(std::string& value) override
+    {
+        if (m_depth > 1)
+            return StringWithin(value);
+        if (m_key == "do")
+            return Kind(value);
+        if (auto* text = Named(text_fields))
+            return *text = ToWide(value), true;
+        return IsUnknown();
+    }
+    bool number_unsigned(std::uint64_t value) override
+    {
+        if (m_depth == 1)
+            if (auto* size = Named(size_fields))
+                return *size = value, true;
+        return value > LONG_MAX ? IsUnknown() : number_integer(static_cast<std::int64_t>(value));
+    }
+    bool number_integer(std::int64_t value) override
+    {
+        if (m_depth > 1)
+            return IsUnknown();
+        long* number = m_key == "id" ? &m_record.id : m_key == "run" ? &m_record.run : Named(number_fields);
+        if (!number || value < LONG_MIN || value > LONG_MAX)
+            return IsUnknown();
+        m_numbered |= number == &m_record.id;
+        m_ofRun |= number == &m_record.run;
+        return *number = static_cast<long>(value), true;
+    }
+    bool boolean(bool value) override
+    {
+        if (auto* truth = m_depth == 1 ? Named(truth_fields) : nullptr)
+            return *truth = value, true;
+        return IsUnknown();
+    }
+    bool number_float(double, const std::string&) override { return IsUnknown(); }
+    bool null() override { return IsUnknown(); }
+    bool binary(json::binary_t&) override { return false; }
+    bool start_object(std::size_t) override { return ++m_depth == 1 || m_key == "texts" ? m_depth <= 2 : IsUnknown(); }
+    bool start_array(std::size_t) override { return ++m_depth == 2 && Named(list_fields) ? true : IsUnknown(); }
+    bool end_object() override { return --m_depth >= 0; }
+    bool end_array() override { return --m_depth >= 0; }
+    bool parse_error(std::size_t, const std::string&, const json::exception&) override { return false; }
+
+private:
+    bool Kind(const std::string& name)
+    {
+        const auto* known = std::find_if(std::begin(kind_names), std::end(kind_names),
+                                         [&](const KindName& entry) { return name == entry.name; });
+        m_named = known != std::end(kind_names);
+        return m_named && (m_record.kind = known->kind, true);
+    }
+    bool StringWithin(const std::string& value)
+    {
+        if (m_key == "texts")
+            m_record.texts[ToWide(m_inner)] = ToWide(value);
+        else if (auto* list = Named(list_fields))
+            list->push_back(ToWide(value));
+        return true;
+    }
+    // The field of the member in hand; null when it is not among these.
+    template <class Value, std::size_t Count>
+    Value* Named(const Field<Value> (&fields)[Count])
+    {
+        for (const Field<Value>& field : fields)
+            if (m_key == field.key)
+                return &(m_record.*field.field);
+        return nullptr;
+    }
+    // Not one of the members that have a type of their own.
+    bool IsUnknown()
+    {
+        return m_key != "do" && m_key != "id" && m_key != "run" && m_key != "texts" && !Named(text_fields) &&
+               !Named(size_fields) && !Named(truth_fields) && !Named(number_fields) && !Named(list_fields);
+    }
+
+    LogRecord m_record;
+    std::string m_key;
+    std::string m_inner; // in an object within
+    int m_depth = 0;
+    bool m_named = false;
+    bool m_numbered = false;
+    bool m_ofRun = false;
+};
+
 } // namespace
 
 std::string ToLine(const LogRecord& record)
@@ -164,38 +248,18 @@ std::optional<LogRecord> FromLine(std::string_view text)
 {
     if (text.size() <= sum_member_size)
         return std::nullopt;
-    const std::string body = std::string(text.substr(0, text.size() - sum_member_size)) + '}';
+    std::string body(text.substr(0, text.size() - sum_member_size));
+    body += '}';
     if (text.substr(text.size() - sum_member_size) != SumMember(body))
         return std::nullopt;
-    try {
-        const json line = json::parse(body);
-        LogRecord record;
-        const std::string name = line.at("do").get<std::string>();
-        const auto* known = std::find_if(std::begin(kind_names), std::end(kind_names),
-                                         [&](const KindName& entry) { return name == entry.name; });
-        if (known == std::end(kind_names))
-            return std::nullopt;
-        record.kind = known->kind;
-        record.id = line.at("id").get<long>();
-        record.run = line.at("run").get<long>();
-        Get(line, record, text_fields);
-        Get(line, record, size_fields);
-        Get(line, record, truth_fields);
-        Get(line, record, number_fields);
-        for (const auto& [list, field] : list_fields)
-            if (const auto found = line.find(list); found != line.end())
-                for (const json& entry : *found)
-                    (record.*field).push_back(ToWide(entry.get<std::string>()));
-        if (const auto texts = line.find("texts"); texts != line.end())
-            for (const auto& [key, value] : texts->items())
-                record.texts[ToWide(key)] = ToWide(value.get<std::string>());
-        if (record.id > 0 && record.id <= largest_number && record.run >= 0 && record.run <= largest_number &&
-            IsTrusted(record))
-            return record;
-    } catch (const json::exception&) {
-        // Well-formed by its sum, but no record.
-    }
-    return std::nullopt;
+    LineReader reader;
+    if (!json::sax_parse(body, &reader) || !reader.IsWhole())
+        return std::nullopt;
+    LogRecord& record = reader.record();
+    if (record.id <= 0 || record.id > largest_number || record.run < 0 || record.run > largest_number ||
+        !IsTrusted(record))
+        return std::nullopt;
+    return std::move(record);
 }
 
 std::wstring Readable(const LogRecord& record)
@@ -216,42 +280,6 @@ std::wstring Readable(const LogRecord& record)
     for (const std::wstring& entry : record.list)
         line += L" " + entry + L";";
     return line;
-}
-
-namespace {
-
-constexpr std::wstring_view aside_mark = L".~vh";
-constexpr std::wstring_view aside_endings[] = {L".new", L".old"};
-
-} // namespace
-
-std::wstring AsideName(const std::wstring& target, const std::wstring& token, long number, const wchar_t* ending)
-{
-    return JoinPath(FolderOf(target), std::wstring(aside_mark) + token + L"-" + Number(number) + L"." + ending);
-}
-
-bool IsAsideName(std::wstring_view name)
-{
-    if (!name.starts_with(aside_mark))
-        return false;
-    return std::any_of(std::begin(aside_endings), std::end(aside_endings), [&](std::wstring_view ending) {
-        if (!name.ends_with(ending) || name.size() < aside_mark.size() + ending.size() + 3)
-            return false;
-        const std::wstring_view middle =
-            name.substr(aside_mark.size(), name.size() - aside_mark.size() - ending.size());
-        return middle.find_first_not_of(L"0123456789abcdef-") == middle.npos;
-    });
-}
-
-bool IsShortcutName(std::wstring_view path)
-{
-    constexpr std::wstring_view extension = L".lnk";
-    return path.size() > extension.size() && SameText(path.substr(path.size() - extension.size()), extension);
-}
-
-bool IsAsideOf(const std::wstring& aside, const std::wstring& target)
-{
-    return SameText(FolderOf(aside), FolderOf(target)) && IsAsideName(FileNameOf(aside));
 }
 
 } // namespace vh::engine

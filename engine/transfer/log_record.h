@@ -52,8 +52,8 @@ struct LogRecord {
     std::wstring temp;
     std::wstring backup;
     std::wstring version;
-    // SHA-256 of what was written, from the `content` record behind; empty when it is not known.
-    std::wstring digest;
+    // SHA-256 of what was written, from the `content` record behind, as 32 bytes; empty when it is not known.
+    std::string digest;
     // What the target holds; the source's time where the target keeps times less exactly.
     uint64_t size = 0;
     uint64_t time = 0;

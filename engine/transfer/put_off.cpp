@@ -168,20 +168,20 @@ bool PutOffList::Note(LogRecord entry)
     return true;
 }
 
-void PutOffList::Tell(const LogRecord& entry, const std::wstring& words)
+void PutOffList::Tell(const LogRecord& entry, const std::wstring& words, const std::wstring& reason)
 {
     const std::wstring& used = entry.temp.empty() ? SourceOf(entry) : entry.what;
-    m_told.push_back({entry.what, InUseWords(used) + words + Schedule(entry)});
+    m_told.push_back({entry.what, (reason.empty() ? InUseWords(used) : reason) + words + Schedule(entry)});
 }
 
-bool PutOffList::Add(LogRecord entry, const std::wstring& words)
+bool PutOffList::Add(LogRecord entry, const std::wstring& words, const std::wstring& reason)
 {
     // A setup that was killed may not have come to schedule it.
     if (Holds(SourceOf(entry)))
         Unschedule({SourceOf(entry)});
     else if (!Note(entry))
         return false;
-    Tell(entry, words);
+    Tell(entry, words, reason);
     return true;
 }
 
@@ -191,11 +191,12 @@ bool PutOffList::Exchange(const LogRecord& record)
         Withdraw(record.what);
     if (MoveOver(record.temp, record.what))
         return true;
-    if (!IsInUse(record.what, GetLastError()))
-        return false;
+    const DWORD code = GetLastError();
     LogRecord entry = EntryOf(LogKind::file, record.what);
     entry.temp = record.temp;
-    return Add(std::move(entry), L"; the new file takes its place");
+    // Whatever keeps it, the new file is not forgotten.
+    return Add(std::move(entry), L"; the new file takes its place",
+               IsInUse(record.what, code) ? std::wstring() : L"can't be replaced yet: " + SystemText(code));
 }
 
 bool PutOffList::Delete(const LogRecord& record)

@@ -56,9 +56,9 @@ private:
     void Read();
     void Save();
     bool Note(LogRecord entry);
-    // `words` tell what waits, behind those about its use.
-    void Tell(const LogRecord& entry, const std::wstring& words);
-    bool Add(LogRecord entry, const std::wstring& words);
+    // `words` tell what waits, behind the reason; an empty one is the use of the file.
+    void Tell(const LogRecord& entry, const std::wstring& words, const std::wstring& reason = {});
+    bool Add(LogRecord entry, const std::wstring& words, const std::wstring& reason = {});
     bool IsDone(const LogRecord& entry) const;
     bool IsBusyElsewhere(const std::wstring& product) const;
     bool Holds(const std::wstring& path) const;

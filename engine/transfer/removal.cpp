@@ -144,10 +144,10 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
     std::vector<std::wstring> failed;
     Later later(log);
     for (std::size_t i = log.Records().size(); i-- > 0;) {
-        // A copy: marking adds records and may move them.
-        LogRecord record = log.Records()[i];
-        if (log.Undone(record) || !wanted(record))
+        const LogRecord& recorded = log.Records()[i];
+        if (log.Undone(recorded) || !wanted(recorded))
             continue;
+        LogRecord record = recorded;
         // Behind the commit nothing comes back from a backup that is only waiting to go.
         if (!record.original && how == Undo::removal && !log.UnfinishedRuns().contains(record.run))
             record.backup.clear();
@@ -256,7 +256,7 @@ void DropEmptyPlaces(InstallLog& log, const RecordFilter& unwanted)
         return selection && !record.feature.empty() && !selected.contains(Upper(record.feature));
     };
     for (std::size_t i = log.Records().size(); i-- > 0;) {
-        const LogRecord record = log.Records()[i];
+        const LogRecord& record = log.Records()[i];
         if ((record.kind != LogKind::folder && record.kind != LogKind::key) || !IsForRemoval(record) ||
             log.Undone(record) || (!unselected(record) && !(unwanted && unwanted(record))))
             continue;

@@ -163,7 +163,7 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
 {
     std::set<std::wstring> seen;
     for (std::size_t i = core.log->Records().size(); i-- > 0;) {
-        LogRecord record = core.log->Records()[i];
+        const LogRecord& record = core.log->Records()[i];
         const bool taken = IsFile(record.kind) || record.kind == LogKind::value;
         if (!taken || !IsForRemoval(record) || core.log->Undone(record))
             continue;
@@ -173,7 +173,7 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
                 Forget(core, record);
             continue;
         }
-        if (IsFile(record.kind) && seen.contains(Upper(record.what))) {
+        if (IsFile(record.kind) && !seen.empty() && seen.contains(Upper(record.what))) {
             // An older record, also of another feature, of a file that has gone with the newest one.
             Forget(core, record);
             continue;
@@ -182,8 +182,9 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
             continue;
         if (IsFile(record.kind))
             seen.insert(Upper(record.what));
-        core.log->Others().SettleOld(record);
-        TakeOneBack(core, why, record);
+        LogRecord settled = record;
+        core.log->Others().SettleOld(settled);
+        TakeOneBack(core, why, settled);
     }
 }
 

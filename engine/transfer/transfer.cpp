@@ -13,33 +13,63 @@ namespace vh::engine {
 
 namespace {
 
-struct Plan {
-    std::vector<Item*> items;
-    std::vector<FileToWrite> files;
+// A file that is to be written, by what the product says of it.
+struct PlannedFile {
+    const Item* item;
+    const FileGroup* group;
+    const ProductFile* file;
 };
 
-FileToWrite PlanFile(const Item& item, const std::wstring& root, const FileGroup& group, const ProductFile& file)
+struct Plan {
+    std::vector<Item*> items;
+    std::vector<PlannedFile> files;
+    std::map<const Item*, std::wstring> roots;
+    uint64_t total = 0; // bytes
+};
+
+// Full paths of targets below the folder of an item.
+class Targets {
+public:
+    // Throws for one that lies elsewhere.
+    std::wstring Of(const std::wstring& root, const FileGroup& group, const ProductFile& file)
+    {
+        // The last part is a plain name; files of one folder mostly come together.
+        std::wstring folder = JoinPath(JoinPath(root, group.target), FolderOf(file.path));
+        if (folder != m_folder) {
+            m_full = FullPath(folder);
+            if (!LiesIn(m_full, root))
+                throw engine_error(E_INVALIDARG, m_full, L"lies outside of the target " + root);
+            m_folder = std::move(folder);
+        }
+        return JoinPath(m_full, FileNameOf(file.path));
+    }
+
+private:
+    std::wstring m_folder;
+    std::wstring m_full;
+};
+
+FileToWrite ToWrite(const PlannedFile& planned, std::wstring target)
 {
-    const std::wstring target = FullPath(JoinPath(JoinPath(root, group.target), file.path));
-    if (!LiesIn(target, root))
-        throw engine_error(E_INVALIDARG, target, L"lies outside of the target " + root);
-    FileToWrite planned;
-    planned.source = file.source;
-    planned.packed = file.packed;
-    planned.target = target;
-    planned.size = file.size;
-    planned.time = file.time;
-    planned.attributes = file.attributes;
-    planned.version = file.version;
-    planned.feature = item.Path();
-    planned.flags = file.flags;
-    return planned;
+    const ProductFile& file = *planned.file;
+    FileToWrite made;
+    made.source = file.source;
+    made.packed = file.packed;
+    made.target = std::move(target);
+    made.size = file.size;
+    made.time = file.time;
+    made.attributes = file.attributes;
+    made.version = file.version;
+    made.feature = planned.item->Path();
+    made.flags = file.flags;
+    return made;
 }
 
-// Everything that is to be written, with full paths, before anything is touched.
+// Everything that is to be written, its targets looked at before anything is touched.
 Plan PlanItems(const Core& core, const DataSet& data, const std::vector<Item*>& items)
 {
     Plan plan;
+    Targets targets;
     for (Item* top : items)
         ForEachItem(*top, [&](Item& item) {
             if (item.pseudo || !item.selected || item.installed || !data.Admits(item))
@@ -47,8 +77,11 @@ Plan PlanItems(const Core& core, const DataSet& data, const std::vector<Item*>& 
             plan.items.push_back(&item);
             const std::wstring root = item.groups.empty() ? std::wstring() : TargetOf(core, item);
             data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
-                plan.files.push_back(PlanFile(item, root, group, file));
+                targets.Of(root, group, file);
+                plan.files.push_back({&item, &group, &file});
+                plan.total += file.size;
             });
+            plan.roots[&item] = root;
         });
     return plan;
 }
@@ -71,14 +104,23 @@ void CheckSpace(const Core& core, const DataSet& data, const std::vector<Item*>&
 // A damaged pack is found out before anything is touched.
 void CheckPacked(const Plan& plan)
 {
-    for (const FileToWrite& file : plan.files)
-        if (file.packed)
-            file.packed->of->Check(*file.packed);
+    for (const PlannedFile& planned : plan.files)
+        if (const PackedFile* packed = planned.file->packed)
+            packed->of->Check(*packed);
 }
 
 void WriteFiles(Core& core, const Plan& plan, IEngineProgress& progress)
 {
-    WriteAllOrNothing(core, plan.files,
+    Targets targets;
+    auto next = plan.files.begin();
+    WriteAllOrNothing(core,
+                      [&](FileToWrite& file) {
+                          if (next == plan.files.end())
+                              return false;
+                          file = ToWrite(*next, targets.Of(plan.roots.at(next->item), *next->group, *next->file));
+                          ++next;
+                          return true;
+                      },
                       {[&](uint64_t bytes, const FileToWrite& file) { progress.Advance(bytes, file.target); }});
 }
 
@@ -87,10 +129,7 @@ com_ptr<IEngineProgress> SinkFor(Core& core, const Plan& plan, IUnknown* given)
     auto sink = com_ptr<IUnknown>(given).query<IEngineProgress>();
     if (sink)
         return sink;
-    uint64_t total = 0;
-    for (const FileToWrite& file : plan.files)
-        total += file.size;
-    sink.attach(new TransferSink(core.shared_from_this(), total));
+    sink.attach(new TransferSink(core.shared_from_this(), plan.total));
     return sink;
 }
 
@@ -110,13 +149,14 @@ Leftovers FindLeftovers(const Core& core, const DataSet& data, const std::vector
         });
     if (found.features.empty())
         return found;
+    Targets targets;
     for (Item* top : items)
         ForEachItem(*top, [&](const Item& item) {
             if (item.pseudo || !item.selected || item.groups.empty() || !data.Admits(item))
                 return;
             const std::wstring root = TargetOf(core, item);
             data.EachFile(item, [&](const FileGroup& group, const ProductFile& file) {
-                found.needed.insert(Upper(PlanFile(item, root, group, file).target));
+                found.needed.insert(Upper(targets.Of(root, group, file)));
             });
         });
     return found;
@@ -151,6 +191,8 @@ void TransferFeatures(Core& core, DataSet& data, IUnknown* progress)
     core.moved |= &data == core.product.get();
 
     const Leftovers leftovers = FindLeftovers(core, data, items);
+    if (leftovers.features.empty())
+        return;
     TakeBack(core, Why::unselected, [&](const LogRecord& record) {
         return leftovers.features.contains(Upper(record.feature)) && !leftovers.needed.contains(Upper(record.what));
     });

@@ -49,8 +49,8 @@ def run(name, *words, code=0, says=()):
 class Held:
     """A program that runs until the end of the block: the product's own, or one that keeps a file from everybody."""
 
-    def __init__(self, program, *words):
-        self.process = subprocess.Popen([RUNNER, str(program), "hold", *words], stdin=subprocess.PIPE,
+    def __init__(self, program, *words, how="hold"):
+        self.process = subprocess.Popen([RUNNER, str(program), how, *words], stdin=subprocess.PIPE,
                                         stdout=subprocess.PIPE)
 
     def __enter__(self):
@@ -67,6 +67,11 @@ def running():
 
 def held():
     return Held(PROGRAM, windows(TARGET / "data.bin"))
+
+
+def being_read():
+    """As most readers have a file: all is shared but its end."""
+    return Held(PROGRAM, windows(TARGET / "data.bin"), how="read")
 
 
 def scheduled():
@@ -216,11 +221,23 @@ def live(hold):
     removed(f"{name}, installed again")
 
 
+def live_read():
+    """What differs from a file that nobody shares: the system calls it want of access."""
+    with upgraded("being read", being_read):
+        pass
+    run("being read: next start", two[0])
+    clean("being read: next start", two[1])
+    with being_read():
+        run("being read: removal", "--uninstall", GUID, code=RESTART)
+    nothing_to_remove("being read")
+
+
 shutil.rmtree(WORK, ignore_errors=True)
 WORK.mkdir(parents=True)
 one, two = make("1.0"), make("2.0")
 live(running)
 live(held)
+live_read()
 start("delete", ROOT, "/f", program="reg")
 print("\n".join(faults) or f"{checks} checks passed")
 sys.exit(1 if faults else 0)

@@ -1,15 +1,16 @@
 // A server that is a program: keeps its arguments in a file beside it, and ends with the digit before ".exe" in its
 // name. The one that ends with 9 does so only once the event "vhrt test server" is set. With "hold PATH" it keeps that
-// file open without sharing, with "hold" nothing but itself, says so, and ends with its input.
+// file open without sharing, with "read PATH" as those do who share all but its end, with "hold" nothing but itself,
+// says so, and ends with its input.
 #include <windows.h>
 
 #include <cwchar>
 
 namespace {
 
-int Hold(const wchar_t* path)
+int Hold(const wchar_t* path, DWORD sharing)
 {
-    if (path && CreateFileW(path, GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr) == INVALID_HANDLE_VALUE)
+    if (path && CreateFileW(path, GENERIC_READ, sharing, nullptr, OPEN_EXISTING, 0, nullptr) == INVALID_HANDLE_VALUE)
         return 1;
     DWORD count = 0;
     char byte = '\n';
@@ -24,7 +25,9 @@ int Hold(const wchar_t* path)
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, wchar_t* arguments, int)
 {
     if (!wcsncmp(arguments, L"hold", 4))
-        return Hold(arguments[4] ? arguments + 5 : nullptr);
+        return Hold(arguments[4] ? arguments + 5 : nullptr, 0);
+    if (!wcsncmp(arguments, L"read ", 5))
+        return Hold(arguments + 5, FILE_SHARE_READ | FILE_SHARE_WRITE);
     wchar_t path[MAX_PATH + 4];
     const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
     const DWORD code = path[length - 5] - L'0';
