@@ -125,7 +125,7 @@ TEST_F(InUse, DamagedLinesOfTheListAreToldOnce)
     WriteText(folder.Data() + L"\\in-use.log", "one\ntwo\n");
     Reopen();
     ASSERT_FALSE(engine->Messages().empty());
-    EXPECT_EQ(folder.Data() + L"\\in-use.log: 2 damaged lines are left out; what they told of stays",
+    EXPECT_EQ(folder.Data() + L"\\in-use.log: damaged lines are left out (2); what they told of stays",
               engine->Messages().front().Text());
     Reopen();
     EXPECT_TRUE(engine->Messages().empty());

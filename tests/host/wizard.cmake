@@ -84,5 +84,6 @@ expect_file("nothing is left of them" FALSE "${place}/refused")
 answers_say("not asked for" 0 "dialogs/15: the setup did not ask for this answer of \"Elsewhere\"" "dialogs;15"
   "{\"dialog\": \"Elsewhere\", \"control\": 1}" --plan)
 expect("no place" 2 "the answers can't be written" ${answered} --save-answers ${WORK}/nowhere/a.json)
+expect("no place of its own" 2 "another file has the name" ${answered} --save-answers ${WORK}/key.plan)
 expect("the test's key goes" 0 "" reg delete ${root} /f)
 message("${checks} runs checked, ${count} files alike")
