@@ -304,7 +304,8 @@ std::optional<Message> PutOffList::CarryOut()
     if (!damaged)
         return std::nullopt;
     return Message{Severity::warning, m_file,
-                   L"damaged lines are left out (" + Number(static_cast<int64_t>(damaged)) + L"); what they told of stays",
+                   L"damaged lines are left out (" + Number(static_cast<int64_t>(damaged)) +
+                       L"); what they told of stays",
                    E_FAIL};
 }
 
