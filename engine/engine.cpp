@@ -45,7 +45,8 @@ std::unique_ptr<Engine> Engine::Open(Options options)
 {
     auto core = std::make_shared<Core>(std::move(options));
     if (!core->options.planOnly)
-        PutOffList(core->log->File()).CarryOut();
+        if (auto damage = PutOffList(core->log->File()).CarryOut())
+            core->Report(std::move(*damage));
     Recover(*core);
     TakeOver(*core);
     return std::unique_ptr<Engine>(new Engine(std::move(core)));

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -103,13 +104,13 @@ enum class RemovalOutcome {
     kept_permanent, // marked as not to be removed
     kept_found,     // was there, the same, before the product
     kept_shared,    // another product has it too
-    unreadable,     // a damaged line of the log: what it told of stays
+    unreadable,     // damaged lines of a log: what they told of stays
     failed,
 };
 
 struct Removal {
     RemovalOutcome outcome;
-    // "file", "folder", "key", "value", "shortcut", "line".
+    // "file", "folder", "key", "value", "shortcut", "line", "list".
     std::wstring kind;
     // The path, or root\key[\value].
     std::wstring what;
@@ -234,8 +235,8 @@ std::vector<InstalledProduct> InstalledProducts(const std::wstring& dataDir);
 std::wstring LogFileOf(const std::wstring& setupFolder, const std::wstring& dataDir = {});
 
 // Tries again what files in use have put off, for all products with a log in that folder, whether they are installed
-// still or not. Each start of a setup or removal does so by itself.
-void CarryOutPutOff(const std::wstring& dataDir);
+// still or not. Each start of a setup or removal does so by itself. Result: a warning about damaged lines of the list.
+std::optional<Message> CarryOutPutOff(const std::wstring& dataDir);
 
 // How many things an install log lists that no removal has taken away or left for good. Throws engine_error when
 // another setup has the log.

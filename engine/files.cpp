@@ -262,20 +262,42 @@ void RemoveTree(const std::wstring& path)
     }
 }
 
-std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view pattern)
+namespace {
+
+// The result tells why there are no more.
+DWORD ListInto(std::vector<Entry>& entries, const std::wstring& folder, std::wstring_view pattern)
 {
-    std::vector<Entry> entries;
     WIN32_FIND_DATAW found{};
     const unique_find search(FindFirstFileW(LongPath(JoinPath(folder, L"*")).c_str(), &found));
     if (!search)
-        return entries;
+        return GetLastError();
     do {
         const std::wstring name = found.cFileName;
         if (name != L"." && name != L".." && MatchesPattern(name, pattern))
             entries.push_back({name, FactsFrom(found.dwFileAttributes, found.nFileSizeHigh, found.nFileSizeLow,
                                                found.ftLastWriteTime)});
     } while (FindNextFileW(search.get(), &found));
+    const DWORD code = GetLastError();
     std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return a.name < b.name; });
+    return code;
+}
+
+} // namespace
+
+std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view pattern)
+{
+    std::vector<Entry> entries;
+    ListInto(entries, folder, pattern);
+    return entries;
+}
+
+std::vector<Entry> ReadFolder(const std::wstring& folder)
+{
+    std::vector<Entry> entries;
+    const DWORD code = ListInto(entries, folder, L"*");
+    // An empty drive has not even the entry of itself.
+    if (code != ERROR_NO_MORE_FILES && code != ERROR_FILE_NOT_FOUND)
+        ThrowFileError(folder, L"the folder can't be read", code);
     return entries;
 }
 

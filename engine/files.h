@@ -60,8 +60,10 @@ struct Entry {
     FileFacts facts;
 };
 // Entries of a folder that match a pattern, in order of their names; "." and ".." are left out. Empty when
-// there is no such folder.
+// there is no such folder, or when it can't be read.
 std::vector<Entry> ListFolder(const std::wstring& folder, std::wstring_view pattern = L"*");
+// All entries, for those who take the content along: what can't be read to its end is an error.
+std::vector<Entry> ReadFolder(const std::wstring& folder);
 
 // A value of GetLastError as an exception that names the file.
 [[noreturn]] void ThrowFileError(const std::wstring& file, DWORD code);

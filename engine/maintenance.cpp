@@ -256,7 +256,8 @@ RunCounts CountWritten(const InstallLog& log)
             continue;
         counts.files += record.kind == LogKind::file;
         counts.shortcuts += record.kind == LogKind::shell;
-        counts.values += record.kind == LogKind::value && record.type != -1;
+        const bool same = record.type == record.oldType && record.data == record.oldData;
+        counts.values += record.kind == LogKind::value && record.type != -1 && !same;
     }
     return counts;
 }

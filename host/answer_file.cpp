@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "console.h"
+#include "engine/files.h"
 #include "setup_run.h"
 #include "text.h"
 
@@ -39,9 +40,19 @@ void TakeAnswers(RunOptions& options, const std::wstring& file)
     options.answers_file = file;
 }
 
-void CheckPlaceForAnswers(const std::wstring& file) { const AnswerFile place(file); }
+void CheckPlaceForAnswers(const std::wstring& file)
+{
+    const AnswerFile place(file);
+    // Other files are not lost to a slip in the command line.
+    if (const auto there = vh::engine::FactsOf(file); there.exists() && there.size)
+        try {
+            ReadAnswers(file);
+        } catch (const vh::engine::engine_error&) {
+            throw std::runtime_error(Utf8(file + L": the answers can't be written: another file has the name"));
+        }
+}
 
-AnswerFile::AnswerFile(const std::wstring& file) : m_path(file), m_waiting(file + L".new")
+AnswerFile::AnswerFile(const std::wstring& file) : m_path(file), m_waiting(file + L".~vhanswers")
 {
     const DWORD attributes = GetFileAttributesW(LongPath(file).c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY)))

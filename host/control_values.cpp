@@ -201,6 +201,8 @@ int SetCombo(HWND combo, int number, const ControlValue& value)
 void SetCheck(HWND dialog, HWND button, int number, Type type, const ControlValue& value)
 {
     if (const int64_t* state = std::get_if<int64_t>(&value); state && type == Type::check) {
+        if (*state < BST_UNCHECKED || *state > BST_INDETERMINATE)
+            Refuse(number, L"has no state " + std::to_wstring(*state));
         SendMessageW(button, BM_SETCHECK, static_cast<WPARAM>(*state), 0);
         return;
     }

@@ -30,7 +30,8 @@ vh::engine::InstalledProduct ProductOf(const RunOptions& options)
         return *product;
     // It may have gone but for files in use, or for the host, when its removal was killed near the end.
     for (const std::wstring& folder : DataFolders(options.data_folder)) {
-        vh::engine::CarryOutPutOff(folder);
+        if (const auto damage = vh::engine::CarryOutPutOff(folder))
+            Complain(damage->Text());
         SweepHost(folder);
     }
     throw std::runtime_error(Utf8(options.guid) + ": no such product is installed");

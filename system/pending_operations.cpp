@@ -156,13 +156,16 @@ void FindPendingOperation(const stringxi& target, stringxi& source)
         }
 }
 
-void ForgetPendingOperation(const wchar_t* source)
+void ForgetPendingOperations(const std::set<stringxi>& sources)
 {
     unique_key key;
     if (Open(key))
         return;
     const std::vector<entry> entries = ReadEntries(key.get());
-    const auto is_on_source = [&](const entry& one) { return IsSame(one.source, source); };
+    std::set<stringxi> plain;
+    for (const stringxi& source : sources)
+        plain.emplace(PlainPath(source.view()));
+    const auto is_on_source = [&](const entry& one) { return plain.contains(stringxi(PlainPath(one.source.view()))); };
     if (!entries.empty() && std::ranges::all_of(entries, is_on_source)) {
         ClearPendingOperations();
         return;

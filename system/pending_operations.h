@@ -2,6 +2,7 @@
 // carries out. Administrators and power users share the machine's list, everybody else has one of their own.
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include <windows.h>
@@ -28,8 +29,8 @@ void RecordPendingOperation(const wchar_t* source, const wchar_t* target);
 // The source of the first operation on a target. Without one the text stays as it is.
 void FindPendingOperation(const stringxi& target, stringxi& source);
 
-// Takes the operations on a source off the list; the file stays.
-void ForgetPendingOperation(const wchar_t* source);
+// Takes the operations on these sources off the list; the files stay.
+void ForgetPendingOperations(const std::set<stringxi>& sources);
 
 // Carries all of them out and empties the list, whatever fails. Result: 0, or the last failure; a file that was to be
 // deleted and is not counts for none.

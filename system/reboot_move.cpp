@@ -127,19 +127,21 @@ LSTATUS ReadOperations(HKEY key, std::wstring& operations)
     return error;
 }
 
-// Without the pairs of a source, which the list has under the name of the kernel.
-std::wstring WithoutSource(const std::wstring& operations, std::wstring_view source)
+// Without the pairs of these sources, which the list has under the names of the kernel.
+std::wstring WithoutSources(const std::wstring& operations, const std::set<stringxi>& sources)
 {
     constexpr std::wstring_view kernel_root = L"\\??\\";
     constexpr std::wstring_view long_root = L"\\\\?\\";
-    if (source.starts_with(long_root))
-        source.remove_prefix(long_root.size());
-    const stringxi wanted(Concat(kernel_root, source).view());
+    std::set<stringxi> named;
+    for (const stringxi& source : sources) {
+        const std::wstring_view path = source.view();
+        named.emplace(Concat(kernel_root, path.substr(path.starts_with(long_root) ? long_root.size() : 0)).view());
+    }
     std::wstring kept;
     for (std::size_t at = 0; at < operations.size() && operations[at];) {
         const std::size_t middle = std::min(operations.find(L'\0', at), operations.size() - 1) + 1;
         const std::size_t end = std::min(operations.find(L'\0', middle), operations.size() - 1) + 1;
-        if (stringxi(std::wstring_view(operations).substr(at, middle - at - 1)) != wanted)
+        if (!named.contains(stringxi(std::wstring_view(operations).substr(at, middle - at - 1))))
             kept.append(operations, at, end - at);
         at = end;
     }
@@ -148,7 +150,7 @@ std::wstring WithoutSource(const std::wstring& operations, std::wstring_view sou
 
 } // namespace
 
-LSTATUS WithdrawAtReboot(const stringxi& source)
+LSTATUS WithdrawAtReboot(const std::set<stringxi>& sources)
 {
     unique_key key;
     std::wstring operations;
@@ -157,7 +159,7 @@ LSTATUS WithdrawAtReboot(const stringxi& source)
         error = ReadOperations(key.get(), operations);
     if (error)
         return error == ERROR_FILE_NOT_FOUND ? ERROR_SUCCESS : error;
-    const std::wstring kept = WithoutSource(operations, source.view());
+    const std::wstring kept = WithoutSources(operations, sources);
     if (kept.size() + 1 >= operations.size())
         return ERROR_SUCCESS;
     key.reset();

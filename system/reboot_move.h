@@ -1,6 +1,8 @@
 // File operations that are put off to the next start of the system.
 #pragma once
 
+#include <set>
+
 #include <windows.h>
 
 #include "../scriptdata/stringx.h"
@@ -12,7 +14,7 @@ namespace vh {
 // is, and the result is 0. Result: 0 or the system's error.
 DWORD ScheduleAtReboot(const stringxi& source, const stringxi& target);
 
-// Takes all operations on a source out of the system's list again. Result: 0 or the system's error.
-LSTATUS WithdrawAtReboot(const stringxi& source);
+// Takes all operations on these sources out of the system's list again. Result: 0 or the system's error.
+LSTATUS WithdrawAtReboot(const std::set<stringxi>& sources);
 
 } // namespace vh

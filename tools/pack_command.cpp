@@ -109,7 +109,7 @@ void Collect(const std::wstring& folder, std::map<std::wstring, Source>& sources
     while (!waiting.empty()) {
         const std::wstring below = std::move(waiting.back());
         waiting.pop_back();
-        for (const Entry& entry : ListFolder(JoinPath(folder, below))) {
+        for (const Entry& entry : ReadFolder(JoinPath(folder, below))) {
             const std::wstring path = JoinPath(below, entry.name);
             if (entry.facts.folder()) {
                 if (!(entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))
@@ -198,7 +198,8 @@ void Store(PackFile& pack, Source& source, Compression compression)
             hash.Add({block.get(), got});
             add(std::span<const std::byte>(block.get(), got), got != block_size);
         }
-        if (read != packed.size)
+        const FileFacts now = FactsOf(source.path);
+        if (read != packed.size || now.size != packed.size || now.time != packed.time)
             throw engine_error(E_FAIL, source.path, L"changed while it was packed");
         packed.digest = hash.Finish();
     };

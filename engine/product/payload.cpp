@@ -34,7 +34,9 @@ FileFacts Payload::Facts(const std::wstring& path) const
 
 std::vector<Entry> Payload::List(const std::wstring& folder) const
 {
-    return m_pack ? m_pack->List(InPack(folder)) : ListFolder(folder);
+    if (m_pack)
+        return m_pack->List(InPack(folder));
+    return FactsOf(folder).folder() ? ReadFolder(folder) : std::vector<Entry>();
 }
 
 ProductFile Payload::Made(const FileEntry& entry, const std::wstring& source, const std::wstring& path,
@@ -107,7 +109,11 @@ std::wstring Payload::Find(const FileEntry& entry, std::size_t most, std::vector
     if (const std::wstring link = LinkAbove(source); !link.empty())
         return link + L": is a link to another folder, where no payload may lie";
     if (last.find_first_of(L"*?") != std::wstring::npos) {
-        Search(entry, FolderOf(source), target, last, most, files);
+        try {
+            Search(entry, FolderOf(source), target, last, most, files);
+        } catch (const engine_error& error) {
+            return error.message().Text();
+        }
         if (files.size() > most)
             return L"stands for more than " + Number(static_cast<int64_t>(most - before)) + L" files";
         if (files.size() == before)

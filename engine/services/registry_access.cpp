@@ -219,16 +219,21 @@ void MakeKey(const Recording& to, const RegistryPlace& place, const std::wstring
 {
     Want(to, place);
     for (const RegistryPlace& part : PartsOf(place)) {
-        if (part.key.empty() || to.log->Makes(part.Name()) || KeyThere(part, part.key.size() != place.key.size()))
+        if (part.key.empty() || to.log->Makes(part.Name()))
             continue;
-        if (!part.rootName.empty()) {
-            LogRecord record;
-            record.kind = LogKind::key;
-            record.what = part.Name();
-            record.feature = feature;
-            record.loose = to.loose;
+        LogRecord record;
+        record.kind = LogKind::key;
+        record.what = part.Name();
+        record.feature = feature;
+        record.loose = to.loose;
+        const bool there = KeyThere(part, part.key.size() != place.key.size());
+        // A key that another product made goes with the last of them.
+        const bool shared =
+            there && !to.loose && to.log->OthersHave(record) && !to.log->Newest(record.kind, record.what);
+        if (!part.rootName.empty() && (!there || shared))
             to.log->Append(std::move(record));
-        }
+        if (there)
+            continue;
         if (!to.log->IsDraft())
             CreateOneKey(part, keyClass);
         to.log->Tell({Act::add, Why::fresh, L"key", part.Name(), feature});
@@ -254,6 +259,20 @@ LogRecord ChangeRecord(const RegistryPlace& place, const std::wstring& name, con
         record.oldData = ToHex(from->bytes);
     }
     return record;
+}
+
+// What stands there is another product's. Its record is needed also when nothing is written, unless the product's own
+// newest says the same.
+bool IsShared(const Recording& to, const LogRecord& record)
+{
+    if (to.loose || !to.log->Others().Wrote(record, record.oldType, record.oldData))
+        return false;
+    const auto& records = to.log->Records();
+    const auto own = std::find_if(records.rbegin(), records.rend(), [&](const LogRecord& before) {
+        return before.kind == record.kind && IsForRemoval(before) && SameText(before.what, record.what) &&
+               SameText(before.name, record.name) && !to.log->Undone(before);
+    });
+    return own == records.rend() || own->type != record.oldType || own->data != record.oldData;
 }
 
 LogRecord DeletionRecord(const RegistryPlace& place, const std::wstring& name)
@@ -304,15 +323,18 @@ void WriteValue(const Recording& to, const RegistryPlace& place, const std::wstr
     const auto tell = [&](Act act, Why why) {
         to.log->Tell({act, why, L"value", place.Name() + L'\\' + name, feature});
     };
-    if (old == value)
+    LogRecord record = ChangeRecord(place, name, old, value);
+    record.feature = feature;
+    record.loose = to.loose;
+    if (!place.rootName.empty() && old && IsShared(to, record))
+        to.log->Others().Share(record);
+    if (old == value && !record.shared)
         return tell(Act::keep, Why::same);
     MakeKey(to, place, {}, feature);
-    if (!place.rootName.empty()) {
-        LogRecord record = ChangeRecord(place, name, old, value);
-        record.feature = feature;
-        record.loose = to.loose;
+    if (!place.rootName.empty())
         to.log->Append(std::move(record));
-    }
+    if (old == value)
+        return tell(Act::keep, Why::same);
     if (!to.log->IsDraft())
         PutValue(place, name, value);
     tell(old ? Act::replace : Act::add, old ? Why::differs : Why::fresh);

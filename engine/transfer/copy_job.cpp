@@ -65,11 +65,13 @@ void AddFiles(const std::wstring& folder, const std::wstring& target, std::wstri
               std::vector<FileToWrite>& files)
 {
     // Folders below `folder`, by their path from there.
-    std::vector<std::wstring> below{{}};
+    std::vector<std::wstring> below;
+    if (FactsOf(folder).folder())
+        below.emplace_back();
     while (!below.empty()) {
         const std::wstring at = below.back();
         below.pop_back();
-        for (const Entry& entry : ListFolder(JoinPath(folder, at))) {
+        for (const Entry& entry : ReadFolder(JoinPath(folder, at))) {
             const std::wstring path = JoinPath(at, entry.name);
             if (entry.facts.folder()) {
                 if ((flags & copy_subfolders) && !(entry.facts.attributes & FILE_ATTRIBUTE_REPARSE_POINT))

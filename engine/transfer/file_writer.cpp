@@ -6,6 +6,7 @@
 
 #include "content_copier.h"
 #include "file_decision.h"
+#include "give_way.h"
 #include "in_use.h"
 #include "logged_folders.h"
 #include "removal.h"
@@ -93,7 +94,8 @@ private:
 
     void Plan(const FileToWrite& file)
     {
-        const FileFacts there = FactsAt(file.target);
+        m_way.GiveWayTo(file);
+        const FileFacts there = m_core.log->Takes(file.target) ? FileFacts() : FactsAt(file.target);
         if (!file.loose) {
             if (m_core.log->RemembersWishes())
                 Want(file);
@@ -117,14 +119,23 @@ private:
             step.temp = record.temp = m_core.log->NewAside(file.target, L"new");
             if (there.exists()) {
                 step.backup = record.backup = m_core.log->NewAside(file.target, L"old");
-                record.original =
-                    file.kind == LogKind::file && !file.loose && !record.permanent && IsForeign(m_core, file);
+                record.original = file.kind == LogKind::file && !file.loose && !record.permanent && IsForeignHere(file);
                 record.shared = record.original && m_core.log->OthersHave(record);
+                if (const LogRecord* own = m_core.log->Newest(record.kind, record.what))
+                    record.data = FileNameOf(own->what) == FileNameOf(record.what) ? L"" : FileNameOf(own->what);
+                if (record.kind == LogKind::shell && !file.loose)
+                    ShareShortcut(record, there);
             }
             step.record = m_records.size();
             m_records.push_back(std::move(record));
         }
         m_steps.push_back(std::move(step));
+    }
+
+    // Nor is it what a removal could not take away yet.
+    bool IsForeignHere(const FileToWrite& file) const
+    {
+        return IsForeign(m_core, file) && !m_toGo.contains(Upper(file.target));
     }
 
     // In a folder that this writer has made stands what it has put there, and nothing else.
@@ -151,13 +162,23 @@ private:
         return false;
     }
 
+    // In a plan what gives way to the folder is still there.
+    std::vector<std::wstring> Missing(const std::wstring& folder) const
+    {
+        if (!m_core.log->IsDraft() || !FactsOf(folder).file() || !m_core.log->Takes(folder))
+            return MissingFolders(folder);
+        std::vector<std::wstring> folders = MissingFolders(FolderOf(folder));
+        folders.push_back(folder);
+        return folders;
+    }
+
     // Those that are missing, and those that a removal could not take away yet: they are the product's again.
     // Asked once for each folder.
     std::vector<std::wstring> FoldersFor(const std::wstring& target)
     {
         if (!m_met.insert(FolderOf(target)).second)
             return {};
-        std::vector<std::wstring> folders = MissingFolders(FolderOf(target));
+        std::vector<std::wstring> folders = Missing(FolderOf(target));
         m_fresh.insert(folders.begin(), folders.end());
         if (m_toGo.empty())
             return folders;
@@ -177,6 +198,19 @@ private:
                 m_records.push_back(std::move(record));
         }
         std::reverse(m_records.begin() + static_cast<std::ptrdiff_t>(mark), m_records.end());
+    }
+
+    // One that replaces another product's; what our own newest one says of that holds on.
+    void ShareShortcut(LogRecord& record, const FileFacts& there)
+    {
+        const LogRecord* own = m_core.log->Newest(record.kind, record.what);
+        if (!own || own->oldData != record.oldData) {
+            if (m_core.log->Others().Placed(record, there.size, there.time))
+                m_core.log->Others().Share(record);
+            return;
+        }
+        record.shared = own->shared;
+        record.firstData = own->firstData;
     }
 
     void Want(const FileToWrite& file)
@@ -257,7 +291,8 @@ private:
         m_core.log->NoteWaiting(id);
         if (const LogRecord* record = m_core.log->Find(id);
             record && record->original && !CopyFileW(LongPath(target).c_str(), LongPath(step.backup).c_str(), TRUE))
-            ThrowFileError(target, InUseWords(target) + L"; it is not the product's, and can't be kept", code);
+            ThrowFileError(
+                target, InUseWords(target) + L"; it was there before the product, and no copy of it can be kept", code);
     }
 
     Core& m_core;
@@ -267,9 +302,10 @@ private:
     std::set<std::wstring> m_seen;
     std::unordered_set<std::wstring> m_met;   // folders that files go to
     std::unordered_set<std::wstring> m_fresh; // folders that were not there before this writer
-    std::set<std::wstring> m_toGo;            // of an earlier removal, in upper case
-    std::set<std::wstring> m_wanted;          // folders that the log has heard of
-    std::set<std::wstring> m_shared;          // folders that others were asked for
+    WayGiver m_way{m_core};
+    std::set<std::wstring> m_toGo;   // of an earlier removal, in upper case
+    std::set<std::wstring> m_wanted; // folders that the log has heard of
+    std::set<std::wstring> m_shared; // folders that others were asked for
     ContentCopier m_copier;
 };
 

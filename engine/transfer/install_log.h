@@ -123,8 +123,9 @@ public:
     const LogRecord* Waiting(LogKind kind, std::wstring_view what) const;
     // Records of a kind that still stand, oldest first; of several for one name the newest only.
     std::vector<const LogRecord*> Standing(LogKind kind) const;
-    // Another product of the data folder has this file or folder too.
-    bool OthersHave(const LogRecord& record) { return m_others.Have(record.kind, record.what); }
+    // Another product of the data folder has this too.
+    bool OthersHave(const LogRecord& record) { return m_others.Have(record); }
+    OtherProducts& Others() { return m_others; }
     // True while something is recorded that a removal would undo.
     bool AnythingStands() const;
     // Nothing is left to undo, now or by a removal.

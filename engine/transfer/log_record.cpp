@@ -33,9 +33,10 @@ struct Field {
     Value LogRecord::*field;
 };
 constexpr Field<std::wstring> text_fields[] = {
-    {"what", &LogRecord::what}, {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
-    {"temp", &LogRecord::temp}, {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
-    {"name", &LogRecord::name}, {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
+    {"what", &LogRecord::what},           {"feature", &LogRecord::feature}, {"source", &LogRecord::source},
+    {"temp", &LogRecord::temp},           {"backup", &LogRecord::backup},   {"version", &LogRecord::version},
+    {"name", &LogRecord::name},           {"data", &LogRecord::data},       {"oldData", &LogRecord::oldData},
+    {"firstData", &LogRecord::firstData},
 };
 constexpr Field<uint64_t> size_fields[] = {
     {"size", &LogRecord::size}, {"time", &LogRecord::time}, {"sourceTime", &LogRecord::sourceTime}};
@@ -44,8 +45,10 @@ constexpr Field<bool> truth_fields[] = {{"permanent", &LogRecord::permanent},
                                         {"original", &LogRecord::original},
                                         {"shared", &LogRecord::shared},
                                         {"loose", &LogRecord::loose}};
-constexpr Field<long> number_fields[] = {
-    {"type", &LogRecord::type}, {"oldType", &LogRecord::oldType}, {"ref", &LogRecord::ref}};
+constexpr Field<long> number_fields[] = {{"type", &LogRecord::type},
+                                         {"oldType", &LogRecord::oldType},
+                                         {"firstType", &LogRecord::firstType},
+                                         {"ref", &LogRecord::ref}};
 
 constexpr Field<std::vector<std::wstring>> list_fields[] = {{"list", &LogRecord::list}, {"others", &LogRecord::others}};
 
@@ -120,7 +123,8 @@ bool IsTrusted(const LogRecord& record)
     const bool path = IsFile(record.kind) || record.kind == LogKind::folder || record.kind == LogKind::taken;
     if (path && !IsPlainPath(record.what))
         return false;
-    return record.oldData.empty() || record.kind == LogKind::value || (path && IsShortcutName(record.what));
+    return (record.oldData.empty() && record.firstData.empty()) || record.kind == LogKind::value ||
+           (path && IsShortcutName(record.what));
 }
 
 // Fills a record while a line is read. Members that it does not know are passed over; one of another type than it

@@ -64,12 +64,13 @@ struct LogRecord {
     // What stood there was not the product's: it comes back at removal. Behind the commit it waits at `waits`, which
     // the log works out and no line tells.
     bool original = false;
-    bool shared = false; // the original is another product's
+    bool shared = false; // the original, or the old value or shortcut, is another product's
     std::wstring waits;
     // A `waiting` record tells of it: the file at `temp` has not its name yet, or the taken one is still in its place.
     bool waiting = false;
     // Matters until the run ends; a removal knows nothing of it.
     bool loose = false;
+    // A file has in data the name of what it replaces, where that is written otherwise (a.txt, A.TXT).
     // Registry value: name, type and bytes in hexadecimal; the old ones are there when oldType is not -1. A shortcut
     // has in oldData the content of one that is not the product's.
     std::wstring name;
@@ -77,6 +78,9 @@ struct LogRecord {
     std::wstring data;
     long oldType = -1;
     std::wstring oldData;
+    // What stood there before all products that share it, in the same forms.
+    long firstType = -1;
+    std::wstring firstData;
     // The earlier record that this one is about; but for `placed`, `waiting` and `undone` that one counts as undone
     // while this one stands.
     long ref = 0;

@@ -1,6 +1,7 @@
 #include "put_off.h"
 
 #include <algorithm>
+#include <map>
 
 #include "../../system/pending_operations.h"
 #include "../../system/reboot_move.h"
@@ -12,7 +13,7 @@ namespace vh::engine {
 namespace {
 
 constexpr const wchar_t* list_name = L"in-use.log";
-constexpr uint64_t largest_list = 1 << 24;
+constexpr uint64_t largest_list = 1 << 30;
 // Another setup keeps the list for its own steps; a long removal is not waited for.
 constexpr DWORD longest_wait = 5'000; // ms
 
@@ -44,11 +45,19 @@ std::wstring Schedule(const LogRecord& entry)
     return L" with the next start of a setup";
 }
 
-// What was carried out, or is not to be.
-void Unschedule(const LogRecord& entry)
+// The sources of what was carried out, or is not to be.
+void Unschedule(const std::set<std::wstring>& sources)
 {
-    WithdrawAtReboot(stringxi(LongPath(SourceOf(entry))));
-    ForgetPendingOperation(SourceOf(entry).c_str());
+    if (sources.empty())
+        return;
+    std::set<stringxi> paths;
+    std::set<stringxi> longPaths;
+    for (const std::wstring& source : sources) {
+        paths.emplace(source);
+        longPaths.emplace(LongPath(source));
+    }
+    WithdrawAtReboot(longPaths);
+    ForgetPendingOperations(paths);
 }
 
 } // namespace
@@ -80,7 +89,8 @@ void PutOffList::Close()
     if (m_changed)
         Save();
     FILE_DISPOSITION_INFO gone{TRUE};
-    if (m_entries.empty() && SetFileInformationByHandle(m_open.get(), FileDispositionInfo, &gone, sizeof gone)) {
+    if (m_entries.empty() && !m_damaged &&
+        SetFileInformationByHandle(m_open.get(), FileDispositionInfo, &gone, sizeof gone)) {
         m_open.reset();
         RemoveDirectoryW(LongPath(FolderOf(m_file)).c_str());
     }
@@ -113,6 +123,8 @@ void PutOffList::Read()
     for (std::size_t at = 0, end = 0; (end = content.find('\n', at)) != content.npos; at = end + 1)
         if (auto entry = FromLine(std::string_view(content).substr(at, end - at)))
             m_entries.push_back(std::move(*entry));
+        else
+            ++m_damaged;
 }
 
 void PutOffList::Save()
@@ -166,7 +178,7 @@ bool PutOffList::Add(LogRecord entry, const std::wstring& words, const std::wstr
 {
     // A setup that was killed may not have come to schedule it.
     if (Holds(SourceOf(entry)))
-        Unschedule(entry);
+        Unschedule({SourceOf(entry)});
     else if (!Note(entry))
         return false;
     Tell(entry, words, reason);
@@ -236,13 +248,15 @@ void PutOffList::Withdraw(const std::wstring& path, bool exchanges)
     const auto left = std::stable_partition(m_entries.begin(), m_entries.end(), [&](const LogRecord& entry) {
         return !SameText(entry.what, path) || !(IsOwnPlace(entry) || (exchanges && !entry.temp.empty()));
     });
+    std::set<std::wstring> sources;
     for (auto entry = left; entry != m_entries.end(); ++entry) {
         if (!entry->temp.empty())
             RemoveFile(entry->temp);
-        Unschedule(*entry);
+        sources.insert(SourceOf(*entry));
         m_changed = true;
     }
     m_entries.erase(left, m_entries.end());
+    Unschedule(sources);
 }
 
 bool PutOffList::IsDone(const LogRecord& entry) const
@@ -264,23 +278,35 @@ bool PutOffList::IsDone(const LogRecord& entry) const
 }
 
 // A setup decides by what it sees: nobody changes that under its feet.
-bool PutOffList::IsBusyElsewhere(const LogRecord& entry) const
+bool PutOffList::IsBusyElsewhere(const std::wstring& product) const
 {
-    return !SameText(entry.name, m_product) &&
-           FactsOf(JoinPath(JoinPath(FolderOf(m_file), entry.name), L"setup.running")).exists();
+    return !SameText(product, m_product) &&
+           FactsOf(JoinPath(JoinPath(FolderOf(m_file), product), L"setup.running")).exists();
 }
 
-void PutOffList::CarryOut()
+std::optional<Message> PutOffList::CarryOut()
 {
-    for (std::size_t i = 0; i < m_entries.size();) {
-        if (IsBusyElsewhere(m_entries[i]) || !IsDone(m_entries[i])) {
-            ++i;
+    std::map<std::wstring, bool> busy; // products
+    std::set<std::wstring> sources;
+    for (LogRecord& entry : m_entries) {
+        const auto [product, unknown] = busy.try_emplace(entry.name);
+        if (unknown)
+            product->second = IsBusyElsewhere(entry.name);
+        if (product->second || !IsDone(entry))
             continue;
-        }
-        Unschedule(m_entries[i]);
-        m_entries.erase(m_entries.begin() + static_cast<std::ptrdiff_t>(i));
-        m_changed = true;
+        sources.insert(SourceOf(entry));
+        entry = LogRecord();
     }
+    std::erase_if(m_entries, [](const LogRecord& entry) { return !entry.id; });
+    Unschedule(sources);
+    const std::size_t damaged = std::exchange(m_damaged, 0);
+    m_changed |= !sources.empty() || damaged;
+    if (!damaged)
+        return std::nullopt;
+    return Message{Severity::warning, m_file,
+                   L"damaged lines are left out (" + Number(static_cast<int64_t>(damaged)) +
+                       L"); what they told of stays",
+                   E_FAIL};
 }
 
 } // namespace vh::engine

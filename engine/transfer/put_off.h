@@ -2,6 +2,7 @@
 // again by each start of a setup.
 #pragma once
 
+#include <optional>
 #include <set>
 #include <vector>
 
@@ -19,8 +20,9 @@ public:
     PutOffList(const PutOffList&) = delete;
     PutOffList& operator=(const PutOffList&) = delete;
 
-    // Carries out what it can, but for other products whose setup runs at this moment.
-    void CarryOut();
+    // Carries out what it can, but for other products whose setup runs at this moment. Result: a
+    // warning about damaged lines, which are left out from now on.
+    std::optional<Message> CarryOut();
 
     // The file at `temp` takes the place of `what`, at once or later; what was to take it before goes. False when
     // something else than its use is in the way.
@@ -58,12 +60,13 @@ private:
     void Tell(const LogRecord& entry, const std::wstring& words, const std::wstring& reason = {});
     bool Add(LogRecord entry, const std::wstring& words, const std::wstring& reason = {});
     bool IsDone(const LogRecord& entry) const;
-    bool IsBusyElsewhere(const LogRecord& entry) const;
+    bool IsBusyElsewhere(const std::wstring& product) const;
     bool Holds(const std::wstring& path) const;
 
     std::wstring m_file;
     std::wstring m_product;
     std::vector<LogRecord> m_entries;
+    std::size_t m_damaged = 0; // lines that nobody has been told of
     std::vector<News> m_told;
     unique_handle m_turn; // a mutex of all setups of this session
     unique_file m_open;

@@ -6,6 +6,7 @@
 #include "../machine_folder.h"
 #include "../maintenance.h"
 #include "../services/reboot_texts.h"
+#include "../services/registry_access.h"
 #include "undo_step.h"
 
 namespace vh::engine {
@@ -89,6 +90,16 @@ bool CanBePutOff(const LogRecord& record, const UndoResult& result)
 // What another product has too stays for it; what was made in its place comes back all the same.
 bool StaysForOthers(InstallLog& log, Undo how, const LogRecord& record)
 {
+    if (record.kind == LogKind::key)
+        return log.OthersHave(record) && KeyThere(PlaceOf(record.what));
+    if (record.kind == LogKind::value) {
+        const auto present = how == Undo::removal && log.OthersHave(record)
+                                 ? ReadValue(PlaceOf(record.what), record.name)
+                                 : std::nullopt;
+        return present && log.Others().Wrote(record, static_cast<long>(present->type), ToHex(present->bytes));
+    }
+    if (record.kind == LogKind::shell && how == Undo::removal && !record.oldData.empty())
+        return false;
     return record.backup.empty() && !record.original && (how == Undo::removal || record.temp.empty()) &&
            FactsOf(record.what).exists() && log.OthersHave(record);
 }
@@ -99,13 +110,21 @@ bool IsNobodys(InstallLog& log, const LogRecord& record)
     return record.shared && (!log.OthersHave(record) || ReasonToKeep(record, FactsOf(record.what)));
 }
 
+UndoResult Removed(InstallLog& log, const LogRecord& record, bool superseded)
+{
+    UndoResult result = RemoveStep(record, superseded);
+    if (result.outcome == RemovalOutcome::restored)
+        log.Others().SettleTime(record);
+    return result;
+}
+
 // A draft has nothing to roll back.
 UndoResult StepOf(InstallLog& log, Undo how, const LogRecord& record, bool superseded)
 {
     if (StaysForOthers(log, how, record))
         return {how == Undo::rollback ? RemovalOutcome::absent : RemovalOutcome::kept_shared};
     if (!log.IsDraft())
-        return how == Undo::rollback ? RollBackStep(record) : RemoveStep(record, superseded);
+        return how == Undo::rollback ? RollBackStep(record) : Removed(log, record, superseded);
     if (how == Undo::rollback)
         return {RemovalOutcome::absent};
     UndoResult result = PlannedStep(log, record, superseded);
@@ -149,6 +168,8 @@ std::vector<Removal> UndoRecords(InstallLog& log, Undo how, const RecordFilter& 
                 RemoveFile(record.waits);
             record.original = false;
         }
+        if (how == Undo::removal)
+            log.Others().SettleOld(record);
         const bool first = seen.insert(ThingOf(record)).second;
         const wchar_t* kind = KindWord(record);
         UndoResult result = StepOf(log, how, record, !first);
@@ -308,12 +329,12 @@ bool IsAmongFailed(const std::vector<Removal>& removals, const std::wstring& wha
 
 } // namespace
 
-void CarryOutPutOff(const std::wstring& dataDir)
+std::optional<Message> CarryOutPutOff(const std::wstring& dataDir)
 {
     // Of no product: nobody's setup is running here.
     const std::wstring log = JoinPath(JoinPath(dataDir, L"-"), L"install.log");
     RequireTrusted(log, DefaultDataDir(true));
-    PutOffList(log).CarryOut();
+    return PutOffList(log).CarryOut();
 }
 
 std::size_t LeftForRemoval(const std::wstring& logFile)
@@ -351,7 +372,7 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
 {
     RequireLog(logFile);
     InstallLog log(logFile);
-    PutOffList(logFile).CarryOut();
+    const auto damage = PutOffList(logFile).CarryOut();
     const std::vector<long> damaged = log.DamagedLines();
     RecoverRuns(log);
     auto results = UndoRecords(
@@ -361,6 +382,8 @@ std::vector<Removal> Uninstall(const std::wstring& logFile, const RemovalNews& o
         if (onRemoval)
             onRemoval(results.back());
     };
+    if (damage)
+        tell({RemovalOutcome::unreadable, L"list", damage->file, damage->reason});
     for (const long line : damaged)
         tell({RemovalOutcome::unreadable, L"line", logFile + L": " + Number(line), {}});
     // What a killed run took away and no removal knows of gets a second chance, and stays recorded without it.

@@ -53,7 +53,7 @@ RemovalOutcome TakeFileBack(Core& core, const LogRecord& file)
         return Forget(core, file), RemovalOutcome::absent;
     if (const auto keep = ReasonToKeep(file, there))
         return Forget(core, file), *keep;
-    if (!file.original && core.log->OthersHave(file))
+    if (!file.original && file.oldData.empty() && core.log->OthersHave(file))
         return Forget(core, file), RemovalOutcome::kept_shared;
     LogRecord record = TakenRecord(core, file.what, file.id);
     if (file.oldData.empty()) {
@@ -86,6 +86,8 @@ RemovalOutcome TakeValueBack(Core& core, const LogRecord& value)
     const auto present = ReadValue(place, value.name);
     if (!present || *present != RawValue{static_cast<DWORD>(value.type), FromHex(value.data)})
         return Forget(core, value), present ? RemovalOutcome::kept_changed : RemovalOutcome::absent;
+    if (core.log->Others().Wrote(value, value.type, value.data))
+        return Forget(core, value), RemovalOutcome::kept_shared;
     LogRecord record;
     record.kind = LogKind::value;
     record.what = value.what;
@@ -149,11 +151,12 @@ void TakeOneBack(Core& core, Why why, const LogRecord& record)
 
 } // namespace
 
-void TakeAway(Core& core, const std::wstring& path, long back)
+void TakeAway(Core& core, const std::wstring& path, long back, Why why)
 {
-    const bool folder = FactsOf(path).folder();
+    const LogRecord* record = core.log->Find(back);
+    const wchar_t* kind = FactsOf(path).folder() ? L"folder" : KindWord(record ? record->kind : LogKind::shell);
     MoveAside(core, TakenRecord(core, path, back));
-    core.log->Tell({Act::remove, Why::asked, folder ? L"folder" : KindWord(LogKind::shell), path});
+    core.log->Tell({Act::remove, why, kind, path});
 }
 
 void TakeBack(Core& core, Why why, const RecordFilter& wanted)
@@ -179,7 +182,9 @@ void TakeBack(Core& core, Why why, const RecordFilter& wanted)
             continue;
         if (IsFile(record.kind))
             seen.insert(Upper(record.what));
-        TakeOneBack(core, why, record);
+        LogRecord settled = record;
+        core.log->Others().SettleOld(settled);
+        TakeOneBack(core, why, settled);
     }
 }
 

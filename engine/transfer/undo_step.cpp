@@ -51,8 +51,14 @@ UndoResult RollBackFile(const LogRecord& record)
         return {RemovalOutcome::absent};
     const FileFacts there = FactsOf(record.what);
     if (!record.backup.empty()) {
-        if (FactsOf(record.backup).file())
-            return MoveOver(record.backup, record.what) ? UndoResult{RemovalOutcome::restored} : Failed(GetLastError());
+        if (FactsOf(record.backup).file()) {
+            // Under the name that it had, which may have been written otherwise.
+            const bool renamed = SameText(record.data, FileNameOf(record.what));
+            const std::wstring name = renamed ? JoinPath(FolderOf(record.what), record.data) : record.what;
+            const bool free = !renamed || !there.exists() || RemoveFile(record.what);
+            return free && MoveOver(record.backup, name) ? UndoResult{RemovalOutcome::restored}
+                                                         : Failed(GetLastError());
+        }
         // The names were not exchanged, or are back already. What stands there as installed can't be undone any
         // more: it stays the product's.
         return {RemovalOutcome::absent, {}, !IsAsInstalled(record, there)};
@@ -95,19 +101,27 @@ private:
     const InstallLog* m_draft; // null for steps that are done
 };
 
+// The product's own file goes all the same.
+UndoResult Lost(const LogRecord& record)
+{
+    return {RemovalOutcome::failed, L"what stood here before can't come back: " + record.waits + L" is gone"};
+}
+
 UndoResult RemoveFileRecord(const LogRecord& record, bool superseded, const Hand& hand)
 {
     const FileFacts there = FactsOf(record.what);
     const std::wstring original = OriginalOf(record);
     if (superseded) {
         // That of the first installation, or one that a failed rollback left.
+        if (original.empty() && record.original && !there.exists() && !hand.Looks())
+            return Lost(record);
         if (original.empty() || (there.exists() && !record.original))
             return {RemovalOutcome::absent};
         return hand.Do([&] { return SettleOriginal(record); }) ? UndoResult{RemovalOutcome::restored}
                                                                : Failed(GetLastError());
     }
     if (!there.exists() && original.empty())
-        return {RemovalOutcome::absent};
+        return record.original ? Lost(record) : UndoResult{RemovalOutcome::absent};
     if (const auto keep = there.exists() ? ReasonToKeep(record, there) : std::nullopt) {
         if (record.original && !hand.Do([&] { return SettleOriginal(record); }))
             return Failed(GetLastError());
@@ -117,6 +131,10 @@ UndoResult RemoveFileRecord(const LogRecord& record, bool superseded, const Hand
         return hand.Do([&] { return MoveWhole(original, record.what, record.temp); })
                    ? UndoResult{RemovalOutcome::restored}
                    : Failed(GetLastError());
+    if (record.original) {
+        const bool gone = hand.Do([&] { return RemoveFile(record.what); });
+        return gone ? Lost(record) : Failed(GetLastError());
+    }
     if (record.oldData.empty())
         return hand.Looks() ? UndoResult{RemovalOutcome::removed} : RemoveFileStep(record.what);
     return hand.Do([&] { return ReplaceContent(record.what, FromHex(record.oldData), record.temp); })
@@ -143,6 +161,7 @@ UndoResult UndoFolder(const LogRecord& record, const Hand& hand)
     switch (const DWORD code = GetLastError()) {
     case ERROR_FILE_NOT_FOUND:
     case ERROR_PATH_NOT_FOUND:
+    case ERROR_DIRECTORY: // a file has the place
         return {RemovalOutcome::absent};
     case ERROR_DIR_NOT_EMPTY:
         return {RemovalOutcome::kept_not_empty, {}, false};

@@ -136,6 +136,29 @@ TEST(ShellObjects, AreMadeForSelectedFeaturesAndGoWithTheRun)
     EXPECT_FALSE(Exists(programs));
 }
 
+TEST(ShellObjects, ThatTwoProductsMakeGoWithTheLast)
+{
+    for (const bool newestFirst : {true, false}) {
+        SetupFolder folder;
+        const auto make = [&](const std::string& members) {
+            folder.Product(members +
+                           R"("features": [], "shellObjects": [{"name": "S", "target": "<TARGETDIR>\\p.exe"}])");
+            Options options = folder.Given();
+            options.variables.emplace_back(L"PROGRAMS", folder.Root() + L"\\programs");
+            const auto engine = Engine::Open(options);
+            EXPECT_EQ(S_OK, ServiceOf<ISetupData>(*engine)->CreateShellObjects(ServiceOf<ISetupLog>(*engine).get()));
+            engine->Commit();
+            return engine->LogFile();
+        };
+        const std::wstring first = make({});
+        const std::wstring second = make(R"("installGuid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", )");
+        Uninstall(newestFirst ? second : first);
+        EXPECT_TRUE(Exists(folder.Root() + L"\\programs\\S.lnk")) << newestFirst;
+        Uninstall(newestFirst ? first : second);
+        EXPECT_FALSE(Exists(folder.Root() + L"\\programs")) << newestFirst;
+    }
+}
+
 TEST(ShellLinks, SpellTheirKeysInOneWay)
 {
     std::wistringstream keys(LR"(None 0 Ctrl+Alt+F5 1652 Shift+A 321 9 57 F1 112 F24 135 Ctrl+PgUp 545 Ins 45 Del 46
@@ -186,4 +209,25 @@ TEST(Files, OfALinkStay)
     MakeFolders(folder.Setup(L"link"));
     RemoveTree(folder.Setup(L"link"));
     EXPECT_TRUE(Exists(folder.Setup(L"link")));
+}
+
+BOOL WINAPI NextOfNone(HANDLE, WIN32_FIND_DATAW*)
+{
+    SetLastError(ERROR_ACCESS_DENIED);
+    return FALSE;
+}
+
+TEST(Files, OfAFolderThatCantBeReadMakeNoPayload)
+{
+    const SetupFolder folder;
+    folder.Payload(L"sub\\a.bin", "a");
+    folder.Product(
+        R"("features": [{"name": "A", "files": [{"name": "g", "files": [{"path": "*", "recurse": true}]}]}])");
+    const vh::test::Patched next("FindNextFileW", &NextOfNone);
+    try {
+        folder.Open();
+        ADD_FAILURE() << "a payload without what is in it";
+    } catch (const engine_error& error) {
+        EXPECT_NE(std::wstring::npos, error.message().Text().find(L"setup: the folder can't be read")) << error.what();
+    }
 }

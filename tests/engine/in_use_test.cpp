@@ -103,6 +103,34 @@ TEST_F(InUse, WhatIsNotTheProductsIsKept)
     }
 }
 
+// Nobody can copy what a removal left there, and nobody needs to.
+TEST_F(InUse, WhatARemovalCouldNotTakeAwayGivesWayToTheNextInstallation)
+{
+    {
+        const std::wstring log = Install();
+        const unique_file held = Hold(folder.Target(L"a.bin"));
+        EXPECT_FALSE(AnyFailed(Uninstall(log)));
+        folder.Payload(L"a.bin", "another");
+        Reopen();
+        Install();
+    }
+    Reopen();
+    EXPECT_EQ("another", InPlace(L"a.bin"));
+    EXPECT_FALSE(AnyFailed(Uninstall(End())));
+    EXPECT_FALSE(Exists(folder.Target()));
+}
+
+TEST_F(InUse, DamagedLinesOfTheListAreToldOnce)
+{
+    WriteText(folder.Data() + L"\\in-use.log", "one\ntwo\n");
+    Reopen();
+    ASSERT_FALSE(engine->Messages().empty());
+    EXPECT_EQ(folder.Data() + L"\\in-use.log: damaged lines are left out (2); what they told of stays",
+              engine->Messages().front().Text());
+    Reopen();
+    EXPECT_TRUE(engine->Messages().empty());
+}
+
 // Another version, or the one before, takes the place of what still waits.
 TEST_F(InUse, OnlyTheLastOneWaits)
 {

@@ -125,6 +125,7 @@ TEST_F(Journal, OneChangedByteCostsNoMoreThanItsLine)
         EXPECT_FALSE(Exists(log));
         for (const wchar_t* name : {L"a.bin", L"bin\\b.bin", L"c.bin", L"d.bin"})
             RemoveFile(folder.Target(name));
+        WriteText(folder.Target(L"c.bin"), "older");
         Reopen();
         Install();
         WriteText(log, content);

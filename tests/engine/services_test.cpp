@@ -130,6 +130,41 @@ TEST_F(Registry, SetsAreWrittenForSelectedFeaturesAndRemovedByTheLog)
     EXPECT_EQ(L"", key.Text(L"Path", L"\\Probe"));
 }
 
+// The second product writes the same value or another one, and goes as the second or the first.
+TEST_F(Registry, LeavesToAnotherProductWhatItHasToo)
+{
+    vh::test::Table<const wchar_t*, const wchar_t*, bool> cases = {
+        {L"", L"one", true},     {L"", L"one", false},     {L"", L"two", true},     {L"", L"two", false},
+        {L"mine", L"one", true}, {L"mine", L"one", false}, {L"mine", L"two", true}, {L"mine", L"two", false}};
+    for (const auto& [before, text, newestFirst] : cases) {
+        SCOPED_TRACE(ToUtf8(before + std::wstring(L" ") + text) + (newestFirst ? " newest first" : ""));
+        key.Write(L"V", before);
+        if (!*before)
+            RegDeleteKeyValueW(HKEY_CURRENT_USER, L"Software\\VHEngineTest", L"V");
+        const auto write = [&](const wchar_t* given) {
+            Begin(folder.Given());
+            EXPECT_EQ(S_OK, Set(At(), L"V", given));
+            EXPECT_EQ(S_OK, Set(At(L"\\Maker"), L"W", L"same"));
+        };
+        MakeTree(folder);
+        write(L"one");
+        const std::wstring first = End();
+        folder.Product(R"("installGuid": "{6F3C1C39-0C50-4C92-8B0D-5A1A4F3E1D02}", "features": [])");
+        write(text);
+        engine->Rollback();
+        EXPECT_EQ(L"one", key.Text(L"V"));
+        EXPECT_EQ(L"same", key.Text(L"W", L"\\Maker"));
+        write(text);
+        const std::wstring second = End();
+        Uninstall(newestFirst ? second : first);
+        EXPECT_EQ(newestFirst ? L"one" : text, key.Text(L"V"));
+        EXPECT_EQ(L"same", key.Text(L"W", L"\\Maker"));
+        Uninstall(newestFirst ? first : second);
+        EXPECT_EQ(before, key.Text(L"V"));
+        EXPECT_EQ(ERROR_FILE_NOT_FOUND, RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\VHEngineTest\\Maker"));
+    }
+}
+
 // The whole registry below one key, each root and each view under a name of its own.
 TEST_F(Registry, CanBeARunsOwn)
 {

@@ -190,6 +190,18 @@ TEST_F(Removals, LeaveToAnotherProductWhatItHasToo)
     }
 }
 
+TEST_F(Removals, NameAFileOfTheUserThatIsLost)
+{
+    WriteText(folder.Target(L"a.bin"), "mine");
+    Reopen();
+    const std::wstring log = Install();
+    RemoveTree(FolderOf(log) + L"\\originals");
+    EXPECT_EQ(L"a.bin ", Outcomes(Uninstall(log), RemovalOutcome::failed));
+    EXPECT_FALSE(Exists(folder.Target(L"a.bin")));
+    EXPECT_FALSE(AnyFailed(Uninstall(log)));
+    EXPECT_TRUE(Tree(folder.Data()).empty());
+}
+
 TEST_F(Removals, ContinuesAfterAFailureAndAfterAKill)
 {
     const std::wstring log = Install();

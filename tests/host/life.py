@@ -176,7 +176,9 @@ def empty_machine(name):
 
 
 def features(version):
-    layout = {"Base": ["run.exe", CONFIG, "lib/one.dll"], "Tools": ["tools/a.bin", "tools/deep/b.bin", "lib/two.dll"],
+    # A folder that is a file in between, and a name that is written otherwise.
+    turns = ["turn", "lib/CASE.txt"] if version == "2.0" else ["turn/in/file", "lib/Case.txt"]
+    layout = {"Base": ["run.exe", CONFIG, "lib/one.dll", *turns], "Tools": ["tools/a.bin", "tools/deep/b.bin", "lib/two.dll"],
               "Help": ["help/index.htm", "help/pictures/c.png"], "More": ["tools/deep/d.bin", "lib/three.dll"]}
     if version == "2.0":
         layout["Base"].append("lib/new.dll")

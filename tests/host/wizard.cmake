@@ -86,5 +86,6 @@ answers_say("not asked for" 0 "dialogs/15: the setup did not ask for this answer
 set(target)
 answers_say("no full path" 4 "nowhere: a target has to be a full path" "target" "\"nowhere\"")
 expect("no place" 2 "the answers can't be written" ${answered} --save-answers ${WORK}/nowhere/a.json)
+expect("no place of its own" 2 "another file has the name" ${answered} --save-answers ${WORK}/key.plan)
 expect("the test's key goes" 0 "" reg delete ${root} /f)
 message("${checks} runs checked, ${count} files alike")

@@ -87,10 +87,10 @@ TEST_F(PendingOperations, AreKeptAsPairsOfTexts)
     FindPendingOperation(L".\\x\\..\\none", source);
     FindPendingOperation(L"B\\.", source);
     EXPECT_EQ(source, L"a");
-    ForgetPendingOperation(L"A\\.");
+    ForgetPendingOperations({L"A\\."});
     EXPECT_EQ(Listed(), L"c>;");
-    ForgetPendingOperation(L"none");
-    ForgetPendingOperation(L"c");
+    ForgetPendingOperations({L"none"});
+    ForgetPendingOperations({L"c"});
     EXPECT_EQ(machine.Shown(), "Software\n");
 }
 
@@ -192,7 +192,7 @@ TEST(AtReboot, ASourceIsTakenOutOfTheSystemsList)
     const RegistryRoot machine{HKEY_LOCAL_MACHINE};
     constexpr const wchar_t* key = L"System\\CurrentControlSet\\Control\\Session Manager";
     constexpr const wchar_t* name = L"PendingFileRenameOperations";
-    EXPECT_EQ(WithdrawAtReboot(L"C:\\a"), ERROR_SUCCESS) << "there is no list";
+    EXPECT_EQ(WithdrawAtReboot({L"C:\\a"}), ERROR_SUCCESS) << "there is no list";
     Table<std::wstring_view, std::wstring_view> lists = {
         {L"\\??\\C:\\b\0!\\??\\C:\\a\0\\??\\C:\\c\0\0\0"sv, L"\\??\\C:\\b\0!\\??\\C:\\a\0\\??\\C:\\c\0\0\0"sv},
         {L"\\??\\C:\\A\0\0\\??\\C:\\c\0\0\0"sv, L"\\??\\C:\\c\0\0\0"sv},
@@ -202,7 +202,7 @@ TEST(AtReboot, ASourceIsTakenOutOfTheSystemsList)
         for (const wchar_t* source : {L"C:\\a", L"\\\\?\\C:\\a"}) {
             RegSetKeyValueW(HKEY_LOCAL_MACHINE, key, name, REG_MULTI_SZ, before.data(),
                             static_cast<DWORD>(before.size() * sizeof(wchar_t)));
-            EXPECT_EQ(WithdrawAtReboot(source), ERROR_SUCCESS);
+            EXPECT_EQ(WithdrawAtReboot({L"C:\\d", source}), ERROR_SUCCESS);
             wchar_t left[100];
             DWORD size = sizeof left;
             if (RegGetValueW(HKEY_LOCAL_MACHINE, key, name, RRF_RT_ANY, nullptr, left, &size))
