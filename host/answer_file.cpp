@@ -5,6 +5,7 @@
 
 #include "console.h"
 #include "engine/files.h"
+#include "engine/product/json_reader.h"
 #include "setup_run.h"
 #include "text.h"
 
@@ -15,6 +16,18 @@ namespace {
 std::wstring Refusal(const std::wstring& file, DWORD code)
 {
     return file + L": the answers can't be written: " + SystemText(code);
+}
+
+// Also those that lack a password.
+bool AreAnswers(const std::wstring& file)
+{
+    using vh::engine::JsonFile;
+    try {
+        const JsonFile json(file, JsonFile::Faults::collected);
+        return json.Found().empty() && json.Root().Has("format") && json.Root().Has("product");
+    } catch (const vh::engine::engine_error&) {
+        return false;
+    }
 }
 
 } // namespace
@@ -44,12 +57,8 @@ void CheckPlaceForAnswers(const std::wstring& file)
 {
     const AnswerFile place(file);
     // Other files are not lost to a slip in the command line.
-    if (const auto there = vh::engine::FactsOf(file); there.exists() && there.size)
-        try {
-            ReadAnswers(file);
-        } catch (const vh::engine::engine_error&) {
-            throw std::runtime_error(Utf8(file + L": the answers can't be written: another file has the name"));
-        }
+    if (const auto there = vh::engine::FactsOf(file); there.exists() && there.size && !AreAnswers(file))
+        throw std::runtime_error(Utf8(file + L": the answers can't be written: another file has the name"));
 }
 
 AnswerFile::AnswerFile(const std::wstring& file) : m_path(file), m_waiting(file + L".~vhanswers")
