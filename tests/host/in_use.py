@@ -13,30 +13,19 @@ import shutil
 import subprocess
 import sys
 
+import checks
+from checks import expect, windows
+
 RUNNER, HOST, PROGRAM, WORK = *sys.argv[1:4], pathlib.Path(sys.argv[4])
 GUID = "{7C1E5A0B-34D2-4E0C-9B51-0F2E6D8A9C31}"
 ROOT = "HKCU\\Software\\VHRT in use"
 SESSION = "HKLM\\System\\CurrentControlSet\\Control\\Session Manager"
 RESTART = 3010 % 256  # exit codes are cut here
 TARGET, DATA = WORK / "target", WORK / "data"
-faults = []
-checks = 0
-
-
-def expect(name, got, wanted):
-    global checks
-    checks += 1
-    if got != wanted:
-        faults.append(f"{name}: {got!r} instead of {wanted!r}")
-
-
-def windows(path):
-    return "Z:" + str(path).replace("/", "\\")
 
 
 def start(*words, program=HOST):
-    done = subprocess.run([RUNNER, program, *map(str, words)], stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
-    return done.returncode, (done.stdout + done.stderr).decode(errors="replace").replace("\r", "")
+    return checks.start(RUNNER, program, *words)
 
 
 def run(name, *words, code=0, says=()):
@@ -239,5 +228,4 @@ live(running)
 live(held)
 live_read()
 start("delete", ROOT, "/f", program="reg")
-print("\n".join(faults) or f"{checks} checks passed")
-sys.exit(1 if faults else 0)
+checks.finish()

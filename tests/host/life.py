@@ -17,6 +17,9 @@ import sys
 import time
 import zlib
 
+import checks
+from checks import expect, faults, windows
+
 RUNNER, HOST, WORK, SEED, *PACKER = sys.argv[1:]
 KILLS = int(PACKER.pop()[6:]) if PACKER and PACKER[0].startswith("kills=") else 0
 WORK = pathlib.Path(WORK)
@@ -27,8 +30,6 @@ ENTRY = f"{ROOT}\\HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\
 CONFIG = "config/app.ini"
 ALIKE = "lib/three.dll"  # of one size and time in all versions
 SHORTCUT = "%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\VHRT life\\Life.lnk"
-faults = []
-checks = 0
 chance = random.Random(int(SEED))
 
 SCRIPT = """
@@ -52,20 +53,8 @@ if (Arguments("FAIL"))
 """
 
 
-def expect(name, got, wanted):
-    global checks
-    checks += 1
-    if got != wanted:
-        faults.append(f"{name}: {got!r} instead of {wanted!r}")
-
-
-def windows(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
 def start(*words, program=HOST):
-    done = subprocess.run([RUNNER, program, *map(str, words)], stdin=subprocess.DEVNULL, capture_output=True, timeout=300)
-    return done.returncode, (done.stdout + done.stderr).decode(errors="replace").replace("\r", "")
+    return checks.start(RUNNER, program, *words)
 
 
 def run(name, *words, code=0, says="", program=HOST):
@@ -302,8 +291,6 @@ def main():
     else:
         live()
     start("delete", ROOT, "/f", program="reg")
-    print("\n".join(faults) or f"{checks} checks passed (seed {SEED})")
-    return 1 if faults else 0
 
 
 def live():
@@ -416,4 +403,5 @@ def live():
     run("removal by a damaged log", "--uninstall", GUID, "--silent", *data, says="1 unreadable in the log")
 
 
-sys.exit(main())
+main()
+checks.finish(f" (seed {SEED})")

@@ -9,8 +9,10 @@ import json
 import os
 import pathlib
 import shutil
-import subprocess
 import sys
+
+import checks
+from checks import expect, windows
 
 RUNNER, HOST, TOOL, WITHOUT, WORK = sys.argv[1:]
 WORK = pathlib.Path(WORK) / "a b"
@@ -18,25 +20,11 @@ GUID = "{0B8F6C52-4D0E-4B07-9C53-6A1D7F20E9C4}"
 ROOT = "HKCU\\Software\\VHRT rights"
 SILENT = "wants the rights of an administrator"
 ASKED = "can't get the rights of an administrator"
-faults = []
-checks = 0
-
-
-def expect(name, got, wanted):
-    global checks
-    checks += 1
-    if got != wanted:
-        faults.append(f"{name}: {got!r} instead of {wanted!r}")
-
-
-def windows(path):
-    return "Z:" + str(path).replace("/", "\\")
 
 
 def start(program, *words, rights=False, folder=WORK):
     line = [RUNNER, *([] if rights else [WITHOUT]), program, *words]
-    done = subprocess.run(line, stdin=subprocess.DEVNULL, capture_output=True, timeout=120, cwd=folder)
-    return done.returncode, (done.stdout + done.stderr).decode(errors="replace").replace("\r", "")
+    return checks.start(*line, folder=folder)
 
 
 def log_of(name):
@@ -124,10 +112,7 @@ def main():
     expect(f"its removal without rights ({out})", (code, SILENT in out, installed()), (10, True, True))
     code, out = start(HOST, "--uninstall", GUID, *own, rights=True)
     expect(f"its removal ({out})", (code, installed(), machine.exists()), (0, False, False))
-    for fault in faults:
-        print(fault)
-    print(f"{checks} checks, {len(faults)} faults")
-    sys.exit(1 if faults else 0)
+    checks.finish()
 
 
 main()

@@ -8,8 +8,10 @@ import os
 import pathlib
 import re
 import shutil
-import subprocess
 import sys
+
+import checks
+from checks import expect, windows
 
 RUNNER, HOST, WORK = sys.argv[1:4]
 WORK = pathlib.Path(WORK)
@@ -17,8 +19,6 @@ GUID = "{5B0C6D0E-2B8E-4C5D-9B1F-7D1E5A8C3F60}"
 ROOT = "HKCU\\Software\\VHRT runs"
 SHORTCUTS = "%APPDATA%\\Microsoft\\Windows\\Start Menu\\Programs\\VHRT runs"
 TARGET = WORK / "target"
-faults = []
-checks = 0
 
 SCRIPT = """
 GetTextSub(0).object.Value("DB_PASSWORD") = "hunter2" + "!";
@@ -36,20 +36,8 @@ if (Arguments("FAIL"))
 """
 
 
-def expect(name, got, wanted):
-    global checks
-    checks += 1
-    if got != wanted:
-        faults.append(f"{name}: {got!r} instead of {wanted!r}")
-
-
-def windows(path):
-    return "Z:" + str(path).replace("/", "\\")
-
-
 def start(*words, program=HOST):
-    done = subprocess.run([RUNNER, program, *map(str, words)], stdin=subprocess.DEVNULL, capture_output=True, timeout=300)
-    return done.returncode, (done.stdout + done.stderr).decode(errors="replace").replace("\r", "")
+    return checks.start(RUNNER, program, *words)
 
 
 def setup(version, contents, flags=()):
@@ -210,8 +198,7 @@ def main():
     start(*place(WORK / "setup-1.0"), "--uninstall")
     the_plan()
     start("delete", ROOT, "/f", program="reg")
-    print("\n".join(faults) or f"{checks} checks passed")
-    return 1 if faults else 0
 
 
-sys.exit(main())
+main()
+checks.finish()

@@ -8,9 +8,11 @@ test's own.
 import pathlib
 import shutil
 import struct
-import subprocess
 import sys
 import xml.etree.ElementTree
+
+import checks
+from checks import expect, windows
 
 SOURCE, RUNNER, BIN, WORK = sys.argv[1:]
 SOURCE, BIN, WORK = map(pathlib.Path, (SOURCE, BIN, WORK))
@@ -26,15 +28,6 @@ LATE = ["bcrypt", "rstrtmgr", "uxtheme", "comctl32", "dwmapi", "cryptbase", "pro
 SYSTEMS = {"{35138b9a-5d96-4fbd-8e2d-a2440225f93a}", "{4a2f28e3-53b9-4441-ba9c-d69d4a4a6e38}",
            "{1f676c76-80e1-4239-95bb-83d0f6d0da78}", "{8e0f7a12-bfb3-4fe8-b9a5-48fd50a15a9a}"}
 MANIFEST = {"dpiAware": "true", "dpiAwareness": "PerMonitorV2, System", "longPathAware": "true"}
-faults = []
-checks = 0
-
-
-def expect(name, got, wanted):
-    global checks
-    checks += 1
-    if got != wanted:
-        faults.append(f"{name}: {got!r} instead of {wanted!r}")
 
 
 class Image:
@@ -101,12 +94,7 @@ def check_imports(name, image):
 
 
 def start(program, *words):
-    done = subprocess.run([RUNNER, program, *map(str, words)], stdin=subprocess.DEVNULL, capture_output=True, timeout=120)
-    return done.returncode, (done.stdout + done.stderr).decode(errors="replace").replace("\r", "")
-
-
-def windows(path):
-    return "Z:" + str(path).replace("/", "\\")
+    return checks.start(RUNNER, program, *words)
 
 
 def main():
@@ -133,10 +121,7 @@ def main():
     code, out = start(setup, *place, "--uninstall")
     expect(f"its removal ({out})", code, 0)
     expect("what it left", (WORK / "target").exists(), False)
-    for fault in faults:
-        print(fault)
-    print(f"{checks} checks, {len(faults)} faults")
-    sys.exit(1 if faults else 0)
+    checks.finish()
 
 
 main()

@@ -15,10 +15,11 @@ import sys
 import time
 import tty
 
+import checks
+from checks import expect, faults
+
 RUNNER, TOOL, INSIDE, WORK = sys.argv[1:5]
 HEADER = 493
-faults = []
-checks = 0
 
 
 def openssl(*words, data=None):
@@ -37,13 +38,6 @@ def tool(*words, **environment):
 def inside(*words):
     done = subprocess.run([RUNNER, INSIDE, *words], cwd=WORK, capture_output=True, timeout=500)
     return done.returncode, done.stdout.decode().replace("\r\n", ", ")
-
-
-def expect(name, got, wanted):
-    global checks
-    checks += 1
-    if got != wanted:
-        faults.append(f"{name}: {got!r} instead of {wanted!r}")
 
 
 def data_file(name, content=b"setup data " * 40):
@@ -336,9 +330,8 @@ def main():
                   ["sign", "none.dat", "--key", "a.pvk"], ["verify"],
                   ["sign", "none.dat", "--password", "x", "--specification", "a.pfx"]):
         expect(f"{words}", tool(*words)[0], 2)
-    print("\n".join(faults) or f"{checks} checks")
-    return 1 if faults else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    main()
+    checks.finish()
