@@ -15,11 +15,11 @@ namespace vh::engine {
 
 namespace {
 
-// On a drive or a share.
+// On a drive, on a share, or from the root of the current drive.
 bool IsFullPath(std::wstring_view path)
 {
     const auto slash = [](wchar_t unit) { return unit == L'\\' || unit == L'/'; };
-    return path.size() > 2 && ((path[1] == L':' && slash(path[2])) || (slash(path[0]) && slash(path[1])));
+    return !path.empty() && (slash(path[0]) || (path.size() > 2 && path[1] == L':' && slash(path[2])));
 }
 
 WORD ChosenLanguage(const Product& product, int wanted)
