@@ -96,13 +96,7 @@ ExitCode RemoveSetup(const RunOptions& options)
         Complain(L"stopped by the user; " + std::to_wstring(vh::engine::LeftForRemoval(log)) +
                  L" records are left, and the next removal goes on with them");
         return exit_cancelled;
-    } catch (const vh::engine::engine_error& error) {
-        Complain(error.message().Text());
-        return CodeOf(error);
-    } catch (const std::exception& error) {
-        Complain(Wide(error.what()));
     }
-    return exit_setup;
 }
 
 } // namespace host

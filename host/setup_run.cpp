@@ -8,7 +8,6 @@
 #include "engine/engine.h"
 #include "kept_host.h"
 #include "library.h"
-#include "products.h"
 #include "rights.h"
 #include "run_end.h"
 #include "script_run.h"
@@ -200,31 +199,23 @@ std::optional<ExitCode> SeeToRights(bool for_machine, bool silent)
 
 ExitCode RunSetup(const RunOptions& options)
 {
-    try {
-        const bool rights = options.plan == PlanForm::none && vh::engine::IsForMachine(options.setup_folder);
-        if (const auto code = SeeToRights(rights, options.silent))
-            return *code;
-        std::optional<AnswerFile> file;
-        if (!options.save_answers.empty())
-            file.emplace(options.save_answers);
-        std::wstring data_folder;
-        Plan plan;
-        Answers given;
-        const ExitCode code = RunIn(options, data_folder, plan, given);
-        if (file && (code == exit_done || code == exit_restart))
-            file->Keep(given);
-        if (options.plan != PlanForm::none)
-            plan.Show(options.plan, code);
-        else
-            SweepHost(data_folder);
-        return code;
-    } catch (const vh::engine::engine_error& error) {
-        Complain(error.message().Text());
-        return CodeOf(error);
-    } catch (const std::exception& error) {
-        Complain(Wide(error.what()));
-    }
-    return exit_setup;
+    const bool rights = options.plan == PlanForm::none && vh::engine::IsForMachine(options.setup_folder);
+    if (const auto code = SeeToRights(rights, options.silent))
+        return *code;
+    std::optional<AnswerFile> file;
+    if (!options.save_answers.empty())
+        file.emplace(options.save_answers);
+    std::wstring data_folder;
+    Plan plan;
+    Answers given;
+    const ExitCode code = RunIn(options, data_folder, plan, given);
+    if (file && (code == exit_done || code == exit_restart))
+        file->Keep(given);
+    if (options.plan != PlanForm::none)
+        plan.Show(options.plan, code);
+    else
+        SweepHost(data_folder);
+    return code;
 }
 
 } // namespace host

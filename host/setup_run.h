@@ -64,7 +64,8 @@ struct RunOptions {
 // How a run of a product of the machine ends where it is; nothing when it can go on.
 std::optional<ExitCode> SeeToRights(bool for_machine, bool silent);
 
-// Runs the setup's script. A run that fails or is stopped leaves the target as it was.
+// Runs the setup's script. A run that fails or is stopped leaves the target as it was. This and the two below throw
+// engine_error or another std::exception for what fails before anything is touched.
 ExitCode RunSetup(const RunOptions& options);
 
 // Removes what the install log of the setup or product lists, newest first.
